@@ -1,0 +1,123 @@
+#pragma once
+
+#include <QIcon>
+#include <QVariant>
+#include <QWidget>
+#include <functional>
+
+/// Commands that `WebBrowser::ExecWB` runs on the current document.
+enum class OleCmd {
+    SaveAs = 4,
+    Print = 6,
+    PrintPreview = 7,
+    PageSetup = 8,
+    Properties = 10,
+    Cut = 11,
+    Copy = 12,
+    Paste = 13,
+    Undo = 15,
+    SelectAll = 17,
+    ClearSelection = 18,
+    Zoom = 19,
+};
+
+enum class OleExecOpt { Default = 0, DoNotPromptUser = 2 };
+
+/// Bits of `WebBrowser::QueryStatusWB`.
+namespace OleCmdStatus {
+inline constexpr int Supported = 1;
+inline constexpr int Enabled = 2;
+}
+
+/// Navigation flags a window sets in `BeforeNavigate2`.
+namespace NavFlags {
+inline constexpr int NoHistory = 2;
+inline constexpr int NoWriteToCache = 8;
+}
+
+class WebBrowser;
+
+/// What happens to a page, told to the window that shows it. Arguments by reference are answers
+/// the engine waits for, so handlers return at once: no dialog, no nested event loop, no deletion
+/// of the engine inside any of them.
+class WebBrowserEvents
+{
+public:
+    virtual ~WebBrowserEvents() = default;
+    virtual void StatusTextChange(const QString &text) = 0;
+    virtual void TitleChange(const QString &text) = 0;
+    /// The page's own picture; null while it has none.
+    virtual void IconChange(const QIcon &icon) = 0;
+    virtual void BeforeNavigate2(const QString &url, int &flags, bool &cancel) = 0;
+    /// A page asks for a window: `target` is the engine control that is to show it.
+    virtual void NewWindow2(WebBrowser *&target, bool &cancel) = 0;
+    /// The page at `url` is shown from now on (its first bytes have arrived).
+    virtual void NavigateComplete2(const QString &url) = 0;
+    /// The page's address changed without a navigation (a fragment, a history state).
+    virtual void LocationChange(const QString &url) = 0;
+    /// Raised for every frame of a page, the page itself last.
+    virtual void DocumentComplete(const QString &url) = 0;
+    /// The page's script asks for its window to be closed.
+    virtual void WindowClosing(bool isChildWindow, bool &cancel) = 0;
+    /// Greater than 0 while the page is secure.
+    virtual void SetSecureLockIcon(int secureLockIcon) = 0;
+    virtual void PrivacyImpactedStateChange(bool impacted) = 0;
+    /// The keyboard focus has come to the page.
+    virtual void GotFocus() = 0;
+};
+
+/// The engine control of one browser window. Exactly what the rest of the program uses; another
+/// engine, or a test's counting one, can stand behind it. A member that fails returns false or an
+/// empty value and has no effect; nothing is shown to the user.
+class WebBrowser : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// The widget to place inside the window.
+    virtual QWidget *widget() = 0;
+    /// Who is told of events; null from when the window begins to go away.
+    virtual void setEvents(WebBrowserEvents *events) = 0;
+
+    /// Loads `url`, completed as a browser does (no scheme: http or a local path).
+    virtual void Navigate(const QString &url) = 0;
+    virtual bool GoBack() = 0;
+    virtual bool GoForward() = 0;
+    virtual void Refresh() = 0;
+    /// Level 3 reloads past the cache; other levels reload plainly.
+    virtual void Refresh2(int level) = 0;
+    virtual void Stop() = 0;
+
+    /// Runs a command. A null `in` or `out` is an argument left out.
+    virtual bool ExecWB(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
+                        QVariant *out = nullptr) = 0;
+    /// `OleCmdStatus` bits.
+    virtual int QueryStatusWB(OleCmd command) = 0;
+    virtual void SetFocus() = 0;
+    /// Places the control inside its window; twips.
+    virtual void Move(int left, int top, int width, int height) = 0;
+
+    /// The page's address in encoded form, byte-exact; empty when nothing was opened yet.
+    virtual QString LocationURL() const = 0;
+    /// False until the first document is there.
+    virtual bool HasDocument() const = 0;
+    /// Clears the current document; the page shown is not affected.
+    virtual void ClearDocument() = 0;
+    /// The live markup of the page (`document.documentElement.outerHTML`), handed over later;
+    /// empty when the page goes away meanwhile.
+    virtual void OuterHTML(const std::function<void(const QString &)> &done) = 0;
+    virtual bool Busy() const = 0;
+
+    /// True: script errors are not shown.
+    virtual bool Silent() const = 0;
+    virtual void setSilent(bool silent) = 0;
+    virtual void setRegisterAsBrowser(bool on) = 0;
+};
+
+/// Makes the engine control of a window, parented to `host`. Tests put another maker in.
+using WebBrowserMaker = std::function<WebBrowser *(QWidget *host)>;
+WebBrowser *makeWebBrowser(QWidget *host);
+/// Returns the maker that was in force.
+WebBrowserMaker setWebBrowserMaker(const WebBrowserMaker &maker);

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+/// The program's own folder and the files in it. Nothing outside it is read or written but the
+/// user's favorites and the engine's own data.
+namespace AppFolder {
+/// Without a trailing slash; the executable's folder unless a test set another.
+QString path();
+void setPath(const QString &folder);
+/// `name` in the folder AppData.
+QString appData(const QString &name);
+/// Settings.ini: fixed by the start-up routine, empty before.
+QString settingsPath();
+void setSettingsPath(const QString &file);
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+class QAction;
+class QMdiSubWindow;
+class QWidget;
+class WindowTabs;
+
+/// What the rest of the program asks of the one frame window.
+class Frame
+{
+public:
+    using Handler = std::function<void()>;
+
+    virtual ~Frame() = default;
+
+    /// The frame as owner of dialogs.
+    virtual QWidget *window() = 0;
+
+    /// Adds a browser window to the frame's children; the frame owns it from then on.
+    virtual void adopt(QMdiSubWindow *child) = 0;
+    /// The active child; also while the frame itself is minimized or not active. Null when there
+    /// is no child.
+    virtual QMdiSubWindow *activeChild() const = 0;
+
+    /// A new browser window on `url` (empty: the home page). `state` 2 maximizes it; any other
+    /// value leaves the state to the frame.
+    virtual void OpenBrowserWindow(const QString &url, int state) = 0;
+    /// Sends the active window to `url`, or opens a first, maximized one.
+    virtual void NavigateActive(const QString &url) = 0;
+    /// The state to open a window with: 2 when there is no active child, else 0.
+    virtual int NewWindowState() const = 0;
+    /// Opens every address of a profile file; false when there is none.
+    virtual bool openProfile(const QString &file, bool quiet) = 0;
+
+    virtual WindowTabs &tbWindows() = 0;
+    /// The shared address bar: its text, and its list of reached addresses.
+    virtual void setAddressText(const QString &url) = 0;
+    virtual void addAddress(const QString &url, bool showText) = 0;
+
+    /// The action of a menu item by its name; never null for a name of the menu table.
+    virtual QAction *menuItem(const QString &name) const = 0;
+    /// Gives a menu item its handler. A handler of a check item inverts the mark itself.
+    virtual void handle(const QString &menuName, const Handler &handler) = 0;
+    /// Runs `rule` before the menu or submenu of that name opens, and whenever the active window
+    /// or the clipboard changes: it sets what is enabled.
+    virtual void beforeOpening(const QString &menuName, const Handler &rule) = 0;
+    /// Runs an item's handler, also while the item is disabled.
+    virtual void run(const QString &menuName) = 0;
+    /// Shows a tool bar button pressed or not, by its key.
+    virtual void setButtonPressed(const QString &key, bool pressed) = 0;
+
+    /// Navigation flags for every window: 2 keeps pages out of the history, 8 out of the cache.
+    virtual int brwFlags() const = 0;
+    virtual void setBrwFlags(int flags) = 0;
+};

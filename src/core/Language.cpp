@@ -1,0 +1,26 @@
+#include "Language.h"
+
+#include "AppFolder.h"
+#include "modINI.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+QString currentName = u"English"_s;
+}
+
+QString languageName()
+{
+    return currentName;
+}
+
+void setLanguageName(const QString &name)
+{
+    currentName = name;
+}
+
+QString GetLanguageText(const QString &section, const QString &key, const QString &text)
+{
+    const QString file = AppFolder::appData("Languages/"_L1 + currentName + ".ini"_L1);
+    return ReadINI(section, key, text, file);
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+class QString;
+
+/// What the program says of itself: fixed texts, set when it is built and never translated.
+namespace ProgramInfo {
+QString title();
+/// Three numbers with dots, "1.0.0".
+QString version();
+QString fileDescription();
+QString copyright();
+QString trademarks();
+/// The maker's page, the home page as long as the user has chosen none.
+QString homeUrl();
+QString makerUrl();
+QString makerEmail();
+}

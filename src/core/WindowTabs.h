@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QIcon>
+#include <QString>
+
+/// The tab strip as browser windows see it: one button per window, found by the window's key.
+/// Every call on a key that has no tab does nothing.
+class WindowTabs
+{
+public:
+    virtual ~WindowTabs() = default;
+
+    /// The key of a window's tab: "X" and the window's number in decimal.
+    static QString key(int hWnd) { return u'X' + QString::number(hWnd); }
+
+    /// A new tab at the end, with the strip's own picture until `setIcon` gives another.
+    virtual void addTab(const QString &key, const QString &caption) = 0;
+    virtual void removeTab(const QString &key) = 0;
+    virtual void setCaption(const QString &key, const QString &caption) = 0;
+    virtual void setToolTip(const QString &key, const QString &text) = 0;
+    /// A null icon gives the strip's own picture back.
+    virtual void setIcon(const QString &key, const QIcon &icon) = 0;
+    /// Pressing a tab releases the others.
+    virtual void setPressed(const QString &key, bool pressed) = 0;
+    virtual bool isPressed(const QString &key) const = 0;
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+/// Lets pending events run once, so that the interface stays live in a long routine. Inside an
+/// engine callback this returns at once: a nested event loop there stops every page (the callback
+/// is done soon, and the interface lives on then).
+void letPendingEventsRun();
+
+/// Marks the current scope as running inside an engine callback.
+class EngineCallbackScope
+{
+public:
+    EngineCallbackScope();
+    ~EngineCallbackScope();
+    EngineCallbackScope(const EngineCallbackScope &) = delete;
+    EngineCallbackScope &operator=(const EngineCallbackScope &) = delete;
+    /// True while any such scope is open.
+    static bool active();
+};
