@@ -23,8 +23,8 @@ QString cleaned(const QString &text)
 
 bool looksLikePath(const QString &text)
 {
-    return (text.startsWith(u'/') && !text.startsWith("//"_L1)) || text.startsWith("~/"_L1) || text.startsWith("./"_L1)
-        || text.startsWith("../"_L1);
+    return (text.startsWith(u'/') && !text.startsWith("//"_L1)) || text.startsWith("~/"_L1)
+        || text.startsWith("./"_L1) || text.startsWith("../"_L1);
 }
 
 QUrl localFile(const QString &text)
@@ -48,7 +48,8 @@ QString schemeOf(const QString &text)
     if (!match.hasMatch())
         return {};
     const QString scheme = match.captured(1).toLower();
-    static const QStringList withNumbers {u"tel"_s, u"sms"_s, u"mailto"_s, u"data"_s, u"javascript"_s};
+    static const QStringList withNumbers{u"tel"_s, u"sms"_s, u"mailto"_s, u"data"_s,
+                                         u"javascript"_s};
     if (port.match(match.captured(2)).hasMatch() && !withNumbers.contains(scheme))
         return {};
     return scheme;

@@ -9,8 +9,7 @@ class WebView;
 
 /// The widget that a browser window places: it holds the view of the page, from when there is one,
 /// and takes it back after full screen.
-class BrowserHost : public QWidget
-{
+class BrowserHost : public QWidget {
     Q_OBJECT
 
 public:

@@ -12,12 +12,13 @@ CookiePolicy &CookiePolicy::instance()
 
 void CookiePolicy::install(QWebEngineProfile *profile)
 {
-    profile->cookieStore()->setCookieFilter([](const QWebEngineCookieStore::FilterRequest &request) {
-        if (!request.thirdParty)
-            return true;
-        instance().noteRefusal(request.firstPartyUrl.host());
-        return false;
-    });
+    profile->cookieStore()->setCookieFilter(
+        [](const QWebEngineCookieStore::FilterRequest &request) {
+            if (!request.thirdParty)
+                return true;
+            instance().noteRefusal(request.firstPartyUrl.host());
+            return false;
+        });
 }
 
 void CookiePolicy::noteRefusal(const QString &pageHost)

@@ -8,8 +8,7 @@ class QWebEngineProfile;
 
 /// Refuses cookies of other sites than the page's, and tells on the interface thread for which
 /// page's host something was refused.
-class CookiePolicy : public QObject
-{
+class CookiePolicy : public QObject {
     Q_OBJECT
 
 public:

@@ -3,8 +3,7 @@
 #include <QWidget>
 
 /// Stands where a page was whose process has ended.
-class CrashNotice : public QWidget
-{
+class CrashNotice : public QWidget {
     Q_OBJECT
 
 public:

@@ -60,8 +60,8 @@ QWebEngineProfile *makeProfile()
 {
     const QString name = profileName();
     const QString inFolder = "/QtWebEngine/"_L1 + name;
-    const QString data
-        = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + inFolder;
+    const QString data =
+        QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + inFolder;
     QWebEngineProfile *profile = nullptr;
     if (lockData(data)) {
         profile = new QWebEngineProfile(name);

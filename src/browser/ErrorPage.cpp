@@ -42,8 +42,7 @@ QString reasonFor(int code)
     case -109:
         return translated(u"strUnreachable"_s, u"The server cannot be reached."_s);
     case -310:
-        return translated(u"strRedirects"_s,
-                          u"The server sends the browser round in circles."_s);
+        return translated(u"strRedirects"_s, u"The server sends the browser round in circles."_s);
     case -324:
         return translated(u"strEmpty"_s, u"The server sent no answer."_s);
     default:
@@ -63,15 +62,14 @@ namespace ErrorPage {
 void show(QWebEnginePage *page, const QUrl &url, const QWebEngineLoadingInfo &info)
 {
     const QString name = url.host().isEmpty() ? url.toDisplayString() : url.host();
-    const QJsonObject texts {
+    const QJsonObject texts{
         {u"title"_s, name},
         {u"heading"_s, translated(u"strHeading"_s, u"This page cannot be shown"_s)},
         {u"reason"_s, reasonFor(info.errorCode())},
         {u"address"_s, url.toDisplayString()},
         {u"again"_s, translated(u"cmdTryAgain"_s, u"Try Again"_s)},
     };
-    const QString json
-        = QString::fromUtf8(QJsonDocument(texts).toJson(QJsonDocument::Compact));
+    const QString json = QString::fromUtf8(QJsonDocument(texts).toJson(QJsonDocument::Compact));
     page->runJavaScript(PageScripts::source(u"error-page.js"_s).replace("%TEXTS%"_L1, json),
                         QWebEngineScript::ApplicationWorld);
 }

@@ -29,7 +29,8 @@ LoginDialog::LoginDialog(const QString &site, const QString &realm, QWidget *own
     m_password->setEchoMode(QLineEdit::Password);
 
     const QString question = translated(u"strQuestion"_s, u"This site asks you to sign in:"_s);
-    auto *label = new QLabel(question + u'\n' + site + (realm.isEmpty() ? QString() : u'\n' + realm.left(200)), this);
+    auto *label = new QLabel(
+        question + u'\n' + site + (realm.isEmpty() ? QString() : u'\n' + realm.left(200)), this);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);

@@ -5,8 +5,7 @@
 class QLineEdit;
 
 /// Asks for the user name and password of a site.
-class LoginDialog : public QDialog
-{
+class LoginDialog : public QDialog {
     Q_OBJECT
 
 public:

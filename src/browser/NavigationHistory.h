@@ -8,8 +8,7 @@ class QWebEngineHistoryItem;
 class QWebEnginePage;
 
 /// Steps back and forward in a page's history, past the entries that were to leave no trace.
-class NavigationHistory
-{
+class NavigationHistory {
 public:
     /// Marks the current entry as one to skip.
     void skipCurrent(QWebEnginePage *page);

@@ -10,7 +10,7 @@
 
 namespace {
 /// Text sizes from smallest to largest.
-constexpr std::array<qreal, 5> zoomFactors {0.75, 0.9, 1.0, 1.25, 1.5};
+constexpr std::array<qreal, 5> zoomFactors{0.75, 0.9, 1.0, 1.25, 1.5};
 
 bool readZoom(const WebPage *page, QVariant *out)
 {

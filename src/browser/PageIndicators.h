@@ -6,8 +6,7 @@
 class WebPage;
 
 /// Whether a page is secure, and whether cookies of other sites were refused on it.
-class PageIndicators : public QObject
-{
+class PageIndicators : public QObject {
     Q_OBJECT
 
 public:

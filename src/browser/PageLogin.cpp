@@ -13,8 +13,7 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-struct Login
-{
+struct Login {
     QString user;
     QString password;
     /// Handed to the engine already: asked again, it was wrong.
@@ -38,7 +37,7 @@ void askUser(QWebEnginePage *page, const QString &key, const QString &site, cons
     auto *dialog = new LoginDialog(site, realm, view ? view->window() : nullptr);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(dialog, &QDialog::accepted, page, [page, dialog, key] {
-        known().insert(key, Login {dialog->user(), dialog->password(), false});
+        known().insert(key, Login{dialog->user(), dialog->password(), false});
         page->triggerAction(QWebEnginePage::Reload);
     });
     QObject::connect(page, &QObject::destroyed, dialog, &QWidget::close);

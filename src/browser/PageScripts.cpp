@@ -45,8 +45,8 @@ std::optional<Line> parse(const QString &message)
     const QJsonArray fields = QJsonDocument::fromJson(json).array();
     if (fields.size() != 3)
         return {};
-    return Line {fields.at(0).toString(), fields.at(1).toBool(),
-                 fields.at(2).toVariant().toString()};
+    return Line{fields.at(0).toString(), fields.at(1).toBool(),
+                fields.at(2).toVariant().toString()};
 }
 
 }

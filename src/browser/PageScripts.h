@@ -16,8 +16,7 @@ QString source(const QString &name);
 void install(QWebEngineProfile *profile);
 
 /// What a marked line tells.
-struct Line
-{
+struct Line {
     /// "start", "load", "edit" or "retry".
     QString what;
     bool isMainFrame = false;

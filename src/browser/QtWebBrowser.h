@@ -18,8 +18,7 @@ class WebView;
 /// The engine control on Qt WebEngine. Its page is made when it is first needed: by `Navigate`, or
 /// by a page that asks for a window. What the engine tells at odd moments, in odd order or not at
 /// all is put right here, so that the events come as `WebBrowserEvents` describes them.
-class QtWebBrowser : public WebBrowser
-{
+class QtWebBrowser : public WebBrowser {
     Q_OBJECT
 
 public:

@@ -89,9 +89,9 @@ void QtWebBrowser::replaceWith(const QUrl &url)
     m_replacing = url;
     QTimer::singleShot(0, m_page, [this, url] {
         m_page->triggerAction(QWebEnginePage::Stop);
-        const QJsonArray address {encoded(url)};
-        const QString quoted
-            = QString::fromUtf8(QJsonDocument(address).toJson(QJsonDocument::Compact));
+        const QJsonArray address{encoded(url)};
+        const QString quoted =
+            QString::fromUtf8(QJsonDocument(address).toJson(QJsonDocument::Compact));
         m_page->runJavaScript("location.replace("_L1 + quoted + "[0])"_L1,
                               QWebEngineScript::ApplicationWorld);
     });

@@ -59,15 +59,13 @@ void QtWebBrowser::connectPage()
         if (m_events)
             m_events->StatusTextChange(url.isEmpty() ? m_status : url);
     });
-    connect(m_page, &QWebEnginePage::newWindowRequested, this,
-            &QtWebBrowser::onNewWindowRequested);
+    connect(m_page, &QWebEnginePage::newWindowRequested, this, &QtWebBrowser::onNewWindowRequested);
     connect(m_page, &QWebEnginePage::geometryChangeRequested, this,
             &QtWebBrowser::onGeometryRequested);
     connect(m_page, &QWebEnginePage::windowCloseRequested, this, &QtWebBrowser::onCloseRequested);
-    connect(m_page, &QWebEnginePage::fullScreenRequested, m_host,
-            [this](const QWebEngineFullScreenRequest &request) {
-                m_host->answerFullScreen(request);
-            });
+    connect(
+        m_page, &QWebEnginePage::fullScreenRequested, m_host,
+        [this](const QWebEngineFullScreenRequest &request) { m_host->answerFullScreen(request); });
     connect(m_page, &QWebEnginePage::recentlyAudibleChanged, this, [this] { applyShown(); });
     connect(m_page, &QWebEnginePage::renderProcessTerminated, this,
             [this](QWebEnginePage::RenderProcessTerminationStatus status) {

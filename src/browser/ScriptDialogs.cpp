@@ -17,8 +17,8 @@ constexpr int longestMessage = 2000;
 
 QString titleFor(const QUrl &origin)
 {
-    const QString site = origin.host().isEmpty() ? origin.toDisplayString().left(60)
-                                                 : origin.host();
+    const QString site =
+        origin.host().isEmpty() ? origin.toDisplayString().left(60) : origin.host();
     return site.isEmpty() ? ProgramInfo::title() : site + " - "_L1 + ProgramInfo::title();
 }
 
@@ -31,9 +31,9 @@ QWidget *ownerOf(QWebEnginePage *page)
 int run(QWebEnginePage *page, const QUrl &origin, const QString &message,
         QMessageBox::StandardButtons buttons)
 {
-    const QPointer<QMessageBox> box
-        = new QMessageBox(QMessageBox::NoIcon, titleFor(origin), message.left(longestMessage),
-                          buttons, ownerOf(page));
+    const QPointer<QMessageBox> box =
+        new QMessageBox(QMessageBox::NoIcon, titleFor(origin), message.left(longestMessage),
+                        buttons, ownerOf(page));
     box->setTextFormat(Qt::PlainText);
     const int answer = box->exec();
     delete box;

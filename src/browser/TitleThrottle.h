@@ -5,8 +5,7 @@
 
 /// Passes a page's titles on, the first at once and a flood of them at a pace that the frame can
 /// paint; the last one always arrives.
-class TitleThrottle : public QObject
-{
+class TitleThrottle : public QObject {
     Q_OBJECT
 
 public:

@@ -34,10 +34,9 @@ void WebPage::answerRequests()
             [this](const QUrl &origin, Feature feature) {
                 setFeaturePermission(origin, feature, PermissionDeniedByUser);
             });
-    connect(this, &QWebEnginePage::authenticationRequired, this,
-            [this](const QUrl &url, QAuthenticator *login) {
-                PageLogin::answer(this, url, login);
-            });
+    connect(
+        this, &QWebEnginePage::authenticationRequired, this,
+        [this](const QUrl &url, QAuthenticator *login) { PageLogin::answer(this, url, login); });
     connect(this, &QWebEnginePage::proxyAuthenticationRequired, this,
             [this](const QUrl &url, QAuthenticator *login, const QString &) {
                 PageLogin::answer(this, url, login);

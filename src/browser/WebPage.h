@@ -7,8 +7,7 @@ class CacheBypass;
 
 /// A page of the engine with the synchronous questions handed on, safe answers for what must not
 /// stay unanswered, and signals for the lines of the script in its frames.
-class WebPage : public QWebEnginePage
-{
+class WebPage : public QWebEnginePage {
     Q_OBJECT
 
 public:

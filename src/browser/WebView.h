@@ -3,8 +3,7 @@
 #include <QWebEngineView>
 
 /// The widget that paints a page; tells when the keyboard focus comes to the page.
-class WebView : public QWebEngineView
-{
+class WebView : public QWebEngineView {
     Q_OBJECT
 
 public:

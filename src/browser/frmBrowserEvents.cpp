@@ -107,8 +107,7 @@ void frmBrowser::WindowClosing(bool, bool &cancel)
     cancel = true;
     if (std::exchange(m_closeQuestionOpen, true))
         return;
-    MsgBox::ask(this,
-                u"This window is attempting to close itself!\r\nDo you want to allow this?"_s,
+    MsgBox::ask(this, u"This window is attempting to close itself!\r\nDo you want to allow this?"_s,
                 u"Allow Window Close?"_s,
                 [window = QPointer<frmBrowser>(this)](MsgBox::Answer answer) {
                     if (!window)
