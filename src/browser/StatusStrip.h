@@ -5,8 +5,7 @@
 
 /// The status bar of a browser window: the status text, and at the right end the privacy and the
 /// secure indicator while they apply. Painted by itself; cheap to change many times a second.
-class StatusStrip : public QWidget
-{
+class StatusStrip : public QWidget {
     Q_OBJECT
 
 public:

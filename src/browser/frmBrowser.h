@@ -12,8 +12,7 @@ class StatusStrip;
 /// The inner window that shows one web page: engine control, status bar, and their reflection in
 /// the window's tab and the shared address bar. The creator sets the public members, hands the
 /// window to `Frame::adopt` and shows it; the first show loads it.
-class frmBrowser : public QMdiSubWindow, private WebBrowserEvents
-{
+class frmBrowser : public QMdiSubWindow, private WebBrowserEvents {
     Q_OBJECT
 
 public:
