@@ -223,7 +223,49 @@ void CoolBar::mouseDoubleClickEvent(QMouseEvent *event)
 
 void CoolBar::keyPressEvent(QKeyEvent *event)
 {
-    QWidget::keyPressEvent(event);
+    // The bar has the keyboard only while a band is dragged.
+    if (event->key() == Qt::Key_Escape && m_drag->isActive())
+        m_drag->cancel();
+    else
+        QWidget::keyPressEvent(event);
 }
 
-void CoolBar::toggleMaximized(CoolBand *) { }
+void CoolBar::toggleMaximized(CoolBand *band)
+{
+    const QList<Row> all = rows();
+    const auto found =
+        std::find_if(all.begin(), all.end(), [band](const Row &row) { return row.contains(band); });
+    if (found == all.end() || found->size() < 2)
+        return;
+    const Row &row = *found;
+    int most = width();
+    for (const CoolBand *other : row)
+        most -= other == band ? 0 : other->minimumPixels();
+    if (band->geometry().width() < most)
+        maximize(band, row, most);
+    else
+        minimize(band, row);
+    bandsChanged();
+}
+
+void CoolBar::maximize(CoolBand *band, const Row &row, int pixels)
+{
+    for (CoolBand *other : row.first(row.size() - 1))
+        other->m_width = Twips::fromPixels(other == band ? pixels : other->minimumPixels());
+}
+
+// The room goes to the band before it, or after it where it is the first.
+void CoolBar::minimize(CoolBand *band, const Row &row)
+{
+    const int freed = band->geometry().width() - band->minimumPixels();
+    const auto k = row.indexOf(band);
+    CoolBand *heir = row.at(k > 0 ? k - 1 : 1);
+    for (CoolBand *other : row.first(row.size() - 1)) {
+        int pixels = other->geometry().width();
+        if (other == band)
+            pixels -= freed;
+        else if (other == heir)
+            pixels += freed;
+        other->m_width = Twips::fromPixels(pixels);
+    }
+}

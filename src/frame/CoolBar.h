@@ -68,6 +68,8 @@ private:
     void layOut();
     void layOutRow(const Row &row, int top, int height);
     void toggleMaximized(CoolBand *band);
+    static void maximize(CoolBand *band, const Row &row, int pixels);
+    static void minimize(CoolBand *band, const Row &row);
 
     QList<CoolBand *> m_bands;
     std::unique_ptr<CoolBarDrag> m_drag;
