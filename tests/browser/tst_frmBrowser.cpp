@@ -135,6 +135,7 @@ void tst_frmBrowser::minimizedWindowKeepsTheControl()
     for (const QRect &moved : engineOf(form)->moves)
         QVERIFY(moved.height() >= 0);
     form->showNormal();
+    QTRY_VERIFY2(!engineOf(form)->moves.isEmpty(), qPrintable(QString::number(form->widget()->height()) + u' ' + QString::number(form->height()) + u' ' + QString::number(form->isMinimized())));
     QTRY_COMPARE(engineOf(form)->moves.last().width(), form->innerWidth());
 }
 

@@ -162,7 +162,7 @@ void tst_navigation::framesCompleteBeforeThePage()
     const QString url = m_server->url(u"/framed"_s);
     m_browser->Navigate(url);
     QTRY_VERIFY(arrived(url));
-    QCOMPARE(m_events->lines.last(), "complete "_L1 + url);
+    QCOMPARE(m_events->navigation().last(), "complete "_L1 + url);
     QVERIFY(arrived(m_server->url(u"/a"_s)));
     QVERIFY(arrived(m_server->url(u"/b"_s)));
     QCOMPARE(m_events->count("before "_L1 + m_server->url(u"/a"_s)), 1);
