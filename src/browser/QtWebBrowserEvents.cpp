@@ -3,7 +3,6 @@
 #include "EngineProfile.h"
 #include "ErrorPage.h"
 #include "Language.h"
-#include "Log.h"
 #include "PageIndicators.h"
 #include "QtWebBrowser.h"
 #include "WebPage.h"
@@ -113,7 +112,6 @@ void QtWebBrowser::forgetLinks()
 
 void QtWebBrowser::onLoadingChanged(const QWebEngineLoadingInfo &info)
 {
-    qCDebug(lcEngine) << info.status() << info.url() << info.isErrorPage() << info.errorCode();
     if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
         onLoadStarted(info.url());
     else

@@ -12,8 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_popups : public QObject
-{
+class tst_popups : public QObject {
     Q_OBJECT
 
 private slots:
