@@ -20,12 +20,12 @@ private slots:
     void cleanup();
     void windowIsOpenedInPlace();
     void requestedSizeFitsTheWindow();
-    void blankWindowIsUsable();
     void killedWindowIsNotMade();
     void scriptMovesTheControl();
     void closingIsAskedAndRefused();
     void closingIsAskedAndGranted();
     void closedOpenerLeavesTheWindow();
+    void blankWindowIsUsable();
 
 private:
     QString script(const frmBrowser *form, const QString &code);
