@@ -1,0 +1,90 @@
+#include "FileCommands.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QMdiSubWindow>
+
+#include "Clipboard.h"
+#include "Forms.h"
+#include "Frame.h"
+#include "WebBrowser.h"
+#include "Yield.h"
+#include "frmBrowser.h"
+#include "frmOpenURL.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int normal = 0;
+
+void newOnCurrentPage(Frame &frame)
+{
+    if (const frmBrowser *active = activeBrowser(frame))
+        frame.OpenBrowserWindow(active->brwWebBrowser()->LocationURL(), normal);
+    else
+        frame.OpenBrowserWindow({}, frame.NewWindowState());
+}
+
+void closeActive(Frame &frame)
+{
+    if (QMdiSubWindow *active = frame.activeChild())
+        active->close();
+}
+
+/// Every loaded form but the frame and an open modal dialog; source windows among them.
+void closeAll(Frame &frame)
+{
+    for (QWidget *form : Forms::all()) {
+        if (form == frame.window() || form->isModal())
+            continue;
+        form->setWindowState(Qt::WindowMinimized);
+        form->close();
+    }
+    letPendingEventsRun();
+}
+
+void enableFileItems(Frame &frame)
+{
+    const bool hasWindow = frame.activeChild() != nullptr;
+    for (const QString &item :
+         {u"mnuFileSaveAs"_s, u"mnuFileProfilesSave"_s, u"mnuFileClose"_s, u"mnuFileCloseAll"_s,
+          u"mnuFileProperties"_s, u"mnuFilePrint"_s, u"mnuFilePrintPreview"_s,
+          u"mnuFilePageSetup"_s})
+        frame.menuItem(item)->setEnabled(hasWindow);
+}
+
+void enableFromClipboard(Frame &frame)
+{
+    frame.menuItem(u"mnuFileNewFromClipboard"_s)->setEnabled(clipboardHasText());
+}
+
+void registerNewCommands(Frame &frame)
+{
+    frame.handle(u"mnuFileNewCurrent"_s, [&frame] { newOnCurrentPage(frame); });
+    frame.handle(u"mnuFileNewBlankPage"_s, [&frame] {
+        frame.OpenBrowserWindow(u"About:Blank"_s, frame.NewWindowState());
+    });
+    frame.handle(u"mnuFileNewHomePage"_s,
+                 [&frame] { frame.OpenBrowserWindow({}, frame.NewWindowState()); });
+    frame.handle(u"mnuFileNewFromClipboard"_s, [&frame] {
+        frame.OpenBrowserWindow(QApplication::clipboard()->text(), frame.NewWindowState());
+    });
+    frame.beforeOpening(u"mnuFileNew"_s, [&frame] { enableFromClipboard(frame); });
+}
+
+}
+
+void registerFileCommands(Frame &frame)
+{
+    registerNewCommands(frame);
+    frame.handle(u"mnuFileOpen"_s, [&frame] { (new frmOpenURL(frame))->open(); });
+    frame.handle(u"mnuFileClose"_s, [&frame] { closeActive(frame); });
+    frame.handle(u"mnuFileCloseAll"_s, [&frame] { closeAll(frame); });
+    frame.handle(u"mnuFileExit"_s, [&frame] { frame.window()->close(); });
+    frame.beforeOpening(u"mnuFile"_s, [&frame] {
+        enableFileItems(frame);
+        enableFromClipboard(frame);
+    });
+}

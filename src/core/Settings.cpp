@@ -1,0 +1,49 @@
+#include "Settings.h"
+
+#include "AppFolder.h"
+#include "ProgramInfo.h"
+#include "TextRules.h"
+#include "modINI.h"
+
+using namespace Qt::StringLiterals;
+
+namespace Settings {
+
+QString read(const Key &key)
+{
+    return ReadINI(QString::fromLatin1(key.section), QString::fromLatin1(key.name),
+                   QString::fromLatin1(key.missing), AppFolder::settingsPath());
+}
+
+std::optional<bool> readBoolean(const Key &key)
+{
+    return textToBoolean(read(key));
+}
+
+std::optional<double> readNumber(const Key &key)
+{
+    return textToNumber(read(key));
+}
+
+bool isOne(const Key &key)
+{
+    return readNumber(key) == 1.0;
+}
+
+bool write(const Key &key, const QString &value)
+{
+    return WriteINI(QString::fromLatin1(key.section), QString::fromLatin1(key.name), value,
+                    AppFolder::settingsPath());
+}
+
+bool writeBoolean(const Key &key, bool value)
+{
+    return write(key, booleanText(value));
+}
+
+QString homeUrl()
+{
+    return ReadINI(u"Settings"_s, u"Home-URL"_s, ProgramInfo::homeUrl(), AppFolder::settingsPath());
+}
+
+}

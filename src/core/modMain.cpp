@@ -1,0 +1,15 @@
+#include "modMain.h"
+
+#include "AppFolder.h"
+#include "Language.h"
+#include "Settings.h"
+
+using namespace Qt::StringLiterals;
+
+void startUp(StartUpFrame &frame)
+{
+    AppFolder::setSettingsPath(AppFolder::appData(u"Settings.ini"_s));
+    setLanguageName(Settings::read(Settings::Language));
+    frame.load();
+    frame.translate();
+}

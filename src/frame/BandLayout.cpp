@@ -1,0 +1,59 @@
+#include "BandLayout.h"
+
+#include "AppFolder.h"
+#include "CoolBand.h"
+#include "CoolBar.h"
+#include "TextRules.h"
+#include "modINI.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString newRowKey(int position)
+{
+    return u"NewRow"_s + QString::number(position);
+}
+
+QString widthKey(int position)
+{
+    return u"Width"_s + QString::number(position);
+}
+
+QString widthText(const CoolBand &band)
+{
+    return QString::number(qRound64(band.width()));
+}
+
+}
+
+void restoreBandLayout(CoolBar &bar)
+{
+    const QString file = AppFolder::settingsPath();
+    for (int position = 1; position <= bar.bandCount(); ++position) {
+        CoolBand &band = *bar.band(position);
+        if (position > 1) {
+            const QString current = booleanText(band.newRow());
+            const auto flag = textToBoolean(
+                ReadINI(u"ToolBar"_s, newRowKey(position), current, file));
+            if (flag)
+                band.setNewRow(*flag);
+        }
+        const auto width = textToNumber(
+            ReadINI(u"ToolBar"_s, widthKey(position), widthText(band), file));
+        if (width)
+            band.setWidth(*width);
+    }
+}
+
+void saveBandLayout(const CoolBar &bar)
+{
+    QList<IniEntry> entries;
+    for (int position = 1; position <= bar.bandCount(); ++position) {
+        const CoolBand &band = *bar.band(position);
+        if (position > 1)
+            entries.append({u"ToolBar"_s, newRowKey(position), booleanText(band.newRow())});
+        entries.append({u"ToolBar"_s, widthKey(position), widthText(band)});
+    }
+    WriteINIEntries(entries, AppFolder::settingsPath());
+}

@@ -1,0 +1,146 @@
+#include "CommandBars.h"
+
+#include <QAction>
+#include <QMenu>
+
+#include "Frame.h"
+#include "Language.h"
+#include "Settings.h"
+#include "ThemedIcon.h"
+#include "ToolBar.h"
+#include "WebBrowser.h"
+#include "Yield.h"
+#include "frmBrowser.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct ButtonEntry
+{
+    const char *key;
+    const char *toolTip;
+    const char *icon;
+    ToolBar::Style style = ToolBar::Style::Push;
+};
+
+constexpr ButtonEntry functionButtons[] = {
+    {"New", "New Window", "new", ToolBar::Style::DropDown},
+    {"Profile", "Open Profile", "profile"},
+    {"Save", "Save Profile", "save"},
+    {"PopupKiller", "Popup Killer", "popupkiller", ToolBar::Style::Check},
+    {"Favorites", "Favorites", "favorites", ToolBar::Style::Check},
+    {"FontSize", "Font Size", "fontsize", ToolBar::Style::DropDown},
+};
+
+constexpr ButtonEntry browserButtons[] = {
+    {"Back", "Backwards", "back"},
+    {"Forward", "Forwards", "forward"},
+    {"Stop", "Stop", "stop"},
+    {"Refresh", "Refresh", "refresh"},
+    {"Home", "Home", "home"},
+    {"Search", "Search", "search", ToolBar::Style::Check},
+};
+
+/// Level of a refresh that loads everything anew, past the cache.
+constexpr int refreshCompletely = 3;
+
+template <typename Table>
+void fill(ToolBar &bar, const Table &table)
+{
+    for (const ButtonEntry &entry : table)
+        bar.addButton(QString::fromLatin1(entry.key), QString::fromLatin1(entry.toolTip),
+                      themedIcon(QString::fromLatin1(entry.icon)), entry.style);
+}
+
+void translateToolTips(ToolBar &bar)
+{
+    for (int index = 1; index <= bar.buttonCount(); ++index) {
+        const QString key = bar.buttonKey(index);
+        if (!key.isEmpty())
+            bar.setToolTip(index,
+                           GetLanguageText(u"frmMain-Toolbar"_s, key, bar.toolTip(index)));
+    }
+}
+
+}
+
+CommandBars::CommandBars(Frame &frame, ToolBar &functions, ToolBar &browser, QObject *parent)
+    : QObject(parent)
+    , m_frame(frame)
+    , m_functions(functions)
+    , m_browser(browser)
+{
+    fill(m_functions, functionButtons);
+    fill(m_browser, browserButtons);
+    connect(&m_functions, &ToolBar::buttonClicked, this, &CommandBars::clickFunction);
+    connect(&m_functions, &ToolBar::dropDown, this, &CommandBars::dropDown);
+    connect(&m_browser, &ToolBar::buttonClicked, this, &CommandBars::clickBrowser);
+}
+
+void CommandBars::setPressed(const QString &key, bool pressed)
+{
+    m_functions.setPressed(key, pressed);
+    m_browser.setPressed(key, pressed);
+}
+
+void CommandBars::translate()
+{
+    translateToolTips(m_functions);
+    translateToolTips(m_browser);
+}
+
+void CommandBars::clickFunction(const QString &key)
+{
+    if (key == "New"_L1)
+        m_frame.run(u"mnuFileNewCurrent"_s);
+    else if (key == "Profile"_L1)
+        m_frame.run(u"mnuFileProfiles"_s);
+    else if (key == "Save"_L1)
+        m_frame.run(u"mnuFileProfilesSave"_s);
+    else if (key == "PopupKiller"_L1)
+        m_frame.run(u"mnuToolsKillPopUps"_s);
+    else if (key == "Favorites"_L1)
+        m_frame.run(u"mnuFavoritesShow"_s);
+    letPendingEventsRun();
+}
+
+void CommandBars::clickBrowser(const QString &key)
+{
+    if (key == "Search"_L1)
+        m_frame.run(u"mnuViewSearchBar"_s);
+    else if (key == "Home"_L1)
+        m_frame.NavigateActive(Settings::homeUrl());
+    else
+        actOnPage(key);
+    letPendingEventsRun();
+}
+
+void CommandBars::actOnPage(const QString &key)
+{
+    const frmBrowser *active = activeBrowser(m_frame);
+    if (!active)
+        return;
+    WebBrowser &page = *active->brwWebBrowser();
+    if (key == "Back"_L1)
+        page.GoBack();
+    else if (key == "Forward"_L1)
+        page.GoForward();
+    else if (key == "Stop"_L1)
+        page.Stop();
+    else if (key == "Refresh"_L1)
+        page.Refresh2(refreshCompletely);
+}
+
+void CommandBars::dropDown(const QString &key, const QPoint &below)
+{
+    if (key == "New"_L1)
+        popUp(u"mnuFileNew"_s, below);
+    else if (key == "FontSize"_L1 && m_frame.activeChild())
+        popUp(u"mnuViewFontSize"_s, below);
+}
+
+void CommandBars::popUp(const QString &menuName, const QPoint &below)
+{
+    m_frame.menuItem(menuName)->menu()->popup(below);
+}

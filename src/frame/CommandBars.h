@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+class Frame;
+class ToolBar;
+
+/// The two tool bars of commands, `tbFunctions` and `tbBrowser`: their buttons and what a click
+/// does. Buttons are told apart by key. Most run the handler of the menu command that does the
+/// same, so that menu and button behave alike.
+class CommandBars : public QObject
+{
+    Q_OBJECT
+
+public:
+    CommandBars(Frame &frame, ToolBar &functions, ToolBar &browser, QObject *parent);
+
+    /// Shows the button of that key pressed or not, on whichever bar has it.
+    void setPressed(const QString &key, bool pressed);
+    /// Tool tips in the current language, looked up by button key.
+    void translate();
+
+private:
+    void clickFunction(const QString &key);
+    void clickBrowser(const QString &key);
+    void dropDown(const QString &key, const QPoint &below);
+    void popUp(const QString &menuName, const QPoint &below);
+    /// What a button does to the active window's page.
+    void actOnPage(const QString &key);
+
+    Frame &m_frame;
+    ToolBar &m_functions;
+    ToolBar &m_browser;
+};

@@ -1,0 +1,6 @@
+#pragma once
+
+class QWidget;
+
+/// Asks the user whether to leave, where the settings want it asked; true when the program may end.
+bool mayExit(QWidget *frame);

@@ -1,0 +1,28 @@
+#include "FrameBody.h"
+
+#include <QSplitter>
+#include <QVBoxLayout>
+
+FrameBody::FrameBody(CoolBar &bar, QWidget &windows, QWidget *parent)
+    : QWidget(parent)
+    , m_bar(bar)
+    , m_layout(new QVBoxLayout(this))
+    , m_splitter(new QSplitter(Qt::Horizontal))
+{
+    m_layout->setContentsMargins({});
+    m_layout->setSpacing(0);
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->addWidget(&windows);
+    m_layout->addWidget(&bar);
+    m_layout->addWidget(m_splitter, 1);
+}
+
+void FrameBody::dockCoolBar(CoolBar::Dock side)
+{
+    const int index = side == CoolBar::Dock::Top ? 0 : 1;
+    if (m_layout->indexOf(&m_bar) != index) {
+        m_layout->removeWidget(&m_bar);
+        m_layout->insertWidget(index, &m_bar);
+    }
+    m_bar.setDock(side);
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+
+#include "CoolBar.h"
+
+class QSplitter;
+class QVBoxLayout;
+
+/// The inside of the frame: the tool bar strip along one edge, and beside the inner windows the
+/// place of the side bars.
+class FrameBody : public QWidget
+{
+    Q_OBJECT
+
+public:
+    FrameBody(CoolBar &bar, QWidget &windows, QWidget *parent);
+
+    /// Moves the strip above or below everything else.
+    void dockCoolBar(CoolBar::Dock side);
+    /// Holds the side bars left of the inner windows; its handles resize them.
+    QSplitter &splitter() { return *m_splitter; }
+
+private:
+    CoolBar &m_bar;
+    QVBoxLayout *m_layout;
+    QSplitter *m_splitter;
+};

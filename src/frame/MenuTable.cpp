@@ -1,0 +1,137 @@
+#include "MenuTable.h"
+
+#include <array>
+
+namespace {
+
+using enum MenuEntry::Kind;
+
+// clang-format off
+constexpr auto table = std::to_array<MenuEntry>({
+    {0, Menu, "mnuFile", "&File"},
+    {1, Menu, "mnuFileNew", "&New"},
+    {2, Item, "mnuFileNewCurrent", "Current", "Ctrl+N"},
+    {2, Separator, "mnuFileNewBar0", "-"},
+    {2, Item, "mnuFileNewBlankPage", "Blank Page"},
+    {2, Item, "mnuFileNewHomePage", "Home Page"},
+    {2, Separator, "mnuFileNewBar1", "-"},
+    {2, Item, "mnuFileNewFromClipboard", "From Clipboard", "Ctrl+Ins"},
+    {1, Item, "mnuFileOpen", "&Open...", "Ctrl+O"},
+    {1, Item, "mnuFileSaveAs", "&Save As..."},
+    {1, Separator, "mnuFileBar0", "-"},
+    {1, Item, "mnuFileProfiles", "Open P&rofiles", "Ctrl+R"},
+    {1, Item, "mnuFileProfilesSave", "&Save Profile As...", "F12"},
+    {1, Separator, "mnuFileBar1", "-"},
+    {1, Item, "mnuFileClose", "&Close"},
+    {1, Item, "mnuFileCloseAll", "Close &All"},
+    {1, Separator, "mnuFileBar2", "-"},
+    {1, Item, "mnuFileProperties", "Propert&ies", "Ctrl+I"},
+    {1, Separator, "mnuFileBar3", "-"},
+    {1, Item, "mnuFilePageSetup", "Page Setup..."},
+    {1, Item, "mnuFilePrint", "&Print...", "Ctrl+P"},
+    {1, Item, "mnuFilePrintPreview", "Print P&review"},
+    {1, Separator, "mnuFileBar4", "-"},
+    {1, Item, "mnuFileExit", "E&xit"},
+
+    {0, Menu, "mnuEdit", "&Edit"},
+    {1, Item, "mnuEditUndo", "&Undo"},
+    {1, Separator, "mnuEditBar0", "-"},
+    {1, Item, "mnuEditCut", "Cu&t", "Ctrl+X"},
+    {1, Item, "mnuEditCopy", "&Copy", "Ctrl+C"},
+    {1, Item, "mnuEditPaste", "&Paste", "Ctrl+V"},
+    {1, Separator, "mnuEditBar1", "-"},
+    {1, Item, "mnuEditFind", "&Find", "Ctrl+F"},
+    {1, Separator, "mnuEditBar2", "-"},
+    {1, Item, "mnuEditSelectAll", "Select &All", "Ctrl+A"},
+    {1, Item, "mnuEditSelectNone", "Select &None"},
+
+    {0, Menu, "mnuView", "&View"},
+    {1, Check, "mnuViewSearchBar", "Search Bar", "F3"},
+    {1, Separator, "mnuViewBar0", "-"},
+    {1, Menu, "mnuViewFontSize", "Font Size"},
+    {2, Check, "mnuViewFontSize20", "Smallest"},
+    {2, Check, "mnuViewFontSize21", "Small"},
+    {2, Check, "mnuViewFontSize22", "Medium"},
+    {2, Check, "mnuViewFontSize23", "Large"},
+    {2, Check, "mnuViewFontSize24", "Largest"},
+    {1, Menu, "mnuViewToolBar", "Tool Bar"},
+    {2, Check, "mnuViewToolBarVisible", "Visible", nullptr, true},
+    {2, Check, "mnuViewToolBarAddressBar", "Address Bar", nullptr, true},
+    {2, Check, "mnuViewToolBarFavoriteLinks", "Favorite &Links", nullptr, true},
+    {2, Check, "mnuViewToolBarTabStrip", "Tab Strip", nullptr, true},
+    {2, Separator, "mnuViewToolBarBar1", "-"},
+    {2, Check, "mnuViewToolBarTop", "Align Top", nullptr, true},
+    {2, Check, "mnuViewToolBarBottom", "Align Bottom"},
+    {1, Separator, "mnuViewBar1", "-"},
+    {1, Item, "mnuViewRefresh", "&Refresh"},
+    {1, Item, "mnuViewDocumentHTML", "&Document HTML"},
+
+    {0, Menu, "mnuNavigation", "Navigation"},
+    {1, Item, "mnuNavigationBackwards", "Backwards"},
+    {1, Item, "mnuNavigationForwards", "Forwards"},
+    {1, Separator, "mnuNavigationBar1", "-"},
+    {1, Item, "mnuNavigationStartPage", "Start Page"},
+    {1, Item, "mnuNavigationSearchTheWeb", "Search The Web"},
+    {1, Separator, "mnuNavigationBar2", "-"},
+    {1, Item, "mnuNavigationStop", "Stop"},
+    {1, Item, "mnuNavigationStopAll", "Stop All", "Shift+Del"},
+    {1, Separator, "mnuNavigationBar3", "-"},
+    {1, Item, "mnuNavigationRefresh", "Refresh", "F5"},
+    {1, Item, "mnuNavigationRefreshAll", "Refresh All", "Shift+F5"},
+
+    {0, Menu, "mnuFavorites", "&Favorites"},
+    {1, Item, "mnuFavoritesAdd", "&Add To Favorites", "Ctrl+D"},
+    {1, Item, "mnuFavoritesOrganize", "&Organize Favorites", "Ctrl+B"},
+    {1, Separator, "mnuFavoritesBar0", "-"},
+    {1, Item, "mnuFavoritesExport", "Export Favorites"},
+    {1, Item, "mnuFavoritesImport", "Import Favorites"},
+    {1, Separator, "mnuFavoritesBar1", "-"},
+    {1, Check, "mnuFavoritesShow", "&Show Favorites", "F4"},
+
+    {0, Menu, "mnuTools", "&Tools"},
+    {1, Item, "mnuToolsOptions", "&Options..."},
+    {1, Item, "mnuToolsSmartPopupBlockerList", "Smart &Popup Blocker List"},
+    {1, Separator, "mnuToolsBar0", "-"},
+    {1, Item, "mnuToolsInternetOptions", "&Internet Options"},
+    {1, Item, "mnuToolsAdvancedInternetOptions", "&Advanced Internet Options"},
+    {1, Separator, "mnuToolsBar1", "-"},
+    {1, Menu, "mnuToolsHistory", "&History"},
+    {2, Check, "mnuToolsAddPagesToHistory", "Add Pages To &History"},
+    {2, Separator, "mnuToolsHistoryBar0", "-"},
+    {2, Check, "mnuToolsAddFilesToCache", "Add Files To Cache"},
+    {1, Separator, "mnuToolsBar2", "-"},
+    {1, Check, "mnuToolsKillPopUps", "&Kill Popups", "Ctrl+K"},
+    {1, Check, "mnuToolsSmartPopupKiller", "Smart Popup Killer"},
+    {1, Separator, "mnuToolsBar3", "-"},
+    {1, Check, "mnuToolsMaximizeCatcher", "&Maximize Catcher", "Ctrl+M"},
+    {1, Check, "mnuToolsScriptErrorSuppress", "&Suppress Script Errors", "Ctrl+S"},
+
+    {0, Menu, "mnuWindow", "&Window"},
+    {1, Item, "mnuWindowNewWindow", "&New Window"},
+    {1, Separator, "mnuWindowBar0", "-"},
+    {1, Item, "mnuWindowMinimizeAll", "&Minimize All"},
+    {1, Item, "mnuWindowRestoreAll", "&Restore All"},
+    {1, Separator, "mnuWindowBar1", "-"},
+    {1, Item, "mnuWindowCascade", "&Cascade"},
+    {1, Item, "mnuWindowTileHorizontal", "Tile &Horizontal"},
+    {1, Item, "mnuWindowTileVertical", "Tile &Vertical"},
+    {1, Separator, "mnuWindowBar2", "-"},
+    {1, Menu, "mnuWindowOpenBrowsers", "Open Browsers"},
+    {1, Item, "mnuWindowCloseAll", "Close All"},
+
+    {0, Menu, "mnuHelp", "&Help"},
+    {1, Item, "mnuHelpAbout", "&About "},
+    {1, Separator, "mnuHelpBar0", "-"},
+    {1, Item, "mnuHelpDonate", "Donate"},
+    {1, Separator, "mnuHelpBar1", "-"},
+    {1, Item, "mnuHelpCheckForUpdate", "Check For Update"},
+    {1, Item, "mnuHelpKelmarsh", "Kelmarsh"},
+});
+// clang-format on
+
+}
+
+std::span<const MenuEntry> menuTable()
+{
+    return table;
+}

@@ -1,0 +1,278 @@
+#include "frmMain.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QMimeData>
+
+#include "AddressHost.h"
+#include "ApplySettings.h"
+#include "BandLayout.h"
+#include "CommandBars.h"
+#include "CommandLine.h"
+#include "CoolBand.h"
+#include "CoolBar.h"
+#include "ExitQuestion.h"
+#include "Factory.h"
+#include "Forms.h"
+#include "FrameBody.h"
+#include "Language.h"
+#include "MdiArea.h"
+#include "NavigationCommands.h"
+#include "PopupCommands.h"
+#include "ProfileDrag.h"
+#include "ProgramIcon.h"
+#include "ProgramInfo.h"
+#include "Settings.h"
+#include "TabStrip.h"
+#include "ThemedIcon.h"
+#include "ToolBar.h"
+#include "ToolBarCommands.h"
+#include "WebBrowser.h"
+#include "WindowMenu.h"
+#include "Yield.h"
+#include "brwURL.h"
+#include "frmBrowser.h"
+#include "frmSplash.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int maximized = 2;
+constexpr int normal = 0;
+constexpr int keyEnter = 13;
+constexpr int keyEscape = 27;
+constexpr QSize designSize(1100, 760);
+
+template <typename Bar>
+Bar *named(Bar *bar, const char *name)
+{
+    bar->setObjectName(QLatin1StringView(name));
+    return bar;
+}
+
+}
+
+frmMain::frmMain()
+    : m_menu(*menuBar(), *this)
+    , m_commands(m_menu, this)
+    , m_windows(new MdiArea)
+    , m_coolBar(named(new CoolBar, "CoolBar1"))
+    , m_body(new FrameBody(*m_coolBar, *m_windows, this))
+    , m_tbFunctions(named(new ToolBar, "tbFunctions"))
+    , m_tbBrowser(named(new ToolBar, "tbBrowser"))
+    , m_tbLinks(named(new ToolBar, "tbLinks"))
+    , m_tbWindows(named(new TabStrip(themedIcon(u"page"_s)), "tbWindows"))
+    , m_brwURL1(named(new brwURL, "brwURL1"))
+    , m_commandBars(new CommandBars(*this, *m_tbFunctions, *m_tbBrowser, this))
+{
+    setObjectName("frmMain"_L1);
+    setWindowTitle(ProgramInfo::title());
+    setWindowIcon(programIcon());
+    setContextMenuPolicy(Qt::NoContextMenu);
+    setAcceptDrops(true);
+    setCentralWidget(m_body);
+    resize(designSize);
+    makeBands();
+    connectAddressBar();
+    QMenu &openBrowsers = *m_menu.menu(u"mnuWindowOpenBrowsers"_s);
+    registerWindowCommands(*this, *m_windows, openBrowsers);
+    connectTabStrip(*m_tbWindows, *this, openBrowsers);
+    registerToolBarCommands(*this, *m_coolBar, *m_body);
+    registerNavigationCommands(*this);
+    registerPopupCommands(*this);
+    connect(m_windows, &MdiArea::activeChildChanged, &m_commands, &CommandTable::refreshRules);
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, &m_commands,
+            &CommandTable::refreshRules);
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::makeBands()
+{
+    auto *icon = named(new QLabel, "pctIcon");
+    icon->setAlignment(Qt::AlignCenter);
+    icon->setFixedWidth(28);
+    m_coolBar->addBand(u"Functions"_s, m_tbFunctions, {}, 3600, false);
+    m_coolBar->addBand(u"Browser"_s, m_tbBrowser, {}, 3600, false);
+    m_coolBar->addBand(u"Address"_s, new AddressHost(*m_brwURL1), u"Address:"_s, 9000, true);
+    m_coolBar->addBand(u"Links"_s, m_tbLinks, {}, 9000, true);
+    m_coolBar->addBand(u"Tabs"_s, m_tbWindows, {}, 9000, true);
+    m_coolBar->addBand(u"Icon"_s, icon, {}, 600, false);
+}
+
+void frmMain::connectAddressBar()
+{
+    connect(m_brwURL1, &brwURL::Click, this, &frmMain::navigateToAddress);
+    connect(m_brwURL1, &brwURL::KeyDown, this, [this](int &keyCode, int &) {
+        if (m_brwURL1->keyIsReleased())
+            return;
+        if (keyCode == keyEnter)
+            navigateToAddress();
+        else if (keyCode == keyEscape)
+            restoreAddress();
+    });
+}
+
+void frmMain::navigateToAddress()
+{
+    NavigateActive(m_brwURL1->Text());
+    if (const frmBrowser *active = activeBrowser(*this))
+        active->brwWebBrowser()->SetFocus();
+}
+
+void frmMain::restoreAddress()
+{
+    if (const frmBrowser *active = activeBrowser(*this))
+        m_brwURL1->setText(active->brwWebBrowser()->LocationURL());
+}
+
+void frmMain::load()
+{
+    if (m_loaded)
+        return;
+    m_loaded = true;
+    Forms::add(this);
+    m_commandLine = unquoted(m_commandLine);
+    findChild<QLabel *>(u"pctIcon"_s)->setPixmap(windowIcon().pixmap(QSize(16, 16), devicePixelRatio()));
+    applySettings(*this, *m_coolBar);
+    restoreBandLayout(*m_coolBar);
+    show();
+    letPendingEventsRun();
+    if (Settings::isOne(Settings::ShowSplash))
+        showSplash(this);
+    letPendingEventsRun();
+    openFirstWindow();
+}
+
+void frmMain::openFirstWindow()
+{
+    if (!isProfileName(m_commandLine))
+        OpenBrowserWindow(m_commandLine, maximized);
+    else if (!openProfile(m_commandLine, true))
+        OpenBrowserWindow(m_commandLine, normal);
+}
+
+void frmMain::translate()
+{
+    m_menu.translate();
+    m_commandBars->translate();
+    CoolBand &address = *m_coolBar->band(u"Address"_s);
+    address.setCaption(GetLanguageText(u"frmMain"_s, u"lblAddress"_s, address.caption()));
+    m_coolBar->translate();
+}
+
+void frmMain::adopt(QMdiSubWindow *child)
+{
+    m_windows->adopt(child);
+}
+
+QMdiSubWindow *frmMain::activeChild() const
+{
+    return m_windows->activeChild();
+}
+
+void frmMain::OpenBrowserWindow(const QString &url, int state)
+{
+    openBrowserWindow(*this, url, state);
+}
+
+void frmMain::NavigateActive(const QString &url)
+{
+    navigateActive(*this, url);
+}
+
+int frmMain::NewWindowState() const
+{
+    return activeChild() ? normal : maximized;
+}
+
+bool frmMain::openProfile(const QString &, bool)
+{
+    return false;
+}
+
+WindowTabs &frmMain::tbWindows()
+{
+    return *m_tbWindows;
+}
+
+void frmMain::setAddressText(const QString &url)
+{
+    m_brwURL1->setText(url);
+}
+
+void frmMain::addAddress(const QString &url, bool showText)
+{
+    m_brwURL1->AddItem(url, showText);
+}
+
+QAction *frmMain::menuItem(const QString &name) const
+{
+    return m_menu.action(name);
+}
+
+void frmMain::handle(const QString &menuName, const Handler &handler)
+{
+    m_commands.handle(menuName, handler);
+}
+
+void frmMain::beforeOpening(const QString &menuName, const Handler &rule)
+{
+    m_commands.beforeOpening(menuName, rule);
+}
+
+void frmMain::run(const QString &menuName)
+{
+    m_commands.run(menuName);
+}
+
+void frmMain::setButtonPressed(const QString &key, bool pressed)
+{
+    m_commandBars->setPressed(key, pressed);
+}
+
+void frmMain::closeEvent(QCloseEvent *event)
+{
+    if (!mayExit(this)) {
+        event->ignore();
+        return;
+    }
+    findChild<QLabel *>(u"pctIcon"_s)->clear();
+    saveBandLayout(*m_coolBar);
+    unloadForms();
+    event->accept();
+    QCoreApplication::quit();
+}
+
+void frmMain::unloadForms()
+{
+    for (QWidget *form : Forms::all()) {
+        if (form != this)
+            form->close();
+    }
+    Forms::remove(this);
+}
+
+void frmMain::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!isProfileName(firstDraggedFile(*event->mimeData())))
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void frmMain::dropEvent(QDropEvent *event)
+{
+    const QString file = firstDraggedFile(*event->mimeData());
+    if (file.isEmpty() || QFileInfo(file).isDir())
+        return;
+    if (!openProfile(file, false))
+        QApplication::beep();
+}

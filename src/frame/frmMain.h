@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include "CommandTable.h"
+#include "Frame.h"
+#include "MainMenu.h"
+#include "modMain.h"
+
+class CommandBars;
+class CoolBar;
+class FrameBody;
+class MdiArea;
+class TabStrip;
+class ToolBar;
+class brwURL;
+
+/// The one frame window: menu bar, tool bar strip, address bar and tabs around the browser
+/// windows. It puts the parts together and answers for them; what each does is theirs.
+class frmMain : public QMainWindow, public Frame, public StartUpFrame
+{
+    Q_OBJECT
+
+public:
+    frmMain();
+    ~frmMain() override;
+
+    /// What the program was started on: an address or a profile file, perhaps in double quotes.
+    void setCommandLine(const QString &text) { m_commandLine = text; }
+    /// To be called once every command group has registered its handlers.
+    void closeCommandTable() { m_commands.close(); }
+
+    // StartUpFrame
+    void load() override;
+    void translate() override;
+
+    // Frame
+    QWidget *window() override { return this; }
+    void adopt(QMdiSubWindow *child) override;
+    QMdiSubWindow *activeChild() const override;
+    void OpenBrowserWindow(const QString &url, int state) override;
+    void NavigateActive(const QString &url) override;
+    int NewWindowState() const override;
+    bool openProfile(const QString &file, bool quiet) override;
+    WindowTabs &tbWindows() override;
+    void setAddressText(const QString &url) override;
+    void addAddress(const QString &url, bool showText) override;
+    QAction *menuItem(const QString &name) const override;
+    void handle(const QString &menuName, const Handler &handler) override;
+    void beforeOpening(const QString &menuName, const Handler &rule) override;
+    void run(const QString &menuName) override;
+    void setButtonPressed(const QString &key, bool pressed) override;
+    int brwFlags() const override { return m_brwFlags; }
+    void setBrwFlags(int flags) override { m_brwFlags = flags; }
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    void makeBands();
+    void connectAddressBar();
+    void connectTabs();
+    void openFirstWindow();
+    void navigateToAddress();
+    void restoreAddress();
+    void unloadForms();
+
+    MainMenu m_menu;
+    CommandTable m_commands;
+    MdiArea *m_windows;
+    CoolBar *m_coolBar;
+    FrameBody *m_body;
+    ToolBar *m_tbFunctions;
+    ToolBar *m_tbBrowser;
+    ToolBar *m_tbLinks;
+    TabStrip *m_tbWindows;
+    brwURL *m_brwURL1;
+    CommandBars *m_commandBars;
+    QString m_commandLine;
+    int m_brwFlags = 0;
+    bool m_loaded = false;
+};
