@@ -61,7 +61,7 @@ int ToolBarButton::widthFor(const QWidget *bar, const QIcon &icon, const QString
     if (!icon.isNull() || text.isEmpty())
         width += iconSizeFor(text);
     if (!text.isEmpty()) {
-        width += std::min(bar->fontMetrics().horizontalAdvance(text), mostTextPixels);
+        width += std::min(bar->fontMetrics().horizontalAdvance(text) + 1, mostTextPixels);
         width += icon.isNull() ? 0 : textGap;
     }
     return style == ToolBar::Style::DropDown ? width + arrowPixels : width;
@@ -115,8 +115,9 @@ void ToolBarButton::paintEvent(QPaintEvent *)
     if (!text().isEmpty()) {
         const QRect place(left, 0, width() - left - padding - right, height());
         painter.setPen(ink);
+        painter.setFont(m_bar->font()); // the one the width was reckoned with
         painter.drawText(place, Qt::AlignVCenter | Qt::TextSingleLine,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, place.width()));
+                         m_bar->fontMetrics().elidedText(text(), Qt::ElideRight, place.width()));
     }
     if (right > 0) {
         if (hover)
