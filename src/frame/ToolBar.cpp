@@ -15,6 +15,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int separatorPixels = 7;
+
+// A widget made late stands last in its window's Tab order, and Qt moves only widgets that take
+// the Tab key at that moment.
+void putInTabOrder(QWidget *first, QWidget *second)
+{
+    const Qt::FocusPolicy firstPolicy = first->focusPolicy();
+    const Qt::FocusPolicy secondPolicy = second->focusPolicy();
+    first->setFocusPolicy(Qt::TabFocus);
+    second->setFocusPolicy(Qt::TabFocus);
+    QWidget::setTabOrder(first, second);
+    first->setFocusPolicy(firstPolicy);
+    second->setFocusPolicy(secondPolicy);
+}
 }
 
 ToolBar::ToolBar(QWidget *parent)
@@ -211,6 +224,9 @@ void ToolBar::placeButton(int index, const QRect &place)
     Item &item = m_items[index];
     if (!item.button) {
         item.button = new ToolBarButton(this, index, item.style);
+        const QList<ToolBarButton *> shown = shownButtons();
+        const auto at = shown.indexOf(item.button);
+        putInTabOrder(at > 0 ? static_cast<QWidget *>(shown.at(at - 1)) : this, item.button);
         showState(item);
     }
     item.button->setGeometry(place);

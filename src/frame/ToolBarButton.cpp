@@ -3,8 +3,10 @@
 #include "FlatButtonPaint.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QPointer>
 #include <QTimerEvent>
@@ -88,10 +90,26 @@ void ToolBarButton::openDropDown()
     m_dropped = true;
     update();
     emit m_bar->dropDown(key(), mapToGlobal(QPoint(0, height())));
-    if (!alive)
-        return;
-    m_dropped = false;
+    if (alive)
+        followMenu();
+}
+
+// It looks down as long as its menu shows, whether or not the handler waited for that.
+void ToolBarButton::followMenu()
+{
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    m_dropped = menu != nullptr;
     update();
+    if (!menu)
+        return;
+    menu->setAttribute(Qt::WA_NoMouseReplay); // a second press on the arrow closes, and that is all
+    connect(
+        menu, &QMenu::aboutToHide, this,
+        [this] {
+            m_dropped = false;
+            update();
+        },
+        Qt::SingleShotConnection);
 }
 
 void ToolBarButton::paintEvent(QPaintEvent *)
