@@ -153,6 +153,7 @@ void ToolBar::setButtonIcon(const QString &key, const QIcon &icon)
     if (index < 0)
         return;
     m_items[index].icon = icon;
+    m_items[index].width = -1;
     showState(m_items.at(index));
     itemsChanged();
 }
@@ -191,8 +192,11 @@ int ToolBar::fullWidth() const
 
 int ToolBar::widthOf(const Item &item) const
 {
-    return item.separator ? separatorPixels
-                          : ToolBarButton::widthFor(this, item.icon, item.text, item.style);
+    if (item.separator)
+        return separatorPixels;
+    if (item.width < 0)
+        item.width = ToolBarButton::widthFor(this, item.icon, item.text, item.style);
+    return item.width;
 }
 
 bool ToolBar::wantsLongPress() const
@@ -362,8 +366,11 @@ void ToolBar::resizeEvent(QResizeEvent *)
 
 void ToolBar::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        for (const Item &item : std::as_const(m_items))
+            item.width = -1;
         itemsChanged();
+    }
     QWidget::changeEvent(event);
 }
 
