@@ -39,6 +39,7 @@ private slots:
     void dragPastTheNextBandSwaps();
     void dragPastThePreviousBandSwaps();
     void dragToAnotherRow();
+    void markShowsTheTarget();
     void dragToTheFrontOfARow();
     void dragToANewRow_data();
     void dragToANewRow();
@@ -330,6 +331,21 @@ void tst_coolbar::dragToAnotherRow()
     QCOMPARE(band("Address")->width(), 495 * 15.0);
     QVERIFY(!band("Links")->newRow());
     QTRY_COMPARE(m_bar->height(), m_bar->sizeHint().height());
+}
+
+void tst_coolbar::markShowsTheTarget()
+{
+    const QColor colour = m_bar->palette().color(QPalette::Highlight);
+    const int y = grip(u"Address"_s).y();
+    const auto seen = [&](int x) { return m_bar->grab().toImage().pixelColor(x, y); };
+    QTest::mousePress(m_bar, Qt::LeftButton, {}, grip(u"Links"_s));
+    QTest::mouseMove(m_bar, QPoint(300, y));
+    QTest::mouseMove(m_bar, QPoint(500, y));
+    QCOMPARE(seen(496), colour);
+    QTest::keyClick(m_bar, Qt::Key_Escape);
+    QVERIFY(seen(496) != colour);
+    QTest::mouseRelease(m_bar, Qt::LeftButton, {}, QPoint(500, y));
+    QCOMPARE(rows(), u"Functions Browser / Address / Links / Tabs Icon"_s);
 }
 
 void tst_coolbar::dragToTheFrontOfARow()
