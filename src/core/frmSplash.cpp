@@ -57,7 +57,7 @@ QLabel *addLogo(QWidget *form)
     return logo;
 }
 
-void setFont(QLabel *label, qreal scale, QFont::Weight weight)
+void setLabelFont(QLabel *label, qreal scale, QFont::Weight weight)
 {
     QFont font = label->font();
     if (font.pointSizeF() > 0)
@@ -94,16 +94,16 @@ frmSplash::frmSplash(QWidget *owner)
 void frmSplash::layOut()
 {
     QLabel *title = addLabel(this, "lblTitle", ProgramInfo::title());
-    setFont(title, 1.9, QFont::DemiBold);
+    setLabelFont(title, 1.9, QFont::DemiBold);
     QLabel *description = addLabel(this, "lblDescription", ProgramInfo::fileDescription());
     QLabel *version = addLabel(this, "lblVersion", "Version "_L1 + ProgramInfo::version());
     QLabel *legal = addLabel(this, "lblLegal",
                              ProgramInfo::copyright() + "\n\n"_L1 + ProgramInfo::trademarks());
-    setFont(legal, 0.9, QFont::Normal);
+    setLabelFont(legal, 0.9, QFont::Normal);
     QLabel *contact = addLabel(this, "lblContactInformation",
                                "Website URL: "_L1 + ProgramInfo::makerUrl() + "\nEMail Address: "_L1
                                    + ProgramInfo::makerEmail());
-    setFont(contact, 0.9, QFont::Normal);
+    setLabelFont(contact, 0.9, QFont::Normal);
 
     auto *texts = new QVBoxLayout;
     texts->setContentsMargins(24, 14, 24, 18);

@@ -48,7 +48,10 @@ void MdiArea::addShortcut(const QKeySequence &key, void (MdiArea::*action)())
 
 void MdiArea::adopt(QMdiSubWindow *child)
 {
+    const bool placed = child->testAttribute(Qt::WA_Resized) || child->testAttribute(Qt::WA_Moved);
     addSubWindow(child);
+    if (!placed)
+        child->setGeometry(cascadePlace(m_adopted++));
     // The system menu's own keys would make those of the frame's menus ambiguous.
     if (QMenu *menu = child->systemMenu()) {
         for (QAction *item : menu->actions())
@@ -139,6 +142,18 @@ void MdiArea::restoreAll(const QList<QWidget *> &forms)
     setStates(forms, Qt::WindowNoState);
 }
 
+int MdiArea::cascadeStep() const
+{
+    return style()->pixelMetric(QStyle::PM_TitleBarHeight)
+        + style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+}
+
+QRect MdiArea::cascadePlace(int index) const
+{
+    return MdiArrange::cascade(index + 1, QRect(QPoint(0, 0), maximumViewportSize()), cascadeStep())
+        .last();
+}
+
 QRect MdiArea::arrangeIcons()
 {
     QRect rest(QPoint(0, 0), maximumViewportSize());
@@ -175,10 +190,7 @@ void MdiArea::arrange(Arrange how)
         windows.append(active);
     QList<QRect> places;
     if (how == Arrange::Cascade) {
-        const int frameWidth =
-            windows.first()->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
-        const int title = windows.first()->style()->pixelMetric(QStyle::PM_TitleBarHeight);
-        places = MdiArrange::cascade(int(windows.size()), area, title + frameWidth);
+        places = MdiArrange::cascade(int(windows.size()), area, cascadeStep());
     } else {
         places = MdiArrange::tile(int(windows.size()), area, how);
         std::reverse(places.begin(), places.end());

@@ -10,13 +10,14 @@
 /// children in the order of their creation.
 class MdiArea : public QMdiArea {
     Q_OBJECT
+    Q_MOC_INCLUDE(<QMdiSubWindow>)
 
 public:
     explicit MdiArea(QWidget *parent = nullptr);
     ~MdiArea() override;
 
-    /// Adds a child, hidden until it is shown; while the active child is maximized it comes up
-    /// maximized too.
+    /// Adds a child, hidden until it is shown. One that has no size of its own gets the next place
+    /// of a cascade; while the active child is maximized it comes up maximized too.
     void adopt(QMdiSubWindow *child);
     /// The active child; also while the frame is minimized, hidden or not the active window.
     QMdiSubWindow *activeChild() const;
@@ -48,8 +49,13 @@ private:
     void childGone(QObject *child);
     void updateBackground();
     void setStates(const QList<QWidget *> &forms, Qt::WindowStates state);
+    /// The place of a cascade after `index` others.
+    QRect cascadePlace(int index) const;
+    /// How far each window of a cascade stands from the one before.
+    int cascadeStep() const;
     /// Lines up the minimized children at the bottom; the rest of the visible area.
     QRect arrangeIcons();
 
     QPointer<QMdiSubWindow> m_active;
+    int m_adopted = 0;
 };

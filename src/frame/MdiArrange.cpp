@@ -24,7 +24,8 @@ namespace MdiArrange {
 
 QList<QRect> cascade(int count, const QRect &area, int step)
 {
-    const int places = std::max(std::min(area.height(), area.width()) / (3 * std::max(step, 1)), 1);
+    // None on an area too small for a shift.
+    const int places = std::min(area.height(), area.width()) / (3 * std::max(step, 1));
     const QSize size(std::max(area.width() - places * step, 1),
                      std::max(area.height() - places * step, 1));
     QList<QRect> result;
