@@ -11,10 +11,12 @@
 #include <QVBoxLayout>
 #include <memory>
 
+#include "FakeWebBrowser.h"
 #include "Forms.h"
 #include "Frame.h"
 #include "MdiArea.h"
 #include "TabStrip.h"
+#include "frmBrowser.h"
 
 using namespace Qt::StringLiterals;
 
@@ -84,26 +86,25 @@ public:
     int brwFlags() const override { return 0; }
     void setBrwFlags(int) override { }
 
-    QMdiSubWindow *open(int number, const QString &title, bool maximized = false)
+    frmBrowser *open(const QString &title, bool maximized = false)
     {
-        auto *child = new QMdiSubWindow;
-        child->setObjectName(u"frmBrowser"_s);
-        child->setAttribute(Qt::WA_DeleteOnClose);
-        child->setWidget(new QTextEdit);
-        child->setWindowTitle(title);
-        child->setProperty("hWnd", number);
-        child->setProperty("LocationURL", u"http://host/%1"_s.arg(number));
-        Forms::add(child);
+        auto *child = new frmBrowser(*this);
         adopt(child);
         if (maximized)
             child->showMaximized();
         else
             child->show();
-        const QString key = WindowTabs::key(number);
-        strip->addTab(key, u"Loading..."_s);
-        QObject::connect(child, &QObject::destroyed, strip, [this, key] { strip->removeTab(key); });
+        child->setWindowTitle(title);
+        page(child)->location = u"http://host/"_s + title.left(10);
         return child;
     }
+
+    static FakeWebBrowser *page(const frmBrowser *window)
+    {
+        return static_cast<FakeWebBrowser *>(window->brwWebBrowser());
+    }
+
+    QWidget *tab(const frmBrowser *window) const { return strip->tab(window->tabKey()); }
 
     TabStrip *strip = nullptr;
     MdiArea *area = nullptr;
@@ -149,6 +150,7 @@ private:
     void openMenu();
     QStringList listed();
 
+    FakeEngine m_engine;
     std::unique_ptr<TestFrame> m_frame;
 };
 
@@ -188,7 +190,7 @@ void tst_WindowMenu::enabledOnlyWithAnActiveChild()
         QVERIFY(item("mnuWindowOpenBrowsers")->isEnabled());
     };
     check(false);
-    QMdiSubWindow *child = m_frame->open(1, u"Page"_s);
+    frmBrowser *child = m_frame->open(u"Page"_s);
     check(true);
     child->showMinimized();
     check(true);
@@ -213,8 +215,8 @@ void tst_WindowMenu::minimizeAllLeavesOtherForms()
     Forms::add(&viewer);
     viewer.show();
     QVERIFY(QTest::qWaitForWindowExposed(&viewer));
-    QMdiSubWindow *one = m_frame->open(1, u"One"_s);
-    QMdiSubWindow *two = m_frame->open(2, u"Two"_s, true);
+    frmBrowser *one = m_frame->open(u"One"_s);
+    frmBrowser *two = m_frame->open(u"Two"_s, true);
     item("mnuWindowMinimizeAll")->trigger();
     QVERIFY(one->isMinimized() && two->isMinimized());
     QVERIFY(!viewer.isMinimized());
@@ -226,8 +228,8 @@ void tst_WindowMenu::minimizeAllLeavesOtherForms()
 
 void tst_WindowMenu::arrangements()
 {
-    const QMdiSubWindow *one = m_frame->open(1, u"One"_s);
-    const QMdiSubWindow *two = m_frame->open(2, u"Two"_s);
+    frmBrowser *one = m_frame->open(u"One"_s);
+    frmBrowser *two = m_frame->open(u"Two"_s);
     const QRect area = m_frame->area->viewport()->rect();
     item("mnuWindowTileHorizontal")->trigger();
     QCOMPARE(one->width(), area.width());
@@ -243,9 +245,9 @@ void tst_WindowMenu::arrangements()
 
 void tst_WindowMenu::openBrowsersListsWindows()
 {
-    m_frame->open(1, u"Q&A of the day"_s);
-    QMdiSubWindow *two = m_frame->open(2, u"Two"_s);
-    m_frame->open(3, u"Three"_s);
+    m_frame->open(u"Q&A of the day"_s);
+    frmBrowser *two = m_frame->open(u"Two"_s);
+    m_frame->open(u"Three"_s);
     m_frame->area->setActiveSubWindow(two);
     QCOMPARE(listed(), (QStringList{u"Q&&A of the day"_s, u"*Two"_s, u"Three"_s}));
     two->setWindowTitle(u"Another"_s);
@@ -257,12 +259,12 @@ void tst_WindowMenu::openBrowsersListsWindows()
 
 void tst_WindowMenu::openBrowsersActivates()
 {
-    QMdiSubWindow *one = m_frame->open(1, u"One"_s);
-    QMdiSubWindow *two = m_frame->open(2, u"Two"_s);
+    frmBrowser *one = m_frame->open(u"One"_s);
+    frmBrowser *two = m_frame->open(u"Two"_s);
     listed();
     m_frame->openBrowsers->actions().at(0)->trigger();
     QCOMPARE(m_frame->activeChild(), one);
-    QCOMPARE(m_frame->addressText, u"http://host/1"_s);
+    QCOMPARE(m_frame->addressText, u"http://host/One"_s);
     two->showMinimized();
     m_frame->area->setActiveSubWindow(one);
     listed();
@@ -281,9 +283,9 @@ void tst_WindowMenu::openBrowsersWithoutWindows()
 
 void tst_WindowMenu::openBrowsersLongTitles()
 {
-    m_frame->open(1, QString(1000000, u'x'));
-    m_frame->open(2, u"two\nlines\tand a tab"_s);
-    m_frame->open(3, QString());
+    m_frame->open(QString(5000, u'x'));
+    m_frame->open(u"two\nlines\tand a tab"_s);
+    m_frame->open(QString());
     const QStringList items = listed();
     QVERIFY(items.at(0).size() < 200);
     QVERIFY(items.at(0).contains(u'…'));
@@ -295,7 +297,7 @@ void tst_WindowMenu::openBrowsersLongTitles()
 void tst_WindowMenu::openBrowsersTwoHundred()
 {
     for (int i = 1; i <= 200; ++i)
-        m_frame->open(i, u"Page %1"_s.arg(i));
+        m_frame->open(u"Page %1"_s.arg(i));
     QCOMPARE(listed().size(), 200);
     // One column that scrolls, however many there are.
     const QRect first =
@@ -311,8 +313,8 @@ void tst_WindowMenu::openBrowsersTwoHundred()
 
 void tst_WindowMenu::windowGoneWhileListed()
 {
-    QMdiSubWindow *one = m_frame->open(1, u"One"_s);
-    QMdiSubWindow *two = m_frame->open(2, u"Two"_s);
+    frmBrowser *one = m_frame->open(u"One"_s);
+    frmBrowser *two = m_frame->open(u"Two"_s);
     listed();
     delete one;
     m_frame->openBrowsers->actions().at(0)->trigger();
@@ -321,28 +323,29 @@ void tst_WindowMenu::windowGoneWhileListed()
 
 void tst_WindowMenu::tabClickActivates()
 {
-    QMdiSubWindow *one = m_frame->open(1, u"One"_s);
-    m_frame->open(2, u"Two"_s);
+    frmBrowser *one = m_frame->open(u"One"_s);
+    m_frame->open(u"Two"_s);
     m_frame->addressText.clear();
-    QTest::mouseClick(m_frame->strip->tab(u"X1"_s), Qt::LeftButton);
+    QTest::mouseClick(m_frame->tab(one), Qt::LeftButton);
     QCOMPARE(m_frame->activeChild(), one);
-    QCOMPARE(m_frame->addressText, u"http://host/1"_s);
-    QVERIFY(m_frame->strip->isPressed(u"X1"_s));
+    QCOMPARE(m_frame->addressText, u"http://host/One"_s);
+    QVERIFY(m_frame->strip->isPressed(one->tabKey()));
 }
 
 void tst_WindowMenu::tabClickRestoresMinimized()
 {
-    QMdiSubWindow *one = m_frame->open(1, u"One"_s);
+    frmBrowser *one = m_frame->open(u"One"_s);
     one->showMaximized();
     one->showMinimized();
-    m_frame->open(2, u"Two"_s)->showNormal();
-    QTest::mouseClick(m_frame->strip->tab(u"X1"_s), Qt::LeftButton);
+    frmBrowser *two = m_frame->open(u"Two"_s);
+    two->showNormal();
+    QTest::mouseClick(m_frame->tab(one), Qt::LeftButton);
     QVERIFY(!one->isMinimized() && !one->isMaximized());
     QCOMPARE(m_frame->activeChild(), one);
-    QCOMPARE(m_frame->addressText, u"http://host/1"_s);
+    QCOMPARE(m_frame->addressText, u"http://host/One"_s);
     // The last window of its frame, minimized: active already, yet to be restored.
     m_frame->area->minimizeAll(Forms::named("frmBrowser"));
-    QTest::mouseClick(m_frame->strip->tab(u"X2"_s), Qt::LeftButton);
+    QTest::mouseClick(m_frame->tab(two), Qt::LeftButton);
     QCOMPARE(m_frame->activeChild()->windowTitle(), u"Two"_s);
     QVERIFY(!m_frame->activeChild()->isMinimized());
     QVERIFY(one->isMinimized());
@@ -350,11 +353,11 @@ void tst_WindowMenu::tabClickRestoresMinimized()
 
 void tst_WindowMenu::tabClickUnderMaximized()
 {
-    QMdiSubWindow *one = m_frame->open(1, u"One"_s);
+    frmBrowser *one = m_frame->open(u"One"_s);
     one->showMinimized();
-    QMdiSubWindow *two = m_frame->open(2, u"Two"_s);
+    frmBrowser *two = m_frame->open(u"Two"_s);
     two->showMaximized();
-    QTest::mouseClick(m_frame->strip->tab(u"X1"_s), Qt::LeftButton);
+    QTest::mouseClick(m_frame->tab(one), Qt::LeftButton);
     QCOMPARE(m_frame->activeChild(), one);
     QVERIFY(!one->isMinimized());
     // The frame's children are maximized one at a time.
@@ -364,7 +367,8 @@ void tst_WindowMenu::tabClickUnderMaximized()
 void tst_WindowMenu::tabOfAGoneWindow_data()
 {
     QTest::addColumn<QString>("key");
-    for (const QString &key : {u"X9"_s, u"X"_s, u""_s, u"Xabc"_s, u"X99999999999999"_s, u"X0"_s})
+    for (const QString &key :
+         {u"X99999"_s, u"X"_s, u""_s, u"Xabc"_s, u"X99999999999999"_s, u"X0"_s})
         QTest::addRow("'%s'", qPrintable(key)) << key;
 }
 
@@ -373,7 +377,7 @@ void tst_WindowMenu::tabOfAGoneWindow()
     QFETCH(QString, key);
     QWidget withoutNumber;
     Forms::add(&withoutNumber);
-    QMdiSubWindow *one = m_frame->open(1, u"One"_s);
+    frmBrowser *one = m_frame->open(u"One"_s);
     m_frame->addressText = u"kept"_s;
     activateTab(*m_frame, key);
     QCOMPARE(m_frame->activeChild(), one);
@@ -382,11 +386,12 @@ void tst_WindowMenu::tabOfAGoneWindow()
 
 void tst_WindowMenu::middleClickCloses()
 {
-    m_frame->open(1, u"One"_s);
-    m_frame->open(2, u"Two"_s);
-    QTest::mouseClick(m_frame->strip->tab(u"X1"_s), Qt::MiddleButton);
+    const frmBrowser *one = m_frame->open(u"One"_s);
+    const frmBrowser *two = m_frame->open(u"Two"_s);
+    const QString kept = two->tabKey();
+    QTest::mouseClick(m_frame->tab(one), Qt::MiddleButton);
     QTRY_COMPARE(m_frame->area->childWindows().size(), 1);
-    QCOMPARE(m_frame->strip->keys(), QStringList{u"X2"_s});
+    QCOMPARE(m_frame->strip->keys(), QStringList{kept});
     QCOMPARE(m_frame->activeChild()->windowTitle(), u"Two"_s);
 }
 
@@ -394,8 +399,8 @@ void tst_WindowMenu::rightReleaseShowsTheList()
 {
     QTest::mouseClick(m_frame->strip, Qt::RightButton);
     QVERIFY(!m_frame->openBrowsers->isVisible());
-    QMdiSubWindow *one = m_frame->open(1, u"One"_s);
-    QWidget *tab = m_frame->strip->tab(u"X1"_s);
+    frmBrowser *one = m_frame->open(u"One"_s);
+    QWidget *tab = m_frame->tab(one);
     QTest::mousePress(tab, Qt::RightButton);
     QVERIFY(!m_frame->openBrowsers->isVisible());
     QTest::mouseRelease(tab, Qt::RightButton);
