@@ -1,0 +1,132 @@
+#include "WindowMenu.h"
+
+#include "Forms.h"
+#include "Frame.h"
+#include "Language.h"
+#include "MdiArea.h"
+#include "TabStrip.h"
+#include "ToolTipText.h"
+#include "Yield.h"
+
+#include <QAction>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPointer>
+#include <QVariant>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Widest caption in the list of windows, in average letters.
+constexpr int captionLetters = 50;
+
+const char *const windowItems[] = {"mnuWindowMinimizeAll",  "mnuWindowRestoreAll",
+                                   "mnuWindowCascade",      "mnuWindowTileHorizontal",
+                                   "mnuWindowTileVertical", "mnuWindowCloseAll"};
+
+/// The address its page shows; empty for a window without an engine.
+QString addressOf(const QWidget *form)
+{
+    return form->property("LocationURL").toString();
+}
+
+QWidget *formOfTab(const QString &key)
+{
+    bool isNumber = false;
+    const int wanted = key.mid(1).toInt(&isNumber);
+    if (!isNumber)
+        return nullptr;
+    for (QWidget *form : Forms::all()) {
+        const QVariant number = form->property("hWnd");
+        if (number.isValid() && number.toInt() == wanted)
+            return form;
+    }
+    return nullptr;
+}
+
+void bringToFront(Frame &frame, QWidget *form)
+{
+    if (form->isMinimized())
+        form->showNormal();
+    auto *child = qobject_cast<QMdiSubWindow *>(form);
+    if (child && child->mdiArea())
+        child->mdiArea()->setActiveSubWindow(child);
+    frame.setAddressText(addressOf(form));
+}
+
+void addWindowItem(QMenu &menu, Frame &frame, QMdiSubWindow *child, bool active)
+{
+    const QFontMetrics metrics = menu.fontMetrics();
+    const QString caption = child->windowTitle().simplified();
+    const QString shown = metrics.elidedText(caption.left(4 * captionLetters), Qt::ElideMiddle,
+                                             captionLetters * metrics.averageCharWidth());
+    QAction *item = menu.addAction(QString(shown).replace(u'&', u"&&"_s));
+    item->setCheckable(true);
+    item->setChecked(active);
+    if (shown != caption)
+        item->setToolTip(wrappedToolTip(caption));
+    const QPointer<QMdiSubWindow> window(child);
+    QObject::connect(item, &QAction::triggered, &menu, [&frame, window] {
+        if (window)
+            bringToFront(frame, window);
+    });
+}
+
+void listWindows(QMenu &menu, Frame &frame, const MdiArea &area)
+{
+    menu.clear();
+    const QList<QMdiSubWindow *> children = area.childWindows();
+    const QMdiSubWindow *active = frame.activeChild();
+    for (QMdiSubWindow *child : children)
+        addWindowItem(menu, frame, child, child == active);
+    if (children.isEmpty()) {
+        menu.addAction(GetLanguageText(u"frmMain"_s, u"strNoOpenBrowsers"_s, u"(None)"_s))
+            ->setEnabled(false);
+    }
+}
+
+}
+
+void activateTab(Frame &frame, const QString &key)
+{
+    if (QWidget *form = formOfTab(key))
+        bringToFront(frame, form);
+    letPendingEventsRun();
+}
+
+void registerWindowCommands(Frame &frame, MdiArea &area, QMenu &openBrowsers)
+{
+    frame.handle(u"mnuWindowNewWindow"_s, [&frame] { frame.run(u"mnuFileNewCurrent"_s); });
+    frame.handle(u"mnuWindowMinimizeAll"_s,
+                 [&area] { area.minimizeAll(Forms::named("frmBrowser")); });
+    frame.handle(u"mnuWindowRestoreAll"_s,
+                 [&area] { area.restoreAll(Forms::named("frmBrowser")); });
+    frame.handle(u"mnuWindowCascade"_s, [&area] { area.arrange(Arrange::Cascade); });
+    frame.handle(u"mnuWindowTileHorizontal"_s, [&area] { area.arrange(Arrange::TileHorizontal); });
+    frame.handle(u"mnuWindowTileVertical"_s, [&area] { area.arrange(Arrange::TileVertical); });
+    frame.handle(u"mnuWindowCloseAll"_s, [&frame] { frame.run(u"mnuFileCloseAll"_s); });
+    frame.beforeOpening(u"mnuWindow"_s, [&frame] {
+        const bool hasWindow = frame.activeChild() != nullptr;
+        for (const char *name : windowItems)
+            frame.menuItem(QString::fromLatin1(name))->setEnabled(hasWindow);
+    });
+    openBrowsers.setToolTipsVisible(true);
+    QObject::connect(&openBrowsers, &QMenu::aboutToShow, &area,
+                     [&openBrowsers, &frame, &area] { listWindows(openBrowsers, frame, area); });
+}
+
+void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
+{
+    QObject::connect(&strip, &TabStrip::tabClicked, &strip,
+                     [&frame](const QString &key) { activateTab(frame, key); });
+    QObject::connect(&strip, &TabStrip::tabMiddleClicked, &strip, [](const QString &key) {
+        if (QWidget *form = formOfTab(key))
+            form->close();
+    });
+    QObject::connect(&strip, &TabStrip::rightReleased, &strip,
+                     [&frame, &openBrowsers](const QPoint &globalPos) {
+                         if (frame.activeChild())
+                             openBrowsers.popup(globalPos);
+                     });
+}
