@@ -4,6 +4,7 @@
 
 #include <QKeyEvent>
 #include <QListView>
+#include <QScopedValueRollback>
 
 namespace {
 constexpr int rowsShown = 14;
@@ -35,7 +36,10 @@ void AddressCombo::showPopup()
 {
     if (count() == 0)
         return;
-    QComboBox::showPopup();
+    {
+        const QScopedValueRollback dropping(m_dropping, true);
+        QComboBox::showPopup();
+    }
     const int row = m_owner.rowOfText();
     view()->setCurrentIndex(model()->index(row, 0));
     if (row >= 0)
@@ -61,8 +65,12 @@ void AddressCombo::focusInEvent(QFocusEvent *event)
     m_owner.focusEntered();
 }
 
+// The list takes the focus as another control would; it is part of the field all the same.
 void AddressCombo::focusOutEvent(QFocusEvent *event)
 {
+    QFocusEvent toTheList(QEvent::FocusOut, Qt::PopupFocusReason);
+    if (m_dropping)
+        event = &toTheList;
     QComboBox::focusOutEvent(event);
     const Qt::FocusReason reason = event->reason();
     if (reason != Qt::PopupFocusReason && reason != Qt::MenuBarFocusReason
