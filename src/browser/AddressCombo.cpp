@@ -5,10 +5,23 @@
 #include <QKeyEvent>
 #include <QListView>
 #include <QScopedValueRollback>
+#include <QStyledItemDelegate>
 
 namespace {
 constexpr int rowsShown = 14;
 constexpr int leastCharacters = 8;
+// Room above and below the text of a row; pixels, together.
+constexpr int rowSpace = 6;
+
+class RoomyRows : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, rowSpace);
+    }
+};
 }
 
 AddressCombo::AddressCombo(brwURL &owner)
@@ -25,6 +38,7 @@ AddressCombo::AddressCombo(brwURL &owner)
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(leastCharacters);
     if (auto *list = qobject_cast<QListView *>(view())) {
+        list->setItemDelegate(new RoomyRows(list));
         list->setUniformItemSizes(true);
         list->setTextElideMode(Qt::ElideMiddle);
         list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -136,12 +136,14 @@ void brwURL::ClearList()
 void brwURL::LoadList(const QString &sINISection, const QString &INIFile, int lgCount,
                       bool SelectNew)
 {
-    const QString file = settingsOr(INIFile);
+    QStringList keys;
+    for (int i = 0; i < lgCount; ++i)
+        keys.append(itemKey(i));
     const QPointer<brwURL> self(this);
     QElapsedTimer sinceYield;
     sinceYield.start();
-    for (int i = 0; i < lgCount; ++i) {
-        const QString value = ReadINI(sINISection, itemKey(i), QString(), file);
+    const QStringList values = ReadINIValues(sINISection, keys, settingsOr(INIFile));
+    for (const QString &value : values) {
         if (!value.isEmpty())
             AddItem(value, SelectNew);
         if (sinceYield.hasExpired(yieldAfterMs)) {
