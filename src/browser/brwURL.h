@@ -83,7 +83,7 @@ private:
     void keyPressed(QKeyEvent *event);
     void keyReleased(QKeyEvent *event);
     void edited(bool inserted);
-    void chosen();
+    void chosen(int row);
     void focusEntered();
     void focusLeft();
     void watchFocus(QWidget *now);
@@ -101,6 +101,8 @@ private:
     AddressEdit *m_edit;
     QSet<int> m_pressed;
     QString m_lineBreakText;
+    // A text of the program's that is too long for the field, which shows its beginning.
+    QString m_longText;
     bool m_blnDelete = false;
     bool m_completing = false;
     bool m_keyIsReleased = false;
