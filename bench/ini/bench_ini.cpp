@@ -1,5 +1,6 @@
 // What one read of a value costs in a settings file of 100 kB, against reading the file and
-// finding the line by its text. Prints one line; exit status 1 over the limit.
+// finding the line by its text. Measured with many sections and with a single long one; the worse
+// ratio counts. Prints one line; exit status 1 over the limit.
 
 #include "modINI.h"
 
@@ -10,6 +11,7 @@
 #include <QTextStream>
 #include <algorithm>
 #include <functional>
+#include <string_view>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -19,10 +21,9 @@ constexpr double limit = 2.0;
 constexpr int rounds = 400;
 constexpr int readsInARound = 10;
 constexpr int fileSize = 100'000;
-constexpr int linesInASection = 50;
 
-// Sections of settings as the program writes them; the value looked for is the last line.
-QByteArray settings()
+// Lines as the program writes them; the value looked for is the last.
+QByteArray settings(int linesInASection)
 {
     QByteArray file;
     for (int line = 0; file.size() < fileSize; ++line) {
@@ -31,27 +32,28 @@ QByteArray settings()
             file += "[Section" + number + "]\r\n";
         file += "Item" + number + "=http://www.example.com/page" + number + ".html\r\n";
     }
-    return file + "[Wanted]\r\nWanted-Key=found\r\n";
+    return file + "Wanted-Key=found\r\n";
 }
 
 // The least one could do: no rules, just the bytes of the line.
 QString readPlainly(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return {};
     const QByteArray bytes = file.readAll();
-    const QByteArray start = "\nWanted-Key="_ba;
-    const qsizetype line = bytes.indexOf(start);
-    if (line < 0)
+    const std::string_view start = "\nWanted-Key=";
+    const std::size_t line =
+        std::string_view(bytes.constData(), std::size_t(bytes.size())).find(start);
+    if (line == std::string_view::npos)
         return {};
-    const qsizetype value = line + start.size();
+    const auto value = static_cast<qsizetype>(line + start.size());
     return QString::fromUtf8(bytes.sliced(value, bytes.indexOf('\r', value) - value));
 }
 
-QString readByTheStore(const QString &path)
+QString readByTheStore(const QString &path, const QString &section)
 {
-    return ReadINI(u"Wanted"_s, u"Wanted-Key"_s, QString(), path);
+    return ReadINI(section, u"Wanted-Key"_s, QString(), path);
 }
 
 // Microseconds of one read.
@@ -72,20 +74,27 @@ double median(std::vector<double> times)
     std::nth_element(times.begin(), middle, times.end());
     return *middle;
 }
-}
 
-int main(int argc, char *argv[])
+struct Result {
+    double plain = 0.0;
+    double store = 0.0;
+    double ratio() const { return store / plain; }
+};
+
+// In a file of sections of that many lines.
+Result measure(const QString &path, int linesInASection)
 {
-    const QCoreApplication application(argc, argv);
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(u"Settings.ini"_s);
+    const QByteArray bytes = settings(linesInASection);
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(settings()) < fileSize)
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
         qFatal("cannot write the settings file");
     file.close();
+    const qsizetype last = bytes.lastIndexOf('[') + 1;
+    const QString section =
+        QString::fromLatin1(bytes.sliced(last, bytes.indexOf(']', last) - last));
 
     const auto plain = [&path] { return readPlainly(path); };
-    const auto store = [&path] { return readByTheStore(path); };
+    const auto store = [&path, &section] { return readByTheStore(path, section); };
     std::vector<double> plainTimes;
     std::vector<double> storeTimes;
     for (int round = 0; round < rounds; ++round) {
@@ -97,13 +106,25 @@ int main(int argc, char *argv[])
         if (!plainFirst)
             plainTimes.push_back(timeOf(plain));
     }
-    const double ratio = median(storeTimes) / median(plainTimes);
-    QTextStream(stdout)
-        << u"ini: ratio %1 (limit %2) one read %3 us, plain %4 us, 100 kB, %5 rounds\n"_s
-               .arg(ratio, 0, 'f', 2)
-               .arg(limit, 0, 'f', 1)
-               .arg(median(storeTimes), 0, 'f', 1)
-               .arg(median(plainTimes), 0, 'f', 1)
-               .arg(rounds);
-    return ratio <= limit ? 0 : 1;
+    return {median(plainTimes), median(storeTimes)};
+}
+}
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"Settings.ini"_s);
+    const Result sections = measure(path, 50);
+    const Result oneSection = measure(path, fileSize);
+    const double worse = std::max(sections.ratio(), oneSection.ratio());
+    const auto number = [](double value, int digits) {
+        return QString::number(value, 'f', digits);
+    };
+    QTextStream(stdout) << "ini: ratio " << number(worse, 2) << " (limit " << number(limit, 1)
+                        << ") 100 kB; many sections: one read " << number(sections.store, 1)
+                        << " us, plain " << number(sections.plain, 1)
+                        << " us; one section: " << number(oneSection.store, 1) << " us, plain "
+                        << number(oneSection.plain, 1) << " us\n";
+    return worse <= limit ? 0 : 1;
 }
