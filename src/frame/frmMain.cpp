@@ -92,7 +92,11 @@ frmMain::frmMain()
             &CommandTable::refreshRules);
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain()
+{
+    // Windows that are still open take their tabs with them: they go before the strip does.
+    delete m_windows;
+}
 
 void frmMain::makeBands()
 {
@@ -205,12 +209,14 @@ WindowTabs &frmMain::tbWindows()
 
 void frmMain::setAddressText(const QString &url)
 {
-    m_brwURL1->setText(url);
+    // What the user is typing is worth more than what a page has to say.
+    if (!m_brwURL1->hasUnsentEdits())
+        m_brwURL1->setText(url);
 }
 
 void frmMain::addAddress(const QString &url, bool showText)
 {
-    m_brwURL1->AddItem(url, showText);
+    m_brwURL1->AddItem(url, showText && !m_brwURL1->hasUnsentEdits());
 }
 
 QAction *frmMain::menuItem(const QString &name) const

@@ -255,8 +255,12 @@ void tst_StartUp::homeAddressThatCannotBeOpenedLeavesTheFrameUsable()
 {
     QFETCH(QString, home);
     TestServer &server = m_session->server;
-    server.reply("/silent", {.silent = true});
-    server.reply("/stall", {.stallAfterHeaders = true});
+    TestServer::Reply silent;
+    silent.silent = true;
+    server.reply("/silent", silent);
+    TestServer::Reply stall;
+    stall.stallAfterHeaders = true;
+    server.reply("/stall", stall);
     server.redirect("/loop", "/loop");
     if (!home.contains(u'/') && !home.contains(u':') && !home.contains(u' '))
         home = server.url(u'/' + home);
