@@ -186,7 +186,6 @@ void CoolBar::paintEvent(QPaintEvent *)
         if (!band->geometry().isNull())
             CoolBarPaint::band(painter, rect(), band->geometry(), palette());
     }
-    m_drag->paint(painter);
 }
 
 void CoolBar::mousePressEvent(QMouseEvent *event)
