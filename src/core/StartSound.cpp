@@ -39,10 +39,9 @@ void startPlayer()
     player.setProgram(playerProgram());
     player.setArguments({sound});
     player.setStandardOutputFile(QProcess::nullDevice());
-    // A machine without sound is an ordinary one: the sound libraries' complaints are for those
-    // who ask for them.
-    if (!lcStart().isDebugEnabled())
-        player.setStandardErrorFile(QProcess::nullDevice());
+    // A machine without sound is an ordinary one: the sound libraries' complaints are no news. Who
+    // wants to read them starts the player by hand.
+    player.setStandardErrorFile(QProcess::nullDevice());
     if (!player.startDetached())
         qCInfo(lcStart) << "no start sound:" << player.errorString();
 }
