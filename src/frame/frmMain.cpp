@@ -105,9 +105,9 @@ void frmMain::makeBands()
     icon->setFixedWidth(28);
     m_coolBar->addBand(u"Functions"_s, m_tbFunctions, {}, 3600, false);
     m_coolBar->addBand(u"Browser"_s, m_tbBrowser, {}, 3600, false);
-    m_coolBar->addBand(u"Address"_s, new AddressHost(*m_brwURL1), u"Address:"_s, 9000, true);
-    m_coolBar->addBand(u"Links"_s, m_tbLinks, {}, 9000, true);
-    m_coolBar->addBand(u"Tabs"_s, m_tbWindows, {}, 9000, true);
+    m_coolBar->addBand(u"Address"_s, new AddressHost(*m_brwURL1), u"Address:"_s, 24000, true);
+    m_coolBar->addBand(u"Links"_s, m_tbLinks, {}, 24000, true);
+    m_coolBar->addBand(u"Tabs"_s, m_tbWindows, {}, 24000, true);
     m_coolBar->addBand(u"Icon"_s, icon, {}, 600, false);
 }
 
