@@ -94,7 +94,8 @@ frmMain::frmMain()
 
 frmMain::~frmMain()
 {
-    // Windows that are still open take their tabs with them: they go before the strip does.
+    // Hiding moves the focus, and open windows take their tabs with them: both while all is there.
+    hide();
     delete m_windows;
 }
 
