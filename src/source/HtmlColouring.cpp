@@ -155,8 +155,7 @@ QString documentHead(const std::array<int, slotCount> &colours)
 
 QString documentHead(const QString &colourTable)
 {
-    return headText.toString() + "\r\n"_L1 + colourTable + "\r\n"_L1
-        + paragraphStart.toString();
+    return headText.toString() + "\r\n"_L1 + colourTable + "\r\n"_L1 + paragraphStart.toString();
 }
 
 QStringView documentTail()
