@@ -26,7 +26,9 @@ function(orvane_folder name)
 endfunction()
 
 # orvane_tests(FOLDER LINKS...): one test program per tst_*.cpp in tests/FOLDER; those in
-# tests/FOLDER/engine start the page engine and carry the label "engine".
+# tests/FOLDER/engine start the page engine and carry the label "engine". The target
+# orvane_plain_tests is all those that do not.
+add_custom_target(orvane_plain_tests)
 function(orvane_tests folder)
   file(GLOB plain CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/tst_*.cpp)
   file(GLOB engine CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/engine/tst_*.cpp)
@@ -34,10 +36,12 @@ function(orvane_tests folder)
     cmake_path(GET source STEM name)
     add_executable(${name} ${source})
     target_link_libraries(${name} PRIVATE ${ARGN} orvane_test_support Qt6::Test orvane_options)
-    add_test(NAME ${name} COMMAND ${name})
+    add_test(NAME ${name} COMMAND ${ORVANE_TEST_LAUNCHER} $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES TIMEOUT 180)
     if(source IN_LIST engine)
       set_tests_properties(${name} PROPERTIES LABELS engine)
+    else()
+      add_dependencies(orvane_plain_tests ${name})
     endif()
   endforeach()
 endfunction()

@@ -1,28 +1,18 @@
 #include <QApplication>
 #include <cstdio>
 
+#include "AllCommands.h"
 #include "EngineStart.h"
-#include "FileCommands.h"
-#include "HelpCommands.h"
 #include "ProgramInfo.h"
 #include "frmMain.h"
 #include "modMain.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
-
-void registerCommands(frmMain &frame)
-{
-    registerFileCommands(frame);
-    registerHelpCommands(frame);
-    frame.closeCommandTable();
-}
 
 int runFrame()
 {
     frmMain frame;
-    registerCommands(frame);
+    registerAllCommands(frame);
     frame.setCommandLine(QCoreApplication::arguments().mid(1).join(u' '));
     startUp(frame);
     return QCoreApplication::exec();

@@ -114,6 +114,9 @@ public:
     virtual bool Silent() const = 0;
     virtual void setSilent(bool silent) = 0;
     virtual void setRegisterAsBrowser(bool on) = 0;
+    /// False while the window is wholly covered: the page is told that it is hidden and costs
+    /// nothing, unless it plays sound.
+    virtual void setShown(bool shown) = 0;
 };
 
 /// Makes the engine control of a window, parented to `host`. Tests put another maker in.

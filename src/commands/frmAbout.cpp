@@ -83,7 +83,7 @@ frmAbout::frmAbout(QWidget *owner)
     Forms::add(this);
 
     QLabel *icon = label(u"imgIcon"_s, {});
-    icon->setPixmap(owner->windowIcon().pixmap(iconSize, devicePixelRatio()));
+    icon->setPixmap(owner->windowIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatio()));
     QLabel *details = label(u"lblDetails"_s, versionDetails());
     details->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 

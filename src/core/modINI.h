@@ -2,24 +2,32 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
-/// The value of `key` in `section` of the INI file at `path`, cut to 999 characters, or `text`
-/// where file, section or key are missing. A stored empty value is returned as it is. The file is
-/// read at every call: what anyone wrote is seen by the next reader.
+/// The value of `key` in `section` of the INI file at `path`, or `text` where file, section or key
+/// are missing; either is cut to 999 characters (a surrogate pair is one). A stored empty value is
+/// returned as it is, quotes are part of a value, a NUL ends it. The file is read at every call:
+/// what anyone wrote is seen by the next reader.
 QString ReadINI(const QString &section, const QString &key, const QString &text,
                 const QString &path);
 
-/// Puts `value` under `key` of `section`, leaving every other byte of the file as it is. False,
-/// and the old file untouched, when the file cannot be replaced or its folder is missing.
+/// What `ReadINI` returns for each of the keys, with `text` empty, from one reading of the file.
+QStringList ReadINIValues(const QString &section, const QStringList &keys, const QString &path);
+
+/// Puts `value` under `key` of `section`, leaving every other byte of the file as it is. A line
+/// break (CR LF, CR or LF) or NUL in the value becomes one blank, so that no value makes a line of
+/// its own. False, and the old file untouched, when the file cannot be read or replaced, when its
+/// folder is missing, or when section or key is a name that would not be found again: with a line
+/// break or NUL, a section with "]", a key that is empty, has "=" or begins with "[" or ";".
 bool WriteINI(const QString &section, const QString &key, const QString &value,
               const QString &path);
 
-struct IniEntry
-{
+struct IniEntry {
     QString section;
     QString key;
     QString value;
 };
 
-/// Writes all entries in order in one locked replacement of the file.
+/// Writes all entries in order in one locked replacement of the file: all of them or, with one
+/// that `WriteINI` would refuse, none.
 bool WriteINIEntries(const QList<IniEntry> &entries, const QString &path);

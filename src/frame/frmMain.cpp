@@ -26,6 +26,7 @@
 #include "NavigationCommands.h"
 #include "PopupCommands.h"
 #include "ProfileDrag.h"
+#include "ProgramIcon.h"
 #include "ProgramInfo.h"
 #include "Settings.h"
 #include "TabStrip.h"
@@ -73,6 +74,7 @@ frmMain::frmMain()
 {
     setObjectName("frmMain"_L1);
     setWindowTitle(ProgramInfo::title());
+    setWindowIcon(programIcon());
     setContextMenuPolicy(Qt::NoContextMenu);
     setAcceptDrops(true);
     setCentralWidget(m_body);
@@ -138,7 +140,7 @@ void frmMain::load()
     m_loaded = true;
     Forms::add(this);
     m_commandLine = unquoted(m_commandLine);
-    findChild<QLabel *>(u"pctIcon"_s)->setPixmap(windowIcon().pixmap(16, devicePixelRatio()));
+    findChild<QLabel *>(u"pctIcon"_s)->setPixmap(windowIcon().pixmap(QSize(16, 16), devicePixelRatio()));
     applySettings(*this, *m_coolBar);
     restoreBandLayout(*m_coolBar);
     show();

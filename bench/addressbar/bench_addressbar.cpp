@@ -1,0 +1,104 @@
+// What the address bar costs with a list of a hundred thousand addresses.
+
+#include "brwURL.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <algorithm>
+#include <functional>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr int addresses = 100'000;
+constexpr int savedItems = 1000;
+
+// What 95 of 100 runs stay within: the rest is the machine's other work.
+double usualMs(int times, const std::function<void(int)> &work)
+{
+    std::vector<double> taken;
+    for (int i = 0; i < times; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        work(i);
+        taken.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+    std::sort(taken.begin(), taken.end());
+    return taken.at((taken.size() - 1) * 95 / 100);
+}
+
+bool report(const char *what, double ms, double limitMs)
+{
+    QTextStream(stdout) << "addressbar: " << what << ' ' << QString::number(ms, 'f', 2)
+                        << " ms (limit " << limitMs << " ms)\n";
+    return ms <= limitMs;
+}
+
+QString address(int i)
+{
+    return u"http://www.host%1.example/folder/%2/page.html"_s.arg(i % 1000).arg(i);
+}
+
+// One key into the field, painted: what the user waits for.
+void typeKey(QComboBox &combo, QChar c)
+{
+    QKeyEvent press(QEvent::KeyPress, c.toUpper().unicode(), {}, QString(c));
+    QApplication::sendEvent(&combo, &press);
+    QKeyEvent release(QEvent::KeyRelease, c.toUpper().unicode(), {}, QString(c));
+    QApplication::sendEvent(&combo, &release);
+    QApplication::processEvents();
+}
+}
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(u"list.ini"_s);
+    brwURL bar;
+    bar.resize(800, bar.sizeHint().height());
+    bar.show();
+    QApplication::processEvents();
+    auto *combo = bar.findChild<QComboBox *>();
+
+    for (int i = 0; i < addresses; ++i)
+        bar.AddItem(address(i), false);
+    bool good = true;
+    good &= report(
+        "AddItem, new",
+        usualMs(1000, [&](int i) { bar.AddItem(u"http://new%1.example/"_s.arg(i), false); }), 1);
+    good &= report("AddItem, moved from the bottom",
+                   usualMs(1000, [&](int i) { bar.AddItem(address(i), false); }), 1);
+    const QString typed = u"www.host500.example/folder/77500/page.html"_s;
+    combo->setFocus();
+    typeKey(*combo, u'w');
+    bar.setText({});
+    good &= report("keystroke with completion",
+                   usualMs(int(typed.size()), [&](int i) { typeKey(*combo, typed.at(i)); }), 5);
+    if (bar.Text() != u"http://"_s + typed) {
+        QTextStream(stderr) << "addressbar: typing went wrong: " << bar.Text() << '\n';
+        return 1;
+    }
+    good &= report("saving 1000 items",
+                   usualMs(11,
+                           [&](int i) {
+                               bar.AddItem(address(i), false);
+                               good &= bar.SaveList(u"RecentSearches"_s, file, savedItems);
+                           }),
+                   20);
+    good &= report("loading 1000 items",
+                   usualMs(11,
+                           [&](int) {
+                               bar.ClearList();
+                               bar.LoadList(u"RecentSearches"_s, file, savedItems, false);
+                           }),
+                   20);
+    good &= bar.listCount() == savedItems;
+    return good ? 0 : 1;
+}

@@ -1,0 +1,128 @@
+#include "AddressCombo.h"
+#include "AddressEdit.h"
+#include "brwURL.h"
+
+#include <QKeyEvent>
+#include <QListView>
+#include <QScopedValueRollback>
+#include <QStyledItemDelegate>
+
+namespace {
+constexpr int rowsShown = 14;
+constexpr int leastCharacters = 8;
+// Room above and below the text of a row; pixels, together.
+constexpr int rowSpace = 6;
+
+class RoomyRows : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, rowSpace);
+    }
+};
+}
+
+AddressCombo::AddressCombo(brwURL &owner)
+    : QComboBox(&owner)
+    , m_owner(owner)
+    , m_edit(new AddressEdit(owner, this))
+{
+    setEditable(true);
+    setLineEdit(m_edit);
+    setCompleter(nullptr);
+    setInsertPolicy(NoInsert);
+    setMaxVisibleItems(rowsShown);
+    // Neither the field's size nor the drop-down's asks every entry for its width.
+    setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
+    setMinimumContentsLength(leastCharacters);
+    if (auto *list = qobject_cast<QListView *>(view())) {
+        list->setItemDelegate(new RoomyRows(list));
+        list->setUniformItemSizes(true);
+        list->setTextElideMode(Qt::ElideMiddle);
+        list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    }
+    view()->installEventFilter(this);
+}
+
+void AddressCombo::showPopup()
+{
+    if (count() == 0)
+        return;
+    {
+        const QScopedValueRollback dropping(m_dropping, true);
+        QComboBox::showPopup();
+    }
+    const int row = m_owner.rowOfText();
+    view()->setCurrentIndex(model()->index(row, 0));
+    if (row >= 0)
+        view()->scrollTo(view()->currentIndex());
+    else
+        view()->scrollToTop();
+}
+
+void AddressCombo::keyPressEvent(QKeyEvent *event)
+{
+    m_owner.keyPressed(event);
+}
+
+void AddressCombo::keyReleaseEvent(QKeyEvent *event)
+{
+    m_owner.keyReleased(event);
+}
+
+void AddressCombo::focusInEvent(QFocusEvent *event)
+{
+    QComboBox::focusInEvent(event);
+    m_edit->selectAllOnRelease(event->reason() == Qt::MouseFocusReason);
+    m_owner.focusEntered();
+}
+
+// The list takes the focus as another control would; it is part of the field all the same.
+void AddressCombo::focusOutEvent(QFocusEvent *event)
+{
+    QFocusEvent toTheList(QEvent::FocusOut, Qt::PopupFocusReason);
+    if (m_dropping)
+        event = &toTheList;
+    QComboBox::focusOutEvent(event);
+    const Qt::FocusReason reason = event->reason();
+    if (reason != Qt::PopupFocusReason && reason != Qt::MenuBarFocusReason
+        && reason != Qt::ActiveWindowFocusReason)
+        m_owner.focusLeft();
+}
+
+void AddressCombo::mousePressEvent(QMouseEvent *event)
+{
+    m_edit->selectAllOnRelease(false);
+    QComboBox::mousePressEvent(event);
+}
+
+// Turning the wheel over the field would choose, that is open, one entry after the other.
+void AddressCombo::wheelEvent(QWheelEvent *event)
+{
+    event->ignore();
+}
+
+bool AddressCombo::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == view() && event->type() == QEvent::KeyPress
+        && popupKey(static_cast<QKeyEvent *>(event)))
+        return true;
+    return QComboBox::eventFilter(watched, event);
+}
+
+// Keys the dropped list has no use for are typed into the field, and Enter without a choice is
+// the field's.
+bool AddressCombo::popupKey(QKeyEvent *event)
+{
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool edits = event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Delete
+        || event->key() == Qt::Key_Left || event->key() == Qt::Key_Right
+        || (!event->text().isEmpty() && event->text().at(0).isPrint());
+    if (!edits && !(enter && !view()->currentIndex().isValid()))
+        return false;
+    hidePopup();
+    m_owner.keyPressed(event);
+    return true;
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QComboBox>
+
+class AddressEdit;
+class brwURL;
+
+/// The combo box of an address bar: a field and a list that drops. It changes nothing by itself
+/// but what the user chooses from the dropped list.
+class AddressCombo : public QComboBox {
+    Q_OBJECT
+
+public:
+    explicit AddressCombo(brwURL &owner);
+
+    AddressEdit *edit() const { return m_edit; }
+    void showPopup() override;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    bool popupKey(QKeyEvent *event);
+
+    brwURL &m_owner;
+    AddressEdit *m_edit;
+    bool m_dropping = false;
+};

@@ -1,0 +1,93 @@
+#include "BrowserHost.h"
+
+#include "CrashNotice.h"
+#include "WebView.h"
+
+#include <QAction>
+#include <QWebEngineFullScreenRequest>
+#include <QWebEnginePage>
+
+BrowserHost::BrowserHost(QWidget *parent)
+    : QWidget(parent)
+{
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+BrowserHost::~BrowserHost()
+{
+    // In full screen the view is no child.
+    delete m_view;
+}
+
+void BrowserHost::setView(WebView *view)
+{
+    m_view = view;
+    setFocusProxy(view);
+    placeChildren();
+    view->show();
+}
+
+void BrowserHost::placeChildren()
+{
+    if (m_view && m_view->parentWidget() == this)
+        m_view->setGeometry(rect());
+    if (m_crash)
+        m_crash->setGeometry(rect());
+}
+
+void BrowserHost::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    placeChildren();
+}
+
+void BrowserHost::answerFullScreen(QWebEngineFullScreenRequest request)
+{
+    request.accept();
+    if (request.toggleOn())
+        enterFullScreen();
+    else
+        leaveFullScreen();
+}
+
+void BrowserHost::enterFullScreen()
+{
+    if (!m_view || m_view->parentWidget() != this)
+        return;
+    auto *escape = new QAction(m_view);
+    escape->setShortcut(Qt::Key_Escape);
+    connect(escape, &QAction::triggered, m_view,
+            [view = m_view] { view->triggerPageAction(QWebEnginePage::ExitFullScreen); });
+    m_view->addAction(escape);
+    m_view->setParent(nullptr, Qt::Window);
+    m_view->showFullScreen();
+    m_view->setFocus();
+}
+
+void BrowserHost::leaveFullScreen()
+{
+    if (!m_view || m_view->parentWidget() == this)
+        return;
+    qDeleteAll(m_view->actions());
+    m_view->setParent(this, Qt::Widget);
+    m_view->showNormal();
+    placeChildren();
+    m_view->setFocus();
+}
+
+void BrowserHost::showCrash()
+{
+    if (m_crash)
+        return;
+    m_crash = new CrashNotice(this);
+    connect(m_crash, &CrashNotice::reloadPressed, this, &BrowserHost::reloadRequested);
+    placeChildren();
+    m_crash->show();
+}
+
+void BrowserHost::hideCrash()
+{
+    if (m_crash)
+        m_crash->deleteLater();
+    m_crash.clear();
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+class CrashNotice;
+class QWebEngineFullScreenRequest;
+class WebView;
+
+/// The widget that a browser window places: it holds the view of the page, from when there is one,
+/// and takes it back after full screen.
+class BrowserHost : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit BrowserHost(QWidget *parent);
+    ~BrowserHost() override;
+
+    void setView(WebView *view);
+    /// The page asks to fill the screen, or to end that.
+    void answerFullScreen(QWebEngineFullScreenRequest request);
+    /// Covers the page with a notice that it has ended, until `hideCrash`.
+    void showCrash();
+    void hideCrash();
+
+signals:
+    void reloadRequested();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void enterFullScreen();
+    void leaveFullScreen();
+    void placeChildren();
+
+    QPointer<WebView> m_view;
+    QPointer<CrashNotice> m_crash;
+};

@@ -1,0 +1,22 @@
+#include "BrowserTabs.h"
+
+#include <QApplication>
+#include <QStyle>
+
+namespace BrowserTabs {
+
+QString displayed(const QString &text)
+{
+    constexpr int longest = 4096;
+    if (text.size() <= longest)
+        return text;
+    const int end = text.at(longest - 1).isHighSurrogate() ? longest - 1 : longest;
+    return text.left(end);
+}
+
+QIcon pageIcon()
+{
+    return QApplication::style()->standardIcon(QStyle::SP_FileIcon);
+}
+
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QWebEngineUrlRequestInterceptor>
+
+/// Keeps a page's requests out of the engine's disk cache while it is active, by a condition in
+/// the request's headers: the cache lets conditional requests of the page's own through without
+/// reading or writing, and the conditions used always hold or mean nothing to the server.
+class CacheBypass : public QWebEngineUrlRequestInterceptor {
+    Q_OBJECT
+
+public:
+    using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
+
+    void setActive(bool active) { m_active = active; }
+    void interceptRequest(QWebEngineUrlRequestInfo &info) override;
+
+private:
+    bool m_active = false;
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QMutex>
+#include <QObject>
+#include <QSet>
+
+class QWebEngineProfile;
+
+/// Refuses cookies of other sites than the page's, and tells on the interface thread for which
+/// page's host something was refused.
+class CookiePolicy : public QObject {
+    Q_OBJECT
+
+public:
+    static CookiePolicy &instance();
+    /// Before the first page of the profile.
+    void install(QWebEngineProfile *profile);
+
+signals:
+    void refused(const QString &pageHost);
+
+private:
+    CookiePolicy() = default;
+    /// Called by the engine on several threads.
+    void noteRefusal(const QString &pageHost);
+    void tellRefusals();
+
+    QMutex m_mutex;
+    QSet<QString> m_untold;
+};

@@ -1,0 +1,39 @@
+#include "Downloads.h"
+
+#include "Log.h"
+
+#include <QDir>
+#include <QStandardPaths>
+#include <QWebEngineDownloadRequest>
+#include <QWebEngineProfile>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+QString downloadFolder()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    if (!folder.isEmpty() && QDir().mkpath(folder))
+        return folder;
+    return QStandardPaths::writableLocation(QStandardPaths::TempLocation);
+}
+}
+
+namespace Downloads {
+
+void install(QWebEngineProfile *profile)
+{
+    QObject::connect(profile, &QWebEngineProfile::downloadRequested, profile,
+                     [](QWebEngineDownloadRequest *request) {
+                         // A page being saved has its place already.
+                         if (request->state() != QWebEngineDownloadRequest::DownloadRequested)
+                             return;
+                         request->setDownloadDirectory(downloadFolder());
+                         // Not accepted before this returns means cancelled.
+                         request->accept();
+                         qCInfo(lcEngine) << "download to" << request->downloadDirectory()
+                                          << request->downloadFileName();
+                     });
+}
+
+}

@@ -1,0 +1,119 @@
+#include "EngineProfile.h"
+
+#include "AppFolder.h"
+#include "CookiePolicy.h"
+#include "Downloads.h"
+#include "Log.h"
+#include "PageScripts.h"
+#include "WebPage.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QLockFile>
+#include <QStandardPaths>
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+QWebEngineProfile *theProfile = nullptr;
+std::unique_ptr<QLockFile> theLock;
+WebPage *theSparePage = nullptr;
+
+/// Two application folders are two browsers, however a folder is reached.
+QString profileName()
+{
+    const QFileInfo folder(AppFolder::path());
+    const QString canonical = folder.canonicalFilePath();
+    const QByteArray path = (canonical.isEmpty() ? folder.absoluteFilePath() : canonical).toUtf8();
+    const QByteArray hash = QCryptographicHash::hash(path, QCryptographicHash::Sha256).toHex();
+    return u"folder-"_s + QString::fromLatin1(hash.first(16));
+}
+
+/// Takes the stored data for this process; false while another process has it.
+bool lockData(const QString &dataFolder)
+{
+    if (!QDir().mkpath(dataFolder))
+        return false;
+    theLock = std::make_unique<QLockFile>(dataFolder + "/in-use.lock"_L1);
+    theLock->setStaleLockTime(0);
+    if (theLock->tryLock(0))
+        return true;
+    theLock.reset();
+    return false;
+}
+
+void setOptions(QWebEngineProfile *profile)
+{
+    QWebEngineSettings *settings = profile->settings();
+    settings->setAttribute(QWebEngineSettings::FullScreenSupportEnabled, true);
+    settings->setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
+    settings->setAttribute(QWebEngineSettings::PluginsEnabled, true);
+    settings->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
+    settings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, true);
+    // A page dropped on the window is the frame's to open, as files are.
+    settings->setAttribute(QWebEngineSettings::NavigateOnDropEnabled, false);
+}
+
+QWebEngineProfile *makeProfile()
+{
+    const QString name = profileName();
+    const QString inFolder = "/QtWebEngine/"_L1 + name;
+    const QString data =
+        QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + inFolder;
+    QWebEngineProfile *profile = nullptr;
+    if (lockData(data)) {
+        profile = new QWebEngineProfile(name);
+        profile->setPersistentStoragePath(data);
+        profile->setCachePath(QStandardPaths::writableLocation(QStandardPaths::CacheLocation)
+                              + inFolder);
+    } else {
+        qCInfo(lcEngine) << "another process has" << data << "- nothing is stored by this one";
+        profile = new QWebEngineProfile;
+    }
+    setOptions(profile);
+    PageScripts::install(profile);
+    CookiePolicy::instance().install(profile);
+    Downloads::install(profile);
+    return profile;
+}
+}
+
+QWebEngineProfile *engineProfile()
+{
+    if (!theProfile)
+        theProfile = makeProfile();
+    return theProfile;
+}
+
+bool engineProfileIsStored()
+{
+    return theLock != nullptr;
+}
+
+WebPage *makeFreshPage()
+{
+    return new WebPage(engineProfile());
+}
+
+WebPage *takePage()
+{
+    return theSparePage ? std::exchange(theSparePage, nullptr) : makeFreshPage();
+}
+
+void prepareSparePage()
+{
+    if (theSparePage)
+        return;
+    theSparePage = makeFreshPage();
+    // Any script starts the renderer process; unlike a load it leaves no history entry.
+    theSparePage->runJavaScript(u"0"_s);
+}
+
+void dropEngineProfile()
+{
+    delete std::exchange(theSparePage, nullptr);
+    delete std::exchange(theProfile, nullptr);
+    theLock.reset();
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QStringList>
+
+class QWebEngineProfile;
+class WebPage;
+
+/// The one profile of all pages. It is made at the first call, with every option set before the
+/// first page and never changed afterwards: a later change resets the network of all pages.
+/// The data lives in a folder of its own for each application folder; while another process owns
+/// that folder the profile is off the record.
+QWebEngineProfile *engineProfile();
+
+/// Whether this process owns the stored data (false: off the record).
+bool engineProfileIsStored();
+
+/// A page of the profile, not shown yet. Uses up the spare page where there is one.
+WebPage *takePage();
+
+/// A page that no renderer process belongs to yet, as a page's request for a window needs it.
+WebPage *makeFreshPage();
+
+/// Prepares the next page for `takePage`.
+void prepareSparePage();
+
+/// Ends spare page and profile; every other page must be gone.
+void dropEngineProfile();

@@ -1,0 +1,86 @@
+#include "EngineStart.h"
+
+#include "EngineProfile.h"
+#include "LivePages.h"
+#include "ProgramInfo.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QLoggingCategory>
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
+using namespace Qt::StringLiterals;
+
+namespace {
+QtMessageHandler previousHandler = nullptr;
+
+void dropIdleTalk(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type == QtInfoMsg && message.startsWith("Sandboxing disabled"_L1))
+        return;
+    // The plug-in for running without a screen says so at each window.
+    if (message.startsWith("This plugin does not support"_L1))
+        return;
+    previousHandler(type, context, message);
+}
+
+bool hasGraphicsDevice()
+{
+    const QDir devices(u"/dev/dri"_s);
+    return !devices.entryList({u"renderD*"_s}, QDir::System | QDir::Files).isEmpty();
+}
+}
+
+static void initResources()
+{
+    Q_INIT_RESOURCE(browser);
+}
+
+void chooseRenderingBackend()
+{
+#ifdef Q_OS_LINUX
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasGraphicsDevice())
+        qputenv("QT_QUICK_BACKEND", "software");
+#endif
+}
+
+bool sandboxUsable(QString *why)
+{
+#ifdef Q_OS_LINUX
+    if (geteuid() == 0 && qEnvironmentVariable("QTWEBENGINE_DISABLE_SANDBOX") != "1"_L1) {
+        if (why) {
+            *why = ProgramInfo::title()
+                + u" cannot protect you from web pages when run as root: start it as an ordinary "
+                  u"user, or set QTWEBENGINE_DISABLE_SANDBOX=1 to do without the protection."_s;
+        }
+        return false;
+    }
+#endif
+    return true;
+}
+
+void startEngine()
+{
+    initResources();
+    QLoggingCategory::setFilterRules(u"qt.webenginecontext.info=false"_s);
+    if (!previousHandler)
+        previousHandler = qInstallMessageHandler(dropIdleTalk);
+}
+
+void warmUpEngine()
+{
+    engineProfile();
+    prepareSparePage();
+}
+
+void stopEngine()
+{
+    LivePages::deleteAll();
+    // What was closed last waits for its deletion still; the profile must outlive it.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    dropEngineProfile();
+    if (previousHandler)
+        qInstallMessageHandler(std::exchange(previousHandler, nullptr));
+}

@@ -1,0 +1,48 @@
+#include "NavigationHistory.h"
+
+#include <QDateTime>
+#include <QWebEngineHistory>
+#include <QWebEnginePage>
+
+namespace {
+/// The engine gives an entry no identity; when and what was visited is one.
+QString keyOf(const QWebEngineHistoryItem &item)
+{
+    return QString::number(item.lastVisited().toMSecsSinceEpoch()) + u' '
+        + item.url().toString(QUrl::FullyEncoded);
+}
+}
+
+void NavigationHistory::skipCurrent(QWebEnginePage *page)
+{
+    m_skipped.insert(keyOf(page->history()->currentItem()));
+}
+
+bool NavigationHistory::isSkipped(const QWebEngineHistoryItem &item) const
+{
+    return !m_skipped.isEmpty() && m_skipped.contains(keyOf(item));
+}
+
+bool NavigationHistory::goBack(QWebEnginePage *page)
+{
+    QWebEngineHistory *history = page->history();
+    return goTo(history, history->currentItemIndex() - 1, -1);
+}
+
+bool NavigationHistory::goForward(QWebEnginePage *page)
+{
+    QWebEngineHistory *history = page->history();
+    return goTo(history, history->currentItemIndex() + 1, 1);
+}
+
+bool NavigationHistory::goTo(QWebEngineHistory *history, int from, int step)
+{
+    for (int index = from; index >= 0 && index < history->count(); index += step) {
+        const QWebEngineHistoryItem item = history->itemAt(index);
+        if (isSkipped(item))
+            continue;
+        history->goToItem(item);
+        return true;
+    }
+    return false;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+
+class QWebEngineHistory;
+class QWebEngineHistoryItem;
+class QWebEnginePage;
+
+/// Steps back and forward in a page's history, past the entries that were to leave no trace.
+class NavigationHistory {
+public:
+    /// Marks the current entry as one to skip.
+    void skipCurrent(QWebEnginePage *page);
+    bool goBack(QWebEnginePage *page);
+    bool goForward(QWebEnginePage *page);
+
+private:
+    bool isSkipped(const QWebEngineHistoryItem &item) const;
+    bool goTo(QWebEngineHistory *history, int from, int step);
+
+    QSet<QString> m_skipped;
+};

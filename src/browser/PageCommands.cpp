@@ -1,0 +1,104 @@
+#include "PageCommands.h"
+
+#include "WebBrowser.h"
+#include "WebPage.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <array>
+
+namespace {
+/// Text sizes from smallest to largest.
+constexpr std::array<qreal, 5> zoomFactors{0.75, 0.9, 1.0, 1.25, 1.5};
+
+bool readZoom(const WebPage *page, QVariant *out)
+{
+    for (size_t level = 0; level < zoomFactors.size(); ++level) {
+        if (qAbs(page->zoomFactor() - zoomFactors[level]) < 0.01) {
+            *out = int(level);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool setZoom(WebPage *page, const QVariant &in)
+{
+    bool isNumber = false;
+    const int level = in.toInt(&isNumber);
+    if (!isNumber || level < 0 || level >= int(zoomFactors.size()))
+        return false;
+    page->setZoomFactor(zoomFactors[size_t(level)]);
+    return true;
+}
+
+bool clipboardFitsPage()
+{
+    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+    return data && (data->hasText() || data->hasHtml() || data->hasImage());
+}
+
+QWebEnginePage::WebAction actionFor(OleCmd command)
+{
+    switch (command) {
+    case OleCmd::Cut:
+        return QWebEnginePage::Cut;
+    case OleCmd::Copy:
+        return QWebEnginePage::Copy;
+    case OleCmd::Paste:
+        return QWebEnginePage::Paste;
+    case OleCmd::Undo:
+        return QWebEnginePage::Undo;
+    case OleCmd::SelectAll:
+        return QWebEnginePage::SelectAll;
+    case OleCmd::ClearSelection:
+        return QWebEnginePage::Unselect;
+    default:
+        return QWebEnginePage::NoWebAction;
+    }
+}
+
+bool isEnabled(const WebPage *page, OleCmd command)
+{
+    switch (command) {
+    case OleCmd::Cut:
+        return page->hasEditableFocus() && page->hasSelection();
+    case OleCmd::Paste:
+        return page->hasEditableFocus() && clipboardFitsPage();
+    case OleCmd::Undo:
+        return page->hasEditableFocus();
+    case OleCmd::Copy:
+    case OleCmd::ClearSelection:
+        return page->hasSelection();
+    default:
+        return true;
+    }
+}
+}
+
+namespace PageCommands {
+
+bool run(WebPage *page, OleCmd command, const QVariant *in, QVariant *out)
+{
+    if (command == OleCmd::Zoom) {
+        if (in)
+            return setZoom(page, *in);
+        return out && readZoom(page, out);
+    }
+    const QWebEnginePage::WebAction action = actionFor(command);
+    if (action == QWebEnginePage::NoWebAction)
+        return false;
+    page->triggerAction(action);
+    return true;
+}
+
+int status(const WebPage *page, OleCmd command)
+{
+    if (command != OleCmd::Zoom && actionFor(command) == QWebEnginePage::NoWebAction)
+        return 0;
+    return isEnabled(page, command) ? OleCmdStatus::Supported | OleCmdStatus::Enabled
+                                    : OleCmdStatus::Supported;
+}
+
+}

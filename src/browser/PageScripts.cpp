@@ -1,0 +1,52 @@
+#include "PageScripts.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QUuid>
+#include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
+
+using namespace Qt::StringLiterals;
+
+namespace PageScripts {
+
+QString mark()
+{
+    static const QString value = u'@' + QUuid::createUuid().toString(QUuid::Id128) + u'@';
+    return value;
+}
+
+QString source(const QString &name)
+{
+    QFile file(":/browser/"_L1 + name);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(file.readAll()).replace("%MARK%"_L1, mark());
+}
+
+void install(QWebEngineProfile *profile)
+{
+    QWebEngineScript script;
+    script.setName(u"frame-events"_s);
+    script.setSourceCode(source(u"frame-events.js"_s));
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setRunsOnSubFrames(true);
+    profile->scripts()->insert(script);
+}
+
+std::optional<Line> parse(const QString &message)
+{
+    if (!message.startsWith(mark()))
+        return {};
+    const QByteArray json = QStringView(message).mid(mark().size()).toUtf8();
+    const QJsonArray fields = QJsonDocument::fromJson(json).array();
+    if (fields.size() != 3)
+        return {};
+    return Line{fields.at(0).toString(), fields.at(1).toBool(),
+                fields.at(2).toVariant().toString()};
+}
+
+}

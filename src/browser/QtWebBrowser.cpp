@@ -1,0 +1,171 @@
+// The members that the rest of the program calls. What the engine tells in turn is handled in
+// QtWebBrowserEvents.cpp (navigation) and QtWebBrowserPage.cpp (everything else).
+#include "QtWebBrowser.h"
+
+#include "AddressCompletion.h"
+#include "BrowserHost.h"
+#include "EngineProfile.h"
+#include "LivePages.h"
+#include "PageCommands.h"
+#include "PageIndicators.h"
+#include "TitleThrottle.h"
+#include "Twips.h"
+#include "WebPage.h"
+#include "WebView.h"
+
+#include <QWebEngineScript>
+
+using namespace Qt::StringLiterals;
+
+QtWebBrowser::QtWebBrowser(QWidget *host)
+    : WebBrowser(host)
+    , m_host(new BrowserHost(host))
+    , m_indicators(new PageIndicators(this))
+    , m_title(new TitleThrottle(this))
+{
+    connect(m_host, &BrowserHost::reloadRequested, this, [this] { Refresh(); });
+    connect(m_title, &TitleThrottle::changed, this, [this](const QString &title) {
+        if (m_events)
+            m_events->TitleChange(title);
+    });
+    connect(m_indicators, &PageIndicators::secureChanged, this, [this](bool secure) {
+        if (m_events)
+            m_events->SetSecureLockIcon(secure ? 1 : 0);
+    });
+    connect(m_indicators, &PageIndicators::privacyImpacted, this, [this](bool impacted) {
+        if (m_events)
+            m_events->PrivacyImpactedStateChange(impacted);
+    });
+    connect(m_host, &QObject::destroyed, this, [this] { m_host = nullptr; });
+}
+
+QtWebBrowser::~QtWebBrowser()
+{
+    dropPage();
+}
+
+void QtWebBrowser::dropPage()
+{
+    LivePages::remove(this);
+    m_events = nullptr;
+    if (m_page)
+        m_page->disconnect(this);
+    delete m_view;
+    delete m_page;
+}
+
+WebPage *QtWebBrowser::page() const
+{
+    return m_page;
+}
+
+QWidget *QtWebBrowser::widget()
+{
+    return m_host;
+}
+
+void QtWebBrowser::setEvents(WebBrowserEvents *events)
+{
+    m_events = events;
+}
+
+void QtWebBrowser::Navigate(const QString &url)
+{
+    const QUrl address = completeAddress(url);
+    if (address.isEmpty()) {
+        // The engine would open an empty page instead.
+        raiseBeforeNavigate(QUrl(url));
+        return;
+    }
+    if (!m_page)
+        usePage(takePage());
+    m_host->hideCrash();
+    m_page->load(address);
+}
+
+bool QtWebBrowser::GoBack()
+{
+    return m_page && m_history.goBack(m_page);
+}
+
+bool QtWebBrowser::GoForward()
+{
+    return m_page && m_history.goForward(m_page);
+}
+
+void QtWebBrowser::Refresh()
+{
+    if (!m_page)
+        return;
+    m_host->hideCrash();
+    m_page->triggerAction(QWebEnginePage::Reload);
+}
+
+void QtWebBrowser::Refresh2(int level)
+{
+    constexpr int completely = 3;
+    if (level != completely) {
+        Refresh();
+    } else if (m_page) {
+        m_host->hideCrash();
+        m_page->triggerAction(QWebEnginePage::ReloadAndBypassCache);
+    }
+}
+
+void QtWebBrowser::Stop()
+{
+    if (m_page)
+        m_page->triggerAction(QWebEnginePage::Stop);
+}
+
+bool QtWebBrowser::ExecWB(OleCmd command, OleExecOpt, const QVariant *in, QVariant *out)
+{
+    return m_page && PageCommands::run(m_page, command, in, out);
+}
+
+int QtWebBrowser::QueryStatusWB(OleCmd command)
+{
+    return m_page ? PageCommands::status(m_page, command) : 0;
+}
+
+void QtWebBrowser::SetFocus()
+{
+    if (m_host)
+        m_host->setFocus();
+}
+
+void QtWebBrowser::Move(int left, int top, int width, int height)
+{
+    if (m_host) {
+        m_host->setGeometry(Twips::toPixels(left), Twips::toPixels(top), Twips::toPixels(width),
+                            Twips::toPixels(height));
+    }
+}
+
+QString QtWebBrowser::LocationURL() const
+{
+    return m_location;
+}
+
+void QtWebBrowser::OuterHTML(const std::function<void(const QString &)> &done)
+{
+    if (!m_page) {
+        done({});
+        return;
+    }
+    m_page->runJavaScript(u"document.documentElement ? document.documentElement.outerHTML : ''"_s,
+                          QWebEngineScript::ApplicationWorld,
+                          [done](const QVariant &markup) { done(markup.toString()); });
+}
+
+void QtWebBrowser::setShown(bool shown)
+{
+    m_shown = shown;
+    applyShown();
+}
+
+void QtWebBrowser::applyShown()
+{
+    if (m_page && m_view && m_view->isVisible())
+        m_page->setVisible(m_shown || m_page->recentlyAudible());
+}

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "NavigationHistory.h"
+#include "WebBrowser.h"
+
+#include <QPointer>
+#include <QRect>
+#include <QUrl>
+
+class BrowserHost;
+class PageIndicators;
+class QWebEngineLoadingInfo;
+class QWebEngineNewWindowRequest;
+class TitleThrottle;
+class WebPage;
+class WebView;
+
+/// The engine control on Qt WebEngine. Its page is made when it is first needed: by `Navigate`, or
+/// by a page that asks for a window. What the engine tells at odd moments, in odd order or not at
+/// all is put right here, so that the events come as `WebBrowserEvents` describes them.
+class QtWebBrowser : public WebBrowser {
+    Q_OBJECT
+
+public:
+    explicit QtWebBrowser(QWidget *host);
+    ~QtWebBrowser() override;
+
+    QWidget *widget() override;
+    void setEvents(WebBrowserEvents *events) override;
+    void Navigate(const QString &url) override;
+    bool GoBack() override;
+    bool GoForward() override;
+    void Refresh() override;
+    void Refresh2(int level) override;
+    void Stop() override;
+    bool ExecWB(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
+                QVariant *out = nullptr) override;
+    int QueryStatusWB(OleCmd command) override;
+    void SetFocus() override;
+    void Move(int left, int top, int width, int height) override;
+    QString LocationURL() const override;
+    bool HasDocument() const override { return m_hasDocument; }
+    void ClearDocument() override { }
+    void OuterHTML(const std::function<void(const QString &)> &done) override;
+    bool Busy() const override { return m_busy; }
+    bool Silent() const override { return m_silent; }
+    void setSilent(bool silent) override { m_silent = silent; }
+    void setRegisterAsBrowser(bool) override { }
+    void setShown(bool shown) override;
+
+    /// The page; null until it is needed.
+    WebPage *page() const;
+    /// Ends the page; the control is as before its first navigation.
+    void dropPage();
+
+private:
+    /// Where the navigation of the main frame stands.
+    enum class Stage { None, Asked, Started, Committed };
+
+    void usePage(WebPage *page);
+    void connectPage();
+    void connectLoading();
+    void adopt(QWebEngineNewWindowRequest &request);
+
+    bool ask(const QUrl &url, int type, bool isMainFrame);
+    bool raiseBeforeNavigate(const QUrl &url);
+    bool mayLeaveTrace(const QUrl &url) const;
+    void replaceWith(const QUrl &url);
+    void rememberLink(const QUrl &url);
+    void forgetLinks();
+
+    void onLoadingChanged(const QWebEngineLoadingInfo &info);
+    void onLoadStarted(const QUrl &url);
+    void onLoadEnded(const QWebEngineLoadingInfo &info);
+    void onUrlChanged(const QUrl &url);
+    void onFrameStarted(const QString &url, bool isMainFrame);
+    void onFrameLoaded(const QString &url, bool isMainFrame);
+    void commit(const QString &url);
+    void completeDocument(const QString &url);
+
+    void onNewWindowRequested(QWebEngineNewWindowRequest &request);
+    void onGeometryRequested(const QRect &pixels);
+    void onCloseRequested();
+    void onRendererGone();
+    void placeAsRequested();
+    void showStatus(const QString &text);
+    void applyShown();
+
+    BrowserHost *m_host = nullptr;
+    QPointer<WebView> m_view;
+    QPointer<WebPage> m_page;
+    WebBrowserEvents *m_events = nullptr;
+    NavigationHistory m_history;
+    PageIndicators *m_indicators = nullptr;
+    TitleThrottle *m_title = nullptr;
+    /// The shown page's address exactly as the page has it.
+    QString m_location;
+    QString m_status;
+    /// The address on its way.
+    QUrl m_pending;
+    /// Asked for already: a history entry is being replaced by it.
+    QUrl m_replacing;
+    QList<QUrl> m_linksToForget;
+    /// What the opening page asked for, pixels; null when nothing or when it is done.
+    QRect m_requested;
+    Stage m_stage = Stage::None;
+    int m_flags = 0;
+    /// Loads whose start and end the engine tells although they were refused.
+    int m_refusals = 0;
+    bool m_adopted = false;
+    bool m_busy = false;
+    bool m_hasDocument = false;
+    bool m_completed = false;
+    bool m_showsError = false;
+    bool m_silent = false;
+    bool m_shown = true;
+};

@@ -1,0 +1,221 @@
+// Navigation: the engine's signals put into the order that `WebBrowserEvents` describes.
+#include "BrowserHost.h"
+#include "EngineProfile.h"
+#include "ErrorPage.h"
+#include "Language.h"
+#include "PageIndicators.h"
+#include "QtWebBrowser.h"
+#include "WebPage.h"
+#include "Yield.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTimer>
+#include <QWebEngineHistory>
+#include <QWebEngineLoadingInfo>
+#include <QWebEngineProfile>
+#include <QWebEngineScript>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+QString encoded(const QUrl &url)
+{
+    return QString::fromLatin1(url.toEncoded());
+}
+
+bool isWeb(const QUrl &url)
+{
+    return url.scheme() == "http"_L1 || url.scheme() == "https"_L1;
+}
+
+bool samePage(const QUrl &one, const QUrl &other)
+{
+    return one.adjusted(QUrl::RemoveFragment) == other.adjusted(QUrl::RemoveFragment);
+}
+
+QString statusText(const QString &key, const QString &text)
+{
+    return GetLanguageText(u"frmBrowser"_s, key, text);
+}
+}
+
+bool QtWebBrowser::raiseBeforeNavigate(const QUrl &url)
+{
+    bool cancel = false;
+    placeAsRequested();
+    m_requested = QRect();
+    if (m_events)
+        m_events->BeforeNavigate2(encoded(url), m_flags, cancel);
+    // A handler may have closed the window, and then nothing more is to be loaded.
+    return m_events && !cancel;
+}
+
+bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
+{
+    if (!isMainFrame)
+        return raiseBeforeNavigate(url);
+    const bool redirected = type == QWebEnginePage::NavigationTypeRedirect
+        && (m_stage == Stage::Asked || m_stage == Stage::Started);
+    const bool replacing = !m_replacing.isEmpty() && samePage(m_replacing, url);
+    if (!redirected && !replacing) {
+        if (!raiseBeforeNavigate(url)) {
+            ++m_refusals;
+            return false;
+        }
+        m_page->setCacheBypass(m_flags & NavFlags::NoWriteToCache);
+        if (type == QWebEnginePage::NavigationTypeTyped && !mayLeaveTrace(url)) {
+            ++m_refusals;
+            replaceWith(url);
+            return false;
+        }
+    }
+    m_replacing.clear();
+    m_pending = url;
+    m_stage = Stage::Asked;
+    rememberLink(url);
+    return true;
+}
+
+/// False when the navigation must replace the current history entry instead of adding one.
+bool QtWebBrowser::mayLeaveTrace(const QUrl &url) const
+{
+    return !(m_flags & NavFlags::NoHistory) || m_page->history()->count() == 0 || !isWeb(url)
+        || m_showsError || samePage(url, m_page->url());
+}
+
+void QtWebBrowser::replaceWith(const QUrl &url)
+{
+    m_replacing = url;
+    QTimer::singleShot(0, m_page, [this, url] {
+        m_page->triggerAction(QWebEnginePage::Stop);
+        const QJsonArray address{encoded(url)};
+        const QString quoted =
+            QString::fromUtf8(QJsonDocument(address).toJson(QJsonDocument::Compact));
+        m_page->runJavaScript("location.replace("_L1 + quoted + "[0])"_L1,
+                              QWebEngineScript::ApplicationWorld);
+    });
+}
+
+/// Notes a link that must not stay among the visited ones; one that was there before stays.
+void QtWebBrowser::rememberLink(const QUrl &url)
+{
+    if ((m_flags & NavFlags::NoHistory) && !m_page->profile()->visitedLinksContainsUrl(url))
+        m_linksToForget.append(url);
+}
+
+void QtWebBrowser::forgetLinks()
+{
+    if (!m_linksToForget.isEmpty())
+        m_page->profile()->clearVisitedLinks(m_linksToForget);
+}
+
+void QtWebBrowser::onLoadingChanged(const QWebEngineLoadingInfo &info)
+{
+    if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
+        onLoadStarted(info.url());
+    else
+        onLoadEnded(info);
+}
+
+void QtWebBrowser::onLoadStarted(const QUrl &url)
+{
+    if (m_refusals > 0 && m_stage != Stage::Asked)
+        return;
+    if (m_stage != Stage::Asked) {
+        // Addresses such as about:blank, for which the engine asks nothing.
+        if (!raiseBeforeNavigate(url)) {
+            Stop();
+            return;
+        }
+        m_pending = url;
+    }
+    m_stage = Stage::Started;
+    m_busy = true;
+    showStatus(statusText(u"strOpening"_s, u"Opening page"_s) + u' ' + encoded(m_pending)
+               + u"..."_s);
+}
+
+void QtWebBrowser::onFrameStarted(const QString &url, bool isMainFrame)
+{
+    if (!isMainFrame || m_stage == Stage::None || m_stage == Stage::Committed)
+        return;
+    commit(url.startsWith("chrome-error:"_L1) ? encoded(m_pending) : url);
+}
+
+void QtWebBrowser::commit(const QString &url)
+{
+    m_stage = Stage::Committed;
+    m_location = url;
+    m_hasDocument = true;
+    m_completed = false;
+    m_showsError = false;
+    m_busy = true;
+    m_indicators->reset(QUrl(url));
+    if ((m_flags & NavFlags::NoHistory) && m_page->history()->count() > 1)
+        m_history.skipCurrent(m_page);
+    forgetLinks();
+    if (m_events)
+        m_events->NavigateComplete2(m_location);
+}
+
+void QtWebBrowser::onFrameLoaded(const QString &url, bool isMainFrame)
+{
+    if (isMainFrame)
+        completeDocument(url);
+    else if (m_events)
+        m_events->DocumentComplete(url);
+}
+
+void QtWebBrowser::completeDocument(const QString &url)
+{
+    if (m_stage != Stage::Committed || std::exchange(m_completed, true))
+        return;
+    if (m_events)
+        m_events->DocumentComplete(url);
+}
+
+void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
+{
+    const bool stopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
+    if (stopped && m_refusals > 0) {
+        --m_refusals;
+        return;
+    }
+    const bool underWay = m_stage == Stage::Asked || m_stage == Stage::Started;
+    if (underWay && !stopped) {
+        // The end of an earlier load, told late.
+        if (!samePage(info.url(), m_pending))
+            return;
+        commit(encoded(m_page->url()));
+    }
+    if (info.isErrorPage()) {
+        m_showsError = true;
+        ErrorPage::show(m_page, m_page->url(), info);
+    } else if (m_stage == Stage::Committed) {
+        m_indicators->setArrived();
+    }
+    completeDocument(m_location);
+    forgetLinks();
+    m_linksToForget.clear();
+    m_busy = false;
+    m_stage = Stage::None;
+    showStatus(stopped ? QString() : statusText(u"strDone"_s, u"Done"_s));
+}
+
+void QtWebBrowser::onUrlChanged(const QUrl &url)
+{
+    const bool underWay = m_stage == Stage::Asked || m_stage == Stage::Started;
+    if (!m_hasDocument || underWay || url == QUrl(m_location))
+        return;
+    m_location = encoded(url);
+    if (m_events)
+        m_events->LocationChange(m_location);
+}
+
+void QtWebBrowser::showStatus(const QString &text)
+{
+    m_status = text;
+    if (m_events)
+        m_events->StatusTextChange(text);
+}

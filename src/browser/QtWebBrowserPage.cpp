@@ -1,0 +1,142 @@
+// The control's page: how it comes, and what it asks for besides navigation.
+#include "BrowserHost.h"
+#include "EngineProfile.h"
+#include "LivePages.h"
+#include "PageIndicators.h"
+#include "QtWebBrowser.h"
+#include "TitleThrottle.h"
+#include "Twips.h"
+#include "WebPage.h"
+#include "WebView.h"
+#include "Yield.h"
+
+#include <QTimer>
+#include <QWebEngineFullScreenRequest>
+#include <QWebEngineLoadingInfo>
+#include <QWebEngineNewWindowRequest>
+
+using namespace Qt::StringLiterals;
+
+void QtWebBrowser::usePage(WebPage *page)
+{
+    m_page = page;
+    LivePages::add(this);
+    connectPage();
+    connectLoading();
+    m_indicators->watch(m_page);
+    m_view = new WebView(m_page, m_host);
+    connect(m_view, &WebView::gotFocus, this, [this] {
+        if (m_events)
+            m_events->GotFocus();
+    });
+    m_host->setView(m_view);
+    applyShown();
+}
+
+void QtWebBrowser::connectLoading()
+{
+    m_page->setQuestion([this](const QUrl &url, QWebEnginePage::NavigationType type,
+                               bool isMainFrame) { return ask(url, type, isMainFrame); });
+    connect(m_page, &QWebEnginePage::loadingChanged, this, &QtWebBrowser::onLoadingChanged);
+    connect(m_page, &QWebEnginePage::urlChanged, this, &QtWebBrowser::onUrlChanged);
+    connect(m_page, &WebPage::frameStarted, this, &QtWebBrowser::onFrameStarted);
+    connect(m_page, &WebPage::frameLoaded, this, &QtWebBrowser::onFrameLoaded);
+    connect(m_page, &WebPage::retryRequested, this, [this] {
+        if (m_showsError)
+            QTimer::singleShot(0, this, [this] { Refresh(); });
+    });
+}
+
+void QtWebBrowser::connectPage()
+{
+    connect(m_page, &QWebEnginePage::titleChanged, m_title, &TitleThrottle::put);
+    connect(m_page, &QWebEnginePage::iconChanged, this, [this](const QIcon &icon) {
+        if (m_events)
+            m_events->IconChange(icon);
+    });
+    connect(m_page, &QWebEnginePage::linkHovered, this, [this](const QString &url) {
+        const EngineCallbackScope scope;
+        if (m_events)
+            m_events->StatusTextChange(url.isEmpty() ? m_status : url);
+    });
+    connect(m_page, &QWebEnginePage::newWindowRequested, this, &QtWebBrowser::onNewWindowRequested);
+    connect(m_page, &QWebEnginePage::geometryChangeRequested, this,
+            &QtWebBrowser::onGeometryRequested);
+    connect(m_page, &QWebEnginePage::windowCloseRequested, this, &QtWebBrowser::onCloseRequested);
+    connect(
+        m_page, &QWebEnginePage::fullScreenRequested, m_host,
+        [this](const QWebEngineFullScreenRequest &request) { m_host->answerFullScreen(request); });
+    connect(m_page, &QWebEnginePage::recentlyAudibleChanged, this, [this] { applyShown(); });
+    connect(m_page, &QWebEnginePage::renderProcessTerminated, this,
+            [this](QWebEnginePage::RenderProcessTerminationStatus status) {
+                // Pages that are being shut down end normally.
+                if (status != QWebEnginePage::NormalTerminationStatus)
+                    onRendererGone();
+            });
+}
+
+void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
+{
+    const EngineCallbackScope scope;
+    if (!m_events)
+        return;
+    WebBrowser *target = nullptr;
+    bool cancel = false;
+    m_events->NewWindow2(target, cancel);
+    auto *control = qobject_cast<QtWebBrowser *>(target);
+    if (control && !cancel)
+        control->adopt(request);
+}
+
+void QtWebBrowser::adopt(QWebEngineNewWindowRequest &request)
+{
+    m_adopted = true;
+    usePage(makeFreshPage());
+    m_requested = request.requestedGeometry();
+    if (m_requested.width() <= 0 || m_requested.height() <= 0)
+        m_requested = QRect();
+    placeAsRequested();
+    const QRect requested = m_requested;
+    request.openIn(m_page);
+    m_page->renewInterceptor();
+    m_requested = requested;
+}
+
+/// The window may have been laid out anew since; its first navigation is to find the control as
+/// the opening page wanted it.
+void QtWebBrowser::placeAsRequested()
+{
+    if (!m_requested.isNull())
+        m_host->setGeometry(m_requested);
+}
+
+void QtWebBrowser::onGeometryRequested(const QRect &pixels)
+{
+    const EngineCallbackScope scope;
+    // The first request repeats what the window was opened with.
+    if (!m_requested.isNull() || !m_hasDocument)
+        return;
+    QRect wanted = m_host->geometry();
+    const QWidget *top = m_host->window();
+    if (pixels.topLeft() != top->frameGeometry().topLeft())
+        wanted.moveTopLeft(pixels.topLeft());
+    if (pixels.size() != top->frameGeometry().size())
+        wanted.setSize(pixels.size());
+    m_host->setGeometry(wanted);
+}
+
+void QtWebBrowser::onCloseRequested()
+{
+    const EngineCallbackScope scope;
+    bool cancel = false;
+    if (m_events)
+        m_events->WindowClosing(m_adopted, cancel);
+}
+
+void QtWebBrowser::onRendererGone()
+{
+    m_busy = false;
+    m_stage = Stage::None;
+    m_indicators->reset(QUrl(m_location));
+    m_host->showCrash();
+}

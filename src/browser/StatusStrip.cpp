@@ -1,0 +1,173 @@
+#include "StatusStrip.h"
+
+#include "Language.h"
+#include "Twips.h"
+
+#include <QAccessible>
+#include <QFontMetrics>
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QStyleOption>
+#include <QToolTip>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr int heightInTwips = 255;
+constexpr int indicatorSize = 13;
+constexpr int indicatorGap = 5;
+/// Longer texts are cut for painting only: measuring a megabyte would hold the frame.
+constexpr int longestPainted = 500;
+
+/// A closed padlock.
+void paintLock(QPainter &painter, const QRectF &box)
+{
+    const qreal unit = box.width() / 13;
+    const QRectF body(box.left() + 2 * unit, box.top() + 6 * unit, 9 * unit, 6 * unit);
+    QPainterPath shackle;
+    shackle.moveTo(box.left() + 4 * unit, body.top());
+    shackle.lineTo(box.left() + 4 * unit, box.top() + 4 * unit);
+    shackle.arcTo(QRectF(box.left() + 4 * unit, box.top() + 1.2 * unit, 5 * unit, 5 * unit), 180,
+                  -180);
+    shackle.lineTo(box.left() + 9 * unit, body.top());
+    painter.strokePath(shackle, QPen(painter.pen().color(), 1.5 * unit));
+    painter.fillRect(body, painter.pen().color());
+}
+
+/// An eye with a stroke through it.
+void paintEye(QPainter &painter, const QRectF &box)
+{
+    const qreal unit = box.width() / 13;
+    QPainterPath lid;
+    lid.moveTo(box.left() + 0.5 * unit, box.center().y());
+    lid.quadTo(box.center().x(), box.top(), box.right() - 0.5 * unit, box.center().y());
+    lid.quadTo(box.center().x(), box.bottom(), box.left() + 0.5 * unit, box.center().y());
+    painter.strokePath(lid, QPen(painter.pen().color(), 1.2 * unit));
+    painter.setBrush(painter.pen().color());
+    painter.drawEllipse(box.center(), 1.6 * unit, 1.6 * unit);
+    painter.setPen(QPen(painter.pen().color(), 1.4 * unit, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(box.bottomLeft() + QPointF(2 * unit, -1.5 * unit),
+                     box.topRight() + QPointF(-2 * unit, 1.5 * unit));
+}
+
+QString privacyTip()
+{
+    return GetLanguageText(u"frmBrowser"_s, u"strPrivacyTip"_s,
+                           u"Cookies of other sites were refused on this page"_s);
+}
+
+QString secureTip()
+{
+    return GetLanguageText(u"frmBrowser"_s, u"strSecureTip"_s,
+                           u"The connection to this page is secure"_s);
+}
+}
+
+StatusStrip::StatusStrip(QWidget *parent)
+    : QWidget(parent)
+{
+    setObjectName(u"StatusBar1"_s);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    refreshAccessibleText();
+}
+
+int StatusStrip::stripHeight() const
+{
+    return qMax(Twips::toPixels(heightInTwips), fontMetrics().height() + 2);
+}
+
+void StatusStrip::setText(const QString &text)
+{
+    if (text == m_text)
+        return;
+    m_text = text;
+    refreshAccessibleText();
+    update();
+}
+
+void StatusStrip::setPrivacyShown(bool shown)
+{
+    if (shown == m_privacy)
+        return;
+    m_privacy = shown;
+    refreshAccessibleText();
+    update();
+}
+
+void StatusStrip::setSecureShown(bool shown)
+{
+    if (shown == m_secure)
+        return;
+    m_secure = shown;
+    refreshAccessibleText();
+    update();
+}
+
+QRect StatusStrip::indicatorRect(int fromRight) const
+{
+    const int left = width() - (fromRight + 1) * (indicatorSize + indicatorGap);
+    return QRect(left, (height() - indicatorSize + 1) / 2, indicatorSize, indicatorSize);
+}
+
+QRect StatusStrip::secureRect() const
+{
+    return m_secure ? indicatorRect(0) : QRect();
+}
+
+QRect StatusStrip::privacyRect() const
+{
+    return m_privacy ? indicatorRect(1) : QRect();
+}
+
+void StatusStrip::refreshAccessibleText()
+{
+    QStringList indicators;
+    if (m_privacy)
+        indicators.append(privacyTip());
+    if (m_secure)
+        indicators.append(secureTip());
+    setAccessibleName(m_text.left(longestPainted).trimmed());
+    setAccessibleDescription(indicators.join(u". "_s));
+}
+
+bool StatusStrip::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        const auto *help = static_cast<QHelpEvent *>(event);
+        QString tip;
+        if (privacyRect().contains(help->pos()))
+            tip = privacyTip();
+        else if (secureRect().contains(help->pos()))
+            tip = secureTip();
+        QToolTip::showText(help->globalPos(), tip, this);
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void StatusStrip::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillRect(rect(), palette().window());
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawLine(QPointF(0, 0.5), QPointF(width(), 0.5));
+
+    const int textRight = indicatorRect(1).left() - indicatorGap;
+    const QRect textRect(2, 1, textRight - 2, height() - 1);
+    painter.setPen(palette().color(QPalette::WindowText));
+    const QString shown = fontMetrics().elidedText(m_text.left(longestPainted), Qt::ElideRight,
+                                                   textRect.width(), Qt::TextSingleLine);
+    painter.drawText(textRect, int(Qt::AlignVCenter | Qt::AlignLeft) | Qt::TextSingleLine, shown);
+    if (m_secure)
+        paintLock(painter, secureRect());
+    if (m_privacy)
+        paintEye(painter, privacyRect());
+}
+
+void StatusStrip::mousePressEvent(QMouseEvent *event)
+{
+    event->accept();
+}

@@ -1,0 +1,99 @@
+#include "WebPage.h"
+
+#include "CacheBypass.h"
+#include "Log.h"
+#include "PageLogin.h"
+#include "PageScripts.h"
+#include "ScriptDialogs.h"
+#include "Yield.h"
+
+#include <QAuthenticator>
+#include <QWebEngineCertificateError>
+#include <QWebEngineFullScreenRequest>
+
+using namespace Qt::StringLiterals;
+
+WebPage::WebPage(QWebEngineProfile *profile)
+    : QWebEnginePage(profile)
+    , m_cacheBypass(new CacheBypass(this))
+{
+    setUrlRequestInterceptor(m_cacheBypass);
+    answerRequests();
+}
+
+void WebPage::answerRequests()
+{
+    connect(this, &QWebEnginePage::certificateError, this,
+            [this](const QWebEngineCertificateError &error) {
+                const EngineCallbackScope scope;
+                QWebEngineCertificateError copy(error);
+                copy.rejectCertificate();
+                emit certificateRefused(copy.url());
+            });
+    connect(this, &QWebEnginePage::featurePermissionRequested, this,
+            [this](const QUrl &origin, Feature feature) {
+                setFeaturePermission(origin, feature, PermissionDeniedByUser);
+            });
+    connect(
+        this, &QWebEnginePage::authenticationRequired, this,
+        [this](const QUrl &url, QAuthenticator *login) { PageLogin::answer(this, url, login); });
+    connect(this, &QWebEnginePage::proxyAuthenticationRequired, this,
+            [this](const QUrl &url, QAuthenticator *login, const QString &) {
+                PageLogin::answer(this, url, login);
+            });
+}
+
+void WebPage::setCacheBypass(bool on)
+{
+    m_cacheBypass->setActive(on);
+}
+
+void WebPage::renewInterceptor()
+{
+    setUrlRequestInterceptor(m_cacheBypass);
+}
+
+bool WebPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame)
+{
+    const EngineCallbackScope scope;
+    return !m_question || m_question(url, type, isMainFrame);
+}
+
+void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message,
+                                       int line, const QString &source)
+{
+    const EngineCallbackScope scope;
+    const std::optional<PageScripts::Line> told = PageScripts::parse(message);
+    if (!told) {
+        if (message.startsWith("Mixed Content"_L1) && !message.contains("automatically upgraded"_L1)
+            && !message.contains("has been blocked"_L1))
+            emit mixedContentSeen();
+        qCDebug(lcEngine) << level << source << line << message.left(300);
+    } else if (told->what == "start"_L1) {
+        if (told->isMainFrame)
+            m_editableFocus = false;
+        emit frameStarted(told->value, told->isMainFrame);
+    } else if (told->what == "load"_L1) {
+        emit frameLoaded(told->value, told->isMainFrame);
+    } else if (told->what == "edit"_L1) {
+        m_editableFocus = told->value == "true"_L1;
+    } else if (told->what == "retry"_L1) {
+        emit retryRequested();
+    }
+}
+
+void WebPage::javaScriptAlert(const QUrl &origin, const QString &message)
+{
+    ScriptDialogs::alert(this, origin, message);
+}
+
+bool WebPage::javaScriptConfirm(const QUrl &origin, const QString &message)
+{
+    return ScriptDialogs::confirm(this, origin, message);
+}
+
+bool WebPage::javaScriptPrompt(const QUrl &origin, const QString &message,
+                               const QString &defaultValue, QString *result)
+{
+    return ScriptDialogs::prompt(this, origin, message, defaultValue, result);
+}

@@ -1,0 +1,361 @@
+#include "brwURL.h"
+#include "AddressCombo.h"
+#include "AddressEdit.h"
+#include "AddressList.h"
+#include "AddressListModel.h"
+#include "AppFolder.h"
+#include "KeyCodes.h"
+#include "TypedText.h"
+#include "Yield.h"
+#include "modINI.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QPointer>
+#include <QScopedValueRollback>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr auto defaultScheme = "http://"_L1;
+// A long load lets the interface live this often.
+constexpr int yieldAfterMs = 50;
+
+QString settingsOr(const QString &file)
+{
+    return file.isEmpty() ? AppFolder::settingsPath() : file;
+}
+
+QString itemKey(int i)
+{
+    return u"Item"_s + QString::number(i);
+}
+}
+
+brwURL::brwURL(QWidget *parent)
+    : QWidget(parent)
+    , m_list(new AddressList)
+    , m_model(new AddressListModel(*m_list, this))
+    , cboAddress(new AddressCombo(*this))
+    , m_edit(cboAddress->edit())
+{
+    cboAddress->setObjectName(u"cboAddress"_s);
+    cboAddress->setModel(m_model);
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(cboAddress);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setFocusProxy(cboAddress);
+    setFieldName(u"Address"_s);
+    connect(cboAddress, &QComboBox::activated, this, &brwURL::chosen);
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget *, QWidget *now) { watchFocus(now); });
+}
+
+brwURL::~brwURL()
+{
+    delete cboAddress;
+    delete m_model;
+    delete m_list;
+}
+
+void brwURL::setFieldName(const QString &name)
+{
+    cboAddress->setAccessibleName(name);
+    m_edit->setAccessibleName(name);
+}
+
+QString brwURL::Text() const
+{
+    return m_longText.isEmpty() ? m_edit->text() : m_longText;
+}
+
+void brwURL::setText(const QString &text)
+{
+    m_unsent = false;
+    if (Text() == text)
+        return;
+    m_longText = text.size() > m_edit->maxLength() ? text : QString();
+    m_edit->setText(text);
+    m_edit->setCursorPosition(0);
+}
+
+int brwURL::SelStart() const
+{
+    return m_edit->hasSelectedText() ? m_edit->selectionStart() : m_edit->cursorPosition();
+}
+
+void brwURL::setSelStart(int position)
+{
+    const int inside = std::clamp(position, 0, static_cast<int>(m_edit->text().size()));
+    m_edit->deselect();
+    m_edit->setCursorPosition(inside);
+}
+
+int brwURL::SelLength() const
+{
+    return m_edit->selectionLength();
+}
+
+void brwURL::setSelLength(int length)
+{
+    const int start = SelStart();
+    const int rest = static_cast<int>(m_edit->text().size()) - start;
+    m_edit->setSelection(start, std::clamp(length, 0, rest));
+}
+
+QString brwURL::SelText() const
+{
+    return m_edit->selectedText();
+}
+
+void brwURL::setSelText(const QString &text)
+{
+    m_edit->insertAsUser(text);
+}
+
+void brwURL::AddItem(const QString &Item, bool bShowText)
+{
+    m_model->putOnTop(Item);
+    if (!bShowText)
+        return;
+    setText(Item);
+    m_edit->end(false);
+}
+
+void brwURL::ClearList()
+{
+    m_model->clear();
+}
+
+void brwURL::LoadList(const QString &sINISection, const QString &INIFile, int lgCount,
+                      bool SelectNew)
+{
+    QStringList keys;
+    for (int i = 0; i < lgCount; ++i)
+        keys.append(itemKey(i));
+    const QPointer<brwURL> self(this);
+    QElapsedTimer sinceYield;
+    sinceYield.start();
+    const QStringList values = ReadINIValues(sINISection, keys, settingsOr(INIFile));
+    for (const QString &value : values) {
+        if (!value.isEmpty())
+            AddItem(value, SelectNew);
+        if (sinceYield.hasExpired(yieldAfterMs)) {
+            letPendingEventsRun();
+            if (!self)
+                return;
+            sinceYield.restart();
+        }
+    }
+}
+
+bool brwURL::SaveList(const QString &sINISection, const QString &INIFile, int lgCount)
+{
+    QList<IniEntry> entries;
+    for (int i = lgCount - 1; i >= 0; --i)
+        entries.append({sINISection, itemKey(i), listItem(i)});
+    return WriteINIEntries(entries, settingsOr(INIFile));
+}
+
+int brwURL::listCount() const
+{
+    return m_list->count();
+}
+
+QString brwURL::listItem(int i) const
+{
+    return i >= 0 && i < m_list->count() ? m_list->at(i) : QString();
+}
+
+int brwURL::rowOfText() const
+{
+    return m_list->find(Text());
+}
+
+bool brwURL::hasUnsentEdits() const
+{
+    return m_unsent || m_edit->composing();
+}
+
+// Tells the host of a key; false when the host cancelled it. `code` is what the host left.
+bool brwURL::offerKey(QKeyEvent *event, int &code)
+{
+    int shift = KeyCodes::shiftOf(event->modifiers());
+    const QPointer<brwURL> self(this);
+    emit KeyDown(code, shift);
+    return self && code != 0;
+}
+
+void brwURL::keyPressed(QKeyEvent *event)
+{
+    event->accept();
+    const int code = KeyCodes::codeOf(*event);
+    if (code == KeyCodes::Enter && event->isAutoRepeat())
+        return;
+    m_pressed.insert(event->key());
+    m_blnDelete = code == KeyCodes::Delete || code == KeyCodes::Backspace;
+    if (code == KeyCodes::Enter || code == KeyCodes::Escape)
+        m_unsent = false;
+    int left = code;
+    if (!offerKey(event, left))
+        return;
+    const QString text = event->text();
+    QKeyEvent changed(event->type(), left == code ? event->key() : KeyCodes::keyOf(left),
+                      event->modifiers(), left == code ? text : QString());
+    pressedCharacter(left == code ? *event : changed);
+}
+
+void brwURL::pressedCharacter(QKeyEvent &event)
+{
+    const bool alt =
+        event.modifiers() & Qt::AltModifier && !(event.modifiers() & Qt::ControlModifier);
+    const QList<uint> characters = event.text().toUcs4();
+    if (characters.size() != 1 || alt || event.key() == Qt::Key_Delete) {
+        applyKey(event);
+        return;
+    }
+    const int ascii = static_cast<int>(characters.first());
+    int left = ascii;
+    const QPointer<brwURL> self(this);
+    emit KeyPress(left);
+    if (!self || left == 0)
+        return;
+    if (left == ascii) {
+        applyKey(event);
+        return;
+    }
+    const char32_t replaced = static_cast<char32_t>(left);
+    QKeyEvent other(event.type(), left < ' ' ? KeyCodes::keyOf(left) : Qt::Key_unknown,
+                    Qt::NoModifier, QString::fromUcs4(&replaced, 1));
+    applyKey(other);
+}
+
+// What the field itself does with a key: Enter and Escape are the host's alone.
+void brwURL::applyKey(QKeyEvent &event)
+{
+    switch (event.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Escape:
+        return;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        cboAddress->showPopup();
+        return;
+    default:
+        m_edit->applyKey(&event);
+    }
+}
+
+// A release is told of only where the press was: not that of the key that chose from the dropped
+// list, or of one that was down already when the field got the focus.
+void brwURL::keyReleased(QKeyEvent *event)
+{
+    event->accept();
+    if (event->isAutoRepeat() || !m_pressed.remove(event->key()))
+        return;
+    int code = KeyCodes::codeOf(*event);
+    const QPointer<brwURL> self(this);
+    m_keyIsReleased = true;
+    offerKey(event, code);
+    if (self)
+        m_keyIsReleased = false;
+}
+
+void brwURL::edited(bool inserted)
+{
+    m_longText.clear();
+    if (m_completing)
+        return;
+    m_unsent = true;
+    if (!inserted)
+        return;
+    clean();
+    complete();
+}
+
+// Text put in has no line breaks (an address broken over lines joins, blanks at the breaks
+// included) and no control characters.
+void brwURL::clean()
+{
+    const QString text = m_edit->text();
+    const int caret = m_edit->cursorPosition();
+    const QString before = TypedText::clean(text.left(caret), m_lineBreakText);
+    const QString after = TypedText::clean(text.mid(caret), m_lineBreakText);
+    if (before.size() + after.size() == text.size() && before + after == text)
+        return;
+    const QScopedValueRollback guard(m_completing, true);
+    replaceText(before + after);
+    m_edit->setCursorPosition(static_cast<int>(before.size()));
+}
+
+void brwURL::complete()
+{
+    if (m_blnDelete || m_completing)
+        return;
+    const QScopedValueRollback guard(m_completing, true);
+    int caret = SelStart();
+    const QString typed = m_edit->text();
+    if (typed.isEmpty())
+        return;
+    QString entry = m_list->completion(typed);
+    if (entry.isEmpty()) {
+        entry = m_list->completion(typed, defaultScheme);
+        caret += static_cast<int>(defaultScheme.size());
+    }
+    if (entry.isEmpty() || entry.size() > m_edit->maxLength())
+        return;
+    replaceText(entry);
+    // From the end back to the caret, so that what was typed stays in view.
+    const int length = static_cast<int>(m_edit->text().size());
+    m_edit->setSelection(length, std::min(caret, length) - length);
+}
+
+// As an edit, so that it can be undone.
+void brwURL::replaceText(const QString &text)
+{
+    if (m_edit->text() == text)
+        return;
+    m_edit->selectAll();
+    m_edit->insert(text);
+}
+
+void brwURL::chosen(int row)
+{
+    setText(listItem(row));
+    emit Click();
+}
+
+void brwURL::focusEntered()
+{
+    if (m_focused)
+        return;
+    m_focused = true;
+    emit gotFocus();
+}
+
+void brwURL::focusLeft()
+{
+    m_pressed.clear();
+    if (!m_focused)
+        return;
+    m_focused = false;
+    m_edit->end(false);
+    emit lostFocus();
+}
+
+// The focus can leave while a menu or another window has it: it then comes to another control of
+// this window without having been here in between.
+void brwURL::watchFocus(QWidget *now)
+{
+    if (!m_focused || !now || now->window() != window() || now == cboAddress || isAncestorOf(now)
+        || qobject_cast<QMenuBar *>(now))
+        return;
+    focusLeft();
+}

@@ -1,0 +1,189 @@
+#include "frmBrowser.h"
+
+#include "BrowserTabs.h"
+#include "CoveredWindows.h"
+#include "Forms.h"
+#include "Frame.h"
+#include "StatusStrip.h"
+#include "Twips.h"
+#include "WindowTabs.h"
+#include "Yield.h"
+
+#include <QAction>
+#include <QKeyEvent>
+#include <QMdiArea>
+#include <QMenu>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+int lastWindowNumber = 0;
+}
+
+frmBrowser::frmBrowser(Frame &frame)
+    : m_frame(frame)
+    , m_client(new QWidget)
+    , m_hWnd(++lastWindowNumber)
+{
+    setObjectName(u"frmBrowser"_s);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowIcon(BrowserTabs::pageIcon());
+    setWidget(m_client);
+    m_browser = makeWebBrowser(m_client);
+    m_browser->setObjectName(u"brwWebBrowser"_s);
+    m_browser->widget()->setObjectName(u"brwWebBrowser"_s);
+    m_browser->setEvents(this);
+    m_status = new StatusStrip(m_client);
+    m_client->setFocusProxy(m_browser->widget());
+    m_client->installEventFilter(this);
+
+    // The system menu's own keys (Ctrl+W) would make those of the frame's menu ambiguous.
+    const QList<QAction *> systemActions = systemMenu()->actions();
+    for (QAction *action : systemActions)
+        action->setShortcuts(QList<QKeySequence>());
+
+    connect(this, &QMdiSubWindow::windowStateChanged, this,
+            [this](Qt::WindowStates before, Qt::WindowStates now) {
+                const bool activated = !(before & Qt::WindowActive) && (now & Qt::WindowActive);
+                if (activated && m_loaded && !m_unloaded)
+                    GotFocus();
+                CoveredWindows::refresh(mdiArea());
+            });
+}
+
+frmBrowser::~frmBrowser()
+{
+    disconnect(this, &QMdiSubWindow::windowStateChanged, this, nullptr);
+    m_client->removeEventFilter(this);
+    Form_Unload();
+}
+
+QString frmBrowser::tabKey() const
+{
+    return WindowTabs::key(m_hWnd);
+}
+
+int frmBrowser::innerWidth() const
+{
+    return Twips::fromPixels(m_client->width());
+}
+
+int frmBrowser::innerHeight() const
+{
+    return Twips::fromPixels(m_client->height());
+}
+
+void frmBrowser::setVisible(bool visible)
+{
+    if (visible && !m_loaded && !m_unloaded) {
+        m_loaded = true;
+        Form_Load();
+    }
+    QMdiSubWindow::setVisible(visible);
+}
+
+void frmBrowser::Form_Load()
+{
+    Forms::add(this);
+    if (!StartingAddress.isEmpty()) {
+        setWindowTitle(BrowserTabs::displayed(StartingAddress));
+        m_browser->Navigate(StartingAddress);
+        m_frame.setAddressText(StartingAddress);
+        StartingAddress.clear();
+    }
+    m_frame.tbWindows().addTab(tabKey(), u"Loading..."_s);
+}
+
+void frmBrowser::Form_Unload()
+{
+    if (std::exchange(m_unloaded, true))
+        return;
+    m_browser->setEvents(nullptr);
+    m_frame.tbWindows().removeTab(tabKey());
+    Forms::remove(this);
+}
+
+void frmBrowser::unload()
+{
+    if (m_unloaded)
+        return;
+    Form_Unload();
+    close();
+}
+
+void frmBrowser::closeEvent(QCloseEvent *event)
+{
+    Form_Unload();
+    QMdiArea *area = mdiArea();
+    QMdiSubWindow::closeEvent(event);
+    CoveredWindows::refresh(area);
+}
+
+bool frmBrowser::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_client && event->type() == QEvent::Resize)
+        Form_Resize();
+    return QMdiSubWindow::eventFilter(watched, event);
+}
+
+void frmBrowser::Form_Resize()
+{
+    placeControl();
+    placeStatusBar();
+}
+
+void frmBrowser::placeControl()
+{
+    const int height = innerHeight() - Twips::fromPixels(m_status->stripHeight());
+    // A minimized window has no room for the control, which then keeps its place.
+    if (height >= 0)
+        m_browser->Move(0, 0, innerWidth(), height);
+}
+
+void frmBrowser::placeStatusBar()
+{
+    const int height = m_status->stripHeight();
+    m_status->setGeometry(0, m_client->height() - height, m_client->width(), height);
+}
+
+void frmBrowser::keyPressEvent(QKeyEvent *event)
+{
+    if (!Form_KeyDown(event->key(), event->modifiers()))
+        QMdiSubWindow::keyPressEvent(event);
+}
+
+bool frmBrowser::Form_KeyDown(int keyCode, Qt::KeyboardModifiers shift)
+{
+    if (keyCode != Qt::Key_N || shift != Qt::ControlModifier)
+        return false;
+    m_frame.OpenBrowserWindow(m_browser->LocationURL(), 0);
+    letPendingEventsRun();
+    return true;
+}
+
+bool frmBrowser::isActiveChild() const
+{
+    return m_frame.activeChild() == this;
+}
+
+bool frmBrowser::menuChecked(const char *menuName) const
+{
+    const QAction *action = m_frame.menuItem(QString::fromLatin1(menuName));
+    return action && action->isChecked();
+}
+
+frmBrowser *activeBrowser(const Frame &frame)
+{
+    return qobject_cast<frmBrowser *>(frame.activeChild());
+}
+
+QList<frmBrowser *> browserForms()
+{
+    QList<frmBrowser *> windows;
+    const QList<QWidget *> forms = Forms::named("frmBrowser");
+    for (QWidget *form : forms) {
+        if (auto *window = qobject_cast<frmBrowser *>(form))
+            windows.append(window);
+    }
+    return windows;
+}

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "WebBrowser.h"
+
+#include <QList>
+#include <QMdiSubWindow>
+
+class Frame;
+class QWidget;
+class StatusStrip;
+
+/// The inner window that shows one web page: engine control, status bar, and their reflection in
+/// the window's tab and the shared address bar. The creator sets the public members, hands the
+/// window to `Frame::adopt` and shows it; the first show loads it.
+class frmBrowser : public QMdiSubWindow, private WebBrowserEvents {
+    Q_OBJECT
+
+public:
+    explicit frmBrowser(Frame &frame);
+    ~frmBrowser() override;
+
+    /// Opened when the window loads; empty: the window opens nothing itself.
+    QString StartingAddress;
+    /// True from a page's request for this window until its first navigation.
+    bool Popup = false;
+
+    /// A number of our own, unique for the life of the program.
+    int hWnd() const { return m_hWnd; }
+    WebBrowser *brwWebBrowser() const { return m_browser; }
+    StatusStrip *statusBar() const { return m_status; }
+
+    /// The key of this window's tab.
+    QString tabKey() const;
+    /// Size of the client area, twips.
+    int innerWidth() const;
+    int innerHeight() const;
+
+    /// Closes the window without asking; safe inside an engine callback. Its tab is gone and no
+    /// event reaches it when this returns; the object itself goes later.
+    void unload();
+    bool isUnloaded() const { return m_unloaded; }
+
+    void setVisible(bool visible) override;
+
+signals:
+    /// A page, or a frame of it, has finished loading.
+    void documentComplete(const QString &url);
+
+public slots:
+    /// Puts the engine control back in its place.
+    void Form_Resize();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void StatusTextChange(const QString &text) override;
+    void TitleChange(const QString &text) override;
+    void IconChange(const QIcon &icon) override;
+    void BeforeNavigate2(const QString &url, int &flags, bool &cancel) override;
+    void NewWindow2(WebBrowser *&target, bool &cancel) override;
+    void NavigateComplete2(const QString &url) override;
+    void LocationChange(const QString &url) override;
+    void DocumentComplete(const QString &url) override;
+    void WindowClosing(bool isChildWindow, bool &cancel) override;
+    void SetSecureLockIcon(int secureLockIcon) override;
+    void PrivacyImpactedStateChange(bool impacted) override;
+    void GotFocus() override;
+
+    void Form_Load();
+    void Form_Unload();
+    bool Form_KeyDown(int keyCode, Qt::KeyboardModifiers shift);
+    /// Puts the engine control at 0, 0 over the client area less the status bar.
+    void placeControl();
+    void fitToControl();
+    void placeStatusBar();
+    bool isActiveChild() const;
+    bool menuChecked(const char *menuName) const;
+
+    Frame &m_frame;
+    QWidget *m_client = nullptr;
+    WebBrowser *m_browser = nullptr;
+    StatusStrip *m_status = nullptr;
+    int m_hWnd = 0;
+    bool m_loaded = false;
+    bool m_unloaded = false;
+    bool m_closeQuestionOpen = false;
+};
+
+/// The frame's active browser window; null when there is none.
+frmBrowser *activeBrowser(const Frame &frame);
+
+/// All browser windows, in the order in which they were loaded.
+QList<frmBrowser *> browserForms();

@@ -1,0 +1,30 @@
+// Fills the empty page that the engine leaves at an address it could not open.
+(() => {
+    'use strict';
+    const text = %TEXTS%;
+    const make = (name, content, parent) => {
+        const element = document.createElement(name);
+        element.textContent = content;
+        parent.appendChild(element);
+        return element;
+    };
+    const root = document.documentElement;
+    root.replaceChildren();
+    const head = make('head', '', root);
+    make('title', text.title, head);
+    make('style', `
+        :root { color-scheme: light dark; }
+        body { font: 15px/1.5 sans-serif; max-width: 38em; margin: 4em auto; padding: 0 1.5em; }
+        h1 { font-size: 1.4em; }
+        code { overflow-wrap: anywhere; }
+        @media (prefers-color-scheme: dark) { body { background: #1f1f1f; color: #e8e8e8; } }
+    `, head);
+    const body = make('body', '', root);
+    const main = make('main', '', body);
+    make('h1', text.heading, main);
+    make('p', text.reason, main);
+    make('code', text.address, make('p', '', main));
+    const button = make('button', text.again, make('p', '', main));
+    button.id = 'tryAgain';
+    button.addEventListener('click', () => console.debug('%MARK%' + JSON.stringify(['retry', true, ''])));
+})();

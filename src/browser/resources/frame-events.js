@@ -1,0 +1,24 @@
+// Runs first in every frame, in a world of its own that the page cannot see, and tells what the
+// engine has no signal for. The mark in front is secret, so a page cannot send such lines itself.
+(() => {
+    'use strict';
+    const tell = (what, value) =>
+        console.debug('%MARK%' + JSON.stringify([what, window === window.top, value]));
+
+    tell('start', location.href);
+    addEventListener('load', () => tell('load', location.href));
+
+    const textTypes = ['text', 'search', 'url', 'tel', 'email', 'password', 'number', 'date',
+        'datetime-local', 'month', 'time', 'week'];
+    const isEditable = (element) => {
+        if (!element)
+            return false;
+        if (element.isContentEditable)
+            return true;
+        const isField = element instanceof HTMLTextAreaElement
+            || (element instanceof HTMLInputElement && textTypes.includes(element.type));
+        return isField && !element.readOnly && !element.disabled;
+    };
+    addEventListener('focusin', (event) => tell('edit', isEditable(event.composedPath()[0])), true);
+    addEventListener('focusout', () => tell('edit', false), true);
+})();

@@ -1,0 +1,6 @@
+#pragma once
+
+class QIcon;
+
+/// The program's picture, sharp at every size.
+QIcon programIcon();

@@ -1,0 +1,82 @@
+#include "ChevronButton.h"
+
+#include "FlatButtonPaint.h"
+#include "Overflow.h"
+
+#include <QAction>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QPainterPath>
+
+ChevronButton::ChevronButton(QWidget *child, QWidget *parent)
+    : QToolButton(parent)
+    , m_child(child)
+    , m_menu(new QMenu(this))
+{
+    setPopupMode(QToolButton::InstantPopup);
+    setFocusPolicy(Qt::TabFocus);
+    setMenu(m_menu);
+    m_menu->setAttribute(Qt::WA_NoMouseReplay); // a second press closes, and opens nothing
+    connect(m_menu, &QMenu::aboutToHide, this, [this] { setDown(false); });
+    connect(m_menu, &QMenu::aboutToShow, this, &ChevronButton::fill);
+}
+
+void ChevronButton::fill()
+{
+    // Not earlier: an action of the last opening may still be running its handler.
+    const QList<QAction *> old = m_menu->actions();
+    for (QAction *action : old) {
+        m_menu->removeAction(action);
+        action->deleteLater();
+    }
+    if (auto *overflow = dynamic_cast<Overflow *>(m_child))
+        m_menu->addActions(overflow->overflowActions(m_menu));
+}
+
+// Not QToolButton's own way, which would block in a loop of its own.
+void ChevronButton::open()
+{
+    setDown(true);
+    m_menu->popup(mapToGlobal(QPoint(0, height())));
+}
+
+void ChevronButton::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        open();
+}
+
+void ChevronButton::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+    case Qt::Key_Down:
+        open();
+        if (!m_menu->isEmpty())
+            m_menu->setActiveAction(m_menu->actions().constFirst());
+        return;
+    default:
+        QToolButton::keyPressEvent(event);
+    }
+}
+
+void ChevronButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    FlatButtonPaint::background(painter, rect(), palette(), underMouse(), isDown(), false,
+                                hasFocus());
+    QPainterPath arrows;
+    const QPointF middle = QRectF(rect()).center();
+    for (const double x : {-4.5, 0.5}) {
+        arrows.moveTo(middle + QPointF(x, -3.5));
+        arrows.lineTo(middle + QPointF(x + 3.5, 0));
+        arrows.lineTo(middle + QPointF(x, 3.5));
+    }
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(palette().color(QPalette::ButtonText), 1.3));
+    painter.drawPath(arrows);
+}

@@ -1,0 +1,242 @@
+#include "MdiArea.h"
+
+#include "Language.h"
+
+#include <QAction>
+#include <QEvent>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPainter>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QStyle>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+MdiArea::MdiArea(QWidget *parent)
+    : QMdiArea(parent)
+{
+    setActivationOrder(QMdiArea::CreationOrder);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setFrameShape(QFrame::NoFrame);
+    updateBackground();
+    addShortcut(Qt::CTRL | Qt::Key_F4, &MdiArea::closeActive);
+    for (const int key : {Qt::Key_F6, Qt::Key_Tab}) {
+        addShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), &MdiArea::activateNext);
+        addShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key(key)), &MdiArea::activatePrevious);
+    }
+    connect(this, &QMdiArea::subWindowActivated, this, &MdiArea::noteActive);
+}
+
+MdiArea::~MdiArea()
+{
+    // The base class reports the going of its children; nobody is to hear of it.
+    disconnect(this, nullptr, this, nullptr);
+    for (QMdiSubWindow *child : subWindowList())
+        disconnect(child, nullptr, viewport(), nullptr);
+}
+
+/// The shortcuts belong to the whole frame, so they work from the bars and from a page as well.
+void MdiArea::addShortcut(const QKeySequence &key, void (MdiArea::*action)())
+{
+    auto *shortcut = new QShortcut(key, this);
+    shortcut->setContext(Qt::WindowShortcut);
+    connect(shortcut, &QShortcut::activated, this, action);
+}
+
+void MdiArea::adopt(QMdiSubWindow *child)
+{
+    const bool placed = child->testAttribute(Qt::WA_Resized) || child->testAttribute(Qt::WA_Moved);
+    addSubWindow(child);
+    if (!placed)
+        child->setGeometry(cascadePlace(m_adopted++));
+    // The system menu's own keys would make those of the frame's menus ambiguous.
+    if (QMenu *menu = child->systemMenu()) {
+        for (QAction *item : menu->actions())
+            item->setShortcuts(QList<QKeySequence>());
+    }
+    // The base class cuts all connections from a leaving child to itself.
+    connect(child, &QObject::destroyed, viewport(), [this](QObject *gone) {
+        m_reportedIsGone = m_reportedIsGone || gone == m_reported;
+        viewport()->update();
+        noteActiveSoon();
+    });
+    child->installEventFilter(this);
+}
+
+QMdiSubWindow *MdiArea::activeChild() const
+{
+    if (QMdiSubWindow *current = currentSubWindow(); current && !current->isHidden())
+        return current;
+    return m_active && !m_active->isHidden() ? m_active.data() : nullptr;
+}
+
+QList<QMdiSubWindow *> MdiArea::childWindows() const
+{
+    QList<QMdiSubWindow *> result = subWindowList(QMdiArea::CreationOrder);
+    result.removeIf([](const QMdiSubWindow *child) { return child->isHidden(); });
+    return result;
+}
+
+void MdiArea::noteActive()
+{
+    QMdiSubWindow *now = activeChild();
+    if (now == m_reported && !m_reportedIsGone)
+        return;
+    m_active = now;
+    m_reported = now;
+    m_reportedIsGone = false;
+    emit activeChildChanged(now);
+}
+
+/// The base class has its successor ready only when it is through with a child that goes.
+void MdiArea::noteActiveSoon()
+{
+    QMetaObject::invokeMethod(this, &MdiArea::noteActive, Qt::QueuedConnection);
+}
+
+bool MdiArea::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Show || event->type() == QEvent::Hide) {
+        viewport()->update();
+        noteActiveSoon();
+    }
+    return QMdiArea::eventFilter(watched, event);
+}
+
+void MdiArea::closeActive()
+{
+    if (QMdiSubWindow *child = activeChild())
+        child->close();
+}
+
+void MdiArea::activateNext()
+{
+    activateNextSubWindow();
+}
+
+void MdiArea::activatePrevious()
+{
+    activatePreviousSubWindow();
+}
+
+void MdiArea::setStates(const QList<QWidget *> &forms, Qt::WindowStates state)
+{
+    // Otherwise each child activated on the way would be maximized in place of the last one.
+    const bool kept = testOption(DontMaximizeSubWindowOnActivation);
+    setOption(DontMaximizeSubWindowOnActivation, true);
+    for (QWidget *form : forms) {
+        const Qt::WindowStates others =
+            form->windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
+        if (form->windowState() != (others | state))
+            form->setWindowState(others | state);
+    }
+    setOption(DontMaximizeSubWindowOnActivation, kept);
+    arrangeIcons();
+}
+
+void MdiArea::minimizeAll(const QList<QWidget *> &forms)
+{
+    setStates(forms, Qt::WindowMinimized);
+}
+
+void MdiArea::restoreAll(const QList<QWidget *> &forms)
+{
+    setStates(forms, Qt::WindowNoState);
+}
+
+int MdiArea::cascadeStep() const
+{
+    return style()->pixelMetric(QStyle::PM_TitleBarHeight)
+        + style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+}
+
+QRect MdiArea::cascadePlace(int index) const
+{
+    return MdiArrange::cascade(index + 1, QRect(QPoint(0, 0), maximumViewportSize()), cascadeStep())
+        .last();
+}
+
+QRect MdiArea::arrangeIcons()
+{
+    QRect rest(QPoint(0, 0), maximumViewportSize());
+    QList<QMdiSubWindow *> minimized = childWindows();
+    minimized.removeIf([](const QMdiSubWindow *child) { return !child->isMinimized(); });
+    if (minimized.isEmpty())
+        return rest;
+    const QList<QRect> places =
+        MdiArrange::icons(int(minimized.size()), rest, minimized.first()->size());
+    for (qsizetype i = 0; i < minimized.size(); ++i)
+        minimized.at(i)->move(places.at(i).topLeft());
+    // Hundreds of minimized windows leave at least half of the area to the others.
+    rest.setBottom(std::max(places.last().top() - 1, rest.height() / 2));
+    return rest;
+}
+
+void MdiArea::arrange(Arrange how)
+{
+    QList<QMdiSubWindow *> windows = subWindowList(QMdiArea::StackingOrder);
+    windows.removeIf(
+        [](const QMdiSubWindow *child) { return child->isHidden() || child->isMinimized(); });
+    QMdiSubWindow *active = activeChild();
+    for (QMdiSubWindow *child : std::as_const(windows)) {
+        if (child->isMaximized())
+            child->showNormal();
+    }
+    horizontalScrollBar()->setValue(0);
+    verticalScrollBar()->setValue(0);
+    const QRect area = arrangeIcons();
+    if (windows.isEmpty())
+        return;
+    // The active window ends in front, in a tiling also in the first cell.
+    if (windows.removeOne(active))
+        windows.append(active);
+    QList<QRect> places;
+    if (how == Arrange::Cascade) {
+        places = MdiArrange::cascade(int(windows.size()), area, cascadeStep());
+    } else {
+        places = MdiArrange::tile(int(windows.size()), area, how);
+        std::reverse(places.begin(), places.end());
+    }
+    for (qsizetype i = 0; i < windows.size(); ++i)
+        windows.at(i)->setGeometry(places.at(i));
+}
+
+void MdiArea::resizeEvent(QResizeEvent *event)
+{
+    QMdiArea::resizeEvent(event);
+    arrangeIcons();
+}
+
+void MdiArea::changeEvent(QEvent *event)
+{
+    QMdiArea::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        updateBackground();
+}
+
+/// A shade beside the colour of the windows, in light and in dark.
+void MdiArea::updateBackground()
+{
+    const QColor window = palette().color(QPalette::Window);
+    const QColor shade = window.lightness() > 127 ? window.darker(115) : window.lighter(130);
+    if (background().color() != shade)
+        setBackground(shade);
+}
+
+void MdiArea::paintEvent(QPaintEvent *event)
+{
+    QMdiArea::paintEvent(event);
+    if (!childWindows().isEmpty())
+        return;
+    QPainter painter(viewport());
+    QColor ink = palette().color(QPalette::WindowText);
+    ink.setAlphaF(0.55F);
+    painter.setPen(ink);
+    painter.drawText(viewport()->rect().adjusted(20, 20, -20, -20),
+                     int(Qt::AlignCenter) | int(Qt::TextWordWrap),
+                     GetLanguageText(u"frmMain"_s, u"strNoWindow"_s,
+                                     u"Type an address, or press Ctrl+N for a new window"_s));
+}

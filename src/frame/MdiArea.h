@@ -1,0 +1,64 @@
+#pragma once
+
+#include "MdiArrange.h"
+
+#include <QMdiArea>
+#include <QPointer>
+
+/// The frame's area of inner windows, with the behaviour of a classic multiple-document frame.
+/// Ctrl+F4 closes the active child; Ctrl+F6 and Ctrl+Tab (with Shift: backwards) go round the
+/// children in the order of their creation.
+class MdiArea : public QMdiArea {
+    Q_OBJECT
+    Q_MOC_INCLUDE(<QMdiSubWindow>)
+
+public:
+    explicit MdiArea(QWidget *parent = nullptr);
+    ~MdiArea() override;
+
+    /// Adds a child, hidden until it is shown. One that has no size of its own gets the next place
+    /// of a cascade; while the active child is maximized it comes up maximized too.
+    void adopt(QMdiSubWindow *child);
+    /// The active child; also while the frame is minimized, hidden or not the active window.
+    QMdiSubWindow *activeChild() const;
+    /// Shown children in the order of their creation.
+    QList<QMdiSubWindow *> childWindows() const;
+
+    void arrange(Arrange how);
+    /// Gives every one of `forms` the minimized state; others are not touched.
+    void minimizeAll(const QList<QWidget *> &forms);
+    /// Gives every one of `forms` the normal state.
+    void restoreAll(const QList<QWidget *> &forms);
+
+signals:
+    /// Null when the last child has gone. Not sent when merely the frame loses the focus.
+    void activeChildChanged(QMdiSubWindow *child);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void addShortcut(const QKeySequence &key, void (MdiArea::*action)());
+    void closeActive();
+    void activateNext();
+    void activatePrevious();
+    void noteActive();
+    void noteActiveSoon();
+    void updateBackground();
+    void setStates(const QList<QWidget *> &forms, Qt::WindowStates state);
+    /// The place of a cascade after `index` others.
+    QRect cascadePlace(int index) const;
+    /// How far each window of a cascade stands from the one before.
+    int cascadeStep() const;
+    /// Lines up the minimized children at the bottom; the rest of the visible area.
+    QRect arrangeIcons();
+
+    QPointer<QMdiSubWindow> m_active;
+    /// What was last reported; compared only, never used as a window.
+    const QObject *m_reported = nullptr;
+    bool m_reportedIsGone = false;
+    int m_adopted = 0;
+};

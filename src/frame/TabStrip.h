@@ -1,0 +1,87 @@
+#pragma once
+
+#include "WindowTabs.h"
+
+#include <QHash>
+#include <QList>
+#include <QTimer>
+#include <QWidget>
+
+class QToolButton;
+class TabButton;
+
+/// The strip of window buttons, `tbWindows`: one button per window in the order of opening, one
+/// of them pressed at most. Tabs keep a readable width; when they do not fit, the strip scrolls
+/// (arrow buttons, wheel) and keeps the pressed tab in view.
+class TabStrip : public QWidget, public WindowTabs {
+    Q_OBJECT
+
+public:
+    /// `image1` is the picture of a tab until its window gives another.
+    explicit TabStrip(const QIcon &image1, QWidget *parent = nullptr);
+
+    void addTab(const QString &key, const QString &caption) override;
+    void removeTab(const QString &key) override;
+    void setCaption(const QString &key, const QString &caption) override;
+    void setToolTip(const QString &key, const QString &text) override;
+    using QWidget::setToolTip;
+    void setIcon(const QString &key, const QIcon &icon) override;
+    void setPressed(const QString &key, bool pressed) override;
+    bool isPressed(const QString &key) const override;
+
+    /// Keys in the order shown.
+    QStringList keys() const;
+    /// Empty for a key without a tab.
+    QString caption(const QString &key) const;
+    /// The tab's widget; null for a key without a tab.
+    QWidget *tab(const QString &key) const;
+    /// Exchanges the picture of all tabs that have none of their own.
+    void setImage1(const QIcon &image);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+signals:
+    /// A tab was clicked or activated from the keyboard; it is pressed already.
+    void tabClicked(const QString &key);
+    void tabMiddleClicked(const QString &key);
+    /// The right button was released over the strip, its tabs and arrows included; or the menu
+    /// key was pressed on a tab.
+    void rightReleased(const QPoint &globalPos);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+
+private:
+    TabButton *button(const QString &key) const;
+    void connectTab(TabButton *tab);
+    void makeArrows();
+    void moveFocusTo(TabButton *tab);
+    void focusNeighbour(TabButton *from, int step);
+    void updateFocusStop();
+    void scheduleLayout();
+    void layOut();
+    void placeViewport();
+    void scrollTo(int offset);
+    void scrollTabs(int count);
+    void ensureVisible(const TabButton *tab);
+    bool isInView(const TabButton *tab) const;
+    int scrollRange() const;
+
+    QIcon m_image1;
+    QHash<QString, TabButton *> m_tabs;
+    QList<TabButton *> m_order;
+    TabButton *m_pressed = nullptr;
+    TabButton *m_focusStop = nullptr;
+    QWidget *m_viewport = nullptr;
+    QWidget *m_content = nullptr;
+    QToolButton *m_left = nullptr;
+    QToolButton *m_right = nullptr;
+    QTimer m_layoutTimer;
+    int m_offset = 0;
+    int m_wheelRest = 0;
+};

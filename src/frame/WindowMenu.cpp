@@ -1,0 +1,142 @@
+#include "WindowMenu.h"
+
+#include "Forms.h"
+#include "Frame.h"
+#include "Language.h"
+#include "MdiArea.h"
+#include "TabStrip.h"
+#include "ToolTipText.h"
+#include "Yield.h"
+#include "frmBrowser.h"
+
+#include <QAction>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPointer>
+#include <QProxyStyle>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Widest caption in the list of windows, in average letters.
+constexpr int captionLetters = 50;
+
+const char *const windowItems[] = {"mnuWindowMinimizeAll",  "mnuWindowRestoreAll",
+                                   "mnuWindowCascade",      "mnuWindowTileHorizontal",
+                                   "mnuWindowTileVertical", "mnuWindowCloseAll"};
+
+/// One column that scrolls, where a style would make a long menu several columns wide.
+class ScrollingMenuStyle : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override
+    {
+        if (hint == SH_Menu_Scrollable)
+            return 1;
+        return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+/// The window of a tab; null when it is gone.
+frmBrowser *windowOfTab(const QString &key)
+{
+    bool isNumber = false;
+    const int wanted = key.mid(1).toInt(&isNumber);
+    if (!isNumber)
+        return nullptr;
+    for (frmBrowser *window : browserForms()) {
+        if (window->hWnd() == wanted)
+            return window;
+    }
+    return nullptr;
+}
+
+void bringToFront(Frame &frame, QMdiSubWindow *window)
+{
+    if (window->isMinimized())
+        window->showNormal();
+    if (QMdiArea *area = window->mdiArea())
+        area->setActiveSubWindow(window);
+    if (const auto *browser = qobject_cast<frmBrowser *>(window))
+        frame.setAddressText(browser->brwWebBrowser()->LocationURL());
+}
+
+void addWindowItem(QMenu &menu, Frame &frame, QMdiSubWindow *child, bool active)
+{
+    const QFontMetrics metrics = menu.fontMetrics();
+    const QString caption = child->windowTitle().simplified();
+    const QString shown = metrics.elidedText(caption.left(4 * captionLetters), Qt::ElideMiddle,
+                                             captionLetters * metrics.averageCharWidth());
+    QAction *item = menu.addAction(QString(shown).replace(u'&', u"&&"_s));
+    item->setCheckable(true);
+    item->setChecked(active);
+    if (shown != caption)
+        item->setToolTip(wrappedToolTip(caption));
+    const QPointer<QMdiSubWindow> window(child);
+    QObject::connect(item, &QAction::triggered, &menu, [&frame, window] {
+        if (window)
+            bringToFront(frame, window);
+    });
+}
+
+void listWindows(QMenu &menu, Frame &frame, const MdiArea &area)
+{
+    menu.clear();
+    const QList<QMdiSubWindow *> children = area.childWindows();
+    const QMdiSubWindow *active = frame.activeChild();
+    for (QMdiSubWindow *child : children)
+        addWindowItem(menu, frame, child, child == active);
+    if (children.isEmpty()) {
+        menu.addAction(GetLanguageText(u"frmMain"_s, u"strNoOpenBrowsers"_s, u"(None)"_s))
+            ->setEnabled(false);
+    }
+}
+
+}
+
+void activateTab(Frame &frame, const QString &key)
+{
+    if (frmBrowser *window = windowOfTab(key))
+        bringToFront(frame, window);
+    letPendingEventsRun();
+}
+
+void registerWindowCommands(Frame &frame, MdiArea &area, QMenu &openBrowsers)
+{
+    frame.handle(u"mnuWindowNewWindow"_s, [&frame] { frame.run(u"mnuFileNewCurrent"_s); });
+    frame.handle(u"mnuWindowMinimizeAll"_s,
+                 [&area] { area.minimizeAll(Forms::named("frmBrowser")); });
+    frame.handle(u"mnuWindowRestoreAll"_s,
+                 [&area] { area.restoreAll(Forms::named("frmBrowser")); });
+    frame.handle(u"mnuWindowCascade"_s, [&area] { area.arrange(Arrange::Cascade); });
+    frame.handle(u"mnuWindowTileHorizontal"_s, [&area] { area.arrange(Arrange::TileHorizontal); });
+    frame.handle(u"mnuWindowTileVertical"_s, [&area] { area.arrange(Arrange::TileVertical); });
+    frame.handle(u"mnuWindowCloseAll"_s, [&frame] { frame.run(u"mnuFileCloseAll"_s); });
+    frame.beforeOpening(u"mnuWindow"_s, [&frame] {
+        const bool hasWindow = frame.activeChild() != nullptr;
+        for (const char *name : windowItems)
+            frame.menuItem(QString::fromLatin1(name))->setEnabled(hasWindow);
+    });
+    openBrowsers.setToolTipsVisible(true);
+    auto *style = new ScrollingMenuStyle;
+    style->setParent(&openBrowsers);
+    openBrowsers.setStyle(style);
+    QObject::connect(&openBrowsers, &QMenu::aboutToShow, &area,
+                     [&openBrowsers, &frame, &area] { listWindows(openBrowsers, frame, area); });
+}
+
+void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
+{
+    QObject::connect(&strip, &TabStrip::tabClicked, &strip,
+                     [&frame](const QString &key) { activateTab(frame, key); });
+    QObject::connect(&strip, &TabStrip::tabMiddleClicked, &strip, [](const QString &key) {
+        if (frmBrowser *window = windowOfTab(key))
+            window->close();
+    });
+    QObject::connect(&strip, &TabStrip::rightReleased, &strip,
+                     [&frame, &openBrowsers](const QPoint &globalPos) {
+                         if (frame.activeChild())
+                             openBrowsers.popup(globalPos);
+                     });
+}
