@@ -71,9 +71,11 @@ void RichTextBox::fillSlice()
     m_ownChange = true;
     const bool whole = m_filler->append(laterSlice);
     m_ownChange = false;
-    Q_EMIT fillProgress(m_filler->done(), m_filler->size());
+    const qsizetype done = m_filler->done();
+    const qsizetype size = m_filler->size();
     if (whole)
         endFilling();
+    Q_EMIT fillProgress(done, size);
 }
 
 void RichTextBox::endFilling()

@@ -128,9 +128,7 @@ void tst_txtHTML::textBetweenTagsIsReset()
 {
     txtHTML editor;
     editor.setText(u"<p align=\"left\">x=1</p>"_s);
-    QCOMPARE(slotsOf(editor),
-             u"11222222233333310001111"_s.left(2) + u"2222222"_s + u"333333"_s + u"1"_s + u"000"_s
-                 + u"1111"_s);
+    QCOMPARE(slotsOf(editor), u"112222222333333"_s + u"1"_s + u"000"_s + u"1111"_s);
     editor.rtf1().setSelStart(0);
     editor.rtf1().setSelLength(editor.rtf1().TextLength());
     editor.ColorHTML();
@@ -342,11 +340,10 @@ void tst_txtHTML::typing_data()
     QTest::addColumn<QString>("colours");
     QTest::newRow("plain") << u"ab = c"_s << u"000000"_s;
     QTest::newRow("tag") << u"a<b>c"_s << u"01110"_s;
-    QTest::newRow("attribute") << u"<a b=\"c\">d"_s
-                               << u"11222333 10"_s.remove(u' ').left(5) + u"333"_s + u"10"_s;
+    QTest::newRow("attribute") << u"<a b=\"c\">d"_s << u"1122233310"_s;
     QTest::newRow("two attributes") << u"<a b=\"c d\" e=1>"_s << u"112223333322231"_s;
     QTest::newRow("outside a tag") << u"a=b> c"_s << u"000000"_s;
-    QTest::newRow("greater in a comment") << u"<!-- a>b"_s << u"44411100"_s.left(3) + u"4???"_s;
+    QTest::newRow("greater in a comment") << u"<!-- a>b"_s << u"44444400"_s;
 }
 
 void tst_txtHTML::typing()
@@ -356,10 +353,7 @@ void tst_txtHTML::typing()
     txtHTML editor;
     QTest::keyClicks(&editor.rtf1(), typed);
     QCOMPARE(editor.Text(), typed);
-    if (!colours.contains(u'?'))
-        QCOMPARE(slotsOf(editor), colours);
-    else
-        QCOMPARE(slotsOf(editor), u"44444400"_s);
+    QCOMPARE(slotsOf(editor), colours);
     for (qsizetype i = typed.size(); i > 0; --i) {
         QVERIFY(editor.CanUndo());
         editor.Undo();
@@ -410,8 +404,7 @@ void tst_txtHTML::longTextIsColouredInSlices()
     QTRY_VERIFY(!editor.isBusy());
     QCOMPARE(progress.constLast().at(0).toInt(), 100);
     QCOMPARE(editor.SelStart(), 0);
-    QVERIFY(
-        slotsOf(editor).startsWith(u"1122222223331000 444444444444 00000"_s.remove(u' ').left(13)));
+    QVERIFY(slotsOf(editor).startsWith(u"112222222333"_s));
     const QByteArray expected = coloursByDocument(editor.rtf1().buffer().text());
     const QString shown = slotsOf(editor);
     for (qsizetype i = 0; i < shown.size(); ++i)
