@@ -106,14 +106,15 @@ void frmSource::openFile(const QString &file)
 {
     if (!QFileInfo::exists(file))
         return;
-    keepUnsaved();
     const bool wasEdited = m_edited;
+    const QString before = wasEdited ? m_editor->Text() : QString();
     if (!m_editor->OpenFile(file)) {
-        setEdited(wasEdited);
         MsgBox::inform(this,
                        languageText("strCannotOpen", u"The file cannot be read:"_s) + u'\n' + file);
         return;
     }
+    if (wasEdited)
+        RecoveredText::keep(before);
     setSubject(file);
     setEdited(false);
 }
