@@ -1,6 +1,7 @@
 #include "RichTextBox.h"
 
 #include "DocumentFiller.h"
+#include "LineEnds.h"
 #include "RawDocument.h"
 #include "Rtf.h"
 
@@ -16,22 +17,11 @@ namespace {
 constexpr qsizetype firstSlice = 100'000;
 constexpr qsizetype laterSlice = 150'000;
 
-QString withLineFeeds(QString text)
-{
-    text.replace("\r\n"_L1, "\n"_L1);
-    return text.replace(u'\r', u'\n');
-}
-
-QString withCrLf(QString text)
-{
-    return text.replace(u'\n', "\r\n"_L1);
-}
-
 }
 
 QString RichTextBox::Text() const
 {
-    return withCrLf(m_buffer.text());
+    return LineEnds::fromLf(m_buffer.text());
 }
 
 int RichTextBox::TextLength() const
@@ -42,7 +32,7 @@ int RichTextBox::TextLength() const
 void RichTextBox::setText(const QString &text)
 {
     ColouredText contents;
-    contents.text = withLineFeeds(text);
+    contents.text = LineEnds::toLf(text);
     contents.colours = QByteArray(contents.text.size(), 0);
     setContents(contents);
 }
@@ -188,14 +178,14 @@ void RichTextBox::setSelLength(int length)
 QString RichTextBox::SelText() const
 {
     const QTextCursor cursor = textCursor();
-    return withCrLf(m_buffer.text().mid(cursor.selectionStart(),
-                                        cursor.selectionEnd() - cursor.selectionStart()));
+    return LineEnds::fromLf(m_buffer.text().mid(cursor.selectionStart(),
+                                                cursor.selectionEnd() - cursor.selectionStart()));
 }
 
 void RichTextBox::setSelText(const QString &text)
 {
     finishFilling();
-    insert(textCursor(), withLineFeeds(text));
+    insert(textCursor(), LineEnds::toLf(text));
 }
 
 void RichTextBox::insert(QTextCursor cursor, const QString &text)

@@ -1,3 +1,4 @@
+#include "LineEnds.h"
 #include "Log.h"
 #include "RichTextBox.h"
 #include "txtHTML.h"
@@ -6,16 +7,6 @@
 #include <QSaveFile>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-QString withLineFeeds(QString text)
-{
-    text.replace("\r\n"_L1, "\n"_L1);
-    return text.replace(u'\r', u'\n');
-}
-
-}
 
 bool txtHTML::OpenFile(const QString &FileName)
 {
@@ -44,18 +35,16 @@ bool txtHTML::OpenFile(const QString &FileName)
 
 QString txtHTML::fileText() const
 {
-    QString text = m_rtf1->buffer().text();
-    if (m_lineEnd == LineEnd::CrLf)
-        text.replace(u'\n', "\r\n"_L1);
-    else if (m_lineEnd == LineEnd::Cr)
-        text.replace(u'\n', u'\r');
-    return text;
+    const QString &text = m_rtf1->buffer().text();
+    if (m_lineEnd == LineEnd::Lf)
+        return text;
+    return LineEnds::fromLf(text, m_lineEnd == LineEnd::CrLf ? "\r\n"_L1 : "\r"_L1);
 }
 
 bool txtHTML::SaveFile(const QString &FileName)
 {
     const bool asLoaded = !m_loaded.isNull()
-        && withLineFeeds(TextEncoding::decode(m_loaded)) == m_rtf1->buffer().text();
+        && LineEnds::toLf(TextEncoding::decode(m_loaded)) == m_rtf1->buffer().text();
     const QByteArray bytes = asLoaded ? m_loaded : TextEncoding::encode(fileText(), m_encoding);
     QSaveFile file(FileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
