@@ -22,7 +22,10 @@ DocumentFiller::~DocumentFiller()
 
 bool DocumentFiller::append(qsizetype length)
 {
-    const QStringView piece = QStringView(m_text).mid(m_done, length);
+    // A line in pieces would be laid out anew with each of them.
+    const qsizetype lineEnd = m_text.indexOf(u'\n', m_done + length);
+    const QStringView piece
+        = QStringView(m_text).mid(m_done, lineEnd < 0 ? -1 : lineEnd + 1 - m_done);
     m_end.movePosition(QTextCursor::End);
     RawDocument::insert(m_end, piece);
     m_done += piece.size();

@@ -12,7 +12,7 @@ public:
     DocumentFiller(const DocumentFiller &) = delete;
     DocumentFiller &operator=(const DocumentFiller &) = delete;
 
-    /// Appends the next `length` characters; true once all are in.
+    /// Appends the next `length` characters, and what is left of the line; true once all are in.
     bool append(qsizetype length);
     qsizetype done() const { return m_done; }
     qsizetype size() const { return m_text.size(); }
