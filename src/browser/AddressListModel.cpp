@@ -14,6 +14,7 @@ int AddressListModel::rowCount(const QModelIndex &parent) const
 
 QVariant AddressListModel::data(const QModelIndex &index, int role) const
 {
+    // An empty combo box asks for the item at no index.
     if (!index.isValid() || index.row() >= m_list.count())
         return {};
     if (role == Qt::DisplayRole || role == Qt::EditRole || role == Qt::ToolTipRole)

@@ -180,7 +180,7 @@ int brwURL::rowOfText() const
 
 bool brwURL::hasUnsentEdits() const
 {
-    return m_unsent || m_edit->composing();
+    return m_focused && (m_unsent || m_edit->composing());
 }
 
 // Tells the host of a key; false when the host cancelled it. `code` is what the host left.

@@ -50,9 +50,9 @@ public:
     /// Entry `i`, 0 the most recent; empty outside the list.
     QString listItem(int i) const;
 
-    /// True while the text holds edits of the user that were neither sent (Enter, a choice from
-    /// the list) nor given up (Escape, a new text), also while an input method is composing. A
-    /// page that finishes then must not replace the text.
+    /// True while the user works in the field and its text holds edits of the user that were
+    /// neither sent (Enter, a choice from the list) nor given up (Escape, a new text), also while
+    /// an input method is composing. A page that finishes then must not replace the text.
     bool hasUnsentEdits() const;
     /// True in a `KeyDown` that tells of a release: act on presses only.
     bool keyIsReleased() const { return m_keyIsReleased; }

@@ -82,6 +82,13 @@ void frmBrowser::setVisible(bool visible)
     QMdiSubWindow::setVisible(visible);
 }
 
+/// Three quarters of the frame's room, as new inner windows are; the page gives no size of its own.
+QSize frmBrowser::sizeHint() const
+{
+    const QMdiArea *area = mdiArea();
+    return area ? area->viewport()->size() * 3 / 4 : QMdiSubWindow::sizeHint();
+}
+
 void frmBrowser::Form_Load()
 {
     Forms::add(this);

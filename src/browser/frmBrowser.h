@@ -41,6 +41,7 @@ public:
     bool isUnloaded() const { return m_unloaded; }
 
     void setVisible(bool visible) override;
+    QSize sizeHint() const override;
 
 signals:
     /// A page, or a frame of it, has finished loading.

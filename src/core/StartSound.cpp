@@ -32,7 +32,7 @@ void startPlayer()
 {
     const QString sound = AppFolder::appData(u"Drums.wav"_s);
     if (!QFileInfo(sound).isFile()) {
-        qCInfo(lcStart) << "no start sound at" << sound;
+        qCWarning(lcStart) << "no start sound at" << sound;
         return;
     }
     QProcess player;
@@ -43,7 +43,7 @@ void startPlayer()
     // wants to read them starts the player by hand.
     player.setStandardErrorFile(QProcess::nullDevice());
     if (!player.startDetached())
-        qCInfo(lcStart) << "no start sound:" << player.errorString();
+        qCWarning(lcStart) << "no start sound:" << player.errorString();
 }
 
 }

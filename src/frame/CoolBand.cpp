@@ -27,7 +27,6 @@ CoolBand::CoolBand(CoolBar *bar, const QString &key, QWidget *child, double widt
     , m_width(std::isfinite(width) ? width : 0)
     , m_newRow(newRow)
 {
-    child->setParent(bar);
     child->show();
     // Else it would show the bar's own shape, which changes over the handles.
     if (!child->testAttribute(Qt::WA_SetCursor))

@@ -3,7 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QDialog>
+#include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QtTest>
 #include <memory>
@@ -32,7 +32,6 @@ public:
         server.page("/home", "<title>home page</title><h1>Home</h1>");
         server.page("/one", "<title>the quick brown fox</title><a href='/two'>two</a>");
         server.page("/two", "<title>Two</title><p>Second page</p>");
-        server.reply("/favicon.ico", {.status = 404});
         QApplication::clipboard()->setText(QStringLiteral("something"));
     }
 

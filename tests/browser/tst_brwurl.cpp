@@ -854,6 +854,10 @@ void tst_brwURL::unsentEdits()
     QVERIFY(!m_field->hasUnsentEdits());
     press(Qt::Key_Backspace);
     QVERIFY(m_field->hasUnsentEdits());
+    m_other->setFocus();
+    QVERIFY(!m_field->hasUnsentEdits());
+    m_field->setFocus();
+    QVERIFY(m_field->hasUnsentEdits());
     m_field->setText(u"x"_s);
     QVERIFY(!m_field->hasUnsentEdits());
 }

@@ -4,6 +4,7 @@
 #include "ToolBar.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSignalSpy>
@@ -54,6 +55,8 @@ private slots:
     void chevron();
     void chevronByKeyboard();
     void laidOutIsTold();
+    void keyboardWalk();
+    void screenReaderWalk();
 
 private:
     QPoint grip(const QString &key) const;
@@ -94,8 +97,8 @@ void tst_coolbar::init()
     m_bar->addBand(u"Icon"_s, new QWidget, {}, 600, false);
     m_window->resize(800, 500);
     m_window->show();
-    m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QTRY_COMPARE(m_bar->height(), m_bar->sizeHint().height());
 }
 
 void tst_coolbar::cleanup()
@@ -510,6 +513,60 @@ void tst_coolbar::laidOutIsTold()
     QCOMPARE(laidOut.size(), 1);
     drag(u"Browser"_s, grip(u"Browser"_s) + QPoint(60, 0));
     QVERIFY(laidOut.size() > 1);
+}
+
+// From the first button on, with the Tab key alone, every band is reached, in the order shown.
+void tst_coolbar::keyboardWalk()
+{
+    m_window->resize(130, 500);
+    QTRY_VERIFY(band("Functions")->hasChevron());
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QWidget *first = m_functions->childAt(m_functions->buttonRect(1).center());
+    first->setFocus(Qt::TabFocusReason);
+    QList<QWidget *> stops;
+    do {
+        QWidget *stop = QApplication::focusWidget();
+        QVERIFY(stop->isVisible());
+        stops.append(stop);
+        QTest::keyClick(stop, Qt::Key_Tab);
+    } while (QApplication::focusWidget() != first && stops.size() < 20);
+
+    QStringList places;
+    for (QWidget *stop : std::as_const(stops)) {
+        const QPoint at = stop->mapTo(m_bar, stop->rect().center());
+        for (int i = 1; i <= 6; ++i) {
+            const CoolBand *holder = m_bar->band(i);
+            if (holder->geometry().contains(at))
+                places +=
+                    qobject_cast<ChevronButton *>(stop) ? holder->key() + u'+' : holder->key();
+        }
+    }
+    QCOMPARE(places.join(u' '), u"Functions Functions+ Address Links Links+ Tabs"_s);
+}
+
+static void collectNames(QAccessibleInterface *node, QStringList &names)
+{
+    if (node->state().invisible)
+        return;
+    if (node->state().focusable)
+        names += node->text(QAccessible::Name);
+    for (int i = 0; i < node->childCount(); ++i)
+        collectNames(node->child(i), names);
+}
+
+void tst_coolbar::screenReaderWalk()
+{
+    QStringList names;
+    collectNames(QAccessible::queryAccessibleInterface(m_bar), names);
+    names.sort();
+    QCOMPARE(names,
+             QStringList({u"Address:"_s, u"Maps & Roads"_s, u"New"_s, u"News"_s, u"Page"_s,
+                          u"Profile"_s, u"Save"_s, u"Weather"_s}));
+    band("Address")->setVisible(false);
+    names.clear();
+    collectNames(QAccessible::queryAccessibleInterface(m_bar), names);
+    QVERIFY(!names.contains(u"Address:"_s));
 }
 
 QTEST_MAIN(tst_coolbar)

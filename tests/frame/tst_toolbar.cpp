@@ -53,6 +53,7 @@ private slots:
     void longAndForeignTexts();
 
 private:
+    bool activate();
     ToolBarButton *button(int index1) const;
     QAccessibleInterface *accessible(int index1) const;
 
@@ -82,14 +83,20 @@ void tst_toolbar::init()
     layout->addWidget(m_after);
     m_window->resize(500, 200);
     m_window->show();
-    m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
     QVERIFY(!m_bar->buttonRect(5).isNull());
 }
 
 void tst_toolbar::cleanup()
 {
     m_window.reset();
+}
+
+// The keyboard's focus is in active windows only.
+bool tst_toolbar::activate()
+{
+    m_window->activateWindow();
+    return QTest::qWaitForWindowActive(m_window.get());
 }
 
 ToolBarButton *tst_toolbar::button(int index1) const
@@ -271,6 +278,7 @@ void tst_toolbar::holdWithoutListenerIsAClick()
 
 void tst_toolbar::tabStopsOnce()
 {
+    QVERIFY(activate());
     m_before->setFocus();
     QTest::keyClick(m_before, Qt::Key_Tab);
     QCOMPARE(QApplication::focusWidget(), button(1));
@@ -289,6 +297,7 @@ void tst_toolbar::tabStopsOnce()
 
 void tst_toolbar::arrowKeys()
 {
+    QVERIFY(activate());
     m_bar->setButtonEnabled(u"Killer"_s, false);
     button(1)->setFocus(Qt::TabFocusReason);
     const auto after = [](Qt::Key key) {
@@ -307,6 +316,7 @@ void tst_toolbar::arrowKeys()
 
 void tst_toolbar::keysThatClick()
 {
+    QVERIFY(activate());
     QSignalSpy clicked(m_bar, &ToolBar::buttonClicked);
     button(3)->setFocus(Qt::TabFocusReason);
     for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter})
@@ -317,6 +327,7 @@ void tst_toolbar::keysThatClick()
 
 void tst_toolbar::keysThatDropDown()
 {
+    QVERIFY(activate());
     QSignalSpy dropped(m_bar, &ToolBar::dropDown);
     button(1)->setFocus(Qt::TabFocusReason);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
@@ -352,6 +363,7 @@ void tst_toolbar::accessibleStates()
 
 void tst_toolbar::accessibleActions()
 {
+    QVERIFY(activate());
     QSignalSpy clicked(m_bar, &ToolBar::buttonClicked);
     QSignalSpy dropped(m_bar, &ToolBar::dropDown);
     QAccessibleActionInterface *killer = accessible(3)->actionInterface();
@@ -422,6 +434,7 @@ void tst_toolbar::clearInsideAClick()
 
 void tst_toolbar::refill()
 {
+    QVERIFY(activate());
     m_bar->clear();
     m_bar->addButton(u"Only"_s, u"Only one"_s, {}, ToolBar::Style::Push, u"Only"_s);
     QSignalSpy clicked(m_bar, &ToolBar::buttonClicked);

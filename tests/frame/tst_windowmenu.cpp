@@ -57,6 +57,12 @@ public:
         m_window.show();
     }
 
+    ~TestFrame() override
+    {
+        // The windows speak to the strip as they go.
+        qDeleteAll(area->subWindowList());
+    }
+
     QWidget *window() override { return &m_window; }
     void adopt(QMdiSubWindow *child) override { area->adopt(child); }
     QMdiSubWindow *activeChild() const override { return area->activeChild(); }

@@ -27,7 +27,7 @@ QSslConfiguration selfSigned(const QString &folder)
                       {u"req"_s, u"-x509"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-keyout"_s,
                        key, u"-out"_s, certificate, u"-days"_s, u"2"_s, u"-subj"_s,
                        u"/CN=localhost"_s, u"-addext"_s,
-                       u"subjectAltName=DNS:localhost,IP:127.0.0.1"_s, u"-quiet"_s});
+                       u"subjectAltName=DNS:localhost,IP:127.0.0.1"_s});
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
     configuration.setPrivateKey(QSslKey(fileBytes(key), QSsl::Rsa));
     configuration.setLocalCertificate(QSslCertificate(fileBytes(certificate)));
