@@ -24,8 +24,8 @@ bool DocumentFiller::append(qsizetype length)
 {
     // A line in pieces would be laid out anew with each of them.
     const qsizetype lineEnd = m_text.indexOf(u'\n', m_done + length);
-    const QStringView piece
-        = QStringView(m_text).mid(m_done, lineEnd < 0 ? -1 : lineEnd + 1 - m_done);
+    const QStringView piece =
+        QStringView(m_text).mid(m_done, lineEnd < 0 ? -1 : lineEnd + 1 - m_done);
     m_end.movePosition(QTextCursor::End);
     RawDocument::insert(m_end, piece);
     m_done += piece.size();

@@ -143,8 +143,8 @@ void RichTextBox::select(qsizetype anchor, qsizetype caret)
 
 int RichTextBox::SelStart() const
 {
-    if (isFilling())
-        return m_caretAtEnd ? TextLength() : 0;
+    if (isFilling() && m_caretAtEnd)
+        return TextLength();
     return toPosition(selectionStart());
 }
 
@@ -159,7 +159,7 @@ void RichTextBox::setSelStart(int position)
 
 int RichTextBox::SelLength() const
 {
-    if (isFilling())
+    if (isFilling() && m_caretAtEnd)
         return 0;
     return toPosition(textCursor().selectionEnd()) - toPosition(selectionStart());
 }

@@ -76,7 +76,9 @@ bool RichTextBox::pressCharacter(const QString &text)
 
 void RichTextBox::keyPressEvent(QKeyEvent *event)
 {
-    finishFilling();
+    // Keys that only move about or modify others need no more of the text than is there.
+    if (!event->text().isEmpty())
+        finishFilling();
     if (event->matches(QKeySequence::Paste) && m_paste) {
         m_paste();
         event->accept();
@@ -110,6 +112,7 @@ void RichTextBox::inputMethodEvent(QInputMethodEvent *event)
 
 void RichTextBox::mousePressEvent(QMouseEvent *event)
 {
+    m_caretAtEnd = false;
     QPlainTextEdit::mousePressEvent(event);
     Q_EMIT mouseClicked(event->button());
 }

@@ -21,6 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int longestSubject = 300;
 std::function<void(QWidget *)> aboutHandler;
 
 QString languageText(const char *key, const QString &english)
@@ -84,7 +85,11 @@ void frmSource::setSubject(const QString &subject)
 {
     m_subject = subject;
     const QString caption = languageText("Caption", u"Document HTML"_s);
-    setWindowTitle(subject.isEmpty() ? caption : subject + " - "_L1 + caption);
+    // A page's address may be as long as the page itself.
+    const QString shown = subject.size() > longestSubject
+        ? QString(subject.left(longestSubject) + u'\u2026')
+        : subject;
+    setWindowTitle(shown.isEmpty() ? caption : shown + " - "_L1 + caption);
 }
 
 void frmSource::connectEditor()

@@ -150,6 +150,8 @@ void tst_frmSource::showsThePage()
     window->close();
     QTRY_VERIFY(!window);
     QCOMPARE(copies(), QStringList());
+    m_window->setSubject(QString(100'000, u'x'));
+    QVERIFY(m_window->windowTitle().size() < 400);
 }
 
 void tst_frmSource::opensAndSavesFiles()
@@ -193,10 +195,9 @@ void tst_frmSource::unreadableFilesAreTold()
 {
     m_window->txtHTML1().setText(u"kept"_s);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot write"_s));
-    // A folder stands where the file is to go.
-    QVERIFY(QDir().mkpath(m_folder->file(u"x.html"_s)));
     setFileDialogAnswerer([](const FileDialogRequest &) -> std::optional<FileDialogAnswer> {
-        return FileDialogAnswer{u"/proc/version_of_nothing.html"_s, 1};
+        // A folder in which no file can be made.
+        return FileDialogAnswer{u"/proc/page.html"_s, 1};
     });
     trigger("mnuFileSave");
     QTRY_VERIFY(QApplication::activeModalWidget());

@@ -7,6 +7,11 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+/// Expressions run plainly take long on more.
+constexpr qint64 largest = 200'000;
+}
+
 namespace RealPages {
 
 QStringList find(int most)
@@ -17,8 +22,11 @@ QStringList find(int most)
                                   QDir::homePath() + "/.rustup/toolchains"_L1}) {
         QDirIterator walk(folder, {u"*.html"_s, u"*.htm"_s}, QDir::Files | QDir::NoSymLinks,
                           QDirIterator::Subdirectories);
-        while (walk.hasNext() && files.size() < enough)
-            files.append(walk.next());
+        while (walk.hasNext() && files.size() < enough) {
+            const QString name = walk.next();
+            if (walk.fileInfo().size() <= largest)
+                files.append(name);
+        }
     }
     files.sort();
     if (files.size() <= most)
