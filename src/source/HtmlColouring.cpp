@@ -74,6 +74,8 @@ public:
     void append(QStringView piece)
     {
         makeRoom(piece.size());
+        if (piece.isEmpty())
+            return;
         std::memcpy(m_data + m_used, piece.utf16(), size_t(piece.size()) * sizeof(char16_t));
         m_used += piece.size();
     }
