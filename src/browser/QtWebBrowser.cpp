@@ -134,6 +134,12 @@ void QtWebBrowser::SetFocus()
         m_host->setFocus();
 }
 
+void QtWebBrowser::Find()
+{
+    if (m_host)
+        m_host->openFindBar();
+}
+
 void QtWebBrowser::Move(int left, int top, int width, int height)
 {
     if (m_host) {

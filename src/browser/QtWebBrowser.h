@@ -37,6 +37,7 @@ public:
                 QVariant *out = nullptr) override;
     int QueryStatusWB(OleCmd command) override;
     void SetFocus() override;
+    void Find() override;
     void Move(int left, int top, int width, int height) override;
     QString LocationURL() const override;
     bool HasDocument() const override { return m_hasDocument; }

@@ -96,6 +96,8 @@ public:
     /// `OleCmdStatus` bits.
     virtual int QueryStatusWB(OleCmd command) = 0;
     virtual void SetFocus() = 0;
+    /// Opens the engine's own bar for finding text in the page, and gives it the focus.
+    virtual void Find() = 0;
     /// Places the control inside its window; twips.
     virtual void Move(int left, int top, int width, int height) = 0;
 
