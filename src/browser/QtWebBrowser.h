@@ -30,6 +30,8 @@ public:
     void Navigate(const QString &url) override;
     bool GoBack() override;
     bool GoForward() override;
+    QList<HistoryStep> HistorySteps() const override;
+    bool GoTo(int offset) override;
     void Refresh() override;
     void Refresh2(int level) override;
     void Stop() override;
