@@ -63,6 +63,7 @@ private:
     void adopt(QWebEngineNewWindowRequest &request);
 
     bool ask(const QUrl &url, int type, bool isMainFrame);
+    bool askForBlank(const QUrl &url);
     bool raiseBeforeNavigate(const QUrl &url);
     bool mayLeaveTrace(const QUrl &url) const;
     void replaceWith(const QUrl &url);

@@ -77,6 +77,17 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
     return true;
 }
 
+/// The engine asks nothing before such an address, and over a load that is still under way it does
+/// not tell of its start either.
+bool QtWebBrowser::askForBlank(const QUrl &url)
+{
+    if (!raiseBeforeNavigate(url))
+        return false;
+    m_pending = url;
+    m_stage = Stage::Asked;
+    return true;
+}
+
 /// False when the navigation must replace the current history entry instead of adding one.
 bool QtWebBrowser::mayLeaveTrace(const QUrl &url) const
 {
@@ -123,7 +134,7 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
     if (m_refusals > 0 && m_stage != Stage::Asked)
         return;
     if (m_stage != Stage::Asked) {
-        // Addresses such as about:blank, which the engine neither asks for nor lets us refuse;
+        // A page opens about:blank, which the engine neither asks for nor lets us refuse;
         // stopping one in a window opened without an address would end the program.
         raiseBeforeNavigate(url);
         m_pending = url;
@@ -137,6 +148,9 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
 void QtWebBrowser::onFrameStarted(const QString &url, bool isMainFrame)
 {
     if (!isMainFrame || m_stage == Stage::None || m_stage == Stage::Committed)
+        return;
+    // The load that a blank page was opened over has got this far.
+    if (m_pending.scheme() == "about"_L1 && !url.startsWith("about:"_L1))
         return;
     commit(url.startsWith("chrome-error:"_L1) ? encoded(m_pending) : url);
 }
