@@ -79,6 +79,8 @@ void QtWebBrowser::Navigate(const QString &url)
     }
     if (!m_page)
         usePage(takePage());
+    if (address.scheme() == "about"_L1 && !askForBlank(address))
+        return;
     m_host->hideCrash();
     m_page->load(address);
 }

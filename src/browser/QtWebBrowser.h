@@ -65,6 +65,7 @@ private:
     void adopt(QWebEngineNewWindowRequest &request);
 
     bool ask(const QUrl &url, int type, bool isMainFrame);
+    bool askForBlank(const QUrl &url);
     bool raiseBeforeNavigate(const QUrl &url);
     bool mayLeaveTrace(const QUrl &url) const;
     void replaceWith(const QUrl &url);
@@ -77,7 +78,7 @@ private:
     void onUrlChanged(const QUrl &url);
     void onFrameStarted(const QString &url, bool isMainFrame);
     void onFrameLoaded(const QString &url, bool isMainFrame);
-    void commit(const QString &url);
+    void commit(const QString &url, bool arrived);
     void completeDocument(const QString &url);
 
     void onNewWindowRequested(QWebEngineNewWindowRequest &request);
@@ -109,6 +110,8 @@ private:
     int m_flags = 0;
     /// Loads whose start and end the engine tells although they were refused.
     int m_refusals = 0;
+    /// The navigation under way takes the place of the current history entry.
+    bool m_replacesEntry = false;
     bool m_adopted = false;
     bool m_busy = false;
     bool m_hasDocument = false;
