@@ -92,21 +92,17 @@ bool engineProfileIsStored()
     return theLock != nullptr;
 }
 
-WebPage *makeFreshPage()
-{
-    return new WebPage(engineProfile());
-}
-
 WebPage *takePage()
 {
-    return theSparePage ? std::exchange(theSparePage, nullptr) : makeFreshPage();
+    prepareSparePage();
+    return std::exchange(theSparePage, nullptr);
 }
 
 void prepareSparePage()
 {
     if (theSparePage)
         return;
-    theSparePage = makeFreshPage();
+    theSparePage = new WebPage(engineProfile());
     // Any script starts the renderer process; unlike a load it leaves no history entry.
     theSparePage->runJavaScript(u"0"_s);
 }

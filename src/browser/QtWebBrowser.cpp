@@ -79,6 +79,8 @@ void QtWebBrowser::Navigate(const QString &url)
     }
     if (!m_page)
         usePage(takePage());
+    if (address.scheme() == "about"_L1 && !askForBlank(address))
+        return;
     m_host->hideCrash();
     m_page->load(address);
 }
@@ -91,6 +93,16 @@ bool QtWebBrowser::GoBack()
 bool QtWebBrowser::GoForward()
 {
     return m_page && m_history.goForward(m_page);
+}
+
+QList<HistoryStep> QtWebBrowser::HistorySteps() const
+{
+    return m_page ? m_history.steps(m_page) : QList<HistoryStep>();
+}
+
+bool QtWebBrowser::GoTo(int offset)
+{
+    return m_page && m_history.go(m_page, offset);
 }
 
 void QtWebBrowser::Refresh()

@@ -30,6 +30,8 @@ public:
     void Navigate(const QString &url) override;
     bool GoBack() override;
     bool GoForward() override;
+    QList<HistoryStep> HistorySteps() const override;
+    bool GoTo(int offset) override;
     void Refresh() override;
     void Refresh2(int level) override;
     void Stop() override;
@@ -64,6 +66,7 @@ private:
     void adopt(QWebEngineNewWindowRequest &request);
 
     bool ask(const QUrl &url, int type, bool isMainFrame);
+    bool askForBlank(const QUrl &url);
     bool raiseBeforeNavigate(const QUrl &url);
     bool mayLeaveTrace(const QUrl &url) const;
     void replaceWith(const QUrl &url);
@@ -76,7 +79,7 @@ private:
     void onUrlChanged(const QUrl &url);
     void onFrameStarted(const QString &url, bool isMainFrame);
     void onFrameLoaded(const QString &url, bool isMainFrame);
-    void commit(const QString &url);
+    void commit(const QString &url, bool arrived);
     void completeDocument(const QString &url);
 
     void onNewWindowRequested(QWebEngineNewWindowRequest &request);
@@ -108,6 +111,8 @@ private:
     int m_flags = 0;
     /// Loads whose start and end the engine tells although they were refused.
     int m_refusals = 0;
+    /// The navigation under way takes the place of the current history entry.
+    bool m_replacesEntry = false;
     bool m_adopted = false;
     bool m_busy = false;
     bool m_hasDocument = false;

@@ -91,8 +91,9 @@ void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
 void QtWebBrowser::adopt(QWebEngineNewWindowRequest &request)
 {
     m_adopted = true;
-    // The page takes the contents over before anything else has given it some of its own.
-    WebPage *page = makeFreshPage();
+    // The spare page has contents of its own already, which those of the request replace. A page
+    // without would be left half made, and end the program as soon as a script touches it.
+    WebPage *page = takePage();
     request.openIn(page);
     page->renewInterceptor();
     m_requested = request.requestedGeometry();

@@ -40,6 +40,8 @@ public:
     void Navigate(const QString &url) override { navigated.append(url); }
     bool GoBack() override { return ++backs, canGoBack; }
     bool GoForward() override { return ++forwards, canGoForward; }
+    QList<HistoryStep> HistorySteps() const override { return history; }
+    bool GoTo(int offset) override { return wentTo.append(offset), true; }
     void Refresh() override { ++refreshes; }
     void Refresh2(int level) override { refreshLevels.append(level); }
     void Stop() override { ++stops; }
@@ -93,6 +95,8 @@ public:
     int cleared = 0;
     int status = OleCmdStatus::Supported | OleCmdStatus::Enabled;
     bool succeeds = true;
+    QList<HistoryStep> history;
+    QList<int> wentTo;
     bool canGoBack = true;
     bool canGoForward = true;
     bool hasDocument = false;
