@@ -8,6 +8,7 @@
 #include "LivePages.h"
 #include "PageCommands.h"
 #include "PageIndicators.h"
+#include "PageJobs.h"
 #include "TitleThrottle.h"
 #include "Twips.h"
 #include "WebPage.h"
@@ -50,6 +51,10 @@ void QtWebBrowser::dropPage()
     m_events = nullptr;
     if (m_page)
         m_page->disconnect(this);
+    if (m_page && PageJobs::takeOver(m_view, m_page)) {
+        m_view.clear();
+        m_page.clear();
+    }
     delete m_view;
     delete m_page;
 }

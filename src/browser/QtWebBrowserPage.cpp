@@ -62,6 +62,8 @@ void QtWebBrowser::connectPage()
     connect(m_page, &QWebEnginePage::newWindowRequested, this, &QtWebBrowser::onNewWindowRequested);
     connect(m_page, &QWebEnginePage::geometryChangeRequested, this,
             &QtWebBrowser::onGeometryRequested);
+    connect(m_page, &QWebEnginePage::printRequested, this,
+            [this] { ExecWB(OleCmd::Print, OleExecOpt::Default); });
     connect(m_page, &QWebEnginePage::windowCloseRequested, this, &QtWebBrowser::onCloseRequested);
     connect(
         m_page, &QWebEnginePage::fullScreenRequested, m_host,

@@ -6,6 +6,7 @@
 #include <QMdiSubWindow>
 
 #include "Clipboard.h"
+#include "ExecForms.h"
 #include "Forms.h"
 #include "Frame.h"
 #include "WebBrowser.h"
@@ -25,6 +26,15 @@ void newOnCurrentPage(Frame &frame)
         frame.OpenBrowserWindow(active->brwWebBrowser()->LocationURL(), normal);
     else
         frame.OpenBrowserWindow({}, frame.NewWindowState());
+}
+
+void onActivePage(Frame &frame, const QString &item, OleCmd command,
+                  void (*exec)(WebBrowser &, OleCmd))
+{
+    frame.handle(item, [&frame, command, exec] {
+        if (const frmBrowser *active = activeBrowser(frame))
+            exec(*active->brwWebBrowser(), command);
+    });
 }
 
 void closeActive(Frame &frame)
@@ -74,11 +84,21 @@ void registerNewCommands(Frame &frame)
     frame.beforeOpening(u"mnuFileNew"_s, [&frame] { enableFromClipboard(frame); });
 }
 
+void registerPageCommands(Frame &frame)
+{
+    onActivePage(frame, u"mnuFileSaveAs"_s, OleCmd::SaveAs, ExecForms::four);
+    onActivePage(frame, u"mnuFilePrint"_s, OleCmd::Print, ExecForms::two);
+    onActivePage(frame, u"mnuFilePrintPreview"_s, OleCmd::PrintPreview, ExecForms::four);
+    onActivePage(frame, u"mnuFilePageSetup"_s, OleCmd::PageSetup, ExecForms::four);
+    onActivePage(frame, u"mnuFileProperties"_s, OleCmd::Properties, ExecForms::four);
+}
+
 }
 
 void registerFileCommands(Frame &frame)
 {
     registerNewCommands(frame);
+    registerPageCommands(frame);
     frame.handle(u"mnuFileOpen"_s, [&frame] { (new frmOpenURL(frame))->open(); });
     frame.handle(u"mnuFileClose"_s, [&frame] { closeActive(frame); });
     frame.handle(u"mnuFileCloseAll"_s, [&frame] { closeAll(frame); });

@@ -5,13 +5,8 @@ using namespace Qt::StringLiterals;
 QStringList notBuiltYet()
 {
     return {
-        u"mnuFileSaveAs"_s,
         u"mnuFileProfiles"_s,
         u"mnuFileProfilesSave"_s,
-        u"mnuFileProperties"_s,
-        u"mnuFilePageSetup"_s,
-        u"mnuFilePrint"_s,
-        u"mnuFilePrintPreview"_s,
         u"mnuViewSearchBar"_s,
         u"mnuNavigationSearchTheWeb"_s,
         u"mnuFavoritesAdd"_s,

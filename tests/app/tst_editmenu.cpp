@@ -37,6 +37,14 @@ private:
     {
         return *static_cast<FakeWebBrowser *>(m_session->active()->brwWebBrowser());
     }
+    /// What the page was asked to do; menus that get ready also ask it for its zoom.
+    QList<FakeWebBrowser::Exec> calls() const
+    {
+        QList<FakeWebBrowser::Exec> result = page().executed;
+        result.removeIf(
+            [](const FakeWebBrowser::Exec &call) { return call.command == OleCmd::Zoom; });
+        return result;
+    }
     QLineEdit &addressEdit() const { return *m_session->address().findChild<QLineEdit *>(); }
     void focusAddress(const QString &text)
     {
@@ -92,8 +100,8 @@ void tst_EditMenu::pageCommands()
     QFETCH(int, command);
     QFETCH(bool, four);
     m_session->choose(item.constData());
-    QCOMPARE(page().executed.size(), 1);
-    const FakeWebBrowser::Exec call = page().executed.first();
+    QCOMPARE(calls().size(), 1);
+    const FakeWebBrowser::Exec call = calls().first();
     QCOMPARE(int(call.command), command);
     QCOMPARE(call.option, OleExecOpt::Default);
     QCOMPARE(call.hasIn, four);
@@ -120,14 +128,14 @@ void tst_EditMenu::cutAndPasteNeedStatusThree()
     QFETCH(int, status);
     page().status = status;
     m_session->choose(item.constData());
-    QVERIFY(page().executed.isEmpty());
+    QVERIFY(calls().isEmpty());
 }
 
 void tst_EditMenu::copyGoesToThePageThoughDisabled()
 {
     page().status = OleCmdStatus::Supported;
     m_session->choose("mnuEditCopy");
-    QCOMPARE(page().executed.size(), 1);
+    QCOMPARE(calls().size(), 1);
 }
 
 void tst_EditMenu::addressBarIsTheTargetWhileItHasTheFocus()
@@ -136,10 +144,10 @@ void tst_EditMenu::addressBarIsTheTargetWhileItHasTheFocus()
     for (const char *item :
          {"mnuEditCut", "mnuEditCopy", "mnuEditPaste", "mnuEditSelectAll", "mnuEditSelectNone"})
         m_session->choose(item);
-    QVERIFY(page().executed.isEmpty());
+    QVERIFY(calls().isEmpty());
     page().SetFocus();
     m_session->choose("mnuEditSelectAll");
-    QCOMPARE(page().executed.size(), 1);
+    QCOMPARE(calls().size(), 1);
 }
 
 void tst_EditMenu::cutRemovesOnlyTheSelectedPart()
@@ -227,10 +235,10 @@ void tst_EditMenu::undoNeedsThePageAsActiveControl()
     other.setFocus();
     QTRY_VERIFY(other.hasFocus());
     m_session->choose("mnuEditUndo");
-    QVERIFY(page().executed.isEmpty());
+    QVERIFY(calls().isEmpty());
     page().SetFocus();
     m_session->choose("mnuEditUndo");
-    QCOMPARE(page().executed.size(), 1);
+    QCOMPARE(calls().size(), 1);
 }
 
 void tst_EditMenu::undoIsThePagesAloneThoughTheAddressBarIsFocused()
@@ -240,7 +248,7 @@ void tst_EditMenu::undoIsThePagesAloneThoughTheAddressBarIsFocused()
     const QString text = m_session->address().Text();
     m_session->choose("mnuEditUndo");
     QCOMPARE(m_session->address().Text(), text);
-    QCOMPARE(page().executed.size(), 1);
+    QCOMPARE(calls().size(), 1);
 }
 
 void tst_EditMenu::findFocusesThePageFirst()
@@ -275,7 +283,7 @@ void tst_EditMenu::menuOpenedByKeyboardLeavesTheTarget()
     QTRY_VERIFY(QApplication::activePopupWidget());
     QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_A);
     QCOMPARE(m_session->address().SelText(), u"http://two/"_s);
-    QVERIFY(page().executed.isEmpty());
+    QVERIFY(calls().isEmpty());
 }
 
 QTEST_MAIN(tst_EditMenu)
