@@ -45,8 +45,9 @@ void ConnectionCheck::ask(const QUrl &url)
 
 void ConnectionCheck::answerFrom(const QSslSocket &socket)
 {
-    QStringList lines{text("strOwnConnection", u"As the server shows them now to a connection of "
-                                               u"this window's own:"_s)};
+    QStringList lines{text("strOwnConnection",
+                           u"As the server shows them now to a connection of "
+                           u"this window's own:"_s)};
     const QList<QSslCertificate> chain = socket.peerCertificateChain();
     for (const QSslCertificate &certificate : chain)
         lines.append(described(certificate));

@@ -129,7 +129,8 @@ bool run(WebPage *page, OleCmd command, const QVariant *in, QVariant *out)
 
 int status(const WebPage *page, OleCmd command)
 {
-    if (command != OleCmd::Zoom && !opensWindow(command) && actionFor(command) == QWebEnginePage::NoWebAction)
+    if (command != OleCmd::Zoom && !opensWindow(command)
+        && actionFor(command) == QWebEnginePage::NoWebAction)
         return 0;
     return isEnabled(page, command) ? OleCmdStatus::Supported | OleCmdStatus::Enabled
                                     : OleCmdStatus::Supported;

@@ -38,13 +38,11 @@ void PageJobs::toPdf(QWebEnginePage *page, const QPageLayout &layout, const QPag
 void PageJobs::print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer,
                      QObject *receiver, const PrintDone &done)
 {
-    of(page)->add({{},
-                   {},
-                   printer,
-                   [receiver = QPointer(receiver), done](const QByteArray &, bool printed) {
-                       if (receiver)
-                           done(printed);
-                   }});
+    of(page)->add(
+        {{}, {}, printer, [receiver = QPointer(receiver), done](const QByteArray &, bool printed) {
+             if (receiver)
+                 done(printed);
+         }});
 }
 
 void PageJobs::add(const Job &job)
@@ -78,11 +76,10 @@ void PageJobs::startNext()
         end(number, {}, false);
         return;
     }
-    connect(view, &QWebEngineView::printFinished, this,
-            [this, view, number](bool printed) {
-                disconnect(view, &QWebEngineView::printFinished, this, nullptr);
-                end(number, {}, printed);
-            });
+    connect(view, &QWebEngineView::printFinished, this, [this, view, number](bool printed) {
+        disconnect(view, &QWebEngineView::printFinished, this, nullptr);
+        end(number, {}, printed);
+    });
     view->print(m_current.printer.get());
 }
 

@@ -125,9 +125,10 @@ void PageProperties::showFileFacts(const QString &file)
 void PageProperties::showConnection(const QUrl &url)
 {
     if (url.scheme() != "https"_L1) {
-        m_connection->setText(url.scheme() == "http"_L1
-                                  ? text("strOpen", u"Not encrypted"_s)
-                                  : text("strNone", u"None: the page did not come over a network"_s));
+        m_connection->setText(
+            url.scheme() == "http"_L1
+                ? text("strOpen", u"Not encrypted"_s)
+                : text("strNone", u"None: the page did not come over a network"_s));
         m_rows->setRowVisible(m_certificates, false);
         return;
     }

@@ -63,8 +63,7 @@ QString proposedName(const QString &title)
 
 void tellFailure(QWidget *owner, const QString &file)
 {
-    MsgBox::tell(owner,
-                 text("strFailed", u"The page could not be saved."_s) + u"\n\n"_s + file);
+    MsgBox::tell(owner, text("strFailed", u"The page could not be saved."_s) + u"\n\n"_s + file);
 }
 
 /// The mark in front makes the file UTF-8 whatever the markup says of itself.
@@ -111,8 +110,7 @@ void save(QWebEnginePage *page, const QString &file, int kind, QWidget *owner)
         const auto format = kind == SingleFile ? QWebEngineDownloadRequest::MimeHtmlSaveFormat
                                                : QWebEngineDownloadRequest::CompleteHtmlSaveFormat;
         auto *job = new SaveJob(page, file, format, owner);
-        QObject::connect(job, &SaveJob::failed, owner,
-                         [owner, file] { tellFailure(owner, file); });
+        QObject::connect(job, &SaveJob::failed, owner, [owner, file] { tellFailure(owner, file); });
         job->start();
     }
 }

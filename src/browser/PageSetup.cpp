@@ -1,11 +1,8 @@
 #include "PageSetup.h"
 
-#include <QLocale>
-#include <QPageSetupDialog>
-#include <QPrinter>
-#include <memory>
+#include "PageSetupDialog.h"
 
-using namespace Qt::StringLiterals;
+#include <QLocale>
 
 namespace {
 QPageLayout &current()
@@ -34,14 +31,10 @@ void setLayout(const QPageLayout &layout)
 
 void open(QWidget *owner, const std::function<void()> &changed)
 {
-    // The dialog uses the printer until it is gone.
-    auto printer = std::make_shared<QPrinter>();
-    printer->setPageLayout(current());
-    auto *dialog = new QPageSetupDialog(printer.get(), owner);
-    dialog->setObjectName("dlgPageSetup"_L1);
+    auto *dialog = new PageSetupDialog(current(), owner);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    QObject::connect(dialog, &QPageSetupDialog::accepted, dialog, [printer, changed] {
-        setLayout(printer->pageLayout());
+    QObject::connect(dialog, &QDialog::accepted, dialog, [dialog, changed] {
+        setLayout(dialog->chosen());
         if (changed)
             changed();
     });

@@ -47,8 +47,7 @@ bool SaveJob::awaits(const QWebEngineDownloadRequest &request)
 {
     const QWebEnginePage *page = request.page();
     const auto *job = page ? page->findChild<SaveJob *>() : nullptr;
-    return job && !job->m_request
-        && (request.isSavePageDownload() || request.url() == page->url());
+    return job && !job->m_request && (request.isSavePageDownload() || request.url() == page->url());
 }
 
 void SaveJob::take(QWebEngineDownloadRequest *request)

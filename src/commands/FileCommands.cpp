@@ -58,10 +58,9 @@ void closeAll(Frame &frame)
 void enableFileItems(Frame &frame)
 {
     const bool hasWindow = frame.activeChild() != nullptr;
-    for (const QString &item :
-         {u"mnuFileSaveAs"_s, u"mnuFileProfilesSave"_s, u"mnuFileClose"_s, u"mnuFileCloseAll"_s,
-          u"mnuFileProperties"_s, u"mnuFilePrint"_s, u"mnuFilePrintPreview"_s,
-          u"mnuFilePageSetup"_s})
+    for (const QString &item : {u"mnuFileSaveAs"_s, u"mnuFileProfilesSave"_s, u"mnuFileClose"_s,
+                                u"mnuFileCloseAll"_s, u"mnuFileProperties"_s, u"mnuFilePrint"_s,
+                                u"mnuFilePrintPreview"_s, u"mnuFilePageSetup"_s})
         frame.menuItem(item)->setEnabled(hasWindow);
 }
 
@@ -73,9 +72,8 @@ void enableFromClipboard(Frame &frame)
 void registerNewCommands(Frame &frame)
 {
     frame.handle(u"mnuFileNewCurrent"_s, [&frame] { newOnCurrentPage(frame); });
-    frame.handle(u"mnuFileNewBlankPage"_s, [&frame] {
-        frame.OpenBrowserWindow(u"About:Blank"_s, frame.NewWindowState());
-    });
+    frame.handle(u"mnuFileNewBlankPage"_s,
+                 [&frame] { frame.OpenBrowserWindow(u"About:Blank"_s, frame.NewWindowState()); });
     frame.handle(u"mnuFileNewHomePage"_s,
                  [&frame] { frame.OpenBrowserWindow({}, frame.NewWindowState()); });
     frame.handle(u"mnuFileNewFromClipboard"_s, [&frame] {

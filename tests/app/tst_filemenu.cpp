@@ -4,8 +4,7 @@
 using namespace Qt::StringLiterals;
 
 /// The File menu's page commands with a counting engine.
-class tst_FileMenu : public QObject
-{
+class tst_FileMenu : public QObject {
     Q_OBJECT
 
 private slots:
@@ -95,8 +94,8 @@ void tst_FileMenu::aPageThatRefusesGivesNoMessage()
 
 void tst_FileMenu::enabling()
 {
-    const char *items[] = {"mnuFileSaveAs",     "mnuFileClose",     "mnuFileCloseAll",
-                           "mnuFileProperties", "mnuFilePageSetup", "mnuFilePrint",
+    const char *items[] = {"mnuFileSaveAs",      "mnuFileClose",     "mnuFileCloseAll",
+                           "mnuFileProperties",  "mnuFilePageSetup", "mnuFilePrint",
                            "mnuFilePrintPreview"};
     for (const char *item : items)
         QVERIFY2(m_session->item(item)->isEnabled(), item);

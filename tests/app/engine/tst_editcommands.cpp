@@ -3,6 +3,7 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QWebEngineView>
+#include <optional>
 
 #include "../Session.h"
 #include "EngineTest.h"
@@ -78,15 +79,12 @@ void tst_EditCommands::openPage(const QByteArray &html)
 
 QVariant tst_EditCommands::ask(const QString &script)
 {
-    QVariant answer;
-    bool answered = false;
-    page().runJavaScript(script, [&](const QVariant &value) {
-        answer = value;
-        answered = true;
-    });
-    if (!QTest::qWaitFor([&] { return answered; }, 10000))
+    // An answer may come later than it is waited for.
+    const auto answer = std::make_shared<std::optional<QVariant>>();
+    page().runJavaScript(script, [answer](const QVariant &value) { *answer = value; });
+    if (!QTest::qWaitFor([&] { return answer->has_value(); }, 10000))
         return u"no answer"_s;
-    return answer;
+    return **answer;
 }
 
 /// Focuses a field and selects its text; returns once the program knows of it.

@@ -116,12 +116,12 @@ void tst_ViewCommands::documentHTMLIsTheLiveMarkup()
 
 void tst_ViewCommands::documentHTMLWhileLoadingOpensNothing()
 {
-    TestServer::Reply stall;
-    stall.stallAfterHeaders = true;
-    m_session->server.reply("/stall", stall);
+    TestServer::Reply silent;
+    silent.silent = true;
+    m_session->server.reply("/silent", silent);
     openOne();
-    m_session->typeAddress(m_session->server.url(u"/stall"_s));
-    QTRY_COMPARE(m_session->server.count("/stall"), 1);
+    m_session->typeAddress(m_session->server.url(u"/silent"_s));
+    QTRY_COMPARE(m_session->server.count("/silent"), 1);
     QTRY_VERIFY(m_session->active()->brwWebBrowser()->Busy());
     m_session->choose("mnuViewDocumentHTML");
     m_session->choose("mnuNavigationStop");
