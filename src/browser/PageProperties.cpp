@@ -39,6 +39,9 @@ QString sizeText(qint64 bytes)
     if (bytes <= 0)
         return text("strUnknown", u"Not known"_s);
     const QLocale locale;
+    constexpr qint64 kilobyte = 1024;
+    if (bytes < kilobyte)
+        return text("strFewBytes", u"%1 bytes"_s).arg(locale.toString(bytes));
     return text("strBytes", u"%1 (%2 bytes)"_s)
         .arg(locale.formattedDataSize(bytes), locale.toString(bytes));
 }

@@ -108,7 +108,7 @@ void tst_PageCommands::save(const QString &file, int kind)
     QVERIFY(dialog);
     QVERIFY(kind < dialog->nameFilters().size());
     dialog->selectNameFilter(dialog->nameFilters().at(kind));
-    dialog->selectFile(file);
+    dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(file);
     QVERIFY(QMetaObject::invokeMethod(dialog, "accept"));
 }
 
@@ -140,7 +140,7 @@ void tst_PageCommands::saves()
     m_session->start(server.url(u"/saved"_s));
     QTRY_VERIFY(m_session->shows(server.url(u"/saved"_s)));
     save(path(name), kind);
-    QTRY_VERIFY(QFileInfo(path(name)).size() > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(path(name)).size() > 0, 20000);
     QTRY_VERIFY(!page().findChild<SaveJob *>());
     QCOMPARE(QDir(path(u"page_files"_s)).exists(), kind == 0);
 
@@ -184,7 +184,7 @@ void tst_PageCommands::readOnlyPlaceIsTold()
     m_session->choose("mnuFileSaveAs");
     auto *dialog = waitFor<QFileDialog>();
     QVERIFY(dialog);
-    dialog->selectFile(file);
+    dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(file);
     QVERIFY(QMetaObject::invokeMethod(dialog, "accept"));
     QTRY_COMPARE(ok.count(), 1);
     QVERIFY(ok.text().contains(file));
@@ -356,7 +356,7 @@ void tst_PageCommands::propertiesOfAFile()
     auto *dialog = waitFor<QDialog>();
     QVERIFY(dialog);
     QLabel *size = dialog->findChild<QLabel *>(u"lblSize"_s);
-    QTRY_VERIFY2(size->text().contains("(26 bytes)"_L1), qPrintable(size->text()));
+    QTRY_VERIFY2(size->text() == "26 bytes"_L1, qPrintable(size->text()));
     dialog->reject();
 }
 
