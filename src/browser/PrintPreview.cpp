@@ -5,6 +5,7 @@
 #include "PageJobs.h"
 #include "PagePrinter.h"
 #include "PageSetup.h"
+#include "ProgramIcon.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -38,6 +39,7 @@ PrintPreview::PrintPreview(QWebEnginePage *page)
     setObjectName("frmPrintPreview"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
     Forms::add(this);
+    setWindowIcon(programIcon());
     setWindowTitle(text("Caption", u"Print Preview"_s) + u" - "_s + page->title().left(200));
     m_view->setDocument(m_document);
     m_view->setPageMode(QPdfView::PageMode::MultiPage);

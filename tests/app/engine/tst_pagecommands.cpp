@@ -8,12 +8,14 @@
 #include <QPdfSelection>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QProgressDialog>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QWebEngineView>
 
 #include "../Session.h"
 #include "Answer.h"
+#include "ConnectionCheck.h"
 #include "EngineTest.h"
 #include "PageJobs.h"
 #include "PageSetup.h"
@@ -45,6 +47,10 @@ private slots:
     void pageSetUpIsKept();
     void propertiesOfAPage();
     void propertiesOfAFile();
+    void certificatesOfAServer();
+    void serverThatCannotBeAsked();
+    void pageMayAskForPrinting();
+    void cancelledPrintingWritesNothing();
     void deadPageRefuses();
 
 private:
@@ -358,6 +364,60 @@ void tst_PageCommands::propertiesOfAFile()
     QLabel *size = dialog->findChild<QLabel *>(u"lblSize"_s);
     QTRY_VERIFY2(size->text() == "26 bytes"_L1, qPrintable(size->text()));
     dialog->reject();
+}
+
+void tst_PageCommands::certificatesOfAServer()
+{
+    TestServer secure(TestServer::Kind::Https);
+    ConnectionCheck check;
+    QSignalSpy answered(&check, &ConnectionCheck::answered);
+    check.ask(QUrl(secure.url()));
+    QTRY_COMPARE(answered.size(), 1);
+    const QString chain = answered.first().at(1).toString();
+    QVERIFY2(chain.startsWith("As the server shows them now"_L1), qPrintable(chain));
+    QVERIFY2(chain.contains("issued by"_L1), qPrintable(chain));
+}
+
+void tst_PageCommands::serverThatCannotBeAsked()
+{
+    TestServer::Reply hangUp;
+    hangUp.hangUp = true;
+    m_session->server.reply("/", hangUp);
+    ConnectionCheck check;
+    QSignalSpy answered(&check, &ConnectionCheck::answered);
+    QUrl url(m_session->server.url());
+    url.setScheme(u"https"_s);
+    check.ask(url);
+    QTRY_COMPARE_WITH_TIMEOUT(answered.size(), 1, 20000);
+    QVERIFY(answered.first().at(1).toString().startsWith("The server could not be asked"_L1));
+}
+
+void tst_PageCommands::pageMayAskForPrinting()
+{
+    openLongPage();
+    page().runJavaScript(u"window.print()"_s);
+    auto *dialog = waitFor<QPrintDialog>();
+    QVERIFY(dialog);
+    dialog->reject();
+}
+
+void tst_PageCommands::cancelledPrintingWritesNothing()
+{
+    openLongPage();
+    m_session->choose("mnuFilePrint");
+    auto *dialog = waitFor<QPrintDialog>();
+    QVERIFY(dialog);
+    dialog->findChild<QLineEdit *>(u"filename"_s)->setText(path(u"out.pdf"_s));
+    dialog->accept();
+    auto *progress = m_session->frame->findChild<QProgressDialog *>(u"dlgPrinting"_s);
+    QVERIFY(progress);
+    progress->cancel();
+    QObject receiver;
+    bool laterJobIsDone = false;
+    PageJobs::toPdf(&page(), PageSetup::layout(), {}, &receiver,
+                    [&](const QByteArray &) { laterJobIsDone = true; });
+    QTRY_VERIFY(laterJobIsDone);
+    QVERIFY(!QFileInfo::exists(path(u"out.pdf"_s)));
 }
 
 void tst_PageCommands::deadPageRefuses()
