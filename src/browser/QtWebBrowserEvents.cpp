@@ -70,6 +70,7 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
             return false;
         }
     }
+    m_opensEmpty = false;
     m_replacing.clear();
     m_pending = url;
     m_stage = Stage::Asked;
@@ -123,6 +124,9 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
     if (m_refusals > 0 && m_stage != Stage::Asked)
         return;
     if (m_stage != Stage::Asked) {
+        // The empty document that a window begins with is no navigation.
+        if (std::exchange(m_opensEmpty, false))
+            return;
         // Addresses such as about:blank, for which the engine asks nothing.
         if (!raiseBeforeNavigate(url)) {
             Stop();

@@ -17,6 +17,15 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+/// A window that its opener's script fills, or sends somewhere later.
+bool opensEmpty(const QUrl &url)
+{
+    return url.isEmpty() || url == QUrl(u"about:blank#blocked"_s)
+        || url.scheme() == "javascript"_L1;
+}
+}
+
 void QtWebBrowser::usePage(WebPage *page)
 {
     m_page = page;
@@ -60,6 +69,10 @@ void QtWebBrowser::connectPage()
             m_events->StatusTextChange(url.isEmpty() ? m_status : url);
     });
     connect(m_page, &QWebEnginePage::newWindowRequested, this, &QtWebBrowser::onNewWindowRequested);
+    connect(m_page, &WebPage::linkWindowRequested, this, [this](const QUrl &url) {
+        if (m_events)
+            m_events->OpenLinkInNewWindow(QString::fromLatin1(url.toEncoded()));
+    });
     connect(m_page, &QWebEnginePage::geometryChangeRequested, this,
             &QtWebBrowser::onGeometryRequested);
     connect(m_page, &QWebEnginePage::windowCloseRequested, this, &QtWebBrowser::onCloseRequested);
@@ -82,6 +95,8 @@ void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
         return;
     WebBrowser *target = nullptr;
     bool cancel = false;
+    m_request = {QString::fromLatin1(request.requestedUrl().toEncoded()),
+                 request.isUserInitiated()};
     m_events->NewWindow2(target, cancel);
     auto *control = qobject_cast<QtWebBrowser *>(target);
     if (control && !cancel)
@@ -91,6 +106,7 @@ void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
 void QtWebBrowser::adopt(QWebEngineNewWindowRequest &request)
 {
     m_adopted = true;
+    m_opensEmpty = opensEmpty(request.requestedUrl());
     usePage(makeFreshPage());
     m_requested = request.requestedGeometry();
     if (m_requested.width() <= 0 || m_requested.height() <= 0)

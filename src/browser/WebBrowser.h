@@ -35,6 +35,14 @@ inline constexpr int NoHistory = 2;
 inline constexpr int NoWriteToCache = 8;
 }
 
+/// A page's request for a window.
+struct WindowRequest
+{
+    QString url;
+    /// The user clicked or pressed a key for it, once for one window.
+    bool userInitiated = false;
+};
+
 class WebBrowser;
 
 /// What happens to a page, told to the window that shows it. Arguments by reference are answers
@@ -51,6 +59,8 @@ public:
     virtual void BeforeNavigate2(const QString &url, int &flags, bool &cancel) = 0;
     /// A page asks for a window: `target` is the engine control that is to show it.
     virtual void NewWindow2(WebBrowser *&target, bool &cancel) = 0;
+    /// The user chose the page's own menu item that opens a link in a new window.
+    virtual void OpenLinkInNewWindow(const QString &) { }
     /// The page at `url` is shown from now on (its first bytes have arrived).
     virtual void NavigateComplete2(const QString &url) = 0;
     /// The page's address changed without a navigation (a fragment, a history state).
@@ -109,6 +119,8 @@ public:
     /// empty when the page goes away meanwhile.
     virtual void OuterHTML(const std::function<void(const QString &)> &done) = 0;
     virtual bool Busy() const = 0;
+    /// The request that `NewWindow2` is being raised for.
+    virtual WindowRequest CurrentRequest() const { return {}; }
 
     /// True: script errors are not shown.
     virtual bool Silent() const = 0;

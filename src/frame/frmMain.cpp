@@ -25,6 +25,7 @@
 #include "MdiArea.h"
 #include "NavigationCommands.h"
 #include "PopupCommands.h"
+#include "PopupURLs.h"
 #include "ProfileDrag.h"
 #include "ProgramIcon.h"
 #include "ProgramInfo.h"
@@ -148,6 +149,7 @@ void frmMain::load()
     if (Settings::isOne(Settings::ShowSplash))
         showSplash(this);
     letPendingEventsRun();
+    LoadPopupURLs();
     openFirstWindow();
 }
 
