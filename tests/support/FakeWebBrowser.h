@@ -69,6 +69,7 @@ public:
     void ClearDocument() override { ++cleared; }
     void OuterHTML(const std::function<void(const QString &)> &done) override { done(markup); }
     bool Busy() const override { return busy; }
+    WindowRequest CurrentRequest() const override { return request; }
     bool Silent() const override { return silent; }
     void setSilent(bool value) override { silent = value; }
     void setRegisterAsBrowser(bool on) override { registered = on; }
@@ -83,6 +84,7 @@ public:
     QString location;
     QString markup;
     QVariant result;
+    WindowRequest request;
     int backs = 0;
     int forwards = 0;
     int refreshes = 0;

@@ -41,6 +41,8 @@ public:
     {
         server.page("/opener", "<title>opener</title><body>" + html);
         frmBrowser *form = frame.open(server.url(QStringLiteral("/opener")), maximized);
+        if (!maximized)
+            form->resize(600, 400);
         waitUntilLoaded(form);
         return form;
     }

@@ -12,24 +12,45 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+/// The fields of a process's state after its name; empty when it is gone.
+QList<QByteArray> stateOf(const QString &process)
+{
+    QFile file("/proc/"_L1 + process + "/stat"_L1);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray line = file.readAll();
+    return line.mid(line.lastIndexOf(')') + 2).split(' ');
+}
+
+bool isOurs(QString process)
+{
+    const QString own = QString::number(QCoreApplication::applicationPid());
+    while (process.toInt() > 1) {
+        if (process == own)
+            return true;
+        process = QString::fromLatin1(stateOf(process).value(1));
+    }
+    return false;
+}
+
+/// Those that start pages' processes among them: their command line is the same.
+bool isForPages(const QByteArray &commandLine)
+{
+    return commandLine.contains("--type=renderer") || commandLine.contains("--type=zygote");
+}
+
 /// The engine's processes for pages that this program has running.
 int renderers()
 {
     int count = 0;
-    const QByteArray own = QByteArray::number(QCoreApplication::applicationPid());
     const QStringList processes = QDir(u"/proc"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &process : processes) {
-        QFile commandLine("/proc/"_L1 + process + "/cmdline"_L1);
-        QFile status("/proc/"_L1 + process + "/stat"_L1);
-        if (!commandLine.open(QIODevice::ReadOnly) || !status.open(QIODevice::ReadOnly))
-            continue;
-        const bool dead = status.readAll().contains(") Z ");
-        const QByteArray line = commandLine.readAll();
-        if (!dead && line.contains("--type=renderer")
-            && line.contains("--application-name=OrvaneTest"))
+        QFile file("/proc/"_L1 + process + "/cmdline"_L1);
+        if (file.open(QIODevice::ReadOnly) && isForPages(file.readAll())
+            && isOurs(process))
             ++count;
     }
-    return own.isEmpty() ? 0 : count;
+    return count;
 }
 }
 
