@@ -13,8 +13,8 @@ class QWidget;
 class PopupBudget : public std::enable_shared_from_this<PopupBudget> {
 public:
     static constexpr int unaskedWindows = 50;
-    /// How many addresses wait at most; further ones are dropped.
-    static constexpr int waitingWindows = 1000;
+    /// How many addresses wait at most; further ones are refused.
+    static constexpr int waitingWindows = 50;
 
     /// Opens a window that has waited.
     using Open = std::function<void(const QString &url)>;
@@ -22,6 +22,11 @@ public:
     /// Whether a window may open now. False: it is refused, or waits for the answer; then `open`
     /// is called later, for one address in each turn of the event loop, while `owner` lives.
     bool mayOpen(const QString &url, QWidget *owner, const Open &open);
+    /// No further window opens or waits.
+    bool isClosed() const
+    {
+        return m_answer == Answer::No || m_waiting.size() >= waitingWindows;
+    }
     /// A window that was counted has closed itself before it showed anything.
     void giveBack();
 

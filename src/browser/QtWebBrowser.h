@@ -44,6 +44,7 @@ public:
     void OuterHTML(const std::function<void(const QString &)> &done) override;
     bool Busy() const override { return m_busy; }
     WindowRequest CurrentRequest() const override { return m_request; }
+    void setRefusesUnaskedWindows(bool refuses) override;
     bool Silent() const override { return m_silent; }
     void setSilent(bool silent) override { m_silent = silent; }
     void setRegisterAsBrowser(bool) override { }

@@ -14,6 +14,7 @@
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineNewWindowRequest>
+#include <QWebEngineSettings>
 
 using namespace Qt::StringLiterals;
 
@@ -101,6 +102,17 @@ void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
     auto *control = qobject_cast<QtWebBrowser *>(target);
     if (control && !cancel)
         control->adopt(request);
+}
+
+void QtWebBrowser::setRefusesUnaskedWindows(bool refuses)
+{
+    if (!m_page)
+        return;
+    constexpr auto attribute = QWebEngineSettings::JavascriptCanOpenWindows;
+    if (refuses)
+        m_page->settings()->setAttribute(attribute, false);
+    else
+        m_page->settings()->resetAttribute(attribute);
 }
 
 void QtWebBrowser::adopt(QWebEngineNewWindowRequest &request)

@@ -119,6 +119,9 @@ public:
     /// empty when the page goes away meanwhile.
     virtual void OuterHTML(const std::function<void(const QString &)> &done) = 0;
     virtual bool Busy() const = 0;
+    /// True: the page's scripts get null at once for windows that the user did nothing for, and
+    /// `NewWindow2` is not raised for them.
+    virtual void setRefusesUnaskedWindows(bool) { }
     /// The request that `NewWindow2` is being raised for.
     virtual WindowRequest CurrentRequest() const { return {}; }
 

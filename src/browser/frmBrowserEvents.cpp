@@ -81,6 +81,7 @@ void frmBrowser::NewWindow2(WebBrowser *&target, bool &cancel)
     if (!request.userInitiated
         && !m_budget->mayOpen(request.url, this,
                               [this](const QString &url) { openWaitingPopup(url); })) {
+        m_browser->setRefusesUnaskedWindows(m_budget->isClosed());
         cancel = true;
         return;
     }

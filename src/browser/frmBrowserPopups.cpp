@@ -31,6 +31,7 @@ frmBrowser *frmBrowser::showPopup(bool unasked)
 /// A window that had to wait for the user's answer; its opener holds no reference to it.
 void frmBrowser::openWaitingPopup(const QString &url)
 {
+    m_browser->setRefusesUnaskedWindows(false);
     if (!m_unloaded && !menuChecked("mnuToolsKillPopUps"))
         showPopup(true)->brwWebBrowser()->Navigate(url);
 }
@@ -64,6 +65,7 @@ void frmBrowser::renewBudget()
         return;
     m_budgetHost = host;
     m_budget = std::make_shared<PopupBudget>();
+    m_browser->setRefusesUnaskedWindows(false);
 }
 
 void frmBrowser::OpenLinkInNewWindow(const QString &url)
