@@ -45,6 +45,8 @@ public:
     void ClearDocument() override { }
     void OuterHTML(const std::function<void(const QString &)> &done) override;
     bool Busy() const override { return m_busy; }
+    WindowRequest CurrentRequest() const override { return m_request; }
+    void setRefusesUnaskedWindows(bool refuses) override;
     bool Silent() const override { return m_silent; }
     void setSilent(bool silent) override { m_silent = silent; }
     void setRegisterAsBrowser(bool) override { }
@@ -106,6 +108,7 @@ private:
     QList<QUrl> m_linksToForget;
     /// What the opening page asked for, pixels; null when nothing or when it is done.
     QRect m_requested;
+    WindowRequest m_request;
     Stage m_stage = Stage::None;
     int m_flags = 0;
     /// Loads whose start and end the engine tells although they were refused.
@@ -113,6 +116,8 @@ private:
     /// The navigation under way takes the place of the current history entry.
     bool m_replacesEntry = false;
     bool m_adopted = false;
+    /// The page was opened without an address, and the engine has not told of its empty document.
+    bool m_opensEmpty = false;
     bool m_busy = false;
     bool m_hasDocument = false;
     bool m_completed = false;

@@ -36,6 +36,14 @@ inline constexpr int NoHistory = 2;
 inline constexpr int NoWriteToCache = 8;
 }
 
+/// A page's request for a window.
+struct WindowRequest
+{
+    QString url;
+    /// The user clicked or pressed a key for it, once for one window.
+    bool userInitiated = false;
+};
+
 class WebBrowser;
 
 /// A page of a window's history, as seen from the current one.
@@ -60,6 +68,8 @@ public:
     virtual void BeforeNavigate2(const QString &url, int &flags, bool &cancel) = 0;
     /// A page asks for a window: `target` is the engine control that is to show it.
     virtual void NewWindow2(WebBrowser *&target, bool &cancel) = 0;
+    /// The user chose the page's own menu item that opens a link in a new window.
+    virtual void OpenLinkInNewWindow(const QString &) { }
     /// The page at `url` is shown from now on (its first bytes have arrived).
     virtual void NavigateComplete2(const QString &url) = 0;
     /// The page's address changed without a navigation (a fragment, a history state).
@@ -122,6 +132,11 @@ public:
     /// empty when the page goes away meanwhile.
     virtual void OuterHTML(const std::function<void(const QString &)> &done) = 0;
     virtual bool Busy() const = 0;
+    /// True: the page's scripts get null at once for windows that the user did nothing for, and
+    /// `NewWindow2` is not raised for them.
+    virtual void setRefusesUnaskedWindows(bool) { }
+    /// The request that `NewWindow2` is being raised for.
+    virtual WindowRequest CurrentRequest() const { return {}; }
 
     /// True: script errors are not shown.
     virtual bool Silent() const = 0;

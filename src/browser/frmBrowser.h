@@ -4,8 +4,11 @@
 
 #include <QList>
 #include <QMdiSubWindow>
+#include <QPointer>
+#include <memory>
 
 class Frame;
+class PopupBudget;
 class QWidget;
 class StatusStrip;
 
@@ -62,6 +65,7 @@ private:
     void IconChange(const QIcon &icon) override;
     void BeforeNavigate2(const QString &url, int &flags, bool &cancel) override;
     void NewWindow2(WebBrowser *&target, bool &cancel) override;
+    void OpenLinkInNewWindow(const QString &url) override;
     void NavigateComplete2(const QString &url) override;
     void LocationChange(const QString &url) override;
     void DocumentComplete(const QString &url) override;
@@ -77,6 +81,10 @@ private:
     void placeControl();
     void fitToControl();
     void placeStatusBar();
+    frmBrowser *showPopup(bool unasked);
+    void openWaitingPopup(const QString &url);
+    bool closedAsBlocked(const QString &url, bool &cancel);
+    void renewBudget();
     bool isActiveChild() const;
     bool menuChecked(const char *menuName) const;
 
@@ -84,7 +92,15 @@ private:
     QWidget *m_client = nullptr;
     WebBrowser *m_browser = nullptr;
     StatusStrip *m_status = nullptr;
+    /// Shared with the windows that pages of this one open by themselves.
+    std::shared_ptr<PopupBudget> m_budget;
+    /// The site whose pages the budget is for.
+    QString m_budgetHost;
+    /// The active window and the focus before this one, a popup, was shown.
+    QPointer<QMdiSubWindow> m_windowBefore;
+    QPointer<QWidget> m_focusBefore;
     int m_hWnd = 0;
+    bool m_openedUnasked = false;
     bool m_loaded = false;
     bool m_unloaded = false;
     bool m_closeQuestionOpen = false;

@@ -25,6 +25,7 @@
 #include "MdiArea.h"
 #include "NavigationCommands.h"
 #include "PopupCommands.h"
+#include "PopupURLs.h"
 #include "ProfileDrag.h"
 #include "ProgramIcon.h"
 #include "ProgramInfo.h"
@@ -153,6 +154,7 @@ void frmMain::load()
     if (Settings::isOne(Settings::ShowSplash))
         showSplash(this);
     letPendingEventsRun();
+    LoadPopupURLs();
     openFirstWindow();
 }
 

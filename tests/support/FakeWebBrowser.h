@@ -71,6 +71,7 @@ public:
     void ClearDocument() override { ++cleared; }
     void OuterHTML(const std::function<void(const QString &)> &done) override { done(markup); }
     bool Busy() const override { return busy; }
+    WindowRequest CurrentRequest() const override { return request; }
     bool Silent() const override { return silent; }
     void setSilent(bool value) override { silent = value; }
     void setRegisterAsBrowser(bool on) override { registered = on; }
@@ -85,6 +86,7 @@ public:
     QString location;
     QString markup;
     QVariant result;
+    WindowRequest request;
     int backs = 0;
     int forwards = 0;
     int refreshes = 0;
