@@ -3,6 +3,7 @@
 #include "EngineProfile.h"
 #include "ErrorPage.h"
 #include "Language.h"
+#include "Log.h"
 #include "PageIndicators.h"
 #include "QtWebBrowser.h"
 #include "WebPage.h"
@@ -112,6 +113,7 @@ void QtWebBrowser::forgetLinks()
 
 void QtWebBrowser::onLoadingChanged(const QWebEngineLoadingInfo &info)
 {
+    qCDebug(lcEngine) << info.status() << info.url() << info.isErrorPage() << info.errorCode();
     if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
         onLoadStarted(info.url());
     else

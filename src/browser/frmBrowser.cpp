@@ -77,9 +77,18 @@ void frmBrowser::setVisible(bool visible)
 {
     if (visible && !m_loaded && !m_unloaded) {
         m_loaded = true;
+        takeDefaultSize();
         Form_Load();
     }
     QMdiSubWindow::setVisible(visible);
+}
+
+/// Three quarters of the frame's room, as new inner windows are; the page gives no size of its own.
+void frmBrowser::takeDefaultSize()
+{
+    const QMdiArea *area = mdiArea();
+    if (area && !testAttribute(Qt::WA_Resized))
+        resize(area->viewport()->size() * 3 / 4);
 }
 
 void frmBrowser::Form_Load()

@@ -69,6 +69,7 @@ private:
     void PrivacyImpactedStateChange(bool impacted) override;
     void GotFocus() override;
 
+    void takeDefaultSize();
     void Form_Load();
     void Form_Unload();
     bool Form_KeyDown(int keyCode, Qt::KeyboardModifiers shift);

@@ -1,4 +1,4 @@
-// Fills the empty page that the engine leaves at an address it could not open.
+// Replaces what the engine shows at an address it could not open.
 (() => {
     'use strict';
     const text = %TEXTS%;
@@ -10,6 +10,7 @@
     };
     const root = document.documentElement;
     root.replaceChildren();
+    root.style.visibility = '';
     const head = make('head', '', root);
     make('title', text.title, head);
     make('style', `

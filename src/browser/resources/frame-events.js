@@ -6,6 +6,9 @@
         console.debug('%MARK%' + JSON.stringify([what, window === window.top, value]));
 
     tell('start', location.href);
+    // The engine's own error page is replaced by ours, and not seen meanwhile.
+    if (location.protocol === 'chrome-error:')
+        document.documentElement.style.visibility = 'hidden';
     addEventListener('load', () => tell('load', location.href));
 
     const textTypes = ['text', 'search', 'url', 'tel', 'email', 'password', 'number', 'date',

@@ -1,0 +1,379 @@
+// Navigation of the engine control, against a real server.
+#include "EngineProfile.h"
+#include "EngineTest.h"
+#include "QtWebBrowser.h"
+#include "RecordedEvents.h"
+#include "TestServer.h"
+#include "WebPage.h"
+
+#include <QSignalSpy>
+#include <QTemporaryFile>
+#include <QWebEngineHistory>
+
+using namespace Qt::StringLiterals;
+
+class tst_navigation : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void sparePageHasNoHistory();
+    void eventsComeInOrder();
+    void aboutBlankHasItsEvents();
+    void redirectIsOneNavigation();
+    void reloadHasItsEvents();
+    void framesCompleteBeforeThePage();
+    void fragmentChangesTheAddressOnly();
+    void historyStateChangesTheAddressOnly();
+    void locationIsByteExact();
+    void backAndForward();
+    void busyUntilLoaded();
+    void stopEndsALoad();
+    void refusedNavigationLeavesThePage();
+    void noContentLeavesThePage();
+    void notFoundShowsTheServersPage();
+    void refreshCompletelyBypassesTheCache();
+    void scriptAddressDoesNotRun();
+    void emptyAddressesAskAndDoNothing_data();
+    void emptyAddressesAskAndDoNothing();
+    void markup();
+    void statusTexts();
+
+private:
+    QString script(const QString &code);
+    bool arrived(const QString &url) { return m_events->count("complete "_L1 + url) > 0; }
+
+    std::unique_ptr<TestServer> m_server;
+    std::unique_ptr<QWidget> m_window;
+    std::unique_ptr<RecordedEvents> m_events;
+    QtWebBrowser *m_browser = nullptr;
+};
+
+void tst_navigation::init()
+{
+    m_server = std::make_unique<TestServer>();
+    QVERIFY(m_server->isListening());
+    m_server->page("/a", "<title>Page A</title><a id=b href=/b>to b</a>");
+    m_server->page("/b", "<title>Page B</title>b");
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(600, 400);
+    m_events = std::make_unique<RecordedEvents>();
+    m_browser = new QtWebBrowser(m_window.get());
+    m_browser->setEvents(m_events.get());
+    m_browser->widget()->setGeometry(m_window->rect());
+    m_window->show();
+}
+
+void tst_navigation::cleanup()
+{
+    m_window.reset();
+    m_events.reset();
+    m_server.reset();
+}
+
+QString tst_navigation::script(const QString &code)
+{
+    QString result;
+    bool answered = false;
+    m_browser->page()->runJavaScript(code, [&](const QVariant &value) {
+        result = value.toString();
+        answered = true;
+    });
+    [&] { QTRY_VERIFY(answered); }();
+    return result;
+}
+
+void tst_navigation::sparePageHasNoHistory()
+{
+    warmUpEngine();
+    std::unique_ptr<WebPage> page(takePage());
+    bool answered = false;
+    page->runJavaScript(u"1"_s, [&answered](const QVariant &) { answered = true; });
+    QTRY_VERIFY(answered);
+    QCOMPARE(page->history()->count(), 0);
+    QVERIFY(page->renderProcessPid() > 0);
+    QVERIFY(page->url().isEmpty());
+}
+
+void tst_navigation::eventsComeInOrder()
+{
+    warmUpEngine();
+    const QString url = m_server->url(u"/a"_s);
+    QVERIFY(!m_browser->HasDocument());
+    QCOMPARE(m_browser->LocationURL(), QString());
+    m_browser->Navigate(url);
+    QTRY_VERIFY(arrived(url));
+    QTRY_VERIFY(!m_browser->Busy());
+    const QStringList expected {"before "_L1 + url, "navigated "_L1 + url, "complete "_L1 + url};
+    QCOMPARE(m_events->navigation(), expected);
+    QTRY_COMPARE(m_events->titles.last(), u"Page A"_s);
+    QVERIFY(m_browser->HasDocument());
+    QCOMPARE(m_browser->LocationURL(), url);
+    QCOMPARE(m_browser->page()->history()->count(), 1);
+}
+
+void tst_navigation::aboutBlankHasItsEvents()
+{
+    m_browser->Navigate(u"About:Blank"_s);
+    QTRY_VERIFY2(arrived(u"about:blank"_s), qPrintable(m_events->lines.join(u'|')));
+    const QStringList expected {u"before about:blank"_s, u"navigated about:blank"_s,
+                                u"complete about:blank"_s};
+    QCOMPARE(m_events->navigation(), expected);
+    QCOMPARE(m_browser->LocationURL(), u"about:blank"_s);
+    QTRY_VERIFY(!m_browser->Busy());
+    m_events->lines.clear();
+    m_browser->Navigate(m_server->url(u"/a"_s));
+    QTRY_VERIFY(arrived(m_server->url(u"/a"_s)));
+    m_events->lines.clear();
+    m_browser->Navigate(u"about:blank"_s);
+    QTRY_VERIFY2(arrived(u"about:blank"_s), qPrintable(m_events->lines.join(u'|')));
+    QCOMPARE(m_events->navigation(), expected);
+}
+
+void tst_navigation::redirectIsOneNavigation()
+{
+    m_server->redirect("/first", "/second");
+    m_server->redirect("/second", "/b");
+    m_browser->Navigate(m_server->url(u"/first"_s));
+    const QString end = m_server->url(u"/b"_s);
+    QTRY_VERIFY(arrived(end));
+    const QStringList expected {"before "_L1 + m_server->url(u"/first"_s), "navigated "_L1 + end,
+                                "complete "_L1 + end};
+    QCOMPARE(m_events->navigation(), expected);
+}
+
+void tst_navigation::reloadHasItsEvents()
+{
+    const QString url = m_server->url(u"/a"_s);
+    m_browser->Navigate(url);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(url));
+    m_events->lines.clear();
+    m_browser->Refresh();
+    QTRY_VERIFY(arrived(url));
+    const QStringList expected {"before "_L1 + url, "navigated "_L1 + url, "complete "_L1 + url};
+    QCOMPARE(m_events->navigation(), expected);
+}
+
+void tst_navigation::framesCompleteBeforeThePage()
+{
+    m_server->page("/framed", "<title>F</title><iframe src=/a></iframe><iframe src=/b></iframe>");
+    const QString url = m_server->url(u"/framed"_s);
+    m_browser->Navigate(url);
+    QTRY_VERIFY(arrived(url));
+    QCOMPARE(m_events->navigation().last(), "complete "_L1 + url);
+    QVERIFY(arrived(m_server->url(u"/a"_s)));
+    QVERIFY(arrived(m_server->url(u"/b"_s)));
+    QCOMPARE(m_events->count("before "_L1 + m_server->url(u"/a"_s)), 1);
+    QCOMPARE(m_events->count("navigated "_L1 + m_server->url(u"/a"_s)), 0);
+    QCOMPARE(m_events->count("navigated "_L1 + url), 1);
+}
+
+void tst_navigation::fragmentChangesTheAddressOnly()
+{
+    const QString url = m_server->url(u"/a"_s);
+    m_browser->Navigate(url);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(url));
+    m_events->lines.clear();
+    m_browser->Navigate(url + "#part"_L1);
+    QTRY_COMPARE(m_browser->LocationURL(), url + "#part"_L1);
+    QCOMPARE(m_events->count("location "_L1 + url + "#part"_L1), 1);
+    QCOMPARE(m_events->count("navigated "_L1 + url + "#part"_L1), 0);
+    QVERIFY(!m_browser->Busy());
+}
+
+void tst_navigation::historyStateChangesTheAddressOnly()
+{
+    const QString url = m_server->url(u"/a"_s);
+    m_browser->Navigate(url);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(url));
+    m_events->lines.clear();
+    script(u"history.pushState(null, '', '/pushed')"_s);
+    const QString pushed = m_server->url(u"/pushed"_s);
+    QTRY_COMPARE(m_browser->LocationURL(), pushed);
+    QCOMPARE(m_events->navigation(), QStringList {"location "_L1 + pushed});
+}
+
+void tst_navigation::locationIsByteExact()
+{
+    m_server->page("/x%20y", "<title>E</title>");
+    m_server->page("/go", "<title>G</title><script>location='/x%20y?q=%C3%A4+%2b%41%7e'</script>");
+    m_browser->Navigate(m_server->url(u"/go"_s));
+    QTRY_COMPARE(m_browser->LocationURL(), m_server->url(u"/x%20y?q=%C3%A4+%2b%41%7e"_s));
+}
+
+void tst_navigation::backAndForward()
+{
+    QVERIFY(!m_browser->GoBack());
+    const QString a = m_server->url(u"/a"_s);
+    const QString b = m_server->url(u"/b"_s);
+    m_browser->Navigate(a);
+    QTRY_VERIFY(arrived(a));
+    QVERIFY(!m_browser->GoBack());
+    QVERIFY(!m_browser->GoForward());
+    script(u"document.getElementById('b').click()"_s);
+    QTRY_VERIFY(arrived(b));
+    m_events->lines.clear();
+    QVERIFY(m_browser->GoBack());
+    QTRY_VERIFY(arrived(a));
+    QCOMPARE(m_browser->LocationURL(), a);
+    QCOMPARE(m_events->lines.first(), "before "_L1 + a);
+    QVERIFY(m_browser->GoForward());
+    QTRY_VERIFY(arrived(b));
+    QCOMPARE(m_browser->LocationURL(), b);
+}
+
+void tst_navigation::busyUntilLoaded()
+{
+    TestServer::Reply silent;
+    silent.silent = true;
+    m_server->reply("/never.png", silent);
+    m_server->page("/slow", "<title>Slow</title><img src=/never.png>");
+    m_browser->Navigate(m_server->url(u"/slow"_s));
+    QTRY_COMPARE(m_events->titles.value(m_events->titles.size() - 1), u"Slow"_s);
+    QVERIFY(m_browser->Busy());
+    QVERIFY(m_browser->HasDocument());
+    m_browser->Stop();
+    QTRY_VERIFY(!m_browser->Busy());
+}
+
+void tst_navigation::stopEndsALoad()
+{
+    const QString a = m_server->url(u"/a"_s);
+    m_browser->Navigate(a);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    TestServer::Reply silent;
+    silent.silent = true;
+    m_server->reply("/never", silent);
+    m_browser->Navigate(m_server->url(u"/never"_s));
+    QTRY_VERIFY(m_browser->Busy() && m_server->count("/never") == 1);
+    m_browser->Stop();
+    QTRY_VERIFY(!m_browser->Busy());
+    QCOMPARE(m_browser->LocationURL(), a);
+    QVERIFY(!arrived(m_server->url(u"/never"_s)));
+}
+
+void tst_navigation::refusedNavigationLeavesThePage()
+{
+    const QString a = m_server->url(u"/a"_s);
+    const QString b = m_server->url(u"/b"_s);
+    m_browser->Navigate(a);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    m_events->refuse = true;
+    m_browser->Navigate(b);
+    QTRY_COMPARE(m_events->count("before "_L1 + b), 1);
+    m_events->refuse = false;
+    m_events->lines.clear();
+    m_browser->Refresh();
+    QTRY_VERIFY(arrived(a));
+    QTRY_VERIFY(!m_browser->Busy());
+    QCOMPARE(m_browser->LocationURL(), a);
+    QCOMPARE(m_server->count("/b"), 0);
+    const QStringList expected {"before "_L1 + a, "navigated "_L1 + a, "complete "_L1 + a};
+    QCOMPARE(m_events->navigation(), expected);
+}
+
+void tst_navigation::noContentLeavesThePage()
+{
+    TestServer::Reply nothing;
+    nothing.status = 204;
+    m_server->reply("/nothing", nothing);
+    const QString a = m_server->url(u"/a"_s);
+    m_browser->Navigate(a);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    m_browser->Navigate(m_server->url(u"/nothing"_s));
+    QTRY_VERIFY(m_server->count("/nothing") == 1);
+    QTRY_VERIFY(!m_browser->Busy());
+    QCOMPARE(m_browser->LocationURL(), a);
+}
+
+void tst_navigation::notFoundShowsTheServersPage()
+{
+    const QString url = m_server->url(u"/missing"_s);
+    m_browser->Navigate(url);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(url));
+    QTRY_COMPARE(m_events->titles.last(), u"Not here"_s);
+    QCOMPARE(script(u"document.getElementById('missing').textContent"_s), u"Not here"_s);
+}
+
+void tst_navigation::refreshCompletelyBypassesTheCache()
+{
+    TestServer::Reply image;
+    image.type = "text/css";
+    image.body = "body { color: red }";
+    image.headers = {{"Cache-Control", "max-age=3600"}};
+    m_server->reply("/style.css", image);
+    m_server->page("/styled", "<title>S</title><link rel=stylesheet href=/style.css>");
+    const QString url = m_server->url(u"/styled"_s);
+    m_browser->Navigate(url);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(url));
+    QCOMPARE(m_server->count("/style.css"), 1);
+    m_browser->Refresh();
+    QTRY_COMPARE(m_server->count("/styled"), 2);
+    QTRY_COMPARE(m_events->count("complete "_L1 + url), 2);
+    QTRY_VERIFY(!m_browser->Busy());
+    QCOMPARE(m_server->count("/style.css"), 1);
+    m_browser->Refresh2(3);
+    QTRY_COMPARE(m_events->count("complete "_L1 + url), 3);
+    QCOMPARE(m_server->count("/style.css"), 2);
+}
+
+void tst_navigation::scriptAddressDoesNotRun()
+{
+    const QString a = m_server->url(u"/a"_s);
+    m_browser->Navigate(a);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    m_browser->Navigate(u"javascript:document.title='ran'"_s);
+    m_browser->Navigate(u"  JavaScript:document.title='ran'"_s);
+    QCOMPARE(script(u"document.title"_s), u"Page A"_s);
+    QCOMPARE(m_browser->LocationURL(), a);
+}
+
+void tst_navigation::emptyAddressesAskAndDoNothing_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("blanks") << u"   "_s;
+    QTest::newRow("no host") << u"http:///"_s;
+}
+
+void tst_navigation::emptyAddressesAskAndDoNothing()
+{
+    QFETCH(QString, address);
+    m_browser->Navigate(address);
+    QCOMPARE(m_events->lines.size(), 1);
+    QVERIFY(m_events->lines.first().startsWith("before "_L1));
+    QVERIFY(!m_browser->HasDocument());
+    const QString a = m_server->url(u"/a"_s);
+    m_browser->Navigate(a);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    m_browser->Navigate(address);
+    QCOMPARE(script(u"document.title"_s), u"Page A"_s);
+    QCOMPARE(m_browser->LocationURL(), a);
+}
+
+void tst_navigation::markup()
+{
+    QString seen = u"nothing yet"_s;
+    m_browser->OuterHTML([&seen](const QString &html) { seen = html; });
+    QCOMPARE(seen, QString());
+    m_browser->Navigate(m_server->url(u"/b"_s));
+    QTRY_VERIFY(arrived(m_server->url(u"/b"_s)));
+    script(u"document.body.innerHTML = '<p>changed by script</p>'"_s);
+    m_browser->OuterHTML([&seen](const QString &html) { seen = html; });
+    QTRY_COMPARE(
+        seen, u"<html><head><title>Page B</title></head><body><p>changed by script</p></body></html>"_s);
+}
+
+void tst_navigation::statusTexts()
+{
+    const QString a = m_server->url(u"/a"_s);
+    m_browser->Navigate(a);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    QCOMPARE(m_events->statuses.first(), "Opening page "_L1 + a + "..."_L1);
+    QCOMPARE(m_events->statuses.last(), u"Done"_s);
+}
+
+ORVANE_ENGINE_TEST_MAIN(tst_navigation)
+#include "tst_navigation.moc"
