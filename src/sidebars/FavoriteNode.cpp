@@ -21,7 +21,7 @@ QVariant FavoriteNode::data(int column, int role) const
     case Qt::DecorationRole:
         return picture();
     case Qt::ToolTipRole:
-        return toolTip();
+        return toolTipText();
     case Qt::AccessibleDescriptionRole:
         return m_tag;
     default:
@@ -29,7 +29,7 @@ QVariant FavoriteNode::data(int column, int role) const
     }
 }
 
-QString FavoriteNode::toolTip() const
+QString FavoriteNode::toolTipText() const
 {
     return m_tag.isEmpty() ? QString() : wrappedToolTip(m_tag);
 }

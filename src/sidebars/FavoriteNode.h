@@ -20,7 +20,7 @@ public:
     QVariant data(int column, int role) const override;
 
 private:
-    QString toolTip() const;
+    QString toolTipText() const;
     QIcon picture() const;
 
     Kind m_kind;
