@@ -28,6 +28,12 @@ FavoritesTree::FavoritesTree(QWidget *parent)
             [this](QTreeWidgetItem *item) { emit nodeClicked(asNode(item), QCursor::pos()); });
 }
 
+void FavoritesTree::mousePressEvent(QMouseEvent *event)
+{
+    m_ignoreRelease = false;
+    QTreeWidget::mousePressEvent(event);
+}
+
 void FavoritesTree::mouseDoubleClickEvent(QMouseEvent *event)
 {
     m_ignoreRelease = true;
@@ -45,7 +51,7 @@ void FavoritesTree::mouseReleaseEvent(QMouseEvent *event)
 void FavoritesTree::keyPressEvent(QKeyEvent *event)
 {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && event->modifiers().testFlag(Qt::AltModifier) == false) {
+    if (enter && !event->modifiers().testFlag(Qt::AltModifier)) {
         event->accept();
         if (!event->isAutoRepeat())
             chooseCurrent();

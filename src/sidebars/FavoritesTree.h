@@ -18,6 +18,7 @@ signals:
     void nodeClicked(FavoriteNode *node, const QPoint &at);
 
 protected:
+    void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

@@ -96,10 +96,11 @@ frmAddFavorite *tst_AddFavorite::open(const QString &url, const QString &title)
 void tst_AddFavorite::rename(const QString &name) const
 {
     auto *tree = control<FolderTree>(u"tvFolders"_s);
-    auto *editor = tree->findChild<QLineEdit *>();
+    QPointer<QLineEdit> editor = tree->findChild<QLineEdit *>();
     QVERIFY(editor);
     editor->setText(name);
     QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_VERIFY(!editor);
 }
 
 void tst_AddFavorite::names_data()

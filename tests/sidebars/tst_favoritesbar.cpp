@@ -368,7 +368,12 @@ void tst_FavoritesBar::doubleClickIsOneClick()
     QVERIFY(m_home->writeLink(u"f/a.url"_s, "http://a/"));
     fill();
     FavoriteNode *folder = node(u"f"_s);
-    QTest::mouseDClick(tree()->viewport(), Qt::LeftButton, {}, centre(folder));
+    click(folder);
+    QMouseEvent second(QEvent::MouseButtonDblClick, centre(folder),
+                       tree()->viewport()->mapToGlobal(centre(folder)), Qt::LeftButton,
+                       Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(tree()->viewport(), &second);
+    QTest::mouseRelease(tree()->viewport(), Qt::LeftButton, {}, centre(folder));
     QVERIFY(folder->isExpanded());
     click(folder);
     QVERIFY(!folder->isExpanded());
