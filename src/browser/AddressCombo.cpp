@@ -4,10 +4,24 @@
 
 #include <QKeyEvent>
 #include <QListView>
+#include <QScopedValueRollback>
+#include <QStyledItemDelegate>
 
 namespace {
 constexpr int rowsShown = 14;
 constexpr int leastCharacters = 8;
+// Room above and below the text of a row; pixels, together.
+constexpr int rowSpace = 6;
+
+class RoomyRows : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, rowSpace);
+    }
+};
 }
 
 AddressCombo::AddressCombo(brwURL &owner)
@@ -24,6 +38,7 @@ AddressCombo::AddressCombo(brwURL &owner)
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(leastCharacters);
     if (auto *list = qobject_cast<QListView *>(view())) {
+        list->setItemDelegate(new RoomyRows(list));
         list->setUniformItemSizes(true);
         list->setTextElideMode(Qt::ElideMiddle);
         list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -35,7 +50,10 @@ void AddressCombo::showPopup()
 {
     if (count() == 0)
         return;
-    QComboBox::showPopup();
+    {
+        const QScopedValueRollback dropping(m_dropping, true);
+        QComboBox::showPopup();
+    }
     const int row = m_owner.rowOfText();
     view()->setCurrentIndex(model()->index(row, 0));
     if (row >= 0)
@@ -61,8 +79,12 @@ void AddressCombo::focusInEvent(QFocusEvent *event)
     m_owner.focusEntered();
 }
 
+// The list takes the focus as another control would; it is part of the field all the same.
 void AddressCombo::focusOutEvent(QFocusEvent *event)
 {
+    QFocusEvent toTheList(QEvent::FocusOut, Qt::PopupFocusReason);
+    if (m_dropping)
+        event = &toTheList;
     QComboBox::focusOutEvent(event);
     const Qt::FocusReason reason = event->reason();
     if (reason != Qt::PopupFocusReason && reason != Qt::MenuBarFocusReason

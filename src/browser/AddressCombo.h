@@ -30,4 +30,5 @@ private:
 
     brwURL &m_owner;
     AddressEdit *m_edit;
+    bool m_dropping = false;
 };

@@ -75,11 +75,13 @@ void AddressEdit::keyReleaseEvent(QKeyEvent *event)
     m_owner.keyReleased(event);
 }
 
+// Keys with control alone are commands, whatever text comes with them.
 bool AddressEdit::isInsertion(const QKeyEvent &event) const
 {
+    const Qt::KeyboardModifiers command = event.modifiers() & ~Qt::ShiftModifier;
     return event.matches(QKeySequence::Paste)
-        || (!event.text().isEmpty() && event.text().at(0).isPrint()
-            && event.key() != Qt::Key_Delete);
+        || (command != Qt::ControlModifier && !event.text().isEmpty()
+            && event.text().at(0).isPrint() && event.key() != Qt::Key_Delete);
 }
 
 void AddressEdit::applyKey(QKeyEvent *event)

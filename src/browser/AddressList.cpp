@@ -32,7 +32,8 @@ AddressList::AddressList()
 
 void AddressList::clear()
 {
-    m_entries.clear();
+    m_order.clear();
+    m_texts.clear();
     m_serials.clear();
     m_children.clear();
     m_nodes = {Node{QString(), 0, 0, 0}};
@@ -41,10 +42,7 @@ void AddressList::clear()
 
 qsizetype AddressList::positionOf(qint64 serial) const
 {
-    const auto found =
-        std::lower_bound(m_entries.cbegin(), m_entries.cend(), serial,
-                         [](const Entry &entry, qint64 value) { return entry.serial < value; });
-    return found - m_entries.cbegin();
+    return std::lower_bound(m_order.cbegin(), m_order.cend(), serial) - m_order.cbegin();
 }
 
 int AddressList::find(const QString &text) const
@@ -52,20 +50,21 @@ int AddressList::find(const QString &text) const
     const auto serial = m_serials.constFind(text);
     if (serial == m_serials.cend())
         return -1;
-    return static_cast<int>(m_entries.size() - 1 - positionOf(*serial));
+    return static_cast<int>(m_order.size() - 1 - positionOf(*serial));
 }
 
 void AddressList::takeForTop(int row)
 {
-    const qsizetype position = m_entries.size() - 1 - row;
-    m_serials.remove(m_entries.at(position).text);
-    m_entries.remove(position);
+    const qsizetype position = m_order.size() - 1 - row;
+    m_serials.remove(m_texts.take(m_order.at(position)));
+    m_order.remove(position);
 }
 
 void AddressList::addOnTop(const QString &text)
 {
     const qint64 serial = ++m_lastSerial;
-    m_entries.append(Entry{text, serial});
+    m_order.append(serial);
+    m_texts.insert(serial, text);
     m_serials.insert(text, serial);
     indexText(text, serial);
 }
@@ -143,7 +142,7 @@ QString AddressList::completion(const QString &text, const QString &scheme) cons
 {
     int node = 0;
     qsizetype at = 0;
-    if (m_entries.isEmpty() || !descend(scheme, node, at) || !descend(text, node, at))
+    if (m_order.isEmpty() || !descend(scheme, node, at) || !descend(text, node, at))
         return {};
-    return m_entries.at(positionOf(m_nodes.at(node).newest)).text;
+    return m_texts.value(m_nodes.at(node).newest);
 }

@@ -10,9 +10,9 @@ class AddressList {
 public:
     AddressList();
 
-    int count() const { return static_cast<int>(m_entries.size()); }
+    int count() const { return static_cast<int>(m_order.size()); }
     /// Entry `row`, 0 the most recent.
-    const QString &at(int row) const { return entry(row).text; }
+    QString at(int row) const { return m_texts.value(m_order.at(m_order.size() - 1 - row)); }
     /// The row of the entry equal to `text`, -1 when there is none.
     int find(const QString &text) const;
     /// Puts `text` at the top; an equal entry must have been removed from `row` before.
@@ -26,10 +26,6 @@ public:
     QString completion(const QString &text, const QString &scheme = {}) const;
 
 private:
-    struct Entry {
-        QString text;
-        qint64 serial;
-    };
     // A node of the prefix tree: reached over the folded text key[from, to).
     struct Node {
         QString key;
@@ -38,15 +34,15 @@ private:
         qint64 newest;
     };
 
-    const Entry &entry(int row) const { return m_entries.at(m_entries.size() - 1 - row); }
     qsizetype positionOf(qint64 serial) const;
     void indexText(const QString &text, qint64 serial);
     int addNode(int parent, const QString &key, qsizetype from, qsizetype to, qint64 newest);
     int splitNode(int parent, int node, qsizetype at);
     bool descend(QStringView text, int &node, qsizetype &at) const;
 
-    // Oldest first, so that the top is the cheap end; serials ascend.
-    QList<Entry> m_entries;
+    // Serials, oldest first, so that the top is the cheap end; they ascend.
+    QList<qint64> m_order;
+    QHash<qint64, QString> m_texts;
     QHash<QString, qint64> m_serials;
     QList<Node> m_nodes;
     QHash<quint64, int> m_children;

@@ -14,7 +14,8 @@ int AddressListModel::rowCount(const QModelIndex &parent) const
 
 QVariant AddressListModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    // An empty combo box asks for the item at no index.
+    if (!index.isValid() || index.row() >= m_list.count())
         return {};
     if (role == Qt::DisplayRole || role == Qt::EditRole || role == Qt::ToolTipRole)
         return m_list.at(index.row());

@@ -3,7 +3,6 @@
 #include "EngineProfile.h"
 #include "ErrorPage.h"
 #include "Language.h"
-#include "Log.h"
 #include "PageIndicators.h"
 #include "QtWebBrowser.h"
 #include "WebPage.h"
@@ -113,7 +112,6 @@ void QtWebBrowser::forgetLinks()
 
 void QtWebBrowser::onLoadingChanged(const QWebEngineLoadingInfo &info)
 {
-    qCDebug(lcEngine) << info.status() << info.url() << info.isErrorPage() << info.errorCode();
     if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
         onLoadStarted(info.url());
     else
@@ -125,11 +123,9 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
     if (m_refusals > 0 && m_stage != Stage::Asked)
         return;
     if (m_stage != Stage::Asked) {
-        // Addresses such as about:blank, for which the engine asks nothing.
-        if (!raiseBeforeNavigate(url)) {
-            Stop();
-            return;
-        }
+        // Addresses such as about:blank, which the engine neither asks for nor lets us refuse;
+        // stopping one in a window opened without an address would end the program.
+        raiseBeforeNavigate(url);
         m_pending = url;
     }
     m_stage = Stage::Started;

@@ -91,15 +91,15 @@ void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
 void QtWebBrowser::adopt(QWebEngineNewWindowRequest &request)
 {
     m_adopted = true;
-    usePage(makeFreshPage());
+    // The page takes the contents over before anything else has given it some of its own.
+    WebPage *page = makeFreshPage();
+    request.openIn(page);
+    page->renewInterceptor();
     m_requested = request.requestedGeometry();
     if (m_requested.width() <= 0 || m_requested.height() <= 0)
         m_requested = QRect();
+    usePage(page);
     placeAsRequested();
-    const QRect requested = m_requested;
-    request.openIn(m_page);
-    m_page->renewInterceptor();
-    m_requested = requested;
 }
 
 /// The window may have been laid out anew since; its first navigation is to find the control as

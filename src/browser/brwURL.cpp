@@ -72,14 +72,15 @@ void brwURL::setFieldName(const QString &name)
 
 QString brwURL::Text() const
 {
-    return m_edit->text();
+    return m_longText.isEmpty() ? m_edit->text() : m_longText;
 }
 
 void brwURL::setText(const QString &text)
 {
     m_unsent = false;
-    if (m_edit->text() == text)
+    if (Text() == text)
         return;
+    m_longText = text.size() > m_edit->maxLength() ? text : QString();
     m_edit->setText(text);
     m_edit->setCursorPosition(0);
 }
@@ -135,12 +136,14 @@ void brwURL::ClearList()
 void brwURL::LoadList(const QString &sINISection, const QString &INIFile, int lgCount,
                       bool SelectNew)
 {
-    const QString file = settingsOr(INIFile);
+    QStringList keys;
+    for (int i = 0; i < lgCount; ++i)
+        keys.append(itemKey(i));
     const QPointer<brwURL> self(this);
     QElapsedTimer sinceYield;
     sinceYield.start();
-    for (int i = 0; i < lgCount; ++i) {
-        const QString value = ReadINI(sINISection, itemKey(i), QString(), file);
+    const QStringList values = ReadINIValues(sINISection, keys, settingsOr(INIFile));
+    for (const QString &value : values) {
         if (!value.isEmpty())
             AddItem(value, SelectNew);
         if (sinceYield.hasExpired(yieldAfterMs)) {
@@ -177,7 +180,7 @@ int brwURL::rowOfText() const
 
 bool brwURL::hasUnsentEdits() const
 {
-    return m_unsent || m_edit->composing();
+    return m_focused && (m_unsent || m_edit->composing());
 }
 
 // Tells the host of a key; false when the host cancelled it. `code` is what the host left.
@@ -267,6 +270,7 @@ void brwURL::keyReleased(QKeyEvent *event)
 
 void brwURL::edited(bool inserted)
 {
+    m_longText.clear();
     if (m_completing)
         return;
     m_unsent = true;
@@ -305,7 +309,7 @@ void brwURL::complete()
         entry = m_list->completion(typed, defaultScheme);
         caret += static_cast<int>(defaultScheme.size());
     }
-    if (entry.isEmpty())
+    if (entry.isEmpty() || entry.size() > m_edit->maxLength())
         return;
     replaceText(entry);
     // From the end back to the caret, so that what was typed stays in view.
@@ -322,9 +326,9 @@ void brwURL::replaceText(const QString &text)
     m_edit->insert(text);
 }
 
-void brwURL::chosen()
+void brwURL::chosen(int row)
 {
-    m_unsent = false;
+    setText(listItem(row));
     emit Click();
 }
 

@@ -50,9 +50,9 @@ public:
     /// Entry `i`, 0 the most recent; empty outside the list.
     QString listItem(int i) const;
 
-    /// True while the text holds edits of the user that were neither sent (Enter, a choice from
-    /// the list) nor given up (Escape, a new text), also while an input method is composing. A
-    /// page that finishes then must not replace the text.
+    /// True while the user works in the field and its text holds edits of the user that were
+    /// neither sent (Enter, a choice from the list) nor given up (Escape, a new text), also while
+    /// an input method is composing. A page that finishes then must not replace the text.
     bool hasUnsentEdits() const;
     /// True in a `KeyDown` that tells of a release: act on presses only.
     bool keyIsReleased() const { return m_keyIsReleased; }
@@ -83,7 +83,7 @@ private:
     void keyPressed(QKeyEvent *event);
     void keyReleased(QKeyEvent *event);
     void edited(bool inserted);
-    void chosen();
+    void chosen(int row);
     void focusEntered();
     void focusLeft();
     void watchFocus(QWidget *now);
@@ -101,6 +101,8 @@ private:
     AddressEdit *m_edit;
     QSet<int> m_pressed;
     QString m_lineBreakText;
+    // A text of the program's that is too long for the field, which shows its beginning.
+    QString m_longText;
     bool m_blnDelete = false;
     bool m_completing = false;
     bool m_keyIsReleased = false;

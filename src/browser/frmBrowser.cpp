@@ -77,18 +77,16 @@ void frmBrowser::setVisible(bool visible)
 {
     if (visible && !m_loaded && !m_unloaded) {
         m_loaded = true;
-        takeDefaultSize();
         Form_Load();
     }
     QMdiSubWindow::setVisible(visible);
 }
 
 /// Three quarters of the frame's room, as new inner windows are; the page gives no size of its own.
-void frmBrowser::takeDefaultSize()
+QSize frmBrowser::sizeHint() const
 {
     const QMdiArea *area = mdiArea();
-    if (area && !testAttribute(Qt::WA_Resized))
-        resize(area->viewport()->size() * 3 / 4);
+    return area ? area->viewport()->size() * 3 / 4 : QMdiSubWindow::sizeHint();
 }
 
 void frmBrowser::Form_Load()

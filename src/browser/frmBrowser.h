@@ -41,6 +41,7 @@ public:
     bool isUnloaded() const { return m_unloaded; }
 
     void setVisible(bool visible) override;
+    QSize sizeHint() const override;
 
 signals:
     /// A page, or a frame of it, has finished loading.
@@ -69,7 +70,6 @@ private:
     void PrivacyImpactedStateChange(bool impacted) override;
     void GotFocus() override;
 
-    void takeDefaultSize();
     void Form_Load();
     void Form_Unload();
     bool Form_KeyDown(int keyCode, Qt::KeyboardModifiers shift);

@@ -19,7 +19,8 @@ using Change = std::function<std::optional<QByteArray>(const QByteArray &)>;
 /// between, and a crash leaves the old file or the new one. Bytes that stay the same are not
 /// written. A link stays one, and the file keeps its permissions. False, and the old file
 /// untouched, when `change` gave nothing, when the file is there but cannot be read or replaced,
-/// or when its folder is missing.
+/// or when its folder is missing. `change` itself must not write in the same folder: it would wait
+/// for its own lock.
 bool change(const QString &path, const Change &change);
 
 /// The same with bytes that do not depend on the old ones.

@@ -8,8 +8,9 @@
 #endif
 
 /// Keeps every other holder of a lock on the same folder waiting, in this and other processes,
-/// while it lives: writers of files in one folder take turns. It leaves no file behind and ends
-/// with its process, however that ends.
+/// while it lives: writers of files in one folder take turns. It ends with its process, however
+/// that ends, and leaves no file behind (where folders cannot be locked themselves, a file stands
+/// for the lock while it is held, and after a crash until the next write).
 class FolderLock {
 public:
     /// Waits a few seconds at most for another holder.

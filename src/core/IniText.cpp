@@ -2,6 +2,9 @@
 
 #include "TextRules.h"
 
+#include <QHash>
+#include <QSet>
+
 #include <algorithm>
 #include <cstring>
 
@@ -56,6 +59,14 @@ QString withoutBlanks(const QString &name)
 char lowerAscii(char byte)
 {
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
+}
+
+QByteArray lowerAscii(QByteArrayView name)
+{
+    QByteArray lower(name.size(), Qt::Uninitialized);
+    std::transform(name.begin(), name.end(), lower.begin(),
+                   [](char byte) { return lowerAscii(byte); });
+    return lower;
 }
 
 // Compares the names in a file with a wanted one; text is decoded only where it must be.
@@ -148,6 +159,26 @@ QByteArray putBytes(const QByteArray &file, const IniText::Place &place, const Q
     return result.insert(at, added);
 }
 
+// Bytes that take the place of [begin, end).
+struct Edit {
+    qsizetype begin;
+    qsizetype end;
+    QByteArray bytes;
+};
+
+// `edits` ascend and do not overlap.
+QByteArray edited(const QByteArray &file, const QList<Edit> &edits)
+{
+    QByteArray result;
+    qsizetype done = 0;
+    for (const Edit &edit : edits) {
+        result += QByteArrayView(file).sliced(done, edit.begin - done);
+        result += edit.bytes;
+        done = edit.end;
+    }
+    return result + file.sliced(done);
+}
+
 // The file changed in the encoding given, or nothing where that cannot be.
 std::optional<QByteArray> putEncoded(const QByteArray &file, const IniText::Name &name,
                                      const QString &value, Encoding encoding)
@@ -199,9 +230,51 @@ Place find(QByteArrayView file, const Name &name)
     return place;
 }
 
+QList<Place> findKeys(QByteArrayView file, const QString &section, const QStringList &keys)
+{
+    QList<Place> places(keys.size());
+    const qsizetype first = findSection(file, section);
+    if (first < 0)
+        return places;
+    QHash<QByteArray, Place> found;
+    Place missing;
+    missing.hasSection = true;
+    missing.newLine = first;
+    for (qsizetype at = first; at < file.size();) {
+        const qsizetype end = seek(file, '\n', at, file.size());
+        const qsizetype begin = skipBlanks(file, at, end);
+        at = std::min(end + 1, file.size());
+        if (begin == end || file[begin] == ';')
+            continue;
+        if (file[begin] == '[')
+            break;
+        const qsizetype equals = seek(file, '=', begin, end);
+        if (equals == end)
+            continue;
+        missing.newLine = at;
+        const QByteArrayView name = file.sliced(begin, dropBlanks(file, begin, equals) - begin);
+        Place &place = found[lowerAscii(name)];
+        if (place.hasKey)
+            continue;
+        place.hasSection = place.hasKey = true;
+        place.valueEnd = dropBlanks(file, equals + 1, end);
+        place.valueBegin = skipBlanks(file, equals + 1, place.valueEnd);
+    }
+    for (qsizetype i = 0; i < keys.size(); ++i) {
+        const QByteArray name = withoutBlanks(keys.at(i)).toUtf8();
+        places[i] = TextEncoding::isAscii(name) ? found.value(lowerAscii(name), missing)
+                                                : find(file, {section, keys.at(i)});
+    }
+    return places;
+}
+
 std::optional<QString> value(QByteArrayView file, const Name &name, int characters)
 {
-    const Place place = find(file, name);
+    return valueAt(file, find(file, name), characters);
+}
+
+std::optional<QString> valueAt(QByteArrayView file, const Place &place, int characters)
+{
     if (!place.hasKey)
         return {};
     QByteArrayView bytes = file.sliced(place.valueBegin, place.valueEnd - place.valueBegin);
@@ -236,6 +309,41 @@ QByteArray put(const QByteArray &file, const Name &name, const QString &value)
     const QByteArray converted =
         file.first(start) + TextEncoding::decodePart(file.sliced(start), encoding).toUtf8();
     return *putEncoded(converted, name, line, Encoding::Utf8);
+}
+
+std::optional<QByteArray> putKeys(const QByteArray &file, const QString &section,
+                                  const QStringList &keys, const QStringList &values)
+{
+    QSet<QByteArray> names;
+    for (const QString &key : keys)
+        names.insert(lowerAscii(withoutBlanks(key).toUtf8()));
+    const bool ascii = std::all_of(names.cbegin(), names.cend(), TextEncoding::isAscii);
+    if (keys.isEmpty() || !ascii || names.size() != keys.size()
+        || TextEncoding::detect(file) == Encoding::Windows1252)
+        return {};
+    // The first one makes the section where it is missing.
+    const QByteArray old = put(file, {section, keys.first()}, values.first());
+    const QList<Place> places = findKeys(old, section, keys);
+    QList<Edit> edits;
+    Edit added{-1, -1, {}};
+    for (qsizetype i = 1; i < keys.size(); ++i) {
+        const Place &place = places.at(i);
+        const QByteArray value = oneLine(values.at(i)).toUtf8();
+        if (place.hasKey) {
+            edits.append({place.valueBegin, place.valueEnd, value});
+            continue;
+        }
+        added.begin = added.end = place.newLine;
+        added.bytes += withoutBlanks(keys.at(i)).toUtf8() + '=' + value + lineEnd(old);
+    }
+    if (added.begin > 0 && old[added.begin - 1] != '\n')
+        added.bytes.prepend(lineEnd(old));
+    std::sort(edits.begin(), edits.end(),
+              [](const Edit &a, const Edit &b) { return a.begin < b.begin; });
+    // New lines follow the last key of their section, so no value is changed behind them.
+    if (added.begin >= 0)
+        edits.append(added);
+    return edited(old, edits);
 }
 
 }

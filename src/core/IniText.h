@@ -3,7 +3,9 @@
 #include "TextEncoding.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 /// An INI file as bytes. A line ends with LF; blanks (space, tab, carriage return) around names
@@ -31,8 +33,14 @@ struct Name {
 
 Place find(QByteArrayView file, const Name &name);
 
+/// The places of keys of one section, in their order, found in one pass: each as `find` has it.
+/// Keys that are not ASCII are looked for one by one.
+QList<Place> findKeys(QByteArrayView file, const QString &section, const QStringList &keys);
+
 /// The value, up to a NUL in it and to `characters` characters (a surrogate pair is one).
 std::optional<QString> value(QByteArrayView file, const Name &name, int characters);
+/// The value at a place that `find` gave.
+std::optional<QString> valueAt(QByteArrayView file, const Place &place, int characters);
 
 /// Whether a file can hold the name so that it is found again: no line breaks or NUL, no "]" in
 /// the section, no "=" in the key, no key that is empty or begins as a section or comment does.
@@ -42,4 +50,10 @@ bool canHold(const Name &name);
 /// NUL) becomes a blank. Where the file's encoding lacks a character the whole file becomes UTF-8.
 /// `name` is one that a file can hold.
 QByteArray put(const QByteArray &file, const Name &name, const QString &value);
+
+/// The file as after a `put` of each value under its key, in order, made in one pass. Nothing
+/// where only single steps give that: keys that are not ASCII or come twice, a file that is not
+/// UTF-8.
+std::optional<QByteArray> putKeys(const QByteArray &file, const QString &section,
+                                  const QStringList &keys, const QStringList &values);
 }

@@ -1,6 +1,7 @@
 #include "Log.h"
 
-Q_LOGGING_CATEGORY(lcFiles, "orvane.files")
-Q_LOGGING_CATEGORY(lcStart, "orvane.start")
-Q_LOGGING_CATEGORY(lcFrame, "orvane.frame")
-Q_LOGGING_CATEGORY(lcEngine, "orvane.engine")
+// Quiet unless something went wrong; QT_LOGGING_RULES="orvane.*=true" tells more.
+Q_LOGGING_CATEGORY(lcFiles, "orvane.files", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcStart, "orvane.start", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcFrame, "orvane.frame", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcEngine, "orvane.engine", QtWarningMsg)

@@ -32,19 +32,18 @@ void startPlayer()
 {
     const QString sound = AppFolder::appData(u"Drums.wav"_s);
     if (!QFileInfo(sound).isFile()) {
-        qCInfo(lcStart) << "no start sound at" << sound;
+        qCWarning(lcStart) << "no start sound at" << sound;
         return;
     }
     QProcess player;
     player.setProgram(playerProgram());
     player.setArguments({sound});
     player.setStandardOutputFile(QProcess::nullDevice());
-    // A machine without sound is an ordinary one: the sound libraries' complaints are for those
-    // who ask for them.
-    if (!lcStart().isDebugEnabled())
-        player.setStandardErrorFile(QProcess::nullDevice());
+    // A machine without sound is an ordinary one: the sound libraries' complaints are no news. Who
+    // wants to read them starts the player by hand.
+    player.setStandardErrorFile(QProcess::nullDevice());
     if (!player.startDetached())
-        qCInfo(lcStart) << "no start sound:" << player.errorString();
+        qCWarning(lcStart) << "no start sound:" << player.errorString();
 }
 
 }

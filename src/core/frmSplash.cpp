@@ -33,7 +33,7 @@ QPixmap loadLogo(qreal ratio)
         reader.setScaledSize(size.scaled(room, Qt::KeepAspectRatio));
     QPixmap logo = QPixmap::fromImage(reader.read());
     if (logo.isNull())
-        qCInfo(lcStart) << "splash without a picture:" << reader.errorString();
+        qCWarning(lcStart) << "splash without a picture:" << reader.errorString();
     logo.setDevicePixelRatio(ratio);
     return logo;
 }

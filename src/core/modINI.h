@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 /// The value of `key` in `section` of the INI file at `path`, or `text` where file, section or key
 /// are missing; either is cut to 999 characters (a surrogate pair is one). A stored empty value is
@@ -9,6 +10,9 @@
 /// what anyone wrote is seen by the next reader.
 QString ReadINI(const QString &section, const QString &key, const QString &text,
                 const QString &path);
+
+/// What `ReadINI` returns for each of the keys, with `text` empty, from one reading of the file.
+QStringList ReadINIValues(const QString &section, const QStringList &keys, const QString &path);
 
 /// Puts `value` under `key` of `section`, leaving every other byte of the file as it is. A line
 /// break (CR LF, CR or LF) or NUL in the value becomes one blank, so that no value makes a line of

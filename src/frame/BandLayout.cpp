@@ -6,6 +6,8 @@
 #include "TextRules.h"
 #include "modINI.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -20,9 +22,11 @@ QString widthKey(int position)
     return u"Width"_s + QString::number(position);
 }
 
+/// Whole twips in plain digits, whatever a settings file once held.
 QString widthText(const CoolBand &band)
 {
-    return QString::number(qRound64(band.width()));
+    constexpr double widest = 1e9;
+    return QString::number(qRound64(std::clamp(band.width(), -widest, widest)));
 }
 
 }

@@ -17,6 +17,8 @@ ChevronButton::ChevronButton(QWidget *child, QWidget *parent)
     setPopupMode(QToolButton::InstantPopup);
     setFocusPolicy(Qt::TabFocus);
     setMenu(m_menu);
+    m_menu->setAttribute(Qt::WA_NoMouseReplay); // a second press closes, and opens nothing
+    connect(m_menu, &QMenu::aboutToHide, this, [this] { setDown(false); });
     connect(m_menu, &QMenu::aboutToShow, this, &ChevronButton::fill);
 }
 
@@ -32,6 +34,19 @@ void ChevronButton::fill()
         m_menu->addActions(overflow->overflowActions(m_menu));
 }
 
+// Not QToolButton's own way, which would block in a loop of its own.
+void ChevronButton::open()
+{
+    setDown(true);
+    m_menu->popup(mapToGlobal(QPoint(0, height())));
+}
+
+void ChevronButton::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        open();
+}
+
 void ChevronButton::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {
@@ -39,7 +54,9 @@ void ChevronButton::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Enter:
     case Qt::Key_Space:
     case Qt::Key_Down:
-        showMenu();
+        open();
+        if (!m_menu->isEmpty())
+            m_menu->setActiveAction(m_menu->actions().constFirst());
         return;
     default:
         QToolButton::keyPressEvent(event);

@@ -90,7 +90,7 @@ void CommandBars::translate()
     translateToolTips(m_browser);
 }
 
-void CommandBars::clickFunction(const QString &key)
+void CommandBars::clickFunction(const QString &key, int index)
 {
     if (key == "New"_L1)
         m_frame.run(u"mnuFileNewCurrent"_s);
@@ -102,6 +102,8 @@ void CommandBars::clickFunction(const QString &key)
         m_frame.run(u"mnuToolsKillPopUps"_s);
     else if (key == "Favorites"_L1)
         m_frame.run(u"mnuFavoritesShow"_s);
+    else if (key == "FontSize"_L1)
+        dropDown(key, m_functions.mapToGlobal(m_functions.buttonRect(index).bottomLeft()));
     letPendingEventsRun();
 }
 

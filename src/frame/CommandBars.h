@@ -22,7 +22,7 @@ public:
     void translate();
 
 private:
-    void clickFunction(const QString &key);
+    void clickFunction(const QString &key, int index);
     void clickBrowser(const QString &key);
     void dropDown(const QString &key, const QPoint &below);
     void popUp(const QString &menuName, const QPoint &below);

@@ -27,8 +27,11 @@ CoolBand::CoolBand(CoolBar *bar, const QString &key, QWidget *child, double widt
     , m_width(std::isfinite(width) ? width : 0)
     , m_newRow(newRow)
 {
-    child->setParent(bar);
     child->show();
+    // Else it would show the bar's own shape, which changes over the handles.
+    if (!child->testAttribute(Qt::WA_SetCursor))
+        child->setCursor(Qt::ArrowCursor);
+    m_chevron->setCursor(Qt::ArrowCursor);
     // Mouse events on the caption are the bar's: it is part of the handle.
     m_label->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_label->setBuddy(child);

@@ -33,6 +33,7 @@ CoolBand *CoolBar::addBand(const QString &key, QWidget *child, const QString &ca
 {
     if (band(key))
         qCWarning(lcFrame) << "two bands have the key" << key;
+    child->setParent(this); // first: the Tab key goes to the child, then to its chevron
     auto *band = new CoolBand(this, key, child, designWidthTwips, newRow);
     band->m_chevron->setAccessibleName(m_chevronName);
     band->m_chevron->setToolTip(m_chevronName);
@@ -186,7 +187,6 @@ void CoolBar::paintEvent(QPaintEvent *)
         if (!band->geometry().isNull())
             CoolBarPaint::band(painter, rect(), band->geometry(), palette());
     }
-    m_drag->paint(painter);
 }
 
 void CoolBar::mousePressEvent(QMouseEvent *event)

@@ -6,7 +6,7 @@
 #include "Twips.h"
 
 #include <QApplication>
-#include <QPainter>
+#include <QWidget>
 #include <algorithm>
 
 namespace {
@@ -23,6 +23,16 @@ double twips(int pixels)
 {
     return Twips::fromPixels(pixels);
 }
+}
+
+CoolBarDrag::CoolBarDrag(CoolBar *bar)
+    : m_bar(bar)
+    , m_mark(new QWidget(bar))
+{
+    m_mark->setBackgroundRole(QPalette::Highlight);
+    m_mark->setAutoFillBackground(true);
+    m_mark->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_mark->hide();
 }
 
 void CoolBarDrag::start(CoolBand *band, QPoint pos)
@@ -48,11 +58,10 @@ void CoolBarDrag::end()
     if (m_moved) {
         m_bar->releaseKeyboard();
         m_bar->unsetCursor();
-        m_bar->update();
     }
     m_band = nullptr;
     m_moved = false;
-    m_mark = {};
+    m_mark->hide();
 }
 
 void CoolBarDrag::move(QPoint pos)
@@ -65,10 +74,7 @@ void CoolBarDrag::move(QPoint pos)
         begin();
     if (isInOwnRow(pos.y()))
         slide(pos.x());
-    const QRect mark = markFor(targetAt(pos));
-    if (mark != m_mark)
-        m_bar->update();
-    m_mark = mark;
+    showMark(markFor(targetAt(pos)));
 }
 
 void CoolBarDrag::drop(QPoint pos)
@@ -99,10 +105,11 @@ void CoolBarDrag::cancel()
     m_bar->bandsChanged();
 }
 
-void CoolBarDrag::paint(QPainter &painter) const
+void CoolBarDrag::showMark(const QRect &place)
 {
-    if (m_band && !m_mark.isNull())
-        CoolBarPaint::dropMark(painter, m_mark, m_bar->palette());
+    m_mark->setGeometry(place);
+    m_mark->setVisible(!place.isNull());
+    m_mark->raise();
 }
 
 bool CoolBarDrag::isInOwnRow(int y) const

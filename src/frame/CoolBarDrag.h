@@ -6,16 +6,13 @@
 
 class CoolBand;
 class CoolBar;
-class QPainter;
+class QWidget;
 
 /// One drag of a band by its handle. Inside the band's row it takes effect at once; elsewhere a
 /// mark shows where the band would go, and it goes there when it is dropped.
 class CoolBarDrag {
 public:
-    explicit CoolBarDrag(CoolBar *bar)
-        : m_bar(bar)
-    {
-    }
+    explicit CoolBarDrag(CoolBar *bar);
 
     bool isActive() const { return m_band != nullptr; }
     void start(CoolBand *band, QPoint pos);
@@ -23,7 +20,6 @@ public:
     void drop(QPoint pos);
     /// Puts everything back to where it was at the start.
     void cancel();
-    void paint(QPainter &painter) const;
 
 private:
     using Row = QList<CoolBand *>;
@@ -47,6 +43,7 @@ private:
     int newRowAt(int y) const;
     Target placeInRow(int row, int x) const;
     QRect markFor(const Target &target) const;
+    void showMark(const QRect &place);
 
     void slide(int x);
     bool swapTowards(int x);
@@ -62,6 +59,6 @@ private:
     QPoint m_press;
     int m_grab = 0; // from the band's left edge to where it was taken
     bool m_moved = false;
-    QRect m_mark;
+    QWidget *m_mark; // above the children, which may be opaque
     QList<Before> m_before;
 };

@@ -30,8 +30,3 @@ void CoolBarPaint::band(QPainter &painter, const QRect &bar, const QRect &band,
         painter.drawEllipse(QPointF(band.left() + 6, middle + y), 1.1, 1.1);
     painter.restore();
 }
-
-void CoolBarPaint::dropMark(QPainter &painter, const QRect &mark, const QPalette &palette)
-{
-    painter.fillRect(mark, palette.color(QPalette::Highlight));
-}

@@ -11,6 +11,4 @@ inline constexpr int linePixels = 1; ///< between two rows
 
 void edge(QPainter &painter, const QRect &bar, const QPalette &palette, bool atTop);
 void band(QPainter &painter, const QRect &bar, const QRect &band, const QPalette &palette);
-/// Where a dragged band would go: between two bands of a row, or a row of its own.
-void dropMark(QPainter &painter, const QRect &mark, const QPalette &palette);
 }

@@ -35,7 +35,7 @@ MdiArea::~MdiArea()
     // The base class reports the going of its children; nobody is to hear of it.
     disconnect(this, nullptr, this, nullptr);
     for (QMdiSubWindow *child : subWindowList())
-        disconnect(child, nullptr, this, nullptr);
+        disconnect(child, nullptr, viewport(), nullptr);
 }
 
 /// The shortcuts belong to the whole frame, so they work from the bars and from a page as well.
@@ -57,7 +57,12 @@ void MdiArea::adopt(QMdiSubWindow *child)
         for (QAction *item : menu->actions())
             item->setShortcuts(QList<QKeySequence>());
     }
-    connect(child, &QObject::destroyed, this, &MdiArea::childGone);
+    // The base class cuts all connections from a leaving child to itself.
+    connect(child, &QObject::destroyed, viewport(), [this](QObject *gone) {
+        m_reportedIsGone = m_reportedIsGone || gone == m_reported;
+        viewport()->update();
+        noteActiveSoon();
+    });
     child->installEventFilter(this);
 }
 
@@ -78,26 +83,26 @@ QList<QMdiSubWindow *> MdiArea::childWindows() const
 void MdiArea::noteActive()
 {
     QMdiSubWindow *now = activeChild();
-    if (now == m_active)
+    if (now == m_reported && !m_reportedIsGone)
         return;
     m_active = now;
+    m_reported = now;
+    m_reportedIsGone = false;
     emit activeChildChanged(now);
 }
 
-void MdiArea::childGone(QObject *)
+/// The base class has its successor ready only when it is through with a child that goes.
+void MdiArea::noteActiveSoon()
 {
-    viewport()->update();
-    if (m_active)
-        return;
-    QMdiSubWindow *now = activeChild();
-    m_active = now;
-    emit activeChildChanged(now);
+    QMetaObject::invokeMethod(this, &MdiArea::noteActive, Qt::QueuedConnection);
 }
 
 bool MdiArea::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::Show || event->type() == QEvent::Hide)
+    if (event->type() == QEvent::Show || event->type() == QEvent::Hide) {
         viewport()->update();
+        noteActiveSoon();
+    }
     return QMdiArea::eventFilter(watched, event);
 }
 

@@ -46,7 +46,7 @@ private:
     void activateNext();
     void activatePrevious();
     void noteActive();
-    void childGone(QObject *child);
+    void noteActiveSoon();
     void updateBackground();
     void setStates(const QList<QWidget *> &forms, Qt::WindowStates state);
     /// The place of a cascade after `index` others.
@@ -57,5 +57,8 @@ private:
     QRect arrangeIcons();
 
     QPointer<QMdiSubWindow> m_active;
+    /// What was last reported; compared only, never used as a window.
+    const QObject *m_reported = nullptr;
+    bool m_reportedIsGone = false;
     int m_adopted = 0;
 };

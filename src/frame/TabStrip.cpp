@@ -1,5 +1,6 @@
 #include "TabStrip.h"
 
+#include "Language.h"
 #include "TabButton.h"
 
 #include <QContextMenuEvent>
@@ -37,12 +38,9 @@ void TabStrip::makeArrows()
 {
     m_left->setArrowType(Qt::LeftArrow);
     m_left->setObjectName(u"tbWindowsLeft"_s);
-    m_left->setAccessibleName(tr("Scroll tabs left"));
     m_right->setArrowType(Qt::RightArrow);
     m_right->setObjectName(u"tbWindowsRight"_s);
-    m_right->setAccessibleName(tr("Scroll tabs right"));
     for (QToolButton *arrow : {m_left, m_right}) {
-        arrow->setToolTip(arrow->accessibleName());
         arrow->setAutoRaise(true);
         arrow->setAutoRepeat(true);
         arrow->setFocusPolicy(Qt::NoFocus);
@@ -50,6 +48,16 @@ void TabStrip::makeArrows()
     }
     connect(m_left, &QToolButton::clicked, this, [this] { scrollTabs(-1); });
     connect(m_right, &QToolButton::clicked, this, [this] { scrollTabs(1); });
+}
+
+/// Done as the arrows come up, so that they speak the language of that moment.
+void TabStrip::nameArrows()
+{
+    const QString section = u"frmMain"_s;
+    m_left->setToolTip(GetLanguageText(section, u"strScrollTabsLeft"_s, u"Scroll tabs left"_s));
+    m_right->setToolTip(GetLanguageText(section, u"strScrollTabsRight"_s, u"Scroll tabs right"_s));
+    for (QToolButton *arrow : {m_left, m_right})
+        arrow->setAccessibleName(arrow->toolTip());
 }
 
 void TabStrip::addTab(const QString &key, const QString &caption)
@@ -254,6 +262,8 @@ void TabStrip::placeViewport()
 {
     const bool overflow = m_content->width() > width();
     const int arrow = overflow ? std::min(20, width() / 4) : 0;
+    if (overflow && m_left->isHidden())
+        nameArrows();
     m_left->setVisible(overflow);
     m_right->setVisible(overflow);
     m_viewport->setGeometry(0, 0, width() - 2 * arrow, height());

@@ -60,6 +60,7 @@ private:
     TabButton *button(const QString &key) const;
     void connectTab(TabButton *tab);
     void makeArrows();
+    void nameArrows();
     void moveFocusTo(TabButton *tab);
     void focusNeighbour(TabButton *from, int step);
     void updateFocusStop();

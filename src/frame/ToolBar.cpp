@@ -15,6 +15,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int separatorPixels = 7;
+
+// A widget made late stands last in its window's Tab order, and Qt moves only widgets that take
+// the Tab key at that moment.
+void putInTabOrder(QWidget *first, QWidget *second)
+{
+    const Qt::FocusPolicy firstPolicy = first->focusPolicy();
+    const Qt::FocusPolicy secondPolicy = second->focusPolicy();
+    first->setFocusPolicy(Qt::TabFocus);
+    second->setFocusPolicy(Qt::TabFocus);
+    QWidget::setTabOrder(first, second);
+    first->setFocusPolicy(firstPolicy);
+    second->setFocusPolicy(secondPolicy);
+}
 }
 
 ToolBar::ToolBar(QWidget *parent)
@@ -140,6 +153,7 @@ void ToolBar::setButtonIcon(const QString &key, const QIcon &icon)
     if (index < 0)
         return;
     m_items[index].icon = icon;
+    m_items[index].width = -1;
     showState(m_items.at(index));
     itemsChanged();
 }
@@ -178,8 +192,11 @@ int ToolBar::fullWidth() const
 
 int ToolBar::widthOf(const Item &item) const
 {
-    return item.separator ? separatorPixels
-                          : ToolBarButton::widthFor(this, item.icon, item.text, item.style);
+    if (item.separator)
+        return separatorPixels;
+    if (item.width < 0)
+        item.width = ToolBarButton::widthFor(this, item.icon, item.text, item.style);
+    return item.width;
 }
 
 bool ToolBar::wantsLongPress() const
@@ -211,6 +228,9 @@ void ToolBar::placeButton(int index, const QRect &place)
     Item &item = m_items[index];
     if (!item.button) {
         item.button = new ToolBarButton(this, index, item.style);
+        const QList<ToolBarButton *> shown = shownButtons();
+        const auto at = shown.indexOf(item.button);
+        putInTabOrder(at > 0 ? static_cast<QWidget *>(shown.at(at - 1)) : this, item.button);
         showState(item);
     }
     item.button->setGeometry(place);
@@ -346,8 +366,11 @@ void ToolBar::resizeEvent(QResizeEvent *)
 
 void ToolBar::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        for (const Item &item : std::as_const(m_items))
+            item.width = -1;
         itemsChanged();
+    }
     QWidget::changeEvent(event);
 }
 

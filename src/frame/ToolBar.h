@@ -81,6 +81,7 @@ private:
         bool separator = false;
         bool enabled = true;
         bool pressed = false;
+        mutable int width = -1;          // negative: not measured yet
         ToolBarButton *button = nullptr; // only while it fits
     };
 

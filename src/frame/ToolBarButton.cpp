@@ -3,8 +3,10 @@
 #include "FlatButtonPaint.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QPointer>
 #include <QTimerEvent>
@@ -61,7 +63,7 @@ int ToolBarButton::widthFor(const QWidget *bar, const QIcon &icon, const QString
     if (!icon.isNull() || text.isEmpty())
         width += iconSizeFor(text);
     if (!text.isEmpty()) {
-        width += std::min(bar->fontMetrics().horizontalAdvance(text), mostTextPixels);
+        width += std::min(bar->fontMetrics().horizontalAdvance(text) + 1, mostTextPixels);
         width += icon.isNull() ? 0 : textGap;
     }
     return style == ToolBar::Style::DropDown ? width + arrowPixels : width;
@@ -88,10 +90,26 @@ void ToolBarButton::openDropDown()
     m_dropped = true;
     update();
     emit m_bar->dropDown(key(), mapToGlobal(QPoint(0, height())));
-    if (!alive)
-        return;
-    m_dropped = false;
+    if (alive)
+        followMenu();
+}
+
+// It looks down as long as its menu shows, whether or not the handler waited for that.
+void ToolBarButton::followMenu()
+{
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    m_dropped = menu != nullptr;
     update();
+    if (!menu)
+        return;
+    menu->setAttribute(Qt::WA_NoMouseReplay); // a second press on the arrow closes, and that is all
+    connect(
+        menu, &QMenu::aboutToHide, this,
+        [this] {
+            m_dropped = false;
+            update();
+        },
+        Qt::SingleShotConnection);
 }
 
 void ToolBarButton::paintEvent(QPaintEvent *)
@@ -115,8 +133,9 @@ void ToolBarButton::paintEvent(QPaintEvent *)
     if (!text().isEmpty()) {
         const QRect place(left, 0, width() - left - padding - right, height());
         painter.setPen(ink);
+        painter.setFont(m_bar->font()); // the one the width was reckoned with
         painter.drawText(place, Qt::AlignVCenter | Qt::TextSingleLine,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, place.width()));
+                         m_bar->fontMetrics().elidedText(text(), Qt::ElideRight, place.width()));
     }
     if (right > 0) {
         if (hover)

@@ -36,6 +36,7 @@ protected:
 
 private:
     QRect arrowRect() const;
+    void followMenu();
     QString key() const;
 
     ToolBar *m_bar;

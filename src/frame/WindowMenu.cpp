@@ -7,12 +7,13 @@
 #include "TabStrip.h"
 #include "ToolTipText.h"
 #include "Yield.h"
+#include "frmBrowser.h"
 
 #include <QAction>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPointer>
-#include <QVariant>
+#include <QProxyStyle>
 
 using namespace Qt::StringLiterals;
 
@@ -25,34 +26,40 @@ const char *const windowItems[] = {"mnuWindowMinimizeAll",  "mnuWindowRestoreAll
                                    "mnuWindowCascade",      "mnuWindowTileHorizontal",
                                    "mnuWindowTileVertical", "mnuWindowCloseAll"};
 
-/// The address its page shows; empty for a window without an engine.
-QString addressOf(const QWidget *form)
-{
-    return form->property("LocationURL").toString();
-}
+/// One column that scrolls, where a style would make a long menu several columns wide.
+class ScrollingMenuStyle : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override
+    {
+        if (hint == SH_Menu_Scrollable)
+            return 1;
+        return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
 
-QWidget *formOfTab(const QString &key)
+/// The window of a tab; null when it is gone.
+frmBrowser *windowOfTab(const QString &key)
 {
     bool isNumber = false;
     const int wanted = key.mid(1).toInt(&isNumber);
     if (!isNumber)
         return nullptr;
-    for (QWidget *form : Forms::all()) {
-        const QVariant number = form->property("hWnd");
-        if (number.isValid() && number.toInt() == wanted)
-            return form;
+    for (frmBrowser *window : browserForms()) {
+        if (window->hWnd() == wanted)
+            return window;
     }
     return nullptr;
 }
 
-void bringToFront(Frame &frame, QWidget *form)
+void bringToFront(Frame &frame, QMdiSubWindow *window)
 {
-    if (form->isMinimized())
-        form->showNormal();
-    auto *child = qobject_cast<QMdiSubWindow *>(form);
-    if (child && child->mdiArea())
-        child->mdiArea()->setActiveSubWindow(child);
-    frame.setAddressText(addressOf(form));
+    if (window->isMinimized())
+        window->showNormal();
+    if (QMdiArea *area = window->mdiArea())
+        area->setActiveSubWindow(window);
+    if (const auto *browser = qobject_cast<frmBrowser *>(window))
+        frame.setAddressText(browser->brwWebBrowser()->LocationURL());
 }
 
 void addWindowItem(QMenu &menu, Frame &frame, QMdiSubWindow *child, bool active)
@@ -90,8 +97,8 @@ void listWindows(QMenu &menu, Frame &frame, const MdiArea &area)
 
 void activateTab(Frame &frame, const QString &key)
 {
-    if (QWidget *form = formOfTab(key))
-        bringToFront(frame, form);
+    if (frmBrowser *window = windowOfTab(key))
+        bringToFront(frame, window);
     letPendingEventsRun();
 }
 
@@ -112,6 +119,9 @@ void registerWindowCommands(Frame &frame, MdiArea &area, QMenu &openBrowsers)
             frame.menuItem(QString::fromLatin1(name))->setEnabled(hasWindow);
     });
     openBrowsers.setToolTipsVisible(true);
+    auto *style = new ScrollingMenuStyle;
+    style->setParent(&openBrowsers);
+    openBrowsers.setStyle(style);
     QObject::connect(&openBrowsers, &QMenu::aboutToShow, &area,
                      [&openBrowsers, &frame, &area] { listWindows(openBrowsers, frame, area); });
 }
@@ -121,8 +131,8 @@ void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
     QObject::connect(&strip, &TabStrip::tabClicked, &strip,
                      [&frame](const QString &key) { activateTab(frame, key); });
     QObject::connect(&strip, &TabStrip::tabMiddleClicked, &strip, [](const QString &key) {
-        if (QWidget *form = formOfTab(key))
-            form->close();
+        if (frmBrowser *window = windowOfTab(key))
+            window->close();
     });
     QObject::connect(&strip, &TabStrip::rightReleased, &strip,
                      [&frame, &openBrowsers](const QPoint &globalPos) {

@@ -92,7 +92,12 @@ frmMain::frmMain()
             &CommandTable::refreshRules);
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain()
+{
+    // Hiding moves the focus, and open windows take their tabs with them: both while all is there.
+    hide();
+    delete m_windows;
+}
 
 void frmMain::makeBands()
 {
@@ -101,9 +106,9 @@ void frmMain::makeBands()
     icon->setFixedWidth(28);
     m_coolBar->addBand(u"Functions"_s, m_tbFunctions, {}, 3600, false);
     m_coolBar->addBand(u"Browser"_s, m_tbBrowser, {}, 3600, false);
-    m_coolBar->addBand(u"Address"_s, new AddressHost(*m_brwURL1), u"Address:"_s, 9000, true);
-    m_coolBar->addBand(u"Links"_s, m_tbLinks, {}, 9000, true);
-    m_coolBar->addBand(u"Tabs"_s, m_tbWindows, {}, 9000, true);
+    m_coolBar->addBand(u"Address"_s, new AddressHost(*m_brwURL1), u"Address:"_s, 24000, true);
+    m_coolBar->addBand(u"Links"_s, m_tbLinks, {}, 24000, true);
+    m_coolBar->addBand(u"Tabs"_s, m_tbWindows, {}, 24000, true);
     m_coolBar->addBand(u"Icon"_s, icon, {}, 600, false);
 }
 
@@ -205,12 +210,14 @@ WindowTabs &frmMain::tbWindows()
 
 void frmMain::setAddressText(const QString &url)
 {
-    m_brwURL1->setText(url);
+    // What the user is typing is worth more than what a page has to say.
+    if (!m_brwURL1->hasUnsentEdits())
+        m_brwURL1->setText(url);
 }
 
 void frmMain::addAddress(const QString &url, bool showText)
 {
-    m_brwURL1->AddItem(url, showText);
+    m_brwURL1->AddItem(url, showText && !m_brwURL1->hasUnsentEdits());
 }
 
 QAction *frmMain::menuItem(const QString &name) const

@@ -6,15 +6,14 @@
 
 #include <QMenu>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QPointer>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-class tst_frmBrowser : public QObject
-{
+class tst_frmBrowser : public QObject {
     Q_OBJECT
 
 private slots:
@@ -83,14 +82,14 @@ void tst_frmBrowser::loadOpensTheStartingAddress()
     QVERIFY(engineOf(form)->navigated.isEmpty());
     QVERIFY(browserForms().isEmpty());
     form->show();
-    QCOMPARE(engineOf(form)->navigated, QStringList {u"http://one/"_s});
+    QCOMPARE(engineOf(form)->navigated, QStringList{u"http://one/"_s});
     QCOMPARE(form->windowTitle(), u"http://one/"_s);
     QCOMPARE(m_frame->addressText, u"http://one/"_s);
     QVERIFY(form->StartingAddress.isEmpty());
     QCOMPARE(m_frame->tabs.tabs.size(), 1);
     QCOMPARE(m_frame->tabs.tabs.first().key, u'X' + QString::number(form->hWnd()));
     QCOMPARE(m_frame->tabs.tabs.first().caption, u"Loading..."_s);
-    QCOMPARE(browserForms(), QList<frmBrowser *> {form});
+    QCOMPARE(browserForms(), QList<frmBrowser *>{form});
     QCOMPARE(activeBrowser(*m_frame), form);
     form->hide();
     form->show();
@@ -135,7 +134,7 @@ void tst_frmBrowser::minimizedWindowKeepsTheControl()
     for (const QRect &moved : engineOf(form)->moves)
         QVERIFY(moved.height() >= 0);
     form->showNormal();
-    QTRY_VERIFY2(!engineOf(form)->moves.isEmpty(), qPrintable(QString::number(form->widget()->height()) + u' ' + QString::number(form->height()) + u' ' + QString::number(form->isMinimized())));
+    QTRY_VERIFY(!engineOf(form)->moves.isEmpty());
     QTRY_COMPARE(engineOf(form)->moves.last().width(), form->innerWidth());
 }
 

@@ -344,7 +344,9 @@ void tst_TabStrip::arrowsAndWheelScroll()
         QWidget *under = m_strip->tab(keyOf(5));
         QWheelEvent event(QPointF(5, 5), under->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, angle),
                           Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(under, &event);
+        // Only events that seem to come from outside are handed on to the parents.
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        qApp->notify(under, &event);
     };
     turn(-60);
     QVERIFY(inView(1));

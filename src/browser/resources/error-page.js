@@ -10,7 +10,7 @@
     };
     const root = document.documentElement;
     root.replaceChildren();
-    root.style.visibility = '';
+    document.adoptedStyleSheets = [];
     const head = make('head', '', root);
     make('title', text.title, head);
     make('style', `

@@ -7,8 +7,11 @@
 
     tell('start', location.href);
     // The engine's own error page is replaced by ours, and not seen meanwhile.
-    if (location.protocol === 'chrome-error:')
-        document.documentElement.style.visibility = 'hidden';
+    if (location.protocol === 'chrome-error:') {
+        const hiding = new CSSStyleSheet();
+        hiding.replaceSync(':root { visibility: hidden; }');
+        document.adoptedStyleSheets = [hiding];
+    }
     addEventListener('load', () => tell('load', location.href));
 
     const textTypes = ['text', 'search', 'url', 'tel', 'email', 'password', 'number', 'date',

@@ -14,8 +14,7 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_badpages : public QObject
-{
+class tst_badpages : public QObject {
     Q_OBJECT
 
 private slots:
@@ -232,8 +231,8 @@ void tst_badpages::loginIsAskedLater()
 {
     m_server->handle("/private", [](const TestServer::Request &request) {
         TestServer::Reply reply;
-        const bool known = request.headers.value("authorization")
-            == "Basic " + QByteArray("me:secret").toBase64();
+        const bool known =
+            request.headers.value("authorization") == "Basic " + QByteArray("me:secret").toBase64();
         reply.status = known ? 200 : 401;
         reply.body = known ? "<title>Inside</title>" : "<title>Outside</title>";
         if (!known)

@@ -12,8 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_navigation : public QObject
-{
+class tst_navigation : public QObject {
     Q_OBJECT
 
 private slots:
@@ -106,7 +105,7 @@ void tst_navigation::eventsComeInOrder()
     m_browser->Navigate(url);
     QTRY_VERIFY(arrived(url));
     QTRY_VERIFY(!m_browser->Busy());
-    const QStringList expected {"before "_L1 + url, "navigated "_L1 + url, "complete "_L1 + url};
+    const QStringList expected{"before "_L1 + url, "navigated "_L1 + url, "complete "_L1 + url};
     QCOMPARE(m_events->navigation(), expected);
     QTRY_COMPARE(m_events->titles.last(), u"Page A"_s);
     QVERIFY(m_browser->HasDocument());
@@ -118,8 +117,8 @@ void tst_navigation::aboutBlankHasItsEvents()
 {
     m_browser->Navigate(u"About:Blank"_s);
     QTRY_VERIFY2(arrived(u"about:blank"_s), qPrintable(m_events->lines.join(u'|')));
-    const QStringList expected {u"before about:blank"_s, u"navigated about:blank"_s,
-                                u"complete about:blank"_s};
+    const QStringList expected{u"before about:blank"_s, u"navigated about:blank"_s,
+                               u"complete about:blank"_s};
     QCOMPARE(m_events->navigation(), expected);
     QCOMPARE(m_browser->LocationURL(), u"about:blank"_s);
     QTRY_VERIFY(!m_browser->Busy());
@@ -139,8 +138,8 @@ void tst_navigation::redirectIsOneNavigation()
     m_browser->Navigate(m_server->url(u"/first"_s));
     const QString end = m_server->url(u"/b"_s);
     QTRY_VERIFY(arrived(end));
-    const QStringList expected {"before "_L1 + m_server->url(u"/first"_s), "navigated "_L1 + end,
-                                "complete "_L1 + end};
+    const QStringList expected{"before "_L1 + m_server->url(u"/first"_s), "navigated "_L1 + end,
+                               "complete "_L1 + end};
     QCOMPARE(m_events->navigation(), expected);
 }
 
@@ -152,7 +151,7 @@ void tst_navigation::reloadHasItsEvents()
     m_events->lines.clear();
     m_browser->Refresh();
     QTRY_VERIFY(arrived(url));
-    const QStringList expected {"before "_L1 + url, "navigated "_L1 + url, "complete "_L1 + url};
+    const QStringList expected{"before "_L1 + url, "navigated "_L1 + url, "complete "_L1 + url};
     QCOMPARE(m_events->navigation(), expected);
 }
 
@@ -192,7 +191,7 @@ void tst_navigation::historyStateChangesTheAddressOnly()
     script(u"history.pushState(null, '', '/pushed')"_s);
     const QString pushed = m_server->url(u"/pushed"_s);
     QTRY_COMPARE(m_browser->LocationURL(), pushed);
-    QCOMPARE(m_events->navigation(), QStringList {"location "_L1 + pushed});
+    QCOMPARE(m_events->navigation(), QStringList{"location "_L1 + pushed});
 }
 
 void tst_navigation::locationIsByteExact()
@@ -270,7 +269,7 @@ void tst_navigation::refusedNavigationLeavesThePage()
     QTRY_VERIFY(!m_browser->Busy());
     QCOMPARE(m_browser->LocationURL(), a);
     QCOMPARE(m_server->count("/b"), 0);
-    const QStringList expected {"before "_L1 + a, "navigated "_L1 + a, "complete "_L1 + a};
+    const QStringList expected{"before "_L1 + a, "navigated "_L1 + a, "complete "_L1 + a};
     QCOMPARE(m_events->navigation(), expected);
 }
 
@@ -363,7 +362,8 @@ void tst_navigation::markup()
     script(u"document.body.innerHTML = '<p>changed by script</p>'"_s);
     m_browser->OuterHTML([&seen](const QString &html) { seen = html; });
     QTRY_COMPARE(
-        seen, u"<html><head><title>Page B</title></head><body><p>changed by script</p></body></html>"_s);
+        seen,
+        u"<html><head><title>Page B</title></head><body><p>changed by script</p></body></html>"_s);
 }
 
 void tst_navigation::statusTexts()
