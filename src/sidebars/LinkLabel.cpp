@@ -5,8 +5,8 @@
 #include <QStyleOptionFocusRect>
 
 namespace {
-// Room for the focus frame around the text.
-constexpr int margin = 2;
+// Room for the focus frame; the text is to begin where that of other controls does.
+constexpr QMargins margins(0, 2, 2, 2);
 }
 
 LinkLabel::LinkLabel(const QString &text, QWidget *parent)
@@ -21,13 +21,13 @@ LinkLabel::LinkLabel(const QString &text, QWidget *parent)
 QSize LinkLabel::sizeHint() const
 {
     const QSize text = fontMetrics().size(Qt::TextShowMnemonic, this->text());
-    return text.grownBy({margin, margin, margin, margin});
+    return text.grownBy(margins);
 }
 
 void LinkLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    const QRect inside = rect().marginsRemoved({margin, margin, margin, margin});
+    const QRect inside = rect().marginsRemoved(margins);
     QFont font = painter.font();
     font.setUnderline(underMouse());
     painter.setFont(font);

@@ -23,6 +23,7 @@ namespace {
 constexpr int historyLength = 10;
 constexpr int shortestName = 8;
 constexpr int widestContent = 420;
+constexpr int closeButtonSize = 24;
 constexpr QSize usualSize(240, 400);
 
 QString historySection()
@@ -68,6 +69,11 @@ SearchBar::SearchBar(QWidget *parent)
     m_lblSearchEngine->setBuddy(m_cboSearchEngine);
     m_lblSearchQuery->setBuddy(m_brwSearch);
     makeLayout();
+    setTabOrder(m_cboSearchEngine, m_brwSearch);
+    setTabOrder(m_brwSearch, m_chkNewWindow);
+    setTabOrder(m_chkNewWindow, m_lblClearSearches);
+    setTabOrder(m_lblClearSearches, m_cmdSearch);
+    setTabOrder(m_cmdSearch, m_cmdExit);
     connect(m_cmdSearch, &QPushButton::clicked, this, &SearchBar::cmdSearch_Click);
     connect(m_cmdExit, &QToolButton::clicked, this, &SearchBar::ExitSearch);
     connect(m_lblClearSearches, &LinkLabel::clicked, m_brwSearch, &brwURL::ClearList);
@@ -92,28 +98,33 @@ void SearchBar::makeLayout()
     m_cboSearchEngine->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_cboSearchEngine->setMinimumContentsLength(shortestName);
 
-    auto *top = new QHBoxLayout;
-    top->addWidget(m_lblSearchEngine, 1);
-    top->addWidget(m_cmdExit);
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(m_lblClearSearches);
     bottom->addStretch(1);
     bottom->addWidget(m_cmdSearch);
-
     auto *content = new QWidget;
     content->setMaximumWidth(widestContent);
     auto *rows = new QVBoxLayout(content);
-    rows->addLayout(top);
+    const int side = rows->contentsMargins().left();
+    rows->setContentsMargins(side, 0, side, side);
     rows->addWidget(m_cboSearchEngine);
     rows->addSpacing(rows->spacing());
     rows->addWidget(m_lblSearchQuery);
     rows->addWidget(m_brwSearch);
     rows->addWidget(m_chkNewWindow);
     rows->addLayout(bottom);
-    rows->addStretch(1);
-    auto *sides = new QHBoxLayout(this);
-    sides->setContentsMargins({});
-    sides->addWidget(content);
+
+    // The close button stands in the corner, where the other side bar has its own.
+    m_cmdExit->setFixedSize(closeButtonSize, closeButtonSize);
+    auto *top = new QHBoxLayout;
+    top->setContentsMargins(side, 0, 0, 0);
+    top->addWidget(m_lblSearchEngine, 1);
+    top->addWidget(m_cmdExit);
+    auto *whole = new QVBoxLayout(this);
+    whole->setContentsMargins({});
+    whole->addLayout(top);
+    whole->addWidget(content);
+    whole->addStretch(1);
 }
 
 void SearchBar::LoadLang()

@@ -68,9 +68,10 @@ void frmAddFavorite::makeForm()
     m_txtName->setObjectName("txtName"_L1);
     m_txtName->setMaxLength(longestName);
     m_tvFolders->setObjectName("tvFolders"_L1);
+    auto *newFolder = new QPushButton(text(u"cmdNewFolder"_s, u"New &Folder"_s));
+    newFolder->setObjectName("cmdNewFolder"_L1);
+    newFolder->setAutoDefault(false);
     auto *buttons = new QDialogButtonBox;
-    QPushButton *newFolder =
-        addButton(*buttons, u"cmdNewFolder"_s, u"New &Folder"_s, QDialogButtonBox::ActionRole);
     QPushButton *ok = addButton(*buttons, u"cmdOK"_s, u"OK"_s, QDialogButtonBox::AcceptRole);
     QPushButton *cancel =
         addButton(*buttons, u"cmdCancel"_s, u"Cancel"_s, QDialogButtonBox::RejectRole);
@@ -84,7 +85,10 @@ void frmAddFavorite::makeForm()
     layout->addWidget(m_txtName);
     layout->addWidget(makeLabel(u"lblFolder"_s, u"Create &in:"_s, m_tvFolders));
     layout->addWidget(m_tvFolders, 1);
-    layout->addWidget(buttons);
+    auto *bottom = new QHBoxLayout;
+    bottom->addWidget(newFolder);
+    bottom->addWidget(buttons, 1);
+    layout->addLayout(bottom);
 }
 
 void frmAddFavorite::cmdOK_Click()

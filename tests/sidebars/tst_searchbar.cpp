@@ -62,6 +62,7 @@ private slots:
 
     void translation();
     void emptyTranslation();
+    void tabOrder();
     void fitsNarrow();
 
 private:
@@ -421,6 +422,21 @@ void tst_SearchBar::emptyTranslation()
     setLanguageName(u"Leer"_s);
     m_bar->LoadLang();
     QCOMPARE(control<QPushButton>(u"cmdSearch"_s)->text(), QString());
+}
+
+void tst_SearchBar::tabOrder()
+{
+    show();
+    engines()->setFocus();
+    QTRY_VERIFY(engines()->hasFocus());
+    QStringList order;
+    for (int i = 0; i < 5; ++i) {
+        QTest::keyClick(m_window->windowHandle(), Qt::Key_Tab);
+        order.append(QApplication::focusWidget()->objectName());
+    }
+    const QStringList expected{u"cboAddress"_s, u"chkNewWindow"_s, u"lblClearSearches"_s,
+                               u"cmdSearch"_s, u"cmdExit"_s};
+    QCOMPARE(order, expected);
 }
 
 void tst_SearchBar::fitsNarrow()
