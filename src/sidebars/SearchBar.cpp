@@ -63,9 +63,8 @@ SearchBar::SearchBar(QWidget *parent)
     , m_strYouMustEnterSearchCriteria(u"Error: You must enter a search criteria!"_s)
 {
     m_cmdExit->setText(u"X"_s);
-    m_cmdExit->setAccessibleName(m_cmdExit->text());
+    nameControls();
     m_brwSearch->setLineBreakText(u" "_s);
-    m_brwSearch->setFieldName(m_lblSearchQuery->text());
     m_lblSearchEngine->setBuddy(m_cboSearchEngine);
     m_lblSearchQuery->setBuddy(m_brwSearch);
     makeLayout();
@@ -140,7 +139,14 @@ void SearchBar::LoadLang()
     translate(*m_cmdSearch);
     translate(*m_chkNewWindow);
     translate(*m_cmdExit);
+    nameControls();
+}
+
+// Controls without a caption go by that of their label.
+void SearchBar::nameControls()
+{
     m_cmdExit->setAccessibleName(m_cmdExit->text());
+    m_cboSearchEngine->setAccessibleName(m_lblSearchEngine->text());
     m_brwSearch->setFieldName(m_lblSearchQuery->text());
 }
 

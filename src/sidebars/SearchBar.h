@@ -38,6 +38,7 @@ protected:
 
 private:
     void makeLayout();
+    void nameControls();
     void loadFile();
     void cmdSearch_Click();
     void refuse(const QString &message);
