@@ -50,6 +50,8 @@ FavoritesBar::FavoritesBar(Frame &frame, QWidget *parent)
     , m_tvFavorites(new FavoritesTree(this))
     , m_mnuContext(new QMenu(u"&Context Menu"_s, this))
 {
+    // Shown by its command only, whatever shows the window it is in.
+    hide();
     m_cmdAdd->setObjectName("cmdAdd"_L1);
     m_cmdOrganize->setObjectName("cmdOrganize"_L1);
     m_cmdOrganize->setEnabled(false);
@@ -98,7 +100,7 @@ void FavoritesBar::Refresh()
 {
     // Folders that an unfinished refresh was still to open again stay on its list.
     for (auto node = m_nodes.cbegin(); node != m_nodes.cend(); ++node) {
-        if ((*node)->isExpanded())
+        if ((*node)->childCount() > 0 && (*node)->isExpanded())
             m_wereOpen.insert(node.key());
     }
     removeAllNodes();

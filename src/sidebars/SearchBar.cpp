@@ -36,6 +36,12 @@ QString translated(const QString &key, const QString &text)
     return GetLanguageText(u"SearchBox"_s, key, text);
 }
 
+// A caption as it is read out: without the marks of its access key.
+QString withoutMarks(QString caption)
+{
+    return caption.remove(u'&');
+}
+
 template <typename Control> void translate(Control &control)
 {
     control.setText(translated(control.objectName(), control.text()));
@@ -62,6 +68,8 @@ SearchBar::SearchBar(QWidget *parent)
     , m_strNoSearchEngineSelected(u"Error: No Search Engine Selected!"_s)
     , m_strYouMustEnterSearchCriteria(u"Error: You must enter a search criteria!"_s)
 {
+    // Shown by its command only, whatever shows the window it is in.
+    hide();
     m_cmdExit->setText(u"X"_s);
     nameControls();
     m_brwSearch->setLineBreakText(u" "_s);
@@ -145,9 +153,9 @@ void SearchBar::LoadLang()
 // Controls without a caption go by that of their label.
 void SearchBar::nameControls()
 {
-    m_cmdExit->setAccessibleName(m_cmdExit->text());
-    m_cboSearchEngine->setAccessibleName(m_lblSearchEngine->text());
-    m_brwSearch->setFieldName(m_lblSearchQuery->text());
+    m_cmdExit->setAccessibleName(withoutMarks(m_cmdExit->text()));
+    m_cboSearchEngine->setAccessibleName(withoutMarks(m_lblSearchEngine->text()));
+    m_brwSearch->setFieldName(withoutMarks(m_lblSearchQuery->text()));
 }
 
 void SearchBar::SetFocus()

@@ -70,7 +70,6 @@ void tst_AddFavorite::init()
     m_engine = std::make_unique<FakeEngine>();
     m_frame = std::make_unique<FakeFrame>();
     m_bar = new FavoritesBar(*m_frame, m_frame->window());
-    m_bar->hide();
 }
 
 void tst_AddFavorite::cleanup()

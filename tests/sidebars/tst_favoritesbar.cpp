@@ -80,7 +80,6 @@ void tst_FavoritesBar::init()
     m_home = std::make_unique<FavoritesHome>();
     m_frame = std::make_unique<FakeFrame>();
     m_bar = new FavoritesBar(*m_frame, m_frame->window());
-    m_bar->hide();
     m_bar->resize(300, 500);
 }
 
@@ -146,6 +145,9 @@ void tst_FavoritesBar::captionsAndNames()
 void tst_FavoritesBar::nothingIsReadBeforeTheFirstShow()
 {
     QVERIFY(m_home->writeLink(u"a.url"_s, "http://a/"));
+    m_frame->window()->hide();
+    m_frame->window()->show();
+    QVERIFY(m_bar->isHidden());
     QVERIFY(!m_bar->Initialised());
     QVERIFY(!m_bar->isRefreshing());
     fill();

@@ -94,7 +94,6 @@ void tst_SearchBar::init()
     m_window = std::make_unique<QWidget>();
     m_window->resize(260, 400);
     m_bar = new SearchBar(m_window.get());
-    m_bar->hide();
     m_bar->resize(240, 400);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
@@ -161,6 +160,7 @@ void tst_SearchBar::nothingIsReadBeforeTheFirstShow()
 {
     QVERIFY(m_folder->write(fileName, twoEngines));
     m_bar->LoadLang();
+    QVERIFY(m_bar->isHidden());
     QCOMPARE(engines()->count(), 0);
 }
 

@@ -56,8 +56,6 @@ void tst_SideBarCommands::init()
     m_frame = std::make_unique<FakeFrame>();
     m_favorites = new FavoritesBar(*m_frame, m_frame->window());
     m_search = new SearchBar(m_frame->window());
-    m_favorites->hide();
-    m_search->hide();
     m_favorites->resize(300, 500);
     m_search->resize(300, 500);
     registerSideBarCommands(*m_frame, *m_favorites, *m_search);
