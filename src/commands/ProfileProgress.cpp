@@ -25,7 +25,6 @@ ProfileProgress::ProfileProgress(QWidget *parent)
     setSizeGripEnabled(false);
     m_bar->setTextVisible(false);
     m_bar->setFixedSize(barWidth, barHeight);
-    m_stop->setAutoRaise(true);
     m_stop->setFocusPolicy(Qt::TabFocus);
     addWidget(m_text);
     addWidget(m_bar);
