@@ -23,8 +23,8 @@ QString target(const QString &path)
 bool write(const QString &path, const QByteArray &bytes)
 {
     QSaveFile file(path);
-    // What fails only as the buffer is written out is no error to `commit`, which would put an empty
-    // file in place on a full disk.
+    // What fails only as the buffer is written out is no error to `commit`, which would put an
+    // empty file in place on a full disk.
     if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush()
         && file.commit())
         return true;
