@@ -26,6 +26,7 @@ ProfileProgress::ProfileProgress(QWidget *parent)
     m_bar->setTextVisible(false);
     m_bar->setFixedSize(barWidth, barHeight);
     m_stop->setFocusPolicy(Qt::TabFocus);
+    m_text->setContentsMargins(6, 0, 6, 0);
     addWidget(m_text);
     addWidget(m_bar);
     addWidget(m_stop);
