@@ -116,6 +116,16 @@ bool QtWebBrowser::GoForward()
     return m_page && m_history.goForward(m_page);
 }
 
+QList<HistoryStep> QtWebBrowser::HistorySteps() const
+{
+    return m_page ? m_history.steps(m_page) : QList<HistoryStep>();
+}
+
+bool QtWebBrowser::GoTo(int offset)
+{
+    return m_page && m_history.go(m_page, offset);
+}
+
 void QtWebBrowser::Refresh()
 {
     if (!m_page)

@@ -33,6 +33,8 @@ public:
     bool Waiting() const override { return m_waiting; }
     bool GoBack() override;
     bool GoForward() override;
+    QList<HistoryStep> HistorySteps() const override;
+    bool GoTo(int offset) override;
     void Refresh() override;
     void Refresh2(int level) override;
     void Stop() override;

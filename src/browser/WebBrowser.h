@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QIcon>
+#include <QList>
 #include <QVariant>
 #include <QWidget>
 #include <functional>
@@ -36,6 +37,14 @@ inline constexpr int NoWriteToCache = 8;
 }
 
 class WebBrowser;
+
+/// A page of a window's history, as seen from the current one.
+struct HistoryStep {
+    /// Pages back (negative) or forward (positive) in the engine's own history.
+    int offset;
+    QString title;
+    QString url;
+};
 
 /// What happens to a page, told to the window that shows it. Arguments by reference are answers
 /// the engine waits for, so handlers return at once: no dialog, no nested event loop, no deletion
@@ -90,6 +99,10 @@ public:
     virtual bool Waiting() const = 0;
     virtual bool GoBack() = 0;
     virtual bool GoForward() = 0;
+    /// The pages Back and Forward would come to, in the order of the history.
+    virtual QList<HistoryStep> HistorySteps() const = 0;
+    /// Goes to a page of `HistorySteps`; false when there is none at that place.
+    virtual bool GoTo(int offset) = 0;
     virtual void Refresh() = 0;
     /// Level 3 reloads past the cache; other levels reload plainly.
     virtual void Refresh2(int level) = 0;

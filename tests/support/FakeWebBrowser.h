@@ -54,6 +54,8 @@ public:
     bool Waiting() const override { return waiting; }
     bool GoBack() override { return ++backs, canGoBack; }
     bool GoForward() override { return ++forwards, canGoForward; }
+    QList<HistoryStep> HistorySteps() const override { return history; }
+    bool GoTo(int offset) override { return wentTo.append(offset), true; }
     void Refresh() override { ++refreshes; }
     void Refresh2(int level) override { refreshLevels.append(level); }
     void Stop() override { ++stops; }
@@ -106,6 +108,8 @@ public:
     int waits = 0;
     int status = OleCmdStatus::Supported | OleCmdStatus::Enabled;
     bool succeeds = true;
+    QList<HistoryStep> history;
+    QList<int> wentTo;
     bool canGoBack = true;
     bool canGoForward = true;
     bool hasDocument = false;
