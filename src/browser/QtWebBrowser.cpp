@@ -46,8 +46,13 @@ QtWebBrowser::~QtWebBrowser()
 
 void QtWebBrowser::dropPage()
 {
-    LivePages::remove(this);
     m_events = nullptr;
+    deletePage();
+}
+
+void QtWebBrowser::deletePage()
+{
+    LivePages::remove(this);
     if (m_page)
         m_page->disconnect(this);
     delete m_view;
@@ -71,10 +76,12 @@ void QtWebBrowser::setEvents(WebBrowserEvents *events)
 
 void QtWebBrowser::Navigate(const QString &url)
 {
+    m_waiting = false;
     const QUrl address = completeAddress(url);
     if (address.isEmpty()) {
         // The engine would open an empty page instead.
         raiseBeforeNavigate(QUrl(url));
+        emit loadEnded();
         return;
     }
     if (!m_page)
@@ -83,6 +90,22 @@ void QtWebBrowser::Navigate(const QString &url)
         return;
     m_host->hideCrash();
     m_page->load(address);
+}
+
+void QtWebBrowser::NavigateLater(const QString &url)
+{
+    if (m_page) {
+        deletePage();
+        forgetPage();
+    }
+    m_location = url;
+    m_waiting = true;
+}
+
+void QtWebBrowser::NavigateNow()
+{
+    if (m_waiting)
+        Navigate(m_location);
 }
 
 bool QtWebBrowser::GoBack()

@@ -28,6 +28,9 @@ public:
     QWidget *widget() override;
     void setEvents(WebBrowserEvents *events) override;
     void Navigate(const QString &url) override;
+    void NavigateLater(const QString &url) override;
+    void NavigateNow() override;
+    bool Waiting() const override { return m_waiting; }
     bool GoBack() override;
     bool GoForward() override;
     QList<HistoryStep> HistorySteps() const override;
@@ -62,6 +65,9 @@ private:
     enum class Stage { None, Asked, Started, Committed };
 
     void usePage(WebPage *page);
+    void deletePage();
+    /// Nothing is left of what the last page was about.
+    void forgetPage();
     void connectPage();
     void connectLoading();
     void adopt(QWebEngineNewWindowRequest &request);
@@ -124,4 +130,6 @@ private:
     bool m_showsError = false;
     bool m_silent = false;
     bool m_shown = true;
+    /// The location is where a page is to be, and there is none.
+    bool m_waiting = false;
 };

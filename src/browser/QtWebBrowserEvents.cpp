@@ -200,6 +200,7 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     const bool stopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
     if (stopped && m_refusals > 0) {
         --m_refusals;
+        emit loadEnded();
         return;
     }
     const bool underWay = m_stage == Stage::Asked || m_stage == Stage::Started;
@@ -219,6 +220,7 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     m_busy = false;
     m_stage = Stage::None;
     showStatus(stopped ? QString() : statusText(u"strDone"_s, u"Done"_s));
+    emit loadEnded();
 }
 
 void QtWebBrowser::onUrlChanged(const QUrl &url)

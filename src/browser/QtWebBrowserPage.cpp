@@ -43,6 +43,25 @@ void QtWebBrowser::usePage(WebPage *page)
     applyShown();
 }
 
+void QtWebBrowser::forgetPage()
+{
+    m_history = NavigationHistory();
+    m_pending.clear();
+    m_replacing.clear();
+    m_linksToForget.clear();
+    m_requested = QRect();
+    m_stage = Stage::None;
+    m_refusals = 0;
+    m_adopted = false;
+    m_busy = false;
+    m_hasDocument = false;
+    m_completed = false;
+    m_showsError = false;
+    m_host->hideCrash();
+    m_indicators->reset(QUrl());
+    showStatus(QString());
+}
+
 void QtWebBrowser::connectLoading()
 {
     m_page->setQuestion([this](const QUrl &url, QWebEnginePage::NavigationType type,
@@ -168,4 +187,5 @@ void QtWebBrowser::onRendererGone()
     m_stage = Stage::None;
     m_indicators->reset(QUrl(m_location));
     m_host->showCrash();
+    emit loadEnded();
 }

@@ -98,7 +98,10 @@ void frmBrowser::Form_Load()
     Forms::add(this);
     if (!StartingAddress.isEmpty()) {
         setWindowTitle(BrowserTabs::displayed(StartingAddress));
-        m_browser->Navigate(StartingAddress);
+        if (StartingLoad == Loading::Now)
+            m_browser->Navigate(StartingAddress);
+        else
+            m_browser->NavigateLater(StartingAddress);
         m_frame.setAddressText(StartingAddress);
         StartingAddress.clear();
     }

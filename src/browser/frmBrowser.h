@@ -12,6 +12,9 @@ class PopupBudget;
 class QWidget;
 class StatusStrip;
 
+/// When a window loads its starting address: as it loads itself, or when its turn comes.
+enum class Loading { Now, Later };
+
 /// The inner window that shows one web page: engine control, status bar, and their reflection in
 /// the window's tab and the shared address bar. The creator sets the public members, hands the
 /// window to `Frame::adopt` and shows it; the first show loads it.
@@ -24,6 +27,8 @@ public:
 
     /// Opened when the window loads; empty: the window opens nothing itself.
     QString StartingAddress;
+    /// Later: the window comes up at the address without its page.
+    Loading StartingLoad = Loading::Now;
     /// True from a page's request for this window until its first navigation.
     bool Popup = false;
 

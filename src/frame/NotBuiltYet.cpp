@@ -6,8 +6,6 @@ QStringList notBuiltYet()
 {
     return {
         u"mnuFileSaveAs"_s,
-        u"mnuFileProfiles"_s,
-        u"mnuFileProfilesSave"_s,
         u"mnuFileProperties"_s,
         u"mnuFilePageSetup"_s,
         u"mnuFilePrint"_s,
