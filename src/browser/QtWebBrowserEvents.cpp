@@ -95,7 +95,7 @@ bool QtWebBrowser::askForBlank(const QUrl &url)
 bool QtWebBrowser::mayLeaveTrace(const QUrl &url) const
 {
     return !(m_flags & NavFlags::NoHistory) || m_page->history()->count() == 0 || !isWeb(url)
-        || m_showsError || samePage(url, m_page->url());
+        || m_showsError || samePage(url, QUrl(m_location));
 }
 
 void QtWebBrowser::replaceWith(const QUrl &url)
