@@ -47,8 +47,13 @@ QtWebBrowser::~QtWebBrowser()
 
 void QtWebBrowser::dropPage()
 {
-    LivePages::remove(this);
     m_events = nullptr;
+    deletePage();
+}
+
+void QtWebBrowser::deletePage()
+{
+    LivePages::remove(this);
     if (m_page)
         m_page->disconnect(this);
     delete m_view;
@@ -72,11 +77,13 @@ void QtWebBrowser::setEvents(WebBrowserEvents *events)
 
 void QtWebBrowser::Navigate(const QString &url)
 {
+    m_waiting = false;
     const QUrl address = completeAddress(url);
     if (address.isEmpty()) {
         // The engine would open an empty page instead.
         if (raiseBeforeNavigate(QUrl(url)))
             tellNoAddress(url.trimmed());
+        emit loadEnded();
         return;
     }
     if (!m_page)
@@ -98,6 +105,22 @@ void QtWebBrowser::tellNoAddress(const QString &text)
         m_events->TitleChange(text);
 }
 
+void QtWebBrowser::NavigateLater(const QString &url)
+{
+    if (m_page) {
+        deletePage();
+        forgetPage();
+    }
+    m_location = url;
+    m_waiting = true;
+}
+
+void QtWebBrowser::NavigateNow()
+{
+    if (m_waiting)
+        Navigate(m_location);
+}
+
 bool QtWebBrowser::GoBack()
 {
     return m_page && m_history.goBack(m_page);
@@ -106,6 +129,16 @@ bool QtWebBrowser::GoBack()
 bool QtWebBrowser::GoForward()
 {
     return m_page && m_history.goForward(m_page);
+}
+
+QList<HistoryStep> QtWebBrowser::HistorySteps() const
+{
+    return m_page ? m_history.steps(m_page) : QList<HistoryStep>();
+}
+
+bool QtWebBrowser::GoTo(int offset)
+{
+    return m_page && m_history.go(m_page, offset);
 }
 
 void QtWebBrowser::Refresh()

@@ -28,8 +28,13 @@ public:
     QWidget *widget() override;
     void setEvents(WebBrowserEvents *events) override;
     void Navigate(const QString &url) override;
+    void NavigateLater(const QString &url) override;
+    void NavigateNow() override;
+    bool Waiting() const override { return m_waiting; }
     bool GoBack() override;
     bool GoForward() override;
+    QList<HistoryStep> HistorySteps() const override;
+    bool GoTo(int offset) override;
     void Refresh() override;
     void Refresh2(int level) override;
     void Stop() override;
@@ -43,6 +48,8 @@ public:
     void ClearDocument() override { }
     void OuterHTML(const std::function<void(const QString &)> &done) override;
     bool Busy() const override { return m_busy; }
+    WindowRequest CurrentRequest() const override { return m_request; }
+    void setRefusesUnaskedWindows(bool refuses) override;
     bool Silent() const override { return m_silent; }
     void setSilent(bool silent) override { m_silent = silent; }
     void setRegisterAsBrowser(bool) override { }
@@ -58,6 +65,9 @@ private:
     enum class Stage { None, Asked, Started, Committed };
 
     void usePage(WebPage *page);
+    void deletePage();
+    /// Nothing is left of what the last page was about.
+    void forgetPage();
     void connectPage();
     void connectLoading();
     void adopt(QWebEngineNewWindowRequest &request);
@@ -106,6 +116,7 @@ private:
     QList<QUrl> m_linksToForget;
     /// What the opening page asked for, pixels; null when nothing or when it is done.
     QRect m_requested;
+    WindowRequest m_request;
     Stage m_stage = Stage::None;
     int m_flags = 0;
     /// Loads whose start and end the engine tells although they were refused.
@@ -113,10 +124,14 @@ private:
     /// The navigation under way takes the place of the current history entry.
     bool m_replacesEntry = false;
     bool m_adopted = false;
+    /// The page was opened without an address, and the engine has not told of its empty document.
+    bool m_opensEmpty = false;
     bool m_busy = false;
     bool m_hasDocument = false;
     bool m_completed = false;
     bool m_showsError = false;
     bool m_silent = false;
     bool m_shown = true;
+    /// The location is where a page is to be, and there is none.
+    bool m_waiting = false;
 };

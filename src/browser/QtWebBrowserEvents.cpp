@@ -72,6 +72,7 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
     }
     if (!redirected)
         m_replacesEntry = replacing;
+    m_opensEmpty = false;
     m_replacing.clear();
     m_pending = url;
     m_stage = Stage::Asked;
@@ -137,6 +138,9 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
     if (m_refusals > 0 && m_stage != Stage::Asked)
         return;
     if (m_stage != Stage::Asked) {
+        // The empty document that a window begins with is no navigation.
+        if (std::exchange(m_opensEmpty, false))
+            return;
         // A page opens about:blank, which the engine neither asks for nor lets us refuse;
         // stopping one in a window opened without an address would end the program.
         raiseBeforeNavigate(url);
@@ -210,6 +214,7 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     const bool stopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
     if (stopped && m_refusals > 0) {
         --m_refusals;
+        emit loadEnded();
         return;
     }
     const bool underWay = m_stage == Stage::Asked || m_stage == Stage::Started;
@@ -229,6 +234,7 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     m_busy = false;
     m_stage = Stage::None;
     showStatus(stopped ? QString() : statusText(u"strDone"_s, u"Done"_s));
+    emit loadEnded();
 }
 
 void QtWebBrowser::onUrlChanged(const QUrl &url)

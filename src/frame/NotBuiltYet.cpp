@@ -6,8 +6,6 @@ QStringList notBuiltYet()
 {
     return {
         u"mnuFileSaveAs"_s,
-        u"mnuFileProfiles"_s,
-        u"mnuFileProfilesSave"_s,
         u"mnuFileProperties"_s,
         u"mnuFilePageSetup"_s,
         u"mnuFilePrint"_s,
@@ -19,7 +17,6 @@ QStringList notBuiltYet()
         u"mnuEditFind"_s,
         u"mnuEditSelectAll"_s,
         u"mnuEditSelectNone"_s,
-        u"mnuViewSearchBar"_s,
         u"mnuViewFontSize20"_s,
         u"mnuViewFontSize21"_s,
         u"mnuViewFontSize22"_s,
@@ -27,19 +24,14 @@ QStringList notBuiltYet()
         u"mnuViewFontSize24"_s,
         u"mnuViewRefresh"_s,
         u"mnuViewDocumentHTML"_s,
-        u"mnuNavigationSearchTheWeb"_s,
-        u"mnuFavoritesAdd"_s,
         u"mnuFavoritesOrganize"_s,
         u"mnuFavoritesExport"_s,
         u"mnuFavoritesImport"_s,
-        u"mnuFavoritesShow"_s,
         u"mnuToolsOptions"_s,
-        u"mnuToolsSmartPopupBlockerList"_s,
         u"mnuToolsInternetOptions"_s,
         u"mnuToolsAdvancedInternetOptions"_s,
         u"mnuToolsAddPagesToHistory"_s,
         u"mnuToolsAddFilesToCache"_s,
-        u"mnuToolsMaximizeCatcher"_s,
         u"mnuToolsScriptErrorSuppress"_s,
     };
 }
