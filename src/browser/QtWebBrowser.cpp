@@ -88,8 +88,10 @@ void QtWebBrowser::Navigate(const QString &url)
     }
     if (!m_page)
         usePage(takePage());
-    if (address.scheme() == "about"_L1 && !askForBlank(address))
+    if (address.scheme() == "about"_L1 && !askForBlank(address)) {
+        emit loadEnded();
         return;
+    }
     m_host->hideCrash();
     m_page->load(address);
 }
