@@ -21,5 +21,9 @@ WebPage *takePage();
 /// Prepares the next page for `takePage`.
 void prepareSparePage();
 
+/// Whether scripts may ask for windows that the user did nothing for; else they get null at once.
+/// May change at any time, also before there is a profile.
+void setScriptsMayOpenWindows(bool may);
+
 /// Ends spare page and profile; every other page must be gone.
 void dropEngineProfile();

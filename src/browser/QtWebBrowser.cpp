@@ -5,6 +5,7 @@
 #include "AddressCompletion.h"
 #include "BrowserHost.h"
 #include "EngineProfile.h"
+#include "Language.h"
 #include "LivePages.h"
 #include "PageCommands.h"
 #include "PageIndicators.h"
@@ -47,8 +48,13 @@ QtWebBrowser::~QtWebBrowser()
 
 void QtWebBrowser::dropPage()
 {
-    LivePages::remove(this);
     m_events = nullptr;
+    deletePage();
+}
+
+void QtWebBrowser::deletePage()
+{
+    LivePages::remove(this);
     if (m_page)
         m_page->disconnect(this);
     if (m_page && PageJobs::takeOver(m_view, m_page)) {
@@ -76,18 +82,50 @@ void QtWebBrowser::setEvents(WebBrowserEvents *events)
 
 void QtWebBrowser::Navigate(const QString &url)
 {
+    m_waiting = false;
     const QUrl address = completeAddress(url);
     if (address.isEmpty()) {
         // The engine would open an empty page instead.
-        raiseBeforeNavigate(QUrl(url));
+        if (raiseBeforeNavigate(QUrl(url)))
+            tellNoAddress(url.trimmed());
+        emit loadEnded();
         return;
     }
     if (!m_page)
         usePage(takePage());
-    if (address.scheme() == "about"_L1 && !askForBlank(address))
+    if (address.scheme() == "about"_L1 && !askForBlank(address)) {
+        emit loadEnded();
         return;
+    }
     m_host->hideCrash();
     m_page->load(address);
+}
+
+/// What is on the window stays; the status text says why.
+void QtWebBrowser::tellNoAddress(const QString &text)
+{
+    if (text.isEmpty() || text == "http:///"_L1)
+        return;
+    showStatus(GetLanguageText(u"frmBrowser"_s, u"strNoAddress"_s, u"This is not an address:"_s)
+               + u' ' + text.left(200));
+    if (!m_hasDocument && m_events)
+        m_events->TitleChange(text);
+}
+
+void QtWebBrowser::NavigateLater(const QString &url)
+{
+    if (m_page) {
+        deletePage();
+        forgetPage();
+    }
+    m_location = url;
+    m_waiting = true;
+}
+
+void QtWebBrowser::NavigateNow()
+{
+    if (m_waiting)
+        Navigate(m_location);
 }
 
 bool QtWebBrowser::GoBack()

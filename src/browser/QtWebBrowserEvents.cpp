@@ -72,6 +72,7 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
     }
     if (!redirected)
         m_replacesEntry = replacing;
+    m_opensEmpty = false;
     m_replacing.clear();
     m_pending = url;
     m_stage = Stage::Asked;
@@ -95,7 +96,7 @@ bool QtWebBrowser::askForBlank(const QUrl &url)
 bool QtWebBrowser::mayLeaveTrace(const QUrl &url) const
 {
     return !(m_flags & NavFlags::NoHistory) || m_page->history()->count() == 0 || !isWeb(url)
-        || m_showsError || samePage(url, m_page->url());
+        || m_showsError || samePage(url, QUrl(m_location));
 }
 
 void QtWebBrowser::replaceWith(const QUrl &url)
@@ -137,6 +138,9 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
     if (m_refusals > 0 && m_stage != Stage::Asked)
         return;
     if (m_stage != Stage::Asked) {
+        // The empty document that a window begins with is no navigation.
+        if (std::exchange(m_opensEmpty, false))
+            return;
         // A page opens about:blank, which the engine neither asks for nor lets us refuse;
         // stopping one in a window opened without an address would end the program.
         raiseBeforeNavigate(url);
@@ -157,6 +161,21 @@ void QtWebBrowser::onFrameStarted(const QString &url, bool isMainFrame)
         return;
     const bool failed = url.startsWith("chrome-error:"_L1);
     commit(failed ? encoded(m_pending) : url, !failed);
+    if (url.startsWith("about:"_L1))
+        QTimer::singleShot(0, this, &QtWebBrowser::endBlank);
+}
+
+/// A blank page opened over another load has no end of its own that the engine would tell; there is
+/// nothing in it to wait for.
+void QtWebBrowser::endBlank()
+{
+    if (m_stage != Stage::Committed || !m_location.startsWith("about:"_L1))
+        return;
+    completeDocument(m_location);
+    m_busy = false;
+    m_stage = Stage::None;
+    showStatus(statusText(u"strDone"_s, u"Done"_s));
+    emit loadEnded();
 }
 
 void QtWebBrowser::commit(const QString &url, bool arrived)
@@ -196,6 +215,7 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     const bool stopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
     if (stopped && m_refusals > 0) {
         --m_refusals;
+        emit loadEnded();
         return;
     }
     const bool underWay = m_stage == Stage::Asked || m_stage == Stage::Started;
@@ -215,6 +235,7 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     m_busy = false;
     m_stage = Stage::None;
     showStatus(stopped ? QString() : statusText(u"strDone"_s, u"Done"_s));
+    emit loadEnded();
 }
 
 void QtWebBrowser::onUrlChanged(const QUrl &url)

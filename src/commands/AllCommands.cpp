@@ -3,6 +3,7 @@
 #include "EditCommands.h"
 #include "FileCommands.h"
 #include "HelpCommands.h"
+#include "ProfileCommands.h"
 #include "ViewCommands.h"
 #include "frmMain.h"
 
@@ -11,6 +12,7 @@ void registerAllCommands(frmMain &frame)
     registerFileCommands(frame);
     registerEditCommands(frame);
     registerViewCommands(frame);
+    registerProfileCommands(frame);
     registerHelpCommands(frame);
     frame.closeCommandTable();
 }

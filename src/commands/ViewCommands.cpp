@@ -4,7 +4,7 @@
 #include <QApplication>
 #include <QPointer>
 
-#include "FocusedFavorites.h"
+#include "FavoritesBar.h"
 #include "Frame.h"
 #include "WebBrowser.h"
 #include "Yield.h"
@@ -48,11 +48,21 @@ void setFontSize(Frame &frame, qint32 level)
     letPendingEventsRun();
 }
 
+/// The favorites bar while the frame's active control is in it and it has filled its tree.
+FavoritesBar *focusedFavorites(Frame &frame)
+{
+    QWidget *control = frame.window()->focusWidget();
+    while (control && control->objectName() != "FavoritesBar1"_L1)
+        control = control->parentWidget();
+    auto *bar = qobject_cast<FavoritesBar *>(control);
+    return bar && bar->Initialised() ? bar : nullptr;
+}
+
 void refresh(Frame &frame)
 {
-    if (QObject *favorites = FocusedFavorites::bar(frame)) {
+    if (FavoritesBar *favorites = focusedFavorites(frame)) {
         frame.menuItem(u"mnuViewRefresh"_s)->setEnabled(false);
-        FocusedFavorites::refresh(*favorites);
+        favorites->Refresh();
         frame.menuItem(u"mnuViewRefresh"_s)->setEnabled(true);
     } else if (const frmBrowser *active = activeBrowser(frame)) {
         active->brwWebBrowser()->Refresh();

@@ -9,6 +9,7 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QTimer>
 
 #include "AddressHost.h"
 #include "ApplySettings.h"
@@ -18,17 +19,22 @@
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "ExitQuestion.h"
+#include "FavoritesBar.h"
 #include "Factory.h"
 #include "Forms.h"
 #include "FrameBody.h"
 #include "Language.h"
+#include "LinksBar.h"
 #include "MdiArea.h"
 #include "NavigationCommands.h"
 #include "PopupCommands.h"
+#include "PopupURLs.h"
 #include "ProfileDrag.h"
 #include "ProgramIcon.h"
 #include "ProgramInfo.h"
+#include "SearchBar.h"
 #include "Settings.h"
+#include "SideBarCommands.h"
 #include "TabStrip.h"
 #include "ThemedIcon.h"
 #include "ToolBar.h"
@@ -50,8 +56,7 @@ constexpr int keyEnter = 13;
 constexpr int keyEscape = 27;
 constexpr QSize designSize(1100, 760);
 
-template <typename Bar>
-Bar *named(Bar *bar, const char *name)
+template <typename Bar> Bar *named(Bar *bar, const char *name)
 {
     bar->setObjectName(QLatin1StringView(name));
     return bar;
@@ -71,6 +76,9 @@ frmMain::frmMain()
     , m_tbWindows(named(new TabStrip(themedIcon(u"page"_s)), "tbWindows"))
     , m_brwURL1(named(new brwURL, "brwURL1"))
     , m_commandBars(new CommandBars(*this, *m_tbFunctions, *m_tbBrowser, this))
+    , m_links(new LinksBar(*this, *m_tbLinks, this))
+    , m_FavoritesBar1(named(new FavoritesBar(*this), "FavoritesBar1"))
+    , m_SearchBar1(named(new SearchBar, "SearchBar1"))
 {
     setObjectName("frmMain"_L1);
     setWindowTitle(ProgramInfo::title());
@@ -79,17 +87,25 @@ frmMain::frmMain()
     setAcceptDrops(true);
     setCentralWidget(m_body);
     resize(designSize);
+    m_body->addSideBar(*m_FavoritesBar1);
+    m_body->addSideBar(*m_SearchBar1);
     makeBands();
     connectAddressBar();
-    QMenu &openBrowsers = *m_menu.menu(u"mnuWindowOpenBrowsers"_s);
-    registerWindowCommands(*this, *m_windows, openBrowsers);
-    connectTabStrip(*m_tbWindows, *this, openBrowsers);
-    registerToolBarCommands(*this, *m_coolBar, *m_body);
-    registerNavigationCommands(*this);
-    registerPopupCommands(*this);
+    registerCommands();
     connect(m_windows, &MdiArea::activeChildChanged, &m_commands, &CommandTable::refreshRules);
     connect(QApplication::clipboard(), &QClipboard::dataChanged, &m_commands,
             &CommandTable::refreshRules);
+}
+
+void frmMain::registerCommands()
+{
+    QMenu &openBrowsers = *m_menu.menu(u"mnuWindowOpenBrowsers"_s);
+    registerWindowCommands(*this, *m_windows, openBrowsers);
+    connectTabStrip(*m_tbWindows, *this, openBrowsers);
+    registerToolBarCommands(*this, *m_coolBar, *m_body, *m_links);
+    registerNavigationCommands(*this);
+    registerPopupCommands(*this);
+    registerSideBarCommands(*this, *m_FavoritesBar1, *m_SearchBar1);
 }
 
 frmMain::~frmMain()
@@ -145,14 +161,16 @@ void frmMain::load()
     m_loaded = true;
     Forms::add(this);
     m_commandLine = unquoted(m_commandLine);
-    findChild<QLabel *>(u"pctIcon"_s)->setPixmap(windowIcon().pixmap(QSize(16, 16), devicePixelRatio()));
-    applySettings(*this, *m_coolBar);
+    findChild<QLabel *>(u"pctIcon"_s)
+        ->setPixmap(windowIcon().pixmap(QSize(16, 16), devicePixelRatio()));
+    applySettings(*this, *m_coolBar, *m_SearchBar1, *m_links);
     restoreBandLayout(*m_coolBar);
     show();
     letPendingEventsRun();
     if (Settings::isOne(Settings::ShowSplash))
         showSplash(this);
     letPendingEventsRun();
+    LoadPopupURLs();
     openFirstWindow();
 }
 
@@ -171,6 +189,7 @@ void frmMain::translate()
     CoolBand &address = *m_coolBar->band(u"Address"_s);
     address.setCaption(GetLanguageText(u"frmMain"_s, u"lblAddress"_s, address.caption()));
     m_coolBar->translate();
+    m_SearchBar1->LoadLang();
 }
 
 void frmMain::adopt(QMdiSubWindow *child)
@@ -198,9 +217,9 @@ int frmMain::NewWindowState() const
     return activeChild() ? normal : maximized;
 }
 
-bool frmMain::openProfile(const QString &, bool)
+bool frmMain::openProfile(const QString &file, bool quiet)
 {
-    return false;
+    return m_profileOpener && m_profileOpener(file, quiet);
 }
 
 WindowTabs &frmMain::tbWindows()
@@ -280,6 +299,11 @@ void frmMain::dropEvent(QDropEvent *event)
     const QString file = firstDraggedFile(*event->mimeData());
     if (file.isEmpty() || QFileInfo(file).isDir())
         return;
-    if (!openProfile(file, false))
-        QApplication::beep();
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    // Opening takes its time, and the program the file comes from waits for the drop to end.
+    QTimer::singleShot(0, this, [this, file] {
+        if (!openProfile(file, false))
+            QApplication::beep();
+    });
 }
