@@ -26,7 +26,7 @@
 using namespace Qt::StringLiterals;
 
 /// Saving, printing and describing real pages.
-class tst_PageCommands : public QObject {
+class tst_SaveAndPrint : public QObject {
     Q_OBJECT
 
 private slots:
@@ -88,7 +88,7 @@ private:
     std::unique_ptr<Session> m_session;
 };
 
-void tst_PageCommands::init()
+void tst_SaveAndPrint::init()
 {
     m_files = std::make_unique<QTemporaryDir>();
     m_session = std::make_unique<Session>();
@@ -97,7 +97,7 @@ void tst_PageCommands::init()
 }
 
 /// Three sheets.
-void tst_PageCommands::openLongPage()
+void tst_SaveAndPrint::openLongPage()
 {
     m_session->server.page("/long",
                            "<title>A long / page</title><p>first sheet"
@@ -107,7 +107,7 @@ void tst_PageCommands::openLongPage()
     QTRY_VERIFY(m_session->shows(m_session->server.url(u"/long"_s)));
 }
 
-void tst_PageCommands::save(const QString &file, int kind)
+void tst_SaveAndPrint::save(const QString &file, int kind)
 {
     m_session->choose("mnuFileSaveAs");
     auto *dialog = waitFor<QFileDialog>();
@@ -118,7 +118,7 @@ void tst_PageCommands::save(const QString &file, int kind)
     QVERIFY(QMetaObject::invokeMethod(dialog, "accept"));
 }
 
-void tst_PageCommands::saves_data()
+void tst_SaveAndPrint::saves_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<QString>("name");
@@ -128,7 +128,7 @@ void tst_PageCommands::saves_data()
     QTest::newRow("source only") << 2 << u"page.html"_s << false;
 }
 
-void tst_PageCommands::saves()
+void tst_SaveAndPrint::saves()
 {
     QFETCH(int, kind);
     QFETCH(QString, name);
@@ -172,7 +172,7 @@ void tst_PageCommands::saves()
     again->reject();
 }
 
-void tst_PageCommands::savesAnImageWhereItWasAskedTo()
+void tst_SaveAndPrint::savesAnImageWhereItWasAskedTo()
 {
     const QByteArray bytes = "<svg xmlns='http://www.w3.org/2000/svg' width='7' height='5'/>";
     m_session->server.reply("/picture.svg", {200, bytes, "image/svg+xml", {}});
@@ -182,7 +182,7 @@ void tst_PageCommands::savesAnImageWhereItWasAskedTo()
     QTRY_COMPARE(read(path(u"kept.svg"_s)), bytes);
 }
 
-void tst_PageCommands::readOnlyPlaceIsTold()
+void tst_SaveAndPrint::readOnlyPlaceIsTold()
 {
     openLongPage();
     const QString file = u"/proc/page.html"_s;
@@ -196,7 +196,7 @@ void tst_PageCommands::readOnlyPlaceIsTold()
     QVERIFY(ok.text().contains(file));
 }
 
-void tst_PageCommands::printsToPdf()
+void tst_SaveAndPrint::printsToPdf()
 {
     openLongPage();
     QTest::keyClick(m_session->frame.get(), Qt::Key_P, Qt::ControlModifier);
@@ -215,7 +215,7 @@ void tst_PageCommands::printsToPdf()
         QVERIFY2(text.contains(sheet), qPrintable(text));
 }
 
-void tst_PageCommands::jobsOfOnePageWaitForEachOther()
+void tst_SaveAndPrint::jobsOfOnePageWaitForEachOther()
 {
     openLongPage();
     QObject receiver;
@@ -228,7 +228,7 @@ void tst_PageCommands::jobsOfOnePageWaitForEachOther()
         QVERIFY(size > 1000);
 }
 
-void tst_PageCommands::pageLivesUntilItsJobIsDone()
+void tst_SaveAndPrint::pageLivesUntilItsJobIsDone()
 {
     openLongPage();
     QObject receiver;
@@ -245,7 +245,7 @@ void tst_PageCommands::pageLivesUntilItsJobIsDone()
     QTRY_VERIFY(!printed);
 }
 
-PrintPreview *tst_PageCommands::openPreview()
+PrintPreview *tst_SaveAndPrint::openPreview()
 {
     m_session->choose("mnuFilePrintPreview");
     auto *preview = qobject_cast<PrintPreview *>(Forms::named("frmPrintPreview").value(0));
@@ -254,7 +254,7 @@ PrintPreview *tst_PageCommands::openPreview()
     return preview;
 }
 
-void tst_PageCommands::previewShowsTheSheets()
+void tst_SaveAndPrint::previewShowsTheSheets()
 {
     openLongPage();
     PrintPreview *preview = openPreview();
@@ -276,7 +276,7 @@ void tst_PageCommands::previewShowsTheSheets()
     QTRY_COMPARE(sheet->value(), 2);
 }
 
-void tst_PageCommands::previewFollowsThePageSetUp()
+void tst_SaveAndPrint::previewFollowsThePageSetUp()
 {
     openLongPage();
     PrintPreview *preview = openPreview();
@@ -296,7 +296,7 @@ void tst_PageCommands::previewFollowsThePageSetUp()
     QVERIFY(after.width() > after.height());
 }
 
-void tst_PageCommands::previewOutlivesItsPage()
+void tst_SaveAndPrint::previewOutlivesItsPage()
 {
     openLongPage();
     PrintPreview *preview = openPreview();
@@ -307,7 +307,7 @@ void tst_PageCommands::previewOutlivesItsPage()
     QCOMPARE(preview->document().pageCount(), 3);
 }
 
-void tst_PageCommands::closeAllClosesThePreview()
+void tst_SaveAndPrint::closeAllClosesThePreview()
 {
     openLongPage();
     const QPointer<PrintPreview> preview = openPreview();
@@ -316,7 +316,7 @@ void tst_PageCommands::closeAllClosesThePreview()
     QTRY_VERIFY(!preview);
 }
 
-void tst_PageCommands::pageSetUpIsKept()
+void tst_SaveAndPrint::pageSetUpIsKept()
 {
     openLongPage();
     m_session->choose("mnuFilePageSetup");
@@ -332,7 +332,7 @@ void tst_PageCommands::pageSetUpIsKept()
     dialog->reject();
 }
 
-void tst_PageCommands::propertiesOfAPage()
+void tst_SaveAndPrint::propertiesOfAPage()
 {
     openLongPage();
     QTest::keyClick(m_session->frame.get(), Qt::Key_I, Qt::ControlModifier);
@@ -352,7 +352,7 @@ void tst_PageCommands::propertiesOfAPage()
     dialog->reject();
 }
 
-void tst_PageCommands::propertiesOfAFile()
+void tst_SaveAndPrint::propertiesOfAFile()
 {
     m_session->folder.write(u"page.html"_s, "<title>F</title>0123456789");
     const QUrl url = QUrl::fromLocalFile(m_session->folder.file(u"page.html"_s));
@@ -366,7 +366,7 @@ void tst_PageCommands::propertiesOfAFile()
     dialog->reject();
 }
 
-void tst_PageCommands::certificatesOfAServer()
+void tst_SaveAndPrint::certificatesOfAServer()
 {
     TestServer secure(TestServer::Kind::Https);
     ConnectionCheck check;
@@ -378,7 +378,7 @@ void tst_PageCommands::certificatesOfAServer()
     QVERIFY2(chain.contains("issued by"_L1), qPrintable(chain));
 }
 
-void tst_PageCommands::serverThatCannotBeAsked()
+void tst_SaveAndPrint::serverThatCannotBeAsked()
 {
     TestServer::Reply hangUp;
     hangUp.hangUp = true;
@@ -392,7 +392,7 @@ void tst_PageCommands::serverThatCannotBeAsked()
     QVERIFY(answered.first().at(1).toString().startsWith("The server could not be asked"_L1));
 }
 
-void tst_PageCommands::pageMayAskForPrinting()
+void tst_SaveAndPrint::pageMayAskForPrinting()
 {
     openLongPage();
     page().runJavaScript(u"window.print()"_s);
@@ -401,7 +401,7 @@ void tst_PageCommands::pageMayAskForPrinting()
     dialog->reject();
 }
 
-void tst_PageCommands::cancelledPrintingWritesNothing()
+void tst_SaveAndPrint::cancelledPrintingWritesNothing()
 {
     openLongPage();
     m_session->choose("mnuFilePrint");
@@ -420,7 +420,7 @@ void tst_PageCommands::cancelledPrintingWritesNothing()
     QVERIFY(!QFileInfo::exists(path(u"out.pdf"_s)));
 }
 
-void tst_PageCommands::deadPageRefuses()
+void tst_SaveAndPrint::deadPageRefuses()
 {
     openLongPage();
     QSignalSpy ended(&page(), &QWebEnginePage::renderProcessTerminated);
@@ -436,5 +436,5 @@ void tst_PageCommands::deadPageRefuses()
     QTRY_VERIFY(m_session->shows(m_session->server.url(u"/one"_s)));
 }
 
-ORVANE_ENGINE_TEST_MAIN(tst_PageCommands)
-#include "tst_pagecommands.moc"
+ORVANE_ENGINE_TEST_MAIN(tst_SaveAndPrint)
+#include "tst_saveandprint.moc"
