@@ -2,11 +2,13 @@
 
 #include "FileCommands.h"
 #include "HelpCommands.h"
+#include "ToolsCommands.h"
 #include "frmMain.h"
 
 void registerAllCommands(frmMain &frame)
 {
     registerFileCommands(frame);
+    registerToolsCommands(frame, frame);
     registerHelpCommands(frame);
     frame.closeCommandTable();
 }

@@ -33,13 +33,9 @@ QStringList notBuiltYet()
         u"mnuFavoritesExport"_s,
         u"mnuFavoritesImport"_s,
         u"mnuFavoritesShow"_s,
-        u"mnuToolsOptions"_s,
         u"mnuToolsSmartPopupBlockerList"_s,
         u"mnuToolsInternetOptions"_s,
         u"mnuToolsAdvancedInternetOptions"_s,
-        u"mnuToolsAddPagesToHistory"_s,
-        u"mnuToolsAddFilesToCache"_s,
         u"mnuToolsMaximizeCatcher"_s,
-        u"mnuToolsScriptErrorSuppress"_s,
     };
 }
