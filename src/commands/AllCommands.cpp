@@ -2,12 +2,14 @@
 
 #include "FileCommands.h"
 #include "HelpCommands.h"
+#include "ProfileCommands.h"
 #include "ToolsCommands.h"
 #include "frmMain.h"
 
 void registerAllCommands(frmMain &frame)
 {
     registerFileCommands(frame);
+    registerProfileCommands(frame);
     registerToolsCommands(frame, frame);
     registerHelpCommands(frame);
     frame.closeCommandTable();

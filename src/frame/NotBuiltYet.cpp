@@ -6,8 +6,6 @@ QStringList notBuiltYet()
 {
     return {
         u"mnuFileSaveAs"_s,
-        u"mnuFileProfiles"_s,
-        u"mnuFileProfilesSave"_s,
         u"mnuFileProperties"_s,
         u"mnuFilePageSetup"_s,
         u"mnuFilePrint"_s,
@@ -33,9 +31,7 @@ QStringList notBuiltYet()
         u"mnuFavoritesExport"_s,
         u"mnuFavoritesImport"_s,
         u"mnuFavoritesShow"_s,
-        u"mnuToolsSmartPopupBlockerList"_s,
         u"mnuToolsInternetOptions"_s,
         u"mnuToolsAdvancedInternetOptions"_s,
-        u"mnuToolsMaximizeCatcher"_s,
     };
 }

@@ -1,0 +1,280 @@
+#include "FavoritesBar.h"
+#include "FavoriteNode.h"
+#include "FavoritesTree.h"
+#include "Frame.h"
+#include "InternetShortcut.h"
+#include "Log.h"
+#include "SideBarControls.h"
+#include "Twips.h"
+#include "WebBrowser.h"
+#include "Yield.h"
+#include "frmAddFavorite.h"
+#include "frmBrowser.h"
+#include "modFindFiles.h"
+#include "modSpecialFolders.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QPointer>
+#include <QPushButton>
+#include <QToolButton>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+// Time that filling the tree takes from the interface at once.
+constexpr int sliceMs = 30;
+// Twips: the height of the buttons, and both sides of the close button.
+constexpr int buttonHeight = 360;
+constexpr QSize usualSize(240, 400);
+
+// A rectangle in twips; one without a width or a height is none a control can have.
+void place(QWidget &control, int left, int top, int width, int height)
+{
+    if (width < 0 || height < 0)
+        return;
+    const int x = Twips::toPixels(left);
+    const int y = Twips::toPixels(top);
+    control.setGeometry(x, y, Twips::toPixels(left + width) - x, Twips::toPixels(top + height) - y);
+}
+}
+
+FavoritesBar::FavoritesBar(Frame &frame, QWidget *parent)
+    : QWidget(parent)
+    , m_frame(frame)
+    , m_cmdAdd(new QPushButton(u"&Add Favorite"_s, this))
+    , m_cmdOrganize(new QPushButton(u"&Organize"_s, this))
+    , m_cmdExit(makeCloseButton(this))
+    , m_tvFavorites(new FavoritesTree(this))
+    , m_mnuContext(new QMenu(u"&Context Menu"_s, this))
+{
+    // Shown by its command only, whatever shows the window it is in.
+    hide();
+    m_cmdAdd->setObjectName("cmdAdd"_L1);
+    m_cmdOrganize->setObjectName("cmdOrganize"_L1);
+    m_cmdOrganize->setEnabled(false);
+    m_tvFavorites->setObjectName("tvFavorites"_L1);
+    m_tvFavorites->setAccessibleName(u"Favorites"_s);
+    makeContextMenu();
+    m_slice.setInterval(0);
+    connect(&m_slice, &QTimer::timeout, this, &FavoritesBar::continueRefresh);
+    connect(m_cmdAdd, &QPushButton::clicked, this, &FavoritesBar::AddCurrentPage);
+    connect(m_cmdExit, &QToolButton::clicked, this, &FavoritesBar::ControlExit);
+    connect(m_tvFavorites, &FavoritesTree::nodeClicked, this,
+            [this](FavoriteNode *node, const QPoint &at) { nodeClicked(*node, at); });
+}
+
+FavoritesBar::~FavoritesBar()
+{
+    removeAllNodes();
+}
+
+void FavoritesBar::makeContextMenu()
+{
+    m_mnuContext->setObjectName("mnuContext"_L1);
+    const auto add = [this](const char *name, const QString &caption) {
+        QAction *item = m_mnuContext->addAction(caption);
+        item->setObjectName(QLatin1StringView(name));
+        return item;
+    };
+    connect(add("mnuOpenLink", u"Open Link"_s), &QAction::triggered, this, &FavoritesBar::openLink);
+    connect(add("mnuOpenNew", u"Open Link in New Window"_s), &QAction::triggered, this,
+            &FavoritesBar::openNew);
+    m_mnuContext->addSeparator()->setObjectName("mnuContextBar0"_L1);
+    add("mnuCancel", u"&Cancel"_s);
+    connect(m_mnuContext, &QMenu::aboutToHide, this, &FavoritesBar::contextMenuClosed);
+}
+
+void FavoritesBar::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (m_Initialised)
+        return;
+    m_Initialised = true;
+    Refresh();
+}
+
+void FavoritesBar::Refresh()
+{
+    // Folders that an unfinished refresh was still to open again stay on its list.
+    for (auto node = m_nodes.cbegin(); node != m_nodes.cend(); ++node) {
+        if ((*node)->childCount() > 0 && (*node)->isExpanded())
+            m_wereOpen.insert(node.key());
+    }
+    removeAllNodes();
+    m_FavoritesRoot = GetSpecialFolder(favoritesFolderNumber);
+    if (m_FavoritesRoot.isEmpty()) {
+        endRefresh();
+        return;
+    }
+    m_files = 0;
+    m_folders = 0;
+    m_walk = std::make_unique<FolderWalk>(m_FavoritesRoot, u"*.url"_s, m_files, m_folders,
+                                          [this](const QString &path, const QString &name,
+                                                 bool isFile) { AddNode(path, name, isFile); });
+    m_slice.start();
+}
+
+void FavoritesBar::continueRefresh()
+{
+    QElapsedTimer time;
+    time.start();
+    while (m_walk->advance()) {
+        if (time.hasExpired(sliceMs))
+            return;
+    }
+    if (m_walk->overflowed())
+        qCWarning(lcFiles) << "too many favorites; shown are the first of" << m_FavoritesRoot;
+    endRefresh();
+}
+
+void FavoritesBar::endRefresh()
+{
+    m_slice.stop();
+    m_walk.reset();
+    reopenFolders();
+    emit refreshed();
+}
+
+void FavoritesBar::removeAllNodes()
+{
+    m_slice.stop();
+    m_walk.reset();
+    m_nodes.clear();
+    m_tvFavorites->clear();
+}
+
+void FavoritesBar::reopenFolders()
+{
+    for (const QString &key : std::as_const(m_wereOpen)) {
+        if (FavoriteNode *node = m_nodes.value(key))
+            node->setExpanded(true);
+    }
+    m_wereOpen.clear();
+}
+
+std::optional<qint64> FavoritesBar::FindFavorites(QString &Path, const QString &SearchStr,
+                                                  qint16 &FileCount, qint16 &DirCount)
+{
+    const QPointer<FavoritesBar> self(this);
+    FolderWalk walk(Path, SearchStr, FileCount, DirCount,
+                    [&self](const QString &path, const QString &name, bool isFile) {
+                        self->AddNode(path, name, isFile);
+                    });
+    QElapsedTimer sinceYield;
+    sinceYield.start();
+    while (walk.advance()) {
+        if (!sinceYield.hasExpired(sliceMs))
+            continue;
+        letPendingEventsRun();
+        if (!self)
+            break;
+        sinceYield.restart();
+    }
+    return walk.overflowed() ? std::nullopt : std::optional(walk.size());
+}
+
+// A node whose key is there already, or whose folder is not, is left out.
+void FavoritesBar::AddNode(const QString &Path, const QString &Name, bool IsFile)
+{
+    const QString key = IsFile ? Path + Name : Path + Name + u'/';
+    const bool atTop = Path == m_FavoritesRoot;
+    FavoriteNode *parent = atTop ? nullptr : m_nodes.value(Path);
+    if (m_nodes.contains(key) || (!atTop && !parent))
+        return;
+    FavoriteNode *node = nullptr;
+    if (IsFile) {
+        node = new FavoriteNode(FavoriteNode::Kind::Link, key, InternetShortcut::caption(Name));
+        node->setTag(InternetShortcut::url(key));
+    } else {
+        node = new FavoriteNode(FavoriteNode::Kind::Folder, key, Name);
+    }
+    m_nodes.insert(key, node);
+    if (atTop)
+        m_tvFavorites->addTopLevelItem(node);
+    else
+        parent->addChild(node);
+}
+
+void FavoritesBar::nodeClicked(FavoriteNode &node, const QPoint &at)
+{
+    if (node.tag().isEmpty()) {
+        if (node.childCount() > 0)
+            node.setExpanded(!node.isExpanded());
+        return;
+    }
+    m_CurrentNode = Opened{node.key(), node.tag()};
+    ++m_menusOpened;
+    m_mnuContext->popup(at);
+}
+
+// The menu hides before its chosen item acts, so the node is forgotten only after that, and not
+// when another click has opened the menu again by then.
+void FavoritesBar::contextMenuClosed()
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, closed = m_menusOpened] {
+            if (closed == m_menusOpened)
+                m_CurrentNode.reset();
+        },
+        Qt::QueuedConnection);
+}
+
+void FavoritesBar::openLink()
+{
+    if (m_CurrentNode)
+        m_frame.NavigateActive(QString(m_CurrentNode->tag));
+}
+
+void FavoritesBar::openNew()
+{
+    if (m_CurrentNode)
+        m_frame.OpenBrowserWindow(QString(m_CurrentNode->tag), m_frame.NewWindowState());
+}
+
+void FavoritesBar::AddCurrentPage()
+{
+    if (!m_frame.activeChild())
+        return;
+    const frmBrowser *page = activeBrowser(m_frame);
+    const QString url = page ? page->brwWebBrowser()->LocationURL() : QString();
+    const QString root = GetSpecialFolder(favoritesFolderNumber);
+    if (url.isEmpty() || root.isEmpty()) {
+        QApplication::beep();
+        return;
+    }
+    auto *dialog = new frmAddFavorite({url, page->windowTitle(), root}, m_frame.window());
+    connect(dialog, &frmAddFavorite::changed, this, [this] {
+        if (m_Initialised)
+            Refresh();
+    });
+    dialog->open();
+}
+
+QSize FavoritesBar::sizeHint() const
+{
+    return usualSize.expandedTo(minimumSizeHint());
+}
+
+// Both captions are readable, the buttons being of one width.
+QSize FavoritesBar::minimumSizeHint() const
+{
+    const int widest = std::max(m_cmdAdd->sizeHint().width(), m_cmdOrganize->sizeHint().width());
+    const int height = Twips::toPixels(buttonHeight);
+    return {2 * widest + height, height + m_tvFavorites->minimumSizeHint().height()};
+}
+
+void FavoritesBar::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    const int W = Twips::fromPixels(width());
+    const int H = Twips::fromPixels(height());
+    const int w = static_cast<int>(std::lround((W - buttonHeight) / 2.0));
+    place(*m_cmdAdd, 0, 0, w, buttonHeight);
+    place(*m_cmdOrganize, w, 0, w, buttonHeight);
+    place(*m_cmdExit, 2 * w, 0, buttonHeight, buttonHeight);
+    place(*m_tvFavorites, 0, buttonHeight, W, H - buttonHeight);
+}

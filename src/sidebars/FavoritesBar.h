@@ -1,0 +1,96 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QSet>
+#include <QTimer>
+#include <QWidget>
+#include <memory>
+#include <optional>
+
+class FavoriteNode;
+class FavoritesTree;
+class FolderWalk;
+class Frame;
+class QMenu;
+class QPushButton;
+class QToolButton;
+
+/// The side bar that shows the user's Favorites folder as a tree. A click on a shortcut asks in a
+/// menu whether to open it here or in a new window.
+class FavoritesBar : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FavoritesBar(Frame &frame, QWidget *parent = nullptr);
+    ~FavoritesBar() override;
+
+    /// Builds the tree anew, a few nodes at a time while the interface lives on; `refreshed` tells
+    /// of the end. A refresh while one is under way starts over. Folders that were open are open
+    /// again.
+    void Refresh();
+    /// True from the first show on, which fills the tree.
+    bool Initialised() const { return m_Initialised; }
+    /// True until the tree shows all there is.
+    bool isRefreshing() const { return m_walk != nullptr; }
+
+    /// Walks `Path`, adds a node for everything in it, and returns the summed size of the files
+    /// that match `SearchStr`; nothing when there were more files or folders than a count can
+    /// hold. `Path` gets the trailing slash it lacks. Pending events run meanwhile.
+    std::optional<qint64> FindFavorites(QString &Path, const QString &SearchStr, qint16 &FileCount,
+                                        qint16 &DirCount);
+
+    /// Asks for a name and a folder for the active window's page, and writes the shortcut. Beeps
+    /// when there is no page to add.
+    void AddCurrentPage();
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+signals:
+    /// The close button was pressed.
+    void ControlExit();
+    /// `Refresh` has come to its end.
+    void refreshed();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    struct Opened {
+        QString key;
+        QString tag;
+    };
+
+    void makeContextMenu();
+    void continueRefresh();
+    void endRefresh();
+    void removeAllNodes();
+    void reopenFolders();
+    void AddNode(const QString &Path, const QString &Name, bool IsFile);
+    void nodeClicked(FavoriteNode &node, const QPoint &at);
+    void contextMenuClosed();
+    void openLink();
+    void openNew();
+
+    Frame &m_frame;
+    QPushButton *m_cmdAdd;
+    QPushButton *m_cmdOrganize;
+    QToolButton *m_cmdExit;
+    FavoritesTree *m_tvFavorites;
+    QMenu *m_mnuContext;
+
+    QString m_FavoritesRoot;
+    bool m_Initialised = false;
+    /// The shortcut whose menu is open. A copy: the tree may be built anew meanwhile.
+    std::optional<Opened> m_CurrentNode;
+    int m_menusOpened = 0;
+
+    QHash<QString, FavoriteNode *> m_nodes;
+    QSet<QString> m_wereOpen;
+    std::unique_ptr<FolderWalk> m_walk;
+    qint16 m_files = 0;
+    qint16 m_folders = 0;
+    QTimer m_slice;
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QList>
+#include <QRegularExpression>
+#include <QString>
+#include <memory>
+
+class QDirIterator;
+
+/// A pattern with "*" and "?" for whole file names, whatever their letter case.
+QRegularExpression fileNamePattern(const QString &pattern);
+
+/// The entries of one folder, hidden ones too, read a few at a time and then in order: by
+/// upper-cased name, as another desktop's file system gives them. A folder that is missing or
+/// cannot be read is an empty one.
+class FolderListing {
+public:
+    struct Entry {
+        QString name;
+        /// The upper-cased name.
+        QString order;
+        /// Bytes; 0 for a folder.
+        qint64 size = 0;
+        bool isLink = false;
+    };
+
+    FolderListing(const QString &path, const QRegularExpression &pattern);
+    FolderListing(FolderListing &&) noexcept;
+    ~FolderListing();
+
+    /// Reads some more entries; false when none are left, from when on the lists are in order.
+    bool readSome();
+
+    /// What matches the pattern, folders included.
+    const QList<Entry> &matches() const { return m_matches; }
+    /// The folders, and links to folders.
+    const QList<Entry> &folders() const { return m_folders; }
+
+private:
+    std::unique_ptr<QDirIterator> m_iterator;
+    QRegularExpression m_pattern;
+    QList<Entry> m_matches;
+    QList<Entry> m_folders;
+};

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+/// Internet shortcut files: INI files whose section "InternetShortcut" holds the address as "URL".
+namespace InternetShortcut {
+/// The address in the file, cut to 999 characters like every value of an INI file; empty where
+/// the file, the section or the key is missing, or the file is too large to be a shortcut.
+QString url(const QString &file);
+
+/// The name a shortcut is shown by: its file name without the last four characters.
+QString caption(const QString &fileName);
+
+/// The bytes of a shortcut to `url`.
+QByteArray bytes(const QString &url);
+}

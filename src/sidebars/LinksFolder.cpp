@@ -1,0 +1,24 @@
+#include "LinksFolder.h"
+#include "FolderListing.h"
+#include "InternetShortcut.h"
+#include "modSpecialFolders.h"
+
+using namespace Qt::StringLiterals;
+
+LinksFolder readLinksFolder()
+{
+    const QString favorites = GetSpecialFolder(favoritesFolderNumber);
+    if (favorites.isEmpty())
+        return {};
+    const QString folder = favorites + "/Links/"_L1;
+    FolderListing listing(folder, fileNamePattern(u"*.url"_s));
+    while (listing.readSome()) { }
+    LinksFolder result;
+    for (const FolderListing::Entry &file : listing.matches()) {
+        ++result.seen;
+        const QString url = InternetShortcut::url(folder + file.name);
+        if (!url.isEmpty())
+            result.links.append({InternetShortcut::caption(file.name), url});
+    }
+    return result;
+}
