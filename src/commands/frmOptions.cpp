@@ -123,6 +123,8 @@ frmOptions::frmOptions(Frame &frame, StartUpFrame &program)
     layout->addWidget(makeLanguage());
     layout->addStretch();
     layout->addWidget(makeButtons());
+    // Only inside its dialog does a button become the one that Enter presses.
+    findChild<QPushButton *>(u"cmdSave"_s)->setDefault(true);
     m_txtHomepageURL->setFocus();
 }
 
@@ -208,8 +210,7 @@ QWidget *frmOptions::makeButtons()
     const QPushButton *cancel =
         addButton(u"cmdCancel"_s, u"&Cancel"_s, QDialogButtonBox::RejectRole);
     // Not the accepting role: the dialog is closed here, after the settings are applied.
-    QPushButton *save = addButton(u"cmdSave"_s, u"&Save"_s, QDialogButtonBox::YesRole);
-    save->setDefault(true);
+    const QPushButton *save = addButton(u"cmdSave"_s, u"&Save"_s, QDialogButtonBox::YesRole);
     connect(apply, &QPushButton::clicked, this, &frmOptions::applySettings);
     connect(cancel, &QPushButton::clicked, this, &QDialog::close);
     connect(save, &QPushButton::clicked, this, [this] {
