@@ -5,6 +5,7 @@
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "Frame.h"
+#include "LinksBar.h"
 #include "Settings.h"
 #include "TextRules.h"
 #include "ToolBarCommands.h"
@@ -46,9 +47,10 @@ void applyBand(Frame &frame, CoolBar &bar, const Settings::Key &key, const QStri
     }
 }
 
-void applySearchBar(Frame &frame)
+void applySearchBar(Frame &frame, QWidget &searchBar)
 {
     if (const auto on = Settings::readBoolean(Settings::SearchBar)) {
+        searchBar.setVisible(*on);
         frame.menuItem(u"mnuViewSearchBar"_s)->setChecked(*on);
         frame.setButtonPressed(u"Search"_s, *on);
     }
@@ -86,17 +88,18 @@ void applyNavigationFlags(Frame &frame)
 
 }
 
-void applySettings(Frame &frame, CoolBar &bar)
+void applySettings(Frame &frame, CoolBar &bar, QWidget &searchBar, LinksBar &links)
 {
     applyKillPopups(frame);
     applyStrip(frame, bar);
     applyBand(frame, bar, Settings::FavoriteLinks, u"Links"_s, u"mnuViewToolBarFavoriteLinks"_s);
     applyBand(frame, bar, Settings::TabStrip, u"Tabs"_s, u"mnuViewToolBarTabStrip"_s);
     applyBand(frame, bar, Settings::AddressBar, u"Address"_s, u"mnuViewToolBarAddressBar"_s);
-    applySearchBar(frame);
+    applySearchBar(frame, searchBar);
     applyDocking(frame);
     applyNavigationFlags(frame);
     applyMark(frame, Settings::SuppressScriptErrors, u"mnuToolsScriptErrorSuppress"_s);
     applyMark(frame, Settings::MaximizeCatcher, u"mnuToolsMaximizeCatcher"_s);
     applyMark(frame, Settings::SmartPopupKiller, u"mnuToolsSmartPopupKiller"_s);
+    links.rebuildSoon(bar.band(u"Links"_s)->isVisible());
 }

@@ -17,6 +17,14 @@ FrameBody::FrameBody(CoolBar &bar, QWidget &windows, QWidget *parent)
     m_layout->addWidget(m_splitter, 1);
 }
 
+void FrameBody::addSideBar(QWidget &bar)
+{
+    const int windows = m_splitter->count() - 1;
+    m_splitter->insertWidget(windows, &bar);
+    m_splitter->setStretchFactor(windows, 0);
+    m_splitter->setStretchFactor(windows + 1, 1);
+}
+
 void FrameBody::dockCoolBar(CoolBar::Dock side)
 {
     const int index = side == CoolBar::Dock::Top ? 0 : 1;

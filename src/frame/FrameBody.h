@@ -18,8 +18,8 @@ public:
 
     /// Moves the strip above or below everything else.
     void dockCoolBar(CoolBar::Dock side);
-    /// Holds the side bars left of the inner windows; its handles resize them.
-    QSplitter &splitter() { return *m_splitter; }
+    /// Adds a side bar left of the inner windows; its edge can be dragged.
+    void addSideBar(QWidget &bar);
 
 private:
     CoolBar &m_bar;

@@ -6,6 +6,7 @@
 #include "CoolBar.h"
 #include "Frame.h"
 #include "FrameBody.h"
+#include "LinksBar.h"
 #include "Settings.h"
 
 using namespace Qt::StringLiterals;
@@ -21,12 +22,14 @@ bool invertMark(Frame &frame, const QString &item)
 }
 
 void registerBand(Frame &frame, CoolBar &bar, const QString &item, const QString &band,
-                  const Settings::Key &key)
+                  const Settings::Key &key, const std::function<void(bool)> &then = {})
 {
-    frame.handle(item, [&frame, &bar, item, band, key] {
+    frame.handle(item, [&frame, &bar, item, band, key, then] {
         const bool shown = invertMark(frame, item);
         bar.band(band)->setVisible(shown);
         Settings::writeBoolean(key, shown);
+        if (then)
+            then(shown);
     });
 }
 
@@ -49,7 +52,7 @@ void enableBandItems(Frame &frame, bool enabled)
         frame.menuItem(item)->setEnabled(enabled);
 }
 
-void registerToolBarCommands(Frame &frame, CoolBar &bar, FrameBody &body)
+void registerToolBarCommands(Frame &frame, CoolBar &bar, FrameBody &body, LinksBar &links)
 {
     frame.handle(u"mnuViewToolBarVisible"_s, [&frame, &bar] {
         const bool shown = invertMark(frame, u"mnuViewToolBarVisible"_s);
@@ -58,7 +61,11 @@ void registerToolBarCommands(Frame &frame, CoolBar &bar, FrameBody &body)
         Settings::writeBoolean(Settings::ToolBar, shown);
     });
     registerBand(frame, bar, u"mnuViewToolBarAddressBar"_s, u"Address"_s, Settings::AddressBar);
-    registerBand(frame, bar, u"mnuViewToolBarFavoriteLinks"_s, u"Links"_s, Settings::FavoriteLinks);
+    registerBand(frame, bar, u"mnuViewToolBarFavoriteLinks"_s, u"Links"_s, Settings::FavoriteLinks,
+                 [&links](bool shown) {
+                     if (shown)
+                         links.fillIfEmpty();
+                 });
     registerBand(frame, bar, u"mnuViewToolBarTabStrip"_s, u"Tabs"_s, Settings::TabStrip);
     registerDocking(frame, body, u"mnuViewToolBarTop"_s, CoolBar::Dock::Top);
     registerDocking(frame, body, u"mnuViewToolBarBottom"_s, CoolBar::Dock::Bottom);

@@ -19,10 +19,12 @@
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "ExitQuestion.h"
+#include "FavoritesBar.h"
 #include "Factory.h"
 #include "Forms.h"
 #include "FrameBody.h"
 #include "Language.h"
+#include "LinksBar.h"
 #include "MdiArea.h"
 #include "NavigationCommands.h"
 #include "PopupCommands.h"
@@ -30,7 +32,9 @@
 #include "ProfileDrag.h"
 #include "ProgramIcon.h"
 #include "ProgramInfo.h"
+#include "SearchBar.h"
 #include "Settings.h"
+#include "SideBarCommands.h"
 #include "TabStrip.h"
 #include "ThemedIcon.h"
 #include "ToolBar.h"
@@ -72,6 +76,9 @@ frmMain::frmMain()
     , m_tbWindows(named(new TabStrip(themedIcon(u"page"_s)), "tbWindows"))
     , m_brwURL1(named(new brwURL, "brwURL1"))
     , m_commandBars(new CommandBars(*this, *m_tbFunctions, *m_tbBrowser, this))
+    , m_links(new LinksBar(*this, *m_tbLinks, this))
+    , m_FavoritesBar1(named(new FavoritesBar(*this), "FavoritesBar1"))
+    , m_SearchBar1(named(new SearchBar, "SearchBar1"))
 {
     setObjectName("frmMain"_L1);
     setWindowTitle(ProgramInfo::title());
@@ -80,17 +87,25 @@ frmMain::frmMain()
     setAcceptDrops(true);
     setCentralWidget(m_body);
     resize(designSize);
+    m_body->addSideBar(*m_FavoritesBar1);
+    m_body->addSideBar(*m_SearchBar1);
     makeBands();
     connectAddressBar();
-    QMenu &openBrowsers = *m_menu.menu(u"mnuWindowOpenBrowsers"_s);
-    registerWindowCommands(*this, *m_windows, openBrowsers);
-    connectTabStrip(*m_tbWindows, *this, openBrowsers);
-    registerToolBarCommands(*this, *m_coolBar, *m_body);
-    registerNavigationCommands(*this);
-    registerPopupCommands(*this);
+    registerCommands();
     connect(m_windows, &MdiArea::activeChildChanged, &m_commands, &CommandTable::refreshRules);
     connect(QApplication::clipboard(), &QClipboard::dataChanged, &m_commands,
             &CommandTable::refreshRules);
+}
+
+void frmMain::registerCommands()
+{
+    QMenu &openBrowsers = *m_menu.menu(u"mnuWindowOpenBrowsers"_s);
+    registerWindowCommands(*this, *m_windows, openBrowsers);
+    connectTabStrip(*m_tbWindows, *this, openBrowsers);
+    registerToolBarCommands(*this, *m_coolBar, *m_body, *m_links);
+    registerNavigationCommands(*this);
+    registerPopupCommands(*this);
+    registerSideBarCommands(*this, *m_FavoritesBar1, *m_SearchBar1);
 }
 
 frmMain::~frmMain()
@@ -148,7 +163,7 @@ void frmMain::load()
     m_commandLine = unquoted(m_commandLine);
     findChild<QLabel *>(u"pctIcon"_s)
         ->setPixmap(windowIcon().pixmap(QSize(16, 16), devicePixelRatio()));
-    applySettings(*this, *m_coolBar);
+    applySettings(*this, *m_coolBar, *m_SearchBar1, *m_links);
     restoreBandLayout(*m_coolBar);
     show();
     letPendingEventsRun();
@@ -174,6 +189,7 @@ void frmMain::translate()
     CoolBand &address = *m_coolBar->band(u"Address"_s);
     address.setCaption(GetLanguageText(u"frmMain"_s, u"lblAddress"_s, address.caption()));
     m_coolBar->translate();
+    m_SearchBar1->LoadLang();
 }
 
 void frmMain::adopt(QMdiSubWindow *child)

@@ -9,8 +9,11 @@
 
 class CommandBars;
 class CoolBar;
+class FavoritesBar;
 class FrameBody;
+class LinksBar;
 class MdiArea;
+class SearchBar;
 class TabStrip;
 class ToolBar;
 class brwURL;
@@ -64,7 +67,7 @@ protected:
 private:
     void makeBands();
     void connectAddressBar();
-    void connectTabs();
+    void registerCommands();
     void openFirstWindow();
     void navigateToAddress();
     void restoreAddress();
@@ -81,6 +84,9 @@ private:
     TabStrip *m_tbWindows;
     brwURL *m_brwURL1;
     CommandBars *m_commandBars;
+    LinksBar *m_links;
+    FavoritesBar *m_FavoritesBar1;
+    SearchBar *m_SearchBar1;
     ProfileOpener m_profileOpener;
     QString m_commandLine;
     int m_brwFlags = 0;

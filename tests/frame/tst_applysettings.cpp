@@ -5,6 +5,8 @@
 #include "BandLayout.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
+#include "LinksBar.h"
+#include "SearchBar.h"
 #include "TempAppFolder.h"
 #include "ToolBar.h"
 #include "frmMain.h"
@@ -59,7 +61,8 @@ void tst_ApplySettings::cleanup()
 
 void tst_ApplySettings::apply()
 {
-    applySettings(*m_frame, bar());
+    applySettings(*m_frame, bar(), *m_frame->findChild<SearchBar *>(),
+                  *m_frame->findChild<LinksBar *>());
 }
 
 bool tst_ApplySettings::checked(const char *name) const
