@@ -1,7 +1,7 @@
 #include <QPlainTextEdit>
 #include <QtTest>
 
-#include "Session.h"
+#include "../Session.h"
 #include "frmScriptErrors.h"
 
 using namespace Qt::StringLiterals;
