@@ -5,6 +5,7 @@
 #include "AddressCompletion.h"
 #include "BrowserHost.h"
 #include "EngineProfile.h"
+#include "Language.h"
 #include "LivePages.h"
 #include "PageCommands.h"
 #include "PageIndicators.h"
@@ -80,7 +81,8 @@ void QtWebBrowser::Navigate(const QString &url)
     const QUrl address = completeAddress(url);
     if (address.isEmpty()) {
         // The engine would open an empty page instead.
-        raiseBeforeNavigate(QUrl(url));
+        if (raiseBeforeNavigate(QUrl(url)))
+            tellNoAddress(url.trimmed());
         emit loadEnded();
         return;
     }
@@ -106,6 +108,17 @@ void QtWebBrowser::NavigateNow()
 {
     if (m_waiting)
         Navigate(m_location);
+}
+
+/// What is on the window stays; the status text says why.
+void QtWebBrowser::tellNoAddress(const QString &text)
+{
+    if (text.isEmpty() || text == "http:///"_L1)
+        return;
+    showStatus(GetLanguageText(u"frmBrowser"_s, u"strNoAddress"_s, u"This is not an address:"_s)
+               + u' ' + text.left(200));
+    if (!m_hasDocument && m_events)
+        m_events->TitleChange(text);
 }
 
 bool QtWebBrowser::GoBack()

@@ -73,6 +73,7 @@ private:
     void adopt(QWebEngineNewWindowRequest &request);
 
     bool ask(const QUrl &url, int type, bool isMainFrame);
+    void tellNoAddress(const QString &text);
     bool askForBlank(const QUrl &url);
     bool raiseBeforeNavigate(const QUrl &url);
     bool mayLeaveTrace(const QUrl &url) const;
@@ -87,6 +88,7 @@ private:
     void onFrameStarted(const QString &url, bool isMainFrame);
     void onFrameLoaded(const QString &url, bool isMainFrame);
     void commit(const QString &url, bool arrived);
+    void endBlank();
     void completeDocument(const QString &url);
 
     void onNewWindowRequested(QWebEngineNewWindowRequest &request);
