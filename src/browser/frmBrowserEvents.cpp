@@ -80,9 +80,9 @@ void frmBrowser::NewWindow2(WebBrowser *&target, bool &cancel)
         return;
     }
     const WindowRequest request = m_browser->CurrentRequest();
-    if (!request.userInitiated
-        && !m_budget->mayOpen(request.url, this,
-                              [this](const QString &url) { openWaitingPopup(url); })) {
+    if (!request.userInitiated && !m_budget->mayOpen(request.url, this, [this](const QString &url) {
+            openWaitingPopup(url);
+        })) {
         m_browser->setRefusesUnaskedWindows(m_budget->isClosed());
         cancel = true;
         return;
@@ -102,8 +102,8 @@ void frmBrowser::NavigateComplete2(const QString &)
 void frmBrowser::ScriptFailed(const ScriptError &error)
 {
     if (!m_scriptErrors)
-        m_scriptErrors = new frmScriptErrors(this);
-    m_scriptErrors->add(error, m_browser->LocationURL());
+        m_scriptErrors = new frmScriptErrors(this, [this] { return m_browser->LocationURL(); });
+    m_scriptErrors->add(error);
 }
 
 void frmBrowser::LocationChange(const QString &url)

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "Forms.h"
 #include "Language.h"
@@ -37,8 +38,9 @@ QPushButton *makeButton(const char *name)
 
 }
 
-frmScriptErrors::frmScriptErrors(QWidget *owner)
+frmScriptErrors::frmScriptErrors(QWidget *owner, const std::function<QString()> &page)
     : QDialog(owner)
+    , m_page(page)
 {
     setObjectName("frmScriptErrors"_L1);
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -89,11 +91,16 @@ void frmScriptErrors::translate()
     m_cmdClose->setText(text(u"cmdClose"_s, u"Close"_s));
 }
 
-void frmScriptErrors::add(const ScriptError &error, const QString &page)
+void frmScriptErrors::add(const ScriptError &error)
 {
-    Entry entry{error, page};
+    if (m_ignored.contains(m_page()))
+        return;
+    Entry entry{error, {}};
     entry.error.message.truncate(longestMessage);
-    if (m_ignored.contains(page) || m_entries.size() == most || m_entries.contains(entry))
+    const bool isKnown =
+        std::any_of(m_entries.cbegin(), m_entries.cend(),
+                    [&entry](const Entry &each) { return each.error == entry.error; });
+    if (isKnown || m_entries.size() == most)
         return;
     m_entries.append(entry);
     if (!m_dismissed && !m_refresh.isActive())
@@ -102,16 +109,27 @@ void frmScriptErrors::add(const ScriptError &error, const QString &page)
 
 void frmScriptErrors::pageChanged()
 {
-    m_dismissed = false;
-    if (isVisible())
+    // The first errors of a page can be told before the page is: those that wait stay.
+    if (!std::exchange(m_dismissed, false))
         return;
-    m_refresh.stop();
     m_entries.clear();
     m_current = 0;
 }
 
+void frmScriptErrors::nameThePage()
+{
+    const QString page = m_page();
+    const bool ignored = m_ignored.contains(page);
+    m_entries.removeIf([ignored](const Entry &entry) { return ignored && entry.page.isEmpty(); });
+    for (Entry &entry : m_entries) {
+        if (entry.page.isEmpty())
+            entry.page = page;
+    }
+}
+
 void frmScriptErrors::refresh()
 {
+    nameThePage();
     if (m_entries.isEmpty())
         return;
     if (!isVisible())

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QSet>
 #include <QTimer>
+#include <functional>
 
 #include "ScriptError.h"
 
@@ -19,11 +20,12 @@ class frmScriptErrors : public QDialog {
     Q_OBJECT
 
 public:
-    explicit frmScriptErrors(QWidget *owner);
+    /// `page` tells the address of the page that the browser window shows.
+    frmScriptErrors(QWidget *owner, const std::function<QString()> &page);
 
-    /// Takes an error of the page at `page`. Safe inside an engine callback: whatever is to be
-    /// seen of it is seen later.
-    void add(const ScriptError &error, const QString &page);
+    /// Takes an error of the page. Safe inside an engine callback: whatever is to be seen of it is
+    /// seen later.
+    void add(const ScriptError &error);
     /// Another page is shown in the browser window.
     void pageChanged();
 
@@ -36,12 +38,13 @@ protected:
 private:
     struct Entry {
         ScriptError error;
+        /// Empty until it is first shown: an error can be told before the page's own address.
         QString page;
-        bool operator==(const Entry &other) const = default;
     };
 
     void buildControls();
     void translate();
+    void nameThePage();
     void refresh();
     void showEntry();
     void step(int count);
@@ -49,6 +52,7 @@ private:
     void ignorePage(bool ignore);
     QString details(const Entry &entry) const;
 
+    std::function<QString()> m_page;
     QList<Entry> m_entries;
     QSet<QString> m_ignored;
     qsizetype m_current = 0;

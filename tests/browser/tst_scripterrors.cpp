@@ -40,6 +40,11 @@ private:
     {
         engine().events->ScriptFailed({message, line, 7, u"http://page/script.js"_s});
     }
+    void browseTo(const QString &url) const
+    {
+        engine().location = url;
+        engine().events->NavigateComplete2(url);
+    }
     frmScriptErrors *form() const { return m_window->findChild<frmScriptErrors *>(); }
     QString shown() const { return form()->findChild<QPlainTextEdit *>()->toPlainText(); }
     QString position() const { return form()->findChild<QLabel *>()->text(); }
@@ -144,8 +149,7 @@ void tst_ScriptErrors::closedItStaysAwayUntilAnotherPage()
     button("cmdClose")->click();
     QVERIFY(!form()->isVisible());
     fail(u"Uncaught two"_s);
-    engine().location = u"http://other/"_s;
-    engine().events->NavigateComplete2(u"http://other/"_s);
+    browseTo(u"http://other/"_s);
     fail(u"Uncaught three"_s);
     QTRY_VERIFY(form()->isVisible());
     QCOMPARE(position(), u"Error 1 of 1"_s);
@@ -158,10 +162,9 @@ void tst_ScriptErrors::pageThatIsIgnoredIsNotShown()
     QTRY_VERIFY(form()->isVisible());
     form()->findChild<QCheckBox *>()->click();
     button("cmdClose")->click();
-    engine().events->NavigateComplete2(u"http://page/"_s);
+    browseTo(u"http://page/"_s);
     fail(u"Uncaught two"_s);
-    engine().location = u"http://other/"_s;
-    engine().events->NavigateComplete2(u"http://other/"_s);
+    browseTo(u"http://other/"_s);
     fail(u"Uncaught three"_s);
     QTRY_VERIFY(form()->isVisible());
     QCOMPARE(position(), u"Error 1 of 1"_s);

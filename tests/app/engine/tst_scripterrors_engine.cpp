@@ -24,14 +24,14 @@ private:
     {
         return form() ? form()->findChild<QPlainTextEdit *>()->toPlainText() : QString();
     }
-    void open(const QByteArray &script)
+    void open(const QByteArray &script, const QString &title = u"after"_s)
     {
         m_session->server.page("/bad",
                                "<title>before</title>\n<script>\n" + script + "\n</script>"
                                    + "<script>document.title='after'</script>");
         m_session->start(m_session->server.url(u"/bad"_s));
-        QTRY_VERIFY_WITH_TIMEOUT(
-            m_session->active() && m_session->active()->windowTitle() == u"after"_s, 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_session->active() && m_session->active()->windowTitle() == title,
+                                 20000);
     }
 
     std::unique_ptr<Session> m_session;
@@ -70,8 +70,8 @@ void tst_ScriptErrors_Engine::whatThePageHandlesIsNotShown()
 {
     open(
         "onerror = () => true; console.error('said'); setTimeout(() => { document.title = 'later'; "
-        "throw 1; }, 0);");
-    QTRY_COMPARE(m_session->active()->windowTitle(), u"later"_s);
+        "throw 1; }, 0);",
+        u"later"_s);
     QVERIFY(!form());
 }
 
