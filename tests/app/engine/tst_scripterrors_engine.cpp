@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "../Session.h"
+#include "EngineTest.h"
 #include "frmScriptErrors.h"
 
 using namespace Qt::StringLiterals;
@@ -83,5 +84,5 @@ void tst_ScriptErrors_Engine::suppressedErrorsAreNotShown()
     QVERIFY(!form());
 }
 
-QTEST_MAIN(tst_ScriptErrors_Engine)
+ORVANE_ENGINE_TEST_MAIN(tst_ScriptErrors_Engine)
 #include "tst_scripterrors_engine.moc"
