@@ -88,10 +88,23 @@ void QtWebBrowser::Navigate(const QString &url)
     }
     if (!m_page)
         usePage(takePage());
-    if (address.scheme() == "about"_L1 && !askForBlank(address))
+    if (address.scheme() == "about"_L1 && !askForBlank(address)) {
+        emit loadEnded();
         return;
+    }
     m_host->hideCrash();
     m_page->load(address);
+}
+
+/// What is on the window stays; the status text says why.
+void QtWebBrowser::tellNoAddress(const QString &text)
+{
+    if (text.isEmpty() || text == "http:///"_L1)
+        return;
+    showStatus(GetLanguageText(u"frmBrowser"_s, u"strNoAddress"_s, u"This is not an address:"_s)
+               + u' ' + text.left(200));
+    if (!m_hasDocument && m_events)
+        m_events->TitleChange(text);
 }
 
 void QtWebBrowser::NavigateLater(const QString &url)
@@ -108,17 +121,6 @@ void QtWebBrowser::NavigateNow()
 {
     if (m_waiting)
         Navigate(m_location);
-}
-
-/// What is on the window stays; the status text says why.
-void QtWebBrowser::tellNoAddress(const QString &text)
-{
-    if (text.isEmpty() || text == "http:///"_L1)
-        return;
-    showStatus(GetLanguageText(u"frmBrowser"_s, u"strNoAddress"_s, u"This is not an address:"_s)
-               + u' ' + text.left(200));
-    if (!m_hasDocument && m_events)
-        m_events->TitleChange(text);
 }
 
 bool QtWebBrowser::GoBack()

@@ -175,6 +175,7 @@ void QtWebBrowser::endBlank()
     m_busy = false;
     m_stage = Stage::None;
     showStatus(statusText(u"strDone"_s, u"Done"_s));
+    emit loadEnded();
 }
 
 void QtWebBrowser::commit(const QString &url, bool arrived)
