@@ -4,6 +4,7 @@
 #include "FileCommands.h"
 #include "HelpCommands.h"
 #include "ProfileCommands.h"
+#include "ToolsCommands.h"
 #include "ViewCommands.h"
 #include "frmMain.h"
 
@@ -13,6 +14,7 @@ void registerAllCommands(frmMain &frame)
     registerEditCommands(frame);
     registerViewCommands(frame);
     registerProfileCommands(frame);
+    registerToolsCommands(frame, frame);
     registerHelpCommands(frame);
     frame.closeCommandTable();
 }

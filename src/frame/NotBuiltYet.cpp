@@ -8,11 +8,7 @@ QStringList notBuiltYet()
         u"mnuFavoritesOrganize"_s,
         u"mnuFavoritesExport"_s,
         u"mnuFavoritesImport"_s,
-        u"mnuToolsOptions"_s,
         u"mnuToolsInternetOptions"_s,
         u"mnuToolsAdvancedInternetOptions"_s,
-        u"mnuToolsAddPagesToHistory"_s,
-        u"mnuToolsAddFilesToCache"_s,
-        u"mnuToolsScriptErrorSuppress"_s,
     };
 }
