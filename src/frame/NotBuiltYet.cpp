@@ -25,8 +25,6 @@ QStringList notBuiltYet()
         u"mnuViewRefresh"_s,
         u"mnuViewDocumentHTML"_s,
         u"mnuFavoritesOrganize"_s,
-        u"mnuFavoritesExport"_s,
-        u"mnuFavoritesImport"_s,
         u"mnuToolsOptions"_s,
         u"mnuToolsInternetOptions"_s,
         u"mnuToolsAdvancedInternetOptions"_s,
