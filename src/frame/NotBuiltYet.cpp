@@ -6,8 +6,6 @@ QStringList notBuiltYet()
 {
     return {
         u"mnuFavoritesOrganize"_s,
-        u"mnuFavoritesExport"_s,
-        u"mnuFavoritesImport"_s,
         u"mnuToolsInternetOptions"_s,
         u"mnuToolsAdvancedInternetOptions"_s,
     };

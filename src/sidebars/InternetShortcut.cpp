@@ -3,8 +3,12 @@
 #include "IniText.h"
 #include "Log.h"
 
+#include <QDateTime>
+#include <QFile>
 #include <QFileInfo>
 #include <QStringDecoder>
+
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -45,11 +49,33 @@ QString caption(const QString &fileName)
     return fileName.chopped(std::min<qsizetype>(suffixLength, fileName.size()));
 }
 
-QByteArray bytes(const QString &url)
+QByteArray bytes(const QString &url, const QString &title)
 {
     QString line = url;
     line.removeIf([](QChar character) { return character < u' '; });
-    return "[InternetShortcut]\r\nURL="_ba + line.toUtf8() + "\r\n"_ba;
+    QByteArray result = "[InternetShortcut]\r\nURL="_ba + line.toUtf8() + "\r\n"_ba;
+    if (!title.isEmpty())
+        result += "[Orvane]\r\nTitle="_ba + title.toUtf8() + "\r\n"_ba;
+    return result;
+}
+
+Contents contents(const QString &path)
+{
+    const QFileInfo info(path);
+    QFile file(path);
+    // Opening a pipe would wait for whoever writes to it.
+    if (!info.isFile() || info.size() > largestShortcut
+        || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return {};
+    constexpr int whole = std::numeric_limits<int>::max();
+    const QByteArray stored = asUtf8(file.readAll());
+    Contents result;
+    result.url =
+        IniText::value(stored, {u"InternetShortcut"_s, u"URL"_s}, whole).value_or(QString());
+    if (stored.contains("[Orvane]"))
+        result.title = IniText::value(stored, {u"Orvane"_s, u"Title"_s}, whole).value_or(QString());
+    result.date = info.lastModified().toSecsSinceEpoch();
+    return result;
 }
 
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 /// Internet shortcut files: INI files whose section "InternetShortcut" holds the address as "URL".
@@ -11,6 +12,18 @@ QString url(const QString &file);
 /// The name a shortcut is shown by: its file name without the last four characters.
 QString caption(const QString &fileName);
 
-/// The bytes of a shortcut to `url`.
-QByteArray bytes(const QString &url);
+/// The bytes of a shortcut to `url`. `title` is for those whose file name cannot be their title.
+QByteArray bytes(const QString &url, const QString &title = {});
+
+struct Contents {
+    /// In full length.
+    QString url;
+    /// Empty for most: they are called what their file is called.
+    QString title;
+    /// When the file was last changed, seconds since 1970.
+    qint64 date = 0;
+};
+
+/// All that is in the file; without an address where it is no shortcut.
+Contents contents(const QString &file);
 }

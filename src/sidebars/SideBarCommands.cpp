@@ -1,5 +1,6 @@
 #include "SideBarCommands.h"
 #include "FavoritesBar.h"
+#include "FavoritesTransfer.h"
 #include "Frame.h"
 #include "SearchBar.h"
 #include "Settings.h"
@@ -81,6 +82,9 @@ void registerSideBarCommands(Frame &frame, FavoritesBar &favorites, SearchBar &s
     frame.handle(u"mnuNavigationSearchTheWeb"_s, [&] { frame.run(u"mnuViewSearchBar"_s); });
     frame.handle(u"mnuFavoritesShow"_s, [&] { toggleFavoritesBar(frame, favorites, search); });
     frame.handle(u"mnuFavoritesAdd"_s, [&] { favorites.AddCurrentPage(); });
+    auto *transfer = new FavoritesTransfer(frame);
+    frame.handle(u"mnuFavoritesExport"_s, [transfer] { transfer->Export(); });
+    frame.handle(u"mnuFavoritesImport"_s, [transfer] { transfer->Import(); });
     frame.beforeOpening(u"mnuFavorites"_s, [&] {
         frame.menuItem(u"mnuFavoritesAdd"_s)->setEnabled(activeBrowser(frame) != nullptr);
     });

@@ -1,0 +1,170 @@
+#include "FavoritesTransfer.h"
+#include "AppFolder.h"
+#include "BookmarkWriter.h"
+#include "CommonDialog.h"
+#include "FileUpdate.h"
+#include "Frame.h"
+#include "Language.h"
+#include "TransferStrip.h"
+#include "frmSkipped.h"
+#include "modSpecialFolders.h"
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QThread>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr int secondFilter = 2;
+constexpr int confirmed = 1;
+constexpr int progressMs = 50;
+
+QString text(const QString &key, const QString &english)
+{
+    return GetLanguageText(u"frmFavoritesTransfer"_s, key, english);
+}
+}
+
+FavoritesTransfer::FavoritesTransfer(Frame &frame)
+    : QObject(frame.window())
+    , m_frame(frame)
+{
+    m_progress.setInterval(progressMs);
+    connect(&m_progress, &QTimer::timeout, this, [this] { strip().setProgress(m_percent); });
+}
+
+FavoritesTransfer::~FavoritesTransfer()
+{
+    m_stop = true;
+    if (m_thread)
+        m_thread->wait();
+}
+
+TransferStrip &FavoritesTransfer::strip()
+{
+    if (!m_strip) {
+        m_strip = new TransferStrip(m_frame.window());
+        if (auto *window = qobject_cast<QMainWindow *>(m_frame.window()))
+            window->addToolBar(Qt::BottomToolBarArea, m_strip);
+        connect(m_strip, &TransferStrip::stopped, this, &FavoritesTransfer::stop);
+        connect(m_strip, &TransferStrip::listWanted, this, &FavoritesTransfer::showList);
+    }
+    return *m_strip;
+}
+
+// Empty when the user cancelled.
+QString FavoritesTransfer::askForFile(bool save)
+{
+    CommonDialog dialog;
+    const QString section = u"frmMain"_s;
+    dialog.setDialogTitle(
+        save ? GetLanguageText(section, u"mnuFavoritesExport"_s, u"Export Favorites"_s)
+             : GetLanguageText(section, u"mnuFavoritesImport"_s, u"Import Favorites"_s));
+    dialog.setDefaultExt(u".html"_s);
+    dialog.setFilter(u"HTM File (*.htm)|*.htm|HTML File (*.html)|*.html"_s);
+    dialog.setInitDir(AppFolder::path());
+    QWidget *owner = m_frame.window();
+    const int result =
+        save ? dialog.ShowSave(owner, secondFilter) : dialog.ShowOpen(owner, secondFilter);
+    return result == confirmed ? dialog.FileName() : QString();
+}
+
+void FavoritesTransfer::Export()
+{
+    const QString file = askForFile(true);
+    const QString root = GetSpecialFolder(favoritesFolderNumber);
+    if (file.isEmpty())
+        return;
+    if (isRunning() || root.isEmpty())
+        return QApplication::beep();
+    start(
+        text(u"strExporting"_s, u"Exporting favorites..."_s),
+        [this, file, root] { runExport(file, root); }, [this] { tellExport(); });
+}
+
+void FavoritesTransfer::Import()
+{
+    const QString file = askForFile(false);
+    const QString root = GetSpecialFolder(favoritesFolderNumber);
+    if (file.isEmpty())
+        return;
+    if (isRunning() || root.isEmpty())
+        return QApplication::beep();
+    start(
+        text(u"strImporting"_s, u"Importing favorites..."_s),
+        [this, file, root] { runImport(file, root); }, [this] { tellImport(); });
+}
+
+void FavoritesTransfer::start(const QString &doing, const std::function<void()> &work,
+                              const std::function<void()> &tell)
+{
+    m_stop = false;
+    m_percent = 0;
+    m_imported = {};
+    m_exported = {};
+    strip().begin(doing);
+    m_thread.reset(QThread::create(work));
+    connect(m_thread.get(), &QThread::finished, this, [this, tell] {
+        m_progress.stop();
+        m_thread->wait();
+        m_thread.release()->deleteLater();
+        tell();
+        emit finished();
+    });
+    m_progress.start();
+    m_thread->start(QThread::LowPriority);
+}
+
+void FavoritesTransfer::runImport(const QString &file, const QString &root)
+{
+    BookmarkImport import(file, root);
+    while (!m_stop && import.advance())
+        m_percent = import.percent();
+    import.finish();
+    m_imported = import.outcome();
+}
+
+void FavoritesTransfer::runExport(const QString &file, const QString &root)
+{
+    BookmarkWriter writer(root);
+    while (!m_stop && writer.advance()) { }
+    if (m_stop)
+        return;
+    m_exported = {writer.links(), writer.folders(), writer.skipped(),
+                  !FileUpdate::replace(file, writer.bytes())};
+}
+
+void FavoritesTransfer::tellImport()
+{
+    QString told = text(u"strImported"_s,
+                        u"%1 favorites and %2 folders imported, %3 already there, %4 skipped."_s)
+                       .arg(m_imported.links)
+                       .arg(m_imported.folders)
+                       .arg(m_imported.known)
+                       .arg(m_imported.skipped);
+    if (m_imported.failed)
+        told.prepend(text(u"strImportFailed"_s, u"The import could not be completed."_s) + u' ');
+    else if (m_stop)
+        told.prepend(text(u"strStopped"_s, u"Stopped."_s) + u' ');
+    strip().end(told, !m_imported.problems.isEmpty());
+}
+
+void FavoritesTransfer::tellExport()
+{
+    QString told = text(u"strExported"_s,
+                        u"%1 favorites in %2 folders exported, %3 without an address left out."_s)
+                       .arg(m_exported.links)
+                       .arg(m_exported.folders)
+                       .arg(m_exported.skipped);
+    if (m_stop)
+        told = text(u"strExportStopped"_s, u"Stopped. Nothing was exported."_s);
+    else if (m_exported.failed)
+        told = text(u"strExportFailed"_s, u"The favorites could not be exported."_s);
+    strip().end(told, false);
+}
+
+void FavoritesTransfer::showList()
+{
+    (new frmSkipped(m_imported, m_frame.window()))->show();
+}

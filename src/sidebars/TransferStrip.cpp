@@ -1,0 +1,81 @@
+#include "TransferStrip.h"
+#include "Language.h"
+#include "SideBarControls.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr int barWidth = 160;
+constexpr int barHeight = 6;
+constexpr int gap = 6;
+
+QString text(const QString &key, const QString &english)
+{
+    return GetLanguageText(u"frmFavoritesTransfer"_s, key, english);
+}
+}
+
+TransferStrip::TransferStrip(QWidget *parent)
+    : QToolBar(parent)
+    , m_text(new QLabel)
+    , m_bar(new QProgressBar)
+{
+    setObjectName("favoritesTransfer"_L1);
+    setMovable(false);
+    setToolButtonStyle(Qt::ToolButtonTextOnly);
+    m_text->setObjectName("lblTransfer"_L1);
+    m_text->setTextFormat(Qt::PlainText);
+    m_text->setContentsMargins(gap, 0, gap, 0);
+    m_bar->setObjectName("prgTransfer"_L1);
+    m_bar->setTextVisible(false);
+    m_bar->setFixedSize(barWidth, barHeight);
+    addWidget(m_text);
+    m_barItem = addWidget(m_bar);
+    m_stop = addAction(text(u"cmdStop"_s, u"Stop"_s), this, &TransferStrip::stopped);
+    m_list = addAction(text(u"cmdList"_s, u"Show List"_s), this, &TransferStrip::listWanted);
+    widgetForAction(m_stop)->setObjectName("cmdStopTransfer"_L1);
+    widgetForAction(m_list)->setObjectName("cmdTransferList"_L1);
+    auto *space = new QWidget;
+    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    addWidget(space);
+    QToolButton *close = makeCloseButton(this);
+    close->setObjectName("cmdCloseTransfer"_L1);
+    m_close = addWidget(close);
+    connect(close, &QToolButton::clicked, this, &QWidget::hide);
+    for (QAction *item : {m_stop, m_list})
+        widgetForAction(item)->setFocusPolicy(Qt::TabFocus);
+}
+
+void TransferStrip::setRunning(bool running)
+{
+    m_barItem->setVisible(running);
+    m_stop->setVisible(running);
+    m_close->setVisible(!running);
+    m_list->setVisible(false);
+}
+
+void TransferStrip::begin(const QString &text)
+{
+    m_text->setText(text);
+    m_bar->setAccessibleName(text);
+    setProgress(0);
+    setRunning(true);
+    show();
+}
+
+void TransferStrip::setProgress(int percent)
+{
+    m_bar->setRange(0, percent == 0 ? 0 : 100);
+    m_bar->setValue(percent);
+}
+
+void TransferStrip::end(const QString &text, bool hasList)
+{
+    m_text->setText(text);
+    setRunning(false);
+    m_list->setVisible(hasList);
+}

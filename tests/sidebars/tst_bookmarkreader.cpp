@@ -1,0 +1,362 @@
+#include "BookmarkFile.h"
+#include "BookmarkReader.h"
+#include "BookmarkText.h"
+
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QStringEncoder>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// What a file holds as one text: "Folder{link=address;}", and what was left out.
+struct Reading {
+    QString text;
+    QList<BookmarkItem> links;
+    QList<BookmarkProblem> problems;
+    int deepest = 0;
+    int depth = 0;
+
+    void take(const BookmarkItem &item)
+    {
+        using Kind = BookmarkItem::Kind;
+        if (item.kind == Kind::Folder) {
+            text += item.title + u'{';
+            deepest = std::max(deepest, ++depth);
+        } else if (item.kind == Kind::EndOfFolder) {
+            text += u'}';
+            --depth;
+        } else {
+            text += item.title + u'=' + item.url + u';';
+            links.append(item);
+        }
+    }
+};
+
+Reading read(const QByteArray &bytes)
+{
+    Reading reading;
+    BookmarkReader reader(
+        bytes, [&reading](const BookmarkItem &item) { reading.take(item); },
+        [&reading](const BookmarkProblem &problem) { reading.problems.append(problem); });
+    while (reader.readSome()) { }
+    return reading;
+}
+
+// Random pieces of bookmark files and random bytes.
+QByteArray randomFile(QRandomGenerator &random)
+{
+    static const QList<QByteArray> pieces = {"<DT>",
+                                             "<A HREF=\"",
+                                             "http://a/?b=c&amp;d",
+                                             "\"",
+                                             "'",
+                                             ">",
+                                             "<",
+                                             "</A>",
+                                             "<H3>",
+                                             "</H3>",
+                                             "<DL><p>",
+                                             "</DL>",
+                                             "<DD>",
+                                             "\n",
+                                             "<!--",
+                                             "-->",
+                                             "<!",
+                                             "ICON=",
+                                             "=",
+                                             " ",
+                                             "&#x41;",
+                                             "&copy",
+                                             "&",
+                                             ";",
+                                             "&#99999999999;",
+                                             "ADD_DATE=\"99999999999999999999\"",
+                                             "/",
+                                             "<HR>",
+                                             "\r\n",
+                                             "FOLDED",
+                                             "<A",
+                                             "place:x",
+                                             "\xff\xfe",
+                                             "\xc3"};
+    QByteArray bytes;
+    const int count = random.bounded(200);
+    for (int i = 0; i < count; ++i) {
+        if (random.bounded(4) == 0)
+            bytes.append(char(random.bounded(256)));
+        else
+            bytes.append(pieces.at(random.bounded(int(pieces.size()))));
+    }
+    return bytes;
+}
+}
+
+class tst_BookmarkReader : public QObject {
+    Q_OBJECT
+
+private slots:
+    void structures_data();
+    void structures();
+    void problems_data();
+    void problems();
+    void dates_data();
+    void dates();
+    void lines();
+    void encodings_data();
+    void encodings();
+    void fileThatIsNone();
+    void deepNesting();
+    void hugeIcon();
+    void manyUnclosedPieces_data();
+    void manyUnclosedPieces();
+    void randomBytes();
+};
+
+void tst_BookmarkReader::structures_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const QByteArray &bytes, const QString &text) {
+        QTest::newRow(name) << bytes << text;
+    };
+    row("as written by browsers",
+        "<!DOCTYPE NETSCAPE-Bookmark-file-1>\n<TITLE>Bookmarks</TITLE>\n<H1>Bookmarks</H1>\n"
+        "<DL><p>\n    <DT><H3 ADD_DATE=\"1\">F</H3>\n    <DL><p>\n"
+        "        <DT><A HREF=\"http://a/\">A</A>\n    </DL><p>\n"
+        "    <DT><A HREF=\"http://b/\">B</A>\n</DL><p>\n",
+        u"F{A=http://a/;}B=http://b/;"_s);
+    row("every tag closed",
+        "<DL><DT><H3>F</H3></DT><DL><DT><A HREF=\"a:\">A</A></DT><DD>x</DD><p></p></DL></DL>",
+        u"F{A=a:;}"_s);
+    row("titles never closed", "<DL><DT><H3>F<DL><DT><A HREF=\"a:\">A\n<DT><A HREF=\"b:\">B\n</DL>",
+        u"F{A=a:;B=b:;}"_s);
+    row("rule on the line of the next entry",
+        "<DL><HR><DT><A HREF=\"a:\">A</A><HR><A HREF=b:>B</A>", u"A=a:;B=b:;"_s);
+    row("lower case", "<dl><dt><h3>F</h3><dl><dt><a href='a:'>A</a></dl></dl>", u"F{A=a:;}"_s);
+    row("attributes without value",
+        "<DT><H3 FOLDED ADD_DATE=\"1\" X>F</H3><DL><A X HREF=\"a:\" Y>A</A>", u"F{A=a:;}"_s);
+    row("no list around all", "<DT><A HREF=\"a:\">A</A><DT><H3>F</H3><DL><A HREF=\"b:\">B</A></DL>",
+        u"A=a:;F{B=b:;}"_s);
+    row("surplus ends", "</DL><DL></DL></DL><DT><A HREF=\"a:\">A</A></DL><A HREF=\"b:\">B</A>",
+        u"A=a:;B=b:;"_s);
+    row("missing ends", "<DL><DT><H3>F</H3><DL><DT><H3>G</H3><DL><A HREF=\"a:\">A",
+        u"F{G{A=a:;}}"_s);
+    row("description over lines",
+        "<DL><DT><H3>F</H3><DD>one\ntwo <b>three</b>\n<DL><DT><A HREF=\"a:\">A</A>\n<DD>x\ny\n"
+        "<DT><A HREF=\"b:\">B</A></DL>",
+        u"F{A=a:;B=b:;}"_s);
+    row("folder without list", "<DT><H3>F</H3><DT><H3>G</H3><DT><A HREF=\"a:\">A</A>",
+        u"F{}G{}A=a:;"_s);
+    row("empty folder", "<DT><H3>F</H3><DL><p></DL><p><DT><A HREF=\"a:\">A</A>", u"F{}A=a:;"_s);
+    row("attributes of other browsers",
+        "<A FEEDURL=\"f:\" HREF=\"a:\" SHORTCUTURL=\"s\" POST_DATA=\"p=%s\" TAGS=\"x,y\" "
+        "PRIVATE=\"1\" LAST_CHARSET=\"UTF-8\">A</A><A FEEDURL=\"f:\">B</A>",
+        u"A=a:;B=f:;"_s);
+    row("raw and escaped ampersands",
+        "<A HREF=\"http://a/?b=1&copy=2&amp;lt=3&lt=4&#38;x&reg;\">A</A>",
+        u"A=http://a/?b=1&copy=2&lt=3&lt=4&x&reg;;"_s);
+    row("references in titles",
+        "<A HREF=\"a:\">&lt;&eacute;&#x2014;&euro;&AMP;&unknown;&#0;&#xd800;&amp</A>",
+        u"<é—€&&unknown;&#0;&#xd800;&amp=a:;"_s);
+    row("line ends", "<DT><A\r\nHREF=\"a:\"\r\n>A\r\n  B</A>\r\n", u"A B=a:;"_s);
+    row("blanks in titles", "<A HREF=\" a: \">  A  B </A>", u"A  B=a:;"_s);
+    row("script", "<A HREF=\"javascript:alert('<a>')\">A</A>", u"A=javascript:alert('<a>');"_s);
+    row("empty title", "<A HREF=\"a:\"></A>", u"=a:;"_s);
+    row("markup in titles", "<A HREF=\"a:\">A<b>B</b> 1 < 2 <3</A>", u"AB 1 < 2 <3=a:;"_s);
+    row("comments",
+        "<!-- <A HREF=\"x:\">X</A> --><A HREF=\"a:\">A<!-- no --></A><!-- open <A HREF=b:>B",
+        u"A=a:;B=b:;"_s);
+    row("tag without end", "<A HREF=\"a:\"\n<DT><A HREF=\"b:\">B</A>", u"=a:;B=b:;"_s);
+    row("not UTF-8", "<A HREF=\"a:\">caf\xe9</A>", u"café=a:;"_s);
+    row("nothing", "", u""_s);
+    row("control characters", QByteArray("<A HREF=\"a\0:\x01\">A\0\x02 B</A>", 24), u"A B=a:;"_s);
+}
+
+void tst_BookmarkReader::structures()
+{
+    QFETCH(QByteArray, bytes);
+    const Reading reading = read(bytes);
+    QTEST(reading.text, "text");
+    QVERIFY(reading.problems.isEmpty());
+    QCOMPARE(reading.depth, 0);
+}
+
+void tst_BookmarkReader::problems_data()
+{
+    using Reason = BookmarkProblem::Reason;
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<Reason>("reason");
+    QTest::addColumn<QString>("entry");
+    QTest::newRow("no address") << "<A>X</A>"_ba << Reason::NoAddress << u"X"_s;
+    QTest::newRow("empty address") << "<A HREF=\"\">X</A>"_ba << Reason::NoAddress << u"X"_s;
+    QTest::newRow("query") << "<A HREF=\"place:sort=8\">X</A>"_ba << Reason::Query << u"X"_s;
+    QTest::newRow("quote that never closes")
+        << "<A HREF=\"x:>X</A>\n"_ba << Reason::BrokenTag << u"X"_s;
+    QTest::newRow("quote that the next one closes")
+        << "<A HREF=\"x: ADD_DATE=\"1\">X</A>"_ba << Reason::BrokenTag << u"X"_s;
+    QTest::newRow("endless address")
+        << "<A HREF=\"x:" + QByteArray(2'000'000, 'y') + "\">X</A>" << Reason::TooLong << u"X"_s;
+}
+
+// Each is left out, and what is around it is read.
+void tst_BookmarkReader::problems()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, entry);
+    const Reading reading =
+        read("<DL>\n<DT><A HREF=\"a:\">A</A>\n<DT>" + bytes + "\n<DT><A HREF=\"b:\">B</A>\n</DL>");
+    QCOMPARE(reading.text, u"A=a:;B=b:;"_s);
+    QCOMPARE(reading.problems.size(), 1);
+    QTEST(reading.problems.first().reason, "reason");
+    QCOMPARE(reading.problems.first().entry, entry);
+    QCOMPARE(reading.problems.first().line, 3);
+}
+
+void tst_BookmarkReader::dates_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<qint64>("seconds");
+    QTest::newRow("seconds") << "1700000000"_ba << 1700000000LL;
+    QTest::newRow("milliseconds") << "1700000000123"_ba << 1700000000LL;
+    QTest::newRow("microseconds") << "1700000000123456"_ba << 1700000000LL;
+    QTest::newRow("microseconds since 1601") << "13344473600000000"_ba << 1700000000LL;
+    QTest::newRow("none") << "0"_ba << 0LL;
+    QTest::newRow("negative") << "-5"_ba << 0LL;
+    QTest::newRow("text") << "yesterday"_ba << 0LL;
+    QTest::newRow("too many digits") << "99999999999999999999999"_ba << 0LL;
+}
+
+void tst_BookmarkReader::dates()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(qint64, seconds);
+    const Reading reading = read("<A HREF=\"a:\" ADD_DATE=\"" + text + "\">A</A>");
+    QCOMPARE(reading.links.first().date, seconds);
+    const Reading modified = read("<A HREF=\"a:\" LAST_MODIFIED=" + text + ">A</A>");
+    QCOMPARE(modified.links.first().date, seconds);
+}
+
+void tst_BookmarkReader::lines()
+{
+    const Reading reading = read("\n<A HREF=\"a:\">A</A>\r\n\n<DT>\n<A HREF=\"b:\">B\n</A>");
+    QCOMPARE(reading.links.at(0).line, 2);
+    QCOMPARE(reading.links.at(1).line, 5);
+}
+
+void tst_BookmarkReader::encodings_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("title");
+    const auto page = [](const char *charset, const QByteArray &title) {
+        return QByteArray("<META HTTP-EQUIV=\"Content-Type\" CONTENT=\"text/html; charset=")
+            + charset + "\">\n<DT><A HREF=\"a:\">" + title + "</A>";
+    };
+    const QString japanese = u"ニュース"_s;
+    QTest::newRow("UTF-8") << page("UTF-8", japanese.toUtf8()) << japanese;
+    QTest::newRow("UTF-8, not declared")
+        << "<A HREF=\"a:\">" + japanese.toUtf8() + "</A>" << japanese;
+    QTest::newRow("mark") << "\xef\xbb\xbf" + page("windows-1252", japanese.toUtf8()) << japanese;
+    QTest::newRow("code page") << page("windows-1252", "\x80 \xc3\xa9") << u"€ Ã©"_s;
+    QTest::newRow("Latin-1") << page("ISO-8859-1", "caf\xe9") << u"café"_s;
+    QTest::newRow("unknown") << page("x-none-such", "caf\xe9") << u"café"_s;
+    QTest::newRow("short form") << "<meta charset=\"windows-1252\"><a href='a:'>caf\xe9</a>"_ba
+                                << u"café"_s;
+    QStringEncoder utf16(QStringEncoder::Utf16, QStringConverter::Flag::WriteBom);
+    const QByteArray wide = utf16.encode(u"<A HREF=\"a:\">"_s + japanese + u"</A>"_s);
+    QTest::newRow("UTF-16") << wide << japanese;
+    QStringDecoder cyrillic("KOI8-R");
+    if (cyrillic.isValid())
+        QTest::newRow("KOI8-R") << page("KOI8-R", "\xce\xcf\xd7\xcf") << u"ново"_s;
+}
+
+void tst_BookmarkReader::encodings()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, title);
+    const QTemporaryDir folder;
+    QFile out(folder.filePath(u"закладки 書.html"_s));
+    QVERIFY(out.open(QIODevice::WriteOnly) && out.write(bytes) == bytes.size());
+    out.close();
+    if (bytes.contains("none-such"))
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"no such encoding"_s));
+    BookmarkFile file(out.fileName());
+    QVERIFY(file.isGood());
+    while (file.readSome()) { }
+    const Reading reading = read(file.bytes());
+    QCOMPARE(reading.links.size(), 1);
+    QCOMPARE(reading.links.first().title, title);
+}
+
+void tst_BookmarkReader::fileThatIsNone()
+{
+    const QTemporaryDir folder;
+    for (const QString &path : {folder.path(), folder.filePath(u"missing"_s)}) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot read"_s));
+        BookmarkFile file(path);
+        QVERIFY(!file.isGood());
+        QVERIFY(!file.readSome());
+    }
+}
+
+void tst_BookmarkReader::deepNesting()
+{
+    constexpr int depth = 10'000;
+    const QByteArray bytes = QByteArray("<DT><H3>F</H3>\n<DL><p>\n").repeated(depth)
+        + "<A HREF=\"a:\">A</A>" + QByteArray("</DL>").repeated(depth / 2);
+    const Reading reading = read(bytes);
+    QCOMPARE(reading.deepest, depth);
+    QCOMPARE(reading.depth, 0);
+    QCOMPARE(reading.links.size(), 1);
+}
+
+void tst_BookmarkReader::hugeIcon()
+{
+    const QByteArray icon = "data:image/png;base64," + QByteArray(20'000'000, 'A');
+    const Reading reading = read("<DT><A HREF=\"a:\" ICON=\"" + icon + "\">A</A>\n<DT><A ICON='"
+                                 + icon + "' HREF=\"b:\">B</A>");
+    QCOMPARE(reading.text, u"A=a:;B=b:;"_s);
+}
+
+void tst_BookmarkReader::manyUnclosedPieces_data()
+{
+    QTest::addColumn<QByteArray>("piece");
+    for (const char *piece :
+         {"<!--", "<!", "<A HREF=\"", "<A HREF='x\"", "<A =", "<", "&", "<H3>", "<DL>", "</DL>",
+          "<A HREF=\"x>", "<A B=\"x=\"y ", "<a b=\"\n<", "\n", "<DT><A HREF=\"x:\">"})
+        QTest::newRow(piece) << QByteArray(piece);
+}
+
+// A reader that looked at everything behind each piece would need hours.
+void tst_BookmarkReader::manyUnclosedPieces()
+{
+    QFETCH(QByteArray, piece);
+    const QByteArray bytes = piece.repeated(3'000'000 / piece.size());
+    QElapsedTimer timer;
+    timer.start();
+    const Reading reading = read(bytes);
+    QCOMPARE(reading.depth, 0);
+    QVERIFY2(timer.elapsed() < 20'000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void tst_BookmarkReader::randomBytes()
+{
+    QElapsedTimer timer;
+    timer.start();
+    const int forMs = std::max(1000, qEnvironmentVariableIntValue("ORVANE_FUZZ_MS"));
+    for (quint32 seed = 1; !timer.hasExpired(forMs); ++seed) {
+        QRandomGenerator random(seed);
+        const Reading reading = read(randomFile(random));
+        QVERIFY2(reading.depth == 0, qPrintable(QString::number(seed)));
+        for (const BookmarkItem &link : reading.links) {
+            QVERIFY(!link.url.isEmpty());
+            QCOMPARE(BookmarkText::title(link.title), link.title);
+            QCOMPARE(BookmarkText::address(link.url), link.url);
+        }
+    }
+}
+
+QTEST_MAIN(tst_BookmarkReader)
+#include "tst_bookmarkreader.moc"
