@@ -24,7 +24,6 @@ QStringList notBuiltYet()
         u"mnuViewFontSize24"_s,
         u"mnuViewRefresh"_s,
         u"mnuViewDocumentHTML"_s,
-        u"mnuFavoritesOrganize"_s,
         u"mnuToolsOptions"_s,
         u"mnuToolsInternetOptions"_s,
         u"mnuToolsAdvancedInternetOptions"_s,
