@@ -10,6 +10,7 @@
 #include "Yield.h"
 #include "frmAddFavorite.h"
 #include "frmBrowser.h"
+#include "frmOrganizeFavorites.h"
 #include "modFindFiles.h"
 #include "modSpecialFolders.h"
 
@@ -54,13 +55,13 @@ FavoritesBar::FavoritesBar(Frame &frame, QWidget *parent)
     hide();
     m_cmdAdd->setObjectName("cmdAdd"_L1);
     m_cmdOrganize->setObjectName("cmdOrganize"_L1);
-    m_cmdOrganize->setEnabled(false);
     m_tvFavorites->setObjectName("tvFavorites"_L1);
     m_tvFavorites->setAccessibleName(u"Favorites"_s);
     makeContextMenu();
     m_slice.setInterval(0);
     connect(&m_slice, &QTimer::timeout, this, &FavoritesBar::continueRefresh);
     connect(m_cmdAdd, &QPushButton::clicked, this, &FavoritesBar::AddCurrentPage);
+    connect(m_cmdOrganize, &QPushButton::clicked, this, &FavoritesBar::Organize);
     connect(m_cmdExit, &QToolButton::clicked, this, &FavoritesBar::ControlExit);
     connect(m_tvFavorites, &FavoritesTree::nodeClicked, this,
             [this](FavoriteNode *node, const QPoint &at) { nodeClicked(*node, at); });
@@ -252,6 +253,13 @@ void FavoritesBar::AddCurrentPage()
             Refresh();
     });
     dialog->open();
+}
+
+void FavoritesBar::Organize()
+{
+    const QString root = GetSpecialFolder(favoritesFolderNumber);
+    if (!root.isEmpty())
+        (new frmOrganizeFavorites(root, m_frame.window()))->open();
 }
 
 QSize FavoritesBar::sizeHint() const

@@ -44,6 +44,9 @@ public:
     /// when there is no page to add.
     void AddCurrentPage();
 
+    /// Opens the dialog that puts the favorites in order. The tree is not built anew after it.
+    void Organize();
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

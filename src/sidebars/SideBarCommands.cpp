@@ -82,6 +82,7 @@ void registerSideBarCommands(Frame &frame, FavoritesBar &favorites, SearchBar &s
     frame.handle(u"mnuNavigationSearchTheWeb"_s, [&] { frame.run(u"mnuViewSearchBar"_s); });
     frame.handle(u"mnuFavoritesShow"_s, [&] { toggleFavoritesBar(frame, favorites, search); });
     frame.handle(u"mnuFavoritesAdd"_s, [&] { favorites.AddCurrentPage(); });
+    frame.handle(u"mnuFavoritesOrganize"_s, [&] { favorites.Organize(); });
     auto *transfer = new FavoritesTransfer(frame);
     frame.handle(u"mnuFavoritesExport"_s, [transfer] { transfer->Export(); });
     frame.handle(u"mnuFavoritesImport"_s, [transfer] { transfer->Import(); });
