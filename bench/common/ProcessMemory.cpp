@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QList>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -14,11 +15,16 @@ QByteArray contents(const QString &file)
     return source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
 }
 
-/// The parent of a process; the name in the line may hold blanks and brackets.
-qint64 parentOf(const QString &process)
+/// The fields of a process's state from the third on; its name may hold blanks and brackets.
+QList<QByteArray> state(const QString &process)
 {
     const QByteArray stat = contents("/proc/"_L1 + process + "/stat"_L1);
-    return stat.mid(stat.lastIndexOf(')') + 2).split(' ').value(1).toLongLong();
+    return stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+}
+
+qint64 parentOf(const QString &process)
+{
+    return state(process).value(1).toLongLong();
 }
 
 QList<qint64> tree(qint64 root)
@@ -57,4 +63,14 @@ qint64 treeMemory(qint64 root)
     for (const qint64 process : tree(root))
         sum += memory(process);
     return sum;
+}
+
+qint64 treeProcessorTime(qint64 root)
+{
+    qint64 ticks = 0;
+    for (const qint64 process : tree(root)) {
+        const QList<QByteArray> fields = state(QString::number(process));
+        ticks += fields.value(11).toLongLong() + fields.value(12).toLongLong();
+    }
+    return ticks * 1000 / sysconf(_SC_CLK_TCK);
 }
