@@ -1,6 +1,7 @@
 #include "BrowserHost.h"
 
 #include "CrashNotice.h"
+#include "PageFindBar.h"
 #include "WebView.h"
 
 #include <QAction>
@@ -22,6 +23,7 @@ BrowserHost::~BrowserHost()
 void BrowserHost::setView(WebView *view)
 {
     m_view = view;
+    delete m_findBar;
     setFocusProxy(view);
     placeChildren();
     view->show();
@@ -29,8 +31,13 @@ void BrowserHost::setView(WebView *view)
 
 void BrowserHost::placeChildren()
 {
+    QRect page = rect();
+    if (m_findBar && m_findBar->isVisibleTo(this)) {
+        page.setBottom(qMax(page.top(), page.bottom() - m_findBar->sizeHint().height()));
+        m_findBar->setGeometry(0, page.bottom() + 1, width(), m_findBar->sizeHint().height());
+    }
     if (m_view && m_view->parentWidget() == this)
-        m_view->setGeometry(rect());
+        m_view->setGeometry(page);
     if (m_crash)
         m_crash->setGeometry(rect());
 }
@@ -73,6 +80,21 @@ void BrowserHost::leaveFullScreen()
     m_view->showNormal();
     placeChildren();
     m_view->setFocus();
+}
+
+void BrowserHost::openFindBar()
+{
+    if (!m_view || m_view->parentWidget() != this)
+        return;
+    if (!m_findBar) {
+        m_findBar = new PageFindBar(m_view->page(), this);
+        connect(m_findBar, &PageFindBar::opened, this, &BrowserHost::placeChildren);
+        connect(m_findBar, &PageFindBar::dismissed, this, [this] {
+            placeChildren();
+            setFocus();
+        });
+    }
+    m_findBar->open();
 }
 
 void BrowserHost::showCrash()

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class CrashNotice;
+class PageFindBar;
 class QWebEngineFullScreenRequest;
 class WebView;
 
@@ -22,6 +23,8 @@ public:
     /// Covers the page with a notice that it has ended, until `hideCrash`.
     void showCrash();
     void hideCrash();
+    /// Opens the bar under the page that finds text in it; nothing without a page.
+    void openFindBar();
 
 signals:
     void reloadRequested();
@@ -36,4 +39,5 @@ private:
 
     QPointer<WebView> m_view;
     QPointer<CrashNotice> m_crash;
+    QPointer<PageFindBar> m_findBar;
 };

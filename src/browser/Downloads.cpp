@@ -1,6 +1,7 @@
 #include "Downloads.h"
 
 #include "Log.h"
+#include "SaveJob.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -26,7 +27,8 @@ void install(QWebEngineProfile *profile)
     QObject::connect(profile, &QWebEngineProfile::downloadRequested, profile,
                      [](QWebEngineDownloadRequest *request) {
                          // A page being saved has its place already.
-                         if (request->state() != QWebEngineDownloadRequest::DownloadRequested)
+                         if (request->state() != QWebEngineDownloadRequest::DownloadRequested
+                             || SaveJob::awaits(*request))
                              return;
                          request->setDownloadDirectory(downloadFolder());
                          // Not accepted before this returns means cancelled.

@@ -2,6 +2,7 @@
 
 #include "EngineProfile.h"
 #include "LivePages.h"
+#include "PageJobs.h"
 #include "ProgramInfo.h"
 
 #include <QCoreApplication>
@@ -78,6 +79,7 @@ void warmUpEngine()
 void stopEngine()
 {
     LivePages::deleteAll();
+    PageJobs::finishAll();
     // What was closed last waits for its deletion still; the profile must outlive it.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     dropEngineProfile();

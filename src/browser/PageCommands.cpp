@@ -1,11 +1,17 @@
 #include "PageCommands.h"
 
+#include "PagePrinter.h"
+#include "PageProperties.h"
+#include "PageSaver.h"
+#include "PageSetup.h"
+#include "PrintPreview.h"
 #include "WebBrowser.h"
 #include "WebPage.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QWebEngineView>
 #include <array>
 
 namespace {
@@ -59,6 +65,32 @@ QWebEnginePage::WebAction actionFor(OleCmd command)
     }
 }
 
+bool opensWindow(OleCmd command)
+{
+    return command == OleCmd::SaveAs || command == OleCmd::Print || command == OleCmd::PrintPreview
+        || command == OleCmd::PageSetup || command == OleCmd::Properties;
+}
+
+bool openWindow(WebPage *page, OleCmd command)
+{
+    const QWebEngineView *view = QWebEngineView::forPage(page);
+    // A page whose process has ended answers nothing.
+    if (!view || (command != OleCmd::PageSetup && page->renderProcessPid() == 0))
+        return false;
+    QWidget *owner = view->window();
+    if (command == OleCmd::SaveAs)
+        PageSaver::open(page, owner);
+    else if (command == OleCmd::Print)
+        PagePrinter::open(page, owner);
+    else if (command == OleCmd::PrintPreview)
+        (new PrintPreview(page))->show();
+    else if (command == OleCmd::PageSetup)
+        PageSetup::open(owner);
+    else
+        (new PageProperties(page, owner))->open();
+    return true;
+}
+
 bool isEnabled(const WebPage *page, OleCmd command)
 {
     switch (command) {
@@ -86,6 +118,8 @@ bool run(WebPage *page, OleCmd command, const QVariant *in, QVariant *out)
             return setZoom(page, *in);
         return out && readZoom(page, out);
     }
+    if (opensWindow(command))
+        return openWindow(page, command);
     const QWebEnginePage::WebAction action = actionFor(command);
     if (action == QWebEnginePage::NoWebAction)
         return false;
@@ -95,7 +129,8 @@ bool run(WebPage *page, OleCmd command, const QVariant *in, QVariant *out)
 
 int status(const WebPage *page, OleCmd command)
 {
-    if (command != OleCmd::Zoom && actionFor(command) == QWebEnginePage::NoWebAction)
+    if (command != OleCmd::Zoom && !opensWindow(command)
+        && actionFor(command) == QWebEnginePage::NoWebAction)
         return 0;
     return isEnabled(page, command) ? OleCmdStatus::Supported | OleCmdStatus::Enabled
                                     : OleCmdStatus::Supported;

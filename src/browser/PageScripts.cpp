@@ -26,15 +26,23 @@ QString source(const QString &name)
     return QString::fromUtf8(file.readAll()).replace("%MARK%"_L1, mark());
 }
 
-void install(QWebEngineProfile *profile)
+namespace {
+void insert(QWebEngineProfile *profile, const QString &name, QWebEngineScript::ScriptWorldId world)
 {
     QWebEngineScript script;
-    script.setName(u"frame-events"_s);
-    script.setSourceCode(source(u"frame-events.js"_s));
+    script.setName(name);
+    script.setSourceCode(source(name + ".js"_L1));
     script.setInjectionPoint(QWebEngineScript::DocumentCreation);
-    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setWorldId(world);
     script.setRunsOnSubFrames(true);
     profile->scripts()->insert(script);
+}
+}
+
+void install(QWebEngineProfile *profile)
+{
+    insert(profile, u"frame-events"_s, QWebEngineScript::ApplicationWorld);
+    insert(profile, u"script-errors"_s, QWebEngineScript::MainWorld);
 }
 
 std::optional<Line> parse(const QString &message)

@@ -17,10 +17,10 @@ void install(QWebEngineProfile *profile);
 
 /// What a marked line tells.
 struct Line {
-    /// "start", "load", "edit" or "retry".
+    /// "start", "load", "edit", "retry" or "column".
     QString what;
     bool isMainFrame = false;
-    /// The frame's address for start and load; "true" or "false" for edit.
+    /// The frame's address for start and load; "true" or "false" for edit; a number for column.
     QString value;
 };
 /// Nothing when `message` is a line of the page itself.

@@ -5,9 +5,11 @@
 #include "AddressCompletion.h"
 #include "BrowserHost.h"
 #include "EngineProfile.h"
+#include "Language.h"
 #include "LivePages.h"
 #include "PageCommands.h"
 #include "PageIndicators.h"
+#include "PageJobs.h"
 #include "TitleThrottle.h"
 #include "Twips.h"
 #include "WebPage.h"
@@ -55,6 +57,10 @@ void QtWebBrowser::deletePage()
     LivePages::remove(this);
     if (m_page)
         m_page->disconnect(this);
+    if (m_page && PageJobs::takeOver(m_view, m_page)) {
+        m_view.clear();
+        m_page.clear();
+    }
     delete m_view;
     delete m_page;
 }
@@ -80,16 +86,30 @@ void QtWebBrowser::Navigate(const QString &url)
     const QUrl address = completeAddress(url);
     if (address.isEmpty()) {
         // The engine would open an empty page instead.
-        raiseBeforeNavigate(QUrl(url));
+        if (raiseBeforeNavigate(QUrl(url)))
+            tellNoAddress(url.trimmed());
         emit loadEnded();
         return;
     }
     if (!m_page)
         usePage(takePage());
-    if (address.scheme() == "about"_L1 && !askForBlank(address))
+    if (address.scheme() == "about"_L1 && !askForBlank(address)) {
+        emit loadEnded();
         return;
+    }
     m_host->hideCrash();
     m_page->load(address);
+}
+
+/// What is on the window stays; the status text says why.
+void QtWebBrowser::tellNoAddress(const QString &text)
+{
+    if (text.isEmpty() || text == "http:///"_L1)
+        return;
+    showStatus(GetLanguageText(u"frmBrowser"_s, u"strNoAddress"_s, u"This is not an address:"_s)
+               + u' ' + text.left(200));
+    if (!m_hasDocument && m_events)
+        m_events->TitleChange(text);
 }
 
 void QtWebBrowser::NavigateLater(const QString &url)
@@ -167,6 +187,12 @@ void QtWebBrowser::SetFocus()
 {
     if (m_host)
         m_host->setFocus();
+}
+
+void QtWebBrowser::Find()
+{
+    if (m_host)
+        m_host->openFindBar();
 }
 
 void QtWebBrowser::Move(int left, int top, int width, int height)

@@ -42,6 +42,7 @@ public:
                 QVariant *out = nullptr) override;
     int QueryStatusWB(OleCmd command) override;
     void SetFocus() override;
+    void Find() override;
     void Move(int left, int top, int width, int height) override;
     QString LocationURL() const override;
     bool HasDocument() const override { return m_hasDocument; }
@@ -73,6 +74,7 @@ private:
     void adopt(QWebEngineNewWindowRequest &request);
 
     bool ask(const QUrl &url, int type, bool isMainFrame);
+    void tellNoAddress(const QString &text);
     bool askForBlank(const QUrl &url);
     bool raiseBeforeNavigate(const QUrl &url);
     bool mayLeaveTrace(const QUrl &url) const;
@@ -87,6 +89,7 @@ private:
     void onFrameStarted(const QString &url, bool isMainFrame);
     void onFrameLoaded(const QString &url, bool isMainFrame);
     void commit(const QString &url, bool arrived);
+    void endBlank();
     void completeDocument(const QString &url);
 
     void onNewWindowRequested(QWebEngineNewWindowRequest &request);

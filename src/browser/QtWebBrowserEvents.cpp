@@ -96,7 +96,7 @@ bool QtWebBrowser::askForBlank(const QUrl &url)
 bool QtWebBrowser::mayLeaveTrace(const QUrl &url) const
 {
     return !(m_flags & NavFlags::NoHistory) || m_page->history()->count() == 0 || !isWeb(url)
-        || m_showsError || samePage(url, m_page->url());
+        || m_showsError || samePage(url, QUrl(m_location));
 }
 
 void QtWebBrowser::replaceWith(const QUrl &url)
@@ -161,6 +161,21 @@ void QtWebBrowser::onFrameStarted(const QString &url, bool isMainFrame)
         return;
     const bool failed = url.startsWith("chrome-error:"_L1);
     commit(failed ? encoded(m_pending) : url, !failed);
+    if (url.startsWith("about:"_L1))
+        QTimer::singleShot(0, this, &QtWebBrowser::endBlank);
+}
+
+/// A blank page opened over another load has no end of its own that the engine would tell; there is
+/// nothing in it to wait for.
+void QtWebBrowser::endBlank()
+{
+    if (m_stage != Stage::Committed || !m_location.startsWith("about:"_L1))
+        return;
+    completeDocument(m_location);
+    m_busy = false;
+    m_stage = Stage::None;
+    showStatus(statusText(u"strDone"_s, u"Done"_s));
+    emit loadEnded();
 }
 
 void QtWebBrowser::commit(const QString &url, bool arrived)

@@ -70,6 +70,10 @@ void QtWebBrowser::connectLoading()
     connect(m_page, &QWebEnginePage::urlChanged, this, &QtWebBrowser::onUrlChanged);
     connect(m_page, &WebPage::frameStarted, this, &QtWebBrowser::onFrameStarted);
     connect(m_page, &WebPage::frameLoaded, this, &QtWebBrowser::onFrameLoaded);
+    connect(m_page, &WebPage::scriptFailed, this, [this](const ScriptError &error) {
+        if (m_events && !m_silent)
+            m_events->ScriptFailed(error);
+    });
     connect(m_page, &WebPage::retryRequested, this, [this] {
         if (m_showsError)
             QTimer::singleShot(0, this, [this] { Refresh(); });
@@ -95,6 +99,8 @@ void QtWebBrowser::connectPage()
     });
     connect(m_page, &QWebEnginePage::geometryChangeRequested, this,
             &QtWebBrowser::onGeometryRequested);
+    connect(m_page, &QWebEnginePage::printRequested, this,
+            [this] { ExecWB(OleCmd::Print, OleExecOpt::Default); });
     connect(m_page, &QWebEnginePage::windowCloseRequested, this, &QtWebBrowser::onCloseRequested);
     connect(
         m_page, &QWebEnginePage::fullScreenRequested, m_host,

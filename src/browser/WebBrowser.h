@@ -45,6 +45,7 @@ struct WindowRequest
 };
 
 class WebBrowser;
+struct ScriptError;
 
 /// A page of a window's history, as seen from the current one.
 struct HistoryStep {
@@ -82,6 +83,8 @@ public:
     virtual void PrivacyImpactedStateChange(bool impacted) = 0;
     /// The keyboard focus has come to the page.
     virtual void GotFocus() = 0;
+    /// A script of the page failed; never raised while the control is silent.
+    virtual void ScriptFailed(const ScriptError &) {}
 };
 
 /// The engine control of one browser window. Exactly what the rest of the program uses; another
@@ -124,6 +127,8 @@ public:
     /// `OleCmdStatus` bits.
     virtual int QueryStatusWB(OleCmd command) = 0;
     virtual void SetFocus() = 0;
+    /// Opens the engine's own bar for finding text in the page, and gives it the focus.
+    virtual void Find() = 0;
     /// Places the control inside its window; twips.
     virtual void Move(int left, int top, int width, int height) = 0;
 

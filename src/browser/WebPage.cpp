@@ -12,6 +12,7 @@
 #include <QWebEngineContextMenuRequest>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineView>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -82,6 +83,8 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
         if (message.startsWith("Mixed Content"_L1) && !message.contains("automatically upgraded"_L1)
             && !message.contains("has been blocked"_L1))
             emit mixedContentSeen();
+        else if (level == ErrorMessageLevel && message.startsWith("Uncaught "_L1))
+            reportError(message, line, source);
         qCDebug(lcEngine) << level << source << line << message.left(300);
     } else if (told->what == "start"_L1) {
         if (told->isMainFrame)
@@ -91,9 +94,20 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
         emit frameLoaded(told->value, told->isMainFrame);
     } else if (told->what == "edit"_L1) {
         m_editableFocus = told->value == "true"_L1;
+    } else if (told->what == "column"_L1) {
+        m_errorColumn = told->value.toInt();
     } else if (told->what == "retry"_L1) {
         emit retryRequested();
     }
+}
+
+void WebPage::reportError(const QString &message, int line, const QString &source)
+{
+    // The column was told just before; an error in a promise has none.
+    const int column = std::exchange(m_errorColumn, 0);
+    const bool inPromise = message.startsWith("Uncaught (in promise)"_L1);
+    if (!source.startsWith("chrome-error:"_L1))
+        emit scriptFailed({message, line, inPromise ? 0 : column, source});
 }
 
 void WebPage::javaScriptAlert(const QUrl &origin, const QString &message)

@@ -3,6 +3,8 @@
 #include <QWebEnginePage>
 #include <functional>
 
+#include "ScriptError.h"
+
 class CacheBypass;
 
 /// A page of the engine with the synchronous questions handed on, safe answers for what must not
@@ -37,6 +39,8 @@ signals:
     void certificateRefused(const QUrl &url);
     /// The page shows or asked for content that does not come over a secure connection.
     void mixedContentSeen();
+    /// A script of the page, or of a frame of it, failed and did not catch its error.
+    void scriptFailed(const ScriptError &error);
 
 protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
@@ -49,8 +53,11 @@ protected:
 
 private:
     void answerRequests();
+    void reportError(const QString &message, int line, const QString &source);
 
     Question m_question;
     CacheBypass *m_cacheBypass = nullptr;
     bool m_editableFocus = false;
+    /// Of the error that is about to be reported; 0: unknown.
+    int m_errorColumn = 0;
 };

@@ -11,6 +11,7 @@ class Frame;
 class PopupBudget;
 class QWidget;
 class StatusStrip;
+class frmScriptErrors;
 
 /// When a window loads its starting address: as it loads itself, or when its turn comes.
 enum class Loading { Now, Later };
@@ -78,6 +79,7 @@ private:
     void SetSecureLockIcon(int secureLockIcon) override;
     void PrivacyImpactedStateChange(bool impacted) override;
     void GotFocus() override;
+    void ScriptFailed(const ScriptError &error) override;
 
     void Form_Load();
     void Form_Unload();
@@ -97,6 +99,8 @@ private:
     QWidget *m_client = nullptr;
     WebBrowser *m_browser = nullptr;
     StatusStrip *m_status = nullptr;
+    /// Made with the first error; it goes with this window.
+    frmScriptErrors *m_scriptErrors = nullptr;
     /// Shared with the windows that pages of this one open by themselves.
     std::shared_ptr<PopupBudget> m_budget;
     /// The site whose pages the budget is for.

@@ -3,12 +3,14 @@
 #include "Frame.h"
 #include "MsgBox.h"
 #include "PopupBudget.h"
+#include "ScriptError.h"
 #include "StatusStrip.h"
 #include "TextRules.h"
 #include "Twips.h"
 #include "WindowTabs.h"
 #include "Yield.h"
 #include "frmBrowser.h"
+#include "frmScriptErrors.h"
 
 #include <QPointer>
 
@@ -78,9 +80,9 @@ void frmBrowser::NewWindow2(WebBrowser *&target, bool &cancel)
         return;
     }
     const WindowRequest request = m_browser->CurrentRequest();
-    if (!request.userInitiated
-        && !m_budget->mayOpen(request.url, this,
-                              [this](const QString &url) { openWaitingPopup(url); })) {
+    if (!request.userInitiated && !m_budget->mayOpen(request.url, this, [this](const QString &url) {
+            openWaitingPopup(url);
+        })) {
         m_browser->setRefusesUnaskedWindows(m_budget->isClosed());
         cancel = true;
         return;
@@ -92,7 +94,16 @@ void frmBrowser::NewWindow2(WebBrowser *&target, bool &cancel)
 void frmBrowser::NavigateComplete2(const QString &)
 {
     renewBudget();
+    if (m_scriptErrors)
+        m_scriptErrors->pageChanged();
     m_frame.addAddress(m_browser->LocationURL(), isActiveChild());
+}
+
+void frmBrowser::ScriptFailed(const ScriptError &error)
+{
+    if (!m_scriptErrors)
+        m_scriptErrors = new frmScriptErrors(this, [this] { return m_browser->LocationURL(); });
+    m_scriptErrors->add(error);
 }
 
 void frmBrowser::LocationChange(const QString &url)

@@ -6,6 +6,7 @@
 #include <QMdiSubWindow>
 
 #include "Clipboard.h"
+#include "ExecForms.h"
 #include "Forms.h"
 #include "Frame.h"
 #include "WebBrowser.h"
@@ -25,6 +26,15 @@ void newOnCurrentPage(Frame &frame)
         frame.OpenBrowserWindow(active->brwWebBrowser()->LocationURL(), normal);
     else
         frame.OpenBrowserWindow({}, frame.NewWindowState());
+}
+
+void onActivePage(Frame &frame, const QString &item, OleCmd command,
+                  void (*exec)(WebBrowser &, OleCmd))
+{
+    frame.handle(item, [&frame, command, exec] {
+        if (const frmBrowser *active = activeBrowser(frame))
+            exec(*active->brwWebBrowser(), command);
+    });
 }
 
 void closeActive(Frame &frame)
@@ -48,10 +58,9 @@ void closeAll(Frame &frame)
 void enableFileItems(Frame &frame)
 {
     const bool hasWindow = frame.activeChild() != nullptr;
-    for (const QString &item :
-         {u"mnuFileSaveAs"_s, u"mnuFileProfilesSave"_s, u"mnuFileClose"_s, u"mnuFileCloseAll"_s,
-          u"mnuFileProperties"_s, u"mnuFilePrint"_s, u"mnuFilePrintPreview"_s,
-          u"mnuFilePageSetup"_s})
+    for (const QString &item : {u"mnuFileSaveAs"_s, u"mnuFileProfilesSave"_s, u"mnuFileClose"_s,
+                                u"mnuFileCloseAll"_s, u"mnuFileProperties"_s, u"mnuFilePrint"_s,
+                                u"mnuFilePrintPreview"_s, u"mnuFilePageSetup"_s})
         frame.menuItem(item)->setEnabled(hasWindow);
 }
 
@@ -63,9 +72,8 @@ void enableFromClipboard(Frame &frame)
 void registerNewCommands(Frame &frame)
 {
     frame.handle(u"mnuFileNewCurrent"_s, [&frame] { newOnCurrentPage(frame); });
-    frame.handle(u"mnuFileNewBlankPage"_s, [&frame] {
-        frame.OpenBrowserWindow(u"About:Blank"_s, frame.NewWindowState());
-    });
+    frame.handle(u"mnuFileNewBlankPage"_s,
+                 [&frame] { frame.OpenBrowserWindow(u"About:Blank"_s, frame.NewWindowState()); });
     frame.handle(u"mnuFileNewHomePage"_s,
                  [&frame] { frame.OpenBrowserWindow({}, frame.NewWindowState()); });
     frame.handle(u"mnuFileNewFromClipboard"_s, [&frame] {
@@ -74,11 +82,21 @@ void registerNewCommands(Frame &frame)
     frame.beforeOpening(u"mnuFileNew"_s, [&frame] { enableFromClipboard(frame); });
 }
 
+void registerPageCommands(Frame &frame)
+{
+    onActivePage(frame, u"mnuFileSaveAs"_s, OleCmd::SaveAs, ExecForms::four);
+    onActivePage(frame, u"mnuFilePrint"_s, OleCmd::Print, ExecForms::two);
+    onActivePage(frame, u"mnuFilePrintPreview"_s, OleCmd::PrintPreview, ExecForms::four);
+    onActivePage(frame, u"mnuFilePageSetup"_s, OleCmd::PageSetup, ExecForms::four);
+    onActivePage(frame, u"mnuFileProperties"_s, OleCmd::Properties, ExecForms::four);
+}
+
 }
 
 void registerFileCommands(Frame &frame)
 {
     registerNewCommands(frame);
+    registerPageCommands(frame);
     frame.handle(u"mnuFileOpen"_s, [&frame] { (new frmOpenURL(frame))->open(); });
     frame.handle(u"mnuFileClose"_s, [&frame] { closeActive(frame); });
     frame.handle(u"mnuFileCloseAll"_s, [&frame] { closeAll(frame); });

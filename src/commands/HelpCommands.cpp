@@ -6,6 +6,7 @@
 #include "ProgramInfo.h"
 #include "StartProgram.h"
 #include "frmAbout.h"
+#include "frmSource.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +25,7 @@ void startUpdater(Frame &frame)
 void registerHelpCommands(Frame &frame)
 {
     frame.handle(u"mnuHelpAbout"_s, [&frame] { frmAbout::showOver(frame.window()); });
+    frmSource::setAboutHandler([](QWidget *owner) { frmAbout::showOver(owner); });
     frame.handle(u"mnuHelpDonate"_s, [&frame] {
         frame.OpenBrowserWindow(AppFolder::appData(u"Donate.html"_s), frame.NewWindowState());
     });

@@ -1,6 +1,7 @@
 #include "ProfileCommands.h"
 
 #include <QApplication>
+#include <QMdiSubWindow>
 #include <QPointer>
 #include <memory>
 
@@ -128,6 +129,9 @@ bool ProfileCommands::open(const QString &file, bool quiet)
 
 void ProfileCommands::openWindows(const QStringList &addresses)
 {
+    // Otherwise each window would come up maximized, only to be cascaded in the end.
+    if (QMdiSubWindow *active = m_frame.activeChild(); active && active->isMaximized())
+        active->showNormal();
     letPendingEventsRun();
     const int stops = m_pages->stops();
     m_pages->beginOpening(int(addresses.size()));

@@ -23,7 +23,7 @@ QString captionOf(const char *name, const QString &english)
 
 QMenu *frmSource::addMenu(const char *name, const QString &caption)
 {
-    QMenu *menu = menuBar()->addMenu(captionOf(name, caption));
+    QMenu *menu = menuBar()->addMenu(caption);
     menu->setObjectName(QLatin1String(name));
     menu->menuAction()->setObjectName(QLatin1String(name));
     return menu;
@@ -32,7 +32,7 @@ QMenu *frmSource::addMenu(const char *name, const QString &caption)
 QAction *frmSource::addItem(QMenu *menu, const char *name, const QString &caption,
                             void (frmSource::*handler)())
 {
-    QAction *action = menu->addAction(captionOf(name, caption));
+    QAction *action = menu->addAction(caption);
     action->setObjectName(QLatin1String(name));
     connect(action, &QAction::triggered, this, handler);
     return action;
@@ -40,7 +40,7 @@ QAction *frmSource::addItem(QMenu *menu, const char *name, const QString &captio
 
 void frmSource::addEditItem(const char *name, const QString &caption, void (txtHTML::*handler)())
 {
-    QAction *action = m_editMenu->addAction(captionOf(name, caption));
+    QAction *action = m_editMenu->addAction(caption);
     action->setObjectName(QLatin1String(name));
     connect(action, &QAction::triggered, m_editor, handler);
 }

@@ -8,6 +8,7 @@
 #include "FileDialogRequest.h"
 #include "ProfilePages.h"
 #include "Session.h"
+#include "frmSource.h"
 
 using namespace Qt::StringLiterals;
 
@@ -145,11 +146,8 @@ void tst_ProfileCommands::saveWritesEveryBrowserWindow()
 {
     m_session->start(u"http://first/"_s);
     m_session->choose("mnuFileNewBlankPage");
-    auto *other = new QMdiSubWindow;
-    other->setObjectName(u"frmViewSource"_s);
-    m_session->frame->adopt(other);
-    other->show();
-    Forms::add(other);
+    frmSource *source = frmSource::openOn(u"<p>source"_s, u"http://first/"_s);
+    QVERIFY2(Forms::all().contains(source), "the source viewer is a form among the windows");
     m_session->choose("mnuFileNewBlankPage");
     FakeWebBrowser::made().at(0)->location = u"about:blank"_s;
     FakeWebBrowser::made().at(2)->location = u"http://h/gr\u00fc\u00df?a=b;c#d"_s;

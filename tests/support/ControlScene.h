@@ -9,8 +9,7 @@
 #include <memory>
 
 /// One engine control in a window of its own, its events, and a server.
-struct ControlScene
-{
+struct ControlScene {
     ControlScene()
     {
         window.resize(600, 400);

@@ -72,6 +72,7 @@ public:
         ++focused;
         m_widget->setFocus();
     }
+    void Find() override { ++finds; }
     void Move(int left, int top, int width, int height) override
     {
         moves.append(QRect(left, top, width, height));
@@ -106,6 +107,7 @@ public:
     int refreshes = 0;
     int stops = 0;
     int focused = 0;
+    int finds = 0;
     int cleared = 0;
     int waits = 0;
     int status = OleCmdStatus::Supported | OleCmdStatus::Enabled;

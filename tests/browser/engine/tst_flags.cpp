@@ -46,8 +46,9 @@ void tst_flags::init()
     for (const char *name : {"a", "b", "c", "d"}) {
         const QByteArray page(name);
         m_scene->server.page('/' + page,
-                             "<title>" + page + "</title><a id=c href=/c>c</a>"
-                                 "<form id=f action=/d method=post><input name=x></form>");
+                             "<title>" + page
+                                 + "</title><a id=c href=/c>c</a>"
+                                   "<form id=f action=/d method=post><input name=x></form>");
     }
 }
 
@@ -190,8 +191,9 @@ void tst_flags::nothingIsWrittenToTheCache()
         TestServer::Reply page;
         page.headers = style.headers;
         page.body = "<link rel=stylesheet href=/" + mark + ".css><title>t</title><p>body-of-page-"
-            + mark + "<script>fetch('/" + mark + ".css?f').then(r => r.text()).then("
-            "() => document.title = 'fetched')</script>";
+            + mark + "<script>fetch('/" + mark
+            + ".css?f').then(r => r.text()).then("
+              "() => document.title = 'fetched')</script>";
         m_scene->server.reply("/page-" + mark, page);
     }
     open(u"/page-plain"_s);

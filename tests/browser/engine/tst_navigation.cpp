@@ -39,6 +39,7 @@ private slots:
     void scriptAddressDoesNotRun();
     void emptyAddressesAskAndDoNothing_data();
     void emptyAddressesAskAndDoNothing();
+    void textThatIsNoAddressIsTold();
     void markup();
     void statusTexts();
 
@@ -381,6 +382,20 @@ void tst_navigation::emptyAddressesAskAndDoNothing()
     m_browser->Navigate(address);
     QCOMPARE(script(u"document.title"_s), u"Page A"_s);
     QCOMPARE(m_browser->LocationURL(), a);
+}
+
+void tst_navigation::textThatIsNoAddressIsTold()
+{
+    m_browser->Navigate(u"hello world"_s);
+    QCOMPARE(m_events->statuses.last(), u"This is not an address: hello world"_s);
+    QCOMPARE(m_events->titles.last(), u"hello world"_s);
+    const QString a = m_server->url(u"/a"_s);
+    m_browser->Navigate(a);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    m_browser->Navigate(u"hello world"_s);
+    QCOMPARE(m_events->statuses.last(), u"This is not an address: hello world"_s);
+    QCOMPARE(m_browser->LocationURL(), a);
+    QCOMPARE(script(u"document.title"_s), u"Page A"_s);
 }
 
 void tst_navigation::markup()

@@ -1,0 +1,151 @@
+#include "PageFindBar.h"
+
+#include "Language.h"
+
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
+#include <QWebEngineFindTextResult>
+#include <QWebEnginePage>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr int longestProposal = 100;
+
+QString text(const char *key, const QString &english)
+{
+    return GetLanguageText(u"PageFindBar"_s, QString::fromLatin1(key), english);
+}
+
+QString nameOf(QString caption)
+{
+    return caption.remove(u'&').remove(u':');
+}
+}
+
+PageFindBar::PageFindBar(QWebEnginePage *page, QWidget *parent)
+    : QWidget(parent)
+    , m_page(page)
+    , m_text(new QLineEdit(this))
+    , m_matchCase(new QCheckBox(text("chkMatchCase", u"&Match case"_s), this))
+    , m_result(new QLabel(this))
+{
+    setObjectName("PageFindBar"_L1);
+    setAutoFillBackground(true);
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(6, 3, 6, 3);
+    auto *label = new QLabel(text("lblFind", u"F&ind:"_s), this);
+    label->setObjectName("lblFind"_L1);
+    label->setBuddy(m_text);
+    row->addWidget(label);
+    m_text->setObjectName("txtFind"_L1);
+    m_text->setAccessibleName(nameOf(label->text()));
+    m_text->setClearButtonEnabled(true);
+    row->addWidget(m_text, 1);
+    m_result->setObjectName("lblResult"_L1);
+    m_result->setMinimumWidth(fontMetrics().horizontalAdvance(u"0000 of 0000"_s));
+    row->addWidget(m_result);
+    connect(addButton("cmdFindPrevious", u"&Previous"_s), &QPushButton::clicked, this,
+            [this] { find(true); });
+    connect(addButton("cmdFindNext", u"&Next"_s), &QPushButton::clicked, this,
+            [this] { find(false); });
+    m_matchCase->setObjectName("chkMatchCase"_L1);
+    m_matchCase->setAccessibleName(nameOf(m_matchCase->text()));
+    row->addWidget(m_matchCase);
+    connect(addButton("cmdFindClose", u"Close"_s), &QPushButton::clicked, this,
+            &PageFindBar::dismiss);
+    connect(m_text, &QLineEdit::textChanged, this, [this] { find(false); });
+    connect(m_matchCase, &QCheckBox::toggled, this, &PageFindBar::findAnew);
+    connect(page, &QWebEnginePage::loadFinished, this, [this] {
+        if (isVisible())
+            findAnew();
+    });
+    hide();
+}
+
+QPushButton *PageFindBar::addButton(const char *name, const QString &caption)
+{
+    const QString shown = text(name, caption);
+    auto *button = new QPushButton(shown, this);
+    button->setObjectName(QLatin1String(name));
+    button->setAccessibleName(nameOf(shown));
+    button->setAutoDefault(false);
+    layout()->addWidget(button);
+    return button;
+}
+
+void PageFindBar::open()
+{
+    const bool wasOpen = isVisible();
+    show();
+    emit opened();
+    m_text->setFocus();
+    const QString selected = m_page ? m_page->selectedText().trimmed() : QString();
+    const bool proposes =
+        !selected.isEmpty() && selected.size() <= longestProposal && !selected.contains(u'\n');
+    if (proposes && selected != m_text->text())
+        m_text->setText(selected);
+    else if (!wasOpen)
+        findAnew();
+    m_text->selectAll();
+}
+
+void PageFindBar::dismiss()
+{
+    ++m_newest;
+    if (m_page)
+        m_page->findText({});
+    hide();
+    emit dismissed();
+}
+
+void PageFindBar::findAnew()
+{
+    if (m_page)
+        m_page->findText({});
+    find(false);
+}
+
+void PageFindBar::find(bool backwards)
+{
+    const int number = ++m_newest;
+    if (!m_page)
+        return;
+    if (m_text->text().isEmpty()) {
+        m_page->findText({});
+        m_result->clear();
+        return;
+    }
+    QWebEnginePage::FindFlags flags;
+    flags.setFlag(QWebEnginePage::FindBackward, backwards);
+    flags.setFlag(QWebEnginePage::FindCaseSensitively, m_matchCase->isChecked());
+    m_page->findText(m_text->text(), flags,
+                     [bar = QPointer(this), number](const QWebEngineFindTextResult &result) {
+                         if (bar && bar->m_newest == number)
+                             bar->showResult(result.activeMatch(), result.numberOfMatches());
+                     });
+}
+
+void PageFindBar::showResult(int active, int hits)
+{
+    const QLocale locale;
+    m_result->setText(
+        hits == 0
+            ? text("strNotFound", u"Not found"_s)
+            : text("strResult", u"%1 of %2"_s).arg(locale.toString(active), locale.toString(hits)));
+}
+
+void PageFindBar::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        dismiss();
+    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        find(event->modifiers() & Qt::ShiftModifier);
+    else
+        QWidget::keyPressEvent(event);
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QWebEnginePage;
+
+/// Finds text in a page while it is typed, and tells which hit of how many is shown.
+class PageFindBar : public QWidget {
+    Q_OBJECT
+
+public:
+    PageFindBar(QWebEnginePage *page, QWidget *parent);
+
+    /// Shows the bar with the page's selected words, if any, and takes the focus.
+    void open();
+    /// Hides the bar; the hit stays selected in the page.
+    void dismiss();
+
+signals:
+    void opened();
+    void dismissed();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    QPushButton *addButton(const char *name, const QString &caption);
+    void find(bool backwards);
+    void findAnew();
+    void showResult(int active, int hits);
+
+    QPointer<QWebEnginePage> m_page;
+    QLineEdit *m_text;
+    QCheckBox *m_matchCase;
+    QLabel *m_result;
+    /// The engine answers also searches that later ones have overtaken.
+    int m_newest = 0;
+};

@@ -1,0 +1,154 @@
+#include "PageJobs.h"
+
+#include "Log.h"
+
+#include <QEventLoop>
+#include <QPrinter>
+#include <QTimer>
+#include <QWebEngineView>
+
+namespace {
+constexpr int longestWait = 30'000;
+int takenOver = 0;
+}
+
+PageJobs::PageJobs(QWebEnginePage *page)
+    : QObject(page)
+    , m_page(page)
+{
+    connect(page, &QWebEnginePage::renderProcessTerminated, this, &PageJobs::rendererGone);
+}
+
+PageJobs *PageJobs::of(QWebEnginePage *page)
+{
+    auto *jobs = page->findChild<PageJobs *>(QString(), Qt::FindDirectChildrenOnly);
+    return jobs ? jobs : new PageJobs(page);
+}
+
+void PageJobs::toPdf(QWebEnginePage *page, const QPageLayout &layout, const QPageRanges &ranges,
+                     QObject *receiver, const PdfDone &done)
+{
+    of(page)->add({layout, ranges, nullptr,
+                   [receiver = QPointer(receiver), done](const QByteArray &pdf, bool) {
+                       if (receiver)
+                           done(pdf);
+                   }});
+}
+
+void PageJobs::print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer,
+                     QObject *receiver, const PrintDone &done)
+{
+    of(page)->add(
+        {{}, {}, printer, [receiver = QPointer(receiver), done](const QByteArray &, bool printed) {
+             if (receiver)
+                 done(printed);
+         }});
+}
+
+void PageJobs::add(const Job &job)
+{
+    m_waiting.enqueue(job);
+    startNext();
+}
+
+void PageJobs::startNext()
+{
+    if (m_running || m_waiting.isEmpty())
+        return;
+    m_running = true;
+    m_current = m_waiting.dequeue();
+    const int number = ++m_number;
+    if (m_page->renderProcessPid() == 0) {
+        end(number, {}, false);
+        return;
+    }
+    if (!m_current.printer) {
+        m_page->printToPdf(
+            [self = QPointer(this), number](const QByteArray &pdf) {
+                if (self)
+                    self->end(number, pdf, !pdf.isEmpty());
+            },
+            m_current.layout, m_current.ranges);
+        return;
+    }
+    QWebEngineView *view = QWebEngineView::forPage(m_page);
+    if (!view) {
+        end(number, {}, false);
+        return;
+    }
+    connect(view, &QWebEngineView::printFinished, this, [this, view, number](bool printed) {
+        disconnect(view, &QWebEngineView::printFinished, this, nullptr);
+        end(number, {}, printed);
+    });
+    view->print(m_current.printer.get());
+}
+
+/// The engine calls this from inside itself.
+void PageJobs::end(int number, const QByteArray &pdf, bool printed)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, number, pdf, printed] {
+            if (m_running && number == m_number)
+                finish(pdf, printed);
+        },
+        Qt::QueuedConnection);
+}
+
+void PageJobs::finish(const QByteArray &pdf, bool printed)
+{
+    const Job job = std::exchange(m_current, {});
+    m_running = false;
+    startNext();
+    const QPointer<PageJobs> self(this);
+    job.done(pdf, printed);
+    if (!self || m_running || !m_takenOver)
+        return;
+    --takenOver;
+    m_takenOver = false;
+    if (m_view)
+        m_view->deleteLater();
+    m_page->deleteLater();
+}
+
+/// The engine never answers for a page whose process has ended.
+void PageJobs::rendererGone()
+{
+    if (m_running)
+        end(m_number, {}, false);
+}
+
+bool PageJobs::takeOver(QWebEngineView *view, QWebEnginePage *page)
+{
+    auto *jobs = page->findChild<PageJobs *>(QString(), Qt::FindDirectChildrenOnly);
+    if (!jobs || !jobs->m_running)
+        return false;
+    jobs->m_takenOver = true;
+    ++takenOver;
+    jobs->m_view = view;
+    if (view) {
+        view->hide();
+        view->setParent(nullptr);
+    }
+    return true;
+}
+
+void PageJobs::finishAll()
+{
+    QEventLoop loop;
+    QTimer poll;
+    QTimer limit;
+    limit.setSingleShot(true);
+    QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&loop] {
+        if (takenOver == 0)
+            loop.quit();
+    });
+    if (takenOver == 0)
+        return;
+    poll.start(10);
+    limit.start(longestWait);
+    loop.exec();
+    if (takenOver > 0)
+        qCWarning(lcEngine) << "print jobs given up:" << takenOver;
+}

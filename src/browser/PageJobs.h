@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QObject>
+#include <QPageLayout>
+#include <QPageRanges>
+#include <QPointer>
+#include <QQueue>
+#include <functional>
+#include <memory>
+
+class QPrinter;
+class QWebEnginePage;
+class QWebEngineView;
+
+/// One page's print jobs. The engine can do one at a time, loses a second one without a word, and
+/// ends the program when the page is deleted during one: so they wait for each other, and a page
+/// whose window closes lives on until the last is done.
+class PageJobs : public QObject {
+    Q_OBJECT
+
+public:
+    /// `pdf` is null when the job failed.
+    using PdfDone = std::function<void(const QByteArray &pdf)>;
+    using PrintDone = std::function<void(bool printed)>;
+
+    /// Makes the page's sheets as PDF. `done` is called later, once, and not at all when
+    /// `receiver` goes away first.
+    static void toPdf(QWebEnginePage *page, const QPageLayout &layout, const QPageRanges &ranges,
+                      QObject *receiver, const PdfDone &done);
+    /// Prints on a real printer.
+    static void print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer,
+                      QObject *receiver, const PrintDone &done);
+    /// Takes a page with jobs, and its view, over from its window, and deletes both after the last
+    /// job. False when the page has none.
+    static bool takeOver(QWebEngineView *view, QWebEnginePage *page);
+    /// Waits until no page taken over is left; before the engine's profile goes.
+    static void finishAll();
+
+private:
+    struct Job {
+        QPageLayout layout;
+        QPageRanges ranges;
+        std::shared_ptr<QPrinter> printer;
+        std::function<void(const QByteArray &pdf, bool printed)> done;
+    };
+
+    explicit PageJobs(QWebEnginePage *page);
+    static PageJobs *of(QWebEnginePage *page);
+    void add(const Job &job);
+    void startNext();
+    void end(int number, const QByteArray &pdf, bool printed);
+    void finish(const QByteArray &pdf, bool printed);
+    void rendererGone();
+
+    QWebEnginePage *m_page;
+    QPointer<QWebEngineView> m_view;
+    QQueue<Job> m_waiting;
+    Job m_current;
+    int m_number = 0;
+    bool m_running = false;
+    bool m_takenOver = false;
+};

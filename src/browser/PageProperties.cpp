@@ -1,0 +1,147 @@
+#include "PageProperties.h"
+
+#include "ConnectionCheck.h"
+#include "Language.h"
+
+#include <QDateTime>
+#include <QDialogButtonBox>
+#include <QFileInfo>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QPointer>
+#include <QWebEnginePage>
+#include <QWebEngineScript>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr int longestShown = 2000;
+
+const QString factScript = uR"((() => {
+    const entry = performance.getEntriesByType('navigation')[0];
+    return {
+        kind: document.contentType,
+        encoding: document.characterSet,
+        modified: Date.parse(document.lastModified),
+        opened: performance.timeOrigin,
+        size: entry ? entry.decodedBodySize : 0
+    };
+})())"_s;
+
+QString text(const char *key, const QString &english)
+{
+    return GetLanguageText(u"PageProperties"_s, QString::fromLatin1(key), english);
+}
+
+QString sizeText(qint64 bytes)
+{
+    if (bytes <= 0)
+        return text("strUnknown", u"Not known"_s);
+    const QLocale locale;
+    constexpr qint64 kilobyte = 1024;
+    if (bytes < kilobyte)
+        return text("strFewBytes", u"%1 bytes"_s).arg(locale.toString(bytes));
+    return text("strBytes", u"%1 (%2 bytes)"_s)
+        .arg(locale.formattedDataSize(bytes), locale.toString(bytes));
+}
+
+QString dateText(const QDateTime &when)
+{
+    return when.isValid() ? QLocale().toString(when, QLocale::ShortFormat)
+                          : text("strUnknown", u"Not known"_s);
+}
+
+QDateTime dateOf(const QVariant &milliseconds)
+{
+    return milliseconds.isNull() ? QDateTime()
+                                 : QDateTime::fromMSecsSinceEpoch(qint64(milliseconds.toDouble()));
+}
+}
+
+PageProperties::PageProperties(QWebEnginePage *page, QWidget *owner)
+    : QDialog(owner)
+    , m_url(page->url())
+    , m_rows(new QFormLayout)
+{
+    setObjectName("dlgProperties"_L1);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(text("Caption", u"Properties"_s));
+    auto *column = new QVBoxLayout(this);
+    column->addLayout(m_rows);
+    addRow("lblTitle", u"Title:"_s)->setText(page->title().left(longestShown));
+    addRow("lblAddress", u"Address:"_s)
+        ->setText(QString::fromLatin1(m_url.toEncoded()).left(longestShown));
+    m_kind = addRow("lblKind", u"Kind:"_s);
+    m_size = addRow("lblSize", u"Size:"_s);
+    m_encoding = addRow("lblEncoding", u"Encoding:"_s);
+    m_modified = addRow("lblModified", u"Modified:"_s);
+    m_opened = addRow("lblOpened", u"Opened:"_s);
+    m_connection = addRow("lblConnection", u"Connection:"_s);
+    m_certificates = addRow("lblCertificates", u"Certificates:"_s);
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    column->addWidget(buttons);
+    showConnection(m_url);
+    page->runJavaScript(factScript, QWebEngineScript::ApplicationWorld,
+                        [dialog = QPointer(this)](const QVariant &facts) {
+                            if (dialog)
+                                dialog->showFacts(facts.toMap());
+                        });
+    resize(560, sizeHint().height());
+}
+
+QLabel *PageProperties::addRow(const char *name, const QString &caption)
+{
+    auto *label = new QLabel(text(name, caption), this);
+    auto *value = new QLabel(this);
+    value->setObjectName(QLatin1String(name));
+    value->setTextFormat(Qt::PlainText);
+    value->setWordWrap(true);
+    value->setMinimumWidth(300);
+    value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    label->setBuddy(value);
+    m_rows->addRow(label, value);
+    return value;
+}
+
+void PageProperties::showFacts(const QVariantMap &facts)
+{
+    m_kind->setText(facts.value(u"kind"_s).toString().left(longestShown));
+    m_encoding->setText(facts.value(u"encoding"_s).toString().left(longestShown));
+    m_opened->setText(dateText(dateOf(facts.value(u"opened"_s))));
+    if (m_url.isLocalFile()) {
+        showFileFacts(m_url.toLocalFile());
+        return;
+    }
+    m_size->setText(sizeText(qint64(facts.value(u"size"_s).toDouble())));
+    m_modified->setText(dateText(dateOf(facts.value(u"modified"_s))));
+}
+
+void PageProperties::showFileFacts(const QString &file)
+{
+    const QFileInfo info(file);
+    m_size->setText(sizeText(info.size()));
+    m_modified->setText(dateText(info.lastModified()));
+}
+
+void PageProperties::showConnection(const QUrl &url)
+{
+    if (url.scheme() != "https"_L1) {
+        m_connection->setText(
+            url.scheme() == "http"_L1
+                ? text("strOpen", u"Not encrypted"_s)
+                : text("strNone", u"None: the page did not come over a network"_s));
+        m_rows->setRowVisible(m_certificates, false);
+        return;
+    }
+    m_connection->setText(text("strEncrypted", u"Encrypted"_s));
+    m_certificates->setText(text("strAsking", u"Asking the server..."_s));
+    auto *check = new ConnectionCheck(this);
+    connect(check, &ConnectionCheck::answered, this,
+            [this](const QString &protocol, const QString &chain) {
+                m_connection->setText(protocol);
+                m_certificates->setText(chain);
+            });
+    check->ask(url);
+}

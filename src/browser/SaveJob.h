@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QPointer>
+#include <QWebEngineDownloadRequest>
+
+class QProgressDialog;
+class QWebEnginePage;
+class QWidget;
+
+/// One saving of a page by the engine, with its progress. It deletes itself at the end, and ends
+/// with its page.
+class SaveJob : public QObject {
+    Q_OBJECT
+
+public:
+    SaveJob(QWebEnginePage *page, const QString &file,
+            QWebEngineDownloadRequest::SavePageFormat format, QWidget *owner);
+    ~SaveJob() override;
+
+    void start();
+    /// True for what a job of the request's page has just asked for, and takes.
+    static bool awaits(const QWebEngineDownloadRequest &request);
+
+signals:
+    void saved();
+    void failed();
+
+private:
+    void take(QWebEngineDownloadRequest *request);
+    void watch();
+    void showProgress();
+    void end(bool done);
+
+    QWebEnginePage *m_page;
+    QPointer<QWidget> m_owner;
+    QPointer<QWebEngineDownloadRequest> m_request;
+    QPointer<QProgressDialog> m_progress;
+    QString m_file;
+    QWebEngineDownloadRequest::SavePageFormat m_format;
+    bool m_cancelled = false;
+};

@@ -1,0 +1,71 @@
+#include "ToolsCommands.h"
+
+#include <QAction>
+
+#include "Forms.h"
+#include "Frame.h"
+#include "Settings.h"
+#include "WebBrowser.h"
+#include "frmBrowser.h"
+#include "frmOptions.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int neither = NavFlags::NoHistory + NavFlags::NoWriteToCache;
+
+bool invert(Frame &frame, const QString &name)
+{
+    QAction *item = frame.menuItem(name);
+    item->setChecked(!item->isChecked());
+    return item->isChecked();
+}
+
+bool isChecked(const Frame &frame, const QString &name)
+{
+    return frame.menuItem(name)->isChecked();
+}
+
+void togglePagesToHistory(Frame &frame)
+{
+    const bool history = invert(frame, u"mnuToolsAddPagesToHistory"_s);
+    Settings::writeBoolean(Settings::AddToHistory, history);
+    const bool cache = isChecked(frame, u"mnuToolsAddFilesToCache"_s);
+    if (history)
+        frame.setBrwFlags(cache ? 0 : NavFlags::NoWriteToCache);
+    else
+        frame.setBrwFlags(cache ? NavFlags::NoHistory : neither);
+}
+
+/// Unlike the other toggle: without the cache alone, pages stay out of the history instead, until
+/// the history is toggled. On purpose, and the same as at the start.
+void toggleFilesToCache(Frame &frame)
+{
+    const bool cache = invert(frame, u"mnuToolsAddFilesToCache"_s);
+    Settings::writeBoolean(Settings::AddToCache, cache);
+    const bool history = isChecked(frame, u"mnuToolsAddPagesToHistory"_s);
+    if (history == cache)
+        frame.setBrwFlags(history ? 0 : neither);
+    else
+        frame.setBrwFlags(NavFlags::NoHistory);
+}
+
+/// For this session only: the stored setting is the options dialog's.
+void toggleScriptErrors(Frame &frame)
+{
+    const bool silent = invert(frame, u"mnuToolsScriptErrorSuppress"_s);
+    for (frmBrowser *form : browserForms())
+        form->brwWebBrowser()->setSilent(silent);
+}
+
+}
+
+void registerToolsCommands(Frame &frame, StartUpFrame &program)
+{
+    frame.handle(u"mnuToolsAddPagesToHistory"_s, [&frame] { togglePagesToHistory(frame); });
+    frame.handle(u"mnuToolsAddFilesToCache"_s, [&frame] { toggleFilesToCache(frame); });
+    frame.handle(u"mnuToolsScriptErrorSuppress"_s, [&frame] { toggleScriptErrors(frame); });
+    frame.handle(u"mnuToolsOptions"_s,
+                 [&frame, &program] { frmOptions::showOver(frame, program); });
+}

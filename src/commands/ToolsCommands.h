@@ -1,0 +1,8 @@
+#pragma once
+
+class Frame;
+class StartUpFrame;
+
+/// The Tools menu's own items: what pages leave behind, script errors and the options. `program`
+/// is what the start-up routine loads and translates; the options run that routine again.
+void registerToolsCommands(Frame &frame, StartUpFrame &program);
