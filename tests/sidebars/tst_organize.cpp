@@ -55,6 +55,7 @@ private slots:
     void sortByDate();
     void barIsNotRefreshed();
     void missingFolder();
+    void picture_data();
     void picture();
 
 private:
@@ -330,9 +331,20 @@ void tst_Organize::missingFolder()
     QVERIFY(exists(u"New Folder"_s));
 }
 
+void tst_Organize::picture_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::newRow("light") << QPalette(QColor(0xee, 0xee, 0xee));
+    QTest::newRow("dark") << QPalette(QColor(0x30, 0x30, 0x30));
+}
+
 // Nothing is cut off, in a picture that may be kept to be looked at.
 void tst_Organize::picture()
 {
+    QFETCH(QPalette, palette);
+    const QPalette before = QApplication::palette();
+    const auto restore = qScopeGuard([before] { QApplication::setPalette(before); });
+    QApplication::setPalette(palette);
     open();
     item(u"F"_s)->setExpanded(true);
     select({u"b"_s});
@@ -340,7 +352,8 @@ void tst_Organize::picture()
         QVERIFY(button->width() >= button->minimumSizeHint().width());
     const QString folder = qEnvironmentVariable("ORVANE_PICTURES");
     if (!folder.isEmpty())
-        QVERIFY(dialog()->grab().save(folder + "/organize.png"_L1));
+        QVERIFY(dialog()->grab().save(folder + "/organize-"_L1
+                                      + QLatin1StringView(QTest::currentDataTag()) + ".png"_L1));
 }
 
 QTEST_MAIN(tst_Organize)
