@@ -24,7 +24,7 @@ using namespace Qt::StringLiterals;
 namespace {
 constexpr int folders = 2000;
 constexpr int linksPerFolder = 25;
-constexpr int rounds = 5;
+constexpr int rounds = 3;
 constexpr double mostTimesParser = 2;
 constexpr double mostTimesBare = 1.5;
 constexpr double mostMemoryMb = 200;

@@ -9,6 +9,12 @@
 #include <QStringDecoder>
 
 #include <limits>
+#include <optional>
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +33,41 @@ QByteArray asUtf8(const QByteArray &bytes)
     const QString text = decoder.decode(bytes);
     return text.toUtf8();
 }
+
+#ifdef Q_OS_UNIX
+// With few calls of the system, as thousands of files are read in a row. Not waiting matters for a
+// pipe only, which is turned away once it is open.
+std::optional<QByteArray> readFile(const QString &path, qint64 &date)
+{
+    const int file =
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (file < 0)
+        return {};
+    std::optional<QByteArray> result;
+    struct stat status = {};
+    if (::fstat(file, &status) == 0 && S_ISREG(status.st_mode)
+        && status.st_size <= largestShortcut) {
+        QByteArray bytes(status.st_size, Qt::Uninitialized);
+        const ssize_t read = ::read(file, bytes.data(), static_cast<size_t>(bytes.size()));
+        if (read >= 0) {
+            bytes.truncate(read);
+            date = status.st_mtime;
+            result = bytes;
+        }
+    }
+    ::close(file);
+    return result;
+}
+#else
+std::optional<QByteArray> readFile(const QString &path, qint64 &date)
+{
+    const QFileInfo info(path);
+    if (info.size() > largestShortcut)
+        return {};
+    date = info.lastModified().toSecsSinceEpoch();
+    return FileUpdate::readAll(path);
+}
+#endif
 }
 
 namespace InternetShortcut {
@@ -61,20 +102,16 @@ QByteArray bytes(const QString &url, const QString &title)
 
 Contents contents(const QString &path)
 {
-    const QFileInfo info(path);
-    QFile file(path);
-    // Opening a pipe would wait for whoever writes to it.
-    if (!info.isFile() || info.size() > largestShortcut
-        || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return {};
     constexpr int whole = std::numeric_limits<int>::max();
-    const QByteArray stored = asUtf8(file.readAll());
     Contents result;
+    const std::optional<QByteArray> bytes = readFile(path, result.date);
+    if (!bytes)
+        return {};
+    const QByteArray stored = asUtf8(*bytes);
     result.url =
         IniText::value(stored, {u"InternetShortcut"_s, u"URL"_s}, whole).value_or(QString());
     if (stored.contains("[Orvane]"))
         result.title = IniText::value(stored, {u"Orvane"_s, u"Title"_s}, whole).value_or(QString());
-    result.date = info.lastModified().toSecsSinceEpoch();
     return result;
 }
 

@@ -261,11 +261,16 @@ bool OrganizeTree::move(const QStringList &paths, const QString &folder)
     return good;
 }
 
+bool OrganizeTree::moveToTrash(const QString &path)
+{
+    return QFile::moveToTrash(path);
+}
+
 void OrganizeTree::deleteSelected()
 {
     QStringList left;
     for (const QString &path : selectedPaths()) {
-        if (!QFile::moveToTrash(path))
+        if (!moveToTrash(path))
             left.append(path);
     }
     reload({});

@@ -30,6 +30,8 @@ public:
     QString folder() const;
 
 protected:
+    /// False when the desktop has no trash for it; the file is then still there.
+    virtual bool moveToTrash(const QString &path);
     void keyPressEvent(QKeyEvent *event) override;
     void startDrag(Qt::DropActions actions) override;
     void dropEvent(QDropEvent *event) override;

@@ -19,6 +19,17 @@
 #include <QSignalSpy>
 #include <QTest>
 
+namespace {
+/// On a desktop that has no trash.
+class TreeWithoutTrash : public OrganizeTree {
+public:
+    using OrganizeTree::OrganizeTree;
+
+protected:
+    bool moveToTrash(const QString &) override { return false; }
+};
+}
+
 /// The Organize Favorites dialog on real files.
 class tst_Organize : public QObject {
     Q_OBJECT
@@ -44,6 +55,7 @@ private slots:
     void sortByDate();
     void barIsNotRefreshed();
     void missingFolder();
+    void picture_data();
     void picture();
 
 private:
@@ -70,6 +82,8 @@ void tst_Organize::init()
 {
     m_folder = std::make_unique<TempAppFolder>();
     m_home = std::make_unique<FavoritesHome>();
+    // A trash of the test's own.
+    QVERIFY(QDir().mkpath(m_home->home() + "/data"_L1));
     qputenv("XDG_DATA_HOME", m_home->home().toUtf8() + "/data");
     m_engine = std::make_unique<FakeEngine>();
     m_frame = std::make_unique<FakeFrame>();
@@ -267,20 +281,19 @@ void tst_Organize::deleteForGoodAsks_data()
     QTest::newRow("no") << false;
 }
 
-// There is no trash where its folder cannot be made.
 void tst_Organize::deleteForGoodAsks()
 {
     QFETCH(bool, yes);
-    QFile data(m_home->home() + "/data"_L1);
-    QVERIFY(data.open(QIODevice::WriteOnly));
-    open();
+    TreeWithoutTrash tree(m_home->favorites());
+    tree.show();
     const Answer answer(yes ? QMessageBox::Yes : QMessageBox::No);
-    select({u"F"_s});
-    press(u"cmdDelete"_s);
+    tree.topLevelItem(2)->setSelected(true);
+    tree.deleteSelected();
     QVERIFY(exists(u"F/c.url"_s));
     QTRY_COMPARE(answer.count(), 1);
     QCOMPARE(answer.text(), u"F cannot be moved to the trash. Delete it for good?"_s);
     QTRY_COMPARE(exists(u"F"_s), !yes);
+    QCOMPARE(tree.topLevelItemCount(), yes ? 3 : 4);
 }
 
 void tst_Organize::sortByDate()
@@ -318,9 +331,20 @@ void tst_Organize::missingFolder()
     QVERIFY(exists(u"New Folder"_s));
 }
 
+void tst_Organize::picture_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::newRow("light") << QPalette(QColor(0xee, 0xee, 0xee));
+    QTest::newRow("dark") << QPalette(QColor(0x30, 0x30, 0x30));
+}
+
 // Nothing is cut off, in a picture that may be kept to be looked at.
 void tst_Organize::picture()
 {
+    QFETCH(QPalette, palette);
+    const QPalette before = QApplication::palette();
+    const auto restore = qScopeGuard([before] { QApplication::setPalette(before); });
+    QApplication::setPalette(palette);
     open();
     item(u"F"_s)->setExpanded(true);
     select({u"b"_s});
@@ -328,7 +352,8 @@ void tst_Organize::picture()
         QVERIFY(button->width() >= button->minimumSizeHint().width());
     const QString folder = qEnvironmentVariable("ORVANE_PICTURES");
     if (!folder.isEmpty())
-        QVERIFY(dialog()->grab().save(folder + "/organize.png"_L1));
+        QVERIFY(dialog()->grab().save(folder + "/organize-"_L1
+                                      + QLatin1StringView(QTest::currentDataTag()) + ".png"_L1));
 }
 
 QTEST_MAIN(tst_Organize)
