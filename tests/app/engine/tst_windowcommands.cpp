@@ -45,6 +45,14 @@ private slots:
     void tabOfAMinimizedWindow();
     void pageIconOnTabAndWindow();
     void windowItemsWithoutAWindow();
+    void keysKeepAllInStep_data();
+    void keysKeepAllInStep();
+    void controlF4Closes();
+    void captionOfTheFrame();
+    void lastWindowLeavesTheAddress();
+    void openMenuKeepsTheTypedText();
+    void unsentTextSurvivesAPageThatFinishes();
+    void manyWindowsCloseAtOnce();
 
 private:
     QString url(const char *path) const { return m_session->server.url(QString::fromLatin1(path)); }
@@ -405,6 +413,103 @@ void tst_WindowCommands::windowItemsWithoutAWindow()
     m_session->choose("mnuWindowNewWindow");
     QTRY_VERIFY(m_session->shows(url("/home")));
     QVERIFY(m_session->active()->isMaximized());
+}
+
+void tst_WindowCommands::keysKeepAllInStep_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Ctrl+F6") << Qt::Key_F6;
+    QTest::newRow("Ctrl+Tab") << Qt::Key_Tab;
+}
+
+void tst_WindowCommands::keysKeepAllInStep()
+{
+    QFETCH(Qt::Key, key);
+    frmBrowser *first = m_session->active();
+    openSecond("/two");
+    frmBrowser *second = m_session->active();
+    const auto isInStep = [this](const frmBrowser *window, const char *path) {
+        return m_session->active() == window && m_session->tabs().isPressed(window->tabKey())
+            && m_session->address().Text() == url(path)
+            && m_session->frame->windowTitle() == "Orvane - ["_L1 + window->windowTitle() + u']';
+    };
+    QTRY_VERIFY(isInStep(second, "/two"));
+    QTRY_VERIFY(second->isAncestorOf(QApplication::focusWidget()));
+    QTest::keyClick(QApplication::focusWidget(), key, Qt::ControlModifier);
+    QTRY_VERIFY(isInStep(first, "/one"));
+    QTest::keyClick(m_session->frame->findChild<QLineEdit *>(), key,
+                    Qt::ControlModifier | Qt::ShiftModifier);
+    QTRY_VERIFY(isInStep(second, "/two"));
+}
+
+void tst_WindowCommands::controlF4Closes()
+{
+    frmBrowser *first = m_session->active();
+    openSecond("/two");
+    QTest::keyClick(m_session->active()->brwWebBrowser()->widget(), Qt::Key_F4,
+                    Qt::ControlModifier);
+    QTRY_COMPARE(m_session->windows(), 1);
+    QTRY_COMPARE(m_session->active(), first);
+    QTRY_VERIFY(m_session->tabs().isPressed(first->tabKey()));
+    QTRY_COMPARE(m_session->address().Text(), url("/one"));
+}
+
+void tst_WindowCommands::captionOfTheFrame()
+{
+    QTRY_COMPARE(m_session->frame->windowTitle(), u"Orvane - [the quick brown fox]"_s);
+    m_session->choose("mnuWindowRestoreAll");
+    QTRY_COMPARE(m_session->frame->windowTitle(), u"Orvane"_s);
+    m_session->choose("mnuFileCloseAll");
+    QTRY_VERIFY(!m_session->frame->activeChild());
+    QTRY_COMPARE(m_session->frame->windowTitle(), u"Orvane"_s);
+}
+
+void tst_WindowCommands::lastWindowLeavesTheAddress()
+{
+    m_session->choose("mnuFileClose");
+    QTRY_VERIFY(!m_session->frame->activeChild());
+    QCOMPARE(m_session->address().Text(), url("/one"));
+}
+
+void tst_WindowCommands::openMenuKeepsTheTypedText()
+{
+    auto *field = m_session->frame->findChild<QLineEdit *>();
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClicks(field, u"half"_s);
+    field->setSelection(1, 2);
+    openMenu("mnuEdit");
+    QVERIFY(field->hasFocus());
+    QCOMPARE(field->selectedText(), u"al"_s);
+    QVERIFY(m_session->address().hasUnsentEdits());
+}
+
+void tst_WindowCommands::unsentTextSurvivesAPageThatFinishes()
+{
+    auto *field = m_session->frame->findChild<QLineEdit *>();
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClicks(field, u"zzz"_s);
+    m_session->active()->brwWebBrowser()->Navigate(url("/two"));
+    QTRY_VERIFY(m_session->shows(url("/two")));
+    QCOMPARE(m_session->address().Text(), u"zzz"_s);
+    QCOMPARE(m_session->address().listItem(0), url("/two"));
+    QTest::keyClick(field, Qt::Key_Escape);
+    QCOMPARE(m_session->address().Text(), url("/two"));
+}
+
+void tst_WindowCommands::manyWindowsCloseAtOnce()
+{
+    for (int i = 0; i < 30; ++i)
+        m_session->frame->OpenBrowserWindow(u"About:Blank"_s, 0);
+    QCOMPARE(m_session->windows(), 31);
+    QVERIFY(m_session->active()->isMaximized());
+    QVERIFY(tab(m_session->active())->visibleRegion().boundingRect()
+            == tab(m_session->active())->rect());
+    m_session->choose("mnuFileCloseAll");
+    QTRY_VERIFY(!m_session->frame->activeChild());
+    QCOMPARE(m_session->windows(), 0);
+    QVERIFY(m_session->tabs().keys().isEmpty());
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_WindowCommands)
