@@ -4,6 +4,7 @@
 #include <QMenu>
 
 #include "../Session.h"
+#include "Answer.h"
 #include "EngineTest.h"
 #include "ProgramInfo.h"
 #include "frmOpenURL.h"
@@ -53,6 +54,7 @@ private slots:
     void openMenuKeepsTheTypedText();
     void unsentTextSurvivesAPageThatFinishes();
     void manyWindowsCloseAtOnce();
+    void acceleratorsInTheAddressField();
 
 private:
     QString url(const char *path) const { return m_session->server.url(QString::fromLatin1(path)); }
@@ -187,9 +189,16 @@ void tst_WindowCommands::fileItemsWithoutAWindow()
 
 void tst_WindowCommands::exitAsks()
 {
-    m_session->folder.setSetting(u"Settings"_s, u"AskOnExit"_s, u"0"_s);
+    m_session->folder.setSetting(u"Settings"_s, u"AskOnExit"_s, u"1"_s);
+    Answer no(QMessageBox::No);
     m_session->choose("mnuFileExit");
-    QTRY_VERIFY(!m_session->frame->isVisible());
+    QCOMPARE(no.count(), 1);
+    QVERIFY(m_session->frame->isVisible());
+    QCOMPARE(m_session->windows(), 1);
+    Answer yes(QMessageBox::Yes);
+    m_session->choose("mnuFileExit");
+    QCOMPARE(yes.count(), 1);
+    QVERIFY(!m_session->frame->isVisible());
     QCOMPARE(m_session->windows(), 0);
 }
 
@@ -510,6 +519,29 @@ void tst_WindowCommands::manyWindowsCloseAtOnce()
     QTRY_VERIFY(!m_session->frame->activeChild());
     QCOMPARE(m_session->windows(), 0);
     QVERIFY(m_session->tabs().keys().isEmpty());
+}
+
+void tst_WindowCommands::acceleratorsInTheAddressField()
+{
+    TestServer::Reply slow;
+    slow.silent = true;
+    m_session->server.reply("/slow", slow);
+    QApplication::clipboard()->setText(url("/slow"));
+    auto *field = m_session->frame->findChild<QLineEdit *>();
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Insert, Qt::ControlModifier);
+    QTRY_COMPARE(m_session->windows(), 2);
+    QTRY_COMPARE(m_session->server.count("/slow"), 1);
+    const frmBrowser *second = m_session->active();
+    QVERIFY(second->brwWebBrowser()->Busy());
+    field->setFocus();
+    field->selectAll();
+    const QString before = field->text();
+    QTest::keyClick(field, Qt::Key_Delete, Qt::ShiftModifier);
+    QTRY_VERIFY(!second->brwWebBrowser()->Busy());
+    QVERIFY(!before.isEmpty());
+    QCOMPARE(field->text(), before);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_WindowCommands)
