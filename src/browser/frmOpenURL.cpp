@@ -43,8 +43,10 @@ frmOpenURL::frmOpenURL(Frame &frame)
     m_txtOpenURL->setMinimumWidth(comfortableWidth);
 
     auto *buttons = new QDialogButtonBox;
-    QPushButton *open = addButton(*buttons, u"cmdOpenURL"_s, u"&Open"_s, QDialogButtonBox::ActionRole);
-    QPushButton *cancel = addButton(*buttons, u"cmdCancel"_s, u"&Cancel"_s, QDialogButtonBox::RejectRole);
+    QPushButton *open =
+        addButton(*buttons, u"cmdOpenURL"_s, u"&Open"_s, QDialogButtonBox::ActionRole);
+    QPushButton *cancel =
+        addButton(*buttons, u"cmdCancel"_s, u"&Cancel"_s, QDialogButtonBox::RejectRole);
     // The dialog's default button is what Enter in the field presses: once.
     open->setDefault(true);
     connect(open, &QPushButton::clicked, this, &frmOpenURL::cmdOpenURL_Click);
@@ -56,7 +58,8 @@ frmOpenURL::frmOpenURL(Frame &frame)
     setWindowTitle(GetLanguageText(u"frmOpenURL"_s, u"Caption"_s, u"Open URL"_s));
     m_txtOpenURL->setAccessibleName(windowTitle());
     m_txtOpenURL->setFocus();
-    m_txtOpenURL->end(false);
+    // A whole address can be put in at once; without a scheme it is opened as http all the same.
+    m_txtOpenURL->selectAll();
 }
 
 void frmOpenURL::cmdOpenURL_Click()

@@ -11,6 +11,7 @@
 #include <QtWebEngineCore/qtwebenginecoreglobal.h>
 
 #include "Forms.h"
+#include "Language.h"
 #include "ProgramInfo.h"
 #include "StartSound.h"
 
@@ -88,7 +89,9 @@ frmAbout::frmAbout(QWidget *owner)
     details->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 
     auto *buttons = new QDialogButtonBox;
-    QPushButton *copy = buttons->addButton(u"&Copy Versions"_s, QDialogButtonBox::ActionRole);
+    QPushButton *copy = buttons->addButton(
+        GetLanguageText(u"frmAbout"_s, u"cmdCopyVersions"_s, u"&Copy Versions"_s),
+        QDialogButtonBox::ActionRole);
     copy->setObjectName("cmdCopyVersions"_L1);
     QPushButton *ok = buttons->addButton(u"OK"_s, QDialogButtonBox::AcceptRole);
     ok->setObjectName("cmdOK"_L1);

@@ -59,8 +59,13 @@ void bringToFront(Frame &frame, QMdiSubWindow *window)
             area->restore(window);
         area->setActiveSubWindow(window);
     }
-    if (const auto *browser = qobject_cast<frmBrowser *>(window))
-        frame.setAddressText(browser->brwWebBrowser()->LocationURL());
+    const auto *browser = qobject_cast<frmBrowser *>(window);
+    if (!browser)
+        return;
+    // Out of the address field: what was typed there for another page would keep the text from
+    // telling which page this is.
+    browser->brwWebBrowser()->SetFocus();
+    frame.setAddressText(browser->brwWebBrowser()->LocationURL());
 }
 
 void addWindowItem(QMenu &menu, Frame &frame, QMdiSubWindow *child, bool active)
