@@ -15,7 +15,8 @@ int runFrame()
     registerAllCommands(frame);
     frame.setCommandLine(QCoreApplication::arguments().mid(1).join(u' '));
     startUp(frame);
-    return QCoreApplication::exec();
+    // Left while it was starting: there is no window whose closing would end the loop.
+    return frame.isClosed() ? 0 : QCoreApplication::exec();
 }
 
 }

@@ -1,4 +1,6 @@
 #include "AddressEdit.h"
+
+#include "FieldKeys.h"
 #include "brwURL.h"
 
 #include <QContextMenuEvent>
@@ -13,33 +15,6 @@ namespace {
 constexpr int longestText = 32767;
 // What a line of text keeps between its frame and its text.
 constexpr int textMargin = 2;
-
-// Keys of the field go before the accelerators of the menus only where they edit text: those with
-// control are the menus' but for the usual few, so is Shift+Delete.
-bool isFieldKey(const QKeyEvent &event)
-{
-    if (event.key() == Qt::Key_Delete && event.modifiers() == Qt::ShiftModifier)
-        return false;
-    if (!(event.modifiers() & Qt::ControlModifier) || event.modifiers() & Qt::AltModifier)
-        return true;
-    switch (event.key()) {
-    case Qt::Key_A:
-    case Qt::Key_C:
-    case Qt::Key_V:
-    case Qt::Key_X:
-    case Qt::Key_Y:
-    case Qt::Key_Z:
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Home:
-    case Qt::Key_End:
-    case Qt::Key_Backspace:
-    case Qt::Key_Delete:
-        return true;
-    default:
-        return false;
-    }
-}
 }
 
 AddressEdit::AddressEdit(brwURL &owner, QWidget *parent)

@@ -1,10 +1,12 @@
 #include "WebView.h"
 
+#include "FieldKeys.h"
 #include "ProfileDrag.h"
 
 #include <QApplication>
 #include <QChildEvent>
 #include <QDragEnterEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QTimer>
 #include <QWebEnginePage>
@@ -13,6 +15,10 @@ WebView::WebView(QWebEnginePage *page, QWidget *parent)
     : QWebEngineView(page, parent)
 {
     installEventFilter(this);
+    // A page that was in use has its widget here already.
+    const QList<QWidget *> inside = findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget *widget : inside)
+        widget->installEventFilter(this);
     // The focus is never the view's own: the engine's widget inside has it.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *old, QWidget *now) {
         if (holdsFocus(now) && !holdsFocus(old))
@@ -28,8 +34,16 @@ bool WebView::holdsFocus(const QWidget *focus) const
 bool WebView::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == this && event->type() == QEvent::ChildAdded
-        && static_cast<QChildEvent *>(event)->child()->isWidgetType())
+        && static_cast<QChildEvent *>(event)->child()->isWidgetType()) {
+        static_cast<QChildEvent *>(event)->child()->installEventFilter(this);
         keepFocus();
+    }
+    // In a field of a page the engine would keep Ctrl+K and others from the menus.
+    if (event->type() == QEvent::ShortcutOverride
+        && !isFieldKey(*static_cast<QKeyEvent *>(event))) {
+        event->ignore();
+        return true;
+    }
     return QWebEngineView::eventFilter(watched, event);
 }
 

@@ -167,7 +167,7 @@ void frmMain::load()
     restoreBandLayout(*m_coolBar);
     show();
     letPendingEventsRun();
-    if (Settings::isOne(Settings::ShowSplash))
+    if (!m_closed && Settings::isOne(Settings::ShowSplash))
         showSplash(this);
     letPendingEventsRun();
     LoadPopupURLs();
@@ -204,7 +204,8 @@ QMdiSubWindow *frmMain::activeChild() const
 
 void frmMain::OpenBrowserWindow(const QString &url, int state)
 {
-    openBrowserWindow(*this, url, state);
+    if (!m_closed)
+        openBrowserWindow(*this, url, state);
 }
 
 void frmMain::NavigateActive(const QString &url)
@@ -219,7 +220,7 @@ int frmMain::NewWindowState() const
 
 bool frmMain::openProfile(const QString &file, bool quiet)
 {
-    return m_profileOpener && m_profileOpener(file, quiet);
+    return !m_closed && m_profileOpener && m_profileOpener(file, quiet);
 }
 
 WindowTabs &frmMain::tbWindows()
@@ -272,6 +273,7 @@ void frmMain::closeEvent(QCloseEvent *event)
     }
     findChild<QLabel *>(u"pctIcon"_s)->clear();
     saveBandLayout(*m_coolBar);
+    m_closed = true;
     unloadForms();
     event->accept();
     QCoreApplication::quit();

@@ -31,6 +31,9 @@ public:
     void setCommandLine(const QString &text) { m_commandLine = text; }
     /// To be called once every command group has registered its handlers.
     void closeCommandTable() { m_commands.close(); }
+    /// True once the user has left the program, perhaps while it was still starting: nothing opens
+    /// in the frame any more.
+    bool isClosed() const { return m_closed; }
 
     /// Opens a profile file for `openProfile`; arguments and result are the same.
     using ProfileOpener = std::function<bool(const QString &file, bool quiet)>;
@@ -91,4 +94,5 @@ private:
     QString m_commandLine;
     int m_brwFlags = 0;
     bool m_loaded = false;
+    bool m_closed = false;
 };

@@ -244,6 +244,7 @@ void tst_StartUp::brokenSettingsFileStartsAllTheSame()
 void tst_StartUp::homeAddressThatCannotBeOpenedLeavesTheFrameUsable_data()
 {
     QTest::addColumn<QString>("home");
+    QTest::newRow("nothing") << QString();
     QTest::newRow("blanks") << u"\"   \""_s;
     QTest::newRow("javascript") << u"javascript:document.title='x'"_s;
     QTest::newRow("missing file") << u"/no/such/file.html"_s;
@@ -263,7 +264,7 @@ void tst_StartUp::homeAddressThatCannotBeOpenedLeavesTheFrameUsable()
     stall.stallAfterHeaders = true;
     server.reply("/stall", stall);
     server.redirect("/loop", "/loop");
-    if (!home.contains(u'/') && !home.contains(u':') && !home.contains(u' '))
+    if (!home.isEmpty() && !home.contains(u'/') && !home.contains(u':') && !home.contains(u' '))
         home = server.url(u'/' + home);
     m_session->folder.setSetting(u"Settings"_s, u"Home-URL"_s, home);
     m_session->start();
