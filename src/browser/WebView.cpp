@@ -11,6 +11,18 @@
 #include <QTimer>
 #include <QWebEnginePage>
 
+namespace {
+
+/// Copying with Ctrl+Insert and cutting with Shift+Delete stay with a page's field.
+bool isPageKey(const QKeyEvent &event)
+{
+    return isFieldKey(event)
+        || (event.key() == Qt::Key_Insert && event.modifiers() == Qt::ControlModifier)
+        || (event.key() == Qt::Key_Delete && event.modifiers() == Qt::ShiftModifier);
+}
+
+}
+
 WebView::WebView(QWebEnginePage *page, QWidget *parent)
     : QWebEngineView(page, parent)
 {
@@ -40,7 +52,7 @@ bool WebView::eventFilter(QObject *watched, QEvent *event)
     }
     // In a field of a page the engine would keep Ctrl+K and others from the menus.
     if (event->type() == QEvent::ShortcutOverride
-        && !isFieldKey(*static_cast<QKeyEvent *>(event))) {
+        && !isPageKey(*static_cast<QKeyEvent *>(event))) {
         event->ignore();
         return true;
     }

@@ -11,7 +11,6 @@
 #include <QtWebEngineCore/qtwebenginecoreglobal.h>
 
 #include "Forms.h"
-#include "Language.h"
 #include "ProgramInfo.h"
 #include "StartSound.h"
 
@@ -89,9 +88,7 @@ frmAbout::frmAbout(QWidget *owner)
     details->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 
     auto *buttons = new QDialogButtonBox;
-    QPushButton *copy = buttons->addButton(
-        GetLanguageText(u"frmAbout"_s, u"cmdCopyVersions"_s, u"&Copy Versions"_s),
-        QDialogButtonBox::ActionRole);
+    QPushButton *copy = buttons->addButton(u"&Copy Versions"_s, QDialogButtonBox::ActionRole);
     copy->setObjectName("cmdCopyVersions"_L1);
     QPushButton *ok = buttons->addButton(u"OK"_s, QDialogButtonBox::AcceptRole);
     ok->setObjectName("cmdOK"_L1);

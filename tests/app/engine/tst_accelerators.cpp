@@ -15,6 +15,7 @@ private slots:
     void menuKeysReachTheMenu_data();
     void menuKeysReachTheMenu();
     void editingKeysStayInTheField();
+    void copyingAndCuttingStayWithThePage();
 
 private:
     QWidget *field() const
@@ -60,10 +61,6 @@ void tst_Accelerators::menuKeysReachTheMenu_data()
                             << int(Qt::ControlModifier);
     QTest::newRow("Ctrl+M") << QByteArray("mnuToolsMaximizeCatcher") << int(Qt::Key_M)
                             << int(Qt::ControlModifier);
-    QTest::newRow("Shift+Del") << QByteArray("mnuNavigationStopAll") << int(Qt::Key_Delete)
-                               << int(Qt::ShiftModifier);
-    QTest::newRow("Ctrl+Ins") << QByteArray("mnuFileNewFromClipboard") << int(Qt::Key_Insert)
-                              << int(Qt::ControlModifier);
     QTest::newRow("F3") << QByteArray("mnuViewSearchBar") << int(Qt::Key_F3) << 0;
 }
 
@@ -83,6 +80,19 @@ void tst_Accelerators::editingKeysStayInTheField()
     QTRY_COMPARE(fieldText(), u"one xtwo"_s);
     QTest::keyClick(field(), Qt::Key_Backspace, Qt::ControlModifier);
     QTRY_COMPARE(fieldText(), u"one two"_s);
+}
+
+void tst_Accelerators::copyingAndCuttingStayWithThePage()
+{
+    const QSignalSpy stopped(m_session->item("mnuNavigationStopAll"), &QAction::triggered);
+    const QSignalSpy opened(m_session->item("mnuFileNewFromClipboard"), &QAction::triggered);
+    QTest::keyClick(field(), Qt::Key_Delete, Qt::ShiftModifier);
+    QTest::keyClick(field(), Qt::Key_Insert, Qt::ControlModifier);
+    // A key that shows its effect comes after them.
+    QTest::keyClick(field(), Qt::Key_X);
+    QTRY_VERIFY(fieldText().contains(u'x'));
+    QCOMPARE(stopped.count(), 0);
+    QCOMPARE(opened.count(), 0);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_Accelerators)
