@@ -35,6 +35,13 @@ void install(QWebEngineProfile *profile)
     script.setWorldId(QWebEngineScript::ApplicationWorld);
     script.setRunsOnSubFrames(true);
     profile->scripts()->insert(script);
+
+    QWebEngineScript place;
+    place.setName(u"window-place"_s);
+    place.setSourceCode(source(u"window-place.js"_s));
+    place.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    place.setWorldId(QWebEngineScript::MainWorld);
+    profile->scripts()->insert(place);
 }
 
 std::optional<Line> parse(const QString &message)

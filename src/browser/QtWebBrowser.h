@@ -93,6 +93,7 @@ private:
 
     void onNewWindowRequested(QWebEngineNewWindowRequest &request);
     void onGeometryRequested(const QRect &pixels);
+    void onPlaceRequested(const QString &request);
     void onCloseRequested();
     void onRendererGone();
     void placeAsRequested();

@@ -91,6 +91,8 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
         emit frameLoaded(told->value, told->isMainFrame);
     } else if (told->what == "edit"_L1) {
         m_editableFocus = told->value == "true"_L1;
+    } else if (told->what == "place"_L1) {
+        emit placeRequested(told->value);
     } else if (told->what == "retry"_L1) {
         emit retryRequested();
     }
