@@ -45,7 +45,7 @@ void MaximizeCatcher::tmrMaxCatch_Timer()
     // is laid out anew by it.
     const int height =
         m_window.innerHeight() - Twips::fromPixels(m_window.statusBar()->stripHeight());
-    if (height >= 0)
+    if (height >= 0 && !m_window.isMinimized())
         m_window.brwWebBrowser()->Move(aside, aside, m_window.innerWidth(), height);
     m_window.Form_Resize();
     letPendingEventsRun();

@@ -36,6 +36,13 @@ void insert(QWebEngineProfile *profile, const QString &name, QWebEngineScript::S
     script.setWorldId(world);
     script.setRunsOnSubFrames(true);
     profile->scripts()->insert(script);
+
+    QWebEngineScript place;
+    place.setName(u"window-place"_s);
+    place.setSourceCode(source(u"window-place.js"_s));
+    place.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    place.setWorldId(QWebEngineScript::MainWorld);
+    profile->scripts()->insert(place);
 }
 }
 

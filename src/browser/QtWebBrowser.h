@@ -94,6 +94,7 @@ private:
 
     void onNewWindowRequested(QWebEngineNewWindowRequest &request);
     void onGeometryRequested(const QRect &pixels);
+    void onPlaceRequested(const QString &request);
     void onCloseRequested();
     void onRendererGone();
     void placeAsRequested();

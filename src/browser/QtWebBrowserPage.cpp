@@ -4,6 +4,7 @@
 #include "LivePages.h"
 #include "PageIndicators.h"
 #include "QtWebBrowser.h"
+#include "ScriptedPlace.h"
 #include "TitleThrottle.h"
 #include "Twips.h"
 #include "WebPage.h"
@@ -101,6 +102,7 @@ void QtWebBrowser::connectPage()
             &QtWebBrowser::onGeometryRequested);
     connect(m_page, &QWebEnginePage::printRequested, this,
             [this] { ExecWB(OleCmd::Print, OleExecOpt::Default); });
+    connect(m_page, &WebPage::placeRequested, this, &QtWebBrowser::onPlaceRequested);
     connect(m_page, &QWebEnginePage::windowCloseRequested, this, &QtWebBrowser::onCloseRequested);
     connect(
         m_page, &QWebEnginePage::fullScreenRequested, m_host,
@@ -176,6 +178,18 @@ void QtWebBrowser::onGeometryRequested(const QRect &pixels)
         wanted.moveTopLeft(pixels.topLeft());
     if (pixels.size() != top->frameGeometry().size())
         wanted.setSize(pixels.size());
+    m_host->setGeometry(wanted);
+}
+
+/// A script places the control inside its window; one that does so before the first navigation has
+/// the window fitted to it.
+void QtWebBrowser::onPlaceRequested(const QString &request)
+{
+    if (!m_adopted)
+        return;
+    const QRect wanted = scriptedPlace(m_host->geometry(), request);
+    if (!m_requested.isNull())
+        m_requested = wanted;
     m_host->setGeometry(wanted);
 }
 

@@ -96,6 +96,8 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
         m_editableFocus = told->value == "true"_L1;
     } else if (told->what == "column"_L1) {
         m_errorColumn = told->value.toInt();
+    } else if (told->what == "place"_L1) {
+        emit placeRequested(told->value);
     } else if (told->what == "retry"_L1) {
         emit retryRequested();
     }

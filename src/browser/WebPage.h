@@ -33,6 +33,8 @@ signals:
     void linkWindowRequested(const QUrl &url);
     void frameStarted(const QString &url, bool isMainFrame);
     void frameLoaded(const QString &url, bool isMainFrame);
+    /// A script asks for another place or size of its window, as `scriptedPlace` takes it.
+    void placeRequested(const QString &request);
     /// The button of the error page was pressed.
     void retryRequested();
     /// The connection's certificate was refused on the way to `url`.

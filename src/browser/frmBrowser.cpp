@@ -51,6 +51,9 @@ frmBrowser::frmBrowser(Frame &frame)
                 const bool activated = !(before & Qt::WindowActive) && (now & Qt::WindowActive);
                 if (activated && m_loaded && !m_unloaded)
                     GotFocus();
+                // What was left undone in the meantime; the client area may have kept its size.
+                if ((before & Qt::WindowMinimized) && !(now & Qt::WindowMinimized))
+                    Form_Resize();
                 CoveredWindows::refresh(mdiArea());
             });
 }
@@ -150,7 +153,7 @@ void frmBrowser::placeControl()
 {
     const int height = innerHeight() - Twips::fromPixels(m_status->stripHeight());
     // A minimized window has no room for the control, which then keeps its place.
-    if (height >= 0)
+    if (height >= 0 && !isMinimized())
         m_browser->Move(0, 0, innerWidth(), height);
 }
 

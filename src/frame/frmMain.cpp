@@ -19,8 +19,8 @@
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "ExitQuestion.h"
-#include "FavoritesBar.h"
 #include "Factory.h"
+#include "FavoritesBar.h"
 #include "Forms.h"
 #include "FrameBody.h"
 #include "Language.h"
@@ -178,7 +178,8 @@ void frmMain::openFirstWindow()
 {
     if (!isProfileName(m_commandLine))
         OpenBrowserWindow(m_commandLine, maximized);
-    else if (!openProfile(m_commandLine, true))
+    else if (!openProfile(m_commandLine, true) || (isVisible() && !activeChild()))
+        // Also for a profile that counts addresses and holds none: the frame would stay empty.
         OpenBrowserWindow(m_commandLine, normal);
 }
 

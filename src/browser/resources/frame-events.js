@@ -13,6 +13,8 @@
         document.adoptedStyleSheets = [hiding];
     }
     addEventListener('load', () => tell('load', location.href));
+    if (window === window.top)
+        visualViewport?.addEventListener('orvane-place', (event) => tell('place', event.detail));
 
     const textTypes = ['text', 'search', 'url', 'tel', 'email', 'password', 'number', 'date',
         'datetime-local', 'month', 'time', 'week'];

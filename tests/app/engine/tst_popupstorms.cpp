@@ -11,9 +11,11 @@
 #include "frmMain.h"
 
 #include <QAction>
+#include <QMdiArea>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTestEventLoop>
 
 using namespace Qt::StringLiterals;
@@ -26,6 +28,7 @@ private slots:
     void cleanup();
     void killPopupsRefusesAll();
     void smartKillerClosesAll();
+    void closeAllEndsAStormOfPopupsThatCloseThemselves();
     void withoutSwitchesTheRestWaitsForOneQuestion();
     void answerYesOpensTheRest();
     void pageThatOpensItselfAgainIsGotRidOf();
@@ -34,6 +37,7 @@ private:
     void start(const QByteArray &script);
     void verifyMenuAnswers();
     void closeAll();
+    void proveNothingElseOpens();
     QList<QMessageBox *> questions() const { return m_frame->findChildren<QMessageBox *>(); }
     int told(const QString &expression);
 
@@ -93,6 +97,16 @@ void tst_popupstorms::closeAll()
     QTRY_VERIFY(m_frame->findChildren<frmBrowser *>().isEmpty());
 }
 
+/// After all windows are closed: whatever was still on its way has come by the time that another
+/// page is there.
+void tst_popupstorms::proveNothingElseOpens()
+{
+    m_frame->OpenBrowserWindow(m_server->url(u"/p"_s), 0);
+    QTRY_COMPARE(browserForms().size(), 1);
+    QTRY_COMPARE(browserForms().first()->windowTitle(), u"popup"_s);
+    QCOMPARE(browserForms().size(), 1);
+}
+
 /// A number of the first window's page.
 int tst_popupstorms::told(const QString &expression)
 {
@@ -126,11 +140,25 @@ void tst_popupstorms::smartKillerClosesAll()
 {
     QVERIFY(m_folder->setSetting(u"Settings"_s, u"SmartPopupKiller"_s, u"True"_s));
     QVERIFY(m_folder->write(u"AppData/PopupURLs.txt"_s, "about:*\r\n"));
-    start("storm(1000)");
+    // More than a page may leave open without a question; those that are gone do not count.
+    start("storm(60)");
     verifyMenuAnswers();
     QTRY_COMPARE_WITH_TIMEOUT(told(u"window.done"_s), 1, 120000);
     QTRY_COMPARE_WITH_TIMEOUT(browserForms().size(), 1, 60000);
+    QVERIFY(questions().isEmpty());
     verifyMenuAnswers();
+}
+
+void tst_popupstorms::closeAllEndsAStormOfPopupsThatCloseThemselves()
+{
+    QVERIFY(m_folder->setSetting(u"Settings"_s, u"SmartPopupKiller"_s, u"True"_s));
+    QVERIFY(m_folder->write(u"AppData/PopupURLs.txt"_s, "about:*\r\n"));
+    start("storm(1000)");
+    const QSignalSpy activated(m_frame->findChild<QMdiArea *>(), &QMdiArea::subWindowActivated);
+    QTRY_VERIFY_WITH_TIMEOUT(activated.size() > 20, 60000);
+    verifyMenuAnswers();
+    closeAll();
+    proveNothingElseOpens();
 }
 
 void tst_popupstorms::withoutSwitchesTheRestWaitsForOneQuestion()
@@ -174,11 +202,7 @@ void tst_popupstorms::pageThatOpensItselfAgainIsGotRidOf()
     }
     QTRY_COMPARE(browserForms().size(), 2);
     closeAll();
-    // Whatever was still on its way has come by the time another page is there.
-    m_frame->OpenBrowserWindow(m_server->url(u"/p"_s), 0);
-    QTRY_COMPARE(browserForms().size(), 1);
-    QTRY_COMPARE(browserForms().first()->windowTitle(), u"popup"_s);
-    QCOMPARE(browserForms().size(), 1);
+    proveNothingElseOpens();
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_popupstorms)

@@ -22,6 +22,8 @@ private slots:
     void commandLineOpensAProfile_data();
     void commandLineOpensAProfile();
     void profileWithoutAddressesOnTheCommandLineIsAnAddress();
+    void countOfAddressesThatAreNotThereLeavesNoEmptyFrame_data();
+    void countOfAddressesThatAreNotThereLeavesNoEmptyFrame();
     void droppedOnTheFrame();
     void droppedOnAPage();
     void otherDropsArePages();
@@ -135,6 +137,25 @@ void tst_Profiles::profileWithoutAddressesOnTheCommandLineIsAnAddress()
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(m_session->windows(), 1);
     QVERIFY(!m_session->active()->isMaximized());
+}
+
+void tst_Profiles::countOfAddressesThatAreNotThereLeavesNoEmptyFrame_data()
+{
+    QTest::addColumn<QByteArray>("count");
+    QTest::newRow("too many") << QByteArray("3");
+    QTest::newRow("negative") << QByteArray("-1");
+}
+
+void tst_Profiles::countOfAddressesThatAreNotThereLeavesNoEmptyFrame()
+{
+    QFETCH(QByteArray, count);
+    m_session->folder.write(u"Profiles/x.orp"_s,
+                            "[Profile_URLS]\r\nURL1=\r\n[URL_Count]\r\nCount=" + count + "\r\n");
+    m_session->start(m_session->folder.file(u"Profiles/x.orp"_s));
+    QCOMPARE(m_session->windows(), 1);
+    QVERIFY(!m_session->active()->isMaximized());
+    QVERIFY(m_session->frame->openProfile(m_session->folder.file(u"Profiles/x.orp"_s), true));
+    QCOMPARE(m_session->windows(), 1);
 }
 
 void tst_Profiles::droppedOnTheFrame()
