@@ -2,6 +2,7 @@
 
 #include <QAction>
 
+#include "AppFolder.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "Frame.h"
@@ -11,7 +12,6 @@
 #include "ToolBarCommands.h"
 #include "WebBrowser.h"
 #include "modINI.h"
-#include "AppFolder.h"
 
 using namespace Qt::StringLiterals;
 
@@ -101,5 +101,6 @@ void applySettings(Frame &frame, CoolBar &bar, QWidget &searchBar, LinksBar &lin
     applyMark(frame, Settings::SuppressScriptErrors, u"mnuToolsScriptErrorSuppress"_s);
     applyMark(frame, Settings::MaximizeCatcher, u"mnuToolsMaximizeCatcher"_s);
     applyMark(frame, Settings::SmartPopupKiller, u"mnuToolsSmartPopupKiller"_s);
-    links.rebuildSoon(bar.band(u"Links"_s)->isVisible());
+    const CoolBand *band = bar.band(u"Links"_s);
+    links.rebuildSoon([band] { return band->isVisible(); });
 }

@@ -17,8 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct ButtonEntry
-{
+struct ButtonEntry {
     const char *key;
     const char *toolTip;
     const char *icon;
@@ -35,19 +34,15 @@ constexpr ButtonEntry functionButtons[] = {
 };
 
 constexpr ButtonEntry browserButtons[] = {
-    {"Back", "Backwards", "back"},
-    {"Forward", "Forwards", "forward"},
-    {"Stop", "Stop", "stop"},
-    {"Refresh", "Refresh", "refresh"},
-    {"Home", "Home", "home"},
-    {"Search", "Search", "search", ToolBar::Style::Check},
+    {"Back", "Backwards", "back"}, {"Forward", "Forwards", "forward"},
+    {"Stop", "Stop", "stop"},      {"Refresh", "Refresh", "refresh"},
+    {"Home", "Home", "home"},      {"Search", "Search", "search", ToolBar::Style::Check},
 };
 
 /// Level of a refresh that loads everything anew, past the cache.
 constexpr int refreshCompletely = 3;
 
-template <typename Table>
-void fill(ToolBar &bar, const Table &table)
+template <typename Table> void fill(ToolBar &bar, const Table &table)
 {
     for (const ButtonEntry &entry : table)
         bar.addButton(QString::fromLatin1(entry.key), QString::fromLatin1(entry.toolTip),
@@ -59,9 +54,17 @@ void translateToolTips(ToolBar &bar)
     for (int index = 1; index <= bar.buttonCount(); ++index) {
         const QString key = bar.buttonKey(index);
         if (!key.isEmpty())
-            bar.setToolTip(index,
-                           GetLanguageText(u"frmMain-Toolbar"_s, key, bar.toolTip(index)));
+            bar.setToolTip(index, GetLanguageText(u"frmMain-Toolbar"_s, key, bar.toolTip(index)));
     }
+}
+
+/// Where a button's menu belongs: under its left edge; at the bar's end for one that does not fit.
+QPoint below(ToolBar &bar, int index)
+{
+    const QRect button = bar.buttonRect(index);
+    if (button.isNull())
+        return bar.mapToGlobal(QPoint(bar.width(), bar.height()));
+    return bar.mapToGlobal(QPoint(button.left(), button.top() + button.height()));
 }
 
 }
@@ -106,7 +109,7 @@ void CommandBars::clickFunction(const QString &key, int index)
     else if (key == "Favorites"_L1)
         m_frame.run(u"mnuFavoritesShow"_s);
     else if (key == "FontSize"_L1)
-        dropDown(key, m_functions.mapToGlobal(m_functions.buttonRect(index).bottomLeft()));
+        dropDown(key, below(m_functions, index));
     letPendingEventsRun();
 }
 
@@ -137,12 +140,12 @@ void CommandBars::actOnPage(const QString &key)
         page.Refresh2(refreshCompletely);
 }
 
-void CommandBars::dropDown(const QString &key, const QPoint &below)
+void CommandBars::dropDown(const QString &key, const QPoint &place)
 {
     if (key == "New"_L1)
-        popUp(u"mnuFileNew"_s, below);
+        popUp(u"mnuFileNew"_s, place);
     else if (key == "FontSize"_L1 && m_frame.activeChild())
-        popUp(u"mnuViewFontSize"_s, below);
+        popUp(u"mnuViewFontSize"_s, place);
 }
 
 void CommandBars::showHistory(const QString &key, const QPoint &place)
@@ -150,14 +153,13 @@ void CommandBars::showHistory(const QString &key, const QPoint &place)
     const frmBrowser *active = activeBrowser(m_frame);
     if (!active || (key != "Back"_L1 && key != "Forward"_L1))
         return;
-    const auto direction =
-        key == "Back"_L1 ? HistoryDirection::Back : HistoryDirection::Forward;
+    const auto direction = key == "Back"_L1 ? HistoryDirection::Back : HistoryDirection::Forward;
     QMenu *menu = makeHistoryMenu(*active->brwWebBrowser(), direction, m_frame.window());
     if (menu)
         menu->popup(place);
 }
 
-void CommandBars::popUp(const QString &menuName, const QPoint &below)
+void CommandBars::popUp(const QString &menuName, const QPoint &place)
 {
-    m_frame.menuItem(menuName)->menu()->popup(below);
+    m_frame.menuItem(menuName)->menu()->popup(place);
 }

@@ -9,8 +9,7 @@ class ToolBar;
 /// The two tool bars of commands, `tbFunctions` and `tbBrowser`: their buttons and what a click
 /// does. Buttons are told apart by key. Most run the handler of the menu command that does the
 /// same, so that menu and button behave alike.
-class CommandBars : public QObject
-{
+class CommandBars : public QObject {
     Q_OBJECT
 
 public:
@@ -24,8 +23,8 @@ public:
 private:
     void clickFunction(const QString &key, int index);
     void clickBrowser(const QString &key);
-    void dropDown(const QString &key, const QPoint &below);
-    void popUp(const QString &menuName, const QPoint &below);
+    void dropDown(const QString &key, const QPoint &place);
+    void popUp(const QString &menuName, const QPoint &place);
     /// The history behind the buttons Back and Forward.
     void showHistory(const QString &key, const QPoint &place);
     /// What a button does to the active window's page.

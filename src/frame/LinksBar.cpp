@@ -48,9 +48,11 @@ void LinksBar::fillIfEmpty()
         rebuild(true);
 }
 
-void LinksBar::rebuildSoon(bool shown)
+void LinksBar::rebuildSoon(const std::function<bool()> &isShown)
 {
     m_bar.clear();
-    if (shown)
-        QTimer::singleShot(startDelay, this, &LinksBar::fillIfEmpty);
+    QTimer::singleShot(startDelay, this, [this, isShown] {
+        if (isShown())
+            fillIfEmpty();
+    });
 }

@@ -245,6 +245,7 @@ void ToolBar::showState(const Item &item)
     button->setObjectName(item.key);
     button->setIcon(item.icon);
     button->setText(item.text);
+    button->setShortcut({}); // an "&" in the name of a link is no access key
     button->setToolTip(item.toolTip);
     button->setAccessibleName(item.text.isEmpty() ? item.toolTip : item.text);
     button->setAccessibleDescription(item.text.isEmpty() ? QString() : item.toolTip);

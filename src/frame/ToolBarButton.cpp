@@ -1,15 +1,18 @@
 #include "ToolBarButton.h"
 
 #include "FlatButtonPaint.h"
+#include "ToolTipText.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QPointer>
 #include <QTimerEvent>
+#include <QToolTip>
 #include <algorithm>
 
 namespace {
@@ -143,6 +146,15 @@ void ToolBarButton::paintEvent(QPaintEvent *)
                              FlatButtonPaint::tint(palette(), 0.2));
         FlatButtonPaint::arrow(painter, arrowRect(), ink);
     }
+}
+
+bool ToolBarButton::event(QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip || toolTip().isEmpty())
+        return QToolButton::event(event);
+    QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), wrappedToolTip(toolTip()),
+                       this, rect());
+    return true;
 }
 
 void ToolBarButton::keyPressEvent(QKeyEvent *event)

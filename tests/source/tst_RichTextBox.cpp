@@ -6,6 +6,7 @@
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextBlock>
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +31,8 @@ class tst_RichTextBox : public QObject {
 
 private slots:
     void textIsKeptExactly();
+    void longLinesOfSingleLettersAreNotShaped_data();
+    void longLinesOfSingleLettersAreNotShaped();
     void lineEndsBecomeCrLf_data();
     void lineEndsBecomeCrLf();
     void positionsCountLineBreaksAsTwo();
@@ -61,6 +64,39 @@ void tst_RichTextBox::textIsKeptExactly()
     QCOMPARE(box.Text(), awkward);
     box.setTextRTF(box.TextRTF());
     QCOMPARE(box.Text(), awkward);
+}
+
+void tst_RichTextBox::longLinesOfSingleLettersAreNotShaped_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("shaped");
+    const QString line = QString(300'000, u'x');
+    QTest::newRow("one long line") << line << false;
+    QTest::newRow("after short ones") << u"a\nb\n"_s + line << false;
+    QTest::newRow("letters with accents of their own") << line + u"äé"_s << false;
+    QTest::newRow("a combining mark") << line + u"e\u0301"_s << true;
+    QTest::newRow("another script") << line + u"أخبار"_s << true;
+    QTest::newRow("short lines") << u"0123456789\n"_s.repeated(30'000) << true;
+}
+
+void tst_RichTextBox::longLinesOfSingleLettersAreNotShaped()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, shaped);
+    RichTextBox box;
+    box.setText(text);
+    box.finishFilling();
+    QCOMPARE(box.Text(), QString(text).replace(u"\n"_s, u"\r\n"_s));
+    QTextBlock block = box.document()->lastBlock();
+    if (block.length() == 1)
+        block = block.previous();
+    const QFont font = block.begin().fragment().charFormat().font();
+    QCOMPARE((font.styleStrategy() & QFont::PreferNoShaping) == 0, shaped);
+    // The size follows the box all the same.
+    const qreal before = box.document()->defaultFont().pointSizeF();
+    box.zoom(2);
+    QCOMPARE(box.document()->defaultFont().pointSizeF(), before + 2);
+    QVERIFY(!block.begin().fragment().charFormat().hasProperty(QTextFormat::FontPointSize));
 }
 
 void tst_RichTextBox::lineEndsBecomeCrLf_data()

@@ -1,0 +1,324 @@
+#include "ApplySettings.h"
+#include "CoolBand.h"
+#include "CoolBar.h"
+#include "FakeWebBrowser.h"
+#include "FavoritesHome.h"
+#include "Forms.h"
+#include "LinksBar.h"
+#include "SearchBar.h"
+#include "TempAppFolder.h"
+#include "ToolBar.h"
+#include "ToolBarButton.h"
+#include "frmBrowser.h"
+#include "frmMain.h"
+
+#include <QAction>
+#include <QToolTip>
+#include <QtTest>
+
+/// The links bar of a real frame over a Favorites folder of the test's own.
+class tst_LinksBar : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void linksStandInOrderEachWithASeparator();
+    void captionIsTheNameWithoutFourCharacters_data();
+    void captionIsTheNameWithoutFourCharacters();
+    void withoutAddressNoButton();
+    void missingFolderLeavesTheBarEmpty();
+    void clickOpensTheAddressInTheActiveWindow();
+    void clickWithoutAWindowOpensAMaximizedOne();
+    void chevronOpensTheAddressToo();
+    void startFillsTheBar();
+    void hiddenBandStaysEmpty();
+    void bandHiddenBeforeTheFillStaysEmpty();
+    void switchedOnFillsAnEmptyBar();
+    void hidingAndShowingReadsNothingAnew();
+    void applyingSettingsAgainReadsAnew();
+    void ampersandIsNoAccessKey();
+    void toolTipShowsTheAddressAsItIs();
+    void longNames();
+    void fiveThousandFiles();
+
+private:
+    void apply();
+    LinksBar &links() const { return *m_frame->findChild<LinksBar *>(); }
+    ToolBar &bar() const { return *m_frame->findChild<ToolBar *>(u"tbLinks"_s); }
+    CoolBand &band() const { return *m_frame->findChild<CoolBar *>()->band(u"Links"_s); }
+    void toggle() const { m_frame->run(u"mnuViewToolBarFavoriteLinks"_s); }
+    ToolBarButton *button(int index1) const;
+    void showFrame() const;
+
+    std::unique_ptr<TempAppFolder> m_folder;
+    std::unique_ptr<FavoritesHome> m_home;
+    std::unique_ptr<FakeEngine> m_engine;
+    std::unique_ptr<frmMain> m_frame;
+};
+
+void tst_LinksBar::init()
+{
+    m_folder = std::make_unique<TempAppFolder>();
+    QVERIFY(m_folder->isValid());
+    m_home = std::make_unique<FavoritesHome>();
+    m_engine = std::make_unique<FakeEngine>();
+    m_frame = std::make_unique<frmMain>();
+}
+
+void tst_LinksBar::cleanup()
+{
+    m_frame.reset();
+    m_engine.reset();
+    m_home.reset();
+    m_folder.reset();
+}
+
+void tst_LinksBar::apply()
+{
+    applySettings(*m_frame, *m_frame->findChild<CoolBar *>(), *m_frame->findChild<SearchBar *>(),
+                  links());
+}
+
+void tst_LinksBar::showFrame() const
+{
+    m_frame->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_frame.get()));
+}
+
+ToolBarButton *tst_LinksBar::button(int index1) const
+{
+    for (ToolBarButton *each : bar().findChildren<ToolBarButton *>()) {
+        if (each->isVisible() && each->index() == index1 - 1)
+            return each;
+    }
+    return nullptr;
+}
+
+void tst_LinksBar::linksStandInOrderEachWithASeparator()
+{
+    m_home->writeLink(u"Links/b.url"_s, "http://b/");
+    m_home->writeLink(u"Links/a.url"_s, "http://a/");
+    m_home->writeLink(u"Links/C.url"_s, "http://c/");
+    QCOMPARE(links().rebuild(true), 3);
+    QCOMPARE(bar().buttonCount(), 6);
+    QStringList texts;
+    QStringList tips;
+    for (int index = 1; index <= 6; ++index) {
+        texts += bar().text(index);
+        tips += bar().toolTip(index);
+    }
+    QCOMPARE(texts, QStringList({u"a"_s, {}, u"b"_s, {}, u"C"_s, {}}));
+    QCOMPARE(tips, QStringList({u"http://a/"_s, {}, u"http://b/"_s, {}, u"http://c/"_s, {}}));
+}
+
+void tst_LinksBar::captionIsTheNameWithoutFourCharacters_data()
+{
+    QTest::addColumn<QString>("caption");
+    QTest::newRow("latin") << u"News"_s;
+    QTest::newRow("dots") << u"a.b.c"_s;
+    QTest::newRow("greek") << u"Νέα"_s;
+    QTest::newRow("cyrillic") << u"Новости"_s;
+    QTest::newRow("hebrew") << u"חדשות"_s;
+    QTest::newRow("arabic") << u"أخبار"_s;
+    QTest::newRow("devanagari") << u"समाचार"_s;
+    QTest::newRow("thai") << u"ข่าว"_s;
+    QTest::newRow("han") << u"新闻"_s;
+    QTest::newRow("hangul") << u"뉴스"_s;
+    QTest::newRow("beyond the basic plane") << u"𐍈𝔑🎈"_s;
+    QTest::newRow("marks") << u"e\u0301a\u0308"_s;
+}
+
+void tst_LinksBar::captionIsTheNameWithoutFourCharacters()
+{
+    QFETCH(QString, caption);
+    QVERIFY(m_home->writeLink(u"Links/"_s + caption + u".url"_s, "http://a/"));
+    QCOMPARE(links().rebuild(true), 1);
+    QCOMPARE(bar().text(1), caption);
+    showFrame();
+    QTRY_VERIFY(button(1));
+    QCOMPARE(button(1)->accessibleName(), caption);
+    QCOMPARE(button(1)->accessibleDescription(), u"http://a/"_s);
+}
+
+void tst_LinksBar::withoutAddressNoButton()
+{
+    m_home->write(u"Links/a.url"_s, "[InternetShortcut]\r\nIconIndex=1\r\n");
+    m_home->write(u"Links/b.url"_s, "[InternetShortcut]\r\nURL=\r\n");
+    m_home->writeLink(u"Links/c.url"_s, "http://c/");
+    m_home->writeLink(u"Links/d.txt"_s, "http://d/");
+    QCOMPARE(links().rebuild(true), 3);
+    QCOMPARE(bar().buttonCount(), 2);
+    QCOMPARE(bar().toolTip(1), u"http://c/"_s);
+}
+
+void tst_LinksBar::missingFolderLeavesTheBarEmpty()
+{
+    QCOMPARE(links().rebuild(true), 0);
+    QCOMPARE(bar().buttonCount(), 0);
+    m_home->write(u"Links"_s, "a file");
+    QCOMPARE(links().rebuild(true), 0);
+    QCOMPARE(bar().buttonCount(), 0);
+}
+
+void tst_LinksBar::clickOpensTheAddressInTheActiveWindow()
+{
+    m_home->writeLink(u"Links/a.url"_s, "http://a/");
+    m_home->writeLink(u"Links/b.url"_s, "http://b/?c=d");
+    links().rebuild(true);
+    showFrame();
+    m_frame->OpenBrowserWindow(u"http://start/"_s, 2);
+    QTRY_VERIFY(button(3));
+    FakeWebBrowser *page = FakeWebBrowser::made().last();
+    QTest::mouseClick(button(3), Qt::LeftButton);
+    QCOMPARE(FakeWebBrowser::made().size(), 1);
+    QCOMPARE(page->navigated.last(), u"http://b/?c=d"_s);
+    QTest::mouseClick(button(1), Qt::LeftButton);
+    QCOMPARE(page->navigated.last(), u"http://a/"_s);
+}
+
+void tst_LinksBar::clickWithoutAWindowOpensAMaximizedOne()
+{
+    m_home->writeLink(u"Links/a.url"_s, "http://a/");
+    links().rebuild(true);
+    showFrame();
+    QTRY_VERIFY(button(1));
+    QTest::mouseClick(button(1), Qt::LeftButton);
+    QCOMPARE(FakeWebBrowser::made().size(), 1);
+    QTRY_VERIFY(FakeWebBrowser::made().first()->navigated.contains(u"http://a/"_s));
+    QVERIFY(m_frame->activeChild()->isMaximized());
+}
+
+void tst_LinksBar::chevronOpensTheAddressToo()
+{
+    for (int i = 0; i < 60; ++i)
+        m_home->writeLink(u"Links/link number %1.url"_s.arg(i, 2, 10, QChar(u'0')),
+                          "http://" + QByteArray::number(i) + '/');
+    links().rebuild(true);
+    showFrame();
+    QTRY_VERIFY(band().hasChevron());
+    m_frame->OpenBrowserWindow(u"http://start/"_s, 2);
+    QObject owner;
+    const QList<QAction *> rest = bar().overflowActions(&owner);
+    QVERIFY(!rest.isEmpty());
+    rest.last()->trigger();
+    QCOMPARE(FakeWebBrowser::made().last()->navigated.last(), u"http://59/"_s);
+}
+
+void tst_LinksBar::startFillsTheBar()
+{
+    m_home->writeLink(u"Links/a.url"_s, "http://a/");
+    apply();
+    QTRY_COMPARE(bar().buttonCount(), 2);
+}
+
+void tst_LinksBar::hiddenBandStaysEmpty()
+{
+    m_home->writeLink(u"Links/a.url"_s, "http://a/");
+    links().rebuild(true);
+    QCOMPARE(links().rebuild(false), 0);
+    QCOMPARE(bar().buttonCount(), 0);
+}
+
+void tst_LinksBar::bandHiddenBeforeTheFillStaysEmpty()
+{
+    m_home->writeLink(u"Links/a.url"_s, "http://a/");
+    apply();
+    toggle();
+    QVERIFY(!band().isVisible());
+    bool later = false;
+    QTimer::singleShot(600, this, [&later] { later = true; });
+    QTRY_VERIFY(later);
+    QCOMPARE(bar().buttonCount(), 0);
+}
+
+void tst_LinksBar::switchedOnFillsAnEmptyBar()
+{
+    m_home->writeLink(u"Links/a.url"_s, "http://a/");
+    m_folder->setSetting(u"View"_s, u"FavoriteLinks"_s, u"False"_s);
+    apply();
+    QCOMPARE(bar().buttonCount(), 0);
+    toggle();
+    QVERIFY(band().isVisible());
+    QCOMPARE(bar().buttonCount(), 2);
+    QCOMPARE(m_folder->setting(u"View"_s, u"FavoriteLinks"_s), u"True"_s);
+}
+
+void tst_LinksBar::hidingAndShowingReadsNothingAnew()
+{
+    m_home->writeLink(u"Links/a.url"_s, "http://a/");
+    links().rebuild(true);
+    m_home->writeLink(u"Links/b.url"_s, "http://b/");
+    toggle();
+    QVERIFY(!band().isVisible());
+    QCOMPARE(bar().buttonCount(), 2);
+    toggle();
+    QVERIFY(band().isVisible());
+    QCOMPARE(bar().buttonCount(), 2);
+    QCOMPARE(bar().toolTip(1), u"http://a/"_s);
+}
+
+void tst_LinksBar::applyingSettingsAgainReadsAnew()
+{
+    m_home->writeLink(u"Links/a.url"_s, "http://a/");
+    links().rebuild(true);
+    m_home->writeLink(u"Links/b.url"_s, "http://b/");
+    apply();
+    QTRY_COMPARE(bar().buttonCount(), 4);
+}
+
+void tst_LinksBar::ampersandIsNoAccessKey()
+{
+    m_home->writeLink(u"Links/R&D.url"_s, "http://a/");
+    links().rebuild(true);
+    showFrame();
+    QTRY_VERIFY(button(1));
+    QCOMPARE(button(1)->text(), u"R&D"_s);
+    QVERIFY(button(1)->shortcut().isEmpty());
+}
+
+void tst_LinksBar::toolTipShowsTheAddressAsItIs()
+{
+    m_home->writeLink(u"Links/a.url"_s, "http://a/?<b>bold</b>");
+    links().rebuild(true);
+    showFrame();
+    QTRY_VERIFY(button(1));
+    const QPoint at = button(1)->rect().center();
+    QHelpEvent event(QEvent::ToolTip, at, button(1)->mapToGlobal(at));
+    QApplication::sendEvent(button(1), &event);
+    QVERIFY2(QToolTip::text().contains("&lt;b&gt;bold"_L1), qPrintable(QToolTip::text()));
+    QToolTip::hideText();
+}
+
+void tst_LinksBar::longNames()
+{
+    const QString name = QString(246, u'm');
+    QVERIFY(m_home->writeLink(u"Links/"_s + name + u".url"_s, "http://a/"));
+    links().rebuild(true);
+    showFrame();
+    QTRY_VERIFY(button(1));
+    QCOMPARE(bar().text(1), name);
+    QVERIFY2(button(1)->width() < 300, "a long name is shortened");
+}
+
+void tst_LinksBar::fiveThousandFiles()
+{
+    for (int i = 0; i < 5000; ++i)
+        m_home->writeLink(u"Links/%1.url"_s.arg(i, 4, 10, QChar(u'0')),
+                          "http://" + QByteArray::number(i) + '/');
+    showFrame();
+    QElapsedTimer time;
+    time.start();
+    QCOMPARE(links().rebuild(true), 5000);
+    const qint64 filled = time.elapsed();
+    QCOMPARE(bar().buttonCount(), 10000);
+    QCOMPARE(bar().toolTip(9999), u"http://4999/"_s);
+    QTRY_VERIFY(band().hasChevron());
+    // Only what fits costs a widget.
+    QVERIFY(bar().findChildren<ToolBarButton *>().size() < 200);
+    qInfo("5,000 links in %lld ms", filled);
+}
+
+QTEST_MAIN(tst_LinksBar)
+#include "tst_linksbar.moc"
