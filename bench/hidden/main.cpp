@@ -101,8 +101,9 @@ int main(int argc, char **argv)
     const double own = ownTime(file.fileName());
     stopEngine();
     const double ratio = own / bare;
-    std::printf("hidden: %.0f ms of processor time in %d s with %d pages covered, bare view %.0f ms; "
-                "ratio %.3f (limit %.2f)%s\n",
-                own, spanMs / 1000, covered, bare, ratio, limit, ratio <= limit ? "" : " OVER");
+    std::printf(
+        "hidden: %.0f ms of processor time in %d s with %d pages covered, bare view %.0f ms; "
+        "ratio %.3f (limit %.2f)%s\n",
+        own, spanMs / 1000, covered, bare, ratio, limit, ratio <= limit ? "" : " OVER");
     return ratio <= limit ? 0 : 1;
 }

@@ -7,15 +7,13 @@
 
 /// One start of one program: from the process's start to its page's second animation frame, which
 /// the page itself reports.
-struct Start
-{
+struct Start {
     double milliseconds = 0;
     double megabytes = 0;
 };
 
 /// Serves the page and measures starts of programs that open it.
-class Measurement
-{
+class Measurement {
 public:
     Measurement();
 

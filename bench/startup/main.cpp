@@ -16,8 +16,7 @@ constexpr int rounds = 9;
 constexpr double ratioLimit = 1.10;
 constexpr double defaultRatioLimit = 0.65;
 
-struct Series
-{
+struct Series {
     QList<double> times;
     QList<double> memories;
 
@@ -66,12 +65,12 @@ int main(int argc, char **argv)
     const QTemporaryDir splashPlace;
     const QString orvane = makeApplicationFolder(
         quietPlace, "[Options]\r\nShow-Splash=0\r\n[Settings]\r\nAskOnExit=0\r\n");
-    const QString withSplash =
-        makeApplicationFolder(splashPlace, "[Settings]\r\nAskOnExit=0\r\n");
+    const QString withSplash = makeApplicationFolder(splashPlace, "[Settings]\r\nAskOnExit=0\r\n");
     const QString bare = QString::fromLocal8Bit(BARE_VIEW);
     // The backend the program picks by itself where there is no graphics device.
     const bool software = QDir(u"/dev/dri"_s).entryList({u"renderD*"_s}, QDir::System).isEmpty();
-    const QStringList picked = software ? QStringList{u"QT_QUICK_BACKEND=software"_s} : QStringList();
+    const QStringList picked =
+        software ? QStringList{u"QT_QUICK_BACKEND=software"_s} : QStringList();
 
     Measurement measurement;
     measurement.run(bare, picked);

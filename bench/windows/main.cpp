@@ -119,9 +119,9 @@ bool measure(frmMain &frame, Watch &watch)
                 switchingTwo, switchingMany, many, median(early), median(late));
     bool kept = report("switching, 100 against 2", switchingMany / switchingTwo, 1.5);
     kept &= report("opening, 100th against 10th", median(late) / median(early), 1.3);
-    for (const char *command : {"mnuWindowCascade", "mnuWindowTileHorizontal",
-                                "mnuWindowTileVertical", "mnuWindowMinimizeAll",
-                                "mnuWindowRestoreAll"})
+    for (const char *command :
+         {"mnuWindowCascade", "mnuWindowTileHorizontal", "mnuWindowTileVertical",
+          "mnuWindowMinimizeAll", "mnuWindowRestoreAll"})
         kept &= arrange(frame, command);
     const double bare = bareMemory(watch);
     std::printf("windows: %.0f MB against %.0f MB of a bare program\n", memory, bare);

@@ -52,8 +52,7 @@ void setOptions(QWebEngineProfile *profile)
     settings->setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
     settings->setAttribute(QWebEngineSettings::PluginsEnabled, true);
     settings->setAttribute(QWebEngineSettings::ErrorPageEnabled, true);
-    settings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows,
-                           scriptsMayOpenWindows);
+    settings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, scriptsMayOpenWindows);
     // A page dropped on the window is the frame's to open, as files are.
     settings->setAttribute(QWebEngineSettings::NavigateOnDropEnabled, false);
 }

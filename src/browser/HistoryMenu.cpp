@@ -27,8 +27,7 @@ QString caption(const HistoryStep &step, const QMenu &menu)
 {
     const QString text = step.title.trimmed().isEmpty() ? step.url : step.title.simplified();
     const QFontMetrics metrics = menu.fontMetrics();
-    return metrics
-        .elidedText(text, Qt::ElideMiddle, captionLetters * metrics.averageCharWidth())
+    return metrics.elidedText(text, Qt::ElideMiddle, captionLetters * metrics.averageCharWidth())
         .replace(u'&', u"&&"_s);
 }
 

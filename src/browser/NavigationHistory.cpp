@@ -55,8 +55,7 @@ QList<HistoryStep> NavigationHistory::steps(QWebEnginePage *page) const
     for (int index = 0; index < history->count(); ++index) {
         const QWebEngineHistoryItem item = history->itemAt(index);
         if (index != current && !isSkipped(item))
-            result.append(
-                {index - current, item.title(), item.url().toString(QUrl::FullyEncoded)});
+            result.append({index - current, item.title(), item.url().toString(QUrl::FullyEncoded)});
     }
     return result;
 }

@@ -23,10 +23,7 @@ public:
     /// is called later, for one address in each turn of the event loop, while `owner` lives.
     bool mayOpen(const QString &url, QWidget *owner, const Open &open);
     /// No further window opens or waits.
-    bool isClosed() const
-    {
-        return m_answer == Answer::No || m_waiting.size() >= waitingWindows;
-    }
+    bool isClosed() const { return m_answer == Answer::No || m_waiting.size() >= waitingWindows; }
     /// A window that was counted has closed itself before it showed anything.
     void giveBack();
 

@@ -37,8 +37,7 @@ inline constexpr int NoWriteToCache = 8;
 }
 
 /// A page's request for a window.
-struct WindowRequest
-{
+struct WindowRequest {
     QString url;
     /// The user clicked or pressed a key for it, once for one window.
     bool userInitiated = false;
@@ -84,7 +83,7 @@ public:
     /// The keyboard focus has come to the page.
     virtual void GotFocus() = 0;
     /// A script of the page failed; never raised while the control is silent.
-    virtual void ScriptFailed(const ScriptError &) {}
+    virtual void ScriptFailed(const ScriptError &) { }
 };
 
 /// The engine control of one browser window. Exactly what the rest of the program uses; another

@@ -51,8 +51,7 @@ bool WebView::eventFilter(QObject *watched, QEvent *event)
         keepFocus();
     }
     // In a field of a page the engine would keep Ctrl+K and others from the menus.
-    if (event->type() == QEvent::ShortcutOverride
-        && !isPageKey(*static_cast<QKeyEvent *>(event))) {
+    if (event->type() == QEvent::ShortcutOverride && !isPageKey(*static_cast<QKeyEvent *>(event))) {
         event->ignore();
         return true;
     }

@@ -6,8 +6,7 @@ class Frame;
 class QLineEdit;
 
 /// The small dialog in which an address to open is typed. What is typed is handed on as it stands.
-class frmOpenURL : public QDialog
-{
+class frmOpenURL : public QDialog {
     Q_OBJECT
 
 public:

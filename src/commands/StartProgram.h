@@ -4,8 +4,7 @@
 #include <optional>
 
 /// The system's own number and text of an error.
-struct SystemError
-{
+struct SystemError {
     int number;
     QString text;
 };

@@ -3,8 +3,7 @@
 #include <QDialog>
 
 /// The about box: what the program is and which versions it is made of.
-class frmAbout : public QDialog
-{
+class frmAbout : public QDialog {
     Q_OBJECT
 
 public:

@@ -9,8 +9,7 @@ class QWidget;
 class WindowTabs;
 
 /// What the rest of the program asks of the one frame window.
-class Frame
-{
+class Frame {
 public:
     using Handler = std::function<void()>;
 

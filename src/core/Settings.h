@@ -7,8 +7,7 @@
 /// Nothing is kept in memory; each call goes to the file.
 namespace Settings {
 
-struct Key
-{
+struct Key {
     const char *section;
     const char *name;
     /// The value of a missing key, as text.

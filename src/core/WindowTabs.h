@@ -5,8 +5,7 @@
 
 /// The tab strip as browser windows see it: one button per window, found by the window's key.
 /// Every call on a key that has no tab does nothing.
-class WindowTabs
-{
+class WindowTabs {
 public:
     virtual ~WindowTabs() = default;
 

@@ -6,8 +6,7 @@
 void letPendingEventsRun();
 
 /// Marks the current scope as running inside an engine callback.
-class EngineCallbackScope
-{
+class EngineCallbackScope {
 public:
     EngineCallbackScope();
     ~EngineCallbackScope();

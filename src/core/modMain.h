@@ -1,8 +1,7 @@
 #pragma once
 
 /// What the start-up routine asks of the frame.
-class StartUpFrame
-{
+class StartUpFrame {
 public:
     virtual ~StartUpFrame() = default;
     /// Loads the frame; does nothing when it is loaded already.

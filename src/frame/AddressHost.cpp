@@ -41,5 +41,6 @@ void AddressHost::place()
     const int left = mapTo(window(), QPoint(0, 0)).x();
     const int room = window()->width() - left - Twips::toPixels(rightMarginTwips);
     const int height = std::min(m_bar.sizeHint().height(), this->height());
-    m_bar.setGeometry(0, (this->height() - height) / 2, std::max(0, std::min(width(), room)), height);
+    m_bar.setGeometry(0, (this->height() - height) / 2, std::max(0, std::min(width(), room)),
+                      height);
 }

@@ -6,8 +6,7 @@ class brwURL;
 
 /// Holds the address bar in its band. The bar's right edge stays 200 twips short of the frame's
 /// width, or ends with the band where the band ends earlier.
-class AddressHost : public QWidget
-{
+class AddressHost : public QWidget {
     Q_OBJECT
 
 public:

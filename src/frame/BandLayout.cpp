@@ -38,13 +38,13 @@ void restoreBandLayout(CoolBar &bar)
         CoolBand &band = *bar.band(position);
         if (position > 1) {
             const QString current = booleanText(band.newRow());
-            const auto flag = textToBoolean(
-                ReadINI(u"ToolBar"_s, newRowKey(position), current, file));
+            const auto flag =
+                textToBoolean(ReadINI(u"ToolBar"_s, newRowKey(position), current, file));
             if (flag)
                 band.setNewRow(*flag);
         }
-        const auto width = textToNumber(
-            ReadINI(u"ToolBar"_s, widthKey(position), widthText(band), file));
+        const auto width =
+            textToNumber(ReadINI(u"ToolBar"_s, widthKey(position), widthText(band), file));
         if (width)
             band.setWidth(*width);
     }

@@ -19,7 +19,8 @@ void CommandTable::handle(const QString &name, const Handler &handler)
     QAction *action = m_menu.action(name);
     Q_ASSERT_X(action, "CommandTable", qPrintable(name));
     m_handlers.insert(name, handler);
-    connect(action, &QAction::triggered, this, [this, name, action] { runFromMenu(name, *action); });
+    connect(action, &QAction::triggered, this,
+            [this, name, action] { runFromMenu(name, *action); });
 }
 
 void CommandTable::runFromMenu(const QString &name, QAction &action)

@@ -10,8 +10,7 @@ class QAction;
 
 /// What each menu item does. A tool bar button or another command runs the same handler through
 /// here, whether the item is enabled or not.
-class CommandTable : public QObject
-{
+class CommandTable : public QObject {
     Q_OBJECT
 
 public:

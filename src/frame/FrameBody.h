@@ -9,8 +9,7 @@ class QVBoxLayout;
 
 /// The inside of the frame: the tool bar strip along one edge, and beside the inner windows the
 /// place of the side bars.
-class FrameBody : public QWidget
-{
+class FrameBody : public QWidget {
     Q_OBJECT
 
 public:

@@ -22,8 +22,8 @@ MainMenu::MainMenu(QMenuBar &bar, QWidget &frame)
         const QString caption = QString::fromUtf8(entry.caption);
         QAction *action = nullptr;
         if (entry.kind == Menu) {
-            QMenu *menu = entry.depth == 0 ? bar.addMenu(caption)
-                                           : open[entry.depth - 1]->addMenu(caption);
+            QMenu *menu =
+                entry.depth == 0 ? bar.addMenu(caption) : open[entry.depth - 1]->addMenu(caption);
             menu->setObjectName(name);
             open[entry.depth] = menu;
             m_menus.insert(name, menu);

@@ -10,8 +10,7 @@ class QWidget;
 
 /// The frame's menu bar, made from the menu table: an action for every entry, named as the entry
 /// is, and a menu for every entry with a submenu.
-class MainMenu
-{
+class MainMenu {
 public:
     /// Fills `bar`; the accelerators act wherever the focus is inside `frame`.
     MainMenu(QMenuBar &bar, QWidget &frame);

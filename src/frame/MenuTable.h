@@ -3,8 +3,7 @@
 #include <span>
 
 /// One line of the frame's menu bar. Items that follow with a greater depth are its submenu.
-struct MenuEntry
-{
+struct MenuEntry {
     enum class Kind { Menu, Item, Check, Separator };
 
     int depth;

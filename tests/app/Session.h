@@ -22,8 +22,7 @@
 /// The whole program in a folder of its own, with a server to browse. The settings ask for no
 /// splash and no exit question, and make the server's "/home" the home page, unless a test writes
 /// others before it starts the program.
-class Session
-{
+class Session {
 public:
     Session()
     {

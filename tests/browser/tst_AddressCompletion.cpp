@@ -6,8 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_AddressCompletion : public QObject
-{
+class tst_AddressCompletion : public QObject {
     Q_OBJECT
 
 private slots:
@@ -70,8 +69,7 @@ void tst_AddressCompletion::completes()
 
 void tst_AddressCompletion::homeFolder()
 {
-    QCOMPARE(completeAddress(u"~/x.html"_s),
-             QUrl::fromLocalFile(QDir::homePath() + "/x.html"_L1));
+    QCOMPARE(completeAddress(u"~/x.html"_s), QUrl::fromLocalFile(QDir::homePath() + "/x.html"_L1));
 }
 
 QTEST_MAIN(tst_AddressCompletion)

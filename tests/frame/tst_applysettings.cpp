@@ -14,8 +14,7 @@
 using namespace Qt::StringLiterals;
 
 /// What the stored settings make of the frame, and what of the frame is stored.
-class tst_ApplySettings : public QObject
-{
+class tst_ApplySettings : public QObject {
     Q_OBJECT
 
 private slots:

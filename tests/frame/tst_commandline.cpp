@@ -7,8 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_CommandLine : public QObject
-{
+class tst_CommandLine : public QObject {
     Q_OBJECT
 
 private slots:

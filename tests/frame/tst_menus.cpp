@@ -11,8 +11,7 @@
 using namespace Qt::StringLiterals;
 
 /// The menu bar as the user sees it, and how its items run their handlers.
-class tst_Menus : public QObject
-{
+class tst_Menus : public QObject {
     Q_OBJECT
 
 private slots:
@@ -63,10 +62,10 @@ void tst_Menus::menuBarHoldsTheMenusInOrder()
     QStringList names;
     for (const QAction *action : m_frame->menuBar()->actions())
         names += action->objectName() + u'|' + action->text();
-    const QStringList expected{
-        u"mnuFile|&File"_s,   u"mnuEdit|&Edit"_s,     u"mnuView|&View"_s,
-        u"mnuNavigation|Navigation"_s, u"mnuFavorites|&Favorites"_s, u"mnuTools|&Tools"_s,
-        u"mnuWindow|&Window"_s, u"mnuHelp|&Help"_s};
+    const QStringList expected{u"mnuFile|&File"_s,           u"mnuEdit|&Edit"_s,
+                               u"mnuView|&View"_s,           u"mnuNavigation|Navigation"_s,
+                               u"mnuFavorites|&Favorites"_s, u"mnuTools|&Tools"_s,
+                               u"mnuWindow|&Window"_s,       u"mnuHelp|&Help"_s};
     QCOMPARE(names, expected);
 }
 

@@ -7,8 +7,7 @@
 
 /// Answers the next message box that is waited for, with a real click, as soon as it is there.
 /// `count` tells how many were answered.
-class Answer : public QObject
-{
+class Answer : public QObject {
     Q_OBJECT
 
 public:

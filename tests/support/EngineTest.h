@@ -10,12 +10,11 @@
 
 /// Runs a test class in the surroundings of the program: its rendering backend and logging, and
 /// the engine's data, the application folder and the downloads in a temporary folder.
-template <typename Test>
-int runEngineTest(int argc, char **argv)
+template <typename Test> int runEngineTest(int argc, char **argv)
 {
     const QTemporaryDir folder;
-    for (const char *variable : {"XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME",
-                                 "XDG_DOWNLOAD_DIR"})
+    for (const char *variable :
+         {"XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DOWNLOAD_DIR"})
         qputenv(variable, (folder.path() + QLatin1Char('/') + QLatin1String(variable)).toUtf8());
     // The certificate store of the engine is in the home folder.
     qputenv("HOME", folder.path().toUtf8());

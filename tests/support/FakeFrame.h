@@ -12,11 +12,9 @@
 #include <memory>
 
 /// Tabs that only remember what they were told.
-class FakeTabs : public WindowTabs
-{
+class FakeTabs : public WindowTabs {
 public:
-    struct Tab
-    {
+    struct Tab {
         QString key;
         QString caption;
         QString toolTip;
@@ -74,8 +72,7 @@ public:
 };
 
 /// A frame of a real window and a real area of inner windows that remembers what it was asked.
-class FakeFrame : public Frame
-{
+class FakeFrame : public Frame {
 public:
     FakeFrame()
     {
@@ -92,10 +89,7 @@ public:
     QWidget *window() override { return &m_window; }
     void adopt(QMdiSubWindow *child) override { area->addSubWindow(child); }
     QMdiSubWindow *activeChild() const override { return area->currentSubWindow(); }
-    void OpenBrowserWindow(const QString &url, int state) override
-    {
-        opened.append({url, state});
-    }
+    void OpenBrowserWindow(const QString &url, int state) override { opened.append({url, state}); }
     void NavigateActive(const QString &url) override { navigated.append(url); }
     int NewWindowState() const override { return activeChild() ? 0 : 2; }
     bool openProfile(const QString &, bool) override { return false; }
@@ -150,13 +144,11 @@ public:
         return tab ? *tab : FakeTabs::Tab();
     }
 
-    struct Opened
-    {
+    struct Opened {
         QString url;
         int state = 0;
     };
-    struct Address
-    {
+    struct Address {
         QString url;
         bool shown = false;
     };

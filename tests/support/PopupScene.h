@@ -13,8 +13,7 @@
 
 /// A frame with popup control, a web server, and an application folder with a list of blocked
 /// addresses, for pages that ask for windows.
-class PopupScene
-{
+class PopupScene {
 public:
     PopupScene()
     {

@@ -5,8 +5,7 @@
 #include <QStringList>
 
 /// The events of an engine control, one line each in the order in which they came.
-class RecordedEvents : public WebBrowserEvents
-{
+class RecordedEvents : public WebBrowserEvents {
 public:
     void StatusTextChange(const QString &text) override { statuses.append(text); }
     void TitleChange(const QString &text) override

@@ -16,15 +16,13 @@ class QTemporaryDir;
 
 /// A web server of a test's own on this machine, with scripted answers. It answers while the
 /// test's event loop runs, also as "localhost", which pages take for another site.
-class TestServer : public QObject
-{
+class TestServer : public QObject {
     Q_OBJECT
 
 public:
     enum class Kind { Http, Https };
 
-    struct Request
-    {
+    struct Request {
         QByteArray method;
         /// With the query.
         QByteArray path;
@@ -33,8 +31,7 @@ public:
         QByteArray body;
     };
 
-    struct Reply
-    {
+    struct Reply {
         int status = 200;
         QByteArray body;
         QByteArray type = "text/html; charset=utf-8";

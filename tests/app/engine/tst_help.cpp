@@ -117,8 +117,7 @@ void tst_Help::textsOfTheAboutBoxStayFixed()
                                     "[frmAbout]\r\ncmdCopyVersions=&Kopieren\r\n"
                                     "lblTitle=never\r\nlblDescription=never\r\n");
     m_session->choose("mnuHelpAbout");
-    QCOMPARE(about()->findChild<QPushButton *>(u"cmdCopyVersions"_s)->text(),
-             u"&Copy Versions"_s);
+    QCOMPARE(about()->findChild<QPushButton *>(u"cmdCopyVersions"_s)->text(), u"&Copy Versions"_s);
     QCOMPARE(about()->findChild<QLabel *>(u"lblTitle"_s)->text(), u"Orvane"_s);
     QVERIFY(about()->findChild<QLabel *>(u"lblDescription"_s)->text().startsWith(u"Orvane is"_s));
 }

@@ -7,8 +7,7 @@
 using namespace Qt::StringLiterals;
 
 /// The history behind the buttons Back and Forward.
-class tst_HistoryMenu : public QObject
-{
+class tst_HistoryMenu : public QObject {
     Q_OBJECT
 
 private slots:

@@ -7,8 +7,7 @@
 using namespace Qt::StringLiterals;
 
 /// A first session with the program, on its real widgets, and the ways windows are opened.
-class tst_Newcomer : public QObject
-{
+class tst_Newcomer : public QObject {
     Q_OBJECT
 
 private slots:
@@ -43,8 +42,9 @@ void tst_Newcomer::clickPage()
 void tst_Newcomer::firstSession()
 {
     TestServer &server = m_session->server;
-    server.page("/one", "<title>One</title><body style='margin:0'><a href='/two' "
-                        "style='display:block;width:300px;height:80px;background:#cdf'>two</a>");
+    server.page("/one",
+                "<title>One</title><body style='margin:0'><a href='/two' "
+                "style='display:block;width:300px;height:80px;background:#cdf'>two</a>");
     m_session->folder.setSetting(u"Settings"_s, u"AskOnExit"_s, u"1"_s);
     m_session->start(server.url(u"/home"_s));
     QTRY_VERIFY(m_session->shows(server.url(u"/home"_s)));

@@ -13,8 +13,7 @@
 using namespace Qt::StringLiterals;
 
 /// The program from its command line to its end.
-class tst_StartUp : public QObject
-{
+class tst_StartUp : public QObject {
     Q_OBJECT
 
 private slots:
@@ -116,11 +115,13 @@ void tst_StartUp::translationComesAfterTheFirstWindow()
     m_session->folder.setSetting(u"Options"_s, u"Language"_s, u"Deutsch"_s);
     m_session->folder.writeLanguage(u"Deutsch"_s,
                                     "[frmMain]\r\nmnuFileOpen=&Aufmachen\r\nlblAddress=Adresse:\r\n"
-                                    "[frmMain-Toolbar]\r\nBack=Zur\xc3\xbc" "ck\r\n");
+                                    "[frmMain-Toolbar]\r\nBack=Zur\xc3\xbc"
+                                    "ck\r\n");
     m_session->start();
     QCOMPARE(m_session->item("mnuFileOpen")->text(), u"&Aufmachen"_s);
     QCOMPARE(m_session->item("mnuFile")->text(), u"&File"_s);
-    QCOMPARE(m_session->frame->findChild<CoolBar *>()->band(u"Address"_s)->caption(), u"Adresse:"_s);
+    QCOMPARE(m_session->frame->findChild<CoolBar *>()->band(u"Address"_s)->caption(),
+             u"Adresse:"_s);
 }
 
 void tst_StartUp::secondRunRenewsTheLanguageOnly()
@@ -229,7 +230,8 @@ void tst_StartUp::brokenSettingsFileStartsAllTheSame_data()
         random.append(char(quint32(i) * 2654435761U >> 13));
     QTest::newRow("random bytes") << random;
     QTest::newRow("a NUL") << QByteArray("[Options]\r\nShow\0Splash=0\r\n", 26);
-    QTest::newRow("a line of a million") << QByteArray("[Options]\r\nX=") + QByteArray(1000000, 'y');
+    QTest::newRow("a line of a million")
+        << QByteArray("[Options]\r\nX=") + QByteArray(1000000, 'y');
     QTest::newRow("10 MB") << QByteArray("[Options]\r\nX=y\r\n").repeated(700000);
 }
 

@@ -64,10 +64,10 @@ void tst_popuprequests::userRows()
     const QString p = u"/p"_s;
     QTest::newRow("script") << button("window.open('/p')") << u"click"_s << p;
     QTest::newRow("script, named") << button("window.open('/p','n')") << u"click"_s << p;
-    QTest::newRow("script, features") << button("window.open('/p','n','width=300,height=200')")
-                                      << u"click"_s << p;
-    QTest::newRow("script, noopener") << button("window.open('/p','','noopener')") << u"click"_s
-                                      << p;
+    QTest::newRow("script, features")
+        << button("window.open('/p','n','width=300,height=200')") << u"click"_s << p;
+    QTest::newRow("script, noopener")
+        << button("window.open('/p','','noopener')") << u"click"_s << p;
     QTest::newRow("about:blank") << button("window.open('about:blank')") << u"click"_s
                                  << u"about:blank"_s;
     QTest::newRow("empty") << button("window.open('')") << u"click"_s << QString();

@@ -46,8 +46,7 @@ int renderers()
     const QStringList processes = QDir(u"/proc"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &process : processes) {
         QFile file("/proc/"_L1 + process + "/cmdline"_L1);
-        if (file.open(QIODevice::ReadOnly) && isForPages(file.readAll())
-            && isOurs(process))
+        if (file.open(QIODevice::ReadOnly) && isForPages(file.readAll()) && isOurs(process))
             ++count;
     }
     return count;
@@ -98,8 +97,9 @@ void tst_smartpopups::init()
 
 frmBrowser *tst_smartpopups::openerOf(const QByteArray &code, bool maximized)
 {
-    return m_scene->openPage("<button id=b onclick=\"w=" + code + ";window.done=1\">b</button>"
-                             "<p><button id=m onclick=\"window.open('/marker')\">m</button>",
+    return m_scene->openPage("<button id=b onclick=\"w=" + code
+                                 + ";window.done=1\">b</button>"
+                                   "<p><button id=m onclick=\"window.open('/marker')\">m</button>",
                              maximized);
 }
 
