@@ -2,7 +2,6 @@
 
 #include <QAction>
 
-#include "Forms.h"
 #include "Frame.h"
 #include "Settings.h"
 #include "WebBrowser.h"
