@@ -14,6 +14,7 @@
 #include "modSpecialFolders.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QPointer>
 #include <QPushButton>
@@ -25,7 +26,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 // Time that filling the tree takes from the interface at once.
-constexpr int sliceMs = 30;
+constexpr int sliceMs = 25;
 // Twips: the height of the buttons, and both sides of the close button.
 constexpr int buttonHeight = 360;
 constexpr QSize usualSize(240, 400);
@@ -111,9 +112,10 @@ void FavoritesBar::Refresh()
     }
     m_files = 0;
     m_folders = 0;
-    m_walk = std::make_unique<FolderWalk>(m_FavoritesRoot, u"*.url"_s, m_files, m_folders,
-                                          [this](const QString &path, const QString &name,
-                                                 bool isFile) { AddNode(path, name, isFile); });
+    m_walk =
+        std::make_unique<FolderWalk>(m_FavoritesRoot, u"*.url"_s, m_files, m_folders,
+                                     [this](const QString &path, const FolderListing::Entry &entry,
+                                            bool isFile) { AddNode(path, entry, isFile); });
     m_slice.start();
 }
 
@@ -134,6 +136,7 @@ void FavoritesBar::endRefresh()
 {
     m_slice.stop();
     m_walk.reset();
+    showFinishedNode();
     reopenFolders();
     emit refreshed();
 }
@@ -143,6 +146,7 @@ void FavoritesBar::removeAllNodes()
     m_slice.stop();
     m_walk.reset();
     m_nodes.clear();
+    m_unfinished.reset();
     m_tvFavorites->clear();
 }
 
@@ -160,8 +164,8 @@ std::optional<qint64> FavoritesBar::FindFavorites(QString &Path, const QString &
 {
     const QPointer<FavoritesBar> self(this);
     FolderWalk walk(Path, SearchStr, FileCount, DirCount,
-                    [&self](const QString &path, const QString &name, bool isFile) {
-                        self->AddNode(path, name, isFile);
+                    [&self](const QString &path, const FolderListing::Entry &entry, bool isFile) {
+                        self->AddNode(path, entry, isFile);
                     });
     QElapsedTimer sinceYield;
     sinceYield.start();
@@ -173,12 +177,15 @@ std::optional<qint64> FavoritesBar::FindFavorites(QString &Path, const QString &
             break;
         sinceYield.restart();
     }
+    if (self)
+        showFinishedNode();
     return walk.overflowed() ? std::nullopt : std::optional(walk.size());
 }
 
 // A node whose key is there already, or whose folder is not, is left out.
-void FavoritesBar::AddNode(const QString &Path, const QString &Name, bool IsFile)
+void FavoritesBar::AddNode(const QString &Path, const FolderListing::Entry &entry, bool IsFile)
 {
+    const QString &Name = entry.name;
     const QString key = IsFile ? Path + Name : Path + Name + u'/';
     const bool atTop = Path == m_FavoritesRoot;
     FavoriteNode *parent = atTop ? nullptr : m_nodes.value(Path);
@@ -187,15 +194,26 @@ void FavoritesBar::AddNode(const QString &Path, const QString &Name, bool IsFile
     FavoriteNode *node = nullptr;
     if (IsFile) {
         node = new FavoriteNode(FavoriteNode::Kind::Link, key, InternetShortcut::caption(Name));
-        node->setTag(InternetShortcut::url(key));
+        if (entry.isPlainFile)
+            node->setTag(InternetShortcut::urlOfPlainFile(key, entry.size));
     } else {
         node = new FavoriteNode(FavoriteNode::Kind::Folder, key, Name);
     }
     m_nodes.insert(key, node);
-    if (atTop)
-        m_tvFavorites->addTopLevelItem(node);
-    else
+    if (atTop) {
+        showFinishedNode();
+        m_unfinished.reset(node);
+    } else {
         parent->addChild(node);
+    }
+}
+
+// A node at the top comes into the tree with all that is in it: a child added to a tree in view
+// costs more than reading its file.
+void FavoritesBar::showFinishedNode()
+{
+    if (m_unfinished)
+        m_tvFavorites->addTopLevelItem(m_unfinished.release());
 }
 
 void FavoritesBar::nodeClicked(FavoriteNode &node, const QPoint &at)
