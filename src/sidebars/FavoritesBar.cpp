@@ -104,7 +104,10 @@ void FavoritesBar::Refresh()
         if ((*node)->childCount() > 0 && (*node)->isExpanded())
             m_wereOpen.insert(node.key());
     }
+    const qsizetype before = m_nodes.size();
     removeAllNodes();
+    // Most likely there are about as many again.
+    m_nodes.reserve(before);
     m_FavoritesRoot = GetSpecialFolder(favoritesFolderNumber);
     if (m_FavoritesRoot.isEmpty()) {
         endRefresh();
@@ -189,9 +192,11 @@ void FavoritesBar::AddNode(const QString &Path, const FolderListing::Entry &entr
     const QString key = IsFile ? Path + Name : Path + Name + u'/';
     const bool atTop = Path == m_FavoritesRoot;
     FavoriteNode *parent = atTop ? nullptr : m_nodes.value(Path);
-    if (m_nodes.contains(key) || (!atTop && !parent))
+    if (!atTop && !parent)
         return;
-    FavoriteNode *node = nullptr;
+    FavoriteNode *&node = m_nodes[key];
+    if (node)
+        return;
     if (IsFile) {
         node = new FavoriteNode(FavoriteNode::Kind::Link, key, InternetShortcut::caption(Name));
         if (entry.isPlainFile)
@@ -199,7 +204,6 @@ void FavoritesBar::AddNode(const QString &Path, const FolderListing::Entry &entr
     } else {
         node = new FavoriteNode(FavoriteNode::Kind::Folder, key, Name);
     }
-    m_nodes.insert(key, node);
     if (atTop) {
         showFinishedNode();
         m_unfinished.reset(node);
