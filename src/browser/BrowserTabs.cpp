@@ -1,7 +1,8 @@
 #include "BrowserTabs.h"
 
-#include <QApplication>
-#include <QStyle>
+#include "ThemedIcon.h"
+
+using namespace Qt::StringLiterals;
 
 namespace BrowserTabs {
 
@@ -16,7 +17,7 @@ QString displayed(const QString &text)
 
 QIcon pageIcon()
 {
-    return QApplication::style()->standardIcon(QStyle::SP_FileIcon);
+    return themedIcon(u"page"_s);
 }
 
 }

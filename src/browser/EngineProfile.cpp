@@ -20,6 +20,7 @@ namespace {
 QWebEngineProfile *theProfile = nullptr;
 std::unique_ptr<QLockFile> theLock;
 WebPage *theSparePage = nullptr;
+bool scriptsMayOpenWindows = true;
 
 /// Two application folders are two browsers, however a folder is reached.
 QString profileName()
@@ -51,7 +52,8 @@ void setOptions(QWebEngineProfile *profile)
     settings->setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
     settings->setAttribute(QWebEngineSettings::PluginsEnabled, true);
     settings->setAttribute(QWebEngineSettings::ErrorPageEnabled, true);
-    settings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, true);
+    settings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows,
+                           scriptsMayOpenWindows);
     // A page dropped on the window is the frame's to open, as files are.
     settings->setAttribute(QWebEngineSettings::NavigateOnDropEnabled, false);
 }
@@ -92,23 +94,26 @@ bool engineProfileIsStored()
     return theLock != nullptr;
 }
 
-WebPage *makeFreshPage()
-{
-    return new WebPage(engineProfile());
-}
-
 WebPage *takePage()
 {
-    return theSparePage ? std::exchange(theSparePage, nullptr) : makeFreshPage();
+    prepareSparePage();
+    return std::exchange(theSparePage, nullptr);
 }
 
 void prepareSparePage()
 {
     if (theSparePage)
         return;
-    theSparePage = makeFreshPage();
+    theSparePage = new WebPage(engineProfile());
     // Any script starts the renderer process; unlike a load it leaves no history entry.
     theSparePage->runJavaScript(u"0"_s);
+}
+
+void setScriptsMayOpenWindows(bool may)
+{
+    scriptsMayOpenWindows = may;
+    if (theProfile)
+        theProfile->settings()->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, may);
 }
 
 void dropEngineProfile()

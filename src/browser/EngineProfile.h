@@ -14,14 +14,16 @@ QWebEngineProfile *engineProfile();
 /// Whether this process owns the stored data (false: off the record).
 bool engineProfileIsStored();
 
-/// A page of the profile, not shown yet. Uses up the spare page where there is one.
+/// A page of the profile, not shown yet, whose renderer process is on its way. Uses up the spare
+/// page where there is one.
 WebPage *takePage();
-
-/// A page that no renderer process belongs to yet, as a page's request for a window needs it.
-WebPage *makeFreshPage();
 
 /// Prepares the next page for `takePage`.
 void prepareSparePage();
+
+/// Whether scripts may ask for windows that the user did nothing for; else they get null at once.
+/// May change at any time, also before there is a profile.
+void setScriptsMayOpenWindows(bool may);
 
 /// Ends spare page and profile; every other page must be gone.
 void dropEngineProfile();

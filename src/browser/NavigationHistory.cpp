@@ -46,3 +46,27 @@ bool NavigationHistory::goTo(QWebEngineHistory *history, int from, int step)
     }
     return false;
 }
+
+QList<HistoryStep> NavigationHistory::steps(QWebEnginePage *page) const
+{
+    const QWebEngineHistory *history = page->history();
+    const int current = history->currentItemIndex();
+    QList<HistoryStep> result;
+    for (int index = 0; index < history->count(); ++index) {
+        const QWebEngineHistoryItem item = history->itemAt(index);
+        if (index != current && !isSkipped(item))
+            result.append(
+                {index - current, item.title(), item.url().toString(QUrl::FullyEncoded)});
+    }
+    return result;
+}
+
+bool NavigationHistory::go(QWebEnginePage *page, int offset)
+{
+    QWebEngineHistory *history = page->history();
+    const int index = history->currentItemIndex() + offset;
+    if (offset == 0 || index < 0 || index >= history->count())
+        return false;
+    history->goToItem(history->itemAt(index));
+    return true;
+}

@@ -3,6 +3,8 @@
 #include <QSet>
 #include <QString>
 
+#include "WebBrowser.h"
+
 class QWebEngineHistory;
 class QWebEngineHistoryItem;
 class QWebEnginePage;
@@ -14,6 +16,8 @@ public:
     void skipCurrent(QWebEnginePage *page);
     bool goBack(QWebEnginePage *page);
     bool goForward(QWebEnginePage *page);
+    QList<HistoryStep> steps(QWebEnginePage *page) const;
+    bool go(QWebEnginePage *page, int offset);
 
 private:
     bool isSkipped(const QWebEngineHistoryItem &item) const;

@@ -8,12 +8,19 @@ using namespace Qt::StringLiterals;
 PageIndicators::PageIndicators(QObject *parent)
     : QObject(parent)
 {
-    connect(&CookiePolicy::instance(), &CookiePolicy::refused, this, [this](const QString &host) {
-        if (m_impacted || host.isEmpty() || host != m_url.host())
-            return;
-        m_impacted = true;
-        emit privacyImpacted(true);
-    });
+    connect(&CookiePolicy::instance(), &CookiePolicy::refused, this, &PageIndicators::noteRefusal);
+}
+
+void PageIndicators::noteRefusal(const QString &host)
+{
+    if (host.isEmpty())
+        return;
+    if (host == m_url.host()) {
+        if (!std::exchange(m_impacted, true))
+            emit privacyImpacted(true);
+    } else if (host == m_expected.host()) {
+        m_impactedEarly = true;
+    }
 }
 
 void PageIndicators::watch(WebPage *page)
@@ -24,20 +31,22 @@ void PageIndicators::watch(WebPage *page)
     });
 }
 
-void PageIndicators::reset(const QUrl &url)
+void PageIndicators::expect(const QUrl &url)
 {
-    m_url = url;
-    m_arrived = false;
-    m_mixed = false;
-    refresh();
-    if (std::exchange(m_impacted, false))
-        emit privacyImpacted(false);
+    m_expected = url;
+    m_impactedEarly = false;
 }
 
-void PageIndicators::setArrived()
+void PageIndicators::reset(const QUrl &url, bool arrived)
 {
-    m_arrived = true;
+    m_url = url;
+    m_arrived = arrived;
+    m_mixed = false;
     refresh();
+    const bool impacted = std::exchange(m_impactedEarly, false);
+    m_expected.clear();
+    if (std::exchange(m_impacted, impacted) != impacted)
+        emit privacyImpacted(impacted);
 }
 
 void PageIndicators::refresh()

@@ -12,21 +12,24 @@ class PageIndicators : public QObject {
 public:
     explicit PageIndicators(QObject *parent);
     void watch(WebPage *page);
-    /// A new page is shown.
-    void reset(const QUrl &url);
-    /// The page's answer came over its connection (an error page of ours did not).
-    void setArrived();
+    /// A page is on its way; what is refused to it before it is shown is kept for it.
+    void expect(const QUrl &url);
+    /// A new page is shown. `arrived`: it came over its connection, as an error page did not.
+    void reset(const QUrl &url, bool arrived = false);
 
 signals:
     void secureChanged(bool secure);
     void privacyImpacted(bool impacted);
 
 private:
+    void noteRefusal(const QString &host);
     void refresh();
 
     QUrl m_url;
+    QUrl m_expected;
     bool m_arrived = false;
     bool m_mixed = false;
     bool m_secure = false;
     bool m_impacted = false;
+    bool m_impactedEarly = false;
 };

@@ -2,6 +2,7 @@
 
 class Frame;
 
-/// The switches of popup control in the Tools menu. Their check marks are the run-time state;
+/// Popup control in the Tools menu: its switches, the maximize catcher's, and the list of blocked
+/// addresses. The check marks are the run-time state;
 /// browser windows read them at the moment of each event.
 void registerPopupCommands(Frame &frame);

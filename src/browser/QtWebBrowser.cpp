@@ -46,8 +46,13 @@ QtWebBrowser::~QtWebBrowser()
 
 void QtWebBrowser::dropPage()
 {
-    LivePages::remove(this);
     m_events = nullptr;
+    deletePage();
+}
+
+void QtWebBrowser::deletePage()
+{
+    LivePages::remove(this);
     if (m_page)
         m_page->disconnect(this);
     delete m_view;
@@ -71,16 +76,36 @@ void QtWebBrowser::setEvents(WebBrowserEvents *events)
 
 void QtWebBrowser::Navigate(const QString &url)
 {
+    m_waiting = false;
     const QUrl address = completeAddress(url);
     if (address.isEmpty()) {
         // The engine would open an empty page instead.
         raiseBeforeNavigate(QUrl(url));
+        emit loadEnded();
         return;
     }
     if (!m_page)
         usePage(takePage());
+    if (address.scheme() == "about"_L1 && !askForBlank(address))
+        return;
     m_host->hideCrash();
     m_page->load(address);
+}
+
+void QtWebBrowser::NavigateLater(const QString &url)
+{
+    if (m_page) {
+        deletePage();
+        forgetPage();
+    }
+    m_location = url;
+    m_waiting = true;
+}
+
+void QtWebBrowser::NavigateNow()
+{
+    if (m_waiting)
+        Navigate(m_location);
 }
 
 bool QtWebBrowser::GoBack()
@@ -91,6 +116,16 @@ bool QtWebBrowser::GoBack()
 bool QtWebBrowser::GoForward()
 {
     return m_page && m_history.goForward(m_page);
+}
+
+QList<HistoryStep> QtWebBrowser::HistorySteps() const
+{
+    return m_page ? m_history.steps(m_page) : QList<HistoryStep>();
+}
+
+bool QtWebBrowser::GoTo(int offset)
+{
+    return m_page && m_history.go(m_page, offset);
 }
 
 void QtWebBrowser::Refresh()

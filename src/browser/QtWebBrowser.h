@@ -28,8 +28,13 @@ public:
     QWidget *widget() override;
     void setEvents(WebBrowserEvents *events) override;
     void Navigate(const QString &url) override;
+    void NavigateLater(const QString &url) override;
+    void NavigateNow() override;
+    bool Waiting() const override { return m_waiting; }
     bool GoBack() override;
     bool GoForward() override;
+    QList<HistoryStep> HistorySteps() const override;
+    bool GoTo(int offset) override;
     void Refresh() override;
     void Refresh2(int level) override;
     void Stop() override;
@@ -43,6 +48,8 @@ public:
     void ClearDocument() override { }
     void OuterHTML(const std::function<void(const QString &)> &done) override;
     bool Busy() const override { return m_busy; }
+    WindowRequest CurrentRequest() const override { return m_request; }
+    void setRefusesUnaskedWindows(bool refuses) override;
     bool Silent() const override { return m_silent; }
     void setSilent(bool silent) override { m_silent = silent; }
     void setRegisterAsBrowser(bool) override { }
@@ -58,11 +65,15 @@ private:
     enum class Stage { None, Asked, Started, Committed };
 
     void usePage(WebPage *page);
+    void deletePage();
+    /// Nothing is left of what the last page was about.
+    void forgetPage();
     void connectPage();
     void connectLoading();
     void adopt(QWebEngineNewWindowRequest &request);
 
     bool ask(const QUrl &url, int type, bool isMainFrame);
+    bool askForBlank(const QUrl &url);
     bool raiseBeforeNavigate(const QUrl &url);
     bool mayLeaveTrace(const QUrl &url) const;
     void replaceWith(const QUrl &url);
@@ -75,7 +86,7 @@ private:
     void onUrlChanged(const QUrl &url);
     void onFrameStarted(const QString &url, bool isMainFrame);
     void onFrameLoaded(const QString &url, bool isMainFrame);
-    void commit(const QString &url);
+    void commit(const QString &url, bool arrived);
     void completeDocument(const QString &url);
 
     void onNewWindowRequested(QWebEngineNewWindowRequest &request);
@@ -103,15 +114,22 @@ private:
     QList<QUrl> m_linksToForget;
     /// What the opening page asked for, pixels; null when nothing or when it is done.
     QRect m_requested;
+    WindowRequest m_request;
     Stage m_stage = Stage::None;
     int m_flags = 0;
     /// Loads whose start and end the engine tells although they were refused.
     int m_refusals = 0;
+    /// The navigation under way takes the place of the current history entry.
+    bool m_replacesEntry = false;
     bool m_adopted = false;
+    /// The page was opened without an address, and the engine has not told of its empty document.
+    bool m_opensEmpty = false;
     bool m_busy = false;
     bool m_hasDocument = false;
     bool m_completed = false;
     bool m_showsError = false;
     bool m_silent = false;
     bool m_shown = true;
+    /// The location is where a page is to be, and there is none.
+    bool m_waiting = false;
 };

@@ -70,10 +70,25 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
             return false;
         }
     }
+    if (!redirected)
+        m_replacesEntry = replacing;
+    m_opensEmpty = false;
     m_replacing.clear();
     m_pending = url;
     m_stage = Stage::Asked;
+    m_indicators->expect(url);
     rememberLink(url);
+    return true;
+}
+
+/// The engine asks nothing before such an address, and over a load that is still under way it does
+/// not tell of its start either.
+bool QtWebBrowser::askForBlank(const QUrl &url)
+{
+    if (!raiseBeforeNavigate(url))
+        return false;
+    m_pending = url;
+    m_stage = Stage::Asked;
     return true;
 }
 
@@ -123,7 +138,10 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
     if (m_refusals > 0 && m_stage != Stage::Asked)
         return;
     if (m_stage != Stage::Asked) {
-        // Addresses such as about:blank, which the engine neither asks for nor lets us refuse;
+        // The empty document that a window begins with is no navigation.
+        if (std::exchange(m_opensEmpty, false))
+            return;
+        // A page opens about:blank, which the engine neither asks for nor lets us refuse;
         // stopping one in a window opened without an address would end the program.
         raiseBeforeNavigate(url);
         m_pending = url;
@@ -138,10 +156,14 @@ void QtWebBrowser::onFrameStarted(const QString &url, bool isMainFrame)
 {
     if (!isMainFrame || m_stage == Stage::None || m_stage == Stage::Committed)
         return;
-    commit(url.startsWith("chrome-error:"_L1) ? encoded(m_pending) : url);
+    // The load that a blank page was opened over has got this far.
+    if (m_pending.scheme() == "about"_L1 && !url.startsWith("about:"_L1))
+        return;
+    const bool failed = url.startsWith("chrome-error:"_L1);
+    commit(failed ? encoded(m_pending) : url, !failed);
 }
 
-void QtWebBrowser::commit(const QString &url)
+void QtWebBrowser::commit(const QString &url, bool arrived)
 {
     m_stage = Stage::Committed;
     m_location = url;
@@ -149,8 +171,8 @@ void QtWebBrowser::commit(const QString &url)
     m_completed = false;
     m_showsError = false;
     m_busy = true;
-    m_indicators->reset(QUrl(url));
-    if ((m_flags & NavFlags::NoHistory) && m_page->history()->count() > 1)
+    m_indicators->reset(QUrl(url), arrived);
+    if ((m_flags & NavFlags::NoHistory) && !m_replacesEntry && m_page->history()->count() > 1)
         m_history.skipCurrent(m_page);
     forgetLinks();
     if (m_events)
@@ -178,6 +200,7 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     const bool stopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
     if (stopped && m_refusals > 0) {
         --m_refusals;
+        emit loadEnded();
         return;
     }
     const bool underWay = m_stage == Stage::Asked || m_stage == Stage::Started;
@@ -185,13 +208,11 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
         // The end of an earlier load, told late.
         if (!samePage(info.url(), m_pending))
             return;
-        commit(encoded(m_page->url()));
+        commit(encoded(m_page->url()), !info.isErrorPage());
     }
     if (info.isErrorPage()) {
         m_showsError = true;
         ErrorPage::show(m_page, m_page->url(), info);
-    } else if (m_stage == Stage::Committed) {
-        m_indicators->setArrived();
     }
     completeDocument(m_location);
     forgetLinks();
@@ -199,6 +220,7 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     m_busy = false;
     m_stage = Stage::None;
     showStatus(stopped ? QString() : statusText(u"strDone"_s, u"Done"_s));
+    emit loadEnded();
 }
 
 void QtWebBrowser::onUrlChanged(const QUrl &url)

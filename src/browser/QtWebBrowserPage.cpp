@@ -14,8 +14,18 @@
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineNewWindowRequest>
+#include <QWebEngineSettings>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+/// A window that its opener's script fills, or sends somewhere later.
+bool opensEmpty(const QUrl &url)
+{
+    return url.isEmpty() || url == QUrl(u"about:blank#blocked"_s)
+        || url.scheme() == "javascript"_L1;
+}
+}
 
 void QtWebBrowser::usePage(WebPage *page)
 {
@@ -31,6 +41,25 @@ void QtWebBrowser::usePage(WebPage *page)
     });
     m_host->setView(m_view);
     applyShown();
+}
+
+void QtWebBrowser::forgetPage()
+{
+    m_history = NavigationHistory();
+    m_pending.clear();
+    m_replacing.clear();
+    m_linksToForget.clear();
+    m_requested = QRect();
+    m_stage = Stage::None;
+    m_refusals = 0;
+    m_adopted = false;
+    m_busy = false;
+    m_hasDocument = false;
+    m_completed = false;
+    m_showsError = false;
+    m_host->hideCrash();
+    m_indicators->reset(QUrl());
+    showStatus(QString());
 }
 
 void QtWebBrowser::connectLoading()
@@ -60,6 +89,10 @@ void QtWebBrowser::connectPage()
             m_events->StatusTextChange(url.isEmpty() ? m_status : url);
     });
     connect(m_page, &QWebEnginePage::newWindowRequested, this, &QtWebBrowser::onNewWindowRequested);
+    connect(m_page, &WebPage::linkWindowRequested, this, [this](const QUrl &url) {
+        if (m_events)
+            m_events->OpenLinkInNewWindow(QString::fromLatin1(url.toEncoded()));
+    });
     connect(m_page, &QWebEnginePage::geometryChangeRequested, this,
             &QtWebBrowser::onGeometryRequested);
     connect(m_page, &QWebEnginePage::windowCloseRequested, this, &QtWebBrowser::onCloseRequested);
@@ -82,17 +115,32 @@ void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
         return;
     WebBrowser *target = nullptr;
     bool cancel = false;
+    m_request = {QString::fromLatin1(request.requestedUrl().toEncoded()),
+                 request.isUserInitiated()};
     m_events->NewWindow2(target, cancel);
     auto *control = qobject_cast<QtWebBrowser *>(target);
     if (control && !cancel)
         control->adopt(request);
 }
 
+void QtWebBrowser::setRefusesUnaskedWindows(bool refuses)
+{
+    if (!m_page)
+        return;
+    constexpr auto attribute = QWebEngineSettings::JavascriptCanOpenWindows;
+    if (refuses)
+        m_page->settings()->setAttribute(attribute, false);
+    else
+        m_page->settings()->resetAttribute(attribute);
+}
+
 void QtWebBrowser::adopt(QWebEngineNewWindowRequest &request)
 {
     m_adopted = true;
-    // The page takes the contents over before anything else has given it some of its own.
-    WebPage *page = makeFreshPage();
+    m_opensEmpty = opensEmpty(request.requestedUrl());
+    // The spare page has contents of its own already, which those of the request replace. A page
+    // without would be left half made, and end the program as soon as a script touches it.
+    WebPage *page = takePage();
     request.openIn(page);
     page->renewInterceptor();
     m_requested = request.requestedGeometry();
@@ -139,4 +187,5 @@ void QtWebBrowser::onRendererGone()
     m_stage = Stage::None;
     m_indicators->reset(QUrl(m_location));
     m_host->showCrash();
+    emit loadEnded();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QIcon>
+#include <QList>
 #include <QVariant>
 #include <QWidget>
 #include <functional>
@@ -35,13 +36,28 @@ inline constexpr int NoHistory = 2;
 inline constexpr int NoWriteToCache = 8;
 }
 
+/// A page's request for a window.
+struct WindowRequest
+{
+    QString url;
+    /// The user clicked or pressed a key for it, once for one window.
+    bool userInitiated = false;
+};
+
 class WebBrowser;
+
+/// A page of a window's history, as seen from the current one.
+struct HistoryStep {
+    /// Pages back (negative) or forward (positive) in the engine's own history.
+    int offset;
+    QString title;
+    QString url;
+};
 
 /// What happens to a page, told to the window that shows it. Arguments by reference are answers
 /// the engine waits for, so handlers return at once: no dialog, no nested event loop, no deletion
 /// of the engine inside any of them.
-class WebBrowserEvents
-{
+class WebBrowserEvents {
 public:
     virtual ~WebBrowserEvents() = default;
     virtual void StatusTextChange(const QString &text) = 0;
@@ -51,6 +67,8 @@ public:
     virtual void BeforeNavigate2(const QString &url, int &flags, bool &cancel) = 0;
     /// A page asks for a window: `target` is the engine control that is to show it.
     virtual void NewWindow2(WebBrowser *&target, bool &cancel) = 0;
+    /// The user chose the page's own menu item that opens a link in a new window.
+    virtual void OpenLinkInNewWindow(const QString &) { }
     /// The page at `url` is shown from now on (its first bytes have arrived).
     virtual void NavigateComplete2(const QString &url) = 0;
     /// The page's address changed without a navigation (a fragment, a history state).
@@ -69,8 +87,7 @@ public:
 /// The engine control of one browser window. Exactly what the rest of the program uses; another
 /// engine, or a test's counting one, can stand behind it. A member that fails returns false or an
 /// empty value and has no effect; nothing is shown to the user.
-class WebBrowser : public QObject
-{
+class WebBrowser : public QObject {
     Q_OBJECT
 
 public:
@@ -83,8 +100,19 @@ public:
 
     /// Loads `url`, completed as a browser does (no scheme: http or a local path).
     virtual void Navigate(const QString &url) = 0;
+    /// The control is at `url` from now on, for `LocationURL` and all who ask it, but holds no
+    /// page; one that was there goes. `NavigateNow` or `Navigate` ends the wait, a refresh does
+    /// not. Never inside an engine callback.
+    virtual void NavigateLater(const QString &url) = 0;
+    /// Loads the address the control waits at; nothing when it does not wait.
+    virtual void NavigateNow() = 0;
+    virtual bool Waiting() const = 0;
     virtual bool GoBack() = 0;
     virtual bool GoForward() = 0;
+    /// The pages Back and Forward would come to, in the order of the history.
+    virtual QList<HistoryStep> HistorySteps() const = 0;
+    /// Goes to a page of `HistorySteps`; false when there is none at that place.
+    virtual bool GoTo(int offset) = 0;
     virtual void Refresh() = 0;
     /// Level 3 reloads past the cache; other levels reload plainly.
     virtual void Refresh2(int level) = 0;
@@ -109,6 +137,11 @@ public:
     /// empty when the page goes away meanwhile.
     virtual void OuterHTML(const std::function<void(const QString &)> &done) = 0;
     virtual bool Busy() const = 0;
+    /// True: the page's scripts get null at once for windows that the user did nothing for, and
+    /// `NewWindow2` is not raised for them.
+    virtual void setRefusesUnaskedWindows(bool) { }
+    /// The request that `NewWindow2` is being raised for.
+    virtual WindowRequest CurrentRequest() const { return {}; }
 
     /// True: script errors are not shown.
     virtual bool Silent() const = 0;
@@ -117,6 +150,11 @@ public:
     /// False while the window is wholly covered: the page is told that it is hidden and costs
     /// nothing, unless it plays sound.
     virtual void setShown(bool shown) = 0;
+
+signals:
+    /// A navigation is over: the page is there, or it failed, was stopped or was refused. Sent
+    /// inside the engine, like the events.
+    void loadEnded();
 };
 
 /// Makes the engine control of a window, parented to `host`. Tests put another maker in.

@@ -9,7 +9,9 @@
 
 #include <QAuthenticator>
 #include <QWebEngineCertificateError>
+#include <QWebEngineContextMenuRequest>
 #include <QWebEngineFullScreenRequest>
+#include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +53,18 @@ void WebPage::setCacheBypass(bool on)
 void WebPage::renewInterceptor()
 {
     setUrlRequestInterceptor(m_cacheBypass);
+}
+
+void WebPage::triggerAction(WebAction action, bool checked)
+{
+    const bool opensLink = action == OpenLinkInNewWindow || action == OpenLinkInNewTab
+        || action == OpenLinkInNewBackgroundTab;
+    const QWebEngineView *view = opensLink ? QWebEngineView::forPage(this) : nullptr;
+    const QWebEngineContextMenuRequest *menu = view ? view->lastContextMenuRequest() : nullptr;
+    if (menu)
+        emit linkWindowRequested(menu->linkUrl());
+    else
+        QWebEnginePage::triggerAction(action, checked);
 }
 
 bool WebPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame)

@@ -24,7 +24,11 @@ public:
     /// The focused element of the page takes text.
     bool hasEditableFocus() const { return m_editableFocus; }
 
+    void triggerAction(WebAction action, bool checked = false) override;
+
 signals:
+    /// An item of the page's own menu opens a link in a new window.
+    void linkWindowRequested(const QUrl &url);
     void frameStarted(const QString &url, bool isMainFrame);
     void frameLoaded(const QString &url, bool isMainFrame);
     /// The button of the error page was pressed.

@@ -1,7 +1,11 @@
 #include "WebView.h"
 
+#include "ProfileDrag.h"
+
 #include <QApplication>
 #include <QChildEvent>
+#include <QDragEnterEvent>
+#include <QMimeData>
 #include <QTimer>
 #include <QWebEnginePage>
 
@@ -27,6 +31,16 @@ bool WebView::eventFilter(QObject *watched, QEvent *event)
         && static_cast<QChildEvent *>(event)->child()->isWidgetType())
         keepFocus();
     return QWebEngineView::eventFilter(watched, event);
+}
+
+/// Refused here, a drag is offered to the widgets around the view, and stays with the one that
+/// takes it.
+void WebView::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (isProfileName(firstDraggedFile(*event->mimeData())))
+        event->ignore();
+    else
+        QWebEngineView::dragEnterEvent(event);
 }
 
 /// A page of another site comes with another widget inside the view, and the focus that the old

@@ -4,6 +4,8 @@
 #include "CoveredWindows.h"
 #include "Forms.h"
 #include "Frame.h"
+#include "MaximizeCatcher.h"
+#include "PopupBudget.h"
 #include "StatusStrip.h"
 #include "Twips.h"
 #include "WindowTabs.h"
@@ -23,6 +25,7 @@ int lastWindowNumber = 0;
 frmBrowser::frmBrowser(Frame &frame)
     : m_frame(frame)
     , m_client(new QWidget)
+    , m_budget(std::make_shared<PopupBudget>())
     , m_hWnd(++lastWindowNumber)
 {
     setObjectName(u"frmBrowser"_s);
@@ -36,6 +39,7 @@ frmBrowser::frmBrowser(Frame &frame)
     m_status = new StatusStrip(m_client);
     m_client->setFocusProxy(m_browser->widget());
     m_client->installEventFilter(this);
+    new MaximizeCatcher(*this, frame);
 
     // The system menu's own keys (Ctrl+W) would make those of the frame's menu ambiguous.
     const QList<QAction *> systemActions = systemMenu()->actions();
@@ -94,7 +98,10 @@ void frmBrowser::Form_Load()
     Forms::add(this);
     if (!StartingAddress.isEmpty()) {
         setWindowTitle(BrowserTabs::displayed(StartingAddress));
-        m_browser->Navigate(StartingAddress);
+        if (StartingLoad == Loading::Now)
+            m_browser->Navigate(StartingAddress);
+        else
+            m_browser->NavigateLater(StartingAddress);
         m_frame.setAddressText(StartingAddress);
         StartingAddress.clear();
     }

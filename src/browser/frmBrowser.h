@@ -4,10 +4,16 @@
 
 #include <QList>
 #include <QMdiSubWindow>
+#include <QPointer>
+#include <memory>
 
 class Frame;
+class PopupBudget;
 class QWidget;
 class StatusStrip;
+
+/// When a window loads its starting address: as it loads itself, or when its turn comes.
+enum class Loading { Now, Later };
 
 /// The inner window that shows one web page: engine control, status bar, and their reflection in
 /// the window's tab and the shared address bar. The creator sets the public members, hands the
@@ -21,6 +27,8 @@ public:
 
     /// Opened when the window loads; empty: the window opens nothing itself.
     QString StartingAddress;
+    /// Later: the window comes up at the address without its page.
+    Loading StartingLoad = Loading::Now;
     /// True from a page's request for this window until its first navigation.
     bool Popup = false;
 
@@ -62,6 +70,7 @@ private:
     void IconChange(const QIcon &icon) override;
     void BeforeNavigate2(const QString &url, int &flags, bool &cancel) override;
     void NewWindow2(WebBrowser *&target, bool &cancel) override;
+    void OpenLinkInNewWindow(const QString &url) override;
     void NavigateComplete2(const QString &url) override;
     void LocationChange(const QString &url) override;
     void DocumentComplete(const QString &url) override;
@@ -77,6 +86,10 @@ private:
     void placeControl();
     void fitToControl();
     void placeStatusBar();
+    frmBrowser *showPopup(bool unasked);
+    void openWaitingPopup(const QString &url);
+    bool closedAsBlocked(const QString &url, bool &cancel);
+    void renewBudget();
     bool isActiveChild() const;
     bool menuChecked(const char *menuName) const;
 
@@ -84,7 +97,15 @@ private:
     QWidget *m_client = nullptr;
     WebBrowser *m_browser = nullptr;
     StatusStrip *m_status = nullptr;
+    /// Shared with the windows that pages of this one open by themselves.
+    std::shared_ptr<PopupBudget> m_budget;
+    /// The site whose pages the budget is for.
+    QString m_budgetHost;
+    /// The active window and the focus before this one, a popup, was shown.
+    QPointer<QMdiSubWindow> m_windowBefore;
+    QPointer<QWidget> m_focusBefore;
     int m_hWnd = 0;
+    bool m_openedUnasked = false;
     bool m_loaded = false;
     bool m_unloaded = false;
     bool m_closeQuestionOpen = false;

@@ -2,6 +2,7 @@
 #include "BrowserTabs.h"
 #include "Frame.h"
 #include "MsgBox.h"
+#include "PopupBudget.h"
 #include "StatusStrip.h"
 #include "TextRules.h"
 #include "Twips.h"
@@ -41,6 +42,8 @@ void frmBrowser::IconChange(const QIcon &icon)
 void frmBrowser::BeforeNavigate2(const QString &url, int &flags, bool &cancel)
 {
     if (Popup) {
+        if (closedAsBlocked(url, cancel))
+            return;
         fitToControl();
         m_frame.setAddressText(url);
         Popup = false;
@@ -74,19 +77,21 @@ void frmBrowser::NewWindow2(WebBrowser *&target, bool &cancel)
         cancel = true;
         return;
     }
-    auto *window = new frmBrowser(m_frame);
-    window->StartingAddress.clear();
-    target = window->brwWebBrowser();
-    window->Popup = true;
-    target->setRegisterAsBrowser(true);
-    target->setSilent(menuChecked("mnuToolsScriptErrorSuppress"));
-    m_frame.adopt(window);
-    window->show();
+    const WindowRequest request = m_browser->CurrentRequest();
+    if (!request.userInitiated
+        && !m_budget->mayOpen(request.url, this,
+                              [this](const QString &url) { openWaitingPopup(url); })) {
+        m_browser->setRefusesUnaskedWindows(m_budget->isClosed());
+        cancel = true;
+        return;
+    }
+    target = showPopup(!request.userInitiated)->brwWebBrowser();
     cancel = false;
 }
 
 void frmBrowser::NavigateComplete2(const QString &)
 {
+    renewBudget();
     m_frame.addAddress(m_browser->LocationURL(), isActiveChild());
 }
 

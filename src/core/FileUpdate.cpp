@@ -23,7 +23,10 @@ QString target(const QString &path)
 bool write(const QString &path, const QByteArray &bytes)
 {
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+    // What fails only as the buffer is written out is no error to `commit`, which would put an
+    // empty file in place on a full disk.
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush()
+        && file.commit())
         return true;
     qCWarning(lcFiles) << "cannot write" << path << file.errorString();
     return false;

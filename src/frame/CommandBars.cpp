@@ -4,6 +4,7 @@
 #include <QMenu>
 
 #include "Frame.h"
+#include "HistoryMenu.h"
 #include "Language.h"
 #include "Settings.h"
 #include "ThemedIcon.h"
@@ -76,6 +77,8 @@ CommandBars::CommandBars(Frame &frame, ToolBar &functions, ToolBar &browser, QOb
     connect(&m_functions, &ToolBar::buttonClicked, this, &CommandBars::clickFunction);
     connect(&m_functions, &ToolBar::dropDown, this, &CommandBars::dropDown);
     connect(&m_browser, &ToolBar::buttonClicked, this, &CommandBars::clickBrowser);
+    connect(&m_browser, &ToolBar::rightClicked, this, &CommandBars::showHistory);
+    connect(&m_browser, &ToolBar::longPressed, this, &CommandBars::showHistory);
 }
 
 void CommandBars::setPressed(const QString &key, bool pressed)
@@ -140,6 +143,18 @@ void CommandBars::dropDown(const QString &key, const QPoint &below)
         popUp(u"mnuFileNew"_s, below);
     else if (key == "FontSize"_L1 && m_frame.activeChild())
         popUp(u"mnuViewFontSize"_s, below);
+}
+
+void CommandBars::showHistory(const QString &key, const QPoint &place)
+{
+    const frmBrowser *active = activeBrowser(m_frame);
+    if (!active || (key != "Back"_L1 && key != "Forward"_L1))
+        return;
+    const auto direction =
+        key == "Back"_L1 ? HistoryDirection::Back : HistoryDirection::Forward;
+    QMenu *menu = makeHistoryMenu(*active->brwWebBrowser(), direction, m_frame.window());
+    if (menu)
+        menu->popup(place);
 }
 
 void CommandBars::popUp(const QString &menuName, const QPoint &below)

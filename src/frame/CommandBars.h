@@ -26,6 +26,8 @@ private:
     void clickBrowser(const QString &key);
     void dropDown(const QString &key, const QPoint &below);
     void popUp(const QString &menuName, const QPoint &below);
+    /// The history behind the buttons Back and Forward.
+    void showHistory(const QString &key, const QPoint &place);
     /// What a button does to the active window's page.
     void actOnPage(const QString &key);
 

@@ -7,7 +7,6 @@
 #include "WebBrowser.h"
 #include "WindowTabs.h"
 #include "Yield.h"
-#include "frmBrowser.h"
 
 using namespace Qt::StringLiterals;
 
@@ -15,21 +14,22 @@ namespace {
 constexpr int maximized = 2;
 }
 
-void openBrowserWindow(Frame &frame, const QString &url, int state)
+QPointer<frmBrowser> openBrowserWindow(Frame &frame, const QString &url, int state, Loading loading)
 {
     if (const frmBrowser *active = activeBrowser(frame))
         frame.tbWindows().setPressed(WindowTabs::key(active->hWnd()), false);
 
-    auto *form = new frmBrowser(frame);
+    const QPointer form = new frmBrowser(frame);
+    form->StartingLoad = loading;
     form->StartingAddress = url.isEmpty() ? Settings::homeUrl() : url;
-    form->brwWebBrowser()->setSilent(
-        frame.menuItem(u"mnuToolsScriptErrorSuppress"_s)->isChecked());
+    form->brwWebBrowser()->setSilent(frame.menuItem(u"mnuToolsScriptErrorSuppress"_s)->isChecked());
     frame.adopt(form);
     if (state == maximized)
         form->showMaximized();
     else
         form->show();
     letPendingEventsRun();
+    return form;
 }
 
 void navigateActive(Frame &frame, const QString &url)

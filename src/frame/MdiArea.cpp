@@ -147,6 +147,16 @@ void MdiArea::restoreAll(const QList<QWidget *> &forms)
     setStates(forms, Qt::WindowNoState);
 }
 
+void MdiArea::restore(QMdiSubWindow *child)
+{
+    QList<QWidget *> forms{child};
+    for (QMdiSubWindow *other : childWindows()) {
+        if (other->isMaximized())
+            forms.append(other);
+    }
+    setStates(forms, Qt::WindowNoState);
+}
+
 int MdiArea::cascadeStep() const
 {
     return style()->pixelMetric(QStyle::PM_TitleBarHeight)

@@ -29,6 +29,9 @@ public:
     void minimizeAll(const QList<QWidget *> &forms);
     /// Gives every one of `forms` the normal state.
     void restoreAll(const QList<QWidget *> &forms);
+    /// Gives a minimized child the normal state. The children are maximized all or none: where
+    /// one is, this ends it.
+    void restore(QMdiSubWindow *child);
 
 signals:
     /// Null when the last child has gone. Not sent when merely the frame loses the focus.

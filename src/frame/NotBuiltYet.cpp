@@ -6,8 +6,6 @@ QStringList notBuiltYet()
 {
     return {
         u"mnuFileSaveAs"_s,
-        u"mnuFileProfiles"_s,
-        u"mnuFileProfilesSave"_s,
         u"mnuFileProperties"_s,
         u"mnuFilePageSetup"_s,
         u"mnuFilePrint"_s,
@@ -34,12 +32,10 @@ QStringList notBuiltYet()
         u"mnuFavoritesImport"_s,
         u"mnuFavoritesShow"_s,
         u"mnuToolsOptions"_s,
-        u"mnuToolsSmartPopupBlockerList"_s,
         u"mnuToolsInternetOptions"_s,
         u"mnuToolsAdvancedInternetOptions"_s,
         u"mnuToolsAddPagesToHistory"_s,
         u"mnuToolsAddFilesToCache"_s,
-        u"mnuToolsMaximizeCatcher"_s,
         u"mnuToolsScriptErrorSuppress"_s,
     };
 }

@@ -54,10 +54,11 @@ frmBrowser *windowOfTab(const QString &key)
 
 void bringToFront(Frame &frame, QMdiSubWindow *window)
 {
-    if (window->isMinimized())
-        window->showNormal();
-    if (QMdiArea *area = window->mdiArea())
+    if (auto *area = qobject_cast<MdiArea *>(window->mdiArea())) {
+        if (window->isMinimized())
+            area->restore(window);
         area->setActiveSubWindow(window);
+    }
     if (const auto *browser = qobject_cast<frmBrowser *>(window))
         frame.setAddressText(browser->brwWebBrowser()->LocationURL());
 }

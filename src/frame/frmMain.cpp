@@ -9,6 +9,7 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QTimer>
 
 #include "AddressHost.h"
 #include "ApplySettings.h"
@@ -25,6 +26,7 @@
 #include "MdiArea.h"
 #include "NavigationCommands.h"
 #include "PopupCommands.h"
+#include "PopupURLs.h"
 #include "ProfileDrag.h"
 #include "ProgramIcon.h"
 #include "ProgramInfo.h"
@@ -50,8 +52,7 @@ constexpr int keyEnter = 13;
 constexpr int keyEscape = 27;
 constexpr QSize designSize(1100, 760);
 
-template <typename Bar>
-Bar *named(Bar *bar, const char *name)
+template <typename Bar> Bar *named(Bar *bar, const char *name)
 {
     bar->setObjectName(QLatin1StringView(name));
     return bar;
@@ -145,7 +146,8 @@ void frmMain::load()
     m_loaded = true;
     Forms::add(this);
     m_commandLine = unquoted(m_commandLine);
-    findChild<QLabel *>(u"pctIcon"_s)->setPixmap(windowIcon().pixmap(QSize(16, 16), devicePixelRatio()));
+    findChild<QLabel *>(u"pctIcon"_s)
+        ->setPixmap(windowIcon().pixmap(QSize(16, 16), devicePixelRatio()));
     applySettings(*this, *m_coolBar);
     restoreBandLayout(*m_coolBar);
     show();
@@ -153,6 +155,7 @@ void frmMain::load()
     if (Settings::isOne(Settings::ShowSplash))
         showSplash(this);
     letPendingEventsRun();
+    LoadPopupURLs();
     openFirstWindow();
 }
 
@@ -198,9 +201,9 @@ int frmMain::NewWindowState() const
     return activeChild() ? normal : maximized;
 }
 
-bool frmMain::openProfile(const QString &, bool)
+bool frmMain::openProfile(const QString &file, bool quiet)
 {
-    return false;
+    return m_profileOpener && m_profileOpener(file, quiet);
 }
 
 WindowTabs &frmMain::tbWindows()
@@ -280,6 +283,11 @@ void frmMain::dropEvent(QDropEvent *event)
     const QString file = firstDraggedFile(*event->mimeData());
     if (file.isEmpty() || QFileInfo(file).isDir())
         return;
-    if (!openProfile(file, false))
-        QApplication::beep();
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    // Opening takes its time, and the program the file comes from waits for the drop to end.
+    QTimer::singleShot(0, this, [this, file] {
+        if (!openProfile(file, false))
+            QApplication::beep();
+    });
 }

@@ -17,8 +17,7 @@ class brwURL;
 
 /// The one frame window: menu bar, tool bar strip, address bar and tabs around the browser
 /// windows. It puts the parts together and answers for them; what each does is theirs.
-class frmMain : public QMainWindow, public Frame, public StartUpFrame
-{
+class frmMain : public QMainWindow, public Frame, public StartUpFrame {
     Q_OBJECT
 
 public:
@@ -29,6 +28,10 @@ public:
     void setCommandLine(const QString &text) { m_commandLine = text; }
     /// To be called once every command group has registered its handlers.
     void closeCommandTable() { m_commands.close(); }
+
+    /// Opens a profile file for `openProfile`; arguments and result are the same.
+    using ProfileOpener = std::function<bool(const QString &file, bool quiet)>;
+    void setProfileOpener(const ProfileOpener &opener) { m_profileOpener = opener; }
 
     // StartUpFrame
     void load() override;
@@ -78,6 +81,7 @@ private:
     TabStrip *m_tbWindows;
     brwURL *m_brwURL1;
     CommandBars *m_commandBars;
+    ProfileOpener m_profileOpener;
     QString m_commandLine;
     int m_brwFlags = 0;
     bool m_loaded = false;

@@ -17,6 +17,8 @@ int runEngineTest(int argc, char **argv)
     for (const char *variable : {"XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME",
                                  "XDG_DOWNLOAD_DIR"})
         qputenv(variable, (folder.path() + QLatin1Char('/') + QLatin1String(variable)).toUtf8());
+    // The certificate store of the engine is in the home folder.
+    qputenv("HOME", folder.path().toUtf8());
     chooseRenderingBackend();
     QApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("OrvaneTest"));

@@ -6,12 +6,10 @@
 #include <QPointer>
 
 /// An engine control without an engine: it counts what it is asked and does what the test says.
-class FakeWebBrowser : public WebBrowser
-{
+class FakeWebBrowser : public WebBrowser {
 public:
     /// One call of `ExecWB`; how many arguments were given is part of what callers promise.
-    struct Exec
-    {
+    struct Exec {
         OleCmd command;
         OleExecOpt option;
         bool hasIn = false;
@@ -37,9 +35,27 @@ public:
 
     QWidget *widget() override { return m_widget; }
     void setEvents(WebBrowserEvents *value) override { events = value; }
-    void Navigate(const QString &url) override { navigated.append(url); }
+    void Navigate(const QString &url) override
+    {
+        waiting = false;
+        navigated.append(url);
+    }
+    void NavigateLater(const QString &url) override
+    {
+        ++waits;
+        waiting = true;
+        location = url;
+    }
+    void NavigateNow() override
+    {
+        if (waiting)
+            Navigate(location);
+    }
+    bool Waiting() const override { return waiting; }
     bool GoBack() override { return ++backs, canGoBack; }
     bool GoForward() override { return ++forwards, canGoForward; }
+    QList<HistoryStep> HistorySteps() const override { return history; }
+    bool GoTo(int offset) override { return wentTo.append(offset), true; }
     void Refresh() override { ++refreshes; }
     void Refresh2(int level) override { refreshLevels.append(level); }
     void Stop() override { ++stops; }
@@ -69,6 +85,7 @@ public:
     void ClearDocument() override { ++cleared; }
     void OuterHTML(const std::function<void(const QString &)> &done) override { done(markup); }
     bool Busy() const override { return busy; }
+    WindowRequest CurrentRequest() const override { return request; }
     bool Silent() const override { return silent; }
     void setSilent(bool value) override { silent = value; }
     void setRegisterAsBrowser(bool on) override { registered = on; }
@@ -83,18 +100,23 @@ public:
     QString location;
     QString markup;
     QVariant result;
+    WindowRequest request;
     int backs = 0;
     int forwards = 0;
     int refreshes = 0;
     int stops = 0;
     int focused = 0;
     int cleared = 0;
+    int waits = 0;
     int status = OleCmdStatus::Supported | OleCmdStatus::Enabled;
     bool succeeds = true;
+    QList<HistoryStep> history;
+    QList<int> wentTo;
     bool canGoBack = true;
     bool canGoForward = true;
     bool hasDocument = false;
     bool busy = false;
+    bool waiting = false;
     bool silent = false;
     bool registered = false;
     bool shown = true;
@@ -104,12 +126,11 @@ private:
 };
 
 /// While it lives, new browser windows get a `FakeWebBrowser`.
-class FakeEngine
-{
+class FakeEngine {
 public:
     FakeEngine()
         : m_old(setWebBrowserMaker(
-              [](QWidget *host) -> WebBrowser * { return new FakeWebBrowser(host); }))
+            [](QWidget *host) -> WebBrowser * { return new FakeWebBrowser(host); }))
     {
     }
     ~FakeEngine() { setWebBrowserMaker(m_old); }

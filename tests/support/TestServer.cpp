@@ -104,6 +104,20 @@ TestServer::TestServer(Kind kind, QObject *parent)
     } else {
         m_server = std::make_unique<QTcpServer>();
     }
+    start();
+}
+
+TestServer::TestServer(const QSslConfiguration &certificate)
+    : m_kind(Kind::Https)
+{
+    auto server = std::make_unique<QSslServer>();
+    server->setSslConfiguration(certificate);
+    m_server = std::move(server);
+    start();
+}
+
+void TestServer::start()
+{
     connect(m_server.get(), &QTcpServer::pendingConnectionAvailable, this, [this] {
         while (QTcpSocket *socket = m_server->nextPendingConnection())
             accept(socket);

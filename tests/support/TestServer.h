@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 
+class QSslConfiguration;
 class QTcpServer;
 class QTcpSocket;
 class QTemporaryDir;
@@ -50,6 +51,8 @@ public:
 
     /// The certificate of an https server is made on the spot and signed by itself.
     explicit TestServer(Kind kind = Kind::Http, QObject *parent = nullptr);
+    /// An https server with a certificate of the caller's.
+    explicit TestServer(const QSslConfiguration &certificate);
     ~TestServer() override;
 
     bool isListening() const;
@@ -75,6 +78,7 @@ signals:
     void requested(const QByteArray &path);
 
 private:
+    void start();
     void accept(QTcpSocket *socket);
     void read(QTcpSocket *socket);
     void answer(QTcpSocket *socket, const Request &request);

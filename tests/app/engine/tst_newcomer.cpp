@@ -1,3 +1,5 @@
+#include <QWebEngineView>
+
 #include "../Session.h"
 #include "Answer.h"
 #include "EngineTest.h"
@@ -33,9 +35,9 @@ private:
 /// painted, so this is for repeating until the click shows its effect.
 void tst_Newcomer::clickPage()
 {
-    QWidget *view = m_session->active()->brwWebBrowser()->widget();
-    QWidget *target = view->focusProxy() ? view->focusProxy() : view;
-    QTest::mouseClick(target, Qt::LeftButton, {}, QPoint(20, 18));
+    const auto *view = m_session->active()->findChild<QWebEngineView *>();
+    if (view && view->focusProxy())
+        QTest::mouseClick(view->focusProxy(), Qt::LeftButton, {}, QPoint(20, 18));
 }
 
 void tst_Newcomer::firstSession()

@@ -21,6 +21,8 @@ private slots:
     void sparePageHasNoHistory();
     void eventsComeInOrder();
     void aboutBlankHasItsEvents();
+    void aboutBlankOverALoadHasItsEvents();
+    void aboutBlankIsRefused();
     void redirectIsOneNavigation();
     void reloadHasItsEvents();
     void framesCompleteBeforeThePage();
@@ -131,6 +133,35 @@ void tst_navigation::aboutBlankHasItsEvents()
     QCOMPARE(m_events->navigation(), expected);
 }
 
+void tst_navigation::aboutBlankOverALoadHasItsEvents()
+{
+    TestServer::Reply silent;
+    silent.silent = true;
+    m_server->reply("/never.png", silent);
+    m_server->page("/slow", "<title>Slow</title><img src=/never.png>");
+    m_browser->Navigate(m_server->url(u"/slow"_s));
+    QTRY_COMPARE(m_events->titles.value(m_events->titles.size() - 1), u"Slow"_s);
+    m_events->lines.clear();
+    m_browser->Navigate(u"about:blank"_s);
+    QTRY_VERIFY2(arrived(u"about:blank"_s), qPrintable(m_events->lines.join(u'|')));
+    QTRY_VERIFY(!m_browser->Busy());
+    const QStringList expected{u"before about:blank"_s, u"navigated about:blank"_s,
+                               u"complete about:blank"_s};
+    QCOMPARE(m_events->navigation(), expected);
+}
+
+void tst_navigation::aboutBlankIsRefused()
+{
+    const QString a = m_server->url(u"/a"_s);
+    m_browser->Navigate(a);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    m_events->refuse = true;
+    m_browser->Navigate(u"about:blank"_s);
+    QCOMPARE(m_events->count(u"before about:blank"_s), 1);
+    QCOMPARE(script(u"document.title"_s), u"Page A"_s);
+    QCOMPARE(m_browser->LocationURL(), a);
+}
+
 void tst_navigation::redirectIsOneNavigation()
 {
     m_server->redirect("/first", "/second");
@@ -217,7 +248,7 @@ void tst_navigation::backAndForward()
     QVERIFY(m_browser->GoBack());
     QTRY_VERIFY(arrived(a));
     QCOMPARE(m_browser->LocationURL(), a);
-    QCOMPARE(m_events->lines.first(), "before "_L1 + a);
+    QCOMPARE(m_events->navigation().first(), "before "_L1 + a);
     QVERIFY(m_browser->GoForward());
     QTRY_VERIFY(arrived(b));
     QCOMPARE(m_browser->LocationURL(), b);

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QStringList>
+
+/// The list of blocked popup addresses as it is in force: what the file AppData/PopupURLs.txt held
+/// when it was last loaded, one pattern of the Like operator per line. Patterns are compared with
+/// whole addresses, letter case counts, and blanks are part of a pattern.
+
+/// Reads the file anew. Lines end with CR LF or LF. A file that is missing or cannot be read gives
+/// one empty element, and a file that ends with a line end gives an empty last one.
+void LoadPopupURLs();
+
+/// The lines as loaded, in order, empty ones included. No elements before the first load.
+const QStringList &PopupURLs();
+
+/// False, and `cancel` set, when `url` matches a pattern; empty elements match nothing, nor do
+/// patterns with an error.
+bool IsPopupURLAllowed(const QString &url, bool &cancel);
+
+/// Replaces the file by the entries that are not empty, each ended by CR LF, in the file's own
+/// encoding where that holds them. False, and the file as it was, when it cannot be written. The
+/// list in force changes with the next load.
+bool SavePopupURLs(const QStringList &entries);

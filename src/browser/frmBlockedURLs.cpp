@@ -1,0 +1,187 @@
+#include "frmBlockedURLs.h"
+
+#include "Forms.h"
+#include "Frame.h"
+#include "Language.h"
+#include "LikeOperator.h"
+#include "MsgBox.h"
+#include "PopupURLs.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize comfortableSize(520, 380);
+
+QString text(const QString &key, const QString &english)
+{
+    return GetLanguageText(u"frmBlockedURLs"_s, key, english);
+}
+
+QPushButton *makeButton(const QString &name, const QString &caption)
+{
+    auto *button = new QPushButton(text(name, caption));
+    button->setObjectName(name);
+    button->setEnabled(false);
+    return button;
+}
+
+}
+
+frmBlockedURLs::frmBlockedURLs(Frame &frame)
+    : QDialog(frame.window())
+    , m_txtBlockURL(new QLineEdit)
+    , m_lstBlockedURLs(new QListWidget)
+    , m_cmdBlock(makeButton(u"cmdBlock"_s, u"&Block"_s))
+    , m_cmdRemove(makeButton(u"cmdRemove"_s, u"&Remove"_s))
+    , m_cmdSaveList(makeButton(u"cmdSaveList"_s, u"&Save List"_s))
+{
+    setObjectName("frmBlockedURLs"_L1);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(text(u"Caption"_s, u"Smart Popup Blocker URLs"_s));
+    arrange();
+    connect(m_txtBlockURL, &QLineEdit::textChanged, this, &frmBlockedURLs::txtBlockURL_Change);
+    connect(m_lstBlockedURLs, &QListWidget::itemSelectionChanged, this,
+            &frmBlockedURLs::lstBlockedURLs_Click);
+    connect(m_cmdBlock, &QPushButton::clicked, this, &frmBlockedURLs::cmdBlock_Click);
+    connect(m_cmdRemove, &QPushButton::clicked, this, &frmBlockedURLs::cmdRemove_Click);
+    connect(m_cmdSaveList, &QPushButton::clicked, this, &frmBlockedURLs::cmdSaveList_Click);
+    Form_Load();
+}
+
+void frmBlockedURLs::arrange()
+{
+    m_txtBlockURL->setObjectName("txtBlockURL"_L1);
+    m_txtBlockURL->setAccessibleName(text(u"txtBlockURL"_s, u"Pattern to block"_s));
+    m_txtBlockURL->setPlaceholderText(text(u"strPattern"_s, u"Pattern, such as *//ads.*"_s));
+    m_lstBlockedURLs->setObjectName("lstBlockedURLs"_L1);
+    m_lstBlockedURLs->setAccessibleName(text(u"lstBlockedURLs"_s, u"Blocked patterns"_s));
+    m_lstBlockedURLs->setUniformItemSizes(true);
+    m_lstBlockedURLs->installEventFilter(this);
+    // Enter in the text box presses it.
+    m_cmdBlock->setDefault(true);
+
+    auto *top = new QHBoxLayout;
+    top->addWidget(m_txtBlockURL);
+    top->addWidget(m_cmdBlock);
+    auto *bottom = new QHBoxLayout;
+    bottom->addWidget(m_cmdRemove);
+    bottom->addStretch();
+    bottom->addWidget(m_cmdSaveList);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(top);
+    layout->addWidget(m_lstBlockedURLs);
+    layout->addLayout(bottom);
+    setSizeGripEnabled(true);
+    resize(comfortableSize);
+    m_txtBlockURL->setFocus();
+}
+
+void frmBlockedURLs::Form_Load()
+{
+    Forms::add(this);
+    QStringList entries = PopupURLs();
+    entries.removeAll(QString());
+    m_lstBlockedURLs->addItems(entries);
+}
+
+void frmBlockedURLs::txtBlockURL_Change()
+{
+    m_cmdBlock->setEnabled(!m_txtBlockURL->text().isEmpty());
+}
+
+QString frmBlockedURLs::selectedEntry() const
+{
+    const QList<QListWidgetItem *> selected = m_lstBlockedURLs->selectedItems();
+    return selected.isEmpty() ? QString() : selected.first()->text();
+}
+
+void frmBlockedURLs::lstBlockedURLs_Click()
+{
+    m_cmdRemove->setEnabled(!selectedEntry().isEmpty());
+}
+
+void frmBlockedURLs::cmdBlock_Click()
+{
+    const QString typed = m_txtBlockURL->text();
+    if (typed.isEmpty())
+        return;
+    // The typed text is the pattern: one that covers what is there already adds nothing.
+    const LikePattern pattern(typed);
+    for (int row = 0; row < m_lstBlockedURLs->count(); ++row) {
+        if (pattern.matches(m_lstBlockedURLs->item(row)->text())) {
+            MsgBox::inform(this,
+                           text(u"sPatternMatch"_s,
+                                u"There is already a pattern match for this "
+                                u"url in the list!"_s));
+            return;
+        }
+    }
+    m_lstBlockedURLs->addItem(typed);
+    m_lstBlockedURLs->setCurrentRow(m_lstBlockedURLs->count() - 1);
+    m_txtBlockURL->clear();
+    m_cmdSaveList->setEnabled(true);
+}
+
+void frmBlockedURLs::cmdRemove_Click()
+{
+    if (m_lstBlockedURLs->selectedItems().isEmpty())
+        return;
+    const int row = m_lstBlockedURLs->row(m_lstBlockedURLs->selectedItems().first());
+    delete m_lstBlockedURLs->takeItem(row);
+    // Nothing is selected now; the keyboard goes on from the entry that moved up.
+    const int next = std::min(row, m_lstBlockedURLs->count() - 1);
+    m_lstBlockedURLs->setCurrentRow(next, QItemSelectionModel::Clear);
+    m_cmdSaveList->setEnabled(true);
+    m_lstBlockedURLs->setFocus();
+}
+
+void frmBlockedURLs::cmdSaveList_Click()
+{
+    QStringList entries;
+    entries.reserve(m_lstBlockedURLs->count());
+    for (int row = 0; row < m_lstBlockedURLs->count(); ++row)
+        entries.append(m_lstBlockedURLs->item(row)->text());
+    SavePopupURLs(entries);
+    LoadPopupURLs();
+    m_cmdSaveList->setEnabled(false);
+    m_lstBlockedURLs->clearSelection();
+    m_txtBlockURL->setFocus();
+}
+
+bool frmBlockedURLs::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_lstBlockedURLs && event->type() == QEvent::KeyPress
+        && listKey(static_cast<QKeyEvent *>(event)->key()))
+        return true;
+    return QDialog::eventFilter(watched, event);
+}
+
+/// True for a key that the list leaves to the dialog.
+bool frmBlockedURLs::listKey(int key)
+{
+    switch (key) {
+    case Qt::Key_Delete:
+        cmdRemove_Click();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        // Would press the button that belongs to the text box.
+        return true;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        if (!m_lstBlockedURLs->selectedItems().isEmpty() || !m_lstBlockedURLs->currentItem())
+            return false;
+        m_lstBlockedURLs->currentItem()->setSelected(true);
+        return true;
+    default:
+        return false;
+    }
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QDialog>
+
+class Frame;
+class QLineEdit;
+class QListWidget;
+class QPushButton;
+
+/// The dialog in which the list of blocked popup addresses is edited. What is changed takes effect
+/// when it is saved; closing the dialog throws unsaved changes away.
+class frmBlockedURLs : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit frmBlockedURLs(Frame &frame);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void arrange();
+    void Form_Load();
+    void txtBlockURL_Change();
+    void lstBlockedURLs_Click();
+    void cmdBlock_Click();
+    void cmdRemove_Click();
+    void cmdSaveList_Click();
+
+    QString selectedEntry() const;
+    bool listKey(int key);
+
+    QLineEdit *m_txtBlockURL;
+    QListWidget *m_lstBlockedURLs;
+    QPushButton *m_cmdBlock;
+    QPushButton *m_cmdRemove;
+    QPushButton *m_cmdSaveList;
+};

@@ -1,0 +1,151 @@
+#include "ProfileCommands.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <memory>
+
+#include "AppFolder.h"
+#include "CommonDialog.h"
+#include "Factory.h"
+#include "Forms.h"
+#include "Language.h"
+#include "MsgBox.h"
+#include "ProfileDrag.h"
+#include "ProfilePages.h"
+#include "ProfileProgress.h"
+#include "UrlProfile.h"
+#include "WebBrowser.h"
+#include "Yield.h"
+#include "frmBrowser.h"
+#include "frmMain.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int normal = 0;
+constexpr int firstFilter = 1;
+
+/// The addresses of all browser windows, in the order in which they were loaded. Other forms only
+/// let pending events run, as browser windows do.
+QStringList openAddresses()
+{
+    QList<QPointer<QWidget>> forms;
+    for (QWidget *form : Forms::all())
+        forms.append(form);
+    QStringList addresses;
+    for (const QPointer<QWidget> &form : std::as_const(forms)) {
+        const auto *window = qobject_cast<frmBrowser *>(form.data());
+        if (window && !window->isUnloaded())
+            addresses.append(window->brwWebBrowser()->LocationURL());
+        letPendingEventsRun();
+    }
+    return addresses;
+}
+
+class ProfileCommands : public QObject {
+public:
+    explicit ProfileCommands(frmMain &frame);
+
+private:
+    void save();
+    void choose();
+    bool open(const QString &file, bool quiet);
+    void openWindows(const QStringList &addresses);
+    CommonDialog &dialog(const QString &titleKey);
+
+    frmMain &m_frame;
+    /// Made at its first use; it remembers the file name for the next one.
+    std::unique_ptr<CommonDialog> m_dialog;
+    ProfilePages *m_pages;
+    ProfileProgress *m_progress;
+};
+
+ProfileCommands::ProfileCommands(frmMain &frame)
+    : QObject(&frame)
+    , m_frame(frame)
+    , m_pages(new ProfilePages(frame, this))
+    , m_progress(new ProfileProgress(&frame))
+{
+    frame.setStatusBar(m_progress);
+    frame.handle(u"mnuFileProfilesSave"_s, [this] { save(); });
+    frame.handle(u"mnuFileProfiles"_s, [this] { choose(); });
+    frame.setProfileOpener([this](const QString &file, bool quiet) { return open(file, quiet); });
+    connect(m_pages, &ProfilePages::progress, m_progress, &ProfileProgress::show);
+    connect(m_progress, &ProfileProgress::stopped, m_pages, &ProfilePages::stop);
+}
+
+CommonDialog &ProfileCommands::dialog(const QString &titleKey)
+{
+    if (!m_dialog)
+        m_dialog = std::make_unique<CommonDialog>();
+    const QString section = u"frmProfile"_s;
+    m_dialog->setFilter(GetLanguageText(section, u"Caption"_s, u"URL Profiles"_s)
+                        + " (*.orp)|*.orp"_L1);
+    m_dialog->setInitDir(AppFolder::path() + "/Profiles/"_L1);
+    m_dialog->setDialogTitle(GetLanguageText(section, titleKey, u"Open A URL Profile"_s));
+    // Names are written as they are typed.
+    m_dialog->setDefaultExt(QString());
+    return *m_dialog;
+}
+
+void ProfileCommands::save()
+{
+    if (!m_frame.activeChild()) {
+        QApplication::beep();
+        return;
+    }
+    CommonDialog &saveDialog = dialog(u"FrameSave"_s);
+    letPendingEventsRun();
+    const int confirmed = saveDialog.ShowSave(&m_frame, firstFilter);
+    letPendingEventsRun();
+    const QString file = saveDialog.FileName();
+    if (confirmed != 0 && !file.isEmpty())
+        UrlProfile::save(file, openAddresses());
+}
+
+void ProfileCommands::choose()
+{
+    CommonDialog &openDialog = dialog(u"FrameOpen"_s);
+    if (openDialog.ShowOpen(&m_frame, firstFilter) != 0)
+        open(openDialog.FileName(), false);
+}
+
+bool ProfileCommands::open(const QString &file, bool quiet)
+{
+    if (!isProfileName(file))
+        return false;
+    const qint32 count = UrlProfile::count(file);
+    if (count == 0) {
+        if (!quiet)
+            MsgBox::inform(&m_frame, u"Error: No URL's In Profile!"_s);
+        return false;
+    }
+    openWindows(UrlProfile::addresses(file, count));
+    m_frame.run(u"mnuWindowCascade"_s);
+    return true;
+}
+
+void ProfileCommands::openWindows(const QStringList &addresses)
+{
+    letPendingEventsRun();
+    const int stops = m_pages->stops();
+    m_pages->beginOpening(int(addresses.size()));
+    for (const QString &address : addresses) {
+        // Pending events run with every window: the user may have ended this, or the program.
+        if (m_pages->stops() != stops || !m_frame.isVisible())
+            break;
+        if (frmBrowser *window = openBrowserWindow(m_frame, address, normal, Loading::Later))
+            m_pages->add(window);
+    }
+    m_pages->endOpening();
+    if (!m_frame.isVisible())
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+}
+
+void registerProfileCommands(frmMain &frame)
+{
+    new ProfileCommands(frame);
+}

@@ -1,0 +1,205 @@
+#include "ProfilePages.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Frame.h"
+#include "WebBrowser.h"
+#include "frmBrowser.h"
+
+namespace {
+
+/// Loading at one time: enough to keep the machine busy while a slow server is waited for.
+constexpr int mostLoading = 8;
+/// A page that has not come by then no longer holds up the others.
+constexpr int longestTurnMs = 30'000;
+constexpr int lookAgainMs = 1000;
+
+bool waits(const frmBrowser &window)
+{
+    return window.brwWebBrowser()->Waiting();
+}
+
+}
+
+ProfilePages::ProfilePages(Frame &frame, QObject *parent)
+    : QObject(parent)
+    , m_frame(frame)
+{
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &ProfilePages::step);
+}
+
+void ProfilePages::beginOpening(int windows)
+{
+    ++m_openings;
+    m_total += windows;
+    m_expected += windows;
+}
+
+void ProfilePages::endOpening()
+{
+    if (--m_openings > 0)
+        return;
+    m_total -= std::exchange(m_expected, 0);
+    if (auto *active = activeBrowser(m_frame); active && find(active))
+        onActivated(active);
+    schedule();
+}
+
+void ProfilePages::add(frmBrowser *window)
+{
+    m_entries.push_back({window, Turn::Ahead, false, {}});
+    --m_expected;
+    connect(window, &QMdiSubWindow::windowStateChanged, this,
+            [this, window](Qt::WindowStates before, Qt::WindowStates now) {
+                if (!(before & Qt::WindowActive) && (now & Qt::WindowActive))
+                    onActivated(window);
+            });
+    connect(window->brwWebBrowser(), &WebBrowser::loadEnded, this,
+            [this, window] { onEnded(window); });
+    connect(window, &QObject::destroyed, this, [this] { schedule(); });
+    report();
+    schedule();
+}
+
+void ProfilePages::stop()
+{
+    ++m_stops;
+    for (Entry &entry : m_entries) {
+        if (entry.window && entry.turn == Turn::Now && !entry.visited)
+            entry.window->brwWebBrowser()->Stop();
+        entry.turn = Turn::Over;
+    }
+    m_loaded = m_total;
+    report();
+}
+
+void ProfilePages::schedule(int milliseconds)
+{
+    if (!m_timer.isActive() || m_timer.remainingTime() > milliseconds)
+        m_timer.start(milliseconds);
+}
+
+ProfilePages::Entry *ProfilePages::find(const QObject *window)
+{
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [window](const Entry &e) { return e.window == window; });
+    return found == m_entries.end() ? nullptr : &*found;
+}
+
+/// May run inside the engine: the page is brought in the next step.
+void ProfilePages::onActivated(frmBrowser *window)
+{
+    if (Entry *entry = find(window)) {
+        entry->visited = true;
+        schedule();
+    }
+}
+
+void ProfilePages::onEnded(frmBrowser *window)
+{
+    Entry *entry = find(window);
+    if (!entry || entry->turn != Turn::Now)
+        return;
+    endTurn(*entry);
+    report();
+    schedule();
+}
+
+void ProfilePages::endTurn(Entry &entry)
+{
+    entry.turn = Turn::Over;
+    ++m_loaded;
+}
+
+void ProfilePages::forgetClosed()
+{
+    std::erase_if(m_entries, [this](const Entry &entry) {
+        const bool closed = !entry.window || entry.window->isUnloaded();
+        if (closed && entry.turn != Turn::Over)
+            --m_total;
+        return closed;
+    });
+}
+
+void ProfilePages::endLateTurns()
+{
+    for (Entry &entry : m_entries) {
+        if (entry.turn == Turn::Now && entry.limit.hasExpired())
+            endTurn(entry);
+        else if (entry.turn == Turn::Ahead && !waits(*entry.window))
+            start(entry);
+    }
+}
+
+/// The entry to load next: where the user is before the others.
+ProfilePages::Entry *ProfilePages::next()
+{
+    const auto unmet = std::find_if(m_entries.begin(), m_entries.end(), [](const Entry &entry) {
+        return entry.visited && waits(*entry.window);
+    });
+    if (unmet != m_entries.end())
+        return &*unmet;
+    const auto loading = std::count_if(m_entries.begin(), m_entries.end(),
+                                       [](const Entry &entry) { return entry.turn == Turn::Now; });
+    const auto ahead = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [](const Entry &entry) { return entry.turn == Turn::Ahead; });
+    return loading < mostLoading && ahead != m_entries.end() ? &*ahead : nullptr;
+}
+
+bool ProfilePages::hasRoom() const
+{
+    const auto pages = std::count_if(m_entries.begin(), m_entries.end(),
+                                     [](const Entry &entry) { return !waits(*entry.window); });
+    return pages < mostPages;
+}
+
+/// Ends the oldest page that nobody has been to; false when there is none to end.
+bool ProfilePages::makeRoom()
+{
+    const auto idle = std::find_if(m_entries.begin(), m_entries.end(), [](const Entry &entry) {
+        return entry.turn == Turn::Over && !entry.visited && !waits(*entry.window);
+    });
+    if (idle == m_entries.end())
+        return false;
+    WebBrowser *browser = idle->window->brwWebBrowser();
+    browser->NavigateLater(browser->LocationURL());
+    return true;
+}
+
+void ProfilePages::start(Entry &entry)
+{
+    if (entry.turn == Turn::Ahead) {
+        entry.turn = Turn::Now;
+        entry.limit.setRemainingTime(longestTurnMs);
+    }
+    entry.window->brwWebBrowser()->NavigateNow();
+}
+
+/// Does one thing that takes time, then lets the interface live.
+void ProfilePages::step()
+{
+    forgetClosed();
+    endLateTurns();
+    Entry *entry = next();
+    const bool room = hasRoom();
+    if (entry && !room && makeRoom()) {
+        schedule();
+    } else if (entry && (room || entry->visited)) {
+        start(*entry);
+        schedule();
+    }
+    report();
+    const bool loading = std::any_of(m_entries.begin(), m_entries.end(),
+                                     [](const Entry &e) { return e.turn == Turn::Now; });
+    if (loading)
+        schedule(lookAgainMs);
+}
+
+void ProfilePages::report()
+{
+    if (m_loaded >= m_total && m_openings == 0)
+        m_loaded = m_total = 0;
+    emit progress(m_loaded, m_total);
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QDeadlineTimer>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <vector>
+
+class Frame;
+class frmBrowser;
+
+/// Brings the pages into the windows that profiles opened: one after the other, so that the
+/// interface stays live however many there are. No more than `mostPages` of these windows have a
+/// page at one time: a page that came in its turn and that nobody has been to makes room for the
+/// next, and comes again when its window is gone to, as the pages do that never had their turn. A
+/// window the user has been to keeps its page.
+class ProfilePages : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr int mostPages = 50;
+
+    ProfilePages(Frame &frame, QObject *parent);
+
+    /// A profile of `windows` addresses is being opened from now to `endOpening`: its windows come
+    /// up and become active by themselves.
+    void beginOpening(int windows);
+    void endOpening();
+    /// A window that waits for its page (`WebBrowser::NavigateLater`).
+    void add(frmBrowser *window);
+
+    /// Ends the loading; windows without a page get it when they are gone to.
+    void stop();
+    /// How often `stop` ended something.
+    int stops() const { return m_stops; }
+
+    /// Of the windows whose turn is not over for all yet.
+    int loaded() const { return m_loaded; }
+    int total() const { return m_total; }
+
+signals:
+    void progress(int loaded, int total);
+
+private:
+    enum class Turn { Ahead, Now, Over };
+    struct Entry {
+        QPointer<frmBrowser> window;
+        Turn turn = Turn::Ahead;
+        /// The user has been there.
+        bool visited = false;
+        QDeadlineTimer limit;
+    };
+
+    void step();
+    void schedule(int milliseconds = 0);
+    Entry *find(const QObject *window);
+    void onActivated(frmBrowser *window);
+    void onEnded(frmBrowser *window);
+    void endTurn(Entry &entry);
+    void forgetClosed();
+    void endLateTurns();
+    Entry *next();
+    bool hasRoom() const;
+    bool makeRoom();
+    void start(Entry &entry);
+    void report();
+
+    Frame &m_frame;
+    std::vector<Entry> m_entries;
+    QTimer m_timer;
+    int m_openings = 0;
+    /// Windows that were announced and are still to be added.
+    int m_expected = 0;
+    int m_loaded = 0;
+    int m_total = 0;
+    int m_stops = 0;
+};

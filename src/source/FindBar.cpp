@@ -1,0 +1,178 @@
+#include "FindBar.h"
+
+#include "Language.h"
+#include "RichTextBox.h"
+
+#include <QDeadlineTimer>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
+#include <QStringMatcher>
+#include <QTextBlock>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int recountMilliseconds = 150;
+/// Counting in a long text stops after this long and says "more than".
+constexpr int countingMilliseconds = 40;
+
+QString text(const char *key, const QString &english)
+{
+    return GetLanguageText(u"frmSource"_s, QString::fromLatin1(key), english);
+}
+
+}
+
+FindBar::FindBar(RichTextBox *box, QWidget *parent)
+    : QWidget(parent)
+    , m_box(box)
+    , m_text(new QLineEdit(this))
+    , m_count(new QLabel(this))
+{
+    setObjectName("FindBar"_L1);
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(4, 2, 4, 2);
+    auto *label = new QLabel(text("lblFind", u"F&ind:"_s), this);
+    label->setObjectName("lblFind"_L1);
+    label->setBuddy(m_text);
+    row->addWidget(label);
+    m_text->setObjectName("txtFind"_L1);
+    m_text->setAccessibleName(label->text().remove(u'&').remove(u':'));
+    m_text->setClearButtonEnabled(true);
+    row->addWidget(m_text, 1);
+    addButton("cmdFindPrevious", u"&Previous"_s, &FindBar::findPrevious);
+    addButton("cmdFindNext", u"&Next"_s, &FindBar::findNext);
+    m_count->setObjectName("lblCount"_L1);
+    row->addWidget(m_count);
+    addButton("cmdFindClose", u"Close"_s, &FindBar::dismiss);
+    m_recount.setSingleShot(true);
+    m_recount.setInterval(recountMilliseconds);
+    connect(&m_recount, &QTimer::timeout, this, &FindBar::count);
+    connect(box, &RichTextBox::changed, this, [this] {
+        if (isVisible())
+            m_recount.start();
+    });
+    connect(m_text, &QLineEdit::textChanged, this, [this] {
+        find(false, true);
+        count();
+    });
+    hide();
+}
+
+void FindBar::addButton(const char *name, const QString &caption, void (FindBar::*action)())
+{
+    const QString shown = text(name, caption);
+    auto *button = new QPushButton(shown, this);
+    button->setObjectName(QLatin1String(name));
+    button->setAccessibleName(QString(shown).remove(u'&'));
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, action);
+    layout()->addWidget(button);
+}
+
+void FindBar::open()
+{
+    show();
+    const QString selected = m_box->SelText();
+    if (!selected.isEmpty() && !selected.contains(u'\n'))
+        m_text->setText(selected);
+    m_text->selectAll();
+    m_text->setFocus();
+    count();
+}
+
+void FindBar::dismiss()
+{
+    hide();
+    m_box->setFocus();
+}
+
+void FindBar::findNext()
+{
+    find(false, false);
+}
+
+void FindBar::findPrevious()
+{
+    find(true, false);
+}
+
+void FindBar::select(qsizetype at, qsizetype length)
+{
+    QTextCursor cursor = m_box->textCursor();
+    cursor.setPosition(int(at));
+    cursor.setPosition(int(at + length), QTextCursor::KeepAnchor);
+    m_box->setTextCursor(cursor);
+    m_box->centerCursor();
+}
+
+void FindBar::find(bool backwards, bool fromSelectionStart)
+{
+    const QString wanted = m_text->text();
+    if (wanted.isEmpty())
+        return;
+    m_box->finishFilling();
+    const QString &all = m_box->buffer().text();
+    const QTextCursor cursor = m_box->textCursor();
+    qsizetype at = -1;
+    if (backwards) {
+        const qsizetype from = cursor.selectionStart() - 1;
+        if (from >= 0)
+            at = all.lastIndexOf(wanted, from, Qt::CaseInsensitive);
+        if (at < 0)
+            at = all.lastIndexOf(wanted, -1, Qt::CaseInsensitive);
+    } else {
+        const int from = fromSelectionStart ? cursor.selectionStart() : cursor.selectionEnd();
+        at = all.indexOf(wanted, from, Qt::CaseInsensitive);
+        if (at < 0)
+            at = all.indexOf(wanted, 0, Qt::CaseInsensitive);
+    }
+    if (at >= 0)
+        select(at, wanted.size());
+}
+
+void FindBar::count()
+{
+    const QString wanted = m_text->text();
+    if (wanted.isEmpty()) {
+        m_count->clear();
+        return;
+    }
+    const QDeadlineTimer deadline(countingMilliseconds);
+    const QString &all = m_box->buffer().text();
+    const QStringMatcher matcher(wanted, Qt::CaseInsensitive);
+    constexpr qsizetype piece = 200'000;
+    int hits = 0;
+    qsizetype from = 0;
+    bool more = false;
+    while (!more && from < all.size()) {
+        // Pieces overlap by what a hit may reach into the next one.
+        const QStringView part = QStringView(all).mid(from, piece + wanted.size() - 1);
+        qsizetype at = matcher.indexIn(part);
+        qsizetype end = 0;
+        for (; at >= 0; at = matcher.indexIn(part, end)) {
+            ++hits;
+            end = at + wanted.size();
+        }
+        from += qMax(qMin(piece, part.size()), end);
+        more = deadline.hasExpired() && from < all.size();
+    }
+    const QString number = QLocale().toString(hits);
+    m_count->setText(more ? text("strMoreThan", u"more than %1 found"_s).arg(number)
+                          : text("strFound", u"%1 found"_s).arg(number));
+}
+
+void FindBar::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        dismiss();
+    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        find(event->modifiers() & Qt::ShiftModifier, false);
+    else
+        QWidget::keyPressEvent(event);
+}

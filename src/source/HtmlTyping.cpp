@@ -1,0 +1,114 @@
+#include "HtmlTyping.h"
+
+#include "HtmlColouring.h"
+#include "RichTextBox.h"
+
+using namespace Qt::StringLiterals;
+using HtmlColouring::defaultColours;
+
+namespace {
+
+/// Puts a tab before the selection and after each of its line breaks, and selects it again.
+void indent(RichTextBox &box)
+{
+    const int start = box.SelStart();
+    const QString text = u'\t' + box.SelText().replace("\r\n"_L1, "\r\n\t"_L1);
+    box.setSelText(text);
+    box.setSelStart(start);
+    box.setSelLength(int(text.size()));
+}
+
+/// The third character of a comment's opener makes the three a comment.
+void colourOpener(RichTextBox &box)
+{
+    constexpr int length = 3;
+    const qsizetype caret = box.caret();
+    if (caret < length || box.buffer().text().sliced(caret - length, length) != "<!-"_L1)
+        return;
+    const char index = box.colourIndex(defaultColours[HtmlColouring::Comment]);
+    box.setColours(caret - length, QByteArray(length, index));
+}
+
+bool pressInTag(RichTextBox &box, QStringView before, QChar character)
+{
+    switch (character.unicode()) {
+    case u'-':
+        colourOpener(box);
+        return false;
+    case u' ':
+        box.setSelColor(
+            defaultColours[HtmlTyping::insideValue(before) ? HtmlColouring::AttributeValue
+                                                           : HtmlColouring::AttributeName]);
+        return false;
+    case u'=':
+        box.type(character);
+        box.setSelColor(defaultColours[HtmlColouring::AttributeValue]);
+        return true;
+    case u'>':
+        box.setSelColor(defaultColours[HtmlColouring::Tag]);
+        box.type(character);
+        box.setSelColor(defaultColours[HtmlColouring::PlainText]);
+        return true;
+    default:
+        return false;
+    }
+}
+
+}
+
+namespace HtmlTyping {
+
+bool insideComment(QStringView before)
+{
+    for (qsizetype i = before.size() - 1; i >= 2; --i) {
+        if (before[i] == u'>' && before[i - 1] == u'-' && before[i - 2] == u'-')
+            return false;
+        if (before[i] == u'-' && i >= 3 && before[i - 1] == u'-' && before[i - 2] == u'!'
+            && before[i - 3] == u'<')
+            return true;
+    }
+    return false;
+}
+
+bool insideTag(QStringView before)
+{
+    for (qsizetype i = before.size() - 1; i >= 0; --i) {
+        if (before[i] == u'<' || before[i] == u'>')
+            return before[i] == u'<';
+    }
+    return false;
+}
+
+bool insideValue(QStringView before)
+{
+    int quotes = 0;
+    for (qsizetype i = before.size() - 1; i >= 0 && before[i] != u'<'; --i) {
+        if (before[i] == u'"')
+            ++quotes;
+        // An "=" inside the value, as in an address, has no quote right after it.
+        else if (before[i] == u'=' && quotes > 0)
+            return quotes % 2 == 1;
+    }
+    return false;
+}
+
+bool press(RichTextBox &box, QChar character)
+{
+    // Typing ">" turns to black before anything else is looked at, also inside a comment.
+    if (character == u'>')
+        box.setSelColor(0);
+    if (character == u'\t') {
+        if (box.SelLength() == 0)
+            return false;
+        indent(box);
+        return true;
+    }
+    const QStringView before = QStringView(box.buffer().text()).left(box.selectionStart());
+    if (insideComment(before))
+        return false;
+    if (character == u'<')
+        box.setSelColor(defaultColours[HtmlColouring::Tag]);
+    return insideTag(before) && pressInTag(box, before, character);
+}
+
+}

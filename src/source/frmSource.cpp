@@ -1,0 +1,201 @@
+#include "frmSource.h"
+
+#include "FindBar.h"
+#include "Forms.h"
+#include "Language.h"
+#include "LineNumbers.h"
+#include "MsgBox.h"
+#include "RecoveredText.h"
+#include "RichTextBox.h"
+#include "txtHTML.h"
+
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMenu>
+#include <QTextBlock>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int longestSubject = 300;
+std::function<void(QWidget *)> aboutHandler;
+
+QString languageText(const char *key, const QString &english)
+{
+    return GetLanguageText(u"frmSource"_s, QString::fromLatin1(key), english);
+}
+
+const QString fileFilter =
+    u"HTML Files (*.html)|*.html|HTM Files (*.htm)|*.htm|All Files (*.*)|*.*"_s;
+
+}
+
+frmSource::frmSource()
+    : m_editor(new txtHTML)
+    , m_findBar(nullptr)
+{
+    setObjectName("frmSource"_L1);
+    setAttribute(Qt::WA_DeleteOnClose);
+    Forms::add(this);
+    auto *area = new QWidget(this);
+    auto *column = new QVBoxLayout(area);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    m_editor->setObjectName("txtHTML1"_L1);
+    m_editor->rtf1().setAccessibleName(languageText("strSource", u"Source"_s));
+    new LineNumbers(&m_editor->rtf1());
+    m_findBar = new FindBar(&m_editor->rtf1(), area);
+    column->addWidget(m_editor, 1);
+    column->addWidget(m_findBar);
+    setCentralWidget(area);
+    buildMenus();
+    buildStatusBar();
+    connectEditor();
+    setSubject({});
+    resize(800, 600);
+    m_editor->setFocus();
+}
+
+frmSource::~frmSource()
+{
+    keepUnsaved();
+}
+
+frmSource *frmSource::openOn(const QString &html, const QString &address)
+{
+    auto *window = new frmSource;
+    window->m_editor->setText(html);
+    window->m_editor->setSelStart(0);
+    window->setSubject(address);
+    window->setEdited(false);
+    window->show();
+    return window;
+}
+
+void frmSource::setAboutHandler(const std::function<void(QWidget *)> &handler)
+{
+    aboutHandler = handler;
+}
+
+void frmSource::setSubject(const QString &subject)
+{
+    m_subject = subject;
+    const QString caption = languageText("Caption", u"Document HTML"_s);
+    // A page's address may be as long as the page itself.
+    const QString shown = subject.size() > longestSubject
+        ? QString(subject.left(longestSubject) + u'\u2026')
+        : subject;
+    setWindowTitle(shown.isEmpty() ? caption : shown + " - "_L1 + caption);
+}
+
+void frmSource::connectEditor()
+{
+    connect(m_editor, &txtHTML::Change, this, [this] { setEdited(true); });
+    connect(m_editor, &txtHTML::RightClick, this, [this] { m_editMenu->popup(QCursor::pos()); });
+    connect(m_editor, &txtHTML::DropFile, this, &frmSource::openFile);
+}
+
+void frmSource::fileOpen()
+{
+    m_dialog.setDialogTitle(u"Open an HTML Source File...."_s);
+    m_dialog.setFilter(fileFilter);
+    if (m_dialog.ShowOpen(this, 1) != 0)
+        openFile(m_dialog.FileName());
+}
+
+void frmSource::openFile(const QString &file)
+{
+    if (!QFileInfo::exists(file))
+        return;
+    const bool wasEdited = m_edited;
+    const QString before = wasEdited ? m_editor->Text() : QString();
+    if (!m_editor->OpenFile(file)) {
+        MsgBox::inform(this,
+                       languageText("strCannotOpen", u"The file cannot be read:"_s) + u'\n' + file);
+        return;
+    }
+    if (wasEdited)
+        RecoveredText::keep(before);
+    setSubject(file);
+    setEdited(false);
+}
+
+void frmSource::fileSave()
+{
+    m_dialog.setDialogTitle(u"Save HTML Source File...."_s);
+    m_dialog.setFilter(fileFilter);
+    if (m_dialog.ShowSave(this, 1) == 0)
+        return;
+    if (!m_editor->SaveFile(m_dialog.FileName())) {
+        MsgBox::inform(this,
+                       languageText("strCannotSave", u"The file cannot be written:"_s) + u'\n'
+                           + m_dialog.FileName());
+        return;
+    }
+    setSubject(m_dialog.FileName());
+    setEdited(false);
+}
+
+void frmSource::fileExit()
+{
+    close();
+}
+
+void frmSource::helpAbout()
+{
+    if (aboutHandler)
+        aboutHandler(this);
+}
+
+void frmSource::goToLine()
+{
+    auto *dialog = new QInputDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setObjectName("GoToLine"_L1);
+    dialog->setWindowTitle(languageText("cmdGoToLine", u"Go To Line"_s));
+    dialog->setLabelText(languageText("lblLine", u"Line:"_s));
+    dialog->setInputMode(QInputDialog::IntInput);
+    RichTextBox &box = m_editor->rtf1();
+    box.finishFilling();
+    dialog->setIntRange(1, box.document()->blockCount());
+    dialog->setIntValue(box.textCursor().blockNumber() + 1);
+    connect(dialog, &QInputDialog::intValueSelected, this, [this](int line) {
+        RichTextBox &text = m_editor->rtf1();
+        text.setTextCursor(QTextCursor(text.document()->findBlockByNumber(line - 1)));
+        text.centerCursor();
+        text.setFocus();
+    });
+    dialog->open();
+}
+
+void frmSource::setEdited(bool edited)
+{
+    if (edited == m_edited)
+        return;
+    m_edited = edited;
+    // Folders can be long: the tool tip has all of it where the bar has not.
+    m_state->setText(
+        edited
+            ? languageText("strUnsaved", u"Not saved. If closed like this, a copy is kept in %1"_s)
+                  .arg(RecoveredText::folder())
+            : QString());
+    m_state->setToolTip(m_state->text());
+}
+
+void frmSource::keepUnsaved()
+{
+    if (m_edited && !RecoveredText::keep(m_editor->Text()).isEmpty())
+        m_edited = false;
+}
+
+void frmSource::closeEvent(QCloseEvent *event)
+{
+    keepUnsaved();
+    // A window that is on its way out is no longer one of the loaded forms.
+    Forms::remove(this);
+    event->accept();
+}

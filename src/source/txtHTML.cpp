@@ -1,0 +1,302 @@
+#include "txtHTML.h"
+
+#include "HtmlColourer.h"
+#include "HtmlFixups.h"
+#include "HtmlTyping.h"
+#include "RichTextBox.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QScrollBar>
+#include <QTimerEvent>
+
+using namespace Qt::StringLiterals;
+using HtmlColouring::defaultColours;
+
+namespace {
+
+/// Up to this many characters the text is coloured at once, by way of its document.
+constexpr int atOnce = 100'000;
+constexpr int sliceMilliseconds = 12;
+int lastNumber = 0;
+
+}
+
+txtHTML::txtHTML(QWidget *parent)
+    : QWidget(parent)
+    , m_rtf1(new RichTextBox(this))
+    , m_hWnd(++lastNumber)
+{
+    setObjectName("txtHTML"_L1);
+    m_rtf1->setObjectName("rtf1"_L1);
+    setFocusProxy(m_rtf1);
+    m_rtf1->setKeyPress([this](QChar c) { return HtmlTyping::press(*m_rtf1, c); });
+    m_rtf1->setPaste([this] { Paste(); });
+    connect(m_rtf1, &RichTextBox::changed, this, &txtHTML::onChanged);
+    connect(m_rtf1, &RichTextBox::fileDropped, this, &txtHTML::DropFile);
+    connect(m_rtf1, &RichTextBox::fillProgress, this, &txtHTML::reportProgress);
+    connect(m_rtf1, &RichTextBox::mouseClicked, this, [this](Qt::MouseButton button) {
+        if (button == Qt::RightButton)
+            Q_EMIT RightClick();
+        else if (button == Qt::LeftButton)
+            Q_EMIT LeftClick();
+    });
+}
+
+txtHTML::~txtHTML() = default;
+
+void txtHTML::resizeEvent(QResizeEvent *event)
+{
+    Q_UNUSED(event);
+    m_rtf1->setGeometry(rect());
+}
+
+bool txtHTML::CanUndo() const
+{
+    return m_rtf1->document()->isUndoAvailable();
+}
+
+void txtHTML::Undo()
+{
+    m_rtf1->undo();
+}
+
+void txtHTML::Cut()
+{
+    Copy();
+    m_rtf1->setSelText({});
+}
+
+void txtHTML::Copy()
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    clipboard->setText(SelText());
+}
+
+void txtHTML::Paste()
+{
+    m_rtf1->setSelText(QGuiApplication::clipboard()->text());
+    m_rtf1->setSelStart(0);
+    m_rtf1->setSelLength(m_rtf1->TextLength());
+    ColorHTML();
+    m_rtf1->setSelStart(1);
+}
+
+void txtHTML::SelectAll()
+{
+    m_rtf1->setSelStart(0);
+    m_rtf1->setSelLength(m_rtf1->TextLength());
+    m_rtf1->setFocus();
+}
+
+void txtHTML::Delete()
+{
+    m_rtf1->setSelText({});
+}
+
+QString txtHTML::fcnGetRTFColor(const QVariant &Color) const
+{
+    return HtmlColouring::fcnGetRTFColor(Color);
+}
+
+QString txtHTML::ReplaceText(const QString &patrn, const QString &replStr,
+                             const QString &textStr) const
+{
+    return HtmlColouring::ReplaceText(patrn, replStr, textStr);
+}
+
+void txtHTML::HighlightAll()
+{
+    if (m_rtf1->TextLength() > atOnce) {
+        // Selecting would make the box show all of a long text first.
+        startColouring(0, m_rtf1->buffer().text().size());
+    } else {
+        m_rtf1->setSelStart(0);
+        m_rtf1->setSelLength(m_rtf1->TextLength());
+        ColorHTML();
+    }
+    m_rtf1->setCaretAtEnd();
+}
+
+void txtHTML::Highlight_Selected()
+{
+    // Hiding the box itself would take the focus from it.
+    m_rtf1->setUpdatesEnabled(false);
+    ColorHTML();
+    m_rtf1->setSelLength(0);
+    m_rtf1->setUpdatesEnabled(true);
+}
+
+void txtHTML::Un_Highlight()
+{
+    m_colourTimer.stop();
+    m_colourer.reset();
+    // Source that looks like rich text must not be taken for it.
+    m_rtf1->clearColours();
+    reportProgress();
+}
+
+void txtHTML::ColorHTML()
+{
+    if (m_rtf1->SelLength() < 1)
+        return;
+    const qsizetype from = m_rtf1->selectionStart();
+    if (m_rtf1->TextLength() > atOnce)
+        startColouring(from, m_rtf1->textCursor().selectionEnd() - from);
+    else
+        colourThroughDocument();
+}
+
+void txtHTML::colourThroughDocument()
+{
+    const int top = m_rtf1->verticalScrollBar()->value();
+    const int left = m_rtf1->horizontalScrollBar()->value();
+    const int start = m_rtf1->SelStart();
+    const int length = m_rtf1->SelLength();
+    const auto select = [this](int from, int count) {
+        m_rtf1->setSelStart(from);
+        m_rtf1->setSelLength(count);
+    };
+    select(0, start);
+    const QString before = m_rtf1->SelRTF();
+    select(start + length, m_rtf1->TextLength() - start - length);
+    const QString after = m_rtf1->SelRTF();
+    select(start, length);
+    const QString text = m_rtf1->SelText();
+    m_rtf1->setTextRTF(HtmlColouring::colouredDocument(text, before, after));
+    select(start, length);
+
+    using namespace HtmlFixups;
+    for (Range match = nextPlainText(text, 0); match.found();
+         match = nextPlainText(text, match.end)) {
+        select(start + int(match.start) + 1, int(match.end - match.start) - 2);
+        m_rtf1->setSelColor(defaultColours[HtmlColouring::PlainText]);
+    }
+    for (Range match = nextComment(text, 0); match.found(); match = nextComment(text, match.end)) {
+        select(start + int(match.start), int(match.end - match.start));
+        m_rtf1->setSelColor(defaultColours[HtmlColouring::Comment]);
+    }
+    m_rtf1->verticalScrollBar()->setValue(top);
+    m_rtf1->horizontalScrollBar()->setValue(left);
+}
+
+void txtHTML::startColouring(qsizetype from, qsizetype length)
+{
+    if (m_colourer)
+        colourSlice(-1);
+    std::array<char, HtmlColouring::slotCount> indexes{};
+    for (int slot = 0; slot < HtmlColouring::slotCount; ++slot)
+        indexes[slot] = m_rtf1->colourIndex(defaultColours[slot]);
+    m_colourer = std::make_unique<HtmlColourer>(m_rtf1->buffer().text().mid(from, length), indexes);
+    m_colouredFrom = from;
+    m_shown = 0;
+    colourSlice(sliceMilliseconds);
+    if (m_colourer)
+        m_colourTimer.start(0, this);
+}
+
+/// Goes on colouring for that long; to the end when it is negative.
+void txtHTML::colourSlice(int milliseconds)
+{
+    const bool done = m_colourer->run(QDeadlineTimer(milliseconds));
+    const QByteArrayView colours = m_colourer->colours();
+    const qsizetype scanned = m_colourer->scanned();
+    if (done)
+        m_rtf1->setColours(m_colouredFrom, colours);
+    else
+        m_rtf1->setColours(m_colouredFrom + m_shown, colours.sliced(m_shown, scanned - m_shown));
+    m_shown = scanned;
+    if (done) {
+        m_colourTimer.stop();
+        m_colourer.reset();
+    }
+    reportProgress();
+}
+
+void txtHTML::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == m_colourTimer.timerId() && m_colourer)
+        colourSlice(sliceMilliseconds);
+    else
+        QWidget::timerEvent(event);
+}
+
+bool txtHTML::isBusy() const
+{
+    return m_colourer || m_rtf1->isFilling();
+}
+
+void txtHTML::finish()
+{
+    m_rtf1->finishFilling();
+    if (m_colourer)
+        colourSlice(-1);
+}
+
+void txtHTML::onChanged()
+{
+    if (m_colourer) {
+        // The text is no longer the one being coloured: begin again with all of it.
+        m_colourTimer.stop();
+        m_colourer.reset();
+        if (!m_rtf1->isFilling())
+            startColouring(0, m_rtf1->buffer().text().size());
+    }
+    Q_EMIT Change();
+}
+
+void txtHTML::reportProgress()
+{
+    if (!isBusy())
+        Q_EMIT Progress(100);
+    else if (m_colourer)
+        Q_EMIT Progress(int(m_colourer->scanned() * 99 / qMax(m_colourer->size(), qsizetype(1))));
+}
+
+int txtHTML::SelLength() const
+{
+    return m_rtf1->SelLength();
+}
+
+void txtHTML::setSelLength(int length)
+{
+    m_rtf1->setSelLength(length);
+}
+
+int txtHTML::SelStart() const
+{
+    return m_rtf1->SelStart();
+}
+
+void txtHTML::setSelStart(int position)
+{
+    m_rtf1->setSelStart(position);
+}
+
+QString txtHTML::SelText() const
+{
+    return m_rtf1->SelText();
+}
+
+void txtHTML::setSelText(const QString &text)
+{
+    const int start = m_rtf1->SelStart();
+    m_rtf1->setSelText(text);
+    const int end = m_rtf1->SelStart();
+    m_rtf1->setSelStart(start);
+    m_rtf1->setSelLength(end - start);
+    Highlight_Selected();
+    m_rtf1->setSelStart(end);
+}
+
+QString txtHTML::Text() const
+{
+    return m_rtf1->Text();
+}
+
+void txtHTML::setText(const QString &text)
+{
+    m_rtf1->setText(text);
+    HighlightAll();
+}

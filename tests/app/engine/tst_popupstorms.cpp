@@ -1,0 +1,185 @@
+// Pages that ask for windows without end, in the whole program.
+#include "AllCommands.h"
+#include "EngineTest.h"
+#include "Forms.h"
+#include "PopupURLs.h"
+#include "QtWebBrowser.h"
+#include "TempAppFolder.h"
+#include "TestServer.h"
+#include "WebPage.h"
+#include "frmBrowser.h"
+#include "frmMain.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTestEventLoop>
+
+using namespace Qt::StringLiterals;
+
+class tst_popupstorms : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void killPopupsRefusesAll();
+    void smartKillerClosesAll();
+    void withoutSwitchesTheRestWaitsForOneQuestion();
+    void answerYesOpensTheRest();
+    void pageThatOpensItselfAgainIsGotRidOf();
+
+private:
+    void start(const QByteArray &script);
+    void verifyMenuAnswers();
+    void closeAll();
+    QList<QMessageBox *> questions() const { return m_frame->findChildren<QMessageBox *>(); }
+    int told(const QString &expression);
+
+    std::unique_ptr<TempAppFolder> m_folder;
+    std::unique_ptr<TestServer> m_server;
+    std::unique_ptr<frmMain> m_frame;
+};
+
+void tst_popupstorms::init()
+{
+    m_folder = std::make_unique<TempAppFolder>();
+    m_server = std::make_unique<TestServer>();
+    QVERIFY(m_folder->isValid() && m_server->isListening());
+    QVERIFY(m_folder->setSetting(u"Options"_s, u"Show-Splash"_s, u"0"_s));
+    m_server->page("/p", "<title>popup</title>");
+    m_frame = std::make_unique<frmMain>();
+    registerAllCommands(*m_frame);
+}
+
+void tst_popupstorms::cleanup()
+{
+    if (m_frame)
+        closeAll();
+    m_frame->menuItem(u"mnuToolsKillPopUps"_s)->setChecked(false);
+    m_frame.reset();
+    m_server.reset();
+    m_folder.reset();
+}
+
+/// Loads the frame on a page with this script; `storm(n)` asks for n windows and then sets `done`.
+void tst_popupstorms::start(const QByteArray &script)
+{
+    m_server->page("/opener",
+                   "<title>opener</title><script>got=0;done=0;"
+                   "storm=n=>{for(let i=0;i<n;++i)if(window.open('about:blank'))++got;"
+                   "done=1};"
+                   "onload=()=>setTimeout(()=>{"
+                       + script + "},1)</script>");
+    m_frame->setCommandLine(m_server->url(u"/opener"_s));
+    m_frame->load();
+    QTRY_VERIFY(!browserForms().isEmpty());
+}
+
+void tst_popupstorms::verifyMenuAnswers()
+{
+    QMenu *menu = m_frame->menuItem(u"mnuTools"_s)->menu();
+    menu->popup(m_frame->mapToGlobal(QPoint(20, 20)));
+    QTRY_VERIFY(menu->isVisible());
+    menu->close();
+    QTRY_VERIFY(!menu->isVisible());
+}
+
+void tst_popupstorms::closeAll()
+{
+    m_frame->run(u"mnuFileCloseAll"_s);
+    QTRY_COMPARE(browserForms().size(), 0);
+    QTRY_VERIFY(m_frame->findChildren<frmBrowser *>().isEmpty());
+}
+
+/// A number of the first window's page.
+int tst_popupstorms::told(const QString &expression)
+{
+    int result = 0;
+    auto *control = qobject_cast<QtWebBrowser *>(browserForms().first()->brwWebBrowser());
+    if (!control || !control->page())
+        return 0;
+    // The page waits for this program at each window, so events are dealt with as they come.
+    QTestEventLoop loop;
+    control->page()->runJavaScript(expression, [&](const QVariant &value) {
+        result = value.toInt();
+        loop.exitLoop();
+    });
+    loop.enterLoopMSecs(60000);
+    [&] { QVERIFY(!loop.timeout()); }();
+    return result;
+}
+
+void tst_popupstorms::killPopupsRefusesAll()
+{
+    QVERIFY(m_folder->setSetting(u"Settings"_s, u"Kill-Popups"_s, u"True"_s));
+    start("storm(1000)");
+    verifyMenuAnswers();
+    QTRY_COMPARE_WITH_TIMEOUT(told(u"window.done"_s), 1, 60000);
+    QCOMPARE(told(u"window.got"_s), 0);
+    QCOMPARE(browserForms().size(), 1);
+    QVERIFY(questions().isEmpty());
+}
+
+void tst_popupstorms::smartKillerClosesAll()
+{
+    QVERIFY(m_folder->setSetting(u"Settings"_s, u"SmartPopupKiller"_s, u"True"_s));
+    QVERIFY(m_folder->write(u"AppData/PopupURLs.txt"_s, "about:*\r\n"));
+    start("storm(1000)");
+    verifyMenuAnswers();
+    QTRY_COMPARE_WITH_TIMEOUT(told(u"window.done"_s), 1, 120000);
+    QTRY_COMPARE_WITH_TIMEOUT(browserForms().size(), 1, 60000);
+    verifyMenuAnswers();
+}
+
+void tst_popupstorms::withoutSwitchesTheRestWaitsForOneQuestion()
+{
+    QVERIFY(m_folder->setSetting(u"Settings"_s, u"SmartPopupKiller"_s, u"False"_s));
+    start("storm(1000)");
+    QTRY_COMPARE_WITH_TIMEOUT(questions().size(), 1, 60000);
+    verifyMenuAnswers();
+    QTRY_COMPARE_WITH_TIMEOUT(told(u"window.done"_s), 1, 120000);
+    QCOMPARE(browserForms().size(), 51);
+    QCOMPARE(questions().size(), 1);
+    questions().first()->button(QMessageBox::No)->click();
+    QTRY_VERIFY(questions().isEmpty());
+    QCOMPARE(browserForms().size(), 51);
+    closeAll();
+}
+
+void tst_popupstorms::answerYesOpensTheRest()
+{
+    QVERIFY(m_folder->setSetting(u"Settings"_s, u"SmartPopupKiller"_s, u"False"_s));
+    start("storm(55)");
+    QTRY_COMPARE_WITH_TIMEOUT(questions().size(), 1, 60000);
+    QTRY_COMPARE_WITH_TIMEOUT(told(u"window.done"_s), 1, 60000);
+    questions().first()->button(QMessageBox::Yes)->click();
+    QTRY_COMPARE_WITH_TIMEOUT(browserForms().size(), 56, 60000);
+    verifyMenuAnswers();
+}
+
+void tst_popupstorms::pageThatOpensItselfAgainIsGotRidOf()
+{
+    m_server->page("/again",
+                   "<title>again</title><script>"
+                   "onunload=onpagehide=()=>window.open('/again');"
+                   "setInterval(()=>{if(opener&&opener.closed)window.open('/again')},5)"
+                   "</script>");
+    start("w=null;setInterval(()=>{if(!w||w.closed)w=window.open('/again')},5)");
+    for (int round = 0; round < 3; ++round) {
+        QTRY_COMPARE(browserForms().size(), 2);
+        QTRY_COMPARE(browserForms().at(1)->windowTitle(), u"again"_s);
+        browserForms().at(1)->unload();
+    }
+    QTRY_COMPARE(browserForms().size(), 2);
+    closeAll();
+    // Whatever was still on its way has come by the time another page is there.
+    m_frame->OpenBrowserWindow(m_server->url(u"/p"_s), 0);
+    QTRY_COMPARE(browserForms().size(), 1);
+    QTRY_COMPARE(browserForms().first()->windowTitle(), u"popup"_s);
+    QCOMPARE(browserForms().size(), 1);
+}
+
+ORVANE_ENGINE_TEST_MAIN(tst_popupstorms)
+#include "tst_popupstorms.moc"

@@ -1,0 +1,327 @@
+// Popups that begin with an address of the user's list close themselves; all others stay.
+#include "EngineTest.h"
+#include "PopupScene.h"
+
+#include <QDialog>
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+#include <QPointer>
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// The fields of a process's state after its name; empty when it is gone.
+QList<QByteArray> stateOf(const QString &process)
+{
+    QFile file("/proc/"_L1 + process + "/stat"_L1);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray line = file.readAll();
+    return line.mid(line.lastIndexOf(')') + 2).split(' ');
+}
+
+bool isOurs(QString process)
+{
+    const QString own = QString::number(QCoreApplication::applicationPid());
+    while (process.toInt() > 1) {
+        if (process == own)
+            return true;
+        process = QString::fromLatin1(stateOf(process).value(1));
+    }
+    return false;
+}
+
+/// Those that start pages' processes among them: their command line is the same.
+bool isForPages(const QByteArray &commandLine)
+{
+    return commandLine.contains("--type=renderer") || commandLine.contains("--type=zygote");
+}
+
+/// The engine's processes for pages that this program has running.
+int renderers()
+{
+    int count = 0;
+    const QStringList processes = QDir(u"/proc"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &process : processes) {
+        QFile file("/proc/"_L1 + process + "/cmdline"_L1);
+        if (file.open(QIODevice::ReadOnly) && isForPages(file.readAll())
+            && isOurs(process))
+            ++count;
+    }
+    return count;
+}
+}
+
+class tst_smartpopups : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup() { m_scene.reset(); }
+    void matchLeavesNothing();
+    void matchIsShownForAnInstant();
+    void maximizedOpenerStaysMaximized();
+    void focusInTheFrameStaysThere();
+    void noMatchStaysAlsoLater();
+    void emptyListLetsEverythingOpen();
+    void switchedOffLetsEverythingOpen();
+    void killPopupsWins();
+    void starBlocksEveryPopup();
+    void letterCaseCounts();
+    void redirectTargetsAreNotTested();
+    void emptyWindowIsTestedWhenItIsSentSomewhere();
+    void explicitAboutBlankIsAFirstAddress();
+    void aboutBlankOnTheListCloses();
+    void listOnDiskCountsFromTheNextLoad();
+    void usersWindowsAreNotTested();
+    void closedPopupIsClosedForItsOpener();
+
+private:
+    frmBrowser *openerOf(const QByteArray &code, bool maximized = false);
+    void proveNothingElseOpens(const frmBrowser *opener);
+
+    std::unique_ptr<PopupScene> m_scene;
+};
+
+void tst_smartpopups::init()
+{
+    m_scene = std::make_unique<PopupScene>();
+    QVERIFY(m_scene->isReady());
+    m_scene->smart();
+    m_scene->server.page("/ads/x", "<title>ad</title>");
+    m_scene->server.page("/p", "<title>popup</title>");
+    m_scene->server.page("/marker", "<title>marker</title>");
+    m_scene->server.redirect("/go", "/ads/x");
+}
+
+frmBrowser *tst_smartpopups::openerOf(const QByteArray &code, bool maximized)
+{
+    return m_scene->openPage("<button id=b onclick=\"w=" + code + ";window.done=1\">b</button>"
+                             "<p><button id=m onclick=\"window.open('/marker')\">m</button>",
+                             maximized);
+}
+
+/// What was asked for is dealt with in order, so a later window that is there proves that nothing
+/// is on its way any more.
+void tst_smartpopups::proveNothingElseOpens(const frmBrowser *opener)
+{
+    QTRY_COMPARE(PopupScene::popups().size(), 0);
+    PopupScene::click(opener, u"m"_s);
+    QTRY_COMPARE(PopupScene::popups().size(), 1);
+    QTRY_COMPARE(PopupScene::popups().first()->windowTitle(), u"marker"_s);
+    QCOMPARE(m_scene->server.count("/ads/x"), 0);
+}
+
+void tst_smartpopups::matchLeavesNothing()
+{
+    m_scene->block(u"*/ads/*\r\n"_s);
+    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    const int processes = renderers();
+    QVERIFY(processes > 0);
+    QWidget *focus = QWebEngineView::forPage(PopupScene::control(opener)->page())->focusProxy();
+    PopupScene::click(opener, u"b"_s);
+    QTRY_COMPARE(PopupScene::script(opener, u"window.done"_s).toInt(), 1);
+    QTRY_VERIFY(PopupScene::script(opener, u"w.closed"_s).toBool());
+    QTRY_COMPARE(m_scene->frame.area->subWindowList().size(), 1);
+    QCOMPARE(m_scene->frame.tabs.tabs.size(), 1);
+    QCOMPARE(m_scene->frame.activeChild(), opener);
+    QVERIFY(m_scene->frame.tabOf(opener).pressed);
+    QTRY_COMPARE(QApplication::focusWidget(), focus);
+    QTRY_VERIFY(renderers() <= processes);
+    QCOMPARE(m_scene->frame.addressText, m_scene->server.url(u"/opener"_s));
+    QVERIFY(m_scene->frame.window()->findChildren<QDialog *>().isEmpty());
+    proveNothingElseOpens(opener);
+}
+
+void tst_smartpopups::matchIsShownForAnInstant()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
+    PopupScene::click(opener, u"b"_s);
+    QTRY_VERIFY(activated.size() >= 2);
+    QTRY_COMPARE(PopupScene::popups().size(), 0);
+    QTRY_COMPARE(m_scene->frame.activeChild(), opener);
+}
+
+void tst_smartpopups::maximizedOpenerStaysMaximized()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener = openerOf("window.open('/ads/x')", true);
+    QVERIFY(opener->isMaximized());
+    PopupScene::click(opener, u"b"_s);
+    QTRY_VERIFY(PopupScene::script(opener, u"window.w && w.closed"_s).toBool());
+    QTRY_VERIFY(opener->isMaximized());
+    QCOMPARE(m_scene->frame.activeChild(), opener);
+    proveNothingElseOpens(opener);
+}
+
+void tst_smartpopups::focusInTheFrameStaysThere()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener =
+        m_scene->openPage("<script>go=()=>setTimeout(()=>{w=window.open('/ads/x')},1)</script>");
+    auto *main = qobject_cast<QMainWindow *>(m_scene->frame.window());
+    auto *field = new QLineEdit(main);
+    field->show();
+    main->activateWindow();
+    field->setFocus();
+    QTRY_COMPARE(QApplication::focusWidget(), field);
+    PopupScene::script(opener, u"go()"_s);
+    QTRY_VERIFY(PopupScene::script(opener, u"window.w && w.closed"_s).toBool());
+    QTRY_COMPARE(QApplication::focusWidget(), field);
+    QCOMPARE(m_scene->frame.activeChild(), opener);
+}
+
+void tst_smartpopups::noMatchStaysAlsoLater()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener = openerOf("window.open('/p')");
+    PopupScene::click(opener, u"b"_s);
+    QPointer<frmBrowser> popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_COMPARE(popup->windowTitle(), u"popup"_s);
+    QVERIFY(!popup->Popup);
+    PopupScene::script(popup, u"location='/ads/x'; 1"_s);
+    QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
+}
+
+void tst_smartpopups::emptyListLetsEverythingOpen()
+{
+    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    PopupScene::click(opener, u"b"_s);
+    frmBrowser *popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
+}
+
+void tst_smartpopups::switchedOffLetsEverythingOpen()
+{
+    m_scene->block(u"*"_s);
+    m_scene->smart(false);
+    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    PopupScene::click(opener, u"b"_s);
+    frmBrowser *popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
+}
+
+void tst_smartpopups::killPopupsWins()
+{
+    m_scene->block(u"*/ads/*"_s);
+    m_scene->kill();
+    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
+    PopupScene::click(opener, u"b"_s);
+    QTRY_VERIFY(PopupScene::script(opener, u"window.done && (!w || w.closed)"_s).toBool());
+    QCOMPARE(activated.size(), 0);
+    m_scene->kill(false);
+    proveNothingElseOpens(opener);
+}
+
+void tst_smartpopups::starBlocksEveryPopup()
+{
+    m_scene->block(u"*"_s);
+    frmBrowser *opener = openerOf("window.open('/p')");
+    PopupScene::click(opener, u"b"_s);
+    QTRY_VERIFY(PopupScene::script(opener, u"window.w && w.closed"_s).toBool());
+    QCOMPARE(m_scene->server.count("/p"), 0);
+    QTRY_COMPARE(PopupScene::popups().size(), 0);
+}
+
+void tst_smartpopups::letterCaseCounts()
+{
+    m_scene->block(u"*/ADS/*"_s);
+    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    PopupScene::click(opener, u"b"_s);
+    frmBrowser *popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
+}
+
+void tst_smartpopups::redirectTargetsAreNotTested()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener = openerOf("window.open('/go')");
+    PopupScene::click(opener, u"b"_s);
+    frmBrowser *popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
+}
+
+void tst_smartpopups::emptyWindowIsTestedWhenItIsSentSomewhere()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener = openerOf("window.open('')");
+    PopupScene::click(opener, u"b"_s);
+    QPointer<frmBrowser> popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QVERIFY(popup->Popup);
+    PopupScene::script(opener, u"w.location='/ads/x'; 1"_s);
+    QTRY_VERIFY(!popup);
+    proveNothingElseOpens(opener);
+}
+
+void tst_smartpopups::explicitAboutBlankIsAFirstAddress()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener = openerOf("window.open('about:blank')");
+    PopupScene::click(opener, u"b"_s);
+    frmBrowser *popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_VERIFY(!popup->Popup);
+    PopupScene::script(opener, u"w.location='/ads/x'; 1"_s);
+    QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
+}
+
+void tst_smartpopups::aboutBlankOnTheListCloses()
+{
+    m_scene->block(u"about:blank"_s);
+    frmBrowser *opener = openerOf("window.open('about:blank')");
+    PopupScene::click(opener, u"b"_s);
+    QTRY_VERIFY(PopupScene::script(opener, u"window.w && w.closed"_s).toBool());
+    proveNothingElseOpens(opener);
+}
+
+void tst_smartpopups::listOnDiskCountsFromTheNextLoad()
+{
+    m_scene->block(u"nothing"_s);
+    QVERIFY(m_scene->folder.write(u"AppData/PopupURLs.txt"_s, "*/p\n"));
+    frmBrowser *opener = openerOf("window.open('/p')");
+    PopupScene::click(opener, u"b"_s);
+    QPointer<frmBrowser> popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_COMPARE(popup->windowTitle(), u"popup"_s);
+    popup->unload();
+    QTRY_VERIFY(!popup);
+    LoadPopupURLs();
+    PopupScene::script(opener, u"w=null; window.done=0"_s);
+    PopupScene::click(opener, u"b"_s);
+    QTRY_VERIFY(PopupScene::script(opener, u"window.done && w.closed"_s).toBool());
+    proveNothingElseOpens(opener);
+}
+
+void tst_smartpopups::usersWindowsAreNotTested()
+{
+    m_scene->block(u"*"_s);
+    frmBrowser *form = m_scene->frame.open(m_scene->server.url(u"/ads/x"_s));
+    QTRY_COMPARE(form->windowTitle(), u"ad"_s);
+    form->brwWebBrowser()->Navigate(m_scene->server.url(u"/p"_s));
+    QTRY_COMPARE(form->windowTitle(), u"popup"_s);
+}
+
+void tst_smartpopups::closedPopupIsClosedForItsOpener()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    PopupScene::click(opener, u"b"_s);
+    QTRY_VERIFY(PopupScene::script(opener, u"window.w && w.closed"_s).toBool());
+    PopupScene::script(opener, u"w.location='/p'; 1"_s);
+    proveNothingElseOpens(opener);
+    QCOMPARE(m_scene->server.count("/p"), 0);
+}
+
+ORVANE_ENGINE_TEST_MAIN(tst_smartpopups)
+#include "tst_smartpopups.moc"

@@ -1,0 +1,398 @@
+// In which order a browser window deals with a popup's first navigation, and the maximize catcher.
+#include "FakeWebBrowser.h"
+#include "PopupScene.h"
+#include "StatusStrip.h"
+
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+const QString address = u"http://popup.example/"_s;
+}
+
+class tst_popuporder : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void matchDoesNothingElse();
+    void firstNavigationFitsTheWindow();
+    void filledWindowIsNotFitted();
+    void onlyTheFirstNavigationFits();
+    void blankFirstNavigationIsCancelled_data();
+    void blankFirstNavigationIsCancelled();
+    void documentIsClearedAndFlagsAreSet();
+    void popupIsSetUp();
+    void killPopupsMakesNothing();
+    void fiftyUnaskedWindowsThenOneQuestion();
+    void answerYesOpensThoseThatWaited();
+    void killPopupsHoldsBackThoseThatWaited();
+    void answerNoForgetsThem();
+    void anotherSiteBeginsAnew();
+    void windowsOpenedUnaskedShareTheAccount();
+    void askedForWindowsAreNotCounted();
+    void catcherMovesTwice();
+    void catcherIsOffWithoutTheMark();
+    void catcherIsStoppedByAPageAfterTheMarkIsGone();
+    void catcherMarkTouchesNothingElse();
+
+private:
+    frmBrowser *openWindow();
+    FakeWebBrowser *engineOf(const frmBrowser *form)
+    {
+        return static_cast<FakeWebBrowser *>(form->brwWebBrowser());
+    }
+    frmBrowser *openPopup();
+    bool ask(const frmBrowser *opener, const QString &url = address, bool byUser = false);
+    QList<QMessageBox *> questions() const;
+    bool navigate(const frmBrowser *form, const QString &url, int *flags = nullptr);
+
+    std::unique_ptr<FakeEngine> m_engine;
+    std::unique_ptr<PopupScene> m_scene;
+};
+
+void tst_popuporder::init()
+{
+    m_engine = std::make_unique<FakeEngine>();
+    m_scene = std::make_unique<PopupScene>();
+    QVERIFY(m_scene->isReady());
+}
+
+void tst_popuporder::cleanup()
+{
+    m_scene.reset();
+    m_engine.reset();
+}
+
+frmBrowser *tst_popuporder::openWindow()
+{
+    frmBrowser *form = m_scene->frame.open(u"http://opener.example/"_s);
+    form->resize(600, 400);
+    return form;
+}
+
+/// One request of the page; true when it got a window.
+bool tst_popuporder::ask(const frmBrowser *opener, const QString &url, bool byUser)
+{
+    engineOf(opener)->request = {url, byUser};
+    WebBrowser *target = nullptr;
+    bool cancel = false;
+    engineOf(opener)->events->NewWindow2(target, cancel);
+    return target && !cancel;
+}
+
+frmBrowser *tst_popuporder::openPopup()
+{
+    frmBrowser *opener = openWindow();
+    if (!ask(opener, address, true))
+        return nullptr;
+    frmBrowser *popup = browserForms().last();
+    popup->resize(600, 400);
+    engineOf(popup)->moves.clear();
+    return popup;
+}
+
+QList<QMessageBox *> tst_popuporder::questions() const
+{
+    return m_scene->frame.window()->findChildren<QMessageBox *>();
+}
+
+bool tst_popuporder::navigate(const frmBrowser *form, const QString &url, int *flags)
+{
+    int own = -1;
+    bool cancel = false;
+    engineOf(form)->events->BeforeNavigate2(url, flags ? *flags : own, cancel);
+    return !cancel;
+}
+
+void tst_popuporder::matchDoesNothingElse()
+{
+    m_scene->smart();
+    m_scene->block(u"*popup*"_s);
+    QPointer<frmBrowser> popup = openPopup();
+    QVERIFY(popup);
+    FakeWebBrowser *engine = engineOf(popup);
+    engine->hasDocument = true;
+    engine->widget()->setGeometry(10, 10, 50, 50);
+    m_scene->frame.addressText = u"before"_s;
+    m_scene->frame.flags = 10;
+    int flags = -1;
+    QVERIFY(!navigate(popup, address, &flags));
+    QVERIFY(popup->isUnloaded());
+    QVERIFY(popup->Popup);
+    QVERIFY(engine->moves.isEmpty());
+    QCOMPARE(engine->cleared, 0);
+    QCOMPARE(flags, -1);
+    QCOMPARE(m_scene->frame.addressText, u"before"_s);
+    QCOMPARE(m_scene->frame.tabs.tabs.size(), 1);
+    QVERIFY(!engine->events);
+    QTRY_VERIFY(!popup);
+    QTRY_COMPARE(FakeWebBrowser::made().size(), 1);
+}
+
+void tst_popuporder::firstNavigationFitsTheWindow()
+{
+    frmBrowser *popup = openPopup();
+    QVERIFY(popup);
+    popup->showMaximized();
+    engineOf(popup)->widget()->setGeometry(12, 34, 300, 200);
+    QVERIFY(navigate(popup, address));
+    QVERIFY(!popup->isMaximized());
+    QCOMPARE(popup->geometry(), QRect(12, 34, 300 + 57, 200 + 59));
+    QCOMPARE(engineOf(popup)->moves.last().topLeft(), QPoint(0, 0));
+    QCOMPARE(engineOf(popup)->moves.last().width(), popup->innerWidth());
+    QCOMPARE(m_scene->frame.addressText, address);
+    QVERIFY(!popup->Popup);
+}
+
+void tst_popuporder::filledWindowIsNotFitted()
+{
+    frmBrowser *popup = openPopup();
+    QVERIFY(popup);
+    popup->Form_Resize();
+    const QRect before = popup->geometry();
+    QVERIFY(navigate(popup, address));
+    QCOMPARE(popup->geometry(), before);
+    QVERIFY(!engineOf(popup)->moves.isEmpty());
+}
+
+void tst_popuporder::onlyTheFirstNavigationFits()
+{
+    frmBrowser *popup = openPopup();
+    QVERIFY(popup);
+    QVERIFY(navigate(popup, address));
+    const QRect before = popup->geometry();
+    engineOf(popup)->widget()->setGeometry(12, 34, 300, 200);
+    m_scene->frame.addressText.clear();
+    QVERIFY(navigate(popup, address));
+    QCOMPARE(popup->geometry(), before);
+    QCOMPARE(engineOf(popup)->widget()->geometry(), QRect(12, 34, 300, 200));
+    QCOMPARE(m_scene->frame.addressText, QString());
+}
+
+void tst_popuporder::blankFirstNavigationIsCancelled_data()
+{
+    QTest::addColumn<QString>("url");
+    QTest::addColumn<bool>("hasDocument");
+    QTest::addColumn<bool>("proceeds");
+    QTest::newRow("empty") << QString() << false << false;
+    QTest::newRow("no host") << u"http:///"_s << false << false;
+    QTest::newRow("empty, document there") << QString() << true << true;
+    QTest::newRow("no host, document there") << u"http:///"_s << true << true;
+    QTest::newRow("about:blank") << u"about:blank"_s << false << true;
+}
+
+void tst_popuporder::blankFirstNavigationIsCancelled()
+{
+    QFETCH(const QString, url);
+    QFETCH(const bool, hasDocument);
+    m_scene->smart();
+    m_scene->block(u"*popup*"_s);
+    frmBrowser *popup = openPopup();
+    QVERIFY(popup);
+    engineOf(popup)->hasDocument = hasDocument;
+    QTEST(navigate(popup, url), "proceeds");
+    QVERIFY(!popup->isUnloaded());
+    QVERIFY(!popup->Popup);
+    QVERIFY(popup->isVisible());
+}
+
+void tst_popuporder::documentIsClearedAndFlagsAreSet()
+{
+    frmBrowser *popup = openPopup();
+    QVERIFY(popup);
+    engineOf(popup)->hasDocument = true;
+    m_scene->frame.flags = 10;
+    int flags = 0;
+    QVERIFY(navigate(popup, address, &flags));
+    QCOMPARE(engineOf(popup)->cleared, 1);
+    QCOMPARE(flags, 10);
+}
+
+void tst_popuporder::popupIsSetUp()
+{
+    m_scene->check(u"mnuToolsScriptErrorSuppress"_s, true);
+    frmBrowser *popup = openPopup();
+    QVERIFY(popup);
+    QVERIFY(popup->Popup);
+    QVERIFY(popup->StartingAddress.isEmpty());
+    QVERIFY(engineOf(popup)->registered);
+    QVERIFY(engineOf(popup)->silent);
+    QVERIFY(engineOf(popup)->navigated.isEmpty());
+    QCOMPARE(m_scene->frame.tabOf(popup).caption, u"Loading..."_s);
+}
+
+void tst_popuporder::killPopupsMakesNothing()
+{
+    m_scene->kill();
+    m_scene->smart();
+    m_scene->block(u"*"_s);
+    const frmBrowser *opener = openWindow();
+    QVERIFY(!ask(opener, address, true));
+    for (int i = 0; i < 1000; ++i)
+        QVERIFY(!ask(opener));
+    QCOMPARE(FakeWebBrowser::made().size(), 1);
+    QVERIFY(questions().isEmpty());
+}
+
+void tst_popuporder::fiftyUnaskedWindowsThenOneQuestion()
+{
+    const frmBrowser *opener = openWindow();
+    for (int i = 0; i < 50; ++i)
+        QVERIFY(ask(opener));
+    QVERIFY(questions().isEmpty());
+    for (int i = 0; i < 200; ++i)
+        QVERIFY(!ask(opener));
+    QCOMPARE(questions().size(), 1);
+    QVERIFY(questions().first()->isVisible());
+    QVERIFY(!questions().first()->isModal());
+    QCOMPARE(browserForms().size(), 51);
+}
+
+void tst_popuporder::answerYesOpensThoseThatWaited()
+{
+    const frmBrowser *opener = openWindow();
+    for (int i = 0; i < 53; ++i)
+        ask(opener, address + QString::number(i));
+    QCOMPARE(browserForms().size(), 51);
+    questions().first()->button(QMessageBox::Yes)->click();
+    QTRY_COMPARE(browserForms().size(), 54);
+    QCOMPARE(engineOf(browserForms().last())->navigated, QStringList{address + "52"_L1});
+    QVERIFY(browserForms().last()->Popup);
+    QTRY_VERIFY(ask(opener));
+    QTRY_VERIFY(questions().isEmpty());
+}
+
+void tst_popuporder::killPopupsHoldsBackThoseThatWaited()
+{
+    const frmBrowser *opener = openWindow();
+    for (int i = 0; i < 53; ++i)
+        ask(opener);
+    m_scene->kill();
+    questions().first()->button(QMessageBox::Yes)->click();
+    // One of those that waited is dealt with in each turn of the event loop.
+    int turns = 0;
+    QTimer everyTurn;
+    connect(&everyTurn, &QTimer::timeout, this, [&turns] { ++turns; });
+    everyTurn.start(0);
+    QTRY_VERIFY(turns > 10);
+    m_scene->kill(false);
+    QVERIFY(ask(opener));
+    QCOMPARE(browserForms().size(), 52);
+}
+
+void tst_popuporder::answerNoForgetsThem()
+{
+    const frmBrowser *opener = openWindow();
+    for (int i = 0; i < 53; ++i)
+        ask(opener);
+    questions().first()->button(QMessageBox::No)->click();
+    QTRY_VERIFY(questions().isEmpty());
+    QVERIFY(!ask(opener));
+    QVERIFY(questions().isEmpty());
+    QVERIFY(ask(opener, address, true));
+    QCOMPARE(browserForms().size(), 52);
+}
+
+void tst_popuporder::anotherSiteBeginsAnew()
+{
+    const frmBrowser *opener = openWindow();
+    engineOf(opener)->location = u"http://opener.example/"_s;
+    engineOf(opener)->events->NavigateComplete2(u"http://opener.example/"_s);
+    for (int i = 0; i < 51; ++i)
+        ask(opener);
+    questions().first()->button(QMessageBox::No)->click();
+    engineOf(opener)->location = u"http://opener.example/other"_s;
+    engineOf(opener)->events->NavigateComplete2(u"http://opener.example/other"_s);
+    QVERIFY(!ask(opener));
+    engineOf(opener)->location = u"http://another.example/"_s;
+    engineOf(opener)->events->NavigateComplete2(u"http://another.example/"_s);
+    QVERIFY(ask(opener));
+}
+
+void tst_popuporder::windowsOpenedUnaskedShareTheAccount()
+{
+    const frmBrowser *opener = openWindow();
+    QVERIFY(ask(opener));
+    const frmBrowser *popup = browserForms().last();
+    engineOf(popup)->location = u"http://elsewhere.example/"_s;
+    engineOf(popup)->events->NavigateComplete2(u"http://elsewhere.example/"_s);
+    for (int i = 0; i < 49; ++i)
+        QVERIFY(ask(popup));
+    QVERIFY(!ask(popup));
+    QVERIFY(!ask(opener));
+    QCOMPARE(questions().size(), 1);
+}
+
+void tst_popuporder::askedForWindowsAreNotCounted()
+{
+    const frmBrowser *opener = openWindow();
+    for (int i = 0; i < 60; ++i)
+        QVERIFY(ask(opener, address, true));
+    QVERIFY(ask(opener));
+    QVERIFY(questions().isEmpty());
+}
+
+void tst_popuporder::catcherMovesTwice()
+{
+    m_scene->check(u"mnuToolsMaximizeCatcher"_s, true);
+    frmBrowser *form = openWindow();
+    auto *timer = form->findChild<QTimer *>(u"tmrMaxCatch"_s);
+    QVERIFY(timer);
+    QVERIFY(!timer->isActive());
+    QCOMPARE(timer->interval(), 750);
+    engineOf(form)->events->DocumentComplete(address);
+    QVERIFY(timer->isActive());
+    engineOf(form)->moves.clear();
+    QTRY_VERIFY(!timer->isActive());
+    const int height =
+        form->innerHeight() - Twips::fromPixels(form->statusBar()->stripHeight());
+    const QList<QRect> expected{QRect(45, 45, form->innerWidth(), height),
+                                QRect(0, 0, form->innerWidth(), height)};
+    QCOMPARE(engineOf(form)->moves, expected);
+}
+
+void tst_popuporder::catcherIsOffWithoutTheMark()
+{
+    frmBrowser *form = openWindow();
+    engineOf(form)->events->DocumentComplete(address);
+    QVERIFY(!form->findChild<QTimer *>(u"tmrMaxCatch"_s)->isActive());
+}
+
+void tst_popuporder::catcherIsStoppedByAPageAfterTheMarkIsGone()
+{
+    const QString item = u"mnuToolsMaximizeCatcher"_s;
+    frmBrowser *form = openWindow();
+    const auto *timer = form->findChild<QTimer *>(u"tmrMaxCatch"_s);
+    m_scene->frame.run(item);
+    QVERIFY(m_scene->frame.menuItem(item)->isChecked());
+    QVERIFY(!timer->isActive());
+    engineOf(form)->events->DocumentComplete(address);
+    m_scene->frame.run(item);
+    QVERIFY(timer->isActive());
+    engineOf(form)->events->DocumentComplete(address);
+    QVERIFY(!timer->isActive());
+}
+
+void tst_popuporder::catcherMarkTouchesNothingElse()
+{
+    const QByteArray before = m_scene->folder.readSettings();
+    m_scene->frame.run(u"mnuToolsMaximizeCatcher"_s);
+    QCOMPARE(m_scene->folder.readSettings(), before);
+    m_scene->frame.run(u"mnuToolsKillPopUps"_s);
+    QCOMPARE(m_scene->folder.readSettings(), before);
+    QVERIFY(m_scene->frame.buttons[u"PopupKiller"_s]);
+    m_scene->frame.run(u"mnuToolsSmartPopupKiller"_s);
+    QCOMPARE(m_scene->folder.setting(u"Settings"_s, u"SmartPopupKiller"_s), u"True"_s);
+    m_scene->frame.run(u"mnuToolsSmartPopupKiller"_s);
+    QCOMPARE(m_scene->folder.setting(u"Settings"_s, u"SmartPopupKiller"_s), u"False"_s);
+}
+
+QTEST_MAIN(tst_popuporder)
+#include "tst_popuporder.moc"

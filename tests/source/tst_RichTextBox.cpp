@@ -1,0 +1,347 @@
+#include "RichTextBox.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Everything a document or a toolkit could take for its own.
+const QString awkward = u"a\u00a0b\u2028c\u2029d\ufdd0\ufdd1e"_s + QChar(0) + u"f😀"_s
+    + QChar(0xd800) + u"x"_s + QChar(0xdc00) + u"\ufffd\ufffc\ufeff\u200d\u202e\u0085\f\v\t"_s;
+
+QByteArray slotsOf(const RichTextBox &box)
+{
+    QByteArray digits;
+    for (qsizetype i = 0; i < box.buffer().text().size(); ++i)
+        digits += char('0' + (box.buffer().colourAt(i) & 0xf));
+    return digits;
+}
+
+}
+
+class tst_RichTextBox : public QObject {
+    Q_OBJECT
+
+private slots:
+    void textIsKeptExactly();
+    void lineEndsBecomeCrLf_data();
+    void lineEndsBecomeCrLf();
+    void positionsCountLineBreaksAsTwo();
+    void selectionIsBounded();
+    void selTextReplaces();
+    void awkwardTextSurvivesUndo();
+    void typedTextTakesItsNeighboursColour();
+    void undoBringsColoursBack();
+    void colouringIsNoUndoStep();
+    void eachTypedCharacterIsOneStep();
+    void richTextInAndOut();
+    void longTextIsThereAtOnce();
+    void bufferFollowsRandomEdits();
+    void droppedFilesAreTold();
+    void copyIsExact();
+    void zoomIsBounded();
+};
+
+void tst_RichTextBox::textIsKeptExactly()
+{
+    RichTextBox box;
+    box.setText(awkward);
+    QCOMPARE(box.Text(), awkward);
+    box.setSelStart(0);
+    box.setSelLength(box.TextLength());
+    QCOMPARE(box.SelText(), awkward);
+    box.setText({});
+    box.setSelText(awkward);
+    QCOMPARE(box.Text(), awkward);
+    box.setTextRTF(box.TextRTF());
+    QCOMPARE(box.Text(), awkward);
+}
+
+void tst_RichTextBox::lineEndsBecomeCrLf_data()
+{
+    QTest::addColumn<QString>("in");
+    QTest::addColumn<QString>("out");
+    QTest::newRow("lf") << u"a\nb"_s << u"a\r\nb"_s;
+    QTest::newRow("cr") << u"a\rb\r"_s << u"a\r\nb\r\n"_s;
+    QTest::newRow("crlf") << u"a\r\n\r\nb"_s << u"a\r\n\r\nb"_s;
+    QTest::newRow("mixed") << u"\n\r\n\r"_s << u"\r\n\r\n\r\n"_s;
+}
+
+void tst_RichTextBox::lineEndsBecomeCrLf()
+{
+    QFETCH(QString, in);
+    QFETCH(QString, out);
+    RichTextBox box;
+    box.setText(in);
+    QCOMPARE(box.Text(), out);
+    QCOMPARE(box.TextLength(), out.size());
+    box.setText(u"x"_s);
+    box.setSelStart(1);
+    box.setSelText(in);
+    QCOMPARE(box.Text(), u'x' + out);
+}
+
+void tst_RichTextBox::positionsCountLineBreaksAsTwo()
+{
+    RichTextBox box;
+    box.setText(u"ab\r\ncd\r\n\r\ne"_s);
+    const QString text = box.Text();
+    for (int start = 0; start <= text.size(); ++start) {
+        // Between CR and LF there is no place for the caret.
+        if (start > 0 && text.at(start - 1) == u'\r')
+            continue;
+        box.setSelStart(start);
+        QCOMPARE(box.SelStart(), start);
+        for (int length = 0; start + length <= text.size(); ++length) {
+            if (length > 0 && text.at(start + length - 1) == u'\r')
+                continue;
+            box.setSelStart(start);
+            box.setSelLength(length);
+            QCOMPARE(box.SelLength(), length);
+            QCOMPARE(box.SelText(), text.mid(start, length));
+        }
+    }
+    box.setSelStart(3);
+    QCOMPARE(box.SelStart(), 2);
+}
+
+void tst_RichTextBox::selectionIsBounded()
+{
+    RichTextBox box;
+    box.setText(u"abc"_s);
+    box.setSelStart(99);
+    QCOMPARE(box.SelStart(), 3);
+    box.setSelStart(-5);
+    QCOMPARE(box.SelStart(), 0);
+    box.setSelLength(std::numeric_limits<int>::max());
+    QCOMPARE(box.SelLength(), 3);
+    box.setSelLength(-1);
+    QCOMPARE(box.SelLength(), 0);
+}
+
+void tst_RichTextBox::selTextReplaces()
+{
+    RichTextBox box;
+    box.setText(u"one two"_s);
+    QSignalSpy changed(&box, &RichTextBox::changed);
+    box.setSelStart(4);
+    box.setSelLength(3);
+    box.setSelText(u"2\n3"_s);
+    QCOMPARE(box.Text(), u"one 2\r\n3"_s);
+    QCOMPARE(box.SelStart(), 8);
+    QCOMPARE(box.SelLength(), 0);
+    QCOMPARE(changed.size(), 1);
+}
+
+void tst_RichTextBox::awkwardTextSurvivesUndo()
+{
+    RichTextBox box;
+    box.setText(u"<>"_s);
+    box.setSelStart(1);
+    box.setSelText(awkward);
+    QCOMPARE(box.Text(), u'<' + awkward + u'>');
+    box.undo();
+    QCOMPARE(box.Text(), u"<>"_s);
+    box.redo();
+    QCOMPARE(box.Text(), u'<' + awkward + u'>');
+}
+
+void tst_RichTextBox::typedTextTakesItsNeighboursColour()
+{
+    RichTextBox box;
+    box.setText(u"ab\ncd"_s);
+    box.setSelStart(0);
+    box.setSelLength(2);
+    box.setSelColor(1);
+    QCOMPARE(box.SelColor(), 1);
+    box.setSelStart(2);
+    QCOMPARE(box.SelColor(), 1);
+    QTest::keyClicks(&box, u"x"_s);
+    QCOMPARE(slotsOf(box), QByteArray("111000"));
+    box.setSelColor(2);
+    QCOMPARE(box.SelColor(), 2);
+    QTest::keyClicks(&box, u"yz"_s);
+    QCOMPARE(slotsOf(box), QByteArray("11122000"));
+    box.setSelColor(3);
+    box.setSelStart(0);
+    QTest::keyClicks(&box, u"q"_s);
+    QCOMPARE(slotsOf(box), QByteArray("111122000"));
+}
+
+void tst_RichTextBox::undoBringsColoursBack()
+{
+    RichTextBox box;
+    box.setText(u"abcdef"_s);
+    box.setSelStart(1);
+    box.setSelLength(2);
+    box.setSelColor(5);
+    box.setSelStart(0);
+    box.setSelLength(4);
+    box.setSelText({});
+    QCOMPARE(box.Text(), u"ef"_s);
+    box.undo();
+    QCOMPARE(box.Text(), u"abcdef"_s);
+    QCOMPARE(slotsOf(box), QByteArray("055000"));
+}
+
+void tst_RichTextBox::colouringIsNoUndoStep()
+{
+    RichTextBox box;
+    box.setText(u"abc"_s);
+    box.setSelStart(3);
+    box.type(u'd');
+    box.setSelStart(0);
+    box.setSelLength(4);
+    box.setSelColor(3);
+    box.undo();
+    QCOMPARE(box.Text(), u"abc"_s);
+    QCOMPARE(slotsOf(box), QByteArray("333"));
+}
+
+void tst_RichTextBox::eachTypedCharacterIsOneStep()
+{
+    RichTextBox box;
+    QTest::keyClicks(&box, u"a<b"_s);
+    QCOMPARE(box.Text(), u"a<b"_s);
+    box.undo();
+    QCOMPARE(box.Text(), u"a<"_s);
+    box.undo();
+    QCOMPARE(box.Text(), u"a"_s);
+    box.undo();
+    QCOMPARE(box.Text(), QString());
+    QVERIFY(!box.document()->isUndoAvailable());
+}
+
+void tst_RichTextBox::richTextInAndOut()
+{
+    RichTextBox box;
+    box.setTextRTF(u"{\\rtf1{\\colortbl;\\red1\\green0\\blue0;}a\\cf1 b\\par c\\cf0 d}"_s);
+    QCOMPARE(box.Text(), u"ab\r\ncd"_s);
+    QCOMPARE(slotsOf(box), QByteArray("01110"));
+    box.setSelStart(1);
+    box.setSelLength(4);
+    const QString part = box.SelRTF();
+    RichTextBox other;
+    other.setTextRTF(part);
+    QCOMPARE(other.Text(), u"b\r\nc"_s);
+    QCOMPARE(slotsOf(other), QByteArray("111"));
+    box.setSelLength(0);
+    QCOMPARE(box.SelRTF(), QString());
+    box.setTextRTF(u"plain {text}"_s);
+    QCOMPARE(box.Text(), u"plain {text}"_s);
+}
+
+void tst_RichTextBox::longTextIsThereAtOnce()
+{
+    QString text;
+    for (int i = 0; i < 40000; ++i)
+        text += u"line %1\r\n"_s.arg(i);
+    RichTextBox box;
+    box.show();
+    QSignalSpy progress(&box, &RichTextBox::fillProgress);
+    box.setText(text);
+    QVERIFY(box.isFilling());
+    QCOMPARE(box.Text(), text);
+    QCOMPARE(box.SelStart(), 0);
+    QTRY_VERIFY(!box.isFilling());
+    QVERIFY(progress.size() > 1);
+    QCOMPARE(progress.constLast().at(0), progress.constLast().at(1));
+    QCOMPARE(box.document()->blockCount(), 40001);
+    QVERIFY(!box.document()->isUndoAvailable());
+
+    // Whoever needs all of it gets all of it.
+    box.setText(text);
+    QVERIFY(box.isFilling());
+    box.setSelStart(int(text.size()) - 2);
+    QCOMPARE(box.SelStart(), int(text.size()) - 2);
+    box.setText(text);
+    box.setSelStart(0);
+    QTest::keyClicks(&box, u"x"_s);
+    QCOMPARE(box.Text(), u'x' + text);
+    box.setText(text);
+    box.setCaretAtEnd();
+    QCOMPARE(box.SelStart(), int(text.size()));
+    QTRY_VERIFY(!box.isFilling());
+    QCOMPARE(box.SelStart(), int(text.size()));
+}
+
+void tst_RichTextBox::bufferFollowsRandomEdits()
+{
+    QRandomGenerator random(3);
+    RichTextBox box;
+    QString expected;
+    for (int i = 0; i < 2000; ++i) {
+        const int start = random.bounded(int(expected.size()) + 1);
+        const int length = random.bounded(qMin(6, int(expected.size()) - start) + 1);
+        QString text;
+        for (int n = random.bounded(4); n > 0; --n)
+            text += awkward.at(random.bounded(int(awkward.size())));
+        if (random.bounded(5) == 0)
+            text += u'\n';
+        QTextCursor cursor = box.textCursor();
+        cursor.setPosition(start);
+        cursor.setPosition(start + length, QTextCursor::KeepAnchor);
+        box.setTextCursor(cursor);
+        box.setSelText(text);
+        expected.replace(start, length, text);
+        if (random.bounded(4) == 0) {
+            box.undo();
+            box.redo();
+        }
+        QCOMPARE(box.buffer().text(), expected);
+        QCOMPARE(box.buffer().colours().size(), expected.size());
+    }
+    while (box.document()->isUndoAvailable())
+        box.undo();
+    QCOMPARE(box.Text(), QString());
+}
+
+void tst_RichTextBox::droppedFilesAreTold()
+{
+    RichTextBox box;
+    box.resize(300, 200);
+    box.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&box));
+    QSignalSpy dropped(&box, &RichTextBox::fileDropped);
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(u"/a/one.html"_s), QUrl::fromLocalFile(u"/a/two.html"_s),
+                   QUrl::fromLocalFile(u"/a/three.html"_s)});
+    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(box.viewport(), &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(box.viewport(), &drop);
+    QCOMPARE(dropped.size(), 1);
+    QCOMPARE(dropped.at(0).at(0).toString(), u"/a/one.html"_s);
+    QCOMPARE(box.Text(), QString());
+}
+
+void tst_RichTextBox::copyIsExact()
+{
+    RichTextBox box;
+    box.setText(u"a\u00a0b\u2028c\r\nd"_s);
+    box.selectAll();
+    QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"a\u00a0b\u2028c\r\nd"_s);
+}
+
+void tst_RichTextBox::zoomIsBounded()
+{
+    RichTextBox box;
+    const qreal before = box.font().pointSizeF();
+    box.zoom(2);
+    QCOMPARE(box.font().pointSizeF(), before + 2);
+    box.zoom(1000);
+    QCOMPARE(box.font().pointSizeF(), qreal(RichTextBox::largestFont));
+    box.zoom(-1000);
+    QCOMPARE(box.font().pointSizeF(), qreal(RichTextBox::smallestFont));
+}
+
+QTEST_MAIN(tst_RichTextBox)
+#include "tst_RichTextBox.moc"

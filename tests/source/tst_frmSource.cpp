@@ -1,0 +1,362 @@
+#include "FileDialogRequest.h"
+#include "FindBar.h"
+#include "Forms.h"
+#include "RecoveredText.h"
+#include "RichTextBox.h"
+#include "TempAppFolder.h"
+#include "frmSource.h"
+#include "txtHTML.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QGuiApplication>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTextBlock>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList namesOf(const QMenu *menu)
+{
+    QStringList names;
+    for (const QAction *action : menu->actions())
+        names += action->objectName() + u'=' + (action->isSeparator() ? u"-"_s : action->text());
+    return names;
+}
+
+}
+
+class tst_frmSource : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void menus();
+    void isALoadedForm();
+    void showsThePage();
+    void opensAndSavesFiles();
+    void cancelAndMissingFilesDoNothing();
+    void unreadableFilesAreTold();
+    void editCommands();
+    void rightClickShowsTheEditMenu();
+    void dropOpensTheFile();
+    void editedTextIsKept();
+    void savedTextIsNotKept();
+    void olderCopiesMakeRoom();
+    void aboutIsHandedOn();
+    void finding();
+    void goesToALine();
+    void wrapsAndZooms();
+    void windowsAreIndependent();
+    void minimizedAndClosed();
+
+private:
+    void trigger(const char *name);
+    void answer(const QString &file);
+    QStringList copies() const;
+
+    std::unique_ptr<TempAppFolder> m_folder;
+    QPointer<frmSource> m_window;
+    QList<FileDialogRequest> m_asked;
+};
+
+void tst_frmSource::init()
+{
+    m_folder = std::make_unique<TempAppFolder>();
+    QVERIFY(m_folder->isValid());
+    m_asked.clear();
+    m_window = new frmSource;
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+}
+
+void tst_frmSource::cleanup()
+{
+    setFileDialogAnswerer({});
+    delete m_window;
+    // Before the next one is made: each gives back the paths that it found.
+    m_folder.reset();
+    QCOMPARE(Forms::named("frmSource").size(), 0);
+}
+
+void tst_frmSource::trigger(const char *name)
+{
+    auto *action = m_window->findChild<QAction *>(QLatin1String(name));
+    QVERIFY2(action, name);
+    action->trigger();
+}
+
+void tst_frmSource::answer(const QString &file)
+{
+    setFileDialogAnswerer(
+        [this, file](const FileDialogRequest &request) -> std::optional<FileDialogAnswer> {
+            m_asked.append(request);
+            if (file.isEmpty())
+                return {};
+            return FileDialogAnswer{file, 1};
+        });
+}
+
+QStringList tst_frmSource::copies() const
+{
+    return QDir(RecoveredText::folder()).entryList(QDir::Files);
+}
+
+void tst_frmSource::menus()
+{
+    const auto bar = m_window->menuBar()->actions();
+    QCOMPARE(bar.size(), 3);
+    QCOMPARE(bar.at(0)->text(), u"&File"_s);
+    QCOMPARE(bar.at(1)->text(), u"&Edit"_s);
+    QCOMPARE(bar.at(2)->text(), u"&Help"_s);
+    QCOMPARE(namesOf(bar.at(0)->menu()),
+             QStringList({u"mnuFileOpen=&Open"_s, u"mnuFileSave=&Save"_s, u"mnuFileBar0=-"_s,
+                          u"mnuFileExit=E&xit"_s}));
+    QCOMPARE(namesOf(bar.at(1)->menu()),
+             QStringList({u"mnuEditUndo=Undo"_s, u"mnuEditBar0=-"_s, u"mnuEditCut=Cu&t"_s,
+                          u"mnuEditCopy=&Copy"_s, u"mnuEditPaste=&Paste"_s, u"mnuEditBar1=-"_s,
+                          u"mnuEditSelectAll=Select &All"_s}));
+    QCOMPARE(namesOf(bar.at(2)->menu()), QStringList({u"mnuHelpAbout=&About"_s}));
+}
+
+void tst_frmSource::isALoadedForm()
+{
+    QCOMPARE(Forms::named("frmSource"), QList<QWidget *>({m_window}));
+    QVERIFY(m_window->isWindow());
+    QCOMPARE(m_window->txtHTML1().objectName(), u"txtHTML1"_s);
+}
+
+void tst_frmSource::showsThePage()
+{
+    QPointer<frmSource> window =
+        frmSource::openOn(u"<html>\n<b>x</b></html>"_s, u"http://a.example/x"_s);
+    QVERIFY(window->isVisible());
+    QCOMPARE(window->windowTitle(), u"http://a.example/x - Document HTML"_s);
+    QCOMPARE(window->txtHTML1().Text(), u"<html>\r\n<b>x</b></html>"_s);
+    QCOMPARE(window->txtHTML1().SelStart(), 0);
+    QCOMPARE(window->txtHTML1().SelLength(), 0);
+    QCOMPARE(window->txtHTML1().rtf1().buffer().colourAt(0), 0xFF0000);
+    window->close();
+    QTRY_VERIFY(!window);
+    QCOMPARE(copies(), QStringList());
+    m_window->setSubject(QString(100'000, u'x'));
+    QVERIFY(m_window->windowTitle().size() < 400);
+}
+
+void tst_frmSource::opensAndSavesFiles()
+{
+    QVERIFY(m_folder->write(u"page.html"_s, "<b>\nx\n"));
+    answer(m_folder->file(u"page.html"_s));
+    trigger("mnuFileOpen");
+    QCOMPARE(m_asked.size(), 1);
+    QCOMPARE(m_asked.at(0).title, u"Open an HTML Source File...."_s);
+    QCOMPARE(m_asked.at(0).filters.size(), 3);
+    QCOMPARE(m_asked.at(0).filters.at(1).description, u"HTM Files (*.htm)"_s);
+    QCOMPARE(m_asked.at(0).filterIndex, 1);
+    QCOMPARE(m_asked.at(0).owner, m_window);
+    QCOMPARE(m_window->txtHTML1().Text(), u"<b>\r\nx\r\n"_s);
+    QVERIFY(m_window->windowTitle().startsWith(m_folder->file(u"page.html"_s)));
+
+    m_window->txtHTML1().setSelStart(0);
+    QTest::keyClicks(&m_window->txtHTML1().rtf1(), u"!"_s);
+    answer(m_folder->file(u"other.html"_s));
+    trigger("mnuFileSave");
+    QCOMPARE(m_asked.constLast().title, u"Save HTML Source File...."_s);
+    QCOMPARE(m_asked.constLast().kind, FileDialogRequest::Kind::Save);
+    QCOMPARE(m_folder->read(u"other.html"_s), QByteArray("!<b>\nx\n"));
+    QCOMPARE(m_folder->read(u"page.html"_s), QByteArray("<b>\nx\n"));
+}
+
+void tst_frmSource::cancelAndMissingFilesDoNothing()
+{
+    m_window->txtHTML1().setText(u"kept"_s);
+    answer({});
+    trigger("mnuFileOpen");
+    trigger("mnuFileSave");
+    answer(m_folder->file(u"missing.html"_s));
+    trigger("mnuFileOpen");
+    QCOMPARE(m_asked.size(), 3);
+    QCOMPARE(m_window->txtHTML1().Text(), u"kept"_s);
+    QVERIFY(!m_window->findChild<QMessageBox *>());
+}
+
+void tst_frmSource::unreadableFilesAreTold()
+{
+    m_window->txtHTML1().setText(u"kept"_s);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot write"_s));
+    setFileDialogAnswerer([](const FileDialogRequest &) -> std::optional<FileDialogAnswer> {
+        // A folder in which no file can be made.
+        return FileDialogAnswer{u"/proc/page.html"_s, 1};
+    });
+    trigger("mnuFileSave");
+    QTRY_VERIFY(QApplication::activeModalWidget());
+    QApplication::activeModalWidget()->close();
+    QCOMPARE(m_window->txtHTML1().Text(), u"kept"_s);
+}
+
+void tst_frmSource::editCommands()
+{
+    txtHTML &editor = m_window->txtHTML1();
+    editor.setText(u"<b>x"_s);
+    trigger("mnuEditSelectAll");
+    QCOMPARE(editor.SelLength(), 4);
+    trigger("mnuEditCopy");
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"<b>x"_s);
+    trigger("mnuEditCut");
+    QCOMPARE(editor.Text(), QString());
+    trigger("mnuEditPaste");
+    QCOMPARE(editor.Text(), u"<b>x"_s);
+    QCOMPARE(editor.SelStart(), 1);
+    trigger("mnuEditUndo");
+    QCOMPARE(editor.Text(), QString());
+}
+
+void tst_frmSource::rightClickShowsTheEditMenu()
+{
+    QTest::mouseClick(m_window->txtHTML1().rtf1().viewport(), Qt::RightButton);
+    QTRY_VERIFY(QApplication::activePopupWidget());
+    QCOMPARE(QApplication::activePopupWidget()->objectName(), u"mnuEdit"_s);
+    QApplication::activePopupWidget()->close();
+}
+
+void tst_frmSource::dropOpensTheFile()
+{
+    QVERIFY(m_folder->write(u"dropped.html"_s, "<i>"));
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(m_folder->file(u"dropped.html"_s)),
+                   QUrl::fromLocalFile(m_folder->file(u"second.html"_s))});
+    QWidget *viewport = m_window->txtHTML1().rtf1().viewport();
+    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(viewport, &enter);
+    QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(viewport, &drop);
+    QCOMPARE(m_window->txtHTML1().Text(), u"<i>"_s);
+}
+
+void tst_frmSource::editedTextIsKept()
+{
+    auto *state = m_window->findChild<QLabel *>(u"lblState"_s);
+    QCOMPARE(state->text(), QString());
+    QTest::keyClicks(&m_window->txtHTML1().rtf1(), u"mine"_s);
+    QVERIFY(state->text().contains(RecoveredText::folder()));
+    m_window->close();
+    QTRY_VERIFY(!m_window);
+    QCOMPARE(copies().size(), 1);
+    QCOMPARE(m_folder->read(u"AppData/Recovered/"_s + copies().constFirst()), QByteArray("mine"));
+}
+
+void tst_frmSource::savedTextIsNotKept()
+{
+    QTest::keyClicks(&m_window->txtHTML1().rtf1(), u"mine"_s);
+    answer(m_folder->file(u"saved.html"_s));
+    trigger("mnuFileSave");
+    trigger("mnuFileExit");
+    QTRY_VERIFY(!m_window);
+    QCOMPARE(copies(), QStringList());
+    QCOMPARE(m_folder->read(u"saved.html"_s), QByteArray("mine"));
+}
+
+void tst_frmSource::olderCopiesMakeRoom()
+{
+    QString last;
+    for (int i = 0; i < 35; ++i)
+        last = RecoveredText::keep(QString::number(i));
+    QCOMPARE(copies().size(), 30);
+    QVERIFY(QFile::exists(last));
+}
+
+void tst_frmSource::aboutIsHandedOn()
+{
+    QWidget *over = nullptr;
+    frmSource::setAboutHandler([&over](QWidget *owner) { over = owner; });
+    trigger("mnuHelpAbout");
+    QCOMPARE(over, m_window);
+    frmSource::setAboutHandler({});
+    trigger("mnuHelpAbout");
+}
+
+void tst_frmSource::finding()
+{
+    txtHTML &editor = m_window->txtHTML1();
+    editor.setText(u"one Two\r\nthree two\r\nTWO"_s);
+    editor.setSelStart(0);
+    trigger("cmdFind");
+    auto *bar = m_window->findChild<FindBar *>();
+    QVERIFY(bar->isVisible());
+    auto *text = bar->findChild<QLineEdit *>(u"txtFind"_s);
+    auto *count = bar->findChild<QLabel *>(u"lblCount"_s);
+    QTest::keyClicks(text, u"two"_s);
+    QCOMPARE(editor.SelText(), u"Two"_s);
+    QCOMPARE(count->text(), u"3 found"_s);
+    QTest::keyClick(text, Qt::Key_Return);
+    QCOMPARE(editor.SelStart(), 15);
+    bar->findNext();
+    QCOMPARE(editor.SelText(), u"TWO"_s);
+    bar->findNext();
+    QCOMPARE(editor.SelStart(), 4);
+    bar->findPrevious();
+    QCOMPARE(editor.SelText(), u"TWO"_s);
+    text->setText(u"absent"_s);
+    QCOMPARE(count->text(), u"0 found"_s);
+    QTest::keyClick(text, Qt::Key_Escape);
+    QVERIFY(!bar->isVisible());
+}
+
+void tst_frmSource::goesToALine()
+{
+    m_window->txtHTML1().setText(u"a\nb\nc\nd"_s);
+    trigger("cmdGoToLine");
+    QPointer<QInputDialog> dialog = m_window->findChild<QInputDialog *>();
+    QVERIFY(dialog);
+    QCOMPARE(dialog->intMaximum(), 4);
+    dialog->setIntValue(3);
+    dialog->accept();
+    QCOMPARE(m_window->txtHTML1().rtf1().textCursor().blockNumber(), 2);
+    QTRY_VERIFY(!dialog);
+}
+
+void tst_frmSource::wrapsAndZooms()
+{
+    RichTextBox &box = m_window->txtHTML1().rtf1();
+    QCOMPARE(box.lineWrapMode(), QPlainTextEdit::WidgetWidth);
+    trigger("cmdWrap");
+    QCOMPARE(box.lineWrapMode(), QPlainTextEdit::NoWrap);
+    const qreal before = box.font().pointSizeF();
+    QWheelEvent wheel(QPointF(5, 5), box.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, 120),
+                      Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(box.viewport(), &wheel);
+    QCOMPARE(box.font().pointSizeF(), before + 1);
+}
+
+void tst_frmSource::windowsAreIndependent()
+{
+    QPointer<frmSource> other = frmSource::openOn(u"other"_s, {});
+    QCOMPARE(Forms::named("frmSource").size(), 2);
+    m_window->txtHTML1().setText(u"mine"_s);
+    QCOMPARE(other->txtHTML1().Text(), u"other"_s);
+    other->close();
+    QTRY_VERIFY(!other);
+    QCOMPARE(m_window->txtHTML1().Text(), u"mine"_s);
+}
+
+void tst_frmSource::minimizedAndClosed()
+{
+    m_window->setWindowState(Qt::WindowMinimized);
+    m_window->close();
+    QTRY_VERIFY(!m_window);
+    QCOMPARE(Forms::named("frmSource").size(), 0);
+}
+
+QTEST_MAIN(tst_frmSource)
+#include "tst_frmSource.moc"

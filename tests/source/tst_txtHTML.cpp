@@ -1,0 +1,498 @@
+#include "HtmlColourer.h"
+#include "HtmlFixups.h"
+#include "RealPages.h"
+#include "RichTextBox.h"
+#include "Rtf.h"
+#include "txtHTML.h"
+
+#include <QClipboard>
+#include <QFile>
+#include <QGuiApplication>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// One digit per character of the buffer: the slot whose colour it has.
+QString slotsOf(const ColouredBuffer &buffer)
+{
+    const auto &all = HtmlColouring::defaultColours;
+    QString digits;
+    for (qsizetype i = 0; i < buffer.text().size(); ++i)
+        digits +=
+            QString::number(std::find(all.begin(), all.end(), buffer.colourAt(i)) - all.begin());
+    return digits;
+}
+
+QString slotsOf(const txtHTML &editor)
+{
+    return slotsOf(editor.rtf1().buffer());
+}
+
+/// The colours as the document and its fix-ups give them.
+QByteArray coloursByDocument(QString text)
+{
+    using namespace HtmlFixups;
+    ColouredText read =
+        Rtf::read(HtmlColouring::colouredDocument(QString(text).replace(u'\n', u"\r\n"_s)));
+    QByteArray colours;
+    for (const char index : read.colours) {
+        const auto &all = HtmlColouring::defaultColours;
+        colours +=
+            char(std::find(all.begin(), all.end(), read.palette.at(uchar(index))) - all.begin());
+    }
+    for (Range r = nextPlainText(text, 0); r.found(); r = nextPlainText(text, r.end))
+        std::fill(colours.begin() + r.start + 1, colours.begin() + r.end - 1, char(0));
+    for (Range r = nextComment(text, 0); r.found(); r = nextComment(text, r.end))
+        std::fill(colours.begin() + r.start, colours.begin() + r.end, char(4));
+    return colours;
+}
+
+QByteArray coloursByColourer(const QString &text)
+{
+    HtmlColourer colourer(text, {0, 1, 2, 3, 4});
+    while (!colourer.run(QDeadlineTimer(0))) { }
+    return colourer.colours();
+}
+
+QString longPage()
+{
+    QString page;
+    while (page.size() < 400'000)
+        page += u"<p class=\"a\">x=1 <!-- <b> --> text</p>\r\n"_s;
+    return page;
+}
+
+}
+
+class tst_txtHTML : public QObject {
+    Q_OBJECT
+
+private slots:
+    void textIsColouredAtOnce();
+    void emptySelectionChangesNothing();
+    void textBetweenTagsIsReset();
+    void commentsAreOneColour();
+    void colouringNeverAltersText();
+    void slicesGiveTheSameColours();
+    void partOfTheTextIsColoured();
+    void highlightSelected();
+    void unHighlight();
+    void pasteLeavesTheCaretAfterTheFirstCharacter();
+    void pasteKeyGoesThroughPaste();
+    void pasteCanBeUndone();
+    void cutAndCopyClearTheClipboard();
+    void selTextIsColoured();
+    void selectAllAndDelete();
+    void clicksAreTold();
+    void changesAreTold();
+    void typing_data();
+    void typing();
+    void tabIndentsTheSelection();
+    void openerOfACommentIsColoured();
+    void longTextIsColouredInSlices();
+    void typingWhileColouring();
+    void filesKeepTheirForm_data();
+    void filesKeepTheirForm();
+    void filesThatFail();
+    void boxFillsTheControl();
+};
+
+void tst_txtHTML::textIsColouredAtOnce()
+{
+    txtHTML editor;
+    editor.setText(u"<b>x</b>"_s);
+    QCOMPARE(slotsOf(editor), u"11101111"_s);
+    QCOMPARE(editor.SelStart(), 8);
+    QCOMPARE(editor.SelLength(), 0);
+    QCOMPARE(editor.Text(), u"<b>x</b>"_s);
+}
+
+void tst_txtHTML::emptySelectionChangesNothing()
+{
+    txtHTML editor;
+    editor.rtf1().setText(u"<b>x</b>"_s);
+    editor.ColorHTML();
+    QCOMPARE(slotsOf(editor), u"00000000"_s);
+    editor.setText({});
+    editor.HighlightAll();
+    QCOMPARE(editor.Text(), QString());
+}
+
+void tst_txtHTML::textBetweenTagsIsReset()
+{
+    txtHTML editor;
+    editor.setText(u"<p align=\"left\">x=1</p>"_s);
+    QCOMPARE(slotsOf(editor), u"112222222333333"_s + u"1"_s + u"000"_s + u"1111"_s);
+    editor.rtf1().setSelStart(0);
+    editor.rtf1().setSelLength(editor.rtf1().TextLength());
+    editor.ColorHTML();
+    // The last match stays selected.
+    QCOMPARE(editor.SelText(), u"x=1"_s);
+}
+
+void tst_txtHTML::commentsAreOneColour()
+{
+    txtHTML editor;
+    editor.setText(u"a<!-- <b c=\"d\"> -->e"_s);
+    QCOMPARE(slotsOf(editor), u'0' + QString(18, u'4') + u'0');
+}
+
+void tst_txtHTML::colouringNeverAltersText()
+{
+    QRandomGenerator random(11);
+    const QString pieces =
+        u"<>=\"' ab1!-/{}\\\r\n\t\u00a0\u2028\u2029\ufdd0é😀"_s + QChar(0) + QChar(0xd801);
+    txtHTML editor;
+    for (int round = 0; round < 300; ++round) {
+        QString text;
+        for (int n = random.bounded(60); n > 0; --n)
+            text += pieces.at(random.bounded(int(pieces.size())));
+        editor.rtf1().setText(text);
+        const QString before = editor.Text();
+        editor.HighlightAll();
+        QCOMPARE(editor.Text(), before);
+        const QString once = slotsOf(editor);
+        editor.HighlightAll();
+        QCOMPARE(slotsOf(editor), once);
+        QCOMPARE(once.size(), editor.rtf1().buffer().text().size());
+        editor.Un_Highlight();
+        QCOMPARE(editor.Text(), before);
+        QCOMPARE(slotsOf(editor), QString(once.size(), u'0'));
+    }
+}
+
+void tst_txtHTML::slicesGiveTheSameColours()
+{
+    QRandomGenerator random(5);
+    const QStringList pieces = {u"<"_s,  u">"_s, u" a="_s,  u" "_s,   u"="_s,
+                                u"\""_s, u"'"_s, u"1"_s,    u"<b>"_s, u"x"_s,
+                                u"\n"_s, u"{"_s, u"<!--"_s, u"-->"_s, u"-"_s};
+    for (int round = 0; round < 4000; ++round) {
+        QString text;
+        for (int n = random.bounded(50); n > 0; --n)
+            text += pieces.at(random.bounded(int(pieces.size())));
+        QVERIFY2(coloursByColourer(text) == coloursByDocument(text), qPrintable(text));
+    }
+    for (const QString &file : RealPages::find(150)) {
+        const QString text =
+            RealPages::read(file).replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+        QVERIFY2(coloursByColourer(text) == coloursByDocument(text), qPrintable(file));
+    }
+}
+
+void tst_txtHTML::partOfTheTextIsColoured()
+{
+    txtHTML editor;
+    editor.rtf1().setText(u"<i>\r\n<b>\r\n<u>"_s);
+    editor.setSelStart(5);
+    editor.setSelLength(3);
+    editor.ColorHTML();
+    QCOMPARE(slotsOf(editor), u"00001110000"_s);
+    QCOMPARE(editor.SelText(), u"<b>"_s);
+    editor.setSelStart(10);
+    editor.setSelLength(3);
+    editor.ColorHTML();
+    QCOMPARE(slotsOf(editor), u"00001110111"_s);
+    QCOMPARE(editor.Text(), u"<i>\r\n<b>\r\n<u>"_s);
+}
+
+void tst_txtHTML::highlightSelected()
+{
+    txtHTML editor;
+    editor.show();
+    editor.rtf1().setText(u"<i><b>"_s);
+    editor.setSelStart(3);
+    editor.setSelLength(3);
+    editor.Highlight_Selected();
+    QCOMPARE(slotsOf(editor), u"000111"_s);
+    QCOMPARE(editor.SelLength(), 0);
+    QVERIFY(editor.rtf1().isVisible());
+}
+
+void tst_txtHTML::unHighlight()
+{
+    txtHTML editor;
+    const QString text = u"{\\rtf1 <b>}"_s;
+    editor.setText(text);
+    QCOMPARE(editor.Text(), text);
+    editor.Un_Highlight();
+    QCOMPARE(editor.Text(), text);
+    QCOMPARE(slotsOf(editor), QString(text.size(), u'0'));
+}
+
+void tst_txtHTML::pasteLeavesTheCaretAfterTheFirstCharacter()
+{
+    txtHTML editor;
+    QGuiApplication::clipboard()->setText(u"abc"_s);
+    editor.Paste();
+    QCOMPARE(editor.Text(), u"abc"_s);
+    QCOMPARE(editor.SelStart(), 1);
+    QGuiApplication::clipboard()->setText(u"<b>"_s);
+    editor.setSelStart(3);
+    editor.Paste();
+    QCOMPARE(editor.Text(), u"abc<b>"_s);
+    QCOMPARE(slotsOf(editor), u"000111"_s);
+    QCOMPARE(editor.SelStart(), 1);
+}
+
+void tst_txtHTML::pasteKeyGoesThroughPaste()
+{
+    txtHTML editor;
+    QGuiApplication::clipboard()->setText(u"<i>z"_s);
+    QTest::keyClick(&editor.rtf1(), Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(slotsOf(editor), u"1110"_s);
+    QCOMPARE(editor.SelStart(), 1);
+}
+
+void tst_txtHTML::pasteCanBeUndone()
+{
+    txtHTML editor;
+    editor.setText(u"abc"_s);
+    QVERIFY(!editor.CanUndo());
+    QGuiApplication::clipboard()->setText(u"<i>"_s);
+    editor.Paste();
+    QVERIFY(editor.CanUndo());
+    editor.Undo();
+    QCOMPARE(editor.Text(), u"abc"_s);
+    QVERIFY(!editor.CanUndo());
+}
+
+void tst_txtHTML::cutAndCopyClearTheClipboard()
+{
+    txtHTML editor;
+    editor.setText(u"<b>x"_s);
+    editor.setSelStart(3);
+    editor.setSelLength(1);
+    editor.Copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"x"_s);
+    QCOMPARE(editor.Text(), u"<b>x"_s);
+    editor.Cut();
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"x"_s);
+    QCOMPARE(editor.Text(), u"<b>"_s);
+    editor.Copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QString());
+    QGuiApplication::clipboard()->setText(u"kept?"_s);
+    editor.Cut();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QString());
+}
+
+void tst_txtHTML::selTextIsColoured()
+{
+    txtHTML editor;
+    editor.rtf1().setText(u"a<c>"_s);
+    editor.setSelStart(1);
+    editor.setSelText(u"<b>\n"_s);
+    QCOMPARE(editor.Text(), u"a<b>\r\n<c>"_s);
+    QCOMPARE(slotsOf(editor), u"01110000"_s);
+    QCOMPARE(editor.SelStart(), 6);
+    QCOMPARE(editor.SelLength(), 0);
+}
+
+void tst_txtHTML::selectAllAndDelete()
+{
+    txtHTML editor;
+    editor.show();
+    editor.setText(u"a\r\nb"_s);
+    editor.SelectAll();
+    QCOMPARE(editor.SelStart(), 0);
+    QCOMPARE(editor.SelLength(), 4);
+    QCOMPARE(editor.focusWidget(), &editor.rtf1());
+    editor.Delete();
+    QCOMPARE(editor.Text(), QString());
+}
+
+void tst_txtHTML::clicksAreTold()
+{
+    txtHTML editor;
+    editor.resize(200, 100);
+    QSignalSpy left(&editor, &txtHTML::LeftClick);
+    QSignalSpy right(&editor, &txtHTML::RightClick);
+    QTest::mouseClick(editor.rtf1().viewport(), Qt::RightButton);
+    QCOMPARE(right.size(), 1);
+    QTest::mouseClick(editor.rtf1().viewport(), Qt::LeftButton);
+    QCOMPARE(left.size(), 1);
+    QTest::mouseClick(editor.rtf1().viewport(), Qt::BackButton);
+    QCOMPARE(left.size() + right.size(), 2);
+}
+
+void tst_txtHTML::changesAreTold()
+{
+    txtHTML editor;
+    QSignalSpy change(&editor, &txtHTML::Change);
+    editor.setText(u"<b>"_s);
+    QCOMPARE(change.size(), 1);
+    QTest::keyClick(&editor.rtf1(), Qt::Key_A);
+    QCOMPARE(change.size(), 2);
+    editor.setSelStart(0);
+    editor.HighlightAll();
+    QCOMPARE(change.size(), 2);
+}
+
+void tst_txtHTML::typing_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("colours");
+    QTest::newRow("plain") << u"ab = c"_s << u"000000"_s;
+    QTest::newRow("tag") << u"a<b>c"_s << u"01110"_s;
+    QTest::newRow("attribute") << u"<a b=\"c\">d"_s << u"1122233310"_s;
+    QTest::newRow("two attributes") << u"<a b=\"c d\" e=1>"_s << u"112223333322231"_s;
+    QTest::newRow("outside a tag") << u"a=b> c"_s << u"000000"_s;
+    QTest::newRow("greater in a comment") << u"<!-- a>b"_s << u"44444400"_s;
+}
+
+void tst_txtHTML::typing()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, colours);
+    txtHTML editor;
+    QTest::keyClicks(&editor.rtf1(), typed);
+    QCOMPARE(editor.Text(), typed);
+    QCOMPARE(slotsOf(editor), colours);
+    for (qsizetype i = typed.size(); i > 0; --i) {
+        QVERIFY(editor.CanUndo());
+        editor.Undo();
+        QCOMPARE(editor.Text(), typed.left(i - 1));
+    }
+}
+
+void tst_txtHTML::tabIndentsTheSelection()
+{
+    txtHTML editor;
+    editor.setText(u"ab\r\ncd\r\nef"_s);
+    editor.setSelStart(1);
+    editor.setSelLength(5);
+    QTest::keyClick(&editor.rtf1(), Qt::Key_Tab);
+    QCOMPARE(editor.Text(), u"a\tb\r\n\tcd\r\nef"_s);
+    QCOMPARE(editor.SelStart(), 1);
+    QCOMPARE(editor.SelText(), u"\tb\r\n\tcd"_s);
+    editor.Undo();
+    QCOMPARE(editor.Text(), u"ab\r\ncd\r\nef"_s);
+    editor.setSelStart(10);
+    QTest::keyClick(&editor.rtf1(), Qt::Key_Tab);
+    QCOMPARE(editor.Text(), u"ab\r\ncd\r\nef\t"_s);
+}
+
+void tst_txtHTML::openerOfACommentIsColoured()
+{
+    txtHTML editor;
+    QTest::keyClicks(&editor.rtf1(), u"<!-"_s);
+    QCOMPARE(slotsOf(editor), u"111"_s);
+    QTest::keyClicks(&editor.rtf1(), u"-"_s);
+    QCOMPARE(slotsOf(editor), u"4444"_s);
+    QTest::keyClicks(&editor.rtf1(), u" <b>"_s);
+    // Only ">" has a colour of its own in a comment: black.
+    QCOMPARE(slotsOf(editor), u"44444440"_s);
+}
+
+void tst_txtHTML::longTextIsColouredInSlices()
+{
+    txtHTML editor;
+    editor.show();
+    const QString page = longPage();
+    QSignalSpy progress(&editor, &txtHTML::Progress);
+    editor.setText(page);
+    QCOMPARE(editor.Text(), page);
+    QVERIFY(editor.isBusy());
+    editor.setSelStart(0);
+    QCOMPARE(editor.SelStart(), 0);
+    QTRY_VERIFY(!editor.isBusy());
+    QCOMPARE(progress.constLast().at(0).toInt(), 100);
+    QCOMPARE(editor.SelStart(), 0);
+    QVERIFY(slotsOf(editor).startsWith(u"112222222333"_s));
+    const QByteArray expected = coloursByDocument(editor.rtf1().buffer().text());
+    const QString shown = slotsOf(editor);
+    for (qsizetype i = 0; i < shown.size(); ++i)
+        QCOMPARE(shown.at(i).digitValue(), int(expected.at(i)));
+}
+
+void tst_txtHTML::typingWhileColouring()
+{
+    txtHTML editor;
+    editor.show();
+    const QString page = longPage();
+    editor.setText(page);
+    editor.setSelStart(0);
+    QTest::keyClicks(&editor.rtf1(), u"z"_s);
+    QCOMPARE(editor.Text(), u'z' + page);
+    QTRY_VERIFY(!editor.isBusy());
+    QVERIFY(slotsOf(editor).startsWith(u"?112222222333"_s.replace(u'?', slotsOf(editor).at(0))));
+    QVERIFY(editor.CanUndo());
+}
+
+void tst_txtHTML::filesKeepTheirForm_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    QTest::newRow("crlf") << QByteArray("a\r\nb\r\n") << QByteArray("!a\r\nb\r\n");
+    QTest::newRow("lf") << QByteArray("a\nb\n") << QByteArray("!a\nb\n");
+    QTest::newRow("cr") << QByteArray("a\rb") << QByteArray("!a\rb");
+    QTest::newRow("utf-8") << QByteArray("\xc3\xa9\n") << QByteArray("!\xc3\xa9\n");
+    QTest::newRow("mark") << QByteArray("\xef\xbb\xbf\xc3\xa9\n")
+                          << QByteArray("\xef\xbb\xbf!\xc3\xa9\n");
+    QTest::newRow("1252") << QByteArray("caf\xe9\n") << QByteArray("!caf\xe9\n");
+    QTest::newRow("no end") << QByteArray("a") << QByteArray("!a");
+    QTest::newRow("empty") << QByteArray() << QByteArray("!");
+    QTest::newRow("nul") << QByteArray("a\0b\n", 4) << QByteArray("!a\0b\n", 5);
+    QTest::newRow("mixed") << QByteArray("a\nb\r\nc\n\r") << QByteArray("!a\nb\nc\n\n");
+}
+
+void tst_txtHTML::filesKeepTheirForm()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    QTemporaryDir dir;
+    const QString name = dir.filePath(u"page.html"_s);
+    const auto bytes = [&name] {
+        QFile file(name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
+    };
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(before);
+    file.close();
+    txtHTML editor;
+    QVERIFY(editor.OpenFile(name));
+    QCOMPARE(editor.SelStart(), editor.rtf1().TextLength());
+    QVERIFY(editor.SaveFile(name));
+    QCOMPARE(bytes(), before);
+    editor.setSelStart(0);
+    QTest::keyClicks(&editor.rtf1(), u"!"_s);
+    QVERIFY(editor.SaveFile(name));
+    QCOMPARE(bytes(), after);
+}
+
+void tst_txtHTML::filesThatFail()
+{
+    QTemporaryDir dir;
+    txtHTML editor;
+    editor.setText(u"kept"_s);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot read"_s));
+    QVERIFY(!editor.OpenFile(dir.filePath(u"missing.html"_s)));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot read"_s));
+    QVERIFY(!editor.OpenFile(dir.path()));
+    QCOMPARE(editor.Text(), u"kept"_s);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot write"_s));
+    QVERIFY(!editor.SaveFile(dir.filePath(u"nowhere/page.html"_s)));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot write"_s));
+    QVERIFY(!editor.SaveFile(dir.path()));
+}
+
+void tst_txtHTML::boxFillsTheControl()
+{
+    txtHTML editor;
+    editor.resize(321, 123);
+    editor.show();
+    QCOMPARE(editor.rtf1().geometry(), QRect(0, 0, 321, 123));
+    txtHTML other;
+    QVERIFY(editor.hWnd() != 0);
+    QVERIFY(editor.hWnd() != other.hWnd());
+}
+
+QTEST_MAIN(tst_txtHTML)
+#include "tst_txtHTML.moc"

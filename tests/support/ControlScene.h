@@ -1,0 +1,52 @@
+#pragma once
+
+#include "QtWebBrowser.h"
+#include "RecordedEvents.h"
+#include "TestServer.h"
+#include "WebPage.h"
+
+#include <QTest>
+#include <memory>
+
+/// One engine control in a window of its own, its events, and a server.
+struct ControlScene
+{
+    ControlScene()
+    {
+        window.resize(600, 400);
+        browser = new QtWebBrowser(&window);
+        browser->setEvents(&events);
+        browser->widget()->setGeometry(window.rect());
+        window.show();
+    }
+
+    /// Opens `url` and waits for its end.
+    void open(const QString &url)
+    {
+        browser->Navigate(url);
+        waitFor(url);
+    }
+    /// Waits until the page at `url` is there as a whole.
+    void waitFor(const QString &url)
+    {
+        QTRY_COMPARE(browser->LocationURL(), url);
+        QTRY_VERIFY(!browser->Busy());
+    }
+    /// What `code` gives in the page.
+    QString script(const QString &code)
+    {
+        QString result;
+        bool answered = false;
+        browser->page()->runJavaScript(code, [&](const QVariant &value) {
+            result = value.toString();
+            answered = true;
+        });
+        [&] { QTRY_VERIFY(answered); }();
+        return result;
+    }
+
+    TestServer server;
+    RecordedEvents events;
+    QWidget window;
+    QtWebBrowser *browser = nullptr;
+};

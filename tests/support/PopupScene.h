@@ -1,0 +1,98 @@
+#pragma once
+
+#include "FakeFrame.h"
+#include "PopupCommands.h"
+#include "PopupURLs.h"
+#include "QtWebBrowser.h"
+#include "TempAppFolder.h"
+#include "TestServer.h"
+#include "WebPage.h"
+
+#include <QTest>
+#include <QWebEngineView>
+
+/// A frame with popup control, a web server, and an application folder with a list of blocked
+/// addresses, for pages that ask for windows.
+class PopupScene
+{
+public:
+    PopupScene()
+    {
+        registerPopupCommands(frame);
+        LoadPopupURLs();
+    }
+    ~PopupScene() { check(QStringLiteral("mnuToolsKillPopUps"), false); }
+    PopupScene(const PopupScene &) = delete;
+    PopupScene &operator=(const PopupScene &) = delete;
+
+    bool isReady() const { return folder.isValid() && server.isListening(); }
+
+    void check(const QString &item, bool on) const { frame.menuItem(item)->setChecked(on); }
+    void kill(bool on = true) const { check(QStringLiteral("mnuToolsKillPopUps"), on); }
+    void smart(bool on = true) const { check(QStringLiteral("mnuToolsSmartPopupKiller"), on); }
+    void block(const QString &patterns) const
+    {
+        folder.write(QStringLiteral("AppData/PopupURLs.txt"), patterns.toUtf8());
+        LoadPopupURLs();
+    }
+
+    /// A window of the user's on a page with this markup, arrived.
+    frmBrowser *openPage(const QByteArray &html, bool maximized = false)
+    {
+        server.page("/opener", "<title>opener</title><body>" + html);
+        frmBrowser *form = frame.open(server.url(QStringLiteral("/opener")), maximized);
+        if (!maximized)
+            form->resize(600, 400);
+        waitUntilLoaded(form);
+        return form;
+    }
+    static void waitUntilLoaded(const frmBrowser *form)
+    {
+        [&] {
+            QTRY_VERIFY(form->brwWebBrowser()->HasDocument() && !form->brwWebBrowser()->Busy());
+        }();
+    }
+    static QtWebBrowser *control(const frmBrowser *form)
+    {
+        return qobject_cast<QtWebBrowser *>(form->brwWebBrowser());
+    }
+    static QVariant script(const frmBrowser *form, const QString &code)
+    {
+        QVariant result;
+        bool answered = false;
+        control(form)->page()->runJavaScript(code, [&](const QVariant &value) {
+            result = value;
+            answered = true;
+        });
+        [&] { QTRY_VERIFY(answered); }();
+        return result;
+    }
+    /// Presses the mouse on the element with that id, as the user does.
+    static void click(const frmBrowser *form, const QString &id,
+                      Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers keys = {})
+    {
+        QWebEngineView *view = QWebEngineView::forPage(control(form)->page());
+        QVERIFY(view && view->focusProxy());
+        const QVariantList place =
+            script(form,
+                   QStringLiteral("var r=document.getElementById('%1').getBoundingClientRect();"
+                                  "[r.left+r.width/2, r.top+r.height/2]")
+                       .arg(id))
+                .toList();
+        QCOMPARE(place.size(), 2);
+        const QPoint point(place.at(0).toInt(), place.at(1).toInt());
+        QTest::mouseClick(view->focusProxy(), button, keys, point);
+    }
+    /// The windows but the first.
+    static QList<frmBrowser *> popups() { return browserForms().mid(1); }
+    /// The newest window's control once a second window is there.
+    static frmBrowser *waitForPopup()
+    {
+        [] { QTRY_COMPARE(popups().size(), 1); }();
+        return popups().value(0);
+    }
+
+    TempAppFolder folder;
+    TestServer server;
+    FakeFrame frame;
+};
