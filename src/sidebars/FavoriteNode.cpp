@@ -7,17 +7,16 @@ using namespace Qt::StringLiterals;
 FavoriteNode::FavoriteNode(Kind kind, const QString &key, const QString &text)
     : m_kind(kind)
     , m_key(key)
+    , m_text(text)
 {
-    setText(0, text);
-    // A folder's children may still be coming, but a shortcut never has any.
-    if (kind == Kind::Link)
-        setChildIndicatorPolicy(DontShowIndicator);
 }
 
 // Pictures and tool tips are made when they are asked for: most nodes are never in view.
 QVariant FavoriteNode::data(int column, int role) const
 {
     switch (role) {
+    case Qt::DisplayRole:
+        return m_text;
     case Qt::DecorationRole:
         return picture();
     case Qt::ToolTipRole:

@@ -25,5 +25,6 @@ private:
 
     Kind m_kind;
     QString m_key;
+    QString m_text;
     QString m_tag;
 };

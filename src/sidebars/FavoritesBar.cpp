@@ -15,6 +15,7 @@
 #include "modSpecialFolders.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QPointer>
 #include <QPushButton>
@@ -26,7 +27,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 // Time that filling the tree takes from the interface at once.
-constexpr int sliceMs = 30;
+constexpr int sliceMs = 25;
 // Twips: the height of the buttons, and both sides of the close button.
 constexpr int buttonHeight = 360;
 constexpr QSize usualSize(240, 400);
@@ -104,7 +105,10 @@ void FavoritesBar::Refresh()
         if ((*node)->childCount() > 0 && (*node)->isExpanded())
             m_wereOpen.insert(node.key());
     }
+    const qsizetype before = m_nodes.size();
     removeAllNodes();
+    // Most likely there are about as many again.
+    m_nodes.reserve(before);
     m_FavoritesRoot = GetSpecialFolder(favoritesFolderNumber);
     if (m_FavoritesRoot.isEmpty()) {
         endRefresh();
@@ -112,9 +116,10 @@ void FavoritesBar::Refresh()
     }
     m_files = 0;
     m_folders = 0;
-    m_walk = std::make_unique<FolderWalk>(m_FavoritesRoot, u"*.url"_s, m_files, m_folders,
-                                          [this](const QString &path, const QString &name,
-                                                 bool isFile) { AddNode(path, name, isFile); });
+    m_walk =
+        std::make_unique<FolderWalk>(m_FavoritesRoot, u"*.url"_s, m_files, m_folders,
+                                     [this](const QString &path, const FolderListing::Entry &entry,
+                                            bool isFile) { AddNode(path, entry, isFile); });
     m_slice.start();
 }
 
@@ -135,6 +140,7 @@ void FavoritesBar::endRefresh()
 {
     m_slice.stop();
     m_walk.reset();
+    showFinishedNode();
     reopenFolders();
     emit refreshed();
 }
@@ -144,6 +150,7 @@ void FavoritesBar::removeAllNodes()
     m_slice.stop();
     m_walk.reset();
     m_nodes.clear();
+    m_unfinished.reset();
     m_tvFavorites->clear();
 }
 
@@ -161,8 +168,8 @@ std::optional<qint64> FavoritesBar::FindFavorites(QString &Path, const QString &
 {
     const QPointer<FavoritesBar> self(this);
     FolderWalk walk(Path, SearchStr, FileCount, DirCount,
-                    [&self](const QString &path, const QString &name, bool isFile) {
-                        self->AddNode(path, name, isFile);
+                    [&self](const QString &path, const FolderListing::Entry &entry, bool isFile) {
+                        self->AddNode(path, entry, isFile);
                     });
     QElapsedTimer sinceYield;
     sinceYield.start();
@@ -174,29 +181,44 @@ std::optional<qint64> FavoritesBar::FindFavorites(QString &Path, const QString &
             break;
         sinceYield.restart();
     }
+    if (self)
+        showFinishedNode();
     return walk.overflowed() ? std::nullopt : std::optional(walk.size());
 }
 
 // A node whose key is there already, or whose folder is not, is left out.
-void FavoritesBar::AddNode(const QString &Path, const QString &Name, bool IsFile)
+void FavoritesBar::AddNode(const QString &Path, const FolderListing::Entry &entry, bool IsFile)
 {
+    const QString &Name = entry.name;
     const QString key = IsFile ? Path + Name : Path + Name + u'/';
     const bool atTop = Path == m_FavoritesRoot;
     FavoriteNode *parent = atTop ? nullptr : m_nodes.value(Path);
-    if (m_nodes.contains(key) || (!atTop && !parent))
+    if (!atTop && !parent)
         return;
-    FavoriteNode *node = nullptr;
+    FavoriteNode *&node = m_nodes[key];
+    if (node)
+        return;
     if (IsFile) {
         node = new FavoriteNode(FavoriteNode::Kind::Link, key, InternetShortcut::caption(Name));
-        node->setTag(InternetShortcut::url(key));
+        if (entry.isPlainFile)
+            node->setTag(InternetShortcut::urlOfPlainFile(key, entry.size));
     } else {
         node = new FavoriteNode(FavoriteNode::Kind::Folder, key, Name);
     }
-    m_nodes.insert(key, node);
-    if (atTop)
-        m_tvFavorites->addTopLevelItem(node);
-    else
+    if (atTop) {
+        showFinishedNode();
+        m_unfinished.reset(node);
+    } else {
         parent->addChild(node);
+    }
+}
+
+// A node at the top comes into the tree with all that is in it: a child added to a tree in view
+// costs more than reading its file.
+void FavoritesBar::showFinishedNode()
+{
+    if (m_unfinished)
+        m_tvFavorites->addTopLevelItem(m_unfinished.release());
 }
 
 void FavoritesBar::nodeClicked(FavoriteNode &node, const QPoint &at)

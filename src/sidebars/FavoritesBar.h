@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QElapsedTimer>
+#include "FolderListing.h"
+
 #include <QHash>
 #include <QSet>
 #include <QTimer>
@@ -71,7 +72,8 @@ private:
     void endRefresh();
     void removeAllNodes();
     void reopenFolders();
-    void AddNode(const QString &Path, const QString &Name, bool IsFile);
+    void showFinishedNode();
+    void AddNode(const QString &Path, const FolderListing::Entry &entry, bool IsFile);
     void nodeClicked(FavoriteNode &node, const QPoint &at);
     void contextMenuClosed();
     void openLink();
@@ -91,6 +93,8 @@ private:
     int m_menusOpened = 0;
 
     QHash<QString, FavoriteNode *> m_nodes;
+    /// The last node at the top, until all that is in it has been added to it.
+    std::unique_ptr<FavoriteNode> m_unfinished;
     QSet<QString> m_wereOpen;
     std::unique_ptr<FolderWalk> m_walk;
     qint16 m_files = 0;

@@ -57,7 +57,9 @@ bool FolderListing::readSome()
         const bool matches = m_pattern.match(name).hasMatch();
         if (!isFolder && !matches)
             continue;
-        const Entry entry{name, name.toUpper(), isFolder ? 0 : info.size(), info.isSymLink()};
+        const bool isPlainFile = !isFolder && info.isFile();
+        const Entry entry{name, name.toUpper(), isFolder ? 0 : info.size(), info.isSymLink(),
+                          isPlainFile};
         if (matches)
             m_matches.append(entry);
         if (isFolder)

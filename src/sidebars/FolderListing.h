@@ -22,6 +22,8 @@ public:
         /// Bytes; 0 for a folder.
         qint64 size = 0;
         bool isLink = false;
+        /// Neither a folder nor a pipe, a device or a link to nothing.
+        bool isPlainFile = false;
     };
 
     FolderListing(const QString &path, const QRegularExpression &pattern);

@@ -1,5 +1,4 @@
 #include "InternetShortcut.h"
-#include "FileUpdate.h"
 #include "IniText.h"
 #include "Log.h"
 
@@ -14,6 +13,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#else
+#include "FileUpdate.h"
 #endif
 
 using namespace Qt::StringLiterals;
@@ -74,14 +75,23 @@ namespace InternetShortcut {
 
 QString url(const QString &file)
 {
-    if (QFileInfo(file).size() > largestShortcut) {
+    // Opening a pipe would wait for whoever writes to it.
+    const QFileInfo info(file);
+    return info.isFile() ? urlOfPlainFile(file, info.size()) : QString();
+}
+
+QString urlOfPlainFile(const QString &file, qint64 size)
+{
+    if (size > largestShortcut) {
         qCWarning(lcFiles) << "too large for a shortcut:" << file;
         return {};
     }
-    const std::optional<QByteArray> stored = FileUpdate::readAll(file);
-    if (!stored)
+    QFile shortcut(file);
+    if (!shortcut.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return {};
-    return IniText::value(asUtf8(*stored), {u"InternetShortcut"_s, u"URL"_s}, longestValue)
+    // A file that has grown since is read as far as it was; one that has shrunk ends earlier.
+    const QByteArray bytes = asUtf8(shortcut.read(size));
+    return IniText::value(bytes, {u"InternetShortcut"_s, u"URL"_s}, longestValue)
         .value_or(QString());
 }
 

@@ -16,7 +16,9 @@ LinksFolder readLinksFolder()
     LinksFolder result;
     for (const FolderListing::Entry &file : listing.matches()) {
         ++result.seen;
-        const QString url = InternetShortcut::url(folder + file.name);
+        if (!file.isPlainFile)
+            continue;
+        const QString url = InternetShortcut::urlOfPlainFile(folder + file.name, file.size);
         if (!url.isEmpty())
             result.links.append({InternetShortcut::caption(file.name), url});
     }

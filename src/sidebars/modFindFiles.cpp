@@ -60,7 +60,7 @@ void FolderWalk::reportMatch(Level &level)
     const FolderListing::Entry &entry = level.listing.matches().at(level.nextMatch++);
     m_size += sizeInTwoParts(entry.size);
     if (count(m_fileCount, 1))
-        m_report(level.path, entry.name, true);
+        m_report(level.path, entry, true);
 }
 
 void FolderWalk::reportFolder(Level &level)
@@ -69,7 +69,7 @@ void FolderWalk::reportFolder(Level &level)
     const QString path = level.path + entry.name + u'/';
     const QString canonical =
         entry.isLink ? QFileInfo(path).canonicalFilePath() : level.canonical + u'/' + entry.name;
-    m_report(level.path, entry.name, false);
+    m_report(level.path, entry, false);
     const bool inside = std::any_of(m_levels.cbegin(), m_levels.cend(), [&](const Level &outer) {
         return outer.canonical == canonical;
     });

@@ -13,9 +13,10 @@
 /// that the walk is already in is reported and not entered.
 class FolderWalk {
 public:
-    /// Told of everything met: the containing folder with its trailing slash, the name in it, and
+    /// Told of everything met: the containing folder with its trailing slash, the entry in it, and
     /// whether it came as a match.
-    using Report = std::function<void(const QString &path, const QString &name, bool isFile)>;
+    using Report =
+        std::function<void(const QString &path, const FolderListing::Entry &entry, bool isFile)>;
 
     /// Appends the trailing slash that `path` may lack. The counts go up as the walk goes on.
     FolderWalk(QString &path, const QString &pattern, qint16 &fileCount, qint16 &dirCount,

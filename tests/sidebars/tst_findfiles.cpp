@@ -63,8 +63,8 @@ tst_FindFiles::Result tst_FindFiles::walk(qint16 files, qint16 folders) const
     result.files = files;
     result.folders = folders;
     FolderWalk walk(result.path, u"*.url"_s, result.files, result.folders,
-                    [&](const QString &path, const QString &name, bool isFile) {
-                        const QString full = path + name + (isFile ? u""_s : u"/"_s);
+                    [&](const QString &path, const FolderListing::Entry &entry, bool isFile) {
+                        const QString full = path + entry.name + (isFile ? u""_s : u"/"_s);
                         result.reported.append(full.mid(result.path.size()));
                     });
     while (walk.advance()) { }
