@@ -34,7 +34,9 @@ MdiArea::~MdiArea()
 {
     // The base class reports the going of its children; nobody is to hear of it.
     disconnect(this, nullptr, this, nullptr);
-    for (QMdiSubWindow *child : subWindowList())
+    // Its own list leaves out those that are closing.
+    const auto children = viewport()->findChildren<QMdiSubWindow *>(Qt::FindDirectChildrenOnly);
+    for (QMdiSubWindow *child : children)
         disconnect(child, nullptr, viewport(), nullptr);
 }
 

@@ -136,7 +136,7 @@ void tst_SearchEngines::keptSelectionIsAnotherKey()
 // Every engine has an https template with the marker, and one of them is selected.
 void tst_SearchEngines::shippedFile()
 {
-    const QString shipped = QFINDTESTDATA("../../appdata/SearchEngines.ini");
+    const QString shipped = QStringLiteral(ORVANE_SOURCE_DIR "/appdata/SearchEngines.ini");
     const QStringList names = SearchEngines::names(shipped);
     QVERIFY(names.size() >= 20);
     QCOMPARE(QSet<QString>(names.cbegin(), names.cend()).size(), names.size());
@@ -151,7 +151,7 @@ void tst_SearchEngines::shippedFile()
 
 void tst_SearchEngines::shippedLines()
 {
-    QFile file(QFINDTESTDATA("../../appdata/SearchEngines.ini"));
+    QFile file(QStringLiteral(ORVANE_SOURCE_DIR "/appdata/SearchEngines.ini"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
     QCOMPARE(bytes.count('\n'), bytes.count("\r\n"));
