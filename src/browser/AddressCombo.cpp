@@ -29,7 +29,6 @@ AddressCombo::AddressCombo(brwURL &owner)
     , m_owner(owner)
     , m_edit(new AddressEdit(owner, this))
 {
-    setEditable(true);
     setLineEdit(m_edit);
     setCompleter(nullptr);
     setInsertPolicy(NoInsert);
@@ -37,29 +36,38 @@ AddressCombo::AddressCombo(brwURL &owner)
     // Neither the field's size nor the drop-down's asks every entry for its width.
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(leastCharacters);
-    if (auto *list = qobject_cast<QListView *>(view())) {
+}
+
+// The list costs more to make than the field itself, and many fields are never dropped down.
+void AddressCombo::prepareList()
+{
+    if (m_list)
+        return;
+    m_list = view();
+    m_list->installEventFilter(this);
+    if (auto *list = qobject_cast<QListView *>(m_list)) {
         list->setItemDelegate(new RoomyRows(list));
         list->setUniformItemSizes(true);
         list->setTextElideMode(Qt::ElideMiddle);
         list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     }
-    view()->installEventFilter(this);
 }
 
 void AddressCombo::showPopup()
 {
     if (count() == 0)
         return;
+    prepareList();
     {
         const QScopedValueRollback dropping(m_dropping, true);
         QComboBox::showPopup();
     }
     const int row = m_owner.rowOfText();
-    view()->setCurrentIndex(model()->index(row, 0));
+    m_list->setCurrentIndex(model()->index(row, 0));
     if (row >= 0)
-        view()->scrollTo(view()->currentIndex());
+        m_list->scrollTo(m_list->currentIndex());
     else
-        view()->scrollToTop();
+        m_list->scrollToTop();
 }
 
 void AddressCombo::keyPressEvent(QKeyEvent *event)
@@ -106,7 +114,7 @@ void AddressCombo::wheelEvent(QWheelEvent *event)
 
 bool AddressCombo::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == view() && event->type() == QEvent::KeyPress
+    if (watched == m_list && event->type() == QEvent::KeyPress
         && popupKey(static_cast<QKeyEvent *>(event)))
         return true;
     return QComboBox::eventFilter(watched, event);
@@ -120,7 +128,7 @@ bool AddressCombo::popupKey(QKeyEvent *event)
     const bool edits = event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Delete
         || event->key() == Qt::Key_Left || event->key() == Qt::Key_Right
         || (!event->text().isEmpty() && event->text().at(0).isPrint());
-    if (!edits && !(enter && !view()->currentIndex().isValid()))
+    if (!edits && !(enter && !m_list->currentIndex().isValid()))
         return false;
     hidePopup();
     m_owner.keyPressed(event);

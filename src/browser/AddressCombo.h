@@ -26,9 +26,12 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void prepareList();
     bool popupKey(QKeyEvent *event);
 
     brwURL &m_owner;
     AddressEdit *m_edit;
+    /// What drops down; made at the first drop.
+    QAbstractItemView *m_list = nullptr;
     bool m_dropping = false;
 };

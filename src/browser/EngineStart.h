@@ -5,7 +5,8 @@
 /// The life of the page engine, in the order in which the program's main routine calls it.
 
 /// Picks the software rendering backend on a machine without a graphics device, unless the user
-/// chose one in the environment. Must run before the application object is made.
+/// chose one in the environment; with that backend OpenGL is not loaded at all. Must run before
+/// the application object is made.
 void chooseRenderingBackend();
 
 /// False, with one sentence for the user in `why`, when the engine could not start its sandbox:

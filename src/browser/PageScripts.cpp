@@ -27,29 +27,26 @@ QString source(const QString &name)
 }
 
 namespace {
-void insert(QWebEngineProfile *profile, const QString &name, QWebEngineScript::ScriptWorldId world)
+enum class Frames { Main, All };
+
+void insert(QWebEngineProfile *profile, const QString &name, QWebEngineScript::ScriptWorldId world,
+            Frames frames)
 {
     QWebEngineScript script;
     script.setName(name);
     script.setSourceCode(source(name + ".js"_L1));
     script.setInjectionPoint(QWebEngineScript::DocumentCreation);
     script.setWorldId(world);
-    script.setRunsOnSubFrames(true);
+    script.setRunsOnSubFrames(frames == Frames::All);
     profile->scripts()->insert(script);
-
-    QWebEngineScript place;
-    place.setName(u"window-place"_s);
-    place.setSourceCode(source(u"window-place.js"_s));
-    place.setInjectionPoint(QWebEngineScript::DocumentCreation);
-    place.setWorldId(QWebEngineScript::MainWorld);
-    profile->scripts()->insert(place);
 }
 }
 
 void install(QWebEngineProfile *profile)
 {
-    insert(profile, u"frame-events"_s, QWebEngineScript::ApplicationWorld);
-    insert(profile, u"script-errors"_s, QWebEngineScript::MainWorld);
+    insert(profile, u"frame-events"_s, QWebEngineScript::ApplicationWorld, Frames::All);
+    insert(profile, u"script-errors"_s, QWebEngineScript::MainWorld, Frames::All);
+    insert(profile, u"window-place"_s, QWebEngineScript::MainWorld, Frames::Main);
 }
 
 std::optional<Line> parse(const QString &message)
