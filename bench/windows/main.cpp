@@ -78,6 +78,7 @@ bool arrange(frmMain &frame, const char *command)
                   double(clock.nsecsElapsed()) / 1e6, 300);
 }
 
+/// Of views as large as the windows here, which are maximized.
 double bareMemory(Watch &watch)
 {
     const QTemporaryDir home;
@@ -88,7 +89,8 @@ double bareMemory(Watch &watch)
         environment.insert(QLatin1StringView(place), home.filePath(QLatin1StringView(place)));
     process.setProcessEnvironment(environment);
     process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(QString::fromLocal8Bit(BARE_VIEWS), {watch.base(), QString::number(many)});
+    process.start(QString::fromLocal8Bit(BARE_VIEWS),
+                  {watch.base(), QString::number(many), u"maximized"_s});
     watch.untilFirstPaints(2 * many);
     settle();
     const double result = double(treeMemory(process.processId())) / 1024;

@@ -3,6 +3,7 @@
 #include "Language.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QEvent>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -124,17 +125,52 @@ void MdiArea::activatePrevious()
     activatePreviousSubWindow();
 }
 
+namespace {
+/// While it lives no child can become active: not each child of a walk is to be activated, raised
+/// and given the focus in turn, which among a hundred takes longer than the walk itself.
+class NoActivation {
+public:
+    explicit NoActivation(QMdiArea &area)
+        : m_viewport(*area.viewport())
+    {
+        if (m_viewport.isAncestorOf(QApplication::focusWidget()))
+            area.setFocus();
+        m_viewport.setUpdatesEnabled(false);
+        m_viewport.setEnabled(false);
+    }
+    ~NoActivation()
+    {
+        m_viewport.setEnabled(true);
+        m_viewport.setUpdatesEnabled(true);
+    }
+    Q_DISABLE_COPY_MOVE(NoActivation)
+
+private:
+    QWidget &m_viewport;
+};
+}
+
+/// In the order given; the last one whose state changes is active then.
 void MdiArea::setStates(const QList<QWidget *> &forms, Qt::WindowStates state)
 {
     // Otherwise each child activated on the way would be maximized in place of the last one.
     const bool kept = testOption(DontMaximizeSubWindowOnActivation);
     setOption(DontMaximizeSubWindowOnActivation, true);
-    for (QWidget *form : forms) {
-        const Qt::WindowStates others =
-            form->windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
-        if (form->windowState() != (others | state))
+    QList<QMdiSubWindow *> changed;
+    {
+        const NoActivation guard(*this);
+        for (QWidget *form : forms) {
+            const Qt::WindowStates others =
+                form->windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
+            if (form->windowState() == (others | state))
+                continue;
             form->setWindowState(others | state);
+            form->raise();
+            changed.append(qobject_cast<QMdiSubWindow *>(form));
+        }
     }
+    if (!changed.isEmpty())
+        setActiveSubWindow(changed.last());
     setOption(DontMaximizeSubWindowOnActivation, kept);
     arrangeIcons();
 }
