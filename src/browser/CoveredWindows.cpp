@@ -3,22 +3,30 @@
 #include "frmBrowser.h"
 
 #include <QMdiArea>
+#include <QRegion>
 #include <QTimer>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 constexpr char pendingProperty[] = "coveredWindowsPending";
 
+QRect pageOf(const frmBrowser &window)
+{
+    const QWidget *page = window.brwWebBrowser()->widget();
+    return {page->mapTo(&window, QPoint(0, 0)) + window.pos(), page->size()};
+}
+
 void refreshNow(QMdiArea *area)
 {
-    const QMdiSubWindow *front = area->currentSubWindow();
-    const bool covers = front && front->isMaximized() && !front->isHidden();
-    const QList<QMdiSubWindow *> windows = area->subWindowList();
-    for (QMdiSubWindow *window : windows) {
-        auto *browserWindow = qobject_cast<frmBrowser *>(window);
-        if (browserWindow && !browserWindow->isUnloaded())
-            browserWindow->brwWebBrowser()->setShown(!covers || window == front);
+    QRegion covered;
+    const QList<QMdiSubWindow *> windows = area->subWindowList(QMdiArea::StackingOrder);
+    for (auto window = windows.crbegin(); window != windows.crend(); ++window) {
+        auto *browserWindow = qobject_cast<frmBrowser *>(*window);
+        if (browserWindow && !browserWindow->isUnloaded()) {
+            const QRegion page(pageOf(*browserWindow) & area->viewport()->rect());
+            browserWindow->brwWebBrowser()->setShown(!page.subtracted(covered).isEmpty());
+        }
+        if (!(*window)->isHidden())
+            covered += (*window)->geometry();
     }
 }
 }

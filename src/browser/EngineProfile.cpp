@@ -99,6 +99,11 @@ WebPage *takePage()
     return std::exchange(theSparePage, nullptr);
 }
 
+WebPage *takePageToLoad()
+{
+    return theSparePage ? std::exchange(theSparePage, nullptr) : new WebPage(engineProfile());
+}
+
 void prepareSparePage()
 {
     if (theSparePage)

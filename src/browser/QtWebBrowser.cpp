@@ -92,7 +92,7 @@ void QtWebBrowser::Navigate(const QString &url)
         return;
     }
     if (!m_page)
-        usePage(takePage());
+        usePage(takePageToLoad());
     if (address.scheme() == "about"_L1 && !askForBlank(address)) {
         emit loadEnded();
         return;

@@ -54,7 +54,6 @@ frmBrowser::frmBrowser(Frame &frame)
                 // What was left undone in the meantime; the client area may have kept its size.
                 if ((before & Qt::WindowMinimized) && !(now & Qt::WindowMinimized))
                     Form_Resize();
-                CoveredWindows::refresh(mdiArea());
             });
 }
 
@@ -134,6 +133,23 @@ void frmBrowser::closeEvent(QCloseEvent *event)
     QMdiArea *area = mdiArea();
     QMdiSubWindow::closeEvent(event);
     CoveredWindows::refresh(area);
+}
+
+bool frmBrowser::event(QEvent *event)
+{
+    const bool handled = QMdiSubWindow::event(event);
+    switch (event->type()) {
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::ZOrderChange:
+    case QEvent::Show:
+    case QEvent::Hide:
+        CoveredWindows::refresh(mdiArea());
+        break;
+    default:
+        break;
+    }
+    return handled;
 }
 
 bool frmBrowser::eventFilter(QObject *watched, QEvent *event)

@@ -1,5 +1,6 @@
 #include "MdiArea.h"
 
+#include "CoveredWindows.h"
 #include "Language.h"
 
 #include <QAction>
@@ -256,6 +257,7 @@ void MdiArea::resizeEvent(QResizeEvent *event)
 {
     QMdiArea::resizeEvent(event);
     arrangeIcons();
+    CoveredWindows::refresh(this);
 }
 
 void MdiArea::changeEvent(QEvent *event)
