@@ -1,5 +1,6 @@
 #include "EngineStart.h"
 
+#include "EngineOptions.h"
 #include "EngineProfile.h"
 #include "LivePages.h"
 #include "PageJobs.h"
@@ -68,7 +69,8 @@ static void initResources()
 void chooseRenderingBackend()
 {
 #ifdef Q_OS_LINUX
-    if (!qEnvironmentVariableIsSet(backendVariable) && !hasGraphicsDevice())
+    if (!qEnvironmentVariableIsSet(backendVariable)
+        && (!hasGraphicsDevice() || !EngineOptions::read().hardwareRendering))
         qputenv(backendVariable, "software");
     if (qgetenv(backendVariable) == "software")
         leaveOutGl();
