@@ -54,10 +54,9 @@ void leaveOutGl()
     hearMessages();
 }
 
-bool hasGraphicsDevice()
+bool hasGraphicsDevice(const QString &devices)
 {
-    const QDir devices(u"/dev/dri"_s);
-    return !devices.entryList({u"renderD*"_s}, QDir::System | QDir::Files).isEmpty();
+    return !QDir(devices).entryList({u"renderD*"_s}, QDir::System | QDir::Files).isEmpty();
 }
 }
 
@@ -66,11 +65,11 @@ static void initResources()
     Q_INIT_RESOURCE(browser);
 }
 
-void chooseRenderingBackend()
+void chooseRenderingBackend([[maybe_unused]] const QString &devices)
 {
 #ifdef Q_OS_LINUX
     if (!qEnvironmentVariableIsSet(backendVariable)
-        && (!hasGraphicsDevice() || !EngineOptions::read().hardwareRendering))
+        && (!hasGraphicsDevice(devices) || !EngineOptions::read().hardwareRendering))
         qputenv(backendVariable, "software");
     if (qgetenv(backendVariable) == "software")
         leaveOutGl();

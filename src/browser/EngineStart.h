@@ -6,8 +6,9 @@
 
 /// Picks the software rendering backend on a machine without a graphics device, or where the user's
 /// options say so, unless the environment names one; with that backend OpenGL is not loaded at all.
-/// Must run before the application object is made.
-void chooseRenderingBackend();
+/// `devices` is the folder with the system's graphics devices. Must run before the application
+/// object is made.
+void chooseRenderingBackend(const QString &devices = QStringLiteral("/dev/dri"));
 
 /// False, with one sentence for the user in `why`, when the engine could not start its sandbox:
 /// the program must then end at once, because the engine itself would end it without a word.

@@ -1,7 +1,7 @@
 #include "CookieTree.h"
 
-#include <QAction>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QMap>
 #include <QSet>
@@ -16,11 +16,20 @@ namespace {
 /// Milliseconds.
 constexpr int refreshInterval = 100;
 constexpr int nameColumn = 0;
-constexpr int nameWidth = 230;
+constexpr int pathColumn = 1;
+constexpr int expiresColumn = 2;
+/// Pixels.
+constexpr int pathWidth = 80;
+constexpr int cellMargins = 20;
 
 QString translated(const QString &key, const QString &english)
 {
     return GetLanguageText(u"frmInternetOptions"_s, key, english);
+}
+
+QString sessionText()
+{
+    return translated(u"strSession"_s, u"With the program"_s);
 }
 
 QString siteOf(const StoredCookie &cookie)
@@ -36,8 +45,8 @@ public:
         , cookie(shown)
     {
         setText(nameColumn, QString::fromUtf8(shown.name));
-        setText(1, shown.path);
-        setText(2,
+        setText(pathColumn, shown.path);
+        setText(expiresColumn,
                 shown.expires.isValid()
                     ? QLocale().toString(shown.expires.toLocalTime().date(), QLocale::ShortFormat)
                     : session);
@@ -66,12 +75,7 @@ CookieTree::CookieTree(EngineData &engine)
     setUniformRowHeights(true);
     setHeaderLabels({translated(u"strSite"_s, u"Site"_s), translated(u"strPath"_s, u"Path"_s),
                      translated(u"strExpires"_s, u"Expires"_s)});
-    header()->resizeSection(nameColumn, nameWidth);
-    auto *erase = new QAction(this);
-    erase->setShortcut(QKeySequence::Delete);
-    erase->setShortcutContext(Qt::WidgetShortcut);
-    addAction(erase);
-    connect(erase, &QAction::triggered, this, &CookieTree::deleteSelected);
+    setColumnWidths();
     m_refresh.setSingleShot(true);
     m_refresh.setInterval(refreshInterval);
     connect(&m_refresh, &QTimer::timeout, this, &CookieTree::refresh);
@@ -80,6 +84,28 @@ CookieTree::CookieTree(EngineData &engine)
             m_refresh.start();
     });
     refresh();
+}
+
+/// The end of a cookie is always seen whole; its name has what is left.
+void CookieTree::setColumnWidths()
+{
+    const QDate wide(2028, 12, 28);
+    const QString date = QLocale().toString(wide, QLocale::ShortFormat);
+    int width = header()->sectionSizeHint(expiresColumn);
+    for (const QString &text : {date, sessionText()})
+        width = qMax(width, fontMetrics().horizontalAdvance(text) + cellMargins);
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(nameColumn, QHeaderView::Stretch);
+    header()->resizeSection(pathColumn, pathWidth);
+    header()->resizeSection(expiresColumn, width);
+}
+
+void CookieTree::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Delete))
+        deleteSelected();
+    else
+        QTreeWidget::keyPressEvent(event);
 }
 
 /// What is open or selected stays so, by its name.
@@ -115,7 +141,7 @@ void CookieTree::refresh()
 
 void CookieTree::fill(const QList<StoredCookie> &cookies)
 {
-    const QString session = translated(u"strSession"_s, u"With the program"_s);
+    const QString session = sessionText();
     QList<QTreeWidgetItem *> items;
     for (const auto &[name, held] : bySite(cookies).asKeyValueRange()) {
         auto *site = new QTreeWidgetItem({name});

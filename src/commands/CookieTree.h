@@ -22,7 +22,11 @@ signals:
     /// The tree shows other cookies than before.
     void refreshed();
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
+    void setColumnWidths();
     void refresh();
     void fill(const QList<StoredCookie> &cookies);
 

@@ -4,7 +4,6 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QScreen>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
@@ -17,9 +16,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Room for the dialog's other parts and the desktop's, pixels.
-constexpr int roomAround = 220;
 
 QCheckBox *makeCheckBox(const QString &name, const QString &english)
 {
@@ -96,9 +92,11 @@ void InternetAdvancedPage::collect(EngineOptions &options) const
 
 QSize InternetAdvancedPage::sizeHint() const
 {
-    const QSize wanted = widget()->sizeHint();
-    const int most = qMax(screen()->availableGeometry().height() - roomAround, 0);
-    if (wanted.height() <= most)
-        return wanted;
-    return {wanted.width() + verticalScrollBar()->sizeHint().width(), most};
+    return widget()->sizeHint() + QSize(verticalScrollBar()->sizeHint().width(), 0);
+}
+
+/// Never so narrow that it would have to scroll sideways.
+QSize InternetAdvancedPage::minimumSizeHint() const
+{
+    return {sizeHint().width(), QScrollArea::minimumSizeHint().height()};
 }

@@ -22,6 +22,7 @@ public:
     void collect(EngineOptions &options) const;
 
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 private:
     QGroupBox *makePages();

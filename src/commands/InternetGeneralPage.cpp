@@ -107,16 +107,15 @@ QWidget *InternetGeneralPage::makeLinks()
     m_lblLinks = new QLabel(translated(
         u"strLinks"_s, u"Links to pages you have been to are shown in another color."_s));
     m_lblLinks->setObjectName("lblLinks"_L1);
-    m_lblLinks->setWordWrap(true);
     QPushButton *clear = makeButton(u"cmdClearLinks"_s, u"Clear &Visited Links"_s);
     connect(clear, &QPushButton::clicked, this, [this] {
         m_data.clearVisitedLinks();
         m_lblLinks->setText(
             translated(u"strLinksCleared"_s, u"No link counts as visited any more."_s));
     });
-    auto *layout = new QHBoxLayout(group);
-    layout->addWidget(m_lblLinks, 1);
-    layout->addWidget(clear);
+    auto *layout = new QVBoxLayout(group);
+    layout->addWidget(m_lblLinks);
+    layout->addWidget(clear, 0, Qt::AlignRight);
     return group;
 }
 

@@ -20,6 +20,8 @@ namespace {
 
 /// A value of the file may be that long.
 constexpr int longestText = 900;
+/// Pixels.
+constexpr int comfortableWidth = 190;
 
 QString translated(const QString &key, const QString &english)
 {
@@ -90,6 +92,7 @@ QLineEdit *NetworkOptions::addText(int row, const QString &name, const QString &
     auto *field = new QLineEdit;
     field->setObjectName("txt"_L1 + name.mid(3));
     field->setMaxLength(longestText);
+    field->setMinimumWidth(comfortableWidth);
     auto *label = new QLabel(translated(name, english));
     label->setObjectName(name);
     OptionControls::name(*label, *field);

@@ -2,6 +2,7 @@
 
 #include <QDialogButtonBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -16,6 +17,9 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// Pixels.
+constexpr int roomForTitle = 40;
 
 QString translated(const QString &key, const QString &english)
 {
@@ -56,6 +60,9 @@ frmInternetOptions::frmInternetOptions(QWidget *owner)
     const EngineOptions options = EngineOptions::read();
     m_general->fill(options);
     m_advanced->fill(options);
+    // By itself a dialog takes no more than two thirds of the screen.
+    const QSize room = screen()->availableSize() - QSize(0, roomForTitle);
+    resize(sizeHint().boundedTo(room));
 }
 
 QWidget *frmInternetOptions::makeButtons()

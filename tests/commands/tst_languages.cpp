@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QtTest>
@@ -328,6 +330,9 @@ void tst_Languages::internetOptionsHoldTheirTexts()
                      qPrintable(control->objectName()));
         }
     }
+    const QWidget &scroller =
+        *dialog->findChild<QScrollArea *>(u"pageAdvanced"_s)->verticalScrollBar();
+    QTRY_VERIFY2(!scroller.isVisible(), "this screen has room for all");
     QVERIFY2(dialog->width() < 800, qPrintable(QString::number(dialog->width())));
     QVERIFY2(dialog->height() < 720, qPrintable(QString::number(dialog->height())));
     dialog->close();
