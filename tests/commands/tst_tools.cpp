@@ -56,9 +56,6 @@ void tst_Tools::everyMenuItemHasAHandler()
                 complaints.append(message);
         });
     frmMain frame;
-    frame.closeCommandTable();
-    QVERIFY2(complaints.size() > 20, "a frame without commands complains");
-    complaints.clear();
     registerAllCommands(frame);
     qInstallMessageHandler(before);
     QCOMPARE(complaints, QStringList());
