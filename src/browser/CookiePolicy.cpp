@@ -14,7 +14,7 @@ void CookiePolicy::install(QWebEngineProfile *profile)
 {
     profile->cookieStore()->setCookieFilter(
         [](const QWebEngineCookieStore::FilterRequest &request) {
-            if (!request.thirdParty)
+            if (!request.thirdParty || !instance().m_refuses)
                 return true;
             instance().noteRefusal(request.firstPartyUrl.host());
             return false;

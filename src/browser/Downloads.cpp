@@ -1,5 +1,6 @@
 #include "Downloads.h"
 
+#include "EngineOptions.h"
 #include "Log.h"
 #include "SaveJob.h"
 
@@ -13,6 +14,12 @@ using namespace Qt::StringLiterals;
 namespace {
 QString downloadFolder()
 {
+    const QString chosen = EngineOptions::read().downloadFolder;
+    if (!chosen.isEmpty()) {
+        if (QDir().mkpath(chosen))
+            return chosen;
+        qCWarning(lcEngine) << "cannot download to" << chosen;
+    }
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
     if (!folder.isEmpty() && QDir().mkpath(folder))
         return folder;

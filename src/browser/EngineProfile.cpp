@@ -1,8 +1,11 @@
 #include "EngineProfile.h"
 
 #include "AppFolder.h"
+#include "CookieList.h"
 #include "CookiePolicy.h"
 #include "Downloads.h"
+#include "EngineOptions.h"
+#include "EngineSetup.h"
 #include "Log.h"
 #include "PageScripts.h"
 #include "WebPage.h"
@@ -12,6 +15,7 @@
 #include <QLockFile>
 #include <QStandardPaths>
 #include <QWebEngineProfile>
+#include <QWebEngineScript>
 #include <QWebEngineSettings>
 
 using namespace Qt::StringLiterals;
@@ -20,6 +24,7 @@ namespace {
 QWebEngineProfile *theProfile = nullptr;
 std::unique_ptr<QLockFile> theLock;
 WebPage *theSparePage = nullptr;
+CookieList *theCookies = nullptr;
 bool scriptsMayOpenWindows = true;
 
 /// Two application folders are two browsers, however a folder is reached.
@@ -59,6 +64,8 @@ void setOptions(QWebEngineProfile *profile)
 
 QWebEngineProfile *makeProfile()
 {
+    const EngineOptions options = EngineOptions::read();
+    EngineSetup::prepare(options);
     const QString name = profileName();
     const QString inFolder = "/QtWebEngine/"_L1 + name;
     const QString data =
@@ -74,6 +81,9 @@ QWebEngineProfile *makeProfile()
         profile = new QWebEngineProfile;
     }
     setOptions(profile);
+    EngineSetup::start(profile, options);
+    theCookies =
+        new CookieList(profile->cookieStore(), theLock ? data + "/Cookies"_L1 : QString(), profile);
     PageScripts::install(profile);
     CookiePolicy::instance().install(profile);
     Downloads::install(profile);
@@ -118,6 +128,21 @@ void setScriptsMayOpenWindows(bool may)
     scriptsMayOpenWindows = may;
     if (theProfile)
         theProfile->settings()->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, may);
+}
+
+CookieList *engineCookies()
+{
+    engineProfile();
+    return theCookies;
+}
+
+void noticeProxy()
+{
+    prepareSparePage();
+    // The engine refuses this port by itself, after it has looked for the proxy.
+    theSparePage->runJavaScript(
+        u"fetch('http://127.0.0.1:9/', {mode: 'no-cors'}).catch(() => {})"_s,
+        QWebEngineScript::ApplicationWorld);
 }
 
 void dropEngineProfile()

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 
+class CookieList;
 class QWebEngineProfile;
 class WebPage;
 
@@ -28,6 +29,13 @@ void prepareSparePage();
 /// Whether scripts may ask for windows that the user did nothing for; else they get null at once.
 /// May change at any time, also before there is a profile.
 void setScriptsMayOpenWindows(bool may);
+
+/// The profile's cookies.
+CookieList *engineCookies();
+
+/// The engine looks for another proxy only as a request begins, and uses it from the next request
+/// on: this makes such a first request, which goes nowhere.
+void noticeProxy();
 
 /// Ends spare page and profile; every other page must be gone.
 void dropEngineProfile();

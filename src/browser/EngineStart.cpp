@@ -1,5 +1,6 @@
 #include "EngineStart.h"
 
+#include "EngineOptions.h"
 #include "EngineProfile.h"
 #include "LivePages.h"
 #include "PageJobs.h"
@@ -53,10 +54,9 @@ void leaveOutGl()
     hearMessages();
 }
 
-bool hasGraphicsDevice()
+bool hasGraphicsDevice(const QString &devices)
 {
-    const QDir devices(u"/dev/dri"_s);
-    return !devices.entryList({u"renderD*"_s}, QDir::System | QDir::Files).isEmpty();
+    return !QDir(devices).entryList({u"renderD*"_s}, QDir::System | QDir::Files).isEmpty();
 }
 }
 
@@ -65,10 +65,11 @@ static void initResources()
     Q_INIT_RESOURCE(browser);
 }
 
-void chooseRenderingBackend()
+void chooseRenderingBackend([[maybe_unused]] const QString &devices)
 {
 #ifdef Q_OS_LINUX
-    if (!qEnvironmentVariableIsSet(backendVariable) && !hasGraphicsDevice())
+    if (!qEnvironmentVariableIsSet(backendVariable)
+        && (!hasGraphicsDevice(devices) || !EngineOptions::read().hardwareRendering))
         qputenv(backendVariable, "software");
     if (qgetenv(backendVariable) == "software")
         leaveOutGl();

@@ -4,10 +4,11 @@
 
 /// The life of the page engine, in the order in which the program's main routine calls it.
 
-/// Picks the software rendering backend on a machine without a graphics device, unless the user
-/// chose one in the environment; with that backend OpenGL is not loaded at all. Must run before
-/// the application object is made.
-void chooseRenderingBackend();
+/// Picks the software rendering backend on a machine without a graphics device, or where the user's
+/// options say so, unless the environment names one; with that backend OpenGL is not loaded at all.
+/// `devices` is the folder with the system's graphics devices. Must run before the application
+/// object is made.
+void chooseRenderingBackend(const QString &devices = QStringLiteral("/dev/dri"));
 
 /// False, with one sentence for the user in `why`, when the engine could not start its sandbox:
 /// the program must then end at once, because the engine itself would end it without a word.

@@ -25,9 +25,9 @@ std::errc reason(const QString &file)
 
 }
 
-std::optional<SystemError> startProgram(const QString &file)
+std::optional<SystemError> startProgram(const QString &file, const QStringList &arguments)
 {
-    if (QProcess::startDetached(file, {}))
+    if (QProcess::startDetached(file, arguments))
         return {};
     const std::error_code code = std::make_error_code(reason(file));
     return SystemError{code.value(), QString::fromStdString(code.message())};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 /// The system's own number and text of an error.
@@ -11,4 +12,4 @@ struct SystemError {
 
 /// Starts a program as a process of its own and does not wait for it; the error when it cannot be
 /// started.
-std::optional<SystemError> startProgram(const QString &file);
+std::optional<SystemError> startProgram(const QString &file, const QStringList &arguments = {});

@@ -2,10 +2,12 @@
 
 #include <QAction>
 
+#include "ControlPanel.h"
 #include "Frame.h"
 #include "Settings.h"
 #include "WebBrowser.h"
 #include "frmBrowser.h"
+#include "frmInternetOptions.h"
 #include "frmOptions.h"
 
 using namespace Qt::StringLiterals;
@@ -13,6 +15,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int neither = NavFlags::NoHistory + NavFlags::NoWriteToCache;
+/// Pages of the platform's internet options.
+constexpr int generalPage = 0;
+constexpr int advancedPage = 6;
 
 bool invert(Frame &frame, const QString &name)
 {
@@ -65,6 +70,15 @@ void registerToolsCommands(Frame &frame, StartUpFrame &program)
     frame.handle(u"mnuToolsAddPagesToHistory"_s, [&frame] { togglePagesToHistory(frame); });
     frame.handle(u"mnuToolsAddFilesToCache"_s, [&frame] { toggleFilesToCache(frame); });
     frame.handle(u"mnuToolsScriptErrorSuppress"_s, [&frame] { toggleScriptErrors(frame); });
+    using enum frmInternetOptions::Page;
+    frame.handle(u"mnuToolsInternetOptions"_s, [&frame] {
+        if (!ControlPanel::open(generalPage))
+            frmInternetOptions::showOver(frame, General);
+    });
+    frame.handle(u"mnuToolsAdvancedInternetOptions"_s, [&frame] {
+        if (!ControlPanel::open(advancedPage))
+            frmInternetOptions::showOver(frame, Advanced);
+    });
     frame.handle(u"mnuToolsOptions"_s,
                  [&frame, &program] { frmOptions::showOver(frame, program); });
 }

@@ -1,19 +1,28 @@
 #include "AppFolder.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 QString chosenFolder;
 QString chosenSettings;
+
+QString executableFolder()
+{
+    if (QCoreApplication::instance())
+        return QCoreApplication::applicationDirPath();
+    // The rendering is chosen before there is an application object to ask.
+    return QFileInfo(QFileInfo(u"/proc/self/exe"_s).canonicalFilePath()).path();
+}
 }
 
 namespace AppFolder {
 
 QString path()
 {
-    return chosenFolder.isEmpty() ? QCoreApplication::applicationDirPath() : chosenFolder;
+    return chosenFolder.isEmpty() ? executableFolder() : chosenFolder;
 }
 
 void setPath(const QString &folder)

@@ -6,7 +6,6 @@
 #include "Log.h"
 #include "MainMenu.h"
 #include "MenuTable.h"
-#include "NotBuiltYet.h"
 
 CommandTable::CommandTable(const MainMenu &menu, QObject *parent)
     : QObject(parent)
@@ -36,13 +35,7 @@ void CommandTable::beforeOpening(const QString &name, const Handler &rule)
     QMenu *menu = m_menu.menu(name);
     Q_ASSERT_X(menu, "CommandTable", qPrintable(name));
     m_rules.append(rule);
-    connect(menu, &QMenu::aboutToShow, this, [this, rule] { runRule(rule); });
-}
-
-void CommandTable::runRule(const Handler &rule)
-{
-    rule();
-    disableNotBuilt();
+    connect(menu, &QMenu::aboutToShow, this, [rule] { rule(); });
 }
 
 void CommandTable::run(const QString &name)
@@ -58,33 +51,25 @@ void CommandTable::refreshRules()
 {
     for (const Handler &rule : std::as_const(m_rules))
         rule();
-    disableNotBuilt();
 }
 
 void CommandTable::close()
 {
-    for (const QString &problem : mismatches())
-        qCCritical(lcFrame) << "menu item and handler do not match:" << problem;
-    Q_ASSERT(mismatches().isEmpty());
+    for (const QString &name : unhandled())
+        qCCritical(lcFrame) << "menu item without a handler:" << name;
+    Q_ASSERT(unhandled().isEmpty());
     refreshRules();
 }
 
-void CommandTable::disableNotBuilt()
-{
-    for (const QString &name : notBuiltYet())
-        m_menu.action(name)->setEnabled(false);
-}
-
-QStringList CommandTable::mismatches() const
+QStringList CommandTable::unhandled() const
 {
     using enum MenuEntry::Kind;
-    const QStringList open = notBuiltYet();
     QStringList result;
     for (const MenuEntry &entry : menuTable()) {
         if (entry.kind != Item && entry.kind != Check)
             continue;
         const QString name = QString::fromLatin1(entry.name);
-        if (m_handlers.contains(name) == open.contains(name))
+        if (!m_handlers.contains(name))
             result.append(name);
     }
     return result;

@@ -29,16 +29,13 @@ public:
     /// are not dead because a menu was last opened under other conditions.
     void refreshRules();
 
-    /// Disables the items that have no handler yet. In a debug build it stops when these are not
-    /// just the ones listed as not built.
+    /// To be called once all handlers are in. In a debug build it stops when an item has none.
     void close();
-    /// Names that have no handler but should, or have one but are listed as not built.
-    QStringList mismatches() const;
+    /// Names of items without a handler.
+    QStringList unhandled() const;
 
 private:
     void runFromMenu(const QString &name, QAction &action);
-    void runRule(const Handler &rule);
-    void disableNotBuilt();
 
     const MainMenu &m_menu;
     QHash<QString, Handler> m_handlers;

@@ -5,16 +5,22 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTabWidget>
+#include <QToolButton>
 #include <QtTest>
 
 #include "AppFolder.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
+#include "FakeEngineData.h"
 #include "Language.h"
 #include "LanguageKeys.h"
 #include "MenuTable.h"
 #include "ProgramWithoutEngine.h"
 #include "ToolBar.h"
+#include "frmInternetOptions.h"
 #include "frmOptions.h"
 
 using namespace Qt::StringLiterals;
@@ -38,6 +44,8 @@ private slots:
     void accessKeysOfAMenuDiffer();
     void optionsHoldTheirTexts_data() { languageRows(); }
     void optionsHoldTheirTexts();
+    void internetOptionsHoldTheirTexts_data() { languageRows(); }
+    void internetOptionsHoldTheirTexts();
     void walkThroughTheLanguagesWithTenWindows();
 
 private:
@@ -286,6 +294,48 @@ void tst_Languages::optionsHoldTheirTexts()
         checkRoom(*group);
     }
     QVERIFY(form()->width() < 900);
+}
+
+void tst_Languages::internetOptionsHoldTheirTexts()
+{
+    QFETCH(QString, language);
+    setLanguageName(language);
+    const FakeData data;
+    frmInternetOptions::showOver(*m_program->frame, frmInternetOptions::Page::General);
+    QWidget *dialog = Forms::named("frmInternetOptions").value(0);
+    QVERIFY(QTest::qWaitForWindowExposed(dialog));
+    const auto &pages = *dialog->findChild<QTabWidget *>(u"tabPages"_s);
+    for (int page = 0; page < pages.count(); ++page) {
+        dialog->findChild<QTabWidget *>(u"tabPages"_s)->setCurrentIndex(page);
+        QMap<QString, QString> taken;
+        const auto checkKey = [&taken](const QString &caption) {
+            const QString key = accessKey(caption);
+            QVERIFY2(key.isEmpty() || !taken.contains(key),
+                     qPrintable(caption + " and "_L1 + taken.value(key)));
+            taken.insert(key, caption);
+        };
+        for (int tab = 0; tab < pages.count(); ++tab)
+            checkKey(pages.tabText(tab));
+        for (const auto *control : dialog->findChildren<QWidget *>()) {
+            const auto *button = qobject_cast<const QAbstractButton *>(control);
+            const auto *label = qobject_cast<const QLabel *>(control);
+            if (!control->isVisible() || control->objectName().startsWith("qt_"_L1)
+                || (!button && !label) || qobject_cast<const QToolButton *>(control))
+                continue;
+            checkKey(button ? button->text() : label->text());
+            QTRY_VERIFY2((label && label->wordWrap())
+                             || control->width() >= control->sizeHint().width(),
+                         qPrintable(control->objectName()));
+            QVERIFY2(control->height() >= control->minimumSizeHint().height(),
+                     qPrintable(control->objectName()));
+        }
+    }
+    const QWidget &scroller =
+        *dialog->findChild<QScrollArea *>(u"pageAdvanced"_s)->verticalScrollBar();
+    QTRY_VERIFY2(!scroller.isVisible(), "this screen has room for all");
+    QVERIFY2(dialog->width() < 800, qPrintable(QString::number(dialog->width())));
+    QVERIFY2(dialog->height() < 720, qPrintable(QString::number(dialog->height())));
+    dialog->close();
 }
 
 void tst_Languages::walkThroughTheLanguagesWithTenWindows()

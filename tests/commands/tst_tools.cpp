@@ -13,6 +13,7 @@ class tst_Tools : public QObject {
 private slots:
     void init();
     void cleanup();
+    void everyMenuItemHasAHandler();
     void flagsAfterTogglingPagesToHistory_data();
     void flagsAfterTogglingPagesToHistory();
     void flagsAfterTogglingFilesToCache_data();
@@ -40,6 +41,24 @@ void tst_Tools::init()
 void tst_Tools::cleanup()
 {
     m_program.reset();
+}
+
+namespace {
+QStringList complaints;
+}
+
+void tst_Tools::everyMenuItemHasAHandler()
+{
+    complaints.clear();
+    const QtMessageHandler before = qInstallMessageHandler(
+        [](QtMsgType type, const QMessageLogContext &, const QString &message) {
+            if (type == QtCriticalMsg)
+                complaints.append(message);
+        });
+    frmMain frame;
+    registerAllCommands(frame);
+    qInstallMessageHandler(before);
+    QCOMPARE(complaints, QStringList());
 }
 
 void tst_Tools::flagsAfterTogglingPagesToHistory_data()

@@ -4,7 +4,6 @@
 #include <QtTest>
 
 #include "MenuTable.h"
-#include "NotBuiltYet.h"
 #include "TempAppFolder.h"
 #include "frmMain.h"
 
@@ -22,8 +21,6 @@ private slots:
     void menuHoldsItsItemsInOrder();
     void acceleratorsAreAsDesigned();
     void checkMarksBeforeSettings();
-    void everyItemHasAHandlerOrIsListed();
-    void notBuiltItemsAreDisabledWhateverARuleSays();
     void checkItemIsInvertedOnceHoweverItRuns();
     void translationTakesKeysByNameAndLeavesTheRest();
     void separatorsAreNeverLookedUp();
@@ -190,24 +187,6 @@ void tst_Menus::checkMarksBeforeSettings()
                                u"mnuViewToolBarFavoriteLinks"_s, u"mnuViewToolBarTabStrip"_s,
                                u"mnuViewToolBarTop"_s};
     QCOMPARE(checked, expected);
-}
-
-void tst_Menus::everyItemHasAHandlerOrIsListed()
-{
-    const QStringList open = notBuiltYet();
-    QCOMPARE(QSet<QString>(open.begin(), open.end()).size(), open.size());
-    for (const QString &name : open)
-        QVERIFY2(m_frame->menuItem(name), qPrintable(name));
-}
-
-void tst_Menus::notBuiltItemsAreDisabledWhateverARuleSays()
-{
-    if (notBuiltYet().isEmpty())
-        return;
-    const QString name = notBuiltYet().first();
-    m_frame->beforeOpening(u"mnuFile"_s, [&] { m_frame->menuItem(name)->setEnabled(true); });
-    emit m_frame->menuItem(u"mnuFile"_s)->menu()->aboutToShow();
-    QVERIFY(!m_frame->menuItem(name)->isEnabled());
 }
 
 void tst_Menus::checkItemIsInvertedOnceHoweverItRuns()

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include "StoredCookie.h"
+
+/// The cookies in the engine's own file, which the engine does not list. What it has not written
+/// yet is not among them. Nothing, and a line in the log, when the file cannot be read as such or
+/// the machine lacks the library for it.
+QList<StoredCookie> readCookieFile(const QString &path);

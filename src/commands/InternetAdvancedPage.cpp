@@ -1,0 +1,102 @@
+#include "InternetAdvancedPage.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include "EngineOptions.h"
+#include "FontOptions.h"
+#include "Language.h"
+#include "NetworkOptions.h"
+#include "OptionControls.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QCheckBox *makeCheckBox(const QString &name, const QString &english)
+{
+    auto *box = new QCheckBox(GetLanguageText(u"frmInternetOptions"_s, name, english));
+    box->setObjectName(name);
+    return box;
+}
+
+}
+
+InternetAdvancedPage::InternetAdvancedPage()
+    : m_fonts(new FontOptions)
+    , m_network(new NetworkOptions)
+{
+    setObjectName("pageAdvanced"_L1);
+    setFrameShape(NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::NoFocus);
+    auto *contents = new QWidget;
+    auto *layout = new QVBoxLayout(contents);
+    layout->addWidget(makePages());
+    layout->addWidget(m_fonts);
+    layout->addWidget(m_network);
+    layout->addStretch();
+    setWidget(contents);
+    // The page's own ground, as the other page has it.
+    viewport()->setAutoFillBackground(false);
+    contents->setAutoFillBackground(false);
+}
+
+QGroupBox *InternetAdvancedPage::makePages()
+{
+    auto *group =
+        new QGroupBox(GetLanguageText(u"frmInternetOptions"_s, u"FramePages"_s, u"Pages"_s));
+    m_chkScripts = makeCheckBox(u"chkScripts"_s, u"&Run scripts"_s);
+    m_chkImages = makeCheckBox(u"chkImages"_s, u"Show &images"_s);
+    m_chkPdf = makeCheckBox(u"chkPdf"_s, u"Show PD&F files in the page"_s);
+    m_chkHardware = makeCheckBox(u"chkHardware"_s, u"Use the grap&hics device"_s);
+    auto *layout = new QGridLayout(group);
+    layout->addWidget(m_chkScripts, 0, 0, 1, 2);
+    layout->addWidget(m_chkImages, 1, 0, 1, 2);
+    layout->addWidget(m_chkPdf, 2, 0, 1, 2);
+    layout->addWidget(m_chkHardware, 3, 0);
+    layout->addWidget(OptionControls::nextStartNote(*m_chkHardware), 3, 1);
+    layout->setColumnStretch(1, 1);
+    return group;
+}
+
+void InternetAdvancedPage::fill(const EngineOptions &options)
+{
+    m_chkScripts->setChecked(options.scripts);
+    m_chkImages->setChecked(options.images);
+    m_chkPdf->setChecked(options.pdfInPage);
+    m_chkHardware->setChecked(options.hardwareRendering);
+    m_fonts->fill(options);
+    m_network->fill(options);
+}
+
+bool InternetAdvancedPage::check()
+{
+    return m_network->check();
+}
+
+void InternetAdvancedPage::collect(EngineOptions &options) const
+{
+    options.scripts = m_chkScripts->isChecked();
+    options.images = m_chkImages->isChecked();
+    options.pdfInPage = m_chkPdf->isChecked();
+    options.hardwareRendering = m_chkHardware->isChecked();
+    m_fonts->collect(options);
+    m_network->collect(options);
+}
+
+QSize InternetAdvancedPage::sizeHint() const
+{
+    return widget()->sizeHint() + QSize(verticalScrollBar()->sizeHint().width(), 0);
+}
+
+/// Never so narrow that it would have to scroll sideways.
+QSize InternetAdvancedPage::minimumSizeHint() const
+{
+    return {sizeHint().width(), QScrollArea::minimumSizeHint().height()};
+}

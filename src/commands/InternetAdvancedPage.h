@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QScrollArea>
+
+class FontOptions;
+class NetworkOptions;
+class QCheckBox;
+class QGroupBox;
+struct EngineOptions;
+
+/// The second page of the internet options: how the engine shows pages, and how it reaches them. It
+/// scrolls where the screen is too low for it.
+class InternetAdvancedPage : public QScrollArea {
+    Q_OBJECT
+
+public:
+    InternetAdvancedPage();
+
+    void fill(const EngineOptions &options);
+    /// False, with a message and the focus on the control, when something cannot be used.
+    bool check();
+    void collect(EngineOptions &options) const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+private:
+    QGroupBox *makePages();
+
+    QCheckBox *m_chkScripts;
+    QCheckBox *m_chkImages;
+    QCheckBox *m_chkPdf;
+    QCheckBox *m_chkHardware;
+    FontOptions *m_fonts;
+    NetworkOptions *m_network;
+};

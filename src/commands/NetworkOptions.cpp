@@ -1,0 +1,182 @@
+#include "NetworkOptions.h"
+
+#include <QComboBox>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+#include "EngineOptions.h"
+#include "Language.h"
+#include "MsgBox.h"
+#include "OptionControls.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A value of the file may be that long.
+constexpr int longestText = 900;
+/// Pixels.
+constexpr int comfortableWidth = 190;
+
+QString translated(const QString &key, const QString &english)
+{
+    return GetLanguageText(u"frmInternetOptions"_s, key, english);
+}
+
+}
+
+NetworkOptions::NetworkOptions()
+    : QGroupBox(translated(u"FrameNetwork"_s, u"Network"_s))
+    , m_layout(new QGridLayout(this))
+{
+    addProxy();
+    addTexts();
+    m_layout->setColumnStretch(1, 1);
+}
+
+void NetworkOptions::addProxy()
+{
+    m_proxy = new QComboBox;
+    m_proxy->setObjectName("cboProxy"_L1);
+    m_proxy->addItem(translated(u"strProxySystem"_s, u"As the system has it"_s),
+                     int(EngineOptions::Proxy::System));
+    m_proxy->addItem(translated(u"strProxyNone"_s, u"None"_s), int(EngineOptions::Proxy::None));
+    m_proxy->addItem(u"HTTP"_s, int(EngineOptions::Proxy::Http));
+    m_proxy->addItem(u"SOCKS 5"_s, int(EngineOptions::Proxy::Socks5));
+    auto *label = new QLabel(translated(u"lblProxy"_s, u"Pr&oxy:"_s));
+    label->setObjectName("lblProxy"_L1);
+    OptionControls::name(*label, *m_proxy);
+    m_proxyHost = new QLineEdit;
+    m_proxyHost->setObjectName("txtProxyHost"_L1);
+    m_proxyHost->setMaxLength(longestText);
+    m_proxyHost->setAccessibleName(translated(u"txtProxyHost"_s, u"Address of the proxy"_s));
+    m_proxyHost->setPlaceholderText(m_proxyHost->accessibleName());
+    m_proxyPort = new QSpinBox;
+    m_proxyPort->setObjectName("txtProxyPort"_L1);
+    m_proxyPort->setRange(1, 65535);
+    m_proxyPort->setAccessibleName(translated(u"txtProxyPort"_s, u"Port of the proxy"_s));
+    connect(m_proxy, &QComboBox::currentIndexChanged, this, &NetworkOptions::enableProxyAddress);
+    auto *address = new QHBoxLayout;
+    address->addWidget(m_proxyHost, 1);
+    address->addWidget(m_proxyPort);
+    m_layout->addWidget(label, 0, 0);
+    m_layout->addWidget(m_proxy, 0, 1, 1, 2);
+    m_layout->addLayout(address, 1, 1, 1, 2);
+}
+
+void NetworkOptions::addTexts()
+{
+    const QString builtIn = translated(u"strBuiltIn"_s, u"As built in"_s);
+    m_languages = addText(2, u"lblLanguages"_s, u"&Languages asked for:"_s);
+    m_languages->setPlaceholderText(builtIn);
+    m_layout->addWidget(OptionControls::nextStartNote(*m_languages), 2, 2);
+    m_userAgent = addText(3, u"lblUserAgent"_s, u"&User agent:"_s);
+    m_userAgent->setPlaceholderText(builtIn);
+    m_layout->addWidget(OptionControls::nextStartNote(*m_userAgent), 3, 2);
+    m_downloads = addText(4, u"lblDownloads"_s, u"&Downloads folder:"_s);
+    m_downloads->setPlaceholderText(builtIn);
+    auto *choose = new QPushButton(translated(u"cmdBrowse"_s, u"&Browse..."_s));
+    choose->setObjectName("cmdBrowse"_L1);
+    choose->setAutoDefault(false);
+    connect(choose, &QPushButton::clicked, this, &NetworkOptions::browse);
+    m_layout->addWidget(choose, 4, 2);
+}
+
+QLineEdit *NetworkOptions::addText(int row, const QString &name, const QString &english)
+{
+    auto *field = new QLineEdit;
+    field->setObjectName("txt"_L1 + name.mid(3));
+    field->setMaxLength(longestText);
+    field->setMinimumWidth(comfortableWidth);
+    auto *label = new QLabel(translated(name, english));
+    label->setObjectName(name);
+    OptionControls::name(*label, *field);
+    m_layout->addWidget(label, row, 0);
+    m_layout->addWidget(field, row, 1);
+    return field;
+}
+
+void NetworkOptions::enableProxyAddress()
+{
+    EngineOptions options;
+    options.proxy = EngineOptions::Proxy(m_proxy->currentData().toInt());
+    m_proxyHost->setEnabled(options.usesOwnProxy());
+    m_proxyPort->setEnabled(options.usesOwnProxy());
+}
+
+void NetworkOptions::fill(const EngineOptions &options)
+{
+    m_proxy->setCurrentIndex(m_proxy->findData(int(options.proxy)));
+    m_proxyHost->setText(options.proxyHost);
+    m_proxyPort->setValue(options.proxyPort);
+    m_languages->setText(options.languages);
+    m_userAgent->setText(options.userAgent);
+    m_downloads->setText(options.downloadFolder);
+    enableProxyAddress();
+}
+
+bool NetworkOptions::check()
+{
+    EngineOptions options;
+    collect(options);
+    using namespace EngineOptionText;
+    if (options.usesOwnProxy() && !isHost(options.proxyHost)) {
+        return refuse(*m_proxyHost,
+                      translated(u"strBadProxy"_s, u"This is not the address of a proxy."_s));
+    }
+    if (!options.languages.isEmpty() && !isLanguageList(options.languages)) {
+        return refuse(*m_languages,
+                      translated(u"strBadLanguages"_s,
+                                 u"These are not languages. Write their codes with commas "
+                                 u"between them, like this: de-AT, de, en"_s));
+    }
+    if (!options.userAgent.isEmpty() && !isUserAgent(options.userAgent)) {
+        return refuse(*m_userAgent,
+                      translated(u"strBadUserAgent"_s,
+                                 u"The user agent must be in English letters, digits and "
+                                 u"signs."_s));
+    }
+    if (!options.downloadFolder.isEmpty() && !isFolder(options.downloadFolder)) {
+        return refuse(
+            *m_downloads,
+            translated(u"strBadFolder"_s, u"This is not a folder. Write its whole path."_s));
+    }
+    return true;
+}
+
+bool NetworkOptions::refuse(QWidget &control, const QString &message)
+{
+    control.setFocus();
+    MsgBox::tell(this, message);
+    return false;
+}
+
+void NetworkOptions::collect(EngineOptions &options) const
+{
+    options.proxy = EngineOptions::Proxy(m_proxy->currentData().toInt());
+    // An address that is not in use and no good is not worth keeping.
+    const QString host = m_proxyHost->text().trimmed();
+    if (options.usesOwnProxy() || EngineOptionText::isHost(host))
+        options.proxyHost = host;
+    options.proxyPort = m_proxyPort->value();
+    options.languages = m_languages->text().trimmed();
+    options.userAgent = m_userAgent->text().trimmed();
+    options.downloadFolder = m_downloads->text().trimmed();
+}
+
+void NetworkOptions::browse()
+{
+    auto *dialog = new QFileDialog(this, translated(u"strDownloads"_s, u"Downloads Folder"_s),
+                                   m_downloads->text());
+    dialog->setObjectName("dlgDownloads"_L1);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    connect(dialog, &QFileDialog::fileSelected, m_downloads, &QLineEdit::setText);
+    dialog->open();
+}

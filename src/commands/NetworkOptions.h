@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QGroupBox>
+
+class QComboBox;
+class QGridLayout;
+class QLineEdit;
+class QSpinBox;
+struct EngineOptions;
+
+/// How pages are reached: the proxy, what servers are told, and where downloads go.
+class NetworkOptions : public QGroupBox {
+    Q_OBJECT
+
+public:
+    NetworkOptions();
+
+    void fill(const EngineOptions &options);
+    /// False, with a message and the focus on the control, when a text cannot be used.
+    bool check();
+    void collect(EngineOptions &options) const;
+
+private:
+    void addProxy();
+    void addTexts();
+    QLineEdit *addText(int row, const QString &name, const QString &english);
+    void enableProxyAddress();
+    bool refuse(QWidget &control, const QString &message);
+    void browse();
+
+    QGridLayout *m_layout;
+    QComboBox *m_proxy;
+    QLineEdit *m_proxyHost;
+    QSpinBox *m_proxyPort;
+    QLineEdit *m_languages;
+    QLineEdit *m_userAgent;
+    QLineEdit *m_downloads;
+};

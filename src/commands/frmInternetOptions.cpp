@@ -1,0 +1,120 @@
+#include "frmInternetOptions.h"
+
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QScreen>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "EngineData.h"
+#include "EngineOptions.h"
+#include "Forms.h"
+#include "Frame.h"
+#include "InternetAdvancedPage.h"
+#include "InternetGeneralPage.h"
+#include "Language.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Pixels.
+constexpr int roomForTitle = 40;
+
+QString translated(const QString &key, const QString &english)
+{
+    return GetLanguageText(u"frmInternetOptions"_s, key, english);
+}
+
+}
+
+void frmInternetOptions::showOver(Frame &frame, Page page)
+{
+    const QList<QWidget *> open = Forms::named("frmInternetOptions");
+    auto *form = open.isEmpty() ? new frmInternetOptions(frame.window())
+                                : qobject_cast<frmInternetOptions *>(open.first());
+    form->openOn(page);
+}
+
+frmInternetOptions::frmInternetOptions(QWidget *owner)
+    : QDialog(owner)
+    , m_data(makeEngineData(this))
+    , m_pages(new QTabWidget)
+    , m_general(new InternetGeneralPage(*m_data))
+    , m_advanced(new InternetAdvancedPage)
+{
+    setObjectName("frmInternetOptions"_L1);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(translated(u"Caption"_s, u"Internet Options"_s));
+    Forms::add(this);
+
+    m_pages->setObjectName("tabPages"_L1);
+    m_pages->addTab(m_general, translated(u"FrameGeneral"_s, u"&General"_s));
+    m_pages->addTab(m_advanced, translated(u"FrameAdvanced"_s, u"&Advanced"_s));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_pages);
+    layout->addWidget(makeButtons());
+    // Only inside its dialog does a button become the one that Enter presses.
+    findChild<QPushButton *>(u"cmdSave"_s)->setDefault(true);
+
+    const EngineOptions options = EngineOptions::read();
+    m_general->fill(options);
+    m_advanced->fill(options);
+    // By itself a dialog takes no more than two thirds of the screen.
+    const QSize room = screen()->availableSize() - QSize(0, roomForTitle);
+    resize(sizeHint().boundedTo(room));
+}
+
+QWidget *frmInternetOptions::makeButtons()
+{
+    auto *box = new QDialogButtonBox;
+    const auto addButton = [box](const QString &name, const QString &caption,
+                                 QDialogButtonBox::ButtonRole role) {
+        QPushButton *button = box->addButton(translated(name, caption), role);
+        button->setObjectName(name);
+        return button;
+    };
+    const QPushButton *apply = addButton(u"cmdApply"_s, u"A&pply"_s, QDialogButtonBox::ApplyRole);
+    const QPushButton *cancel =
+        addButton(u"cmdCancel"_s, u"&Cancel"_s, QDialogButtonBox::RejectRole);
+    // Not the accepting role: the dialog is closed here, once the options are applied.
+    const QPushButton *save = addButton(u"cmdSave"_s, u"&Save"_s, QDialogButtonBox::YesRole);
+    connect(apply, &QPushButton::clicked, this, &frmInternetOptions::applyOptions);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::close);
+    connect(save, &QPushButton::clicked, this, [this] {
+        if (applyOptions())
+            close();
+    });
+    return box;
+}
+
+void frmInternetOptions::openOn(Page page)
+{
+    setPage(page);
+    if (isVisible()) {
+        raise();
+        activateWindow();
+    } else {
+        open();
+    }
+}
+
+void frmInternetOptions::setPage(Page page)
+{
+    m_pages->setCurrentIndex(page == Page::General ? 0 : 1);
+}
+
+/// False, with the control that is to be put right in front, when something cannot be used.
+bool frmInternetOptions::applyOptions()
+{
+    if (!m_advanced->check()) {
+        setPage(Page::Advanced);
+        return false;
+    }
+    EngineOptions options;
+    m_general->collect(options);
+    m_advanced->collect(options);
+    options.write();
+    m_data->use(options);
+    return true;
+}
