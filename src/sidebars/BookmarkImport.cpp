@@ -147,7 +147,7 @@ bool BookmarkImport::write(const QString &path, const BookmarkItem &item, const 
         return false;
     }
     if (item.date > 0
-        && !file.setFileTime(QDateTime::fromSecsSinceEpoch(item.date),
+        && !file.setFileTime(QDateTime::fromSecsSinceEpoch(item.date, Qt::UTC),
                              QFileDevice::FileModificationTime))
         qCWarning(lcFiles) << "cannot date" << path;
     return true;
