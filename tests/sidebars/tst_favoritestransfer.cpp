@@ -14,6 +14,7 @@
 #include "frmSkipped.h"
 
 #include <QLabel>
+#include <QProgressBar>
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
@@ -46,6 +47,8 @@ private slots:
     void importOfRandomBytes();
     void frameGoesWhileImporting();
     void interfaceIsNotHeld();
+    void picture_data();
+    void picture();
 
 private:
     void run(const QString &item, const QString &file);
@@ -163,7 +166,7 @@ void tst_FavoritesTransfer::importTellsAndLists()
 {
     run(u"mnuFavoritesImport"_s,
         write("<A HREF=\"a:\">A</A>\n<A>bad</A>\n<A HREF=\"place:x\">query</A>"));
-    QTRY_VERIFY(!m_transfer->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     QCOMPARE(told(), u"1 favorites and 0 folders imported, 0 already there, 2 skipped."_s);
     QVERIFY(!m_home->read(u"A.url"_s).isNull());
     QVERIFY(!QApplication::activeModalWidget());
@@ -186,7 +189,7 @@ void tst_FavoritesTransfer::importDoesNotRefreshTheBar()
     QTRY_VERIFY(!m_bar->isRefreshing());
     const QSignalSpy refreshed(m_bar, &FavoritesBar::refreshed);
     run(u"mnuFavoritesImport"_s, write("<A HREF=\"a:\">A</A>"));
-    QTRY_VERIFY(!m_transfer->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     QVERIFY(!m_bar->isRefreshing());
     QCOMPARE(refreshed.size(), 0);
 }
@@ -196,7 +199,7 @@ void tst_FavoritesTransfer::exportWritesTheFile()
     QVERIFY(m_home->writeLink(u"F/A.url"_s, "http://a/"));
     const QString file = m_home->home() + "/out.html"_L1;
     run(u"mnuFavoritesExport"_s, file);
-    QTRY_VERIFY(!m_transfer->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     QFile out(file);
     QVERIFY(out.open(QIODevice::ReadOnly));
     QVERIFY(out.readAll().contains("HREF=\"http://a/\""));
@@ -206,7 +209,7 @@ void tst_FavoritesTransfer::exportWritesTheFile()
 void tst_FavoritesTransfer::exportThatCannotBeWritten()
 {
     run(u"mnuFavoritesExport"_s, u"/proc/out.html"_s);
-    QTRY_VERIFY(!m_transfer->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     QCOMPARE(told(), u"The favorites could not be exported."_s);
 }
 
@@ -217,7 +220,7 @@ void tst_FavoritesTransfer::stoppedImportIsTold()
         bytes += "<DT><A HREF=\"http://a/\">A" + QByteArray::number(i) + "</A>\n";
     run(u"mnuFavoritesImport"_s, write(bytes));
     control<QToolButton>(u"cmdStopTransfer"_s)->click();
-    QTRY_VERIFY(!m_transfer->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     QVERIFY(told().startsWith(u"Stopped. "_s));
     for (const QString &name : QDir(m_home->favorites()).entryList(QDir::Files))
         QVERIFY(m_home->read(name).endsWith("URL=http://a/\r\n"));
@@ -230,7 +233,7 @@ void tst_FavoritesTransfer::stoppedExportLeavesTheFile()
     const QString file = write("mine");
     run(u"mnuFavoritesExport"_s, file);
     m_transfer->stop();
-    QTRY_VERIFY(!m_transfer->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     QFile out(file);
     QVERIFY(out.open(QIODevice::ReadOnly));
     if (told().startsWith(u"Stopped."_s))
@@ -249,7 +252,7 @@ void tst_FavoritesTransfer::stopWhileTheFolderIsLocked()
     QVERIFY(m_transfer->isRunning());
     control<QToolButton>(u"cmdStopTransfer"_s)->click();
     lock.reset();
-    QTRY_VERIFY(!m_transfer->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     QCOMPARE(told(), u"Stopped. Nothing was exported."_s);
     QCOMPARE(read(file), "mine"_ba);
 }
@@ -261,7 +264,7 @@ void tst_FavoritesTransfer::stopWhileWritingIsTooLate()
     // Opening is the first operation, writing the second.
     FileFaults::call([this] { m_transfer->stop(); }, 2);
     run(u"mnuFavoritesExport"_s, file);
-    QTRY_VERIFY(!m_transfer->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     QVERIFY(FileFaults::disarm());
     QVERIFY(read(file).contains("HREF=\"http://a/\""));
     QCOMPARE(told(), u"1 favorites in 0 folders exported, 0 without an address left out."_s);
@@ -276,7 +279,7 @@ void tst_FavoritesTransfer::importOntoAFullDisk()
     const QString file = write(bytes);
     FileFaults::arm(FileFaults::Kind::FullDisk, 500);
     run(u"mnuFavoritesImport"_s, file);
-    QTRY_VERIFY(!m_transfer->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     FileFaults::disarm();
     const QStringList names = QDir(m_home->favorites()).entryList(QDir::Files);
     QVERIFY(names.size() > 100);
@@ -301,7 +304,7 @@ void tst_FavoritesTransfer::exportOntoAFullDisk()
         const QString path = write("mine");
         FileFaults::arm(FileFaults::Kind::Fail, ++at);
         run(u"mnuFavoritesExport"_s, path);
-        QTRY_VERIFY(!m_transfer->isRunning());
+        QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
         reached = FileFaults::disarm();
         const bool failed = told() == u"The favorites could not be exported."_s;
         failures += failed ? 1 : 0;
@@ -321,7 +324,7 @@ void tst_FavoritesTransfer::importIntoAReadOnlyFolder()
     const QString file = write("<A HREF=\"a:\">A</A><H3>F</H3><DL><A HREF=\"b:\">B</A></DL>");
     FileFaults::arm(FileFaults::Kind::ReadOnly, 1);
     run(u"mnuFavoritesImport"_s, file);
-    QTRY_VERIFY(!m_transfer->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     FileFaults::disarm();
     QCOMPARE(told(), u"0 favorites and 0 folders imported, 0 already there, 3 skipped."_s);
     QVERIFY(control<QToolButton>(u"cmdTransferList"_s)->isVisible());
@@ -335,7 +338,7 @@ void tst_FavoritesTransfer::importOfRandomBytes()
     for (char &byte : bytes)
         byte = char(random.bounded(256));
     run(u"mnuFavoritesImport"_s, write(bytes));
-    QTRY_VERIFY(!m_transfer->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     QVERIFY(told().contains(u"favorites and"_s));
 }
 
@@ -365,6 +368,44 @@ void tst_FavoritesTransfer::interfaceIsNotHeld()
     QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
     QVERIFY(beats > 10);
     QVERIFY(told().startsWith(u"20000 favorites"_s));
+}
+
+void tst_FavoritesTransfer::picture_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::newRow("light") << QPalette(QColor(0xee, 0xee, 0xee));
+    QTest::newRow("dark") << QPalette(QColor(0x30, 0x30, 0x30));
+}
+
+// Nothing is cut off, in pictures that may be kept to be looked at.
+void tst_FavoritesTransfer::picture()
+{
+    QFETCH(QPalette, palette);
+    const QPalette before = QApplication::palette();
+    const auto restore = qScopeGuard([before] { QApplication::setPalette(before); });
+    QApplication::setPalette(palette);
+    const auto keep = [](QWidget *widget, const char *name) {
+        const QString folder = qEnvironmentVariable("ORVANE_PICTURES");
+        return folder.isEmpty()
+            || widget->grab().save(folder + u'/' + QLatin1StringView(name) + u'-'
+                                   + QLatin1StringView(QTest::currentDataTag()) + u".png"_s);
+    };
+    QByteArray bytes = "<A>Nothing here</A>\n<A HREF=\"place:x\">Recent</A>\n"
+                       "<A HREF=\"http://a/>Recipes</A>\n<DT>\n";
+    for (int i = 0; i < 1000; ++i)
+        bytes += "<DT><A HREF=\"http://a/\">A" + QByteArray::number(i) + "</A>\n";
+    run(u"mnuFavoritesImport"_s, write(bytes));
+    auto *bar = control<QProgressBar>(u"prgTransfer"_s);
+    QTRY_VERIFY(bar->value() > 20 || !m_transfer->isRunning());
+    QVERIFY(keep(m_frame->window(), "transfer-running"));
+    QTRY_VERIFY_WITH_TIMEOUT(!m_transfer->isRunning(), 60'000);
+    for (const QToolButton *button : bar->parentWidget()->findChildren<QToolButton *>())
+        QVERIFY(!button->isVisible() || button->width() >= button->minimumSizeHint().width());
+    QVERIFY(keep(m_frame->window(), "transfer-ended"));
+    control<QToolButton>(u"cmdTransferList"_s)->click();
+    auto *list = control<QTreeWidget>(u"lvSkipped"_s);
+    QTRY_VERIFY(list->isVisible());
+    QVERIFY(keep(list->window(), "transfer-list"));
 }
 
 QTEST_MAIN(tst_FavoritesTransfer)
