@@ -13,7 +13,7 @@ namespace {
 
 using FileFaults::Kind;
 
-enum class Operation { Open, MakeFolder, Write, Other };
+enum class Operation { Write, Other };
 
 Kind theKind = Kind::Fail;
 std::atomic<int> remaining = 0;
@@ -24,7 +24,7 @@ bool meets(Operation operation)
 {
     switch (theKind) {
     case Kind::FullDisk:
-        return operation == Operation::Write || operation == Operation::MakeFolder;
+        return operation == Operation::Write;
     case Kind::ReadOnly:
         return remaining <= 0;
     case Kind::Fail:
@@ -105,7 +105,7 @@ int open64(const char *path, int flags, ...)
     const mode_t mode = va_arg(arguments, mode_t);
     va_end(arguments);
     static auto *const open = real<int(const char *, int, ...)>("open64");
-    return isWriting(flags) && goesWrong(Operation::Open) ? -1 : open(path, flags, mode);
+    return isWriting(flags) && goesWrong(Operation::Other) ? -1 : open(path, flags, mode);
 }
 
 ssize_t write(int file, const void *bytes, size_t count)
@@ -124,7 +124,7 @@ int mkdir(const char *path, mode_t mode) noexcept
     static auto *const mkdir = real<int(const char *, mode_t)>("mkdir");
     // That it is there is said first.
     const bool isNew = ::access(path, F_OK) != 0;
-    return isNew && goesWrong(Operation::MakeFolder) ? -1 : mkdir(path, mode);
+    return isNew && goesWrong(Operation::Other) ? -1 : mkdir(path, mode);
 }
 
 int fsync(int file)

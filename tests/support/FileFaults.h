@@ -9,7 +9,7 @@ enum class Kind {
     /// The operation fails as on a full disk.
     Fail,
     /// It is the last for which there is room: a write gets half of its bytes out, and from then on
-    /// nothing more can be written and no folder made.
+    /// no more can be written. Empty files and folders can still be made.
     FullDisk,
     /// It and all that follow fail as in a folder that may only be read.
     ReadOnly,
