@@ -2,8 +2,8 @@
 // long it holds the interface.
 
 #include "FavoritesBar.h"
-#include "Frame.h"
 #include "LinksFolder.h"
+#include "NoFrame.h"
 
 #include <QApplication>
 #include <QDir>
@@ -25,28 +25,6 @@ constexpr int barLinks = 5000;
 constexpr int rounds = 7;
 constexpr double mostTimesBare = 1.5;
 constexpr double longestHoldMs = 100;
-
-// Nothing is opened here, so nothing of a frame is ever asked for.
-class NoFrame : public Frame {
-public:
-    QWidget *window() override { return nullptr; }
-    void adopt(QMdiSubWindow *) override { }
-    QMdiSubWindow *activeChild() const override { return nullptr; }
-    void OpenBrowserWindow(const QString &, int) override { }
-    void NavigateActive(const QString &) override { }
-    int NewWindowState() const override { return 2; }
-    bool openProfile(const QString &, bool) override { return false; }
-    WindowTabs &tbWindows() override { qFatal("no tabs"); }
-    void setAddressText(const QString &) override { }
-    void addAddress(const QString &, bool) override { }
-    QAction *menuItem(const QString &) const override { return nullptr; }
-    void handle(const QString &, const Handler &) override { }
-    void beforeOpening(const QString &, const Handler &) override { }
-    void run(const QString &) override { }
-    void setButtonPressed(const QString &, bool) override { }
-    int brwFlags() const override { return 0; }
-    void setBrwFlags(int) override { }
-};
 
 bool write(const QString &path, int number)
 {
@@ -128,7 +106,7 @@ int main(int argc, char *argv[])
     if (!makeFavorites(root))
         qFatal("cannot make the favorites");
 
-    NoFrame frame;
+    NoFrame frame(nullptr);
     FavoritesBar bar(frame);
     bar.resize(240, 700);
     bar.show();

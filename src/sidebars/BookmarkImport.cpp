@@ -16,7 +16,8 @@ using Reason = BookmarkProblem::Reason;
 
 namespace {
 constexpr qsizetype mostProblems = 10'000;
-// A full disk or a folder that nothing can be written to, not a mishap of one file.
+// A full disk or a folder that nothing can be written to, not a mishap of one file. Folders that
+// can be made say nothing: there is room for them where there is none for a file.
 constexpr int mostFailuresInARow = 100;
 // Bytes; leaves room for a file's name in what a path may have.
 constexpr qsizetype longestFolderPath = 3500;
@@ -147,7 +148,7 @@ bool BookmarkImport::write(const QString &path, const BookmarkItem &item, const 
         return false;
     }
     if (item.date > 0
-        && !file.setFileTime(QDateTime::fromSecsSinceEpoch(item.date),
+        && !file.setFileTime(QDateTime::fromSecsSinceEpoch(item.date, Qt::UTC),
                              QFileDevice::FileModificationTime))
         qCWarning(lcFiles) << "cannot date" << path;
     return true;
@@ -190,7 +191,6 @@ BookmarkImport::FolderPtr BookmarkImport::makeFolder(const BookmarkItem &item, c
         folder->isNew = isNew;
         m_folders.insert(path, folder);
         m_outcome.folders += isNew ? 1 : 0;
-        m_failuresInARow = isNew ? 0 : m_failuresInARow;
         return folder;
     }
 }

@@ -5,10 +5,10 @@
 
 #include <QHash>
 #include <QList>
-#include <QSet>
 #include <QString>
 #include <deque>
 #include <memory>
+#include <set>
 #include <vector>
 
 /// What came of an import.
@@ -48,7 +48,8 @@ private:
     /// The shortcuts of one name in one folder.
     struct Name {
         int nextNumber = 1;
-        QSet<QString> urls;
+        // Mostly one, for which a hash would take over a kilobyte.
+        std::set<QString> urls;
     };
     struct Folder {
         QString path;

@@ -10,8 +10,13 @@ using Reason = BookmarkProblem::Reason;
 namespace {
 // So much that a caller with an eye on the clock may look at it after each call.
 constexpr qsizetype bytesAtOnce = 64 * 1024;
+// Characters.
 constexpr qsizetype longestTitle = 8 * 1024;
 constexpr qsizetype longestAddress = 1024 * 1024;
+// The longest writing of a character, a reference such as "&quot;".
+constexpr qsizetype bytesPerCharacter = 6;
+constexpr qsizetype longestTitleBytes = bytesPerCharacter * longestTitle;
+constexpr qsizetype longestAddressBytes = bytesPerCharacter * longestAddress;
 constexpr qsizetype longestNote = 200;
 
 bool isBlank(char byte)
@@ -34,6 +39,26 @@ bool is(QByteArrayView name, const char *other)
 bool isFolderHeading(QByteArrayView name)
 {
     return name.size() == 2 && (name[0] | 0x20) == 'h' && name[1] >= '2' && name[1] <= '6';
+}
+
+// Without the part of a character that cutting the bytes off may have left at the end.
+QByteArrayView wholeCharacters(QByteArrayView bytes)
+{
+    constexpr qsizetype longestCharacter = 4;
+    qsizetype end = bytes.size();
+    while (end > 0 && bytes.size() - end < longestCharacter && (bytes[end - 1] & 0xc0) == 0x80)
+        --end;
+    return end > 0 && (bytes[end - 1] & 0x80) != 0 ? bytes.first(end - 1) : bytes;
+}
+
+QString readTitle(QByteArrayView bytes)
+{
+    if (bytes.size() == longestTitleBytes)
+        bytes = wholeCharacters(bytes);
+    QString text = BookmarkText::resolved(BookmarkText::decode(bytes), false);
+    if (text.size() > longestTitle)
+        text.truncate(text.at(longestTitle).isLowSurrogate() ? longestTitle - 1 : longestTitle);
+    return BookmarkText::title(text);
 }
 
 // What cannot stand inside the title of a link or folder.
@@ -71,7 +96,7 @@ void BookmarkReader::readText()
     const void *found = rest > 0 ? std::memchr(from, '<', static_cast<size_t>(rest)) : nullptr;
     const qsizetype length = found ? static_cast<const char *>(found) - from : rest;
     if (m_open != Open::Nothing)
-        m_title.append(from, std::min(length, longestTitle - m_title.size()));
+        m_title.append(from, std::min(length, longestTitleBytes - m_title.size()));
     m_at += length;
 }
 
@@ -85,7 +110,7 @@ void BookmarkReader::readMarkup()
     } else if (isLetter(next) || (next == '/' && isLetter(afterSlash))) {
         readTag(next == '/');
     } else {
-        if (m_open != Open::Nothing && m_title.size() < longestTitle)
+        if (m_open != Open::Nothing && m_title.size() < longestTitleBytes)
             m_title.append('<');
         ++m_at;
     }
@@ -277,12 +302,12 @@ void BookmarkReader::finishOpen()
 
 void BookmarkReader::finishLink()
 {
-    using BookmarkText::decode;
     BookmarkItem item;
-    item.title = BookmarkText::title(BookmarkText::resolved(decode(m_title), false));
+    item.title = readTitle(m_title);
     const QByteArrayView href =
         m_attributes.href.trimmed().isEmpty() ? m_attributes.feed : m_attributes.href;
-    const QString read = decode(href.first(std::min(href.size(), longestAddress)));
+    const QString read =
+        BookmarkText::decode(href.first(std::min(href.size(), longestAddressBytes)));
     item.url = BookmarkText::address(BookmarkText::resolved(read, true));
     const qint64 added = BookmarkText::date(m_attributes.added);
     item.date = added > 0 ? added : BookmarkText::date(m_attributes.modified);
@@ -295,7 +320,7 @@ void BookmarkReader::finishLink()
         problem.reason = Reason::BrokenTag;
     else if (item.url.isEmpty())
         problem.reason = Reason::NoAddress;
-    else if (href.size() > longestAddress)
+    else if (href.size() > longestAddressBytes || item.url.size() > longestAddress)
         problem.reason = Reason::TooLong;
     else if (item.url.startsWith(QLatin1StringView("place:"), Qt::CaseInsensitive))
         problem.reason = Reason::Query;
@@ -310,8 +335,7 @@ void BookmarkReader::finishFolder()
     m_hasFolder = true;
     m_folder = {};
     m_folder.kind = BookmarkItem::Kind::Folder;
-    m_folder.title =
-        BookmarkText::title(BookmarkText::resolved(BookmarkText::decode(m_title), false));
+    m_folder.title = readTitle(m_title);
     const qint64 added = BookmarkText::date(m_attributes.added);
     m_folder.date = added > 0 ? added : BookmarkText::date(m_attributes.modified);
     m_folder.line = lineAt(m_openAt);
@@ -348,7 +372,16 @@ void BookmarkReader::endAll()
 // Asked for in the order of the file.
 int BookmarkReader::lineAt(qsizetype position)
 {
-    for (; m_linesUpTo < position; ++m_linesUpTo)
-        m_lines += m_bytes[m_linesUpTo] == '\n' ? 1 : 0;
+    while (m_linesUpTo < position) {
+        const char *from = m_bytes.constData() + m_linesUpTo;
+        const auto rest = static_cast<size_t>(position - m_linesUpTo);
+        const void *end = std::memchr(from, '\n', rest);
+        if (!end) {
+            m_linesUpTo = position;
+            break;
+        }
+        m_linesUpTo += static_cast<const char *>(end) - from + 1;
+        ++m_lines;
+    }
     return m_lines;
 }

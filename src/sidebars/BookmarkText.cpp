@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QUrl>
 
+#include <algorithm>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -75,6 +76,23 @@ std::optional<char32_t> character(QStringView name, bool isAddress)
     return found == names.cend() ? std::nullopt : std::optional(*found);
 }
 
+// What is written for the character; nothing where it stands for itself.
+const char *referenceTo(char character)
+{
+    switch (character) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '"':
+        return "&quot;";
+    default:
+        return nullptr;
+    }
+}
+
 bool isControl(QChar character)
 {
     return character < u' ' || character == u'\x7f';
@@ -115,6 +133,8 @@ QString resolved(const QString &text, bool isAddress)
 
 QString title(const QString &text)
 {
+    if (std::none_of(text.cbegin(), text.cend(), isControl))
+        return text.trimmed();
     QString result;
     result.reserve(text.size());
     for (qsizetype at = 0; at < text.size();) {
@@ -135,6 +155,8 @@ QString title(const QString &text)
 
 QString address(const QString &text)
 {
+    if (std::none_of(text.cbegin(), text.cend(), isControl))
+        return text.trimmed();
     QString result = text;
     result.removeIf(isControl);
     return result.trimmed();
@@ -165,9 +187,18 @@ qint64 date(QByteArrayView text)
 
 QByteArray escaped(const QString &text)
 {
-    QByteArray bytes = text.toUtf8();
-    bytes.replace('&', "&amp;").replace('<', "&lt;").replace('>', "&gt;").replace('"', "&quot;");
-    return bytes;
+    const QByteArray plain = text.toUtf8();
+    QByteArray result;
+    qsizetype done = 0;
+    for (qsizetype at = 0; at < plain.size(); ++at) {
+        const char *reference = referenceTo(plain[at]);
+        if (!reference)
+            continue;
+        result += QByteArrayView(plain).sliced(done, at - done);
+        result += reference;
+        done = at + 1;
+    }
+    return done == 0 ? plain : result += QByteArrayView(plain).sliced(done);
 }
 
 }

@@ -26,6 +26,6 @@ QString titleOf(const QString &url);
 /// since 1601; 0 for anything else.
 qint64 date(QByteArrayView text);
 
-/// With the characters that mean something to HTML as references.
+/// In UTF-8, with the characters that mean something to HTML as references.
 QByteArray escaped(const QString &text);
 }

@@ -28,17 +28,19 @@ QString titleOf(const QString &fileName, const InternetShortcut::Contents &conte
 {
     const QString caption = InternetShortcut::caption(fileName);
     const QString kept = BookmarkText::title(contents.title);
-    const QString name = FavoriteFile::name(kept, {});
-    if (!kept.isEmpty()
-        && (name.isEmpty() || caption == name || caption.startsWith(name + u" ("_s)))
-        return kept;
+    if (!kept.isEmpty()) {
+        const QString name = FavoriteFile::name(kept, {});
+        if (name.isEmpty() || caption == name || caption.startsWith(name + u" ("_s))
+            return kept;
+    }
     const QString title = BookmarkText::title(caption);
     return title.isEmpty() ? BookmarkText::titleOf(contents.url) : title;
 }
 }
 
 BookmarkWriter::BookmarkWriter(const QString &root)
-    : m_bytes(head)
+    : m_pattern(fileNamePattern(u"*.url"_s))
+    , m_bytes(head)
 {
     enter(root);
 }
@@ -47,10 +49,8 @@ BookmarkWriter::~BookmarkWriter() = default;
 
 void BookmarkWriter::enter(const QString &path)
 {
-    const QString canonical = QFileInfo(path).canonicalFilePath();
     m_levels.push_back({path + u'/',
-                        canonical,
-                        FolderListing(path, fileNamePattern(u"*.url"_s)),
+                        FolderListing(path, m_pattern, FolderListing::Sizes::NotAsked),
                         false,
                         0,
                         false,
@@ -76,9 +76,23 @@ bool BookmarkWriter::advance()
     return true;
 }
 
+// Of what is in a folder, each link and each folder counts the same.
+int BookmarkWriter::percent() const
+{
+    double share = 0;
+    for (auto level = m_levels.crbegin(); level != m_levels.crend(); ++level) {
+        const qsizetype all = level->listing.matches().size() + level->listing.folders().size();
+        const qsizetype done = level->nextMatch + level->nextFolder;
+        const bool hasOpenFolder = level != m_levels.crbegin();
+        share = all == 0 ? 0 : (double(done) - (hasOpenFolder ? 1 : 0) + share) / double(all);
+    }
+    return m_levels.empty() ? 100 : static_cast<int>(100 * share);
+}
+
 void BookmarkWriter::readLink(Level &level)
 {
-    const QString &name = level.listing.matches().at(level.nextMatch++).name;
+    const FolderListing::Entry &entry = level.listing.matches().at(level.nextMatch++);
+    const QString &name = entry.name;
     const QString path = level.path + name;
     InternetShortcut::Contents contents = InternetShortcut::contents(path);
     contents.url = BookmarkText::address(contents.url);
@@ -87,7 +101,9 @@ void BookmarkWriter::readLink(Level &level)
         return;
     }
     const QString title = titleOf(name, contents);
-    level.links.push_back({(title + u".url"_s).toUpper(), title, contents.url, contents.date});
+    const QString shown = title + u".url"_s;
+    level.links.push_back(
+        {shown == name ? entry.order : upperCased(shown), title, contents.url, contents.date});
 }
 
 void BookmarkWriter::writeLinks(Level &level)
@@ -104,8 +120,13 @@ void BookmarkWriter::writeLinks(Level &level)
         if (last && last->title == link.title && last->url == link.url)
             continue;
         last = &link;
-        m_bytes += before + BookmarkText::escaped(link.url) + "\" ADD_DATE=\""
-            + QByteArray::number(link.date) + "\">" + BookmarkText::escaped(link.title) + "</A>\n";
+        m_bytes += before;
+        m_bytes += BookmarkText::escaped(link.url);
+        m_bytes += "\" ADD_DATE=\"";
+        m_bytes += QByteArray::number(link.date);
+        m_bytes += "\">";
+        m_bytes += BookmarkText::escaped(link.title);
+        m_bytes += "</A>\n";
         ++m_links;
     }
     level.links = {};
@@ -136,8 +157,9 @@ void BookmarkWriter::leave()
 
 bool BookmarkWriter::isInside(const QString &canonical) const
 {
-    return std::any_of(m_levels.cbegin(), m_levels.cend(),
-                       [&](const Level &level) { return level.canonical == canonical; });
+    return std::any_of(m_levels.cbegin(), m_levels.cend(), [&](const Level &level) {
+        return QFileInfo(level.path).canonicalFilePath() == canonical;
+    });
 }
 
 QByteArray BookmarkWriter::indent() const

@@ -19,6 +19,9 @@ public:
 
     /// The whole file, once all is gathered.
     const QByteArray &bytes() const { return m_bytes; }
+    /// How much of all is gathered, 0 to 100, as far as can be told: how much is in folders that
+    /// are still to be opened is not known.
+    int percent() const;
     int links() const { return m_links; }
     int folders() const { return m_folders; }
     /// Shortcuts without an address, which are left out.
@@ -34,7 +37,6 @@ private:
     };
     struct Level {
         QString path;
-        QString canonical;
         FolderListing listing;
         bool listed = false;
         qsizetype nextMatch = 0;
@@ -51,6 +53,7 @@ private:
     bool isInside(const QString &canonical) const;
     QByteArray indent() const;
 
+    const QRegularExpression m_pattern;
     std::vector<Level> m_levels;
     QByteArray m_bytes;
     int m_links = 0;

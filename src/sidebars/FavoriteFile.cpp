@@ -18,12 +18,16 @@ constexpr int highestNumber = 9999;
 
 bool fitsNowhere(QChar character)
 {
-    return character < u' ' || character == u'\x7f' || u"\\/:*?\"<>|"_s.contains(character);
+    constexpr QStringView reserved(u"\\/:*?\"<>|");
+    return character < u' ' || character == u'\x7f' || reserved.contains(character);
 }
 
 // A name that another desktop keeps for a device, with any extension.
 bool isDeviceName(const QString &name)
 {
+    // Few names begin like one, and tens of thousands come in a row.
+    if (!u"cpanlCPANL"_s.contains(name.front()))
+        return false;
     static const QRegularExpression device(u"^(con|prn|aux|nul|com[0-9]|lpt[0-9])\\s*(\\.|$)"_s,
                                            QRegularExpression::CaseInsensitiveOption);
     return device.match(name).hasMatch();

@@ -13,6 +13,8 @@
 #include <QMainWindow>
 #include <QThread>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -102,6 +104,7 @@ void FavoritesTransfer::start(const QString &doing, const std::function<void()> 
     m_stop = false;
     m_percent = 0;
     m_imported = {};
+    m_importStopped = false;
     m_exported = {};
     strip().begin(doing);
     m_thread.reset(QThread::create(work));
@@ -119,20 +122,33 @@ void FavoritesTransfer::start(const QString &doing, const std::function<void()> 
 void FavoritesTransfer::runImport(const QString &file, const QString &root)
 {
     BookmarkImport import(file, root);
-    while (!m_stop && import.advance())
+    bool goesOn = true;
+    while (goesOn && !m_stop) {
+        goesOn = import.advance();
         m_percent = import.percent();
+    }
     import.finish();
     m_imported = import.outcome();
+    m_importStopped = goesOn;
 }
 
 void FavoritesTransfer::runExport(const QString &file, const QString &root)
 {
+    using End = Exported::End;
     BookmarkWriter writer(root);
-    while (!m_stop && writer.advance()) { }
+    while (!m_stop && writer.advance())
+        m_percent = writer.percent();
+    // Waiting for the folder can be stopped; what is being written is written.
+    End end = End::Failed;
+    const auto whole = [&](const QByteArray &) -> std::optional<QByteArray> {
+        end = m_stop ? End::Stopped : End::Failed;
+        return m_stop ? std::nullopt : std::optional(writer.bytes());
+    };
     if (m_stop)
-        return;
-    m_exported = {writer.links(), writer.folders(), writer.skipped(),
-                  !FileUpdate::replace(file, writer.bytes())};
+        end = End::Stopped;
+    else if (FileUpdate::change(file, whole))
+        end = End::Written;
+    m_exported = {writer.links(), writer.folders(), writer.skipped(), end};
 }
 
 void FavoritesTransfer::tellImport()
@@ -145,7 +161,7 @@ void FavoritesTransfer::tellImport()
                        .arg(m_imported.skipped);
     if (m_imported.failed)
         told.prepend(text(u"strImportFailed"_s, u"The import could not be completed."_s) + u' ');
-    else if (m_stop)
+    else if (m_importStopped)
         told.prepend(text(u"strStopped"_s, u"Stopped."_s) + u' ');
     strip().end(told, !m_imported.problems.isEmpty());
 }
@@ -157,9 +173,9 @@ void FavoritesTransfer::tellExport()
                        .arg(m_exported.links)
                        .arg(m_exported.folders)
                        .arg(m_exported.skipped);
-    if (m_stop)
+    if (m_exported.end == Exported::End::Stopped)
         told = text(u"strExportStopped"_s, u"Stopped. Nothing was exported."_s);
-    else if (m_exported.failed)
+    else if (m_exported.end == Exported::End::Failed)
         told = text(u"strExportFailed"_s, u"The favorites could not be exported."_s);
     strip().end(told, false);
 }

@@ -21,7 +21,8 @@ public:
     explicit FavoritesTransfer(Frame &frame);
     ~FavoritesTransfer() override;
 
-    /// Asks for a file and writes all favorites to it; a stopped export leaves the file alone.
+    /// Asks for a file and writes all favorites to it; an export that is stopped before it writes
+    /// leaves the file alone.
     void Export();
     /// Asks for a file and brings its links into the Favorites folder.
     void Import();
@@ -35,10 +36,12 @@ signals:
 
 private:
     struct Exported {
+        enum class End { Stopped, Failed, Written };
+
         int links = 0;
         int folders = 0;
         int skipped = 0;
-        bool failed = false;
+        End end = End::Stopped;
     };
 
     QString askForFile(bool save);
@@ -60,5 +63,6 @@ private:
     std::atomic<int> m_percent = 0;
     // The thread's while it runs.
     ImportOutcome m_imported;
+    bool m_importStopped = false;
     Exported m_exported;
 };

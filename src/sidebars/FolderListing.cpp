@@ -1,8 +1,5 @@
 #include "FolderListing.h"
-#include "StripNulls.h"
-
-#include <QDirIterator>
-#include <QFileInfo>
+#include "FolderEntries.h"
 
 #include <algorithm>
 
@@ -30,10 +27,23 @@ QRegularExpression fileNamePattern(const QString &pattern)
                                   | QRegularExpression::DotMatchesEverythingOption);
 }
 
-FolderListing::FolderListing(const QString &path, const QRegularExpression &pattern)
-    : m_iterator(std::make_unique<QDirIterator>(
-        path, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
+QString upperCased(const QString &name)
+{
+    QString result(name.size(), Qt::Uninitialized);
+    QChar *out = result.data();
+    for (const QChar character : name) {
+        const char16_t unit = character.unicode();
+        if (unit >= 0x80)
+            return name.toUpper();
+        *out++ = unit >= u'a' && unit <= u'z' ? QChar(char16_t(unit - (u'a' - u'A'))) : character;
+    }
+    return result;
+}
+
+FolderListing::FolderListing(const QString &path, const QRegularExpression &pattern, Sizes sizes)
+    : m_entries(std::make_unique<FolderEntries>(path))
     , m_pattern(pattern)
+    , m_sizes(sizes)
 {
 }
 
@@ -44,22 +54,20 @@ FolderListing::~FolderListing() = default;
 bool FolderListing::readSome()
 {
     for (int read = 0; read < entriesAtOnce; ++read) {
-        if (!m_iterator || !m_iterator->hasNext()) {
-            m_iterator.reset();
+        if (!m_entries || !m_entries->next()) {
+            m_entries.reset();
             putInOrder(m_matches);
             putInOrder(m_folders);
             return false;
         }
-        m_iterator->next();
-        const QString name = StripNulls(m_iterator->fileName());
-        const QFileInfo info = m_iterator->fileInfo();
-        const bool isFolder = info.isDir();
+        const QString &name = m_entries->name();
+        const bool isFolder = m_entries->isFolder();
         const bool matches = m_pattern.match(name).hasMatch();
         if (!isFolder && !matches)
             continue;
-        const bool isPlainFile = !isFolder && info.isFile();
-        const Entry entry{name, name.toUpper(), isFolder ? 0 : info.size(), info.isSymLink(),
-                          isPlainFile};
+        const bool hasSize = !isFolder && m_sizes == Sizes::Asked;
+        const Entry entry{name, upperCased(name), hasSize ? m_entries->size() : 0,
+                          m_entries->isLink(), m_entries->isPlainFile()};
         if (matches)
             m_matches.append(entry);
         if (isFolder)

@@ -35,6 +35,27 @@ QByteArray asUtf8(const QByteArray &bytes)
     return text.toUtf8();
 }
 
+bool isBlank(char byte)
+{
+    return byte == ' ' || byte == '\t' || byte == '\r';
+}
+
+// Where the address is. It nearly always stands in the second line, behind the section's.
+IniText::Place urlPlace(QByteArrayView shortcut)
+{
+    constexpr QByteArrayView usual("[InternetShortcut]\r\nURL=");
+    if (!shortcut.startsWith(usual))
+        return IniText::find(shortcut, {u"InternetShortcut"_s, u"URL"_s});
+    qsizetype begin = usual.size();
+    qsizetype end = shortcut.indexOf('\n', begin);
+    end = end < 0 ? shortcut.size() : end;
+    while (end > begin && isBlank(shortcut[end - 1]))
+        --end;
+    while (begin < end && isBlank(shortcut[begin]))
+        ++begin;
+    return {true, true, begin, end, 0};
+}
+
 #ifdef Q_OS_UNIX
 // With few calls of the system, as thousands of files are read in a row. Not waiting matters for a
 // pipe only, which is turned away once it is open.
@@ -118,8 +139,7 @@ Contents contents(const QString &path)
     if (!bytes)
         return {};
     const QByteArray stored = asUtf8(*bytes);
-    result.url =
-        IniText::value(stored, {u"InternetShortcut"_s, u"URL"_s}, whole).value_or(QString());
+    result.url = IniText::valueAt(stored, urlPlace(stored), whole).value_or(QString());
     if (stored.contains("[Orvane]"))
         result.title = IniText::value(stored, {u"Orvane"_s, u"Title"_s}, whole).value_or(QString());
     return result;

@@ -37,6 +37,14 @@ QString text(const QString &key, const QString &english)
 // Favorites before folders, as in the favorites bar, each by upper-cased name or by date.
 class Node : public QTreeWidgetItem {
 public:
+    // Most dates are never in view.
+    QVariant data(int column, int role) const override
+    {
+        if (column != dateColumn || role != Qt::DisplayRole)
+            return QTreeWidgetItem::data(column, role);
+        const qint64 seconds = data(dateColumn, orderRole).toLongLong();
+        return QLocale().toString(QDateTime::fromSecsSinceEpoch(seconds), QLocale::ShortFormat);
+    }
     bool operator<(const QTreeWidgetItem &other) const override
     {
         const bool isFolder = data(nameColumn, folderRole).toBool();
@@ -53,12 +61,13 @@ public:
 
 Node *makeNode(const QString &path, bool isFolder)
 {
+    static const QIcon folder = themedIcon(u"folder-closed"_s);
+    static const QIcon link = themedIcon(u"link"_s);
     const QFileInfo info(path);
     auto *node = new Node;
     const QString name = info.fileName();
     node->setText(nameColumn, isFolder ? name : InternetShortcut::caption(name));
-    node->setText(dateColumn, QLocale().toString(info.lastModified(), QLocale::ShortFormat));
-    node->setIcon(nameColumn, themedIcon(isFolder ? u"folder-closed"_s : u"link"_s));
+    node->setIcon(nameColumn, isFolder ? folder : link);
     node->setData(nameColumn, pathRole, path);
     node->setData(nameColumn, folderRole, isFolder);
     node->setData(nameColumn, orderRole, name.toUpper());
@@ -122,7 +131,7 @@ OrganizeTree::OrganizeTree(const QString &root, QWidget *parent)
 void OrganizeTree::readFolder(QTreeWidgetItem *parent, const QString &path)
 {
     const QScopedValueRollback guard(m_filling, true);
-    FolderListing listing(path, fileNamePattern(u"*.url"_s));
+    FolderListing listing(path, fileNamePattern(u"*.url"_s), FolderListing::Sizes::NotAsked);
     while (listing.readSome()) { }
     QList<QTreeWidgetItem *> nodes;
     for (const FolderListing::Entry &file : listing.matches()) {

@@ -46,8 +46,14 @@ TransferStrip::TransferStrip(QWidget *parent)
     close->setObjectName("cmdCloseTransfer"_L1);
     m_close = addWidget(close);
     connect(close, &QToolButton::clicked, this, &QWidget::hide);
-    for (QAction *item : {m_stop, m_list})
-        widgetForAction(item)->setFocusPolicy(Qt::TabFocus);
+    for (QAction *item : {m_stop, m_list}) {
+        auto *button = static_cast<QToolButton *>(widgetForAction(item));
+        button->setFocusPolicy(Qt::TabFocus);
+        // A word alone is not seen to be a button.
+        button->setAutoRaise(false);
+    }
+    // What is shown changes, its height does not.
+    setMinimumHeight(sizeHint().height());
 }
 
 void TransferStrip::setRunning(bool running)

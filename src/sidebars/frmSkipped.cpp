@@ -3,9 +3,9 @@
 #include "Forms.h"
 #include "Language.h"
 
-#include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -65,11 +65,14 @@ frmSkipped::frmSkipped(const ImportOutcome &outcome, QWidget *owner)
             {QString::number(problem.line), problem.entry, reasonText(problem.reason)}));
     list->addTopLevelItems(items);
     list->setColumnWidth(1, entryWidth);
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    list->resizeColumnToContents(0);
+    auto *close = new QPushButton(text(u"cmdClose"_s, u"&Close"_s));
+    close->setObjectName("cmdClose"_L1);
+    close->setDefault(true);
+    connect(close, &QPushButton::clicked, this, &QDialog::accept);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(label);
     layout->addWidget(list, 1);
-    layout->addWidget(buttons);
+    layout->addWidget(close, 0, Qt::AlignRight);
     resize(comfortableSize);
 }

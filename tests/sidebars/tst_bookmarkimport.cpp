@@ -1,10 +1,13 @@
 #include "BookmarkImport.h"
 #include "BookmarkWriter.h"
 #include "FavoritesHome.h"
+#include "FileFaults.h"
 #include "InternetShortcut.h"
+#include "Unlogged.h"
 
 #include <QDateTime>
 #include <QDirIterator>
+#include <QRandomGenerator>
 #include <QTest>
 
 /// Bookmark files into the Favorites folder and out of it.
@@ -32,6 +35,16 @@ private slots:
     void linksInCirclesAreNotFollowed();
     void roundTrip();
     void roundTripOfHandMadeNames();
+    void everyScript_data();
+    void everyScript();
+    void hundredMegabytes();
+    void randomBytes();
+    void manyInOneFolder();
+    void diskFillsUp();
+    void fullDiskEndsIt();
+    void oneWriteFails();
+    void readOnlyFolder();
+    void progressGoesOnlyForward();
 
 private:
     QString bookmarkFile(const QByteArray &bytes) const;
@@ -299,6 +312,233 @@ void tst_BookmarkImport::roundTripOfHandMadeNames()
     import(first, other);
     // The folders were made without dates of their own in the file's eyes.
     QCOMPARE(exported(other), first);
+}
+
+void tst_BookmarkImport::everyScript_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("Arabic") << u"المفضلة"_s;
+    QTest::newRow("Hebrew with points") << u"מוּעֲדָפִים"_s;
+    QTest::newRow("Chinese") << u"收藏夹"_s;
+    QTest::newRow("Japanese") << u"お気に入り"_s;
+    QTest::newRow("Korean, composed") << u"즐겨찾기"_s;
+    QTest::newRow("Korean, in letters") << u"즐겨찾기"_s.normalized(QString::NormalizationForm_D);
+    QTest::newRow("Devanagari") << u"पसंदीदा"_s;
+    QTest::newRow("Thai") << u"รายการโปรด"_s;
+    QTest::newRow("Cyrillic") << u"Избранное"_s;
+    QTest::newRow("emoji") << u"⭐👩\u200d👩\u200d👧 🇯🇵"_s;
+    QTest::newRow("combining accents") << u"e\u0301a\u0308\u0323"_s;
+    QTest::newRow("both directions") << u"a \u202bالمفضلة\u202c b"_s;
+}
+
+// The bookmark file, the Favorites folder, the titles and the addresses.
+void tst_BookmarkImport::everyScript()
+{
+    QFETCH(QString, text);
+    const QString folder = m_home->home() + u'/' + text;
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(
+        QFile::rename(bookmarkFile(("<DT><H3>"_L1 + text + "</H3><DL><A HREF=\"http://a/"_L1 + text
+                                    + "\" ADD_DATE=1600000000>"_L1 + text + "</A></DL>"_L1)
+                                       .toUtf8()),
+                      folder + u"/in.html"_s));
+    const QString root = folder + u"/Favorites "_s + text;
+    BookmarkImport import(folder + u"/in.html"_s, root);
+    while (import.advance()) { }
+    import.finish();
+    QCOMPARE(import.outcome().links, 1);
+    const QString path = root + u'/' + text + u'/' + text + u".url"_s;
+    QCOMPARE(InternetShortcut::url(path), u"http://a/"_s + text);
+    const QByteArray first = exported(root);
+    QVERIFY(first.contains('>' + text.toUtf8() + "</A>"));
+    const QString other = folder + u"/other"_s;
+    QCOMPARE(this->import(first, other).links, 1);
+    // Only the date of the folder, which had none, is a new one.
+    QDir(root).rename(text, u"x"_s);
+    QDir(other).rename(text, u"x"_s);
+    QCOMPARE(exported(other + u"/x"_s), exported(root + u"/x"_s));
+}
+
+void tst_BookmarkImport::hundredMegabytes()
+{
+    constexpr int links = 1000;
+    const QByteArray icon(100'000, 'A');
+    QFile file(m_home->home() + "/bookmarks.html"_L1);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    for (int i = 0; i < links; ++i)
+        file.write("<DT><A HREF=\"http://a/" + QByteArray::number(i)
+                   + "\" ICON=\"data:image/png;base64," + icon + "\">A</A>\n");
+    file.close();
+    QVERIFY(file.size() > 100'000'000);
+    BookmarkImport import(file.fileName(), m_home->favorites());
+    while (import.advance()) { }
+    import.finish();
+    QCOMPARE(import.outcome().links, links);
+    QCOMPARE(import.outcome().skipped, 0);
+    QCOMPARE(files().size(), links);
+}
+
+// Nothing but whole shortcuts comes of them, and all inside the Favorites folder.
+void tst_BookmarkImport::randomBytes()
+{
+    QRandomGenerator random(7);
+    QByteArray bytes(4'000'000, Qt::Uninitialized);
+    for (char &byte : bytes)
+        byte = char(random.bounded(256));
+    const ImportOutcome outcome = import(bytes);
+    QVERIFY(!outcome.failed);
+    QCOMPARE(files().size(), outcome.links);
+    for (const QString &file : files()) {
+        QVERIFY(file.startsWith(u"Favorites/"_s));
+        QVERIFY(m_home->read(file.mid(10)).startsWith("[InternetShortcut]\r\nURL="));
+    }
+}
+
+void tst_BookmarkImport::manyInOneFolder()
+{
+    constexpr int links = 200'000;
+    QByteArray bytes = "<DT><H3>F</H3><DL><p>\n";
+    for (int i = 0; i < links; ++i)
+        bytes += "<DT><A HREF=\"http://a/" + QByteArray::number(i) + "\">A" + QByteArray::number(i)
+            + "</A>\n";
+    BookmarkImport import(bookmarkFile(bytes), m_home->favorites());
+    // It comes in bit by bit and can be left at any time.
+    int steps = 0;
+    while (import.outcome().links < 2000 && import.advance())
+        ++steps;
+    QVERIFY(steps >= 2000);
+    QVERIFY(import.percent() <= 2);
+    import.finish();
+    QCOMPARE(files().size(), 2000);
+    int read = 0;
+    BookmarkReader reader(
+        bytes, [&read](const BookmarkItem &) { ++read; }, [](const BookmarkProblem &) {});
+    while (reader.readSome()) { }
+    QCOMPARE(read, links + 2);
+}
+
+namespace {
+// Links in two folders and above them.
+QByteArray someBookmarks()
+{
+    QByteArray bytes;
+    for (const char *folder : {"F", "G", ""}) {
+        bytes += *folder ? "<H3>"_ba + folder + "</H3><DL>" : "";
+        for (const char *name : {"A", "B", "C", "D"})
+            bytes += "<A HREF=http://a/>"_ba + folder + name + "</A>\n";
+        bytes += *folder ? "</DL>" : "";
+    }
+    return bytes;
+}
+constexpr int someLinks = 12;
+}
+
+// Wherever the room ends, what came in is whole and counted; with room again the rest comes in.
+void tst_BookmarkImport::diskFillsUp()
+{
+    const Unlogged unlogged;
+    const QString file = bookmarkFile(someBookmarks());
+    for (int at = 1;; ++at) {
+        QDir(m_home->favorites()).removeRecursively();
+        BookmarkImport import(file, m_home->favorites());
+        FileFaults::arm(FileFaults::Kind::FullDisk, at);
+        while (import.advance()) { }
+        import.finish();
+        const bool reached = FileFaults::disarm();
+        const ImportOutcome &outcome = import.outcome();
+        QCOMPARE(files().size(), outcome.links);
+        for (const QString &name : files())
+            QCOMPARE(url(name.mid(10)), u"http://a/"_s);
+        if (!reached) {
+            QCOMPARE(outcome.links, someLinks);
+            break;
+        }
+        // Without the Favorites folder itself nothing can be done; else each link has its word.
+        if (QFileInfo::exists(m_home->favorites()))
+            QVERIFY(outcome.links + outcome.skipped >= someLinks);
+        else
+            QVERIFY(outcome.failed);
+        QVERIFY(this->import(someBookmarks()).links <= someLinks);
+        QCOMPARE(this->import(someBookmarks()).known, someLinks);
+    }
+}
+
+void tst_BookmarkImport::fullDiskEndsIt()
+{
+    const Unlogged unlogged;
+    QByteArray bytes;
+    for (int i = 0; i < 1000; ++i) {
+        // There is still room for folders.
+        if (i % 10 == 0)
+            bytes += "</DL><H3>F" + QByteArray::number(i) + "</H3><DL>\n";
+        bytes += "<A HREF=http://a/>A" + QByteArray::number(i) + "</A>\n";
+    }
+    BookmarkImport import(bookmarkFile(bytes), m_home->favorites());
+    FileFaults::arm(FileFaults::Kind::FullDisk, 500);
+    while (import.advance()) { }
+    import.finish();
+    FileFaults::disarm();
+    QVERIFY(import.outcome().failed);
+    QVERIFY(import.outcome().links > 100);
+    QCOMPARE(import.outcome().links, files().size());
+    // It does not try a thousand times.
+    QCOMPARE(import.outcome().skipped, 100);
+    QCOMPARE(import.outcome().problems.first().reason, BookmarkProblem::Reason::NotWritten);
+}
+
+// One mishap costs one entry.
+void tst_BookmarkImport::oneWriteFails()
+{
+    const Unlogged unlogged;
+    const QString file = bookmarkFile(someBookmarks());
+    QVERIFY(m_home->makeFolder());
+    for (int at = 1;; ++at) {
+        QDir(m_home->favorites()).removeRecursively();
+        QVERIFY(m_home->makeFolder());
+        BookmarkImport import(file, m_home->favorites());
+        FileFaults::arm(FileFaults::Kind::Fail, at);
+        while (import.advance()) { }
+        import.finish();
+        const bool reached = FileFaults::disarm();
+        QCOMPARE(import.outcome().skipped, reached ? 1 : 0);
+        QVERIFY(import.outcome().links >= someLinks - 1);
+        QCOMPARE(files().size(), import.outcome().links);
+        if (!reached)
+            break;
+    }
+}
+
+void tst_BookmarkImport::readOnlyFolder()
+{
+    const Unlogged unlogged;
+    QVERIFY(m_home->writeLink(u"A.url"_s, "http://a/"));
+    BookmarkImport import(bookmarkFile(someBookmarks()), m_home->favorites());
+    FileFaults::arm(FileFaults::Kind::ReadOnly, 1);
+    while (import.advance()) { }
+    import.finish();
+    FileFaults::disarm();
+    QCOMPARE(import.outcome().links, 0);
+    QCOMPARE(import.outcome().folders, 0);
+    QVERIFY(import.outcome().known >= 1);
+    QVERIFY(import.outcome().skipped >= 11);
+    QCOMPARE(files(), QStringList({u"Favorites/A.url"_s}));
+}
+
+void tst_BookmarkImport::progressGoesOnlyForward()
+{
+    for (const QString &name : {u"a.url"_s, u"F/b.url"_s, u"F/G/c.url"_s, u"F/H/d.url"_s,
+                                u"I/e.url"_s, u"I/x.url/f.url"_s})
+        QVERIFY(m_home->writeLink(name, "http://x/"));
+    BookmarkWriter writer(m_home->favorites());
+    QSet<int> seen;
+    int last = 0;
+    while (writer.advance()) {
+        QVERIFY2(writer.percent() >= last, qPrintable(QString::number(last)));
+        last = writer.percent();
+        seen.insert(last);
+    }
+    QCOMPARE(last, 100);
+    QVERIFY(seen.size() > 5);
 }
 
 QTEST_MAIN(tst_BookmarkImport)

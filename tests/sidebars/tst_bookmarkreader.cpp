@@ -1,5 +1,6 @@
 #include "BookmarkFile.h"
 #include "BookmarkReader.h"
+#include "BookmarkSamples.h"
 #include "BookmarkText.h"
 
 #include <QElapsedTimer>
@@ -48,40 +49,7 @@ Reading read(const QByteArray &bytes)
 // Random pieces of bookmark files and random bytes.
 QByteArray randomFile(QRandomGenerator &random)
 {
-    static const QList<QByteArray> pieces = {"<DT>",
-                                             "<A HREF=\"",
-                                             "http://a/?b=c&amp;d",
-                                             "\"",
-                                             "'",
-                                             ">",
-                                             "<",
-                                             "</A>",
-                                             "<H3>",
-                                             "</H3>",
-                                             "<DL><p>",
-                                             "</DL>",
-                                             "<DD>",
-                                             "\n",
-                                             "<!--",
-                                             "-->",
-                                             "<!",
-                                             "ICON=",
-                                             "=",
-                                             " ",
-                                             "&#x41;",
-                                             "&copy",
-                                             "&",
-                                             ";",
-                                             "&#99999999999;",
-                                             "ADD_DATE=\"99999999999999999999\"",
-                                             "/",
-                                             "<HR>",
-                                             "\r\n",
-                                             "FOLDED",
-                                             "<A",
-                                             "place:x",
-                                             "\xff\xfe",
-                                             "\xc3"};
+    static const QList<QByteArray> pieces = bookmarkPieces();
     QByteArray bytes;
     const int count = random.bounded(200);
     for (int i = 0; i < count; ++i) {
@@ -108,6 +76,8 @@ private slots:
     void encodings_data();
     void encodings();
     void fileThatIsNone();
+    void longTextsComeBack();
+    void endlessTitle();
     void deepNesting();
     void hugeIcon();
     void manyUnclosedPieces_data();
@@ -119,60 +89,8 @@ void tst_BookmarkReader::structures_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const QByteArray &bytes, const QString &text) {
-        QTest::newRow(name) << bytes << text;
-    };
-    row("as written by browsers",
-        "<!DOCTYPE NETSCAPE-Bookmark-file-1>\n<TITLE>Bookmarks</TITLE>\n<H1>Bookmarks</H1>\n"
-        "<DL><p>\n    <DT><H3 ADD_DATE=\"1\">F</H3>\n    <DL><p>\n"
-        "        <DT><A HREF=\"http://a/\">A</A>\n    </DL><p>\n"
-        "    <DT><A HREF=\"http://b/\">B</A>\n</DL><p>\n",
-        u"F{A=http://a/;}B=http://b/;"_s);
-    row("every tag closed",
-        "<DL><DT><H3>F</H3></DT><DL><DT><A HREF=\"a:\">A</A></DT><DD>x</DD><p></p></DL></DL>",
-        u"F{A=a:;}"_s);
-    row("titles never closed", "<DL><DT><H3>F<DL><DT><A HREF=\"a:\">A\n<DT><A HREF=\"b:\">B\n</DL>",
-        u"F{A=a:;B=b:;}"_s);
-    row("rule on the line of the next entry",
-        "<DL><HR><DT><A HREF=\"a:\">A</A><HR><A HREF=b:>B</A>", u"A=a:;B=b:;"_s);
-    row("lower case", "<dl><dt><h3>F</h3><dl><dt><a href='a:'>A</a></dl></dl>", u"F{A=a:;}"_s);
-    row("attributes without value",
-        "<DT><H3 FOLDED ADD_DATE=\"1\" X>F</H3><DL><A X HREF=\"a:\" Y>A</A>", u"F{A=a:;}"_s);
-    row("no list around all", "<DT><A HREF=\"a:\">A</A><DT><H3>F</H3><DL><A HREF=\"b:\">B</A></DL>",
-        u"A=a:;F{B=b:;}"_s);
-    row("surplus ends", "</DL><DL></DL></DL><DT><A HREF=\"a:\">A</A></DL><A HREF=\"b:\">B</A>",
-        u"A=a:;B=b:;"_s);
-    row("missing ends", "<DL><DT><H3>F</H3><DL><DT><H3>G</H3><DL><A HREF=\"a:\">A",
-        u"F{G{A=a:;}}"_s);
-    row("description over lines",
-        "<DL><DT><H3>F</H3><DD>one\ntwo <b>three</b>\n<DL><DT><A HREF=\"a:\">A</A>\n<DD>x\ny\n"
-        "<DT><A HREF=\"b:\">B</A></DL>",
-        u"F{A=a:;B=b:;}"_s);
-    row("folder without list", "<DT><H3>F</H3><DT><H3>G</H3><DT><A HREF=\"a:\">A</A>",
-        u"F{}G{}A=a:;"_s);
-    row("empty folder", "<DT><H3>F</H3><DL><p></DL><p><DT><A HREF=\"a:\">A</A>", u"F{}A=a:;"_s);
-    row("attributes of other browsers",
-        "<A FEEDURL=\"f:\" HREF=\"a:\" SHORTCUTURL=\"s\" POST_DATA=\"p=%s\" TAGS=\"x,y\" "
-        "PRIVATE=\"1\" LAST_CHARSET=\"UTF-8\">A</A><A FEEDURL=\"f:\">B</A>",
-        u"A=a:;B=f:;"_s);
-    row("raw and escaped ampersands",
-        "<A HREF=\"http://a/?b=1&copy=2&amp;lt=3&lt=4&#38;x&reg;\">A</A>",
-        u"A=http://a/?b=1&copy=2&lt=3&lt=4&x&reg;;"_s);
-    row("references in titles",
-        "<A HREF=\"a:\">&lt;&eacute;&#x2014;&euro;&AMP;&unknown;&#0;&#xd800;&amp</A>",
-        u"<é—€&&unknown;&#0;&#xd800;&amp=a:;"_s);
-    row("line ends", "<DT><A\r\nHREF=\"a:\"\r\n>A\r\n  B</A>\r\n", u"A B=a:;"_s);
-    row("blanks in titles", "<A HREF=\" a: \">  A  B </A>", u"A  B=a:;"_s);
-    row("script", "<A HREF=\"javascript:alert('<a>')\">A</A>", u"A=javascript:alert('<a>');"_s);
-    row("empty title", "<A HREF=\"a:\"></A>", u"=a:;"_s);
-    row("markup in titles", "<A HREF=\"a:\">A<b>B</b> 1 < 2 <3</A>", u"AB 1 < 2 <3=a:;"_s);
-    row("comments",
-        "<!-- <A HREF=\"x:\">X</A> --><A HREF=\"a:\">A<!-- no --></A><!-- open <A HREF=b:>B",
-        u"A=a:;B=b:;"_s);
-    row("tag without end", "<A HREF=\"a:\"\n<DT><A HREF=\"b:\">B</A>", u"=a:;B=b:;"_s);
-    row("not UTF-8", "<A HREF=\"a:\">caf\xe9</A>", u"café=a:;"_s);
-    row("nothing", "", u""_s);
-    row("control characters", QByteArray("<A HREF=\"a\0:\x01\">A\0\x02 B</A>", 24), u"A B=a:;"_s);
+    for (const BookmarkSample &sample : bookmarkSamples())
+        QTest::newRow(sample.name) << sample.bytes << sample.text;
 }
 
 void tst_BookmarkReader::structures()
@@ -199,6 +117,9 @@ void tst_BookmarkReader::problems_data()
         << "<A HREF=\"x: ADD_DATE=\"1\">X</A>"_ba << Reason::BrokenTag << u"X"_s;
     QTest::newRow("endless address")
         << "<A HREF=\"x:" + QByteArray(2'000'000, 'y') + "\">X</A>" << Reason::TooLong << u"X"_s;
+    QTest::newRow("endless references")
+        << "<A HREF=\"x:" + QByteArray("&amp;").repeated(2'000'000) + "\">X</A>" << Reason::TooLong
+        << u"X"_s;
 }
 
 // Each is left out, and what is around it is read.
@@ -298,6 +219,38 @@ void tst_BookmarkReader::fileThatIsNone()
         BookmarkFile file(path);
         QVERIFY(!file.isGood());
         QVERIFY(!file.readSome());
+    }
+}
+
+// A title or an address as long as one may be is no longer for being written with references.
+void tst_BookmarkReader::longTextsComeBack()
+{
+    const QByteArray quotes = QByteArray("\"").repeated(20'000);
+    const QByteArray faces = "x" + QByteArray("\xf0\x9f\x98\x80").repeated(5'000);
+    for (const QByteArray &title : {quotes, faces}) {
+        const Reading first = read("<A HREF='a:" + quotes + "'>" + title + "</A>");
+        QCOMPARE(first.links.size(), 1);
+        const BookmarkItem &link = first.links.first();
+        QCOMPARE(link.url.size(), 20'002);
+        QVERIFY(link.title.size() > 8'000);
+        QVERIFY(!link.title.back().isHighSurrogate());
+        const Reading again = read("<A HREF=\"" + BookmarkText::escaped(link.url) + "\">"
+                                   + BookmarkText::escaped(link.title) + "</A>");
+        QCOMPARE(again.text, first.text);
+    }
+}
+
+// However long a title is, it is cut between two characters.
+void tst_BookmarkReader::endlessTitle()
+{
+    for (const char *start : {"", "x", "xx", "xxx"}) {
+        const Reading reading =
+            read("<A HREF=a:>" + QByteArray(start) + QByteArray("書😀").repeated(50'000) + "</A>");
+        const QString title = reading.links.first().title;
+        QVERIFY(title.size() > 8'000);
+        QVERIFY(title.startsWith(QLatin1StringView(start) + u"書😀"_s));
+        QVERIFY(!title.contains(QChar::ReplacementCharacter));
+        QVERIFY(!title.back().isHighSurrogate());
     }
 }
 

@@ -1,27 +1,62 @@
 #include "FileFaults.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdarg>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 #include <unistd.h>
 
 namespace {
 
-FileFaults::Kind theKind = FileFaults::Kind::Fail;
-int remaining = 0;
-bool armed = false;
+using FileFaults::Kind;
 
-/// True when the operation about to be done is the one that goes wrong.
-bool goesWrong()
+enum class Operation { Write, Other };
+
+Kind theKind = Kind::Fail;
+std::atomic<int> remaining = 0;
+std::atomic<bool> armed = false;
+std::function<void()> theCall;
+
+bool meets(Operation operation)
 {
-    if (!armed || --remaining != 0)
+    switch (theKind) {
+    case Kind::FullDisk:
+        return operation == Operation::Write;
+    case Kind::ReadOnly:
+        return remaining <= 0;
+    case Kind::Fail:
+    case Kind::Kill:
+        break;
+    }
+    return remaining == 0;
+}
+
+/// True when the operation about to be done goes wrong.
+bool goesWrong(Operation operation)
+{
+    if (!armed || --remaining > 0)
         return false;
-    if (theKind == FileFaults::Kind::Kill)
+    if (theCall) {
+        armed = false;
+        theCall();
+        return false;
+    }
+    if (!meets(operation))
+        return false;
+    if (theKind == Kind::Kill)
         ::_exit(FileFaults::killed);
-    errno = ENOSPC;
+    errno = theKind == Kind::ReadOnly ? EROFS : ENOSPC;
     return true;
+}
+
+// Threads wake each other up by writing to what is no file.
+bool isPlainFile(int file)
+{
+    struct stat status = {};
+    return ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
 }
 
 template <typename Function> Function *real(const char *name)
@@ -41,6 +76,14 @@ namespace FileFaults {
 void arm(Kind kind, int at)
 {
     theKind = kind;
+    theCall = nullptr;
+    remaining = at;
+    armed = true;
+}
+
+void call(const std::function<void()> &what, int at)
+{
+    theCall = what;
     remaining = at;
     armed = true;
 }
@@ -62,42 +105,55 @@ int open64(const char *path, int flags, ...)
     const mode_t mode = va_arg(arguments, mode_t);
     va_end(arguments);
     static auto *const open = real<int(const char *, int, ...)>("open64");
-    return isWriting(flags) && goesWrong() ? -1 : open(path, flags, mode);
+    return isWriting(flags) && goesWrong(Operation::Other) ? -1 : open(path, flags, mode);
 }
 
 ssize_t write(int file, const void *bytes, size_t count)
 {
     static auto *const write = real<ssize_t(int, const void *, size_t)>("write");
-    return goesWrong() ? -1 : write(file, bytes, count);
+    if (!armed || !isPlainFile(file))
+        return write(file, bytes, count);
+    const bool fillsUp = theKind == Kind::FullDisk && remaining == 1;
+    if (!goesWrong(Operation::Write))
+        return write(file, bytes, count);
+    return fillsUp ? write(file, bytes, count / 2) : -1;
+}
+
+int mkdir(const char *path, mode_t mode) noexcept
+{
+    static auto *const mkdir = real<int(const char *, mode_t)>("mkdir");
+    // That it is there is said first.
+    const bool isNew = ::access(path, F_OK) != 0;
+    return isNew && goesWrong(Operation::Other) ? -1 : mkdir(path, mode);
 }
 
 int fsync(int file)
 {
     static auto *const fsync = real<int(int)>("fsync");
-    return goesWrong() ? -1 : fsync(file);
+    return goesWrong(Operation::Other) ? -1 : fsync(file);
 }
 
 int fdatasync(int file)
 {
     static auto *const fdatasync = real<int(int)>("fdatasync");
-    return goesWrong() ? -1 : fdatasync(file);
+    return goesWrong(Operation::Other) ? -1 : fdatasync(file);
 }
 
 int fchmod(int file, mode_t mode) noexcept
 {
     static auto *const fchmod = real<int(int, mode_t)>("fchmod");
-    return goesWrong() ? -1 : fchmod(file, mode);
+    return goesWrong(Operation::Other) ? -1 : fchmod(file, mode);
 }
 
 int linkat(int from, const char *old, int to, const char *name, int flags) noexcept
 {
     static auto *const linkat = real<int(int, const char *, int, const char *, int)>("linkat");
-    return goesWrong() ? -1 : linkat(from, old, to, name, flags);
+    return goesWrong(Operation::Other) ? -1 : linkat(from, old, to, name, flags);
 }
 
 int rename(const char *old, const char *name) noexcept
 {
     static auto *const rename = real<int(const char *, const char *)>("rename");
-    return goesWrong() ? -1 : rename(old, name);
+    return goesWrong(Operation::Other) ? -1 : rename(old, name);
 }
 }

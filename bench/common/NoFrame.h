@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Frame.h"
+
+/// A frame for parts of the program that are measured alone: it has a window at most, and nothing
+/// is ever opened in it.
+class NoFrame : public Frame {
+public:
+    explicit NoFrame(QWidget *window)
+        : m_window(window)
+    {
+    }
+
+    QWidget *window() override { return m_window; }
+    void adopt(QMdiSubWindow *) override { }
+    QMdiSubWindow *activeChild() const override { return nullptr; }
+    void OpenBrowserWindow(const QString &, int) override { }
+    void NavigateActive(const QString &) override { }
+    int NewWindowState() const override { return 2; }
+    bool openProfile(const QString &, bool) override { return false; }
+    WindowTabs &tbWindows() override { qFatal("no tabs"); }
+    void setAddressText(const QString &) override { }
+    void addAddress(const QString &, bool) override { }
+    QAction *menuItem(const QString &) const override { return nullptr; }
+    void handle(const QString &, const Handler &) override { }
+    void beforeOpening(const QString &, const Handler &) override { }
+    void run(const QString &) override { }
+    void setButtonPressed(const QString &, bool) override { }
+    int brwFlags() const override { return 0; }
+    void setBrwFlags(int) override { }
+
+private:
+    QWidget *m_window;
+};
