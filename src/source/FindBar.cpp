@@ -11,7 +11,6 @@
 #include <QLocale>
 #include <QPushButton>
 #include <QStringMatcher>
-#include <QTextBlock>
 
 using namespace Qt::StringLiterals;
 
@@ -104,11 +103,8 @@ void FindBar::findPrevious()
 
 void FindBar::select(qsizetype at, qsizetype length)
 {
-    QTextCursor cursor = m_box->textCursor();
-    cursor.setPosition(int(at));
-    cursor.setPosition(int(at + length), QTextCursor::KeepAnchor);
-    m_box->setTextCursor(cursor);
-    m_box->centerCursor();
+    m_box->select(at, at + length);
+    m_box->centreCaret();
 }
 
 void FindBar::find(bool backwards, bool fromSelectionStart)
@@ -116,18 +112,16 @@ void FindBar::find(bool backwards, bool fromSelectionStart)
     const QString wanted = m_text->text();
     if (wanted.isEmpty())
         return;
-    m_box->finishFilling();
     const QString &all = m_box->buffer().text();
-    const QTextCursor cursor = m_box->textCursor();
     qsizetype at = -1;
     if (backwards) {
-        const qsizetype from = cursor.selectionStart() - 1;
+        const qsizetype from = m_box->selectionStart() - 1;
         if (from >= 0)
             at = all.lastIndexOf(wanted, from, Qt::CaseInsensitive);
         if (at < 0)
             at = all.lastIndexOf(wanted, -1, Qt::CaseInsensitive);
     } else {
-        const int from = fromSelectionStart ? cursor.selectionStart() : cursor.selectionEnd();
+        const qsizetype from = fromSelectionStart ? m_box->selectionStart() : m_box->selectionEnd();
         at = all.indexOf(wanted, from, Qt::CaseInsensitive);
         if (at < 0)
             at = all.indexOf(wanted, 0, Qt::CaseInsensitive);

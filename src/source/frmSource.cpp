@@ -14,7 +14,6 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QMenu>
-#include <QTextBlock>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -160,13 +159,13 @@ void frmSource::goToLine()
     dialog->setLabelText(languageText("lblLine", u"Line:"_s));
     dialog->setInputMode(QInputDialog::IntInput);
     RichTextBox &box = m_editor->rtf1();
-    box.finishFilling();
-    dialog->setIntRange(1, box.document()->blockCount());
-    dialog->setIntValue(box.textCursor().blockNumber() + 1);
+    dialog->setIntRange(1, box.rows().lineCount());
+    dialog->setIntValue(box.rows().lineOf(box.rows().rowAt(box.caret())) + 1);
     connect(dialog, &QInputDialog::intValueSelected, this, [this](int line) {
         RichTextBox &text = m_editor->rtf1();
-        text.setTextCursor(QTextCursor(text.document()->findBlockByNumber(line - 1)));
-        text.centerCursor();
+        const qsizetype start = text.rows().start(text.rows().firstRowOf(line - 1));
+        text.select(start, start);
+        text.centreCaret();
         text.setFocus();
     });
     dialog->open();
