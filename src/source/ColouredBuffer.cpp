@@ -18,6 +18,12 @@ void ColouredBuffer::replace(qsizetype at, qsizetype removed, const QString &ins
                              const QByteArray &colours)
 {
     Q_ASSERT(colours.size() == inserted.size());
+    // No text is copied where all of it is another.
+    if (removed == m_all.text.size()) {
+        m_all.text = inserted;
+        m_all.colours = colours;
+        return;
+    }
     m_all.text.replace(at, removed, inserted);
     m_all.colours.replace(at, removed, colours);
 }

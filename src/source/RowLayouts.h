@@ -24,6 +24,7 @@ public:
     bool isComposing(int row) const;
 
     QTextLayout &at(int row);
+    bool isMade(int row) const { return m_made.count(row) > 0; }
     /// Not laid out for it where lines are not wrapped.
     int lineCount(int row);
     int lineHeight() const { return m_lineHeight; }

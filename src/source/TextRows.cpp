@@ -5,6 +5,8 @@
 
 namespace {
 
+/// Characters from which on all rows are found anew after an edit.
+constexpr qsizetype muchText = 100'000;
 /// How far back a better place to part a line is looked for.
 constexpr qsizetype lookBack = 200;
 /// How long a piece of a line is made at most, and how short typing may make it, the line's last
@@ -61,8 +63,19 @@ void TextRows::set(QStringView text)
 {
     m_size = text.size();
     m_rows.clear();
-    for (Row row{0, 0}; row.start >= 0; row = after(text, row))
-        m_rows.push_back(row);
+    m_rows.reserve(size_t(text.count(u'\n') + text.size() / (freshPiece - lookBack) + 1));
+    const char16_t *units = text.utf16();
+    Row row{0, 0};
+    for (qsizetype at = 0; at < m_size; ++at) {
+        if (units[at] == u'\n') {
+            m_rows.push_back(row);
+            row = {int(at + 1), row.line + 1};
+        } else if (at - row.start == longest) {
+            m_rows.push_back(row);
+            row.start = int(partingPlace(text, row.start));
+        }
+    }
+    m_rows.push_back(row);
 }
 
 qsizetype TextRows::end(int row) const
@@ -116,6 +129,11 @@ TextRows::Row TextRows::afterEdit(QStringView text, Row row, const Edit &edit, s
 TextRows::Change TextRows::replaced(QStringView text, qsizetype at, qsizetype removed,
                                     qsizetype inserted)
 {
+    if (inserted > muchText) {
+        const int before = count();
+        set(text);
+        return {0, before, count()};
+    }
     const Edit edit{at, removed, inserted};
     int first = rowAt(at);
     // The line may have become short enough to be one row with the piece before.

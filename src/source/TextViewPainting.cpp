@@ -1,9 +1,11 @@
 #include "TextView.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QGlyphRun>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QTimer>
 #include <QTimerEvent>
 
 namespace {
@@ -13,6 +15,8 @@ QColor shownColour(int colour)
     return QColor(colour & 0xff, colour >> 8 & 0xff, colour >> 16 & 0xff);
 }
 
+/// Painting that takes longer goes on in a turn of its own.
+constexpr int paintMilliseconds = 40;
 /// Characters beside what is seen of a line that are drawn with it: a glyph may lean out.
 constexpr int overhang = 2;
 
@@ -131,10 +135,19 @@ void TextView::paintEvent(QPaintEvent *event)
     const QRect clip = event->rect();
     painter.fillRect(clip, palette().base());
     const QList<VisibleRow> visible = visibleRows();
+    const QDeadlineTimer deadline(paintMilliseconds);
     for (qsizetype i = 0; i < visible.size(); ++i) {
         const int bottom = i + 1 < visible.size() ? visible[i + 1].top : viewport()->height();
-        if (bottom > clip.top() && visible[i].top <= clip.bottom())
-            paintRow(painter, visible[i], clip);
+        if (bottom <= clip.top() || visible[i].top > clip.bottom())
+            continue;
+        if (deadline.hasExpired() && !m_layouts.isMade(visible[i].row)) {
+            // Rows that are hard to lay out, hundreds of them with small letters.
+            const QRect rest = clip.intersected(QRect(clip.left(), visible[i].top, clip.width(),
+                                                      viewport()->height() - visible[i].top));
+            QTimer::singleShot(0, viewport(), [this, rest] { viewport()->update(rest); });
+            break;
+        }
+        paintRow(painter, visible[i], clip);
     }
     if (m_caretShown && hasFocus())
         painter.fillRect(caretArea(m_caret), palette().text());
