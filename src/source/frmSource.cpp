@@ -111,7 +111,7 @@ void frmSource::openFile(const QString &file)
     if (!QFileInfo::exists(file))
         return;
     const bool wasEdited = m_edited;
-    const QString before = wasEdited ? m_editor->Text() : QString();
+    const QByteArray before = wasEdited ? m_editor->fileBytes() : QByteArray();
     if (!m_editor->OpenFile(file)) {
         MsgBox::inform(this,
                        languageText("strCannotOpen", u"The file cannot be read:"_s) + u'\n' + file);
@@ -187,7 +187,7 @@ void frmSource::setEdited(bool edited)
 
 void frmSource::keepUnsaved()
 {
-    if (m_edited && !RecoveredText::keep(m_editor->Text()).isEmpty())
+    if (m_edited && !RecoveredText::keep(m_editor->fileBytes()).isEmpty())
         m_edited = false;
 }
 

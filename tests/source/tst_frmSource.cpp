@@ -270,7 +270,7 @@ void tst_frmSource::olderCopiesMakeRoom()
 {
     QString last;
     for (int i = 0; i < 35; ++i)
-        last = RecoveredText::keep(QString::number(i));
+        last = RecoveredText::keep(QByteArray::number(i));
     QCOMPARE(copies().size(), 30);
     QVERIFY(QFile::exists(last));
 }
