@@ -196,8 +196,9 @@ void TextView::adjustScrollBars()
     QScrollBar *horizontal = horizontalScrollBar();
     horizontal->setSingleStep(fontMetrics().horizontalAdvance(u'0') * 4);
     horizontal->setPageStep(viewport()->width());
+    m_reachable = m_layouts.widest();
     horizontal->setMaximum(
-        m_wrapping ? 0 : qMax(0, int(m_layouts.widest()) + 3 * margin - viewport()->width()));
+        m_wrapping ? 0 : qMax(0, int(m_reachable) + 3 * margin - viewport()->width()));
 }
 
 void TextView::setTop(Place top)

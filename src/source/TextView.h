@@ -137,6 +137,8 @@ private:
     bool m_caretShown = true;
     qsizetype m_dropPlace = -1;
     int m_wheelRest = 0;
+    /// The width that the horizontal bar lets the user reach.
+    qreal m_reachable = 0;
 
     bool m_selecting = false;
     bool m_mayDrag = false;

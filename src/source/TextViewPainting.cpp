@@ -149,6 +149,9 @@ void TextView::paintEvent(QPaintEvent *event)
         }
         paintRow(painter, visible[i], clip);
     }
+    // Rows seen for the first time may be wider than all before.
+    if (m_layouts.widest() > m_reachable && !m_wrapping)
+        QTimer::singleShot(0, this, &TextView::adjustScrollBars);
     if (m_caretShown && hasFocus())
         painter.fillRect(caretArea(m_caret), palette().text());
     if (m_dropPlace >= 0)
