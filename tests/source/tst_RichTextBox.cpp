@@ -1,5 +1,6 @@
 #include "RichTextBox.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
@@ -45,6 +46,10 @@ private slots:
     void droppedFilesAreTold();
     void copyIsExact();
     void zoomIsBounded();
+    void assistiveToolsReadAndEdit();
+    void bareArrowsCollapseTheSelection();
+    void wordsAndLinesAreDeletedByKey();
+    void selectionIsPastedByTheMiddleButton();
 };
 
 void tst_RichTextBox::textIsKeptExactly()
@@ -303,6 +308,95 @@ void tst_RichTextBox::zoomIsBounded()
     QCOMPARE(box.font().pointSizeF(), qreal(RichTextBox::largestFont));
     box.zoom(-1000);
     QCOMPARE(box.font().pointSizeF(), qreal(RichTextBox::smallestFont));
+}
+
+void tst_RichTextBox::assistiveToolsReadAndEdit()
+{
+    RichTextBox box;
+    box.setAccessibleName(u"Source"_s);
+    box.setText(u"one\r\ntwo"_s);
+    QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&box);
+    QVERIFY(face);
+    QCOMPARE(face->role(), QAccessible::EditableText);
+    QCOMPARE(face->text(QAccessible::Name), u"Source"_s);
+    QCOMPARE(face->text(QAccessible::Value), u"one\ntwo"_s);
+    QVERIFY(face->state().editable && face->state().multiLine);
+    QAccessibleTextInterface *text = face->textInterface();
+    QAccessibleEditableTextInterface *edit = face->editableTextInterface();
+    QVERIFY(text && edit);
+    QCOMPARE(text->characterCount(), 7);
+    QCOMPARE(text->text(4, 7), u"two"_s);
+    text->setCursorPosition(4);
+    QCOMPARE(box.SelStart(), 5);
+    text->setSelection(0, 0, 3);
+    QCOMPARE(box.SelText(), u"one"_s);
+    QCOMPARE(text->selectionCount(), 1);
+    edit->insertText(7, u"!"_s);
+    edit->replaceText(0, 3, u"1"_s);
+    edit->deleteText(2, 3);
+    QCOMPARE(box.Text(), u"1\r\nwo!"_s);
+    box.undo();
+    QCOMPARE(box.Text(), u"1\r\ntwo!"_s);
+    face->setText(QAccessible::Value, u"new"_s);
+    QCOMPARE(box.Text(), u"new"_s);
+}
+
+void tst_RichTextBox::bareArrowsCollapseTheSelection()
+{
+    RichTextBox box;
+    box.setText(u"abcdef"_s);
+    box.select(2, 4);
+    QTest::keyClick(&box, Qt::Key_Right);
+    QCOMPARE(box.SelStart(), 4);
+    QCOMPARE(box.SelLength(), 0);
+    box.select(4, 2);
+    QTest::keyClick(&box, Qt::Key_Left);
+    QCOMPARE(box.SelStart(), 2);
+    box.select(4, 2);
+    QTest::keyClick(&box, Qt::Key_Left, Qt::ShiftModifier);
+    QCOMPARE(box.SelText(), u"bcd"_s);
+}
+
+void tst_RichTextBox::wordsAndLinesAreDeletedByKey()
+{
+    RichTextBox box;
+    box.setText(u"one two\r\nthree"_s);
+    box.setSelStart(7);
+    QTest::keyClick(&box, Qt::Key_Backspace, Qt::ControlModifier);
+    QCOMPARE(box.Text(), u"one \r\nthree"_s);
+    box.setSelStart(0);
+    QTest::keyClick(&box, Qt::Key_Delete, Qt::ControlModifier);
+    QCOMPARE(box.Text(), u"\r\nthree"_s);
+    QTest::keyClick(&box, Qt::Key_Delete);
+    QCOMPARE(box.Text(), u"three"_s);
+    box.setText(u"a😀e\u0301"_s);
+    box.setSelStart(5);
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    QCOMPARE(box.Text(), u"a😀e"_s);
+    QTest::keyClick(&box, Qt::Key_Left);
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    QCOMPARE(box.Text(), u"ae"_s);
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    QTest::keyClick(&box, Qt::Key_Delete);
+    QTest::keyClick(&box, Qt::Key_Delete);
+    QCOMPARE(box.Text(), QString());
+}
+
+void tst_RichTextBox::selectionIsPastedByTheMiddleButton()
+{
+    if (!QGuiApplication::clipboard()->supportsSelection())
+        QSKIP("no clipboard for selections here");
+    RichTextBox box;
+    box.resize(300, 200);
+    box.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&box));
+    box.setText(u"abcdef"_s);
+    QTest::mouseDClick(box.viewport(), Qt::LeftButton, {}, box.caretArea(3).center());
+    QTest::mouseRelease(box.viewport(), Qt::LeftButton, {}, box.caretArea(3).center());
+    QCOMPARE(QGuiApplication::clipboard()->text(QClipboard::Selection), u"abcdef"_s);
+    QTest::mouseClick(box.viewport(), Qt::MiddleButton, {}, box.caretArea(6).center());
+    QCOMPARE(box.Text(), u"abcdefabcdef"_s);
 }
 
 QTEST_MAIN(tst_RichTextBox)
