@@ -32,6 +32,7 @@ RichTextBox::RichTextBox(QWidget *parent)
     setPalette(paper(palette()));
     connect(this, &TextView::selectionChanged, this, [this] {
         m_typing.reset();
+        updateMicroFocus();
         TextBoxAccessible::moved(this);
     });
 }

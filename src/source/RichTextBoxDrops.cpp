@@ -4,6 +4,7 @@
 #include <QDrag>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QPointer>
 
 namespace {
 
@@ -37,7 +38,7 @@ void RichTextBox::dragSelection()
     auto *drag = new QDrag(this);
     drag->setMimeData(selectedData());
     const QPointer<RichTextBox> guard(this);
-    const Qt::DropAction action = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
+    const Qt::DropAction action = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
     // A move within the box has taken the text from its old place itself.
     if (guard && action == Qt::MoveAction && !m_droppedHere)
         insert({});

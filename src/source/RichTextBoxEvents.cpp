@@ -3,8 +3,10 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -204,6 +206,7 @@ QVariant RichTextBox::inputMethodQuery(Qt::InputMethodQuery query) const
 
 void RichTextBox::mousePressEvent(QMouseEvent *event)
 {
+    QGuiApplication::inputMethod()->commit();
     TextView::mousePressEvent(event);
     Q_EMIT mouseClicked(event->button());
 }

@@ -61,6 +61,8 @@ void RowLayouts::changed(const TextRows::Change &change)
 void RowLayouts::setComposed(qsizetype at, const QString &text,
                              const QList<QTextLayout::FormatRange> &look)
 {
+    if (text.isEmpty() && m_composed.isEmpty())
+        return;
     if (!m_composed.isEmpty())
         m_made.erase(m_rows.rowAt(qMin(m_composedAt, m_buffer.size())));
     m_composedAt = at;

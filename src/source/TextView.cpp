@@ -31,10 +31,14 @@ TextView::TextView(QWidget *parent)
 
 void TextView::form()
 {
+    // What stands first stays first.
+    const QTextLayout &top = m_layouts.at(m_top.row);
+    const QTextLine line = top.lineAt(qMin(m_top.line, top.lineCount() - 1));
+    const qsizetype first = m_rows.start(m_top.row) + line.textStart();
     const int wide = viewport()->width() - 2 * margin;
     m_layouts.setForm(font(), m_wrapping ? qMax(wide, lineHeight()) : 0,
                       fontMetrics().horizontalAdvance(u' ') * tabCharacters);
-    m_top.line = 0;
+    m_top = placeOf(first);
     adjustScrollBars();
     viewport()->update();
     Q_EMIT viewChanged();
@@ -44,6 +48,7 @@ void TextView::setBuffer(const ColouredText &contents)
 {
     m_buffer.set(contents);
     m_rows.set(m_buffer.text());
+    m_layouts.clear();
     m_layouts.setComposed(0, {}, {});
     m_anchor = m_caret = 0;
     m_top = {0, 0};
@@ -179,6 +184,9 @@ int TextView::scrollValue(Place place) const
 
 void TextView::adjustScrollBars()
 {
+    // A row may have become shorter.
+    if (m_top.line > 0)
+        m_top.line = qMin(m_top.line, m_layouts.lineCount(m_top.row) - 1);
     const Place lowest = lowestTop();
     if (m_top > lowest)
         m_top = lowest;

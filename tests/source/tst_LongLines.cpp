@@ -66,6 +66,7 @@ private slots:
     void lineEndsOnScreen();
     void unwrappedRowsAreReached();
     void scrollBarGoesByLines();
+    void whatIsFirstStaysFirst();
     void mouseFindsThePlaceShown();
     void tripleClickTakesTheLine();
     void inputMethodComposes();
@@ -411,6 +412,24 @@ void tst_LongLines::scrollBarGoesByLines()
     bar.setValue(0);
     QCOMPARE(box().visibleRows().constFirst().row, 0);
     QCOMPARE(box().visibleRows().constFirst().top, 0);
+}
+
+void tst_LongLines::whatIsFirstStaysFirst()
+{
+    show(longLine());
+    m_editor->setSelStart(int(partingOf(box())) + 900);
+    const auto first = [&] { return box().positionAt(QPoint(0, box().lineHeight() / 2)); };
+    const qsizetype before = first();
+    m_editor->resize(350, 300);
+    QVERIFY2(qAbs(first() - before) < 100, qPrintable(QString::number(first() - before)));
+    box().zoom(3);
+    QVERIFY(qAbs(first() - before) < 100);
+    // The row at the top becomes shorter than what was scrolled away of it.
+    const int row = box().visibleRows().constFirst().row;
+    box().replace(box().rows().start(row) + 5, box().rows().end(row) - box().rows().start(row) - 5,
+                  u"\n"_s);
+    QVERIFY(!box().grab().isNull());
+    QVERIFY(!box().visibleRows().isEmpty());
 }
 
 void tst_LongLines::mouseFindsThePlaceShown()
