@@ -11,15 +11,16 @@
 #include <QLocale>
 #include <QPushButton>
 #include <QStringMatcher>
-#include <QTextBlock>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int recountMilliseconds = 150;
-/// Counting in a long text stops after this long and says "more than".
-constexpr int countingMilliseconds = 40;
+/// Counting in a long text pauses after this long, and says "more than" meanwhile.
+constexpr int countingMilliseconds = 20;
+/// Texts up to this long are counted at once.
+constexpr qsizetype atOnce = 1'000'000;
 
 QString text(const char *key, const QString &english)
 {
@@ -53,7 +54,9 @@ FindBar::FindBar(RichTextBox *box, QWidget *parent)
     m_recount.setSingleShot(true);
     m_recount.setInterval(recountMilliseconds);
     connect(&m_recount, &QTimer::timeout, this, &FindBar::count);
+    connect(&m_counting, &QTimer::timeout, this, &FindBar::countSlice);
     connect(box, &RichTextBox::changed, this, [this] {
+        m_counting.stop();
         if (isVisible())
             m_recount.start();
     });
@@ -104,11 +107,8 @@ void FindBar::findPrevious()
 
 void FindBar::select(qsizetype at, qsizetype length)
 {
-    QTextCursor cursor = m_box->textCursor();
-    cursor.setPosition(int(at));
-    cursor.setPosition(int(at + length), QTextCursor::KeepAnchor);
-    m_box->setTextCursor(cursor);
-    m_box->centerCursor();
+    m_box->select(at, at + length);
+    m_box->centreCaret();
 }
 
 void FindBar::find(bool backwards, bool fromSelectionStart)
@@ -116,53 +116,65 @@ void FindBar::find(bool backwards, bool fromSelectionStart)
     const QString wanted = m_text->text();
     if (wanted.isEmpty())
         return;
-    m_box->finishFilling();
     const QString &all = m_box->buffer().text();
-    const QTextCursor cursor = m_box->textCursor();
     qsizetype at = -1;
     if (backwards) {
-        const qsizetype from = cursor.selectionStart() - 1;
+        const qsizetype from = m_box->selectionStart() - 1;
         if (from >= 0)
             at = all.lastIndexOf(wanted, from, Qt::CaseInsensitive);
-        if (at < 0)
-            at = all.lastIndexOf(wanted, -1, Qt::CaseInsensitive);
+        if (at < 0) {
+            const qsizetype after = qMax(from + 1, qsizetype(0));
+            at = QStringView(all).sliced(after).lastIndexOf(wanted, -1, Qt::CaseInsensitive);
+            at = at < 0 ? -1 : at + after;
+        }
     } else {
-        const int from = fromSelectionStart ? cursor.selectionStart() : cursor.selectionEnd();
+        const qsizetype from = fromSelectionStart ? m_box->selectionStart() : m_box->selectionEnd();
         at = all.indexOf(wanted, from, Qt::CaseInsensitive);
         if (at < 0)
-            at = all.indexOf(wanted, 0, Qt::CaseInsensitive);
+            at = QStringView(all)
+                     .left(from + wanted.size() - 1)
+                     .indexOf(wanted, 0, Qt::CaseInsensitive);
     }
     if (at >= 0)
         select(at, wanted.size());
 }
 
+/// Counts the hits anew; in a long text the number follows.
 void FindBar::count()
 {
-    const QString wanted = m_text->text();
-    if (wanted.isEmpty()) {
+    m_counting.stop();
+    m_hits = 0;
+    m_countedTo = 0;
+    if (m_text->text().isEmpty())
         m_count->clear();
-        return;
-    }
+    else if (m_box->buffer().size() <= atOnce)
+        countSlice();
+    else
+        m_counting.start();
+}
+
+void FindBar::countSlice()
+{
     const QDeadlineTimer deadline(countingMilliseconds);
+    const QString wanted = m_text->text();
     const QString &all = m_box->buffer().text();
     const QStringMatcher matcher(wanted, Qt::CaseInsensitive);
     constexpr qsizetype piece = 200'000;
-    int hits = 0;
-    qsizetype from = 0;
-    bool more = false;
-    while (!more && from < all.size()) {
+    while (m_countedTo < all.size() && !deadline.hasExpired()) {
         // Pieces overlap by what a hit may reach into the next one.
-        const QStringView part = QStringView(all).mid(from, piece + wanted.size() - 1);
+        const QStringView part = QStringView(all).mid(m_countedTo, piece + wanted.size() - 1);
         qsizetype at = matcher.indexIn(part);
         qsizetype end = 0;
         for (; at >= 0; at = matcher.indexIn(part, end)) {
-            ++hits;
+            ++m_hits;
             end = at + wanted.size();
         }
-        from += qMax(qMin(piece, part.size()), end);
-        more = deadline.hasExpired() && from < all.size();
+        m_countedTo += qMax(qMin(piece, part.size()), end);
     }
-    const QString number = QLocale().toString(hits);
+    const bool more = m_countedTo < all.size();
+    if (!more)
+        m_counting.stop();
+    const QString number = QLocale().toString(m_hits);
     m_count->setText(more ? text("strMoreThan", u"more than %1 found"_s).arg(number)
                           : text("strFound", u"%1 found"_s).arg(number));
 }

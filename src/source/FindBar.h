@@ -27,6 +27,7 @@ protected:
 private:
     void find(bool backwards, bool fromSelectionStart);
     void count();
+    void countSlice();
     void addButton(const char *name, const QString &caption, void (FindBar::*action)());
     void select(qsizetype at, qsizetype length);
 
@@ -34,4 +35,7 @@ private:
     QLineEdit *m_text;
     QLabel *m_count;
     QTimer m_recount;
+    QTimer m_counting;
+    int m_hits = 0;
+    qsizetype m_countedTo = 0;
 };

@@ -8,6 +8,25 @@ using HtmlColouring::defaultColours;
 
 namespace {
 
+/// The last place of one of two characters; -1 for none. Looks at many at once: there may be
+/// millions before the caret.
+qsizetype lastOf(QStringView text, char16_t one, char16_t other)
+{
+    constexpr qsizetype width = 256;
+    const char16_t *units = text.utf16();
+    qsizetype end = text.size();
+    for (; end >= width; end -= width) {
+        bool found = false;
+        for (qsizetype i = end - width; i < end; ++i)
+            found |= units[i] == one || units[i] == other;
+        if (found)
+            break;
+    }
+    while (end > 0 && units[end - 1] != one && units[end - 1] != other)
+        --end;
+    return end - 1;
+}
+
 /// Puts a tab before the selection and after each of its line breaks, and selects it again.
 void indent(RichTextBox &box)
 {
@@ -60,11 +79,12 @@ namespace HtmlTyping {
 
 bool insideComment(QStringView before)
 {
-    for (qsizetype i = before.size() - 1; i >= 2; --i) {
-        if (before[i] == u'>' && before[i - 1] == u'-' && before[i - 2] == u'-')
+    for (qsizetype i = lastOf(before, u'-', u'-'); i >= 1; i = lastOf(before.left(i), u'-', u'-')) {
+        if (before[i - 1] != u'-')
+            continue;
+        if (i + 1 < before.size() && before[i + 1] == u'>')
             return false;
-        if (before[i] == u'-' && i >= 3 && before[i - 1] == u'-' && before[i - 2] == u'!'
-            && before[i - 3] == u'<')
+        if (i >= 3 && before[i - 2] == u'!' && before[i - 3] == u'<')
             return true;
     }
     return false;
@@ -72,11 +92,8 @@ bool insideComment(QStringView before)
 
 bool insideTag(QStringView before)
 {
-    for (qsizetype i = before.size() - 1; i >= 0; --i) {
-        if (before[i] == u'<' || before[i] == u'>')
-            return before[i] == u'<';
-    }
-    return false;
+    const qsizetype at = lastOf(before, u'<', u'>');
+    return at >= 0 && before[at] == u'<';
 }
 
 bool insideValue(QStringView before)

@@ -4,7 +4,8 @@
 
 class RichTextBox;
 
-/// The column of line numbers beside a box's text.
+/// The column of line numbers beside a box's text. Rows that only go on with a long line have dots
+/// for a number.
 class LineNumbers : public QWidget {
     Q_OBJECT
 

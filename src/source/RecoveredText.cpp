@@ -29,7 +29,7 @@ QString folder()
     return AppFolder::appData(u"Recovered"_s);
 }
 
-QString keep(const QString &text)
+QString keep(const QByteArray &bytes)
 {
     const QDir folder(RecoveredText::folder());
     if (!folder.mkpath(u"."_s)) {
@@ -42,7 +42,6 @@ QString keep(const QString &text)
     for (int i = 0; name.isEmpty() || folder.exists(name); ++i)
         name = u"Source-%1-%2.html"_s.arg(time).arg(i, 2, 10, QChar(u'0'));
     QSaveFile file(folder.filePath(name));
-    const QByteArray bytes = text.toUtf8();
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
         qCWarning(lcFiles) << "cannot keep a copy of edited source" << file.errorString();
         return {};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 /// Copies of edited source that was closed without being saved.
@@ -8,5 +9,5 @@ namespace RecoveredText {
 QString folder();
 /// Writes a copy and returns its file; empty when that fails. The oldest copies make room for
 /// new ones.
-QString keep(const QString &text);
+QString keep(const QByteArray &bytes);
 }

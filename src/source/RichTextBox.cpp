@@ -1,32 +1,50 @@
 #include "RichTextBox.h"
 
-#include "DocumentFiller.h"
 #include "LineEnds.h"
-#include "RawDocument.h"
 #include "Rtf.h"
+#include "TextBoxAccessible.h"
 
-#include <QScrollBar>
-#include <QTextBlock>
-
-using namespace Qt::StringLiterals;
+#include <QFontDatabase>
 
 namespace {
 
-/// Characters that are shown at once, and per slice after that: a slice takes some ten
-/// milliseconds.
-constexpr qsizetype firstSlice = 100'000;
-constexpr qsizetype laterSlice = 150'000;
+/// Source is read on white paper in every colour scheme: the colours of its kinds are fixed and
+/// made for that.
+QPalette paper(QPalette palette)
+{
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::Text, Qt::black);
+    palette.setColor(QPalette::Highlight, QColor(0x26, 0x5f, 0xb4));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::PlaceholderText, Qt::darkGray);
+    return palette;
+}
 
+}
+
+RichTextBox::RichTextBox(QWidget *parent)
+    : TextView(parent)
+{
+    TextBoxAccessible::install();
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setStyleHint(QFont::Monospace);
+    setFont(font);
+    setPalette(paper(palette()));
+    connect(this, &TextView::selectionChanged, this, [this] {
+        m_typing.reset();
+        updateMicroFocus();
+        TextBoxAccessible::moved(this);
+    });
 }
 
 QString RichTextBox::Text() const
 {
-    return LineEnds::fromLf(m_buffer.text());
+    return LineEnds::fromLf(buffer().text());
 }
 
 int RichTextBox::TextLength() const
 {
-    return int(m_buffer.text().size() + m_buffer.text().count(u'\n'));
+    return int(buffer().size()) + rows().lineCount() - 1;
 }
 
 void RichTextBox::setText(const QString &text)
@@ -39,203 +57,193 @@ void RichTextBox::setText(const QString &text)
 
 void RichTextBox::setContents(const ColouredText &contents)
 {
-    m_fillTimer.stop();
-    m_filler.reset();
+    m_history.clear();
+    const QString before = buffer().text();
+    setBuffer(contents);
     m_typing.reset();
-    m_buffer.set(contents);
-    m_caretAtEnd = false;
-    m_ownChange = true;
-    m_filler = std::make_unique<DocumentFiller>(document(), contents.text);
-    const bool whole = m_filler->append(firstSlice);
-    moveCursor(QTextCursor::Start);
-    m_ownChange = false;
-    if (whole)
-        endFilling();
-    else
-        m_fillTimer.start(0, this);
+    TextBoxAccessible::changed(this, 0, before, contents.text);
     Q_EMIT changed();
-}
-
-void RichTextBox::fillSlice()
-{
-    m_ownChange = true;
-    const bool whole = m_filler->append(laterSlice);
-    m_ownChange = false;
-    const qsizetype done = m_filler->done();
-    const qsizetype size = m_filler->size();
-    if (whole)
-        endFilling();
-    Q_EMIT fillProgress(done, size);
-}
-
-void RichTextBox::endFilling()
-{
-    m_fillTimer.stop();
-    m_filler.reset();
-    if (m_caretAtEnd)
-        setCaretAtEnd();
-}
-
-void RichTextBox::finishFilling()
-{
-    while (m_filler)
-        fillSlice();
-}
-
-void RichTextBox::timerEvent(QTimerEvent *event)
-{
-    if (event->timerId() == m_fillTimer.timerId() && m_filler)
-        fillSlice();
-    else
-        QPlainTextEdit::timerEvent(event);
-}
-
-void RichTextBox::setCaretAtEnd()
-{
-    m_caretAtEnd = true;
-    if (isFilling())
-        return;
-    const int top = verticalScrollBar()->value();
-    const int left = horizontalScrollBar()->value();
-    moveCursor(QTextCursor::End);
-    verticalScrollBar()->setValue(top);
-    horizontalScrollBar()->setValue(left);
 }
 
 qsizetype RichTextBox::toBuffer(int position) const
 {
-    // A line's start moves one further for each line before it.
+    // A line's start is one further for each line before it.
     int first = 0;
-    int last = document()->blockCount() - 1;
+    int last = rows().count() - 1;
     while (first < last) {
-        const int middle = (first + last + 1) / 2;
-        if (document()->findBlockByNumber(middle).position() + middle <= position)
+        const int middle = first + (last - first + 1) / 2;
+        if (rows().start(middle) + rows().lineOf(middle) <= position)
             first = middle;
         else
             last = middle - 1;
     }
-    const QTextBlock block = document()->findBlockByNumber(first);
-    return qBound(0, position - first, block.position() + block.length() - 1);
+    const qsizetype at = position - rows().lineOf(first);
+    return qBound(qsizetype(0), at, rows().end(first));
 }
 
 int RichTextBox::toPosition(qsizetype at) const
 {
-    return int(at) + document()->findBlock(int(at)).blockNumber();
-}
-
-qsizetype RichTextBox::caret() const
-{
-    return textCursor().position();
-}
-
-qsizetype RichTextBox::selectionStart() const
-{
-    return textCursor().selectionStart();
-}
-
-void RichTextBox::select(qsizetype anchor, qsizetype caret)
-{
-    QTextCursor cursor = textCursor();
-    cursor.setPosition(int(anchor));
-    cursor.setPosition(int(caret), QTextCursor::KeepAnchor);
-    setTextCursor(cursor);
+    return int(at) + rows().lineOf(rows().rowAt(at));
 }
 
 int RichTextBox::SelStart() const
 {
-    if (isFilling() && m_caretAtEnd)
-        return TextLength();
     return toPosition(selectionStart());
 }
 
 void RichTextBox::setSelStart(int position)
 {
-    m_caretAtEnd = false;
-    if (position > 0)
-        finishFilling();
-    const qsizetype at = toBuffer(qMax(0, position));
+    setCaret(toBuffer(qMax(0, position)));
+}
+
+void RichTextBox::setCaret(qsizetype at)
+{
     select(at, at);
+    ensureCaretVisible();
 }
 
 int RichTextBox::SelLength() const
 {
-    if (isFilling() && m_caretAtEnd)
-        return 0;
-    return toPosition(textCursor().selectionEnd()) - toPosition(selectionStart());
+    return toPosition(selectionEnd()) - toPosition(selectionStart());
 }
 
 void RichTextBox::setSelLength(int length)
 {
-    if (length <= 0 && isFilling())
-        return;
-    finishFilling();
     const qsizetype start = selectionStart();
     // The sum of two great numbers would be none.
     const qint64 end = qMin(qint64(toPosition(start)) + qMax(0, length), qint64(TextLength()));
     select(start, toBuffer(int(end)));
 }
 
+void RichTextBox::selectUnseen(int start, int length)
+{
+    select(toBuffer(start), toBuffer(start + length));
+}
+
 QString RichTextBox::SelText() const
 {
-    const QTextCursor cursor = textCursor();
-    return LineEnds::fromLf(m_buffer.text().mid(cursor.selectionStart(),
-                                                cursor.selectionEnd() - cursor.selectionStart()));
+    return LineEnds::fromLf(
+        buffer().text().mid(selectionStart(), selectionEnd() - selectionStart()));
 }
 
 void RichTextBox::setSelText(const QString &text)
 {
-    finishFilling();
-    insert(textCursor(), LineEnds::toLf(text));
+    insert(LineEnds::toLf(text));
 }
 
-void RichTextBox::insert(QTextCursor cursor, const QString &text)
+EditHistory::Edit RichTextBox::put(qsizetype at, qsizetype length, const QString &text,
+                                   const QByteArray &colours)
 {
-    RawDocument::insert(cursor, text);
-    setTextCursor(cursor);
-    ensureCursorVisible();
+    const EditHistory::Edit edit{at, buffer().text().mid(at, length),
+                                 buffer().colours().mid(at, length), text, colours};
+    replaceText(at, length, text, colours);
+    TextBoxAccessible::changed(this, at, edit.removed, text);
+    return edit;
+}
+
+EditHistory::Edit RichTextBox::put(qsizetype at, qsizetype length, const QString &text)
+{
+    const char index = colourIndex(m_typing.value_or(buffer().typingColour(at)));
+    return put(at, length, text, QByteArray(text.size(), index));
+}
+
+void RichTextBox::replace(qsizetype at, qsizetype length, const QString &text)
+{
+    if (length == 0 && text.isEmpty())
+        return;
+    const qsizetype anchorBefore = anchor();
+    const qsizetype caretBefore = caret();
+    const EditHistory::Edit edit = put(at, length, text);
+    m_history.add({{edit}, anchorBefore, caretBefore});
+    setCaret(at + text.size());
+    m_typing.reset();
+    Q_EMIT changed();
+}
+
+void RichTextBox::insert(const QString &text)
+{
+    replace(selectionStart(), selectionEnd() - selectionStart(), text);
 }
 
 void RichTextBox::type(QChar character)
 {
-    finishFilling();
-    insert(textCursor(), QString(character));
+    insert(QString(character));
+}
+
+void RichTextBox::undo()
+{
+    if (!canUndo())
+        return;
+    EditHistory::Step &step = m_history.undo();
+    for (auto edit = step.edits.rbegin(); edit != step.edits.rend(); ++edit) {
+        edit->insertedColours =
+            put(edit->at, edit->inserted.size(), edit->removed, edit->removedColours)
+                .removedColours;
+    }
+    select(step.anchor, step.caret);
+    ensureCaretVisible();
+    Q_EMIT changed();
+}
+
+void RichTextBox::redo()
+{
+    if (!canRedo())
+        return;
+    EditHistory::Step &step = m_history.redo();
+    for (EditHistory::Edit &edit : step.edits) {
+        edit.removedColours =
+            put(edit.at, edit.removed.size(), edit.inserted, edit.insertedColours).removedColours;
+    }
+    setCaret(step.edits.constLast().at + step.edits.constLast().inserted.size());
+    Q_EMIT changed();
+}
+
+/// Moves the selected text to a place outside of it, as one step.
+void RichTextBox::moveText(qsizetype to)
+{
+    const qsizetype from = selectionStart();
+    const qsizetype length = selectionEnd() - from;
+    const qsizetype anchorBefore = anchor();
+    const qsizetype caretBefore = caret();
+    const EditHistory::Edit out = put(from, length, {}, {});
+    const qsizetype at = to > from ? to - length : to;
+    m_history.add({{out}, anchorBefore, caretBefore});
+    m_history.join(put(at, 0, out.removed, out.removedColours));
+    select(at, at + length);
+    ensureCaretVisible();
+    Q_EMIT changed();
 }
 
 int RichTextBox::SelColor() const
 {
-    const QTextCursor cursor = textCursor();
-    if (cursor.hasSelection())
-        return m_buffer.colourAt(cursor.selectionStart());
-    return m_typing.value_or(m_buffer.typingColour(cursor.position()));
+    if (hasSelection())
+        return buffer().colourAt(selectionStart());
+    return m_typing.value_or(buffer().typingColour(caret()));
 }
 
 void RichTextBox::setSelColor(int colour)
 {
-    finishFilling();
-    const QTextCursor cursor = textCursor();
-    if (!cursor.hasSelection()) {
+    if (!hasSelection()) {
         m_typing = colour;
         return;
     }
-    m_buffer.setColour(cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart(),
-                       colour);
+    colouring().setColour(selectionStart(), selectionEnd() - selectionStart(), colour);
     viewport()->update();
 }
 
 QString RichTextBox::SelRTF() const
 {
-    const QTextCursor cursor = textCursor();
-    const int start = cursor.selectionStart();
-    const int length = cursor.selectionEnd() - start;
+    const qsizetype start = selectionStart();
+    const qsizetype length = selectionEnd() - start;
     if (length == 0)
         return {};
-    return Rtf::write(QStringView(m_buffer.text()).mid(start, length),
-                      QByteArrayView(m_buffer.colours()).sliced(start, length), m_buffer.palette());
+    return Rtf::write(QStringView(buffer().text()).mid(start, length),
+                      QByteArrayView(buffer().colours()).sliced(start, length), buffer().palette());
 }
 
 QString RichTextBox::TextRTF() const
 {
-    return Rtf::write(m_buffer.text(), m_buffer.colours(), m_buffer.palette());
+    return Rtf::write(buffer().text(), buffer().colours(), buffer().palette());
 }
 
 void RichTextBox::setTextRTF(const QString &rtf)
@@ -245,42 +253,24 @@ void RichTextBox::setTextRTF(const QString &rtf)
         return;
     }
     const ColouredText contents = Rtf::read(rtf);
-    if (contents.text != m_buffer.text()) {
+    if (contents.text != buffer().text()) {
         setContents(contents);
         return;
     }
     QByteArray colours = contents.colours;
     for (char &index : colours)
-        index = m_buffer.indexOf(contents.palette.at(uchar(index)));
+        index = colourIndex(contents.palette.at(uchar(index)));
     setColours(0, colours);
 }
 
 void RichTextBox::clearColours()
 {
     m_typing.reset();
-    setColours(0, QByteArray(m_buffer.text().size(), 0));
+    setColours(0, QByteArray(buffer().size(), 0));
 }
 
 void RichTextBox::setColours(qsizetype from, QByteArrayView colours)
 {
-    m_buffer.setColours(from, colours);
+    colouring().setColours(from, colours);
     viewport()->update();
-}
-
-void RichTextBox::documentChanged(int from, int removed, int added)
-{
-    Q_UNUSED(removed);
-    if (m_ownChange)
-        return;
-    // A document counts the end mark of its last line as changed too, at times; what was taken
-    // out follows from the lengths.
-    const int length = document()->characterCount() - 1;
-    const qsizetype in = qMin(added, length - from);
-    const qsizetype out = m_buffer.text().size() + in - length;
-    if (in == 0 && out == 0)
-        return;
-    const int colour = m_typing.value_or(m_buffer.typingColour(from));
-    m_buffer.replace(from, out, RawDocument::read(document(), from, int(in)), colour);
-    m_typing.reset();
-    Q_EMIT changed();
 }

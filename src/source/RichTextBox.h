@@ -1,31 +1,24 @@
 #pragma once
 
-#include "ColouredBuffer.h"
+#include "EditHistory.h"
+#include "TextView.h"
 
-#include <QBasicTimer>
-#include <QPlainTextEdit>
 #include <functional>
-#include <memory>
 #include <optional>
 
-class DocumentFiller;
+class QMimeData;
 
 /// A box of plain lines in which each character has a colour of its own. Every character a text
 /// may hold is kept as it is; only line ends are made CR LF.
 ///
-/// Positions and lengths count a line break as two, CR and LF; a position between them is taken
-/// as the one before. Colours are 0x00BBGGRR. Colouring never alters the text, and is nothing
-/// that an undo takes back.
-///
-/// Long texts come into view in slices, while `Text` gives all of it at once. Until the last slice
-/// the caret can be at the start or the end; whoever asks for anything else, or types, makes the
-/// box finish first.
-class RichTextBox : public QPlainTextEdit {
+/// Where nothing else is said, positions and lengths count a line break as two, CR and LF; a
+/// position between them is taken as the one before. Colours are 0x00BBGGRR. Colouring never
+/// alters the text, and is nothing that an undo takes back.
+class RichTextBox : public TextView {
     Q_OBJECT
 
 public:
     explicit RichTextBox(QWidget *parent = nullptr);
-    ~RichTextBox() override;
 
     QString Text() const;
     void setText(const QString &text);
@@ -36,6 +29,8 @@ public:
     void setSelStart(int position);
     int SelLength() const;
     void setSelLength(int length);
+    /// Selects without scrolling there.
+    void selectUnseen(int start, int length);
     QString SelText() const;
     /// Replaces the selection; the caret is after what was put in.
     void setSelText(const QString &text);
@@ -51,18 +46,16 @@ public:
     /// All text in the colour of text that was given none.
     void clearColours();
 
-    /// Text and colours with one line feed per line break, by position in it.
-    const ColouredBuffer &buffer() const { return m_buffer; }
-    char colourIndex(int colour) { return m_buffer.indexOf(colour); }
+    char colourIndex(int colour) { return colouring().indexOf(colour); }
+    /// Colours, as indexes, by position in the buffer.
     void setColours(qsizetype from, QByteArrayView colours);
-    /// The caret and the anchor as positions in the buffer.
-    qsizetype caret() const;
-    qsizetype selectionStart() const;
-    /// Puts the caret at the end without scrolling there.
-    void setCaretAtEnd();
+    /// Replaces `length` characters of the buffer, as a step that can be undone.
+    void replace(qsizetype at, qsizetype length, const QString &text);
 
-    bool isFilling() const { return m_filler != nullptr; }
-    void finishFilling();
+    bool canUndo() const { return m_history.canUndo(); }
+    bool canRedo() const { return m_history.canRedo(); }
+    void undo();
+    void redo();
 
     /// Called with each typed character before it is inserted; true when it was dealt with. The
     /// Tab key is a character, Enter, Backspace and the like are none.
@@ -73,55 +66,48 @@ public:
     /// Called instead of the box's own pasting.
     void setPaste(const std::function<void()> &handler) { m_paste = handler; }
 
-    /// Room beside the text, in pixels.
-    void setLeftMargin(int width) { setViewportMargins(width, 0, 0, 0); }
-    using QPlainTextEdit::blockBoundingGeometry;
-    using QPlainTextEdit::contentOffset;
-    using QPlainTextEdit::firstVisibleBlock;
-
-    static constexpr int smallestFont = 4;
-    static constexpr int largestFont = 72;
-    void zoom(int steps);
-
 Q_SIGNALS:
     /// The text changed, by whomever.
     void changed();
     void mouseClicked(Qt::MouseButton button);
     /// The first of the files that were dropped.
     void fileDropped(const QString &file);
-    /// Part of a long text came into view; `done` is the whole of it last.
-    void fillProgress(qsizetype done, qsizetype whole);
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
-    void wheelEvent(QWheelEvent *event) override;
-    void timerEvent(QTimerEvent *event) override;
-    bool canInsertFromMimeData(const QMimeData *source) const override;
-    void insertFromMimeData(const QMimeData *source) override;
-    QMimeData *createMimeDataFromSelection() const override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void dragSelection() override;
 
 private:
     void setContents(const ColouredText &contents);
-    void documentChanged(int from, int removed, int added);
-    void insert(QTextCursor cursor, const QString &text);
-    void fillSlice();
-    void endFilling();
+    EditHistory::Edit put(qsizetype at, qsizetype length, const QString &text,
+                          const QByteArray &colours);
+    EditHistory::Edit put(qsizetype at, qsizetype length, const QString &text);
+    void setCaret(qsizetype at);
+    void insert(const QString &text);
+    bool editByKey(const QKeyEvent *event);
+    bool deleteByKey(const QKeyEvent *event);
     bool pressCharacter(const QString &text);
+    void paste();
+    void moveText(qsizetype to);
+    QMimeData *selectedData() const;
     qsizetype toBuffer(int position) const;
     int toPosition(qsizetype at) const;
-    void select(qsizetype anchor, qsizetype caret);
 
-    ColouredBuffer m_buffer;
-    std::unique_ptr<DocumentFiller> m_filler;
-    QBasicTimer m_fillTimer;
-    bool m_caretAtEnd = false;
+    EditHistory m_history;
     /// The colour of the next typed text; the neighbouring text's while not set.
     std::optional<int> m_typing;
-    bool m_ownChange = false;
+    /// The selection being dragged was dropped in this box.
+    bool m_droppedHere = false;
     KeyPress m_keyPress;
     std::function<void()> m_paste;
 };

@@ -1,73 +1,70 @@
-#include "DocumentFiller.h"
 #include "RichTextBox.h"
-#include "Twips.h"
+#include "TextMoves.h"
 
-#include <QFontDatabase>
+#include <QClipboard>
 #include <QGuiApplication>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The width of a tab in the rich text documents, half an inch.
-constexpr int tabTwips = 720;
+constexpr std::array editKeys = {
+    QKeySequence::Undo,
+    QKeySequence::Redo,
+    QKeySequence::Cut,
+    QKeySequence::Copy,
+    QKeySequence::Paste,
+    QKeySequence::Backspace,
+    QKeySequence::Delete,
+    QKeySequence::DeleteStartOfWord,
+    QKeySequence::DeleteEndOfWord,
+    QKeySequence::DeleteEndOfLine,
+    QKeySequence::DeleteCompleteLine,
+    QKeySequence::InsertParagraphSeparator,
+    QKeySequence::InsertLineSeparator,
+};
 
-/// Source is read on white paper in every colour scheme: the colours of its kinds are fixed and
-/// made for that.
-QPalette paper(QPalette palette)
+bool isEditKey(const QKeyEvent *event)
 {
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Text, Qt::black);
-    palette.setColor(QPalette::Highlight, QColor(0x26, 0x5f, 0xb4));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::PlaceholderText, Qt::darkGray);
-    return palette;
+    return std::any_of(editKeys.begin(), editKeys.end(),
+                       [event](QKeySequence::StandardKey key) { return event->matches(key); });
 }
 
-QString firstLocalFile(const QMimeData *source)
+bool isCommand(const QKeyEvent *event)
 {
-    const QList<QUrl> urls = source->urls();
-    for (const QUrl &url : urls) {
-        if (url.isLocalFile())
-            return url.toLocalFile();
+    constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    return (event->modifiers() & commands) && !(event->modifiers() & Qt::GroupSwitchModifier);
+}
+
+bool isPrintable(const QString &text)
+{
+    return !text.isEmpty() && (text.front() >= u' ' || text.front() == u'\t')
+        && text.front() != QChar(0x7f);
+}
+
+}
+
+bool RichTextBox::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        auto *key = static_cast<QKeyEvent *>(event);
+        const bool types = !isCommand(key) && isPrintable(key->text());
+        if (types || isMoveKey(key) || isEditKey(key)) {
+            event->accept();
+            return true;
+        }
     }
-    return {};
-}
-
-}
-
-RichTextBox::RichTextBox(QWidget *parent)
-    : QPlainTextEdit(parent)
-{
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setStyleHint(QFont::Monospace);
-    setFont(font);
-    setPalette(paper(palette()));
-    setTabStopDistance(Twips::toPixels(tabTwips));
-    setContextMenuPolicy(Qt::DefaultContextMenu);
-    connect(document(), &QTextDocument::contentsChange, this, &RichTextBox::documentChanged);
-    connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] {
-        if (!m_ownChange)
-            m_typing.reset();
-    });
-}
-
-RichTextBox::~RichTextBox() = default;
-
-void RichTextBox::zoom(int steps)
-{
-    const qreal size = qBound(qreal(smallestFont), font().pointSizeF() + steps, qreal(largestFont));
-    QFont larger = font();
-    larger.setPointSizeF(size);
-    setFont(larger);
+    return TextView::event(event);
 }
 
 bool RichTextBox::pressCharacter(const QString &text)
 {
-    if (text.size() != 1 || (text.front() < u' ' && text.front() != u'\t')
-        || text.front() == QChar(0x7f))
+    if (text.size() != 1 || !isPrintable(text))
         return false;
     if (!m_keyPress || !m_keyPress(text.front()))
         type(text.front());
@@ -76,45 +73,158 @@ bool RichTextBox::pressCharacter(const QString &text)
 
 void RichTextBox::keyPressEvent(QKeyEvent *event)
 {
-    // Keys that only move about or modify others need no more of the text than is there.
-    if (!event->text().isEmpty())
-        finishFilling();
-    if (event->matches(QKeySequence::Paste) && m_paste) {
-        m_paste();
-        event->accept();
-        return;
-    }
-    constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    const bool isCommand =
-        (event->modifiers() & commands) && !(event->modifiers() & Qt::GroupSwitchModifier);
     // Shift+Tab leaves the box, as it does everywhere.
-    if (!isCommand && event->key() != Qt::Key_Backtab && pressCharacter(event->text()))
+    const bool leaves = event->key() == Qt::Key_Backtab;
+    if (moveByKey(event) || editByKey(event) || deleteByKey(event)) {
         event->accept();
+    } else if (!leaves && !isCommand(event) && isPrintable(event->text())) {
+        if (!pressCharacter(event->text()))
+            insert(event->text());
+        event->accept();
+    } else {
+        event->ignore();
+    }
+}
+
+bool RichTextBox::editByKey(const QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Undo))
+        undo();
+    else if (event->matches(QKeySequence::Redo))
+        redo();
+    else if (event->matches(QKeySequence::Paste))
+        paste();
+    else if (event->matches(QKeySequence::InsertParagraphSeparator)
+             || event->matches(QKeySequence::InsertLineSeparator))
+        insert(u"\n"_s);
+    else if (event->matches(QKeySequence::Copy) || event->matches(QKeySequence::Cut)) {
+        if (!hasSelection())
+            return true;
+        QGuiApplication::clipboard()->setMimeData(selectedData());
+        if (event->matches(QKeySequence::Cut))
+            insert({});
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool RichTextBox::deleteByKey(const QKeyEvent *event)
+{
+    using namespace TextMoves;
+    const QStringView text = buffer().text();
+    const qsizetype at = caret();
+    qsizetype from = at;
+    qsizetype to = at;
+    // Backspace does the same with Shift: it is easily still held.
+    const bool back = event->key() == Qt::Key_Backspace
+        && !(event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier));
+    if (back || event->matches(QKeySequence::Backspace))
+        from = previousCodePoint(text, at);
+    else if (event->matches(QKeySequence::Delete))
+        to = nextCharacter(text, at);
+    else if (event->matches(QKeySequence::DeleteStartOfWord))
+        from = previousWord(text, at);
+    else if (event->matches(QKeySequence::DeleteEndOfWord))
+        to = nextWord(text, at);
+    else if (event->matches(QKeySequence::DeleteEndOfLine))
+        to = lineEnd(text, at) == at ? nextCharacter(text, at) : lineEnd(text, at);
+    else if (event->matches(QKeySequence::DeleteCompleteLine)) {
+        from = lineStart(text, at);
+        to = qMin(lineEnd(text, at) + 1, text.size());
+    } else {
+        return false;
+    }
+    if (hasSelection())
+        insert({});
     else
-        QPlainTextEdit::keyPressEvent(event);
+        replace(from, to - from, {});
+    return true;
+}
+
+void RichTextBox::paste()
+{
+    if (m_paste)
+        m_paste();
+    else
+        setSelText(QGuiApplication::clipboard()->text());
 }
 
 void RichTextBox::inputMethodEvent(QInputMethodEvent *event)
 {
-    finishFilling();
-    const bool oneCharacter = event->preeditString().isEmpty() && event->replacementLength() == 0
-        && event->commitString().size() == 1;
-    if (oneCharacter) {
-        QInputMethodEvent ended;
-        QPlainTextEdit::inputMethodEvent(&ended);
-        if (pressCharacter(event->commitString())) {
-            event->accept();
-            return;
+    const QString committed = event->commitString();
+    if (event->replacementLength() > 0) {
+        const qsizetype from =
+            qBound(qsizetype(0), caret() + event->replacementStart(), buffer().size());
+        replace(from, qMin(qsizetype(event->replacementLength()), buffer().size() - from),
+                committed);
+    } else if (!committed.isEmpty()) {
+        layouts().setComposed(0, {}, {});
+        if (!pressCharacter(committed))
+            setSelText(committed);
+    } else if (!event->preeditString().isEmpty() && hasSelection()) {
+        insert({});
+    }
+    QList<QTextLayout::FormatRange> look;
+    for (const QInputMethodEvent::Attribute &one : event->attributes()) {
+        const QTextFormat format = one.value.value<QTextFormat>();
+        if (one.type == QInputMethodEvent::TextFormat && format.isCharFormat()) {
+            const int start = int(caret() - rows().start(rows().rowAt(caret())));
+            look.append({start + one.start, one.length, format.toCharFormat()});
         }
     }
-    QPlainTextEdit::inputMethodEvent(event);
+    layouts().setComposed(caret(), event->preeditString(), look);
+    ensureCaretVisible();
+    viewport()->update();
+    event->accept();
+}
+
+QVariant RichTextBox::inputMethodQuery(Qt::InputMethodQuery query) const
+{
+    // The text around the caret is its row: a line may be as long as a file.
+    const int row = rows().rowAt(caret());
+    const qsizetype start = rows().start(row);
+    switch (query) {
+    case Qt::ImEnabled:
+        return isEnabled();
+    case Qt::ImCursorRectangle:
+        return caretArea(caret()).translated(viewport()->pos());
+    case Qt::ImFont:
+        return font();
+    case Qt::ImCursorPosition:
+        return int(caret() - start);
+    case Qt::ImAnchorPosition:
+        return int(qBound(start, anchor(), rows().end(row)) - start);
+    case Qt::ImSurroundingText:
+        return buffer().text().mid(start, rows().end(row) - start);
+    case Qt::ImCurrentSelection:
+        return SelText();
+    default:
+        return TextView::inputMethodQuery(query);
+    }
 }
 
 void RichTextBox::mousePressEvent(QMouseEvent *event)
 {
-    m_caretAtEnd = false;
-    QPlainTextEdit::mousePressEvent(event);
+    QGuiApplication::inputMethod()->commit();
+    TextView::mousePressEvent(event);
     Q_EMIT mouseClicked(event->button());
+}
+
+void RichTextBox::mouseReleaseEvent(QMouseEvent *event)
+{
+    TextView::mouseReleaseEvent(event);
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    if (!clipboard->supportsSelection())
+        return;
+    if (event->button() == Qt::LeftButton && hasSelection()) {
+        clipboard->setMimeData(selectedData(), QClipboard::Selection);
+    } else if (event->button() == Qt::MiddleButton) {
+        const QString text = clipboard->text(QClipboard::Selection);
+        const qsizetype at = positionAt(event->pos());
+        select(at, at);
+        setSelText(text);
+    }
 }
 
 void RichTextBox::contextMenuEvent(QContextMenuEvent *event)
@@ -123,36 +233,4 @@ void RichTextBox::contextMenuEvent(QContextMenuEvent *event)
     if (event->reason() == QContextMenuEvent::Keyboard)
         Q_EMIT mouseClicked(Qt::RightButton);
     event->accept();
-}
-
-void RichTextBox::wheelEvent(QWheelEvent *event)
-{
-    if (!(event->modifiers() & Qt::ControlModifier)) {
-        QPlainTextEdit::wheelEvent(event);
-        return;
-    }
-    if (event->angleDelta().y() != 0)
-        zoom(event->angleDelta().y() > 0 ? 1 : -1);
-    event->accept();
-}
-
-bool RichTextBox::canInsertFromMimeData(const QMimeData *source) const
-{
-    return source->hasText() || !firstLocalFile(source).isEmpty();
-}
-
-void RichTextBox::insertFromMimeData(const QMimeData *source)
-{
-    const QString file = firstLocalFile(source);
-    if (!file.isEmpty())
-        Q_EMIT fileDropped(file);
-    else
-        setSelText(source->text());
-}
-
-QMimeData *RichTextBox::createMimeDataFromSelection() const
-{
-    auto *selection = new QMimeData;
-    selection->setText(SelText());
-    return selection;
 }

@@ -14,7 +14,6 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QMenu>
-#include <QTextBlock>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -112,7 +111,7 @@ void frmSource::openFile(const QString &file)
     if (!QFileInfo::exists(file))
         return;
     const bool wasEdited = m_edited;
-    const QString before = wasEdited ? m_editor->Text() : QString();
+    const QByteArray before = wasEdited ? m_editor->fileBytes() : QByteArray();
     if (!m_editor->OpenFile(file)) {
         MsgBox::inform(this,
                        languageText("strCannotOpen", u"The file cannot be read:"_s) + u'\n' + file);
@@ -160,13 +159,13 @@ void frmSource::goToLine()
     dialog->setLabelText(languageText("lblLine", u"Line:"_s));
     dialog->setInputMode(QInputDialog::IntInput);
     RichTextBox &box = m_editor->rtf1();
-    box.finishFilling();
-    dialog->setIntRange(1, box.document()->blockCount());
-    dialog->setIntValue(box.textCursor().blockNumber() + 1);
+    dialog->setIntRange(1, box.rows().lineCount());
+    dialog->setIntValue(box.rows().lineOf(box.rows().rowAt(box.caret())) + 1);
     connect(dialog, &QInputDialog::intValueSelected, this, [this](int line) {
         RichTextBox &text = m_editor->rtf1();
-        text.setTextCursor(QTextCursor(text.document()->findBlockByNumber(line - 1)));
-        text.centerCursor();
+        const qsizetype start = text.rows().start(text.rows().firstRowOf(line - 1));
+        text.select(start, start);
+        text.centreCaret();
         text.setFocus();
     });
     dialog->open();
@@ -188,7 +187,7 @@ void frmSource::setEdited(bool edited)
 
 void frmSource::keepUnsaved()
 {
-    if (m_edited && !RecoveredText::keep(m_editor->Text()).isEmpty())
+    if (m_edited && !RecoveredText::keep(m_editor->fileBytes()).isEmpty())
         m_edited = false;
 }
 

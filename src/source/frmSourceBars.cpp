@@ -113,9 +113,7 @@ void frmSource::buildStatusBar()
     QAction *wrap = addTool("cmdWrap", u"Wrap"_s, Qt::ALT | Qt::Key_Z);
     wrap->setCheckable(true);
     wrap->setChecked(true);
-    connect(wrap, &QAction::toggled, this, [this](bool on) {
-        m_editor->rtf1().setLineWrapMode(on ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
-    });
+    connect(wrap, &QAction::toggled, this, [this](bool on) { m_editor->rtf1().setWrapping(on); });
 
     auto *next = new QAction(this);
     next->setShortcut(QKeySequence::FindNext);

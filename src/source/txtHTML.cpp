@@ -7,7 +7,6 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QScrollBar>
 #include <QTimerEvent>
 
 using namespace Qt::StringLiterals;
@@ -34,7 +33,6 @@ txtHTML::txtHTML(QWidget *parent)
     m_rtf1->setPaste([this] { Paste(); });
     connect(m_rtf1, &RichTextBox::changed, this, &txtHTML::onChanged);
     connect(m_rtf1, &RichTextBox::fileDropped, this, &txtHTML::DropFile);
-    connect(m_rtf1, &RichTextBox::fillProgress, this, &txtHTML::reportProgress);
     connect(m_rtf1, &RichTextBox::mouseClicked, this, [this](Qt::MouseButton button) {
         if (button == Qt::RightButton)
             Q_EMIT RightClick();
@@ -53,7 +51,7 @@ void txtHTML::resizeEvent(QResizeEvent *event)
 
 bool txtHTML::CanUndo() const
 {
-    return m_rtf1->document()->isUndoAvailable();
+    return m_rtf1->canUndo();
 }
 
 void txtHTML::Undo()
@@ -109,14 +107,12 @@ QString txtHTML::ReplaceText(const QString &patrn, const QString &replStr,
 void txtHTML::HighlightAll()
 {
     if (m_rtf1->TextLength() > atOnce) {
-        // Selecting would make the box show all of a long text first.
-        startColouring(0, m_rtf1->buffer().text().size());
+        startColouring(0, m_rtf1->buffer().size());
     } else {
-        m_rtf1->setSelStart(0);
-        m_rtf1->setSelLength(m_rtf1->TextLength());
+        m_rtf1->selectUnseen(0, m_rtf1->TextLength());
         ColorHTML();
     }
-    m_rtf1->setCaretAtEnd();
+    m_rtf1->selectUnseen(m_rtf1->TextLength(), 0);
 }
 
 void txtHTML::Highlight_Selected()
@@ -143,21 +139,16 @@ void txtHTML::ColorHTML()
         return;
     const qsizetype from = m_rtf1->selectionStart();
     if (m_rtf1->TextLength() > atOnce)
-        startColouring(from, m_rtf1->textCursor().selectionEnd() - from);
+        startColouring(from, m_rtf1->selectionEnd() - from);
     else
         colourThroughDocument();
 }
 
 void txtHTML::colourThroughDocument()
 {
-    const int top = m_rtf1->verticalScrollBar()->value();
-    const int left = m_rtf1->horizontalScrollBar()->value();
     const int start = m_rtf1->SelStart();
     const int length = m_rtf1->SelLength();
-    const auto select = [this](int from, int count) {
-        m_rtf1->setSelStart(from);
-        m_rtf1->setSelLength(count);
-    };
+    const auto select = [this](int from, int count) { m_rtf1->selectUnseen(from, count); };
     select(0, start);
     const QString before = m_rtf1->SelRTF();
     select(start + length, m_rtf1->TextLength() - start - length);
@@ -177,8 +168,6 @@ void txtHTML::colourThroughDocument()
         select(start + int(match.start), int(match.end - match.start));
         m_rtf1->setSelColor(defaultColours[HtmlColouring::Comment]);
     }
-    m_rtf1->verticalScrollBar()->setValue(top);
-    m_rtf1->horizontalScrollBar()->setValue(left);
 }
 
 void txtHTML::startColouring(qsizetype from, qsizetype length)
@@ -224,12 +213,11 @@ void txtHTML::timerEvent(QTimerEvent *event)
 
 bool txtHTML::isBusy() const
 {
-    return m_colourer || m_rtf1->isFilling();
+    return m_colourer != nullptr;
 }
 
 void txtHTML::finish()
 {
-    m_rtf1->finishFilling();
     if (m_colourer)
         colourSlice(-1);
 }
@@ -240,8 +228,7 @@ void txtHTML::onChanged()
         // The text is no longer the one being coloured: begin again with all of it.
         m_colourTimer.stop();
         m_colourer.reset();
-        if (!m_rtf1->isFilling())
-            startColouring(0, m_rtf1->buffer().text().size());
+        startColouring(0, m_rtf1->buffer().size());
     }
     Q_EMIT Change();
 }

@@ -41,6 +41,8 @@ public:
     bool OpenFile(const QString &FileName);
     /// Replaces the file as a whole; false, and the old file untouched, when that fails.
     bool SaveFile(const QString &FileName);
+    /// What SaveFile() writes.
+    QByteArray fileBytes() const;
 
     /// A number of the editor's own, unique among editors.
     int hWnd() const { return m_hWnd; }
@@ -79,7 +81,6 @@ private:
     void colourSlice(int milliseconds);
     void onChanged();
     void reportProgress();
-    QString fileText() const;
 
     RichTextBox *m_rtf1;
     int m_hWnd;

@@ -33,19 +33,20 @@ bool txtHTML::OpenFile(const QString &FileName)
     return true;
 }
 
-QString txtHTML::fileText() const
+QByteArray txtHTML::fileBytes() const
 {
     const QString &text = m_rtf1->buffer().text();
+    if (!m_loaded.isNull() && LineEnds::toLf(TextEncoding::decode(m_loaded)) == text)
+        return m_loaded;
     if (m_lineEnd == LineEnd::Lf)
-        return text;
-    return LineEnds::fromLf(text, m_lineEnd == LineEnd::CrLf ? "\r\n"_L1 : "\r"_L1);
+        return TextEncoding::encode(text, m_encoding);
+    const QLatin1String end = m_lineEnd == LineEnd::CrLf ? "\r\n"_L1 : "\r"_L1;
+    return TextEncoding::encode(LineEnds::fromLf(text, end), m_encoding);
 }
 
 bool txtHTML::SaveFile(const QString &FileName)
 {
-    const bool asLoaded = !m_loaded.isNull()
-        && LineEnds::toLf(TextEncoding::decode(m_loaded)) == m_rtf1->buffer().text();
-    const QByteArray bytes = asLoaded ? m_loaded : TextEncoding::encode(fileText(), m_encoding);
+    const QByteArray bytes = fileBytes();
     QSaveFile file(FileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
         qCWarning(lcFiles) << "cannot write" << FileName << file.errorString();

@@ -252,8 +252,6 @@ void tst_HtmlColouring::scansEqualExpressionsOnRealPages()
 {
     constexpr int enough = 1000;
     const QStringList pages = RealPages::find(1200);
-    if (pages.isEmpty())
-        QSKIP("no HTML pages in the documentation folders of this machine");
     int compared = 0;
     for (const QString &file : pages) {
         const QString text = RealPages::read(file);
@@ -262,7 +260,8 @@ void tst_HtmlColouring::scansEqualExpressionsOnRealPages()
         ++compared;
     }
     if (compared < enough)
-        qWarning("only %d pages were found", compared);
+        QSKIP(qPrintable(
+            u"equal, but for %1 pages only; the package cmake-doc has more"_s.arg(compared)));
 }
 
 void tst_HtmlColouring::loneSurrogates()

@@ -1,12 +1,12 @@
 #include "RichTextBox.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTextBlock>
 
 using namespace Qt::StringLiterals;
 
@@ -31,8 +31,6 @@ class tst_RichTextBox : public QObject {
 
 private slots:
     void textIsKeptExactly();
-    void longLinesOfSingleLettersAreNotShaped_data();
-    void longLinesOfSingleLettersAreNotShaped();
     void lineEndsBecomeCrLf_data();
     void lineEndsBecomeCrLf();
     void positionsCountLineBreaksAsTwo();
@@ -44,11 +42,14 @@ private slots:
     void colouringIsNoUndoStep();
     void eachTypedCharacterIsOneStep();
     void richTextInAndOut();
-    void longTextIsThereAtOnce();
     void bufferFollowsRandomEdits();
     void droppedFilesAreTold();
     void copyIsExact();
     void zoomIsBounded();
+    void assistiveToolsReadAndEdit();
+    void bareArrowsCollapseTheSelection();
+    void wordsAndLinesAreDeletedByKey();
+    void selectionIsPastedByTheMiddleButton();
 };
 
 void tst_RichTextBox::textIsKeptExactly()
@@ -64,39 +65,6 @@ void tst_RichTextBox::textIsKeptExactly()
     QCOMPARE(box.Text(), awkward);
     box.setTextRTF(box.TextRTF());
     QCOMPARE(box.Text(), awkward);
-}
-
-void tst_RichTextBox::longLinesOfSingleLettersAreNotShaped_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("shaped");
-    const QString line = QString(300'000, u'x');
-    QTest::newRow("one long line") << line << false;
-    QTest::newRow("after short ones") << u"a\nb\n"_s + line << false;
-    QTest::newRow("letters with accents of their own") << line + u"äé"_s << false;
-    QTest::newRow("a combining mark") << line + u"e\u0301"_s << true;
-    QTest::newRow("another script") << line + u"أخبار"_s << true;
-    QTest::newRow("short lines") << u"0123456789\n"_s.repeated(30'000) << true;
-}
-
-void tst_RichTextBox::longLinesOfSingleLettersAreNotShaped()
-{
-    QFETCH(QString, text);
-    QFETCH(bool, shaped);
-    RichTextBox box;
-    box.setText(text);
-    box.finishFilling();
-    QCOMPARE(box.Text(), QString(text).replace(u"\n"_s, u"\r\n"_s));
-    QTextBlock block = box.document()->lastBlock();
-    if (block.length() == 1)
-        block = block.previous();
-    const QFont font = block.begin().fragment().charFormat().font();
-    QCOMPARE((font.styleStrategy() & QFont::PreferNoShaping) == 0, shaped);
-    // The size follows the box all the same.
-    const qreal before = box.document()->defaultFont().pointSizeF();
-    box.zoom(2);
-    QCOMPARE(box.document()->defaultFont().pointSizeF(), before + 2);
-    QVERIFY(!block.begin().fragment().charFormat().hasProperty(QTextFormat::FontPointSize));
 }
 
 void tst_RichTextBox::lineEndsBecomeCrLf_data()
@@ -251,7 +219,7 @@ void tst_RichTextBox::eachTypedCharacterIsOneStep()
     QCOMPARE(box.Text(), u"a"_s);
     box.undo();
     QCOMPARE(box.Text(), QString());
-    QVERIFY(!box.document()->isUndoAvailable());
+    QVERIFY(!box.canUndo());
 }
 
 void tst_RichTextBox::richTextInAndOut()
@@ -273,40 +241,6 @@ void tst_RichTextBox::richTextInAndOut()
     QCOMPARE(box.Text(), u"plain {text}"_s);
 }
 
-void tst_RichTextBox::longTextIsThereAtOnce()
-{
-    QString text;
-    for (int i = 0; i < 40000; ++i)
-        text += u"line %1\r\n"_s.arg(i);
-    RichTextBox box;
-    box.show();
-    QSignalSpy progress(&box, &RichTextBox::fillProgress);
-    box.setText(text);
-    QVERIFY(box.isFilling());
-    QCOMPARE(box.Text(), text);
-    QCOMPARE(box.SelStart(), 0);
-    QTRY_VERIFY(!box.isFilling());
-    QVERIFY(progress.size() > 1);
-    QCOMPARE(progress.constLast().at(0), progress.constLast().at(1));
-    QCOMPARE(box.document()->blockCount(), 40001);
-    QVERIFY(!box.document()->isUndoAvailable());
-
-    // Whoever needs all of it gets all of it.
-    box.setText(text);
-    QVERIFY(box.isFilling());
-    box.setSelStart(int(text.size()) - 2);
-    QCOMPARE(box.SelStart(), int(text.size()) - 2);
-    box.setText(text);
-    box.setSelStart(0);
-    QTest::keyClicks(&box, u"x"_s);
-    QCOMPARE(box.Text(), u'x' + text);
-    box.setText(text);
-    box.setCaretAtEnd();
-    QCOMPARE(box.SelStart(), int(text.size()));
-    QTRY_VERIFY(!box.isFilling());
-    QCOMPARE(box.SelStart(), int(text.size()));
-}
-
 void tst_RichTextBox::bufferFollowsRandomEdits()
 {
     QRandomGenerator random(3);
@@ -320,10 +254,7 @@ void tst_RichTextBox::bufferFollowsRandomEdits()
             text += awkward.at(random.bounded(int(awkward.size())));
         if (random.bounded(5) == 0)
             text += u'\n';
-        QTextCursor cursor = box.textCursor();
-        cursor.setPosition(start);
-        cursor.setPosition(start + length, QTextCursor::KeepAnchor);
-        box.setTextCursor(cursor);
+        box.select(start, start + length);
         box.setSelText(text);
         expected.replace(start, length, text);
         if (random.bounded(4) == 0) {
@@ -333,7 +264,7 @@ void tst_RichTextBox::bufferFollowsRandomEdits()
         QCOMPARE(box.buffer().text(), expected);
         QCOMPARE(box.buffer().colours().size(), expected.size());
     }
-    while (box.document()->isUndoAvailable())
+    while (box.canUndo())
         box.undo();
     QCOMPARE(box.Text(), QString());
 }
@@ -362,7 +293,7 @@ void tst_RichTextBox::copyIsExact()
 {
     RichTextBox box;
     box.setText(u"a\u00a0b\u2028c\r\nd"_s);
-    box.selectAll();
+    QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
     QCOMPARE(QGuiApplication::clipboard()->text(), u"a\u00a0b\u2028c\r\nd"_s);
 }
@@ -377,6 +308,95 @@ void tst_RichTextBox::zoomIsBounded()
     QCOMPARE(box.font().pointSizeF(), qreal(RichTextBox::largestFont));
     box.zoom(-1000);
     QCOMPARE(box.font().pointSizeF(), qreal(RichTextBox::smallestFont));
+}
+
+void tst_RichTextBox::assistiveToolsReadAndEdit()
+{
+    RichTextBox box;
+    box.setAccessibleName(u"Source"_s);
+    box.setText(u"one\r\ntwo"_s);
+    QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&box);
+    QVERIFY(face);
+    QCOMPARE(face->role(), QAccessible::EditableText);
+    QCOMPARE(face->text(QAccessible::Name), u"Source"_s);
+    QCOMPARE(face->text(QAccessible::Value), u"one\ntwo"_s);
+    QVERIFY(face->state().editable && face->state().multiLine);
+    QAccessibleTextInterface *text = face->textInterface();
+    QAccessibleEditableTextInterface *edit = face->editableTextInterface();
+    QVERIFY(text && edit);
+    QCOMPARE(text->characterCount(), 7);
+    QCOMPARE(text->text(4, 7), u"two"_s);
+    text->setCursorPosition(4);
+    QCOMPARE(box.SelStart(), 5);
+    text->setSelection(0, 0, 3);
+    QCOMPARE(box.SelText(), u"one"_s);
+    QCOMPARE(text->selectionCount(), 1);
+    edit->insertText(7, u"!"_s);
+    edit->replaceText(0, 3, u"1"_s);
+    edit->deleteText(2, 3);
+    QCOMPARE(box.Text(), u"1\r\nwo!"_s);
+    box.undo();
+    QCOMPARE(box.Text(), u"1\r\ntwo!"_s);
+    face->setText(QAccessible::Value, u"new"_s);
+    QCOMPARE(box.Text(), u"new"_s);
+}
+
+void tst_RichTextBox::bareArrowsCollapseTheSelection()
+{
+    RichTextBox box;
+    box.setText(u"abcdef"_s);
+    box.select(2, 4);
+    QTest::keyClick(&box, Qt::Key_Right);
+    QCOMPARE(box.SelStart(), 4);
+    QCOMPARE(box.SelLength(), 0);
+    box.select(4, 2);
+    QTest::keyClick(&box, Qt::Key_Left);
+    QCOMPARE(box.SelStart(), 2);
+    box.select(4, 2);
+    QTest::keyClick(&box, Qt::Key_Left, Qt::ShiftModifier);
+    QCOMPARE(box.SelText(), u"bcd"_s);
+}
+
+void tst_RichTextBox::wordsAndLinesAreDeletedByKey()
+{
+    RichTextBox box;
+    box.setText(u"one two\r\nthree"_s);
+    box.setSelStart(7);
+    QTest::keyClick(&box, Qt::Key_Backspace, Qt::ControlModifier);
+    QCOMPARE(box.Text(), u"one \r\nthree"_s);
+    box.setSelStart(0);
+    QTest::keyClick(&box, Qt::Key_Delete, Qt::ControlModifier);
+    QCOMPARE(box.Text(), u"\r\nthree"_s);
+    QTest::keyClick(&box, Qt::Key_Delete);
+    QCOMPARE(box.Text(), u"three"_s);
+    box.setText(u"a😀e\u0301"_s);
+    box.setSelStart(5);
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    QCOMPARE(box.Text(), u"a😀e"_s);
+    QTest::keyClick(&box, Qt::Key_Left);
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    QCOMPARE(box.Text(), u"ae"_s);
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    QTest::keyClick(&box, Qt::Key_Delete);
+    QTest::keyClick(&box, Qt::Key_Delete);
+    QCOMPARE(box.Text(), QString());
+}
+
+void tst_RichTextBox::selectionIsPastedByTheMiddleButton()
+{
+    if (!QGuiApplication::clipboard()->supportsSelection())
+        QSKIP("no clipboard for selections here");
+    RichTextBox box;
+    box.resize(300, 200);
+    box.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&box));
+    box.setText(u"abcdef"_s);
+    QTest::mouseDClick(box.viewport(), Qt::LeftButton, {}, box.caretArea(3).center());
+    QTest::mouseRelease(box.viewport(), Qt::LeftButton, {}, box.caretArea(3).center());
+    QCOMPARE(QGuiApplication::clipboard()->text(QClipboard::Selection), u"abcdef"_s);
+    QTest::mouseClick(box.viewport(), Qt::MiddleButton, {}, box.caretArea(6).center());
+    QCOMPARE(box.Text(), u"abcdefabcdef"_s);
 }
 
 QTEST_MAIN(tst_RichTextBox)
