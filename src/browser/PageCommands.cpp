@@ -1,5 +1,6 @@
 #include "PageCommands.h"
 
+#include "Clipboard.h"
 #include "PagePrinter.h"
 #include "PageProperties.h"
 #include "PageSaver.h"
@@ -8,9 +9,6 @@
 #include "WebBrowser.h"
 #include "WebPage.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QMimeData>
 #include <QWebEngineView>
 #include <array>
 
@@ -39,10 +37,13 @@ bool setZoom(WebPage *page, const QVariant &in)
     return true;
 }
 
-bool clipboardFitsPage()
+/// In a field that takes text alone, pasting anything else would only delete what is selected.
+bool clipboardFits(const WebPage &page)
 {
-    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-    return data && (data->hasText() || data->hasHtml() || data->hasImage());
+    if (!page.hasEditableFocus())
+        return false;
+    const ClipboardKinds kinds = clipboardKinds();
+    return kinds.text || (page.hasRichFocus() && (kinds.html || kinds.image));
 }
 
 QWebEnginePage::WebAction actionFor(OleCmd command)
@@ -97,7 +98,7 @@ bool isEnabled(const WebPage *page, OleCmd command)
     case OleCmd::Cut:
         return page->hasEditableFocus() && page->hasSelection();
     case OleCmd::Paste:
-        return page->hasEditableFocus() && clipboardFitsPage();
+        return clipboardFits(*page);
     case OleCmd::Undo:
         return page->hasEditableFocus();
     case OleCmd::Copy:

@@ -1,38 +1,25 @@
 #include "PagePrinter.h"
 
+#include "JobProgress.h"
 #include "Language.h"
 #include "MsgBox.h"
 #include "PageJobs.h"
 #include "PageSetup.h"
+#include "PrintService.h"
 
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProgressDialog>
 #include <QSaveFile>
 #include <QWebEnginePage>
+#include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-/// Short jobs show no progress; milliseconds.
-constexpr int patience = 800;
-
 QString text(const char *key, const QString &english)
 {
     return GetLanguageText(u"PagePrinter"_s, QString::fromLatin1(key), english);
-}
-
-/// It closes by itself when the job is done; the engine tells nothing in between.
-QProgressDialog *showProgress(QWidget *owner)
-{
-    auto *progress = new QProgressDialog(text("strPrinting", u"Printing the page..."_s),
-                                         text("cmdCancel", u"Cancel"_s), 0, 0, owner);
-    progress->setObjectName("dlgPrinting"_L1);
-    progress->setAttribute(Qt::WA_DeleteOnClose);
-    progress->setWindowModality(Qt::NonModal);
-    progress->setMinimumDuration(patience);
-    progress->setAutoReset(false);
-    return progress;
 }
 
 bool write(const QString &file, const QByteArray &bytes)
@@ -50,27 +37,52 @@ void tellFailure(QWidget *owner, const QString &file)
     MsgBox::tell(owner, message);
 }
 
-void printToFile(QWebEnginePage *page, const QPrinter &printer, QWidget *owner)
-{
-    const bool all = printer.printRange() != QPrinter::PageRange;
-    const QPointer<QProgressDialog> progress = showProgress(owner);
-    PageJobs::toPdf(page, printer.pageLayout(), all ? QPageRanges() : printer.pageRanges(), owner,
-                    [file = printer.outputFileName(), progress, owner](const QByteArray &pdf) {
-                        // A cancelled job runs to its end, and then nothing comes of it.
-                        if (!progress || progress->wasCanceled())
-                            return;
-                        progress->close();
-                        if (pdf.isEmpty() || !write(file, pdf))
-                            tellFailure(owner, file);
-                    });
-}
-
-void printOnPrinter(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer, QWidget *owner)
+/// Where the engine prints by itself it tells nothing until the end, and cannot be stopped.
+void printByEngine(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer, QWidget *owner)
 {
     PageJobs::print(page, printer, owner, [owner](bool printed) {
         if (!printed)
             tellFailure(owner, {});
     });
+}
+
+void sendToPrinter(const QByteArray &pdf, QPrinter &printer, QWidget *owner)
+{
+    PrintService::send(pdf, printer, owner, [owner](bool sent) {
+        if (!sent)
+            tellFailure(owner, {});
+    });
+}
+
+void deliver(const QByteArray &pdf, QPrinter &printer, QWidget *owner)
+{
+    if (pdf.isEmpty())
+        tellFailure(owner, printer.outputFileName());
+    else if (printer.outputFormat() != QPrinter::PdfFormat)
+        sendToPrinter(pdf, printer, owner);
+    else if (!write(printer.outputFileName(), pdf))
+        tellFailure(owner, printer.outputFileName());
+}
+
+void print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer, QWidget *owner)
+{
+    if (printer->outputFormat() != QPrinter::PdfFormat && !PrintService::isAvailable()) {
+        printByEngine(page, printer, owner);
+        return;
+    }
+    const bool all = printer->printRange() != QPrinter::PageRange;
+    // The engine does not tell how far it is; what is whole by then is delivered in one step.
+    const QPointer<QProgressDialog> progress =
+        openJobProgress(owner, u"dlgPrinting"_s, text("strPrinting", u"Printing the page..."_s),
+                        text("cmdCancel", u"Cancel"_s));
+    PageJobs::toPdf(page, printer->pageLayout(), all ? QPageRanges() : printer->pageRanges(), owner,
+                    [printer, progress, owner](const QByteArray &pdf) {
+                        // A cancelled job runs to its end, and then nothing comes of it.
+                        if (!progress || progress->wasCanceled())
+                            return;
+                        progress->close();
+                        deliver(pdf, *printer, owner);
+                    });
 }
 }
 
@@ -87,11 +99,10 @@ void open(QWebEnginePage *page, QWidget *owner)
     dialog->setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintPageRange
                        | QAbstractPrintDialog::PrintCollateCopies);
     QObject::connect(page, &QObject::destroyed, dialog, &QWidget::close);
-    QObject::connect(dialog, &QDialog::accepted, page, [page, printer, owner = owner->window()] {
-        if (printer->outputFormat() == QPrinter::PdfFormat)
-            printToFile(page, *printer, owner);
-        else
-            printOnPrinter(page, printer, owner);
+    QObject::connect(dialog, &QDialog::accepted, page, [page, printer, owner] {
+        // The page's own window outlives a preview that asked.
+        const QWebEngineView *view = QWebEngineView::forPage(page);
+        print(page, printer, view ? view->window() : owner->window());
     });
     dialog->open();
 }

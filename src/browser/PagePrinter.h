@@ -1,11 +1,10 @@
 #pragma once
 
-class QPrinter;
-class QString;
 class QWebEnginePage;
 class QWidget;
 
-/// Prints a page: a printer gets it from the engine, a file gets it as PDF, which keeps its text.
+/// Prints a page: the engine makes its sheets as PDF, and a file or the print service gets them
+/// when they are whole, so that cancelling leaves nothing half done.
 namespace PagePrinter {
 /// Opens the desktop's print dialog over `owner` and prints when it is accepted.
 void open(QWebEnginePage *page, QWidget *owner);

@@ -3,14 +3,15 @@
 #include "Language.h"
 #include "MsgBox.h"
 #include "SaveJob.h"
+#include "SourceJob.h"
+#include "WebPage.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QPointer>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QStandardPaths>
-#include <QWebEnginePage>
 #include <QWebEngineScript>
 #include <array>
 
@@ -66,53 +67,26 @@ void tellFailure(QWidget *owner, const QString &file)
     MsgBox::tell(owner, text("strFailed", u"The page could not be saved."_s) + u"\n\n"_s + file);
 }
 
-/// The mark in front makes the file UTF-8 whatever the markup says of itself.
-bool writeMarkup(const QString &file, const QString &markup)
-{
-    QSaveFile target(file);
-    const QByteArray bytes = "\xEF\xBB\xBF" + markup.toUtf8();
-    return target.open(QIODevice::WriteOnly) && target.write(bytes) == bytes.size()
-        && target.commit();
-}
-
-bool isWritable(const QString &file)
-{
-    QSaveFile target(file);
-    target.setDirectWriteFallback(false);
-    return target.open(QIODevice::WriteOnly);
-}
-
-void saveSource(QWebEnginePage *page, const QString &file, QWidget *owner)
-{
-    page->toHtml([owner = QPointer(owner), file](const QString &markup) {
-        if (!owner)
-            return;
-        const bool saved = !markup.isEmpty() && writeMarkup(file, markup);
-        // The engine waits for this to return.
-        if (!saved)
-            QMetaObject::invokeMethod(
-                owner.data(), [owner, file] { tellFailure(owner, file); }, Qt::QueuedConnection);
-    });
-}
-
 bool isMarkup(const QString &type)
 {
     return type.isEmpty() || type == "text/html"_L1 || type == "application/xhtml+xml"_L1;
 }
 
-void save(QWebEnginePage *page, const QString &file, int kind, QWidget *owner)
+template <typename Job> void run(Job *job, const QString &file, QWidget *owner)
 {
-    if (!isWritable(file)) {
-        tellFailure(owner, file);
-    } else if (kind == SourceOnly) {
-        saveSource(page, file, owner);
-    } else {
-        const auto format = kind == SingleFile ? QWebEngineDownloadRequest::MimeHtmlSaveFormat
-                                               : QWebEngineDownloadRequest::CompleteHtmlSaveFormat;
-        auto *job = new SaveJob(page, file, format, owner);
-        QObject::connect(job, &SaveJob::failed, owner, [owner, file] { tellFailure(owner, file); });
-        job->start();
+    QObject::connect(job, &Job::failed, owner, [owner, file] { tellFailure(owner, file); });
+    job->start();
+}
+
+void save(WebPage *page, const QString &file, int kind, QWidget *owner)
+{
+    if (kind == SourceOnly) {
+        run(new SourceJob(page, file, owner), file, owner);
+        return;
     }
+    const auto format = kind == SingleFile ? QWebEngineDownloadRequest::MimeHtmlSaveFormat
+                                           : QWebEngineDownloadRequest::CompleteHtmlSaveFormat;
+    run(new SaveJob(page, file, format, owner), file, owner);
 }
 
 /// Offers the kinds for markup, or just a file.
@@ -130,11 +104,15 @@ void offerKinds(QFileDialog *dialog, bool markup)
     useSuffix();
 }
 
-void openDialog(QWebEnginePage *page, QWidget *owner, bool markup)
+QString firstFolder()
 {
-    const QString folder =
-        QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u'/';
-    auto *dialog = new QFileDialog(owner, text("Caption", u"Save Page As"_s), folder);
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+void openDialog(WebPage *page, QWidget *owner, bool markup)
+{
+    auto *dialog = new QFileDialog(owner, text("Caption", u"Save Page As"_s), firstFolder());
     dialog->setObjectName("dlgSavePage"_L1);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
@@ -152,7 +130,7 @@ void openDialog(QWebEnginePage *page, QWidget *owner, bool markup)
 
 namespace PageSaver {
 
-void open(QWebEnginePage *page, QWidget *owner)
+void open(WebPage *page, QWidget *owner)
 {
     page->runJavaScript(
         u"document.contentType"_s, QWebEngineScript::ApplicationWorld,

@@ -1,10 +1,11 @@
 #pragma once
 
-class QWebEnginePage;
 class QWidget;
+class WebPage;
 
-/// Saves a page as files: with everything it shows beside it, as one file, or its markup alone.
+/// Saves a page as files: with everything it shows beside it, as one file, or its source alone (see
+/// `SourceJob`). A failure is told once, and leaves what was there.
 namespace PageSaver {
 /// Asks over `owner` where to save and how, and saves when that was answered.
-void open(QWebEnginePage *page, QWidget *owner);
+void open(WebPage *page, QWidget *owner);
 }

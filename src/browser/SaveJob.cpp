@@ -1,5 +1,6 @@
 #include "SaveJob.h"
 
+#include "JobProgress.h"
 #include "Language.h"
 
 #include <QFileInfo>
@@ -7,13 +8,11 @@
 #include <QProgressDialog>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-/// Short jobs show no progress; milliseconds.
-constexpr int patience = 800;
-
 QString text(const char *key, const QString &english)
 {
     return GetLanguageText(u"PageSaver"_s, QString::fromLatin1(key), english);
@@ -25,7 +24,7 @@ SaveJob::SaveJob(QWebEnginePage *page, const QString &file,
     : QObject(page)
     , m_page(page)
     , m_owner(owner)
-    , m_file(file)
+    , m_stage(file)
     , m_format(format)
 {
 }
@@ -38,16 +37,31 @@ SaveJob::~SaveJob()
 
 void SaveJob::start()
 {
+    if (!m_stage.isValid()) {
+        end(false);
+        return;
+    }
     connect(m_page->profile(), &QWebEngineProfile::downloadRequested, this, &SaveJob::take);
+    connect(m_page, &QWebEnginePage::renderProcessTerminated, this,
+            [this](QWebEnginePage::RenderProcessTerminationStatus status) {
+                // Pages that are being shut down end normally.
+                if (status != QWebEnginePage::NormalTerminationStatus)
+                    giveUp();
+            });
     showProgress();
-    m_page->save(m_file, m_format);
+    m_page->save(m_stage.file(), m_format);
 }
 
 bool SaveJob::awaits(const QWebEngineDownloadRequest &request)
 {
     const QWebEnginePage *page = request.page();
-    const auto *job = page ? page->findChild<SaveJob *>() : nullptr;
-    return job && !job->m_request && (request.isSavePageDownload() || request.url() == page->url());
+    if (!page || !(request.isSavePageDownload() || request.url() == page->url()))
+        return false;
+    const QList<SaveJob *> jobs = page->findChildren<SaveJob *>();
+    const auto has = [&request](const SaveJob *job) { return job->m_request == &request; };
+    const auto waits = [](const SaveJob *job) { return !job->m_request; };
+    return std::none_of(jobs.begin(), jobs.end(), has)
+        && std::any_of(jobs.begin(), jobs.end(), waits);
 }
 
 void SaveJob::take(QWebEngineDownloadRequest *request)
@@ -57,7 +71,7 @@ void SaveJob::take(QWebEngineDownloadRequest *request)
     m_request = request;
     if (request->state() == QWebEngineDownloadRequest::DownloadRequested) {
         // What is no markup comes without the place it was to be saved at.
-        const QFileInfo file(m_file);
+        const QFileInfo file(m_stage.file());
         request->setDownloadDirectory(file.path());
         request->setDownloadFileName(file.fileName());
         request->accept();
@@ -76,28 +90,48 @@ void SaveJob::take(QWebEngineDownloadRequest *request)
 
 void SaveJob::watch()
 {
-    if (m_request && m_request->isFinished())
+    if (!m_request)
+        return;
+    if (m_over && !m_request->isFinished())
+        m_request->cancel();
+    else if (m_over)
+        deleteLater();
+    else if (m_request->isFinished())
         end(m_request->state() == QWebEngineDownloadRequest::DownloadCompleted);
 }
 
 void SaveJob::showProgress()
 {
-    m_progress = new QProgressDialog(text("strSaving", u"Saving the page: %1"_s).arg(QString()),
-                                     text("cmdCancel", u"Cancel"_s), 0, 0, m_owner);
-    m_progress->setObjectName("dlgSaving"_L1);
-    m_progress->setAttribute(Qt::WA_DeleteOnClose);
-    m_progress->setMinimumDuration(patience);
-    m_progress->setAutoReset(false);
+    m_progress = openJobProgress(m_owner, u"dlgSaving"_s,
+                                 text("strSaving", u"Saving the page: %1"_s).arg(QString()),
+                                 text("cmdCancel", u"Cancel"_s));
     connect(m_progress, &QProgressDialog::canceled, this, [this] {
         m_cancelled = true;
-        if (m_request)
-            m_request->cancel();
-        else
-            end(false);
+        giveUp();
     });
 }
 
+/// The engine may write for a while yet, and to what was its place: the job, and with it the place,
+/// lasts until the engine is through.
+void SaveJob::giveUp()
+{
+    const bool engineIsThrough = !m_request && m_page->renderProcessPid() == 0;
+    if (!std::exchange(m_over, true))
+        tell(false);
+    m_stage.discard();
+    if (engineIsThrough)
+        deleteLater();
+    else
+        watch();
+}
+
 void SaveJob::end(bool done)
+{
+    tell(done && m_stage.commit());
+    deleteLater();
+}
+
+void SaveJob::tell(bool done)
 {
     if (m_progress) {
         m_progress->disconnect(this);
@@ -107,5 +141,4 @@ void SaveJob::end(bool done)
         emit saved();
     else if (!m_cancelled)
         emit failed();
-    deleteLater();
 }

@@ -3,12 +3,14 @@
 #include <QPointer>
 #include <QWebEngineDownloadRequest>
 
+#include "SaveStage.h"
+
 class QProgressDialog;
 class QWebEnginePage;
 class QWidget;
 
-/// One saving of a page by the engine, with its progress. It deletes itself at the end, and ends
-/// with its page.
+/// One saving of a page by the engine, with its progress. What is there already is replaced only
+/// by what is whole. The job deletes itself at the end, and ends with its page.
 class SaveJob : public QObject {
     Q_OBJECT
 
@@ -29,13 +31,17 @@ private:
     void take(QWebEngineDownloadRequest *request);
     void watch();
     void showProgress();
+    void giveUp();
     void end(bool done);
+    void tell(bool done);
 
     QWebEnginePage *m_page;
     QPointer<QWidget> m_owner;
     QPointer<QWebEngineDownloadRequest> m_request;
     QPointer<QProgressDialog> m_progress;
-    QString m_file;
+    SaveStage m_stage;
     QWebEngineDownloadRequest::SavePageFormat m_format;
     bool m_cancelled = false;
+    /// Nothing comes of it any more.
+    bool m_over = false;
 };

@@ -71,7 +71,19 @@ void WebPage::triggerAction(WebAction action, bool checked)
 bool WebPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame)
 {
     const EngineCallbackScope scope;
-    return !m_question || m_question(url, type, isMainFrame);
+    const bool accepted = !m_question || m_question(url, type, isMainFrame);
+    if (accepted && isMainFrame)
+        noteOrigin(type);
+    return accepted;
+}
+
+/// A redirect and a reload may repeat what was sent; a step in the history may lead to any page.
+void WebPage::noteOrigin(NavigationType type)
+{
+    if (type == NavigationTypeFormSubmitted || type == NavigationTypeBackForward)
+        m_mayAskAgain = false;
+    else if (type != NavigationTypeRedirect && type != NavigationTypeReload)
+        m_mayAskAgain = true;
 }
 
 void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message,
@@ -88,16 +100,19 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
         qCDebug(lcEngine) << level << source << line << message.left(300);
     } else if (told->what == "start"_L1) {
         if (told->isMainFrame)
-            m_editableFocus = false;
+            m_editableFocus = m_richFocus = false;
         emit frameStarted(told->value, told->isMainFrame);
     } else if (told->what == "load"_L1) {
         emit frameLoaded(told->value, told->isMainFrame);
     } else if (told->what == "edit"_L1) {
-        m_editableFocus = told->value == "true"_L1;
+        m_editableFocus = told->value != "none"_L1;
+        m_richFocus = told->value == "rich"_L1;
     } else if (told->what == "column"_L1) {
         m_errorColumn = told->value.toInt();
     } else if (told->what == "place"_L1) {
         emit placeRequested(told->value);
+    } else if (told->what == "source"_L1) {
+        emit sourceRead(told->value.toInt());
     } else if (told->what == "retry"_L1) {
         emit retryRequested();
     }

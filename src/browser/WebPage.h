@@ -25,6 +25,11 @@ public:
     void renewInterceptor();
     /// The focused element of the page takes text.
     bool hasEditableFocus() const { return m_editableFocus; }
+    /// It takes pictures and formatted text, too.
+    bool hasRichFocus() const { return m_richFocus; }
+    /// The page's address may be asked for once more: the page is not the answer to a form, whose
+    /// fields would be missing, as far as the engine tells.
+    bool mayAskAgain() const { return m_mayAskAgain; }
 
     void triggerAction(WebAction action, bool checked = false) override;
 
@@ -35,6 +40,8 @@ signals:
     void frameLoaded(const QString &url, bool isMainFrame);
     /// A script asks for another place or size of its window, as `scriptedPlace` takes it.
     void placeRequested(const QString &request);
+    /// The script that reads the page's source is through; `number` is as it was given to it.
+    void sourceRead(int number);
     /// The button of the error page was pressed.
     void retryRequested();
     /// The connection's certificate was refused on the way to `url`.
@@ -55,11 +62,14 @@ protected:
 
 private:
     void answerRequests();
+    void noteOrigin(NavigationType type);
     void reportError(const QString &message, int line, const QString &source);
 
     Question m_question;
     CacheBypass *m_cacheBypass = nullptr;
     bool m_editableFocus = false;
+    bool m_richFocus = false;
+    bool m_mayAskAgain = true;
     /// Of the error that is about to be reported; 0: unknown.
     int m_errorColumn = 0;
 };

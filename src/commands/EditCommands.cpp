@@ -5,6 +5,7 @@
 #include <QClipboard>
 
 #include "AddressFocus.h"
+#include "Clipboard.h"
 #include "ExecForms.h"
 #include "Frame.h"
 #include "WebBrowser.h"
@@ -59,7 +60,7 @@ void cutFrom(brwURL &bar)
 
 void pasteInto(brwURL &bar)
 {
-    bar.setSelText(QApplication::clipboard()->text());
+    bar.setSelText(clipboardText());
 }
 
 void selectAllOf(brwURL &bar)

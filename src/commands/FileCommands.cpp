@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QClipboard>
 #include <QMdiSubWindow>
 
 #include "Clipboard.h"
@@ -76,9 +75,8 @@ void registerNewCommands(Frame &frame)
                  [&frame] { frame.OpenBrowserWindow(u"About:Blank"_s, frame.NewWindowState()); });
     frame.handle(u"mnuFileNewHomePage"_s,
                  [&frame] { frame.OpenBrowserWindow({}, frame.NewWindowState()); });
-    frame.handle(u"mnuFileNewFromClipboard"_s, [&frame] {
-        frame.OpenBrowserWindow(QApplication::clipboard()->text(), frame.NewWindowState());
-    });
+    frame.handle(u"mnuFileNewFromClipboard"_s,
+                 [&frame] { frame.OpenBrowserWindow(clipboardText(), frame.NewWindowState()); });
     frame.beforeOpening(u"mnuFileNew"_s, [&frame] { enableFromClipboard(frame); });
 }
 

@@ -14,6 +14,7 @@
 #include "AddressHost.h"
 #include "ApplySettings.h"
 #include "BandLayout.h"
+#include "Clipboard.h"
 #include "CommandBars.h"
 #include "CommandLine.h"
 #include "CoolBand.h"
@@ -93,6 +94,7 @@ frmMain::frmMain()
     connectAddressBar();
     registerCommands();
     connect(m_windows, &MdiArea::activeChildChanged, &m_commands, &CommandTable::refreshRules);
+    watchClipboard();
     connect(QApplication::clipboard(), &QClipboard::dataChanged, &m_commands,
             &CommandTable::refreshRules);
 }

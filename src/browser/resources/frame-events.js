@@ -18,15 +18,16 @@
 
     const textTypes = ['text', 'search', 'url', 'tel', 'email', 'password', 'number', 'date',
         'datetime-local', 'month', 'time', 'week'];
-    const isEditable = (element) => {
+    // What the element takes: 'rich' text and pictures, 'plain' text, or 'none' of them.
+    const takenBy = (element) => {
         if (!element)
-            return false;
+            return 'none';
         if (element.isContentEditable)
-            return true;
+            return 'rich';
         const isField = element instanceof HTMLTextAreaElement
             || (element instanceof HTMLInputElement && textTypes.includes(element.type));
-        return isField && !element.readOnly && !element.disabled;
+        return isField && !element.readOnly && !element.disabled ? 'plain' : 'none';
     };
-    addEventListener('focusin', (event) => tell('edit', isEditable(event.composedPath()[0])), true);
-    addEventListener('focusout', () => tell('edit', false), true);
+    addEventListener('focusin', (event) => tell('edit', takenBy(event.composedPath()[0])), true);
+    addEventListener('focusout', () => tell('edit', 'none'), true);
 })();

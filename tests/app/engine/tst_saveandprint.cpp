@@ -140,7 +140,7 @@ void tst_SaveAndPrint::saves()
                   "image/svg+xml",
                   {}});
     server.page("/saved",
-                "<title>Saved</title><p id=p>gr\xc3\xbc\xc3\x9f"
+                "<meta charset=utf-8><title>Saved</title><p id=p>gr\xc3\xbc\xc3\x9f"
                 "e"
                 "<img id=i src='/picture.svg'>");
     m_session->start(server.url(u"/saved"_s));

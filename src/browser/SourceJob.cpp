@@ -1,0 +1,155 @@
+#include "SourceJob.h"
+
+#include "JobProgress.h"
+#include "Language.h"
+#include "PageScripts.h"
+#include "WebPage.h"
+
+#include <QFile>
+#include <QProgressDialog>
+#include <QSaveFile>
+#include <QWebEngineScript>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// For the server to answer once more; milliseconds.
+constexpr int longestWait = 30'000;
+int lastNumber = 0;
+
+QString text(const char *key, const QString &english)
+{
+    return GetLanguageText(u"PageSaver"_s, QString::fromLatin1(key), english);
+}
+
+bool write(const QString &file, const QByteArray &bytes)
+{
+    QSaveFile target(file);
+    return target.open(QIODevice::WriteOnly) && target.write(bytes) == bytes.size()
+        && target.commit();
+}
+}
+
+SourceJob::SourceJob(WebPage *page, const QString &file, QWidget *owner)
+    : QObject(page)
+    , m_page(page)
+    , m_file(file)
+    , m_number(++lastNumber)
+{
+    m_progress = openJobProgress(owner, u"dlgSaving"_s,
+                                 text("strSaving", u"Saving the page: %1"_s).arg(QString()),
+                                 text("cmdCancel", u"Cancel"_s));
+    connect(m_progress, &QProgressDialog::canceled, this, [this] {
+        m_over = true;
+        deleteLater();
+    });
+    m_limit.setSingleShot(true);
+    connect(&m_limit, &QTimer::timeout, this, &SourceJob::useLiveMarkup);
+    // What was to be saved is gone then.
+    connect(page, &QWebEnginePage::renderProcessTerminated, this,
+            [this](QWebEnginePage::RenderProcessTerminationStatus status) {
+                // Pages that are being shut down end normally.
+                if (status != QWebEnginePage::NormalTerminationStatus)
+                    end(false);
+            });
+    connect(page, &WebPage::frameStarted, this, [this](const QString &, bool isMainFrame) {
+        if (isMainFrame)
+            end(false);
+    });
+}
+
+SourceJob::~SourceJob()
+{
+    if (m_progress)
+        m_progress->close();
+}
+
+void SourceJob::start()
+{
+    if (!m_page->url().isLocalFile()) {
+        readInPage();
+        return;
+    }
+    QFile source(m_page->url().toLocalFile());
+    if (source.open(QIODevice::ReadOnly))
+        saveBytes(source.readAll());
+    else
+        useLiveMarkup();
+}
+
+void SourceJob::readInPage()
+{
+    connect(m_page, &WebPage::sourceRead, this, [this](int number) {
+        if (number == m_number)
+            collect();
+    });
+    const QString script =
+        PageScripts::source(u"page-source.js"_s)
+            .replace("%CACHE%"_L1, m_page->mayAskAgain() ? "force-cache"_L1 : "only-if-cached"_L1)
+            .replace("%NUMBER%"_L1, QString::number(m_number));
+    m_page->runJavaScript(script, QWebEngineScript::ApplicationWorld);
+    m_limit.start(longestWait);
+}
+
+void SourceJob::collect()
+{
+    m_limit.stop();
+    const QString script =
+        u"(() => { const source = globalThis.orvaneSource%1 ?? '';"
+        u" delete globalThis.orvaneSource%1; return source; })()"_s.arg(m_number);
+    m_page->runJavaScript(script, QWebEngineScript::ApplicationWorld,
+                          [self = QPointer(this)](const QVariant &source) {
+                              // The engine waits for this to return.
+                              if (self)
+                                  QMetaObject::invokeMethod(
+                                      self.data(),
+                                      [self, source] { self->takeCollected(source.toString()); },
+                                      Qt::QueuedConnection);
+                          });
+}
+
+void SourceJob::takeCollected(const QString &dataUrl)
+{
+    const qsizetype comma = dataUrl.indexOf(u',');
+    const auto decoded = QByteArray::fromBase64Encoding(dataUrl.mid(comma + 1).toLatin1(),
+                                                        QByteArray::AbortOnBase64DecodingErrors);
+    if (comma < 0 || !decoded || decoded.decoded.isEmpty())
+        useLiveMarkup();
+    else
+        saveBytes(decoded.decoded);
+}
+
+void SourceJob::useLiveMarkup()
+{
+    if (m_over || std::exchange(m_asked, true))
+        return;
+    m_page->toHtml([self = QPointer(this)](const QString &markup) {
+        if (self)
+            QMetaObject::invokeMethod(
+                self.data(),
+                [self, markup] {
+                    if (markup.isEmpty())
+                        self->end(false);
+                    else
+                        self->saveBytes("\xEF\xBB\xBF" + markup.toUtf8());
+                },
+                Qt::QueuedConnection);
+    });
+}
+
+void SourceJob::saveBytes(const QByteArray &bytes)
+{
+    if (!m_over)
+        end(write(m_file, bytes));
+}
+
+void SourceJob::end(bool done)
+{
+    if (std::exchange(m_over, true))
+        return;
+    if (done)
+        emit saved();
+    else
+        emit failed();
+    deleteLater();
+}

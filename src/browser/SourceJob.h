@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+class QProgressDialog;
+class QWidget;
+class WebPage;
+
+/// Saves what a page was made from, in one file: the bytes as its server sent them, where they can
+/// be had without asking for more than the page's own address (from the engine's cache, else by one
+/// more request unless the page may be the answer to a form), and a local file as it is. Where they
+/// cannot, the live document's markup as UTF-8, with a mark in front that makes it so whatever the
+/// markup says of itself. The job deletes itself at the end, and ends with its page.
+class SourceJob : public QObject {
+    Q_OBJECT
+
+public:
+    SourceJob(WebPage *page, const QString &file, QWidget *owner);
+    ~SourceJob() override;
+
+    void start();
+
+signals:
+    void saved();
+    void failed();
+
+private:
+    void readInPage();
+    void collect();
+    void takeCollected(const QString &dataUrl);
+    void useLiveMarkup();
+    void saveBytes(const QByteArray &bytes);
+    void end(bool done);
+
+    WebPage *m_page;
+    QPointer<QProgressDialog> m_progress;
+    QTimer m_limit;
+    QString m_file;
+    /// Of the script in the page.
+    int m_number;
+    /// The live markup was.
+    bool m_asked = false;
+    /// Told, or cancelled: what comes now is too late.
+    bool m_over = false;
+};

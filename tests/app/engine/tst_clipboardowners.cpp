@@ -1,0 +1,278 @@
+#include <QElapsedTimer>
+#include <QFile>
+#include <QMenu>
+#include <QMimeData>
+#include <QProcess>
+#include <QWebEngineView>
+#include <csignal>
+#include <optional>
+#include <thread>
+
+#include "../Session.h"
+#include "EngineTest.h"
+
+using namespace Qt::StringLiterals;
+
+/// The clipboard while other programs own it: each is a second process on the same display, this
+/// program itself started with "--own KIND".
+class tst_ClipboardOwners : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void textOfAnotherProgram();
+    void textThatStaysWhenTheProgramEnds();
+    void ownerThatWasKilled();
+    void ownerThatDoesNotAnswer();
+    void ownerThatDiesWhenAsked();
+    void hugeText();
+    void imageOnly();
+
+private:
+    void own(const QString &kind);
+    void endOwner();
+    void openFieldPage();
+    QWebEnginePage &page() const
+    {
+        return *m_session->active()->findChild<QWebEngineView *>()->page();
+    }
+    QVariant ask(const QString &script) const;
+    QString field() const { return ask(u"f.value"_s).toString(); }
+    void openMenus() const;
+    int pasteStatus() const
+    {
+        return m_session->active()->brwWebBrowser()->QueryStatusWB(OleCmd::Paste);
+    }
+    void focusAddress(const QString &text) const;
+    void useEverything();
+
+    std::unique_ptr<Session> m_session;
+    std::unique_ptr<QProcess> m_owner;
+    /// It was killed, and the display has told so.
+    bool m_ownerIsGone = false;
+};
+
+void tst_ClipboardOwners::init()
+{
+    m_session = std::make_unique<Session>();
+    openFieldPage();
+}
+
+void tst_ClipboardOwners::cleanup()
+{
+    endOwner();
+    m_session.reset();
+}
+
+void tst_ClipboardOwners::openFieldPage()
+{
+    m_session->server.page("/field", "<title>Field</title><textarea id=f>one</textarea>");
+    m_session->start(m_session->server.url(u"/field"_s));
+    QTRY_VERIFY(m_session->shows(m_session->server.url(u"/field"_s)));
+    m_session->frame->activateWindow();
+    QTRY_VERIFY(m_session->frame->isActiveWindow());
+    m_session->active()->brwWebBrowser()->SetFocus();
+    ask(u"f.focus(), f.select()"_s);
+    QTRY_COMPARE(pasteStatus(), 3);
+}
+
+QVariant tst_ClipboardOwners::ask(const QString &script) const
+{
+    const auto answer = std::make_shared<std::optional<QVariant>>();
+    page().runJavaScript(script, [answer](const QVariant &value) { *answer = value; });
+    if (!QTest::qWaitFor([&] { return answer->has_value(); }, 60000))
+        return u"no answer"_s;
+    return **answer;
+}
+
+/// Starts a program that owns the clipboard, and waits until this one knows.
+void tst_ClipboardOwners::own(const QString &kind)
+{
+    QSignalSpy changed(QApplication::clipboard(), &QClipboard::dataChanged);
+    m_owner = std::make_unique<QProcess>();
+    m_owner->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_owner->start(QCoreApplication::applicationFilePath(), {u"--own"_s, kind});
+    QSignalSpy told(m_owner.get(), &QProcess::readyReadStandardOutput);
+    QTRY_VERIFY_WITH_TIMEOUT(!told.isEmpty(), 20000);
+    QTRY_VERIFY(!changed.isEmpty());
+    QVERIFY(!QApplication::clipboard()->ownsClipboard());
+}
+
+void tst_ClipboardOwners::endOwner()
+{
+    if (!m_owner)
+        return;
+    const bool owned = !m_ownerIsGone && !QApplication::clipboard()->ownsClipboard();
+    m_ownerIsGone = false;
+    QSignalSpy changed(QApplication::clipboard(), &QClipboard::dataChanged);
+    m_owner->kill();
+    m_owner->waitForFinished();
+    m_owner.reset();
+    // What the display tells of it late must not be taken for a change of what comes next.
+    if (owned)
+        QTRY_VERIFY(!changed.isEmpty());
+}
+
+void tst_ClipboardOwners::openMenus() const
+{
+    for (const char *name : {"mnuFile", "mnuFileNew", "mnuEdit"}) {
+        auto *menu = m_session->frame->findChild<QMenu *>(QLatin1String(name));
+        menu->popup(m_session->frame->mapToGlobal(QPoint(10, 10)));
+        menu->close();
+    }
+}
+
+void tst_ClipboardOwners::focusAddress(const QString &text) const
+{
+    auto *edit = m_session->address().findChild<QLineEdit *>();
+    edit->setFocus();
+    QTRY_VERIFY(edit->hasFocus());
+    edit->setText(text);
+}
+
+/// Whatever asks the clipboard, from the page and from the address bar.
+void tst_ClipboardOwners::useEverything()
+{
+    openMenus();
+    pasteStatus();
+    m_session->choose("mnuEditPaste");
+    focusAddress(u"address"_s);
+    m_session->choose("mnuEditPaste");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+}
+
+void tst_ClipboardOwners::textOfAnotherProgram()
+{
+    own(u"text"_s);
+    openMenus();
+    QVERIFY(m_session->item("mnuFileNewFromClipboard")->isEnabled());
+    QCOMPARE(pasteStatus(), 3);
+    m_session->choose("mnuEditPaste");
+    QTRY_COMPARE(field(), u"of another program"_s);
+    focusAddress(u"x"_s);
+    m_session->choose("mnuEditSelectAll");
+    m_session->choose("mnuEditPaste");
+    QCOMPARE(m_session->address().Text(), u"of another program"_s);
+}
+
+void tst_ClipboardOwners::textThatStaysWhenTheProgramEnds()
+{
+    own(u"text"_s);
+    QApplication::clipboard()->setText(QApplication::clipboard()->text());
+    endOwner();
+    m_session->choose("mnuEditPaste");
+    QTRY_COMPARE(field(), u"of another program"_s);
+}
+
+void tst_ClipboardOwners::ownerThatWasKilled()
+{
+    own(u"text"_s);
+    endOwner();
+    useEverything();
+    QCOMPARE(field(), u"one"_s);
+    openMenus();
+    QVERIFY(!m_session->item("mnuFileNewFromClipboard")->isEnabled());
+}
+
+/// The toolkit waits five seconds for an answer. That happens once for each owner, not once for
+/// each look.
+void tst_ClipboardOwners::ownerThatDoesNotAnswer()
+{
+    own(u"hang"_s);
+    openMenus();
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < 10; ++i) {
+        openMenus();
+        QVERIFY(pasteStatus() != 3);
+        m_session->choose("mnuEditPaste");
+    }
+    focusAddress(u"address"_s);
+    m_session->choose("mnuEditPaste");
+    QVERIFY2(clock.elapsed() < 5000, "the owner was asked again");
+    QVERIFY(!m_session->item("mnuFileNewFromClipboard")->isEnabled());
+    QCOMPARE(field(), u"one"_s);
+    endOwner();
+    own(u"text"_s);
+    openMenus();
+    QVERIFY(m_session->item("mnuFileNewFromClipboard")->isEnabled());
+}
+
+void tst_ClipboardOwners::ownerThatDiesWhenAsked()
+{
+    own(u"hang"_s);
+    const pid_t owner = pid_t(m_owner->processId());
+    std::thread killer([owner] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        ::kill(owner, SIGKILL);
+    });
+    openMenus();
+    pasteStatus();
+    m_session->choose("mnuEditPaste");
+    killer.join();
+    m_ownerIsGone = true;
+    QCOMPARE(field(), u"one"_s);
+    endOwner();
+    own(u"text"_s);
+    QCOMPARE(pasteStatus(), 3);
+}
+
+void tst_ClipboardOwners::hugeText()
+{
+    own(u"huge"_s);
+    QElapsedTimer clock;
+    clock.start();
+    openMenus();
+    QCOMPARE(pasteStatus(), 3);
+    QVERIFY2(clock.elapsed() < 2000, "the text is not fetched to look");
+    focusAddress(u"address"_s);
+    m_session->choose("mnuEditPaste");
+    QVERIFY(m_session->address().Text().size() > 1000);
+}
+
+void tst_ClipboardOwners::imageOnly()
+{
+    own(u"image"_s);
+    useEverything();
+    QVERIFY(!m_session->item("mnuFileNewFromClipboard")->isEnabled());
+    QCOMPARE(field(), u"one"_s);
+    m_session->active()->brwWebBrowser()->SetFocus();
+    ask(u"document.body.insertAdjacentHTML('beforeend', '<p id=r contenteditable>rich'), r.focus()"_s);
+    QTRY_COMPARE(pasteStatus(), 3);
+    m_session->choose("mnuEditPaste");
+    QTRY_COMPARE(ask(u"r.querySelectorAll('img').length"_s).toInt(), 1);
+}
+
+namespace {
+/// Owns the clipboard until it is killed.
+int ownClipboard(int argc, char **argv)
+{
+    QGuiApplication app(argc, argv);
+    const QByteArray kind = argv[2];
+    auto *data = new QMimeData;
+    if (kind == "image")
+        data->setImageData(QImage(64, 64, QImage::Format_RGB32));
+    else if (kind == "huge")
+        data->setText(QString(100'000'000, u'a'));
+    else
+        data->setText(u"of another program"_s);
+    QGuiApplication::clipboard()->setMimeData(data);
+    QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, &app, [] {});
+    QCoreApplication::processEvents();
+    std::puts("owned");
+    std::fflush(stdout);
+    if (kind == "hang")
+        ::raise(SIGSTOP);
+    return QCoreApplication::exec();
+}
+}
+
+int main(int argc, char **argv)
+{
+    if (argc == 3 && qstrcmp(argv[1], "--own") == 0)
+        return ownClipboard(argc, argv);
+    return runEngineTest<tst_ClipboardOwners>(argc, argv);
+}
+#include "tst_clipboardowners.moc"
