@@ -115,6 +115,8 @@ private:
     QUrl m_pending;
     /// Asked for already: a history entry is being replaced by it.
     QUrl m_replacing;
+    /// The address of a page whose end was told before its start.
+    QString m_startedUnheard;
     QList<QUrl> m_linksToForget;
     /// What the opening page asked for, pixels; null when nothing or when it is done.
     QRect m_requested;

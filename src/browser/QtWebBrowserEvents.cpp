@@ -154,7 +154,12 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
 
 void QtWebBrowser::onFrameStarted(const QString &url, bool isMainFrame)
 {
-    if (!isMainFrame || m_stage == Stage::None || m_stage == Stage::Committed)
+    if (!isMainFrame)
+        return;
+    // The start of a page whose end was told first: no news, whatever has been asked for since.
+    if (!m_startedUnheard.isEmpty() && std::exchange(m_startedUnheard, {}) == url)
+        return;
+    if (m_stage == Stage::None || m_stage == Stage::Committed)
         return;
     // The load that a blank page was opened over has got this far.
     if (m_pending.scheme() == "about"_L1 && !url.startsWith("about:"_L1))
@@ -224,6 +229,7 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
         if (!samePage(info.url(), m_pending))
             return;
         commit(encoded(m_page->url()), !info.isErrorPage());
+        m_startedUnheard = info.isErrorPage() ? u"chrome-error://chromewebdata/"_s : m_location;
     }
     if (info.isErrorPage()) {
         m_showsError = true;

@@ -49,6 +49,7 @@ void QtWebBrowser::forgetPage()
     m_history = NavigationHistory();
     m_pending.clear();
     m_replacing.clear();
+    m_startedUnheard.clear();
     m_linksToForget.clear();
     m_requested = QRect();
     m_stage = Stage::None;

@@ -127,7 +127,7 @@ void tst_navigation::aboutBlankHasItsEvents()
     QTRY_VERIFY(!m_browser->Busy());
     m_events->lines.clear();
     m_browser->Navigate(m_server->url(u"/a"_s));
-    QTRY_VERIFY(arrived(m_server->url(u"/a"_s)));
+    QTRY_VERIFY2(arrived(m_server->url(u"/a"_s)), qPrintable(m_events->lines.join(u"|"_s)));
     m_events->lines.clear();
     m_browser->Navigate(u"about:blank"_s);
     QTRY_VERIFY2(arrived(u"about:blank"_s), qPrintable(m_events->lines.join(u'|')));
