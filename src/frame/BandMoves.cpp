@@ -125,8 +125,11 @@ bool BandMoves::stepAside(CoolBand *band, int by)
     const auto to = row.indexOf(band) + by;
     if (to < 0 || to >= row.size())
         return false;
-    CoolBand *other = row.at(to);
-    exchange(by < 0 ? other : band, by < 0 ? band : other);
+    CoolBand *first = by < 0 ? row.at(to) : band;
+    CoolBand *second = by < 0 ? band : row.at(to);
+    // Else the one that was last would take all the room it once wanted.
+    second->m_width = Twips::fromPixels(second->geometry().width());
+    exchange(first, second);
     return true;
 }
 

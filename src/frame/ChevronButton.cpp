@@ -5,6 +5,7 @@
 #include "Overflow.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
@@ -77,6 +78,13 @@ void ChevronButton::open()
     m_menu->popup(mapToGlobal(QPoint(0, height())));
 }
 
+// As the key does it: an action made active by itself would open its submenu at once.
+void ChevronButton::selectFirst()
+{
+    QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_menu, &down);
+}
+
 void ChevronButton::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
@@ -91,8 +99,7 @@ void ChevronButton::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Space:
     case Qt::Key_Down:
         open();
-        if (!m_menu->isEmpty())
-            m_menu->setActiveAction(m_menu->actions().constFirst());
+        selectFirst();
         return;
     default:
         QToolButton::keyPressEvent(event);

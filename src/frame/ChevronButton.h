@@ -24,6 +24,7 @@ protected:
 
 private:
     void open();
+    void selectFirst();
     void fill();
     void addGroup(const QString &from, const QString &to, qsizetype first, qsizetype count);
 
