@@ -16,7 +16,7 @@ namespace {
 /// Long enough for the first page to be on its way.
 constexpr auto startDelay = 250ms;
 /// Of reading and adding at a time; the layout that follows takes about as long again.
-constexpr auto pieceTime = 20ms;
+constexpr auto pieceTime = 10ms;
 }
 
 LinksBar::LinksBar(Frame &frame, ToolBar &bar, QObject *parent)

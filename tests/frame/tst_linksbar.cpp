@@ -42,6 +42,7 @@ private slots:
     void applyingSettingsAgainReadsAnew();
     void ampersandIsNoAccessKey();
     void toolTipShowsTheAddressAsItIs();
+    void longNames_data();
     void longNames();
     void fiveThousandFiles();
     void rebuiltWhileFilled();
@@ -294,9 +295,27 @@ void tst_LinksBar::toolTipShowsTheAddressAsItIs()
     QToolTip::hideText();
 }
 
+// As long as file systems allow: 255 bytes with the ".url".
+void tst_LinksBar::longNames_data()
+{
+    QTest::addColumn<QString>("name");
+    const auto row = [](const char *script, const QString &letter) {
+        QTest::newRow(script) << letter.repeated(251 / letter.toUtf8().size());
+    };
+    row("latin", u"m"_s);
+    row("cyrillic", u"ж"_s);
+    row("hebrew", u"ש"_s);
+    row("arabic", u"ش"_s);
+    row("devanagari", u"न"_s);
+    row("thai", u"ข"_s);
+    row("han", u"新"_s);
+    row("hangul", u"뉴"_s);
+    row("beyond the basic plane", u"🎈"_s);
+}
+
 void tst_LinksBar::longNames()
 {
-    const QString name = QString(246, u'm');
+    QFETCH(QString, name);
     QVERIFY(m_home->writeLink(u"Links/"_s + name + u".url"_s, "http://a/"));
     links().rebuild(true);
     showFrame();
