@@ -1,7 +1,9 @@
 #include "Measurement.h"
 
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 
@@ -18,6 +20,20 @@ constexpr int settleMs = 1500;
 const QByteArray page = R"(<!DOCTYPE html><title>Start</title><h1>Start</h1>
 <p>One paragraph of text, as small as a page can be.</p>
 <script>requestAnimationFrame(() => requestAnimationFrame(() => fetch('/painted')));</script>)";
+
+void writeLinks(const QDir &home, int count)
+{
+    if (count > 0 && !home.mkpath(u"Favorites/Links"_s))
+        qFatal("no folder of links");
+    for (int i = 0; i < count; ++i) {
+        QFile file(home.filePath(u"Favorites/Links/Link %1.url"_s.arg(i, 4, 10, QChar(u'0'))));
+        if (!file.open(QIODevice::WriteOnly)
+            || file.write("[InternetShortcut]\r\nURL=http://127.0.0.1/" + QByteArray::number(i)
+                          + "\r\n")
+                < 0)
+            qFatal("no links");
+    }
+}
 
 QByteArray response(const QByteArray &body)
 {
@@ -52,9 +68,10 @@ bool Measurement::serveUntilPainted()
     return false;
 }
 
-Start Measurement::run(const QString &program, const QStringList &environment)
+Start Measurement::run(const QString &program, const QStringList &environment, int links)
 {
     const QTemporaryDir home;
+    writeLinks(QDir(home.path()), links);
     QProcess process;
     QStringList full = QProcess::systemEnvironment();
     full += environment;

@@ -17,9 +17,9 @@ class Measurement {
 public:
     Measurement();
 
-    /// Starts `program` on the page with `environment` added, a fresh home each time. Ends with
-    /// the program when it never paints.
-    Start run(const QString &program, const QStringList &environment);
+    /// Starts `program` on the page with `environment` added, a fresh home each time, which has
+    /// `links` shortcut files in its folder of links. Ends with the program when it never paints.
+    Start run(const QString &program, const QStringList &environment, int links = 0);
 
 private:
     /// Answers what the page asks for until it says that it is painted; false after the limit.

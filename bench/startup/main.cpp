@@ -13,6 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int rounds = 9;
+constexpr int manyLinks = 1000;
 constexpr double ratioLimit = 1.10;
 constexpr double defaultRatioLimit = 0.65;
 
@@ -75,20 +76,23 @@ int main(int argc, char **argv)
     Measurement measurement;
     measurement.run(bare, picked);
     measurement.run(orvane, {});
-    Series same, ours, splash, byDefault;
+    Series same, ours, linked, splash, byDefault;
     for (int round = 0; round < rounds; ++round) {
         same.add(measurement.run(bare, picked));
         ours.add(measurement.run(orvane, {}));
+        linked.add(measurement.run(orvane, {}, manyLinks));
         byDefault.add(measurement.run(bare, {}));
         splash.add(measurement.run(withSplash, {}));
     }
 
     std::printf("startup: medians of %d rounds; bare view %.0f ms %.0f MB, Orvane %.0f ms %.0f MB, "
-                "with splash %.0f ms %.0f MB, bare view at its defaults %.0f ms\n",
+                "with %d links %.0f ms %.0f MB, with splash %.0f ms %.0f MB, "
+                "bare view at its defaults %.0f ms\n",
                 rounds, median(same.times), median(same.memories), median(ours.times),
-                median(ours.memories), median(splash.times), median(splash.memories),
-                median(byDefault.times));
+                median(ours.memories), manyLinks, median(linked.times), median(linked.memories),
+                median(splash.times), median(splash.memories), median(byDefault.times));
     bool kept = report("time", median(ours.times) / median(same.times), ratioLimit);
+    kept &= report("time with links", median(linked.times) / median(same.times), ratioLimit);
     kept &= report("memory", median(ours.memories) / median(same.memories), ratioLimit);
     if (software)
         kept &= report("time against the defaults", median(ours.times) / median(byDefault.times),

@@ -1,13 +1,23 @@
 #include "ChevronButton.h"
 
 #include "FlatButtonPaint.h"
+#include "MenuText.h"
 #include "Overflow.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QPainterPath>
+#include <algorithm>
+
+namespace {
+// Thousands of links in one menu take long to lay out, and nobody finds one among them.
+constexpr qsizetype mostInOneMenu = 200;
+constexpr qsizetype groupSize = 100;
+constexpr qsizetype groupNameLength = 30;
+}
 
 ChevronButton::ChevronButton(QWidget *child, QWidget *parent)
     : QToolButton(parent)
@@ -28,10 +38,37 @@ void ChevronButton::fill()
     const QList<QAction *> old = m_menu->actions();
     for (QAction *action : old) {
         m_menu->removeAction(action);
-        action->deleteLater();
+        if (action->menu())
+            action->menu()->deleteLater(); // and its action with it
+        else
+            action->deleteLater();
     }
-    if (auto *overflow = dynamic_cast<Overflow *>(m_child))
-        m_menu->addActions(overflow->overflowActions(m_menu));
+    auto *overflow = dynamic_cast<Overflow *>(m_child);
+    if (!overflow)
+        return;
+    const QStringList names = overflow->overflowNames();
+    if (names.size() <= mostInOneMenu)
+        return m_menu->addActions(overflow->overflowActions(m_menu));
+    for (qsizetype first = 0; first < names.size(); first += groupSize) {
+        const qsizetype count = std::min(groupSize, names.size() - first);
+        addGroup(names.at(first), names.at(first + count - 1), first, count);
+    }
+}
+
+// A submenu that is filled when it opens.
+void ChevronButton::addGroup(const QString &from, const QString &to, qsizetype first,
+                             qsizetype count)
+{
+    const QString dash = QStringLiteral(" \u2013 ");
+    QMenu *group =
+        m_menu->addMenu(menuText(from, groupNameLength) + dash + menuText(to, groupNameLength));
+    connect(
+        group, &QMenu::aboutToShow, this,
+        [this, group, first, count] {
+            if (auto *overflow = dynamic_cast<Overflow *>(m_child))
+                group->addActions(overflow->overflowActions(group, first, count));
+        },
+        Qt::SingleShotConnection);
 }
 
 // Not QToolButton's own way, which would block in a loop of its own.
@@ -39,6 +76,13 @@ void ChevronButton::open()
 {
     setDown(true);
     m_menu->popup(mapToGlobal(QPoint(0, height())));
+}
+
+// As the key does it: an action made active by itself would open its submenu at once.
+void ChevronButton::selectFirst()
+{
+    QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_menu, &down);
 }
 
 void ChevronButton::mousePressEvent(QMouseEvent *event)
@@ -55,8 +99,7 @@ void ChevronButton::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Space:
     case Qt::Key_Down:
         open();
-        if (!m_menu->isEmpty())
-            m_menu->setActiveAction(m_menu->actions().constFirst());
+        selectFirst();
         return;
     default:
         QToolButton::keyPressEvent(event);

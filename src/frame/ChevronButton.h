@@ -5,7 +5,7 @@
 class QMenu;
 
 /// The ">>" at the end of a band whose child does not fit: a menu of what is hidden, filled anew at
-/// each opening.
+/// each opening. Very many entries stand in submenus, each named by its first and its last one.
 class ChevronButton : public QToolButton {
     Q_OBJECT
 
@@ -24,7 +24,9 @@ protected:
 
 private:
     void open();
+    void selectFirst();
     void fill();
+    void addGroup(const QString &from, const QString &to, qsizetype first, qsizetype count);
 
     QWidget *m_child;
     QMenu *m_menu;

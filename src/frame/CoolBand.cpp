@@ -1,5 +1,6 @@
 #include "CoolBand.h"
 
+#include "BandGrip.h"
 #include "ChevronButton.h"
 #include "CoolBar.h"
 #include "Overflow.h"
@@ -10,7 +11,6 @@
 #include <cmath>
 
 namespace {
-constexpr int gripperPixels = 11;
 constexpr int captionGap = 5;
 constexpr int endGap = 3;
 constexpr int leastChildPixels = 44;
@@ -22,15 +22,18 @@ CoolBand::CoolBand(CoolBar *bar, const QString &key, QWidget *child, double widt
     , m_bar(bar)
     , m_key(key)
     , m_child(child)
+    , m_name(key)
+    , m_grip(new BandGrip(*bar, *this))
     , m_label(new QLabel(bar))
-    , m_chevron(new ChevronButton(child, bar))
     , m_width(std::isfinite(width) ? width : 0)
     , m_newRow(newRow)
 {
+    child->setParent(bar); // after the gripper and before the chevron: so the Tab key goes
     child->show();
     // Else it would show the bar's own shape, which changes over the handles.
     if (!child->testAttribute(Qt::WA_SetCursor))
         child->setCursor(Qt::ArrowCursor);
+    m_chevron = new ChevronButton(child, bar);
     m_chevron->setCursor(Qt::ArrowCursor);
     // Mouse events on the caption are the bar's: it is part of the handle.
     m_label->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -38,6 +41,14 @@ CoolBand::CoolBand(CoolBar *bar, const QString &key, QWidget *child, double widt
     m_label->hide();
     m_chevron->hide();
     connect(child, &QObject::destroyed, this, [this] { m_child = nullptr; });
+}
+
+void CoolBand::setName(const QString &name)
+{
+    m_name = name;
+    m_grip->translate();
+    if (m_child && m_label->text().isEmpty())
+        m_child->setAccessibleName(name);
 }
 
 QString CoolBand::caption() const
@@ -81,7 +92,7 @@ QRect CoolBand::handle() const
 {
     if (m_geometry.isNull())
         return {};
-    int width = gripperPixels;
+    int width = BandGrip::pixels;
     if (!m_label->text().isEmpty())
         width += m_label->sizeHint().width() + captionGap;
     return QRect(m_geometry.topLeft(),
@@ -103,10 +114,26 @@ bool CoolBand::hasChevron() const
     return !m_chevron->isHidden();
 }
 
+QList<QWidget *> CoolBand::tabStops() const
+{
+    QList<QWidget *> stops{m_grip};
+    if (m_child) {
+        QWidget *each = m_child;
+        do {
+            // One with a proxy goes with it.
+            if ((each == m_child || m_child->isAncestorOf(each)) && !each->focusProxy())
+                stops.append(each);
+            each = each->nextInFocusChain();
+        } while (each != m_child);
+    }
+    stops.append(m_chevron);
+    return stops;
+}
+
 int CoolBand::minimumPixels() const
 {
     const int child = m_child ? m_child->minimumSizeHint().width() : 0;
-    return gripperPixels + std::clamp(child, ChevronButton::pixels, leastChildPixels) + endGap;
+    return BandGrip::pixels + std::clamp(child, ChevronButton::pixels, leastChildPixels) + endGap;
 }
 
 int CoolBand::heightPixels() const
@@ -122,6 +149,8 @@ int CoolBand::heightPixels() const
 void CoolBand::place(const QRect &geometry)
 {
     m_geometry = geometry;
+    m_grip->setVisible(!geometry.isNull());
+    m_grip->setGeometry(QRect(geometry.topLeft(), QSize(BandGrip::pixels, geometry.height())));
     if (!m_child)
         return;
     if (geometry.isNull()) {
@@ -130,7 +159,7 @@ void CoolBand::place(const QRect &geometry)
         m_chevron->hide();
         return;
     }
-    QRect label = handle().adjusted(gripperPixels, 0, 0, 0);
+    QRect label = handle().adjusted(BandGrip::pixels, 0, 0, 0);
     label.setWidth(std::min(label.width(), m_label->sizeHint().width()));
     m_label->setGeometry(label);
     m_label->setVisible(!m_label->text().isEmpty() && label.width() > 0);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 #include <QRect>
 #include <QString>
 
+class BandGrip;
 class CoolBar;
 class QLabel;
 class QWidget;
@@ -17,6 +19,11 @@ class CoolBand : public QObject {
 public:
     QString key() const { return m_key; }
     QWidget *child() const { return m_child; }
+
+    /// What the band is called for those who do not see it, in the user's language; the key until
+    /// a name is given. A child that no caption labels takes it too.
+    QString name() const { return m_name; }
+    void setName(const QString &name);
 
     QString caption() const;
     /// The caption is drawn before the child and labels it for screen readers.
@@ -46,10 +53,13 @@ public:
     bool hasChevron() const;
 
 private:
+    friend class BandMoves;
     friend class CoolBar;
     friend class CoolBarDrag;
 
     CoolBand(CoolBar *bar, const QString &key, QWidget *child, double width, bool newRow);
+    /// What the Tab key may stop at, and what is to keep its place among that, in order.
+    QList<QWidget *> tabStops() const;
     int minimumPixels() const;
     int heightPixels() const;
     void place(const QRect &geometry);
@@ -58,8 +68,10 @@ private:
     CoolBar *m_bar;
     QString m_key;
     QWidget *m_child;
+    QString m_name;
+    BandGrip *m_grip;
     QLabel *m_label;
-    ChevronButton *m_chevron;
+    ChevronButton *m_chevron = nullptr;
     double m_width;
     bool m_newRow;
     bool m_visible = true;

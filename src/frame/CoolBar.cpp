@@ -7,6 +7,7 @@
 #include "CoolBarPaint.h"
 #include "Language.h"
 #include "Log.h"
+#include "TabOrder.h"
 #include "Twips.h"
 
 #include <QEvent>
@@ -33,11 +34,11 @@ CoolBand *CoolBar::addBand(const QString &key, QWidget *child, const QString &ca
 {
     if (band(key))
         qCWarning(lcFrame) << "two bands have the key" << key;
-    child->setParent(this); // first: the Tab key goes to the child, then to its chevron
     auto *band = new CoolBand(this, key, child, designWidthTwips, newRow);
     band->m_chevron->setAccessibleName(m_chevronName);
     band->m_chevron->setToolTip(m_chevronName);
     m_bands.append(band);
+    m_tabOrder.append(band);
     band->setCaption(caption);
     bandsChanged();
     return band;
@@ -69,6 +70,7 @@ void CoolBar::translate()
 {
     m_chevronName = GetLanguageText(u"CoolBar"_s, u"strMore"_s, m_chevronName);
     for (CoolBand *band : std::as_const(m_bands)) {
+        band->setName(GetLanguageText(u"CoolBar"_s, "str"_L1 + band->key(), band->name()));
         band->m_chevron->setAccessibleName(m_chevronName);
         band->m_chevron->setToolTip(m_chevronName);
     }
@@ -116,7 +118,24 @@ QSize CoolBar::minimumSizeHint() const
 void CoolBar::bandsChanged()
 {
     updateGeometry();
+    if (m_tabOrder != m_bands)
+        followOrder();
     layOut();
+}
+
+// Every band's widgets stand together and keep their order: gripper, child, chevron.
+void CoolBar::followOrder()
+{
+    m_tabOrder = m_bands;
+    QWidget *last = nullptr;
+    for (CoolBand *band : std::as_const(m_bands)) {
+        const QList<QWidget *> stops = band->tabStops();
+        for (QWidget *stop : stops) {
+            if (last)
+                putInTabOrder(last, stop);
+            last = stop;
+        }
+    }
 }
 
 void CoolBar::layOut()

@@ -11,7 +11,8 @@ class CoolBarDrag;
 ///
 /// Grippers drag a band within its row (which sets widths and, past a neighbour's gripper, changes
 /// the order), to another row or into a row of its own; Escape gives a drag up. A double click on a
-/// gripper makes the band as wide as its row allows, or as narrow if it is that already. A band too
+/// gripper makes the band as wide as its row allows, or as narrow if it is that already. The
+/// grippers take the keyboard too (see BandGrip), and the Tab order is the one shown. A band too
 /// narrow for a child that implements Overflow shows a chevron. The bar's height is what its rows
 /// need and does not depend on its width.
 class CoolBar : public QWidget {
@@ -37,7 +38,8 @@ public:
     /// The owner moves the bar; the bar draws the line towards the pages on the right edge.
     void setDock(Dock dock);
 
-    /// Takes the texts of the bar itself (the chevrons' names) from the language file.
+    /// Takes the texts of the bar itself (names of bands, grippers, chevrons) from the language
+    /// file.
     void translate();
 
     QSize sizeHint() const override;
@@ -58,6 +60,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    friend class BandGrip;
+    friend class BandMoves;
     friend class CoolBand;
     friend class CoolBarDrag;
     using Row = QList<CoolBand *>;
@@ -66,12 +70,14 @@ private:
     CoolBand *bandWithHandleAt(QPoint pos) const;
     void bandsChanged();
     void layOut();
+    void followOrder();
     void layOutRow(const Row &row, int top, int height);
     void toggleMaximized(CoolBand *band);
     static void maximize(CoolBand *band, const Row &row, int pixels);
     static void minimize(CoolBand *band, const Row &row);
 
     QList<CoolBand *> m_bands;
+    QList<CoolBand *> m_tabOrder; // the bands as the Tab key goes through them
     std::unique_ptr<CoolBarDrag> m_drag;
     QString m_chevronName;
     Dock m_dock = Dock::Top;

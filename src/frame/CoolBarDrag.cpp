@@ -1,9 +1,9 @@
 #include "CoolBarDrag.h"
 
+#include "BandMoves.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "CoolBarPaint.h"
-#include "Twips.h"
 
 #include <QApplication>
 #include <QWidget>
@@ -17,11 +17,6 @@ QRect rowRect(const QList<CoolBand *> &row, int width)
 {
     const QRect first = row.first()->geometry();
     return QRect(0, first.top(), width, first.height());
-}
-
-double twips(int pixels)
-{
-    return Twips::fromPixels(pixels);
 }
 }
 
@@ -195,42 +190,14 @@ QRect CoolBarDrag::markFor(const Target &target) const
 
 CoolBarDrag::Row CoolBarDrag::ownRow() const
 {
-    const QList<Row> rows = m_bar->rows();
-    for (const Row &row : rows) {
-        if (row.contains(m_band))
-            return row;
-    }
-    return {};
-}
-
-// From now on the widths are the user's. The last band's shown width is what was left over.
-void CoolBarDrag::keepShownWidths(const Row &row)
-{
-    for (CoolBand *band : row.first(row.size() - 1))
-        band->m_width = twips(band->geometry().width());
+    return BandMoves(*m_bar).rowOf(m_band);
 }
 
 void CoolBarDrag::slide(int x)
 {
     for (auto swaps = ownRow().size(); swaps > 0 && swapTowards(x); --swaps)
         m_bar->bandsChanged();
-
-    const Row row = ownRow();
-    const auto k = row.indexOf(m_band);
-    if (k == 0)
-        return;
-    CoolBand *previous = row.at(k - 1);
-    const int least = previous->geometry().left() + previous->minimumPixels();
-    const int end = m_band->geometry().right() + 1;
-    const int most = std::max(least, end - m_band->minimumPixels());
-    const int left = std::clamp(x - m_grab, least, most);
-    if (left == m_band->geometry().left())
-        return;
-    keepShownWidths(row);
-    previous->m_width = twips(left - previous->geometry().left());
-    if (m_band != row.last())
-        m_band->m_width = twips(end - left);
-    m_bar->bandsChanged();
+    BandMoves(*m_bar).placeLeftEdge(m_band, x - m_grab);
 }
 
 // Past a neighbour's handle the two change places.
@@ -242,62 +209,26 @@ bool CoolBarDrag::swapTowards(int x)
     const bool rightwards = k + 1 < row.size() && x > row.at(k + 1)->handle().right();
     if (!leftwards && !rightwards)
         return false;
-    keepShownWidths(row);
     CoolBand *first = leftwards ? row.at(k - 1) : m_band;
     CoolBand *second = leftwards ? m_band : row.at(k + 1);
-    m_bar->m_bands.removeOne(second);
-    insertBefore(second, first);
+    BandMoves(*m_bar).exchange(first, second);
     return true;
-}
-
-void CoolBarDrag::insertBefore(CoolBand *band, CoolBand *other)
-{
-    band->m_newRow = other->m_newRow;
-    other->m_newRow = false;
-    m_bar->m_bands.insert(m_bar->m_bands.indexOf(other), band);
-}
-
-void CoolBarDrag::insertAsRow(CoolBand *next)
-{
-    m_band->m_newRow = true;
-    if (!next) {
-        m_bar->m_bands.append(m_band);
-        return;
-    }
-    next->m_newRow = true;
-    m_bar->m_bands.insert(m_bar->m_bands.indexOf(next), m_band);
-}
-
-// Takes the band out; what followed it in its row stays a row.
-void CoolBarDrag::detach()
-{
-    const Row row = ownRow();
-    if (row.first() == m_band && row.size() > 1)
-        row.at(1)->m_newRow = true;
-    m_bar->m_bands.removeOne(m_band);
 }
 
 void CoolBarDrag::apply(const Target &target)
 {
     if (target.row < 0)
         return;
-    QList<Row> rows = m_bar->rows();
+    BandMoves moves(*m_bar);
     if (target.at < 0) {
-        Row next = target.row < rows.size() ? rows.at(target.row) : Row();
-        next.removeOne(m_band);
-        detach();
-        insertAsRow(next.isEmpty() ? nullptr : next.first());
+        moves.toOwnRow(m_band, target.row);
     } else {
-        const Row row = rows.at(target.row);
-        detach();
+        const Row row = m_bar->rows().at(target.row);
         if (target.at == 0) {
-            insertBefore(m_band, row.first());
+            moves.toFront(m_band, row);
         } else {
             CoolBand *previous = row.at(target.at - 1);
-            keepShownWidths(row);
-            previous->m_width = twips(target.left - previous->geometry().left());
-            m_band->m_newRow = false;
-            m_bar->m_bands.insert(m_bar->m_bands.indexOf(previous) + 1, m_band);
+            moves.behind(m_band, previous, target.left - previous->geometry().left());
         }
     }
     m_bar->bandsChanged();

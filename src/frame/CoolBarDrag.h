@@ -48,11 +48,7 @@ private:
     void slide(int x);
     bool swapTowards(int x);
     void apply(const Target &target);
-    void detach();
-    void insertBefore(CoolBand *band, CoolBand *other);
-    void insertAsRow(CoolBand *next);
     Row ownRow() const;
-    static void keepShownWidths(const Row &row);
 
     CoolBar *m_bar;
     CoolBand *m_band = nullptr;

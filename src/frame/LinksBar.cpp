@@ -1,6 +1,6 @@
 #include "LinksBar.h"
 
-#include <QTimer>
+#include <QDeadlineTimer>
 #include <chrono>
 
 #include "Frame.h"
@@ -15,6 +15,8 @@ using namespace std::chrono_literals;
 namespace {
 /// Long enough for the first page to be on its way.
 constexpr auto startDelay = 250ms;
+/// Of reading and adding at a time; the layout that follows takes about as long again.
+constexpr auto pieceTime = 10ms;
 }
 
 LinksBar::LinksBar(Frame &frame, ToolBar &bar, QObject *parent)
@@ -26,20 +28,50 @@ LinksBar::LinksBar(Frame &frame, ToolBar &bar, QObject *parent)
         m_frame.NavigateActive(m_bar.toolTip(index));
         letPendingEventsRun();
     });
+    m_start.setSingleShot(true);
+    m_start.setInterval(startDelay);
+    connect(&m_start, &QTimer::timeout, this, [this] {
+        if (m_isShown())
+            fillIfEmpty();
+    });
+    connect(&m_piece, &QTimer::timeout, this, &LinksBar::addSome);
 }
+
+LinksBar::~LinksBar() = default;
 
 int LinksBar::rebuild(bool shown)
 {
+    stop();
     m_bar.clear();
     if (!shown)
         return 0;
-    const LinksFolder folder = readLinksFolder();
+    m_reading = std::make_unique<LinksReading>();
+    const int seen = m_reading->seen();
+    m_piece.start(0ms);
+    addSome();
+    return seen;
+}
+
+void LinksBar::stop()
+{
+    m_start.stop();
+    m_piece.stop();
+    m_reading.reset();
+}
+
+void LinksBar::addSome()
+{
     const QIcon icon = themedIcon(u"link"_s);
-    for (const FavoriteLink &link : folder.links) {
-        m_bar.addButton({}, link.url, icon, ToolBar::Style::Push, link.caption);
+    const QDeadlineTimer end(pieceTime);
+    while (!m_reading->atEnd() && !end.hasExpired()) {
+        const auto link = m_reading->readNext();
+        if (!link)
+            continue;
+        m_bar.addButton({}, link->url, icon, ToolBar::Style::Push, link->caption);
         m_bar.addSeparator();
     }
-    return folder.seen;
+    if (m_reading->atEnd())
+        stop();
 }
 
 void LinksBar::fillIfEmpty()
@@ -50,9 +82,8 @@ void LinksBar::fillIfEmpty()
 
 void LinksBar::rebuildSoon(const std::function<bool()> &isShown)
 {
+    stop();
     m_bar.clear();
-    QTimer::singleShot(startDelay, this, [this, isShown] {
-        if (isShown())
-            fillIfEmpty();
-    });
+    m_isShown = isShown;
+    m_start.start();
 }

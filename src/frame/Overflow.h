@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QStringList>
 
 class QAction;
 class QObject;
@@ -13,7 +14,10 @@ public:
 
     /// Pixels the child needs to show everything.
     virtual int fullWidth() const = 0;
-    /// One action for everything that does not fit now, owned by `parent`; they do what a click
-    /// on the hidden part would do.
-    virtual QList<QAction *> overflowActions(QObject *parent) = 0;
+    /// The names of everything that does not fit now, in order.
+    virtual QStringList overflowNames() = 0;
+    /// Actions for `count` of these from `first` on, or for all that follow when it is negative,
+    /// owned by `parent`; they do what a click on the hidden part would do.
+    virtual QList<QAction *> overflowActions(QObject *parent, qsizetype first = 0,
+                                             qsizetype count = -1) = 0;
 };

@@ -2,6 +2,7 @@
 
 #include "Language.h"
 #include "TabButton.h"
+#include "TabOrder.h"
 
 #include <QContextMenuEvent>
 #include <QToolButton>
@@ -67,6 +68,8 @@ void TabStrip::addTab(const QString &key, const QString &caption)
         return;
     }
     auto *tab = new TabButton(key, caption, m_content);
+    // Made late, it stands last in its window's Tab order.
+    putInTabOrder(m_order.isEmpty() ? m_content : static_cast<QWidget *>(m_order.last()), tab);
     tab->setPicture(m_image1, false);
     const int left = m_order.isEmpty() ? 0 : m_order.last()->geometry().right() + 1 + spacing;
     tab->setGeometry(left, 0, tab->sizeHint().width(), std::max(height(), 1));

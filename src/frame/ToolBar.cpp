@@ -1,6 +1,8 @@
 #include "ToolBar.h"
 
 #include "FlatButtonPaint.h"
+#include "MenuText.h"
+#include "TabOrder.h"
 #include "ToolBarAccessible.h"
 #include "ToolBarButton.h"
 
@@ -15,19 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int separatorPixels = 7;
-
-// A widget made late stands last in its window's Tab order, and Qt moves only widgets that take
-// the Tab key at that moment.
-void putInTabOrder(QWidget *first, QWidget *second)
-{
-    const Qt::FocusPolicy firstPolicy = first->focusPolicy();
-    const Qt::FocusPolicy secondPolicy = second->focusPolicy();
-    first->setFocusPolicy(Qt::TabFocus);
-    second->setFocusPolicy(Qt::TabFocus);
-    QWidget::setTabOrder(first, second);
-    first->setFocusPolicy(firstPolicy);
-    second->setFocusPolicy(secondPolicy);
-}
 }
 
 ToolBar::ToolBar(QWidget *parent)
@@ -199,6 +188,11 @@ int ToolBar::widthOf(const Item &item) const
     return item.width;
 }
 
+QString ToolBar::nameOf(const Item &item)
+{
+    return item.text.isEmpty() ? item.toolTip : item.text;
+}
+
 bool ToolBar::wantsLongPress() const
 {
     return isSignalConnected(QMetaMethod::fromSignal(&ToolBar::longPressed));
@@ -228,6 +222,7 @@ void ToolBar::placeButton(int index, const QRect &place)
     Item &item = m_items[index];
     if (!item.button) {
         item.button = new ToolBarButton(this, index, item.style);
+        // A widget made late stands last in its window's Tab order.
         const QList<ToolBarButton *> shown = shownButtons();
         const auto at = shown.indexOf(item.button);
         putInTabOrder(at > 0 ? static_cast<QWidget *>(shown.at(at - 1)) : this, item.button);
@@ -247,7 +242,7 @@ void ToolBar::showState(const Item &item)
     button->setText(item.text);
     button->setShortcut({}); // an "&" in the name of a link is no access key
     button->setToolTip(item.toolTip);
-    button->setAccessibleName(item.text.isEmpty() ? item.toolTip : item.text);
+    button->setAccessibleName(nameOf(item));
     button->setAccessibleDescription(item.text.isEmpty() ? QString() : item.toolTip);
     button->setEnabled(item.enabled);
     button->setPressed(item.pressed);
@@ -306,41 +301,55 @@ void ToolBar::moveFocus(ToolBarButton *from, int key)
     buttons.at(at)->setFocus(Qt::TabFocusReason);
 }
 
-QList<QAction *> ToolBar::overflowActions(QObject *parent)
+QList<int> ToolBar::overflowIndexes()
 {
     if (m_layoutPending)
         layOut();
-    QList<QAction *> actions;
+    QList<int> indexes;
     for (int i = 0; i < buttonCount(); ++i) {
-        const Item &item = m_items.at(i);
-        if (item.separator || item.button)
-            continue;
-        const QString name = menuText(item);
-        auto *action = new QAction(item.icon, name, parent);
-        action->setEnabled(item.enabled);
-        action->setToolTip(item.toolTip);
-        action->setCheckable(item.pressed);
-        action->setChecked(item.pressed);
-        const QString key = item.key;
-        connect(action, &QAction::triggered, this,
-                [this, key, i] { emit buttonClicked(key, i + 1); });
-        actions.append(action);
-        if (item.style != Style::DropDown)
-            continue;
-        auto *more = new QAction(name + QChar(0x2026), parent);
-        more->setEnabled(item.enabled);
-        connect(more, &QAction::triggered, this,
-                [this, key] { emit dropDown(key, mapToGlobal(QPoint(width(), height()))); });
-        actions.append(more);
+        if (!m_items.at(i).separator && !m_items.at(i).button)
+            indexes.append(i);
     }
+    return indexes;
+}
+
+QStringList ToolBar::overflowNames()
+{
+    QStringList names;
+    const QList<int> indexes = overflowIndexes();
+    for (const int index : indexes)
+        names.append(nameOf(m_items.at(index)));
+    return names;
+}
+
+QList<QAction *> ToolBar::overflowActions(QObject *parent, qsizetype first, qsizetype count)
+{
+    QList<QAction *> actions;
+    const QList<int> indexes = overflowIndexes().mid(first, count);
+    for (const int index : indexes)
+        actions += actionsFor(index, parent);
     return actions;
 }
 
-QString ToolBar::menuText(const Item &item)
+QList<QAction *> ToolBar::actionsFor(int index, QObject *parent)
 {
-    QString text = item.text.isEmpty() ? item.toolTip : item.text;
-    text.truncate(80); // a menu as wide as the screen helps nobody
-    return text.replace(u'&', u"&&"_s);
+    const Item &item = m_items.at(index);
+    const QString name = menuText(nameOf(item), 80); // one as wide as the screen helps nobody
+    auto *action = new QAction(item.icon, name, parent);
+    action->setEnabled(item.enabled);
+    action->setToolTip(item.toolTip);
+    action->setCheckable(item.pressed);
+    action->setChecked(item.pressed);
+    const QString key = item.key;
+    connect(action, &QAction::triggered, this,
+            [this, key, index] { emit buttonClicked(key, index + 1); });
+    if (item.style != Style::DropDown)
+        return {action};
+    auto *more = new QAction(name + QChar(0x2026), parent);
+    more->setEnabled(item.enabled);
+    connect(more, &QAction::triggered, this,
+            [this, key] { emit dropDown(key, mapToGlobal(QPoint(width(), height()))); });
+    return {action, more};
 }
 
 QSize ToolBar::sizeHint() const

@@ -50,7 +50,9 @@ public:
     QRect buttonRect(int index1);
 
     int fullWidth() const override;
-    QList<QAction *> overflowActions(QObject *parent) override;
+    QStringList overflowNames() override;
+    QList<QAction *> overflowActions(QObject *parent, qsizetype first = 0,
+                                     qsizetype count = -1) override;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -85,7 +87,9 @@ private:
         ToolBarButton *button = nullptr; // only while it fits
     };
 
-    static QString menuText(const Item &item);
+    static QString nameOf(const Item &item);
+    QList<int> overflowIndexes();
+    QList<QAction *> actionsFor(int index, QObject *parent);
     int indexOf(const QString &key) const;
     const Item *item(int index1) const;
     bool wantsLongPress() const;

@@ -13,6 +13,7 @@
 
 #include "AddressHost.h"
 #include "ApplySettings.h"
+#include "BandFocus.h"
 #include "BandLayout.h"
 #include "Clipboard.h"
 #include "CommandBars.h"
@@ -92,6 +93,12 @@ frmMain::frmMain()
     m_body->addSideBar(*m_SearchBar1);
     makeBands();
     connectAddressBar();
+    new BandFocus(*this, *m_coolBar, {m_FavoritesBar1, m_SearchBar1}, [this] {
+        const frmBrowser *active = activeBrowser(*this);
+        if (active)
+            active->brwWebBrowser()->SetFocus();
+        return active != nullptr;
+    });
     registerCommands();
     connect(m_windows, &MdiArea::activeChildChanged, &m_commands, &CommandTable::refreshRules);
     watchClipboard();
@@ -123,10 +130,11 @@ void frmMain::makeBands()
     icon->setAlignment(Qt::AlignCenter);
     icon->setFixedWidth(28);
     m_coolBar->addBand(u"Functions"_s, m_tbFunctions, {}, 3600, false);
-    m_coolBar->addBand(u"Browser"_s, m_tbBrowser, {}, 3600, false);
-    m_coolBar->addBand(u"Address"_s, new AddressHost(*m_brwURL1), u"Address:"_s, 24000, true);
-    m_coolBar->addBand(u"Links"_s, m_tbLinks, {}, 24000, true);
-    m_coolBar->addBand(u"Tabs"_s, m_tbWindows, {}, 24000, true);
+    m_coolBar->addBand(u"Browser"_s, m_tbBrowser, {}, 3600, false)->setName(u"Navigation"_s);
+    m_coolBar->addBand(u"Address"_s, new AddressHost(*m_brwURL1), u"Address:"_s, 24000, true)
+        ->setName(u"Address Bar"_s);
+    m_coolBar->addBand(u"Links"_s, m_tbLinks, {}, 24000, true)->setName(u"Favorite Links"_s);
+    m_coolBar->addBand(u"Tabs"_s, m_tbWindows, {}, 24000, true)->setName(u"Tab Strip"_s);
     m_coolBar->addBand(u"Icon"_s, icon, {}, 600, false);
 }
 

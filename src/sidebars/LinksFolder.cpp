@@ -1,26 +1,39 @@
 #include "LinksFolder.h"
-#include "FolderListing.h"
 #include "InternetShortcut.h"
 #include "modSpecialFolders.h"
 
 using namespace Qt::StringLiterals;
 
-LinksFolder readLinksFolder()
+LinksReading::LinksReading()
 {
     const QString favorites = GetSpecialFolder(favoritesFolderNumber);
     if (favorites.isEmpty())
-        return {};
-    const QString folder = favorites + "/Links/"_L1;
-    FolderListing listing(folder, fileNamePattern(u"*.url"_s));
+        return;
+    m_folder = favorites + "/Links/"_L1;
+    FolderListing listing(m_folder, fileNamePattern(u"*.url"_s));
     while (listing.readSome()) { }
+    m_files = listing.matches();
+}
+
+std::optional<FavoriteLink> LinksReading::readNext()
+{
+    const FolderListing::Entry &file = m_files.at(m_next++);
+    if (!file.isPlainFile)
+        return {};
+    const QString url = InternetShortcut::urlOfPlainFile(m_folder + file.name, file.size);
+    if (url.isEmpty())
+        return {};
+    return FavoriteLink{InternetShortcut::caption(file.name), url};
+}
+
+LinksFolder readLinksFolder()
+{
+    LinksReading reading;
     LinksFolder result;
-    for (const FolderListing::Entry &file : listing.matches()) {
-        ++result.seen;
-        if (!file.isPlainFile)
-            continue;
-        const QString url = InternetShortcut::urlOfPlainFile(folder + file.name, file.size);
-        if (!url.isEmpty())
-            result.links.append({InternetShortcut::caption(file.name), url});
+    result.seen = reading.seen();
+    while (!reading.atEnd()) {
+        if (const auto link = reading.readNext())
+            result.links.append(*link);
     }
     return result;
 }

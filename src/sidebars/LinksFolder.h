@@ -1,7 +1,10 @@
 #pragma once
 
+#include "FolderListing.h"
+
 #include <QList>
 #include <QString>
+#include <optional>
 
 /// A shortcut of the links bar.
 struct FavoriteLink {
@@ -16,5 +19,24 @@ struct LinksFolder {
     int seen = 0;
 };
 
-/// Reads the folder "Links" in the user's Favorites folder.
+/// Reads the folder "Links" in the user's Favorites folder file by file, so that a large one can be
+/// read in pieces.
+class LinksReading {
+public:
+    /// Lists the folder; the files are read later.
+    LinksReading();
+
+    /// All the shortcut files there are, with an address or without.
+    int seen() const { return int(m_files.size()); }
+    bool atEnd() const { return m_next >= m_files.size(); }
+    /// Reads the next file. Nothing for one without an address.
+    std::optional<FavoriteLink> readNext();
+
+private:
+    QString m_folder; // with a slash at the end
+    QList<FolderListing::Entry> m_files;
+    qsizetype m_next = 0;
+};
+
+/// Reads the whole folder "Links" at once.
 LinksFolder readLinksFolder();

@@ -158,6 +158,11 @@ LanguageKeys tst_Languages::wanted() const
     }
     keys.insert(u"frmMain/lblAddress"_s, u"Address:"_s);
     keys.insert(u"CoolBar/strMore"_s, u"More Buttons"_s);
+    const auto *strip = m_program->frame->findChild<CoolBar *>();
+    for (int position = 1; position <= strip->bandCount(); ++position) {
+        const CoolBand *band = strip->band(position);
+        keys.insert("CoolBar/str"_L1 + band->key(), band->name());
+    }
     return keys;
 }
 

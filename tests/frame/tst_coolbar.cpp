@@ -1,3 +1,4 @@
+#include "BandGrip.h"
 #include "ChevronButton.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
@@ -56,12 +57,14 @@ private slots:
     void chevronByKeyboard();
     void laidOutIsTold();
     void keyboardWalk();
+    void keyboardWalkAfterADrag();
     void screenReaderWalk();
 
 private:
     QPoint grip(const QString &key) const;
     void drag(const QString &key, QPoint to);
     QString rows() const;
+    QString placesOf(const QList<QWidget *> &stops) const;
     CoolBand *band(const char *key) const { return m_bar->band(QString::fromLatin1(key)); }
     int width(const char *key) const { return band(key)->geometry().width(); }
     ChevronButton *chevronOf(const char *key) const;
@@ -532,17 +535,54 @@ void tst_coolbar::keyboardWalk()
         QTest::keyClick(stop, Qt::Key_Tab);
     } while (QApplication::focusWidget() != first && stops.size() < 20);
 
+    QCOMPARE(placesOf(stops),
+             u"Functions Functions+ |Browser |Address Address |Links Links Links+ |Tabs Tabs "
+             "|Icon |Functions"_s);
+}
+
+// "|" before the name of a band stands for its gripper, "+" behind it for its chevron.
+QString tst_coolbar::placesOf(const QList<QWidget *> &stops) const
+{
     QStringList places;
-    for (QWidget *stop : std::as_const(stops)) {
+    for (QWidget *stop : stops) {
         const QPoint at = stop->mapTo(m_bar, stop->rect().center());
         for (int i = 1; i <= 6; ++i) {
             const CoolBand *holder = m_bar->band(i);
-            if (holder->geometry().contains(at))
+            if (!holder->geometry().contains(at))
+                continue;
+            if (qobject_cast<BandGrip *>(stop))
+                places += u'|' + holder->key();
+            else
                 places +=
                     qobject_cast<ChevronButton *>(stop) ? holder->key() + u'+' : holder->key();
         }
     }
-    QCOMPARE(places.join(u' '), u"Functions Functions+ Address Links Links+ Tabs"_s);
+    return places.join(u' ');
+}
+
+// The Tab key follows what a drag has put elsewhere.
+void tst_coolbar::keyboardWalkAfterADrag()
+{
+    drag(u"Tabs"_s, QPoint(2, grip(u"Functions"_s).y()));
+    drag(u"Address"_s, QPoint(300, 1000));
+    QCOMPARE(rows(), u"Tabs Functions Browser / Links / Icon / Address"_s);
+    m_links->addButton(u"late"_s, u"late"_s, {}, ToolBar::Style::Push, u"late"_s);
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    auto *first = m_bar->findChild<BandGrip *>(u"gripTabs"_s);
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+        first->setFocus(Qt::TabFocusReason);
+        QList<QWidget *> stops;
+        do {
+            stops.append(QApplication::focusWidget());
+            QTest::keyClick(stops.last(), key);
+        } while (QApplication::focusWidget() != first && stops.size() < 20);
+        QCOMPARE(
+            placesOf(stops),
+            key == Qt::Key_Tab
+                ? u"|Tabs Tabs |Functions Functions |Browser |Links Links |Icon |Address Address"_s
+                : u"|Tabs Address |Address |Icon Links |Links |Browser Functions |Functions Tabs"_s);
+    }
 }
 
 static void collectNames(QAccessibleInterface *node, QStringList &names)
@@ -561,8 +601,9 @@ void tst_coolbar::screenReaderWalk()
     collectNames(QAccessible::queryAccessibleInterface(m_bar), names);
     names.sort();
     QCOMPARE(names,
-             QStringList({u"Address:"_s, u"Maps & Roads"_s, u"New"_s, u"News"_s, u"Page"_s,
-                          u"Profile"_s, u"Save"_s, u"Weather"_s}));
+             QStringList({u"Address:"_s, u"Maps & Roads"_s, u"Move Address"_s, u"Move Browser"_s,
+                          u"Move Functions"_s, u"Move Icon"_s, u"Move Links"_s, u"Move Tabs"_s,
+                          u"New"_s, u"News"_s, u"Page"_s, u"Profile"_s, u"Save"_s, u"Weather"_s}));
     band("Address")->setVisible(false);
     names.clear();
     collectNames(QAccessible::queryAccessibleInterface(m_bar), names);

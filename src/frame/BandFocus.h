@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <functional>
+
+class CoolBar;
+class QWidget;
+
+/// The keys F6 and Shift+F6 of a window: they take the keyboard on to the next, or back to the
+/// previous, of its places. These are the bands of the strip in the order shown, then other
+/// widgets, such as side bars, then the page. What is not shown, or takes no focus, is passed over.
+class BandFocus : public QObject {
+    Q_OBJECT
+
+public:
+    /// `focusPage` gives the page the focus; it returns false when there is none.
+    BandFocus(QWidget &window, CoolBar &bar, const QList<QWidget *> &others,
+              const std::function<bool()> &focusPage);
+
+private:
+    void moveOn(int by);
+    /// By position; a band may have lost its child.
+    QList<QWidget *> places() const;
+    /// The place that has `focus`; -1 for the page and everything else.
+    int placeOf(const QWidget *focus) const;
+
+    CoolBar &m_bar;
+    QList<QWidget *> m_others;
+    std::function<bool()> m_focusPage;
+};
