@@ -43,18 +43,6 @@ void hearMessages()
         previousHandler = qInstallMessageHandler(dropIdleTalk);
 }
 
-/// A process for each of a hundred pages costs more than the pages do. From this many on pages of
-/// one site share one; different sites never do, so nothing is less protected.
-void limitProcesses()
-{
-    constexpr char flagsVariable[] = "QTWEBENGINE_CHROMIUM_FLAGS";
-    constexpr char limit[] = "--renderer-process-limit=";
-    constexpr int mostProcesses = 20;
-    const QByteArray flags = qgetenv(flagsVariable);
-    if (!flags.contains(limit))
-        qputenv(flagsVariable, flags + ' ' + limit + QByteArray::number(mostProcesses));
-}
-
 /// With the software backend nothing is drawn through OpenGL, yet the engine makes two contexts,
 /// which loads a software renderer: half of the processor time of a start.
 void leaveOutGl()
@@ -108,7 +96,6 @@ void startEngine()
     initResources();
     QLoggingCategory::setFilterRules(u"qt.webenginecontext.info=false"_s);
     hearMessages();
-    limitProcesses();
     // Read by now, and no affair of the programs that this one starts.
     if (glIsLeftOut)
         qunsetenv(glVariable);

@@ -15,7 +15,7 @@ void chooseRenderingBackend(const QString &devices = QStringLiteral("/dev/dri"))
 bool sandboxUsable(QString *why);
 
 /// Makes the standard error output quiet where the engine says things that concern nobody, and
-/// prepares the resources of the engine and the number of its processes. Cheap; after the application object is made.
+/// prepares the resources of the engine. Cheap; after the application object is made.
 void startEngine();
 
 /// Makes the profile and one spare page whose process starts at once, so that the first window is
