@@ -93,7 +93,8 @@ void QtWebBrowser::Navigate(const QString &url)
     }
     if (!m_page)
         usePage(takePageToLoad());
-    if (address.scheme() == "about"_L1 && !askForBlank(address)) {
+    m_handedOver = address.scheme() != "about"_L1;
+    if (!m_handedOver && !askForBlank(address)) {
         emit loadEnded();
         return;
     }

@@ -125,6 +125,8 @@ private:
     int m_refusals = 0;
     /// The navigation under way takes the place of the current history entry.
     bool m_replacesEntry = false;
+    /// An address was given to the engine, which has not asked for it yet.
+    bool m_handedOver = false;
     bool m_adopted = false;
     /// The page was opened without an address, and the engine has not told of its empty document.
     bool m_opensEmpty = false;

@@ -53,6 +53,7 @@ void QtWebBrowser::forgetPage()
     m_requested = QRect();
     m_stage = Stage::None;
     m_refusals = 0;
+    m_handedOver = false;
     m_adopted = false;
     m_busy = false;
     m_hasDocument = false;
