@@ -110,6 +110,8 @@ void tst_LanguageWalk::keepPictures(const QString &language) const
     const QString name = folder + u'/' + language;
     QVERIFY(m_session->frame->grab().save(name + "-frame.png"_L1));
     QVERIFY(form()->grab().save(name + "-options.png"_L1));
+    if (menu)
+        menu->adjustSize();
     QVERIFY(!menu || menu->grab().save(name + "-menu.png"_L1));
 }
 
