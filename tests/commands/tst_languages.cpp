@@ -291,16 +291,19 @@ void tst_Languages::walkThroughTheLanguagesWithTenWindows()
         m_program->frame->OpenBrowserWindow(u"http://page%1/"_s.arg(number), 0);
     QCOMPARE(FakeWebBrowser::made().size(), 10);
     m_program->choose("mnuToolsOptions");
+    QVERIFY(QTest::qWaitForWindowExposed(form()));
     QStringList walk = languages;
     walk.append(u"English"_s);
     const auto *bar = m_program->frame->findChild<ToolBar *>(u"tbBrowser"_s);
     const auto *strip = m_program->frame->findChild<CoolBar *>();
     for (const QString &language : walk) {
         takeLanguage(language);
+        QCOMPARE(languageName(), language);
         const QMap<QString, QString> text = texts(language);
         for (const auto &[menu, name] : menuLines()) {
-            QCOMPARE(m_program->frame->menuItem(name)->text().trimmed(),
-                     text.value("frmMain/"_L1 + name).trimmed());
+            const QString shown = m_program->frame->menuItem(name)->text();
+            QVERIFY2(shown.trimmed() == text.value("frmMain/"_L1 + name).trimmed(),
+                     qPrintable(language + u' ' + name + u' ' + shown));
         }
         for (int index = 1; index <= bar->buttonCount(); ++index)
             QCOMPARE(bar->toolTip(index),
