@@ -93,8 +93,9 @@ void QtWebBrowser::Navigate(const QString &url)
     }
     if (!m_page)
         usePage(takePageToLoad());
-    m_handedOver = address.scheme() != "about"_L1;
-    if (!m_handedOver && !askForBlank(address)) {
+    const bool blank = address.scheme() == "about"_L1;
+    m_handedOver = blank ? QUrl() : address;
+    if (blank && !askForBlank(address)) {
         emit loadEnded();
         return;
     }

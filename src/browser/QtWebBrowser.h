@@ -113,6 +113,8 @@ private:
     QString m_status;
     /// The address on its way.
     QUrl m_pending;
+    /// An address that the engine was given and has not asked for yet.
+    QUrl m_handedOver;
     /// Asked for already: a history entry is being replaced by it.
     QUrl m_replacing;
     QList<QUrl> m_linksToForget;
@@ -125,8 +127,6 @@ private:
     int m_refusals = 0;
     /// The navigation under way takes the place of the current history entry.
     bool m_replacesEntry = false;
-    /// An address was given to the engine, which has not asked for it yet.
-    bool m_handedOver = false;
     bool m_adopted = false;
     /// The page was opened without an address, and the engine has not told of its empty document.
     bool m_opensEmpty = false;

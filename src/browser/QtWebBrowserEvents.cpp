@@ -55,7 +55,7 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
 {
     if (!isMainFrame)
         return raiseBeforeNavigate(url);
-    m_handedOver = false;
+    m_handedOver.clear();
     const bool redirected = type == QWebEnginePage::NavigationTypeRedirect
         && (m_stage == Stage::Asked || m_stage == Stage::Started);
     const bool replacing = !m_replacing.isEmpty() && samePage(m_replacing, url);
@@ -214,7 +214,9 @@ void QtWebBrowser::completeDocument(const QString &url)
 void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
 {
     const bool stopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
-    m_handedOver = false;
+    // Not at the end of an earlier load, which the one on its way has stopped.
+    if (samePage(info.url(), m_handedOver))
+        m_handedOver.clear();
     if (stopped && m_refusals > 0) {
         --m_refusals;
         emit loadEnded();
@@ -250,9 +252,9 @@ void QtWebBrowser::onUrlChanged(const QUrl &url)
         return;
     // The engine can name an address as the page's before it asks for it, and what is behind it
     // may turn out to be no page.
-    if (m_handedOver && !samePage(url, QUrl(m_location)))
+    if (!m_handedOver.isEmpty() && !samePage(url, QUrl(m_location)))
         return;
-    m_handedOver = false;
+    m_handedOver.clear();
     m_location = encoded(url);
     if (m_events)
         m_events->LocationChange(m_location);

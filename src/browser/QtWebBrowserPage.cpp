@@ -48,12 +48,12 @@ void QtWebBrowser::forgetPage()
 {
     m_history = NavigationHistory();
     m_pending.clear();
+    m_handedOver.clear();
     m_replacing.clear();
     m_linksToForget.clear();
     m_requested = QRect();
     m_stage = Stage::None;
     m_refusals = 0;
-    m_handedOver = false;
     m_adopted = false;
     m_busy = false;
     m_hasDocument = false;

@@ -27,12 +27,12 @@ class tst_downloads : public QObject {
 private slots:
     void init();
     void cleanup();
+    void connectionBreaksAfterTheWindowClosed();
     void windowStaysOnItsPage_data();
     void windowStaysOnItsPage();
     void fileFromALinkLeavesThePage();
     void windowWithoutAPageStaysWithoutOne();
     void stalledFileLeavesTheWindowFree();
-    void connectionBreaksAfterTheWindowClosed();
     void pageThatIsSlowToLeave();
     void pageThatIsSlowToLeaveKeepsItsOwnAddresses();
     void nextPageComesAsEver();
