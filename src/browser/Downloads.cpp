@@ -5,6 +5,7 @@
 #include "SaveJob.h"
 
 #include <QDir>
+#include <QSet>
 #include <QStandardPaths>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineProfile>
@@ -12,6 +13,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+constexpr const char *toldBefore = "toldBefore";
+
 QString downloadFolder()
 {
     const QString chosen = EngineOptions::read().downloadFolder;
@@ -31,8 +34,11 @@ namespace Downloads {
 
 void install(QWebEngineProfile *profile)
 {
+    // Made before anything that saves pages connects, and so the first to hear of a request.
     QObject::connect(profile, &QWebEngineProfile::downloadRequested, profile,
-                     [](QWebEngineDownloadRequest *request) {
+                     [told = QSet<quint32>()](QWebEngineDownloadRequest *request) mutable {
+                         request->setProperty(toldBefore, told.contains(request->id()));
+                         told.insert(request->id());
                          // A page being saved has its place already.
                          if (request->state() != QWebEngineDownloadRequest::DownloadRequested
                              || SaveJob::awaits(*request))
@@ -43,6 +49,11 @@ void install(QWebEngineProfile *profile)
                          qCInfo(lcEngine) << "download to" << request->downloadDirectory()
                                           << request->downloadFileName();
                      });
+}
+
+bool goesOn(const QWebEngineDownloadRequest &request)
+{
+    return request.property(toldBefore).toBool();
 }
 
 }

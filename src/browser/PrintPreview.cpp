@@ -50,7 +50,7 @@ PrintPreview::PrintPreview(QWebEnginePage *page)
     addToolBar(m_tools);
     setContextMenuPolicy(Qt::NoContextMenu);
     addTools();
-    resize(900, 800);
+    resize(900, 700);
     renew();
 }
 

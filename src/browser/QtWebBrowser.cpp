@@ -93,7 +93,9 @@ void QtWebBrowser::Navigate(const QString &url)
     }
     if (!m_page)
         usePage(takePageToLoad());
-    if (address.scheme() == "about"_L1 && !askForBlank(address)) {
+    const bool blank = address.scheme() == "about"_L1;
+    m_handedOver = blank ? QUrl() : address;
+    if (blank && !askForBlank(address)) {
         emit loadEnded();
         return;
     }

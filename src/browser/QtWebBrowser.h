@@ -113,6 +113,8 @@ private:
     QString m_status;
     /// The address on its way.
     QUrl m_pending;
+    /// An address that the engine was given and has not asked for yet.
+    QUrl m_handedOver;
     /// Asked for already: a history entry is being replaced by it.
     QUrl m_replacing;
     /// The address of a page whose end was told before its start.

@@ -55,6 +55,7 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
 {
     if (!isMainFrame)
         return raiseBeforeNavigate(url);
+    m_handedOver.clear();
     const bool redirected = type == QWebEnginePage::NavigationTypeRedirect
         && (m_stage == Stage::Asked || m_stage == Stage::Started);
     const bool replacing = !m_replacing.isEmpty() && samePage(m_replacing, url);
@@ -218,6 +219,9 @@ void QtWebBrowser::completeDocument(const QString &url)
 void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
 {
     const bool stopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
+    // Not at the end of an earlier load, which the one on its way has stopped.
+    if (samePage(info.url(), m_handedOver))
+        m_handedOver.clear();
     if (stopped && m_refusals > 0) {
         --m_refusals;
         emit loadEnded();
@@ -240,6 +244,9 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     m_linksToForget.clear();
     m_busy = false;
     m_stage = Stage::None;
+    // The page may have changed its address while the other one was on its way.
+    if (stopped)
+        onUrlChanged(m_page->url());
     showStatus(stopped ? QString() : statusText(u"strDone"_s, u"Done"_s));
     emit loadEnded();
 }
@@ -249,6 +256,11 @@ void QtWebBrowser::onUrlChanged(const QUrl &url)
     const bool underWay = m_stage == Stage::Asked || m_stage == Stage::Started;
     if (!m_hasDocument || underWay || url == QUrl(m_location))
         return;
+    // The engine can name an address as the page's before it asks for it, and what is behind it
+    // may turn out to be no page.
+    if (!m_handedOver.isEmpty() && !samePage(url, QUrl(m_location)))
+        return;
+    m_handedOver.clear();
     m_location = encoded(url);
     if (m_events)
         m_events->LocationChange(m_location);

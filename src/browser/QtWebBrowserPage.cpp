@@ -48,6 +48,7 @@ void QtWebBrowser::forgetPage()
 {
     m_history = NavigationHistory();
     m_pending.clear();
+    m_handedOver.clear();
     m_replacing.clear();
     m_startedUnheard.clear();
     m_linksToForget.clear();

@@ -1,5 +1,6 @@
 #include "SaveJob.h"
 
+#include "Downloads.h"
 #include "JobProgress.h"
 #include "Language.h"
 
@@ -54,7 +55,7 @@ void SaveJob::start()
 
 bool SaveJob::awaits(const QWebEngineDownloadRequest &request)
 {
-    const QWebEnginePage *page = request.page();
+    const QWebEnginePage *page = Downloads::goesOn(request) ? nullptr : request.page();
     if (!page || !(request.isSavePageDownload() || request.url() == page->url()))
         return false;
     const QList<SaveJob *> jobs = page->findChildren<SaveJob *>();
@@ -66,7 +67,7 @@ bool SaveJob::awaits(const QWebEngineDownloadRequest &request)
 
 void SaveJob::take(QWebEngineDownloadRequest *request)
 {
-    if (m_request || request->page() != m_page || !awaits(*request))
+    if (m_request || !awaits(*request) || request->page() != m_page)
         return;
     m_request = request;
     if (request->state() == QWebEngineDownloadRequest::DownloadRequested) {

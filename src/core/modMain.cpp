@@ -2,6 +2,7 @@
 
 #include "AppFolder.h"
 #include "Language.h"
+#include "QtTexts.h"
 #include "Settings.h"
 
 using namespace Qt::StringLiterals;
@@ -10,6 +11,7 @@ void startUp(StartUpFrame &frame)
 {
     AppFolder::setSettingsPath(AppFolder::appData(u"Settings.ini"_s));
     setLanguageName(Settings::read(Settings::Language));
+    QtTexts::follow(languageName());
     frame.load();
     frame.translate();
 }

@@ -27,7 +27,7 @@ void addPairs(LanguageKeys &keys, const QString &source, const QString &section)
     static const QRegularExpression pair(
         uR"re(\(\s*(?:[\w*]+,\s*)?u?"(\w+)"(?:_s)?,\s*(u"[^"]*"(?:_s)?(?:\s*u?"[^"]*"(?:_s)?)*))re"_s);
     static const QRegularExpression name(
-        uR"(^((cmd|chk|lbl|str|txt|lst|Frame|alert)[A-Z]|s[A-Z]|Caption$))"_s);
+        uR"(^((cmd|chk|opt|lbl|str|txt|lst|Frame|alert)[A-Z]|s[A-Z]|Caption$))"_s);
     static const QRegularExpression quotes(uR"(^u"|"(_s)?$)"_s);
     for (auto found = pair.globalMatch(source); found.hasNext();) {
         const QRegularExpressionMatch match = found.next();

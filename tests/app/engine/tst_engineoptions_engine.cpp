@@ -200,6 +200,7 @@ void tst_engineoptions_engine::pdfIsShownOrDownloaded()
     save();
     m_session->frame->NavigateActive(url(u"/kept.pdf"_s));
     QTRY_VERIFY(QFile::exists(folder + "/kept.pdf"_L1));
+    QTRY_COMPARE(m_session->location(), url(u"/shown.pdf"_s));
 }
 
 void tst_engineoptions_engine::downloadsGoToTheFolder()

@@ -2,6 +2,7 @@
 #include <QFileDialog>
 #include <QMenu>
 #include <QPdfDocument>
+#include <QTabWidget>
 #include <QWebEngineView>
 #include <QWindow>
 #include <map>
@@ -15,11 +16,12 @@
 #include "MenuTable.h"
 #include "PageFindBar.h"
 #include "PrintPreview.h"
+#include "ToolBar.h"
 
 using namespace Qt::StringLiterals;
 
-/// Every item of the File, Edit and View menus on a real page, chosen with the mouse from its menu
-/// and by its shortcut with the keyboard in the page: each has to show its effect.
+/// Every item of the File, Edit, View and Tools menus on a real page, chosen with the mouse from
+/// its menu and by its shortcut with the keyboard in the page: each has to show its effect.
 class tst_MenuItems : public QObject {
     Q_OBJECT
 
@@ -44,6 +46,8 @@ private:
     void describeFile();
     void describeEdit();
     void describeView();
+    void describeTools();
+    void describeSwitch(const QString &item, const std::function<bool()> &effect);
     void describeBand(const QString &item, const QString &band);
     static QList<MenuEntry> entries();
     void clickInMenu(const QString &item);
@@ -73,11 +77,15 @@ private:
     QString profile() const { return m_session->folder.file(u"Profiles/kept.orp"_s); }
 
     std::map<QString, Item> m_items;
+    /// The mark of a switch before it is thrown.
+    bool m_was = false;
     std::unique_ptr<Session> m_session;
 };
 
 void tst_MenuItems::init()
 {
+    // A machine that has the platform's control panel must not start it.
+    qputenv("PATH", "/nowhere");
     m_session = std::make_unique<Session>();
     m_session->server.page("/page", "<title>Page</title><p>some words<input id=f value=field>");
     m_session->start(url(u"/page"_s));
@@ -130,6 +138,7 @@ void tst_MenuItems::describeItems()
     describeFile();
     describeEdit();
     describeView();
+    describeTools();
 }
 
 void tst_MenuItems::describeFile()
@@ -231,14 +240,53 @@ void tst_MenuItems::describeView()
     m_items[u"mnuViewDocumentHTML"_s] = {{}, [] { return Forms::named("frmSource").size() == 1; }};
 }
 
-/// The items of the three menus.
+/// A check mark that comes with the effect, or goes with it.
+void tst_MenuItems::describeSwitch(const QString &item, const std::function<bool()> &effect)
+{
+    m_items[item] = {
+        [this, item] { m_was = action(item)->isChecked(); },
+        [this, item, effect] { return action(item)->isChecked() != m_was && effect(); }};
+}
+
+void tst_MenuItems::describeTools()
+{
+    const auto setting = [this](const char *key, const QString &value) {
+        return m_session->folder.setting(u"Settings"_s, QLatin1String(key)) == value;
+    };
+    const auto engine = [this]() -> WebBrowser & { return *m_session->active()->brwWebBrowser(); };
+    m_items[u"mnuToolsOptions"_s] = {{}, [] { return dialogIs("frmOptions"); }};
+    m_items[u"mnuToolsSmartPopupBlockerList"_s] = {{}, [] { return dialogIs("frmBlockedURLs"); }};
+    const auto pageIs = [](int page) {
+        return dialogIs("frmInternetOptions")
+            && QApplication::activeModalWidget()->findChild<QTabWidget *>()->currentIndex() == page;
+    };
+    m_items[u"mnuToolsInternetOptions"_s] = {{}, [pageIs] { return pageIs(0); }};
+    m_items[u"mnuToolsAdvancedInternetOptions"_s] = {{}, [pageIs] { return pageIs(1); }};
+    describeSwitch(u"mnuToolsAddPagesToHistory"_s, [this, setting] {
+        return m_session->frame->brwFlags() == NavFlags::NoHistory
+            && setting("AddToHistory", u"False"_s);
+    });
+    describeSwitch(u"mnuToolsAddFilesToCache"_s, [this, setting] {
+        return m_session->frame->brwFlags() == NavFlags::NoHistory
+            && setting("AddToCache", u"False"_s);
+    });
+    describeSwitch(u"mnuToolsKillPopUps"_s, [this] {
+        return m_session->frame->findChild<ToolBar *>(u"tbFunctions"_s)
+            ->isPressed(u"PopupKiller"_s);
+    });
+    describeSwitch(u"mnuToolsSmartPopupKiller"_s, [] { return true; });
+    describeSwitch(u"mnuToolsMaximizeCatcher"_s, [] { return true; });
+    describeSwitch(u"mnuToolsScriptErrorSuppress"_s, [engine] { return engine().Silent(); });
+}
+
+/// The items of the four menus.
 QList<MenuEntry> tst_MenuItems::entries()
 {
     QList<MenuEntry> result;
     for (const MenuEntry &entry : menuTable()) {
         const QByteArray name = entry.name;
-        const bool isHere =
-            name.startsWith("mnuFile") || name.startsWith("mnuEdit") || name.startsWith("mnuView");
+        const bool isHere = name.startsWith("mnuFile") || name.startsWith("mnuEdit")
+            || name.startsWith("mnuView") || name.startsWith("mnuTools");
         if (isHere && (entry.kind == MenuEntry::Kind::Item || entry.kind == MenuEntry::Kind::Check))
             result.append(entry);
     }

@@ -1,0 +1,232 @@
+// Navigations that turn out to be files to keep, against a real server.
+#include "EngineProfile.h"
+#include "EngineTest.h"
+#include "QtWebBrowser.h"
+#include "RecordedEvents.h"
+#include "TestServer.h"
+#include "WebPage.h"
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QWebEngineDownloadRequest>
+#include <QWebEngineHistory>
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+const QByteArray paper =
+    "%PDF-1.4\n1 0 obj<</Type/Catalog/Pages 2 0 R>>endobj 2 0 obj<</Type/Pages/Kids[3 0 R]/Count 1"
+    ">>endobj 3 0 obj<</Type/Page/Parent 2 0 R/MediaBox[0 0 99 99]>>endobj\ntrailer<</Root 1 0 R>>";
+}
+
+class tst_downloads : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void connectionBreaksAfterTheWindowClosed();
+    void windowStaysOnItsPage_data();
+    void windowStaysOnItsPage();
+    void fileFromALinkLeavesThePage();
+    void windowWithoutAPageStaysWithoutOne();
+    void stalledFileLeavesTheWindowFree();
+    void pageThatIsSlowToLeave();
+    void pageThatIsSlowToLeaveKeepsItsOwnAddresses();
+    void nextPageComesAsEver();
+
+private:
+    QString url(const QString &path) const { return m_server->url(path); }
+    static QString kept(const QString &name)
+    {
+        return QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) + u'/' + name;
+    }
+    bool arrived(const QString &address) const
+    {
+        return m_events->count("complete "_L1 + address) > 0 && !m_browser->Busy();
+    }
+    void showPage();
+
+    std::unique_ptr<TestServer> m_server;
+    std::unique_ptr<QWidget> m_window;
+    std::unique_ptr<RecordedEvents> m_events;
+    QtWebBrowser *m_browser = nullptr;
+};
+
+void tst_downloads::init()
+{
+    m_server = std::make_unique<TestServer>();
+    QVERIFY(m_server->isListening());
+    m_server->page("/a", "<title>Page A</title><a id=f href=/attached.html>file</a>");
+    m_server->page("/b", "<title>Page B</title>b");
+    TestServer::Reply attached;
+    attached.headers = {{"Content-Disposition", "attachment; filename=attached.html"}};
+    attached.body = "<title>not to be shown</title>";
+    m_server->reply("/attached.html", attached);
+    TestServer::Reply bytes;
+    bytes.type = "application/octet-stream";
+    bytes.body = "bytes";
+    m_server->reply("/bytes.bin", bytes);
+    m_server->file("/paper.pdf", paper, "application/pdf");
+    m_server->redirect("/moved.bin", "/bytes.bin");
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(600, 400);
+    m_events = std::make_unique<RecordedEvents>();
+    m_browser = new QtWebBrowser(m_window.get());
+    m_browser->setEvents(m_events.get());
+    m_browser->widget()->setGeometry(m_window->rect());
+    m_window->show();
+}
+
+void tst_downloads::cleanup()
+{
+    m_window.reset();
+    m_events.reset();
+    m_server.reset();
+    QDir(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)).removeRecursively();
+}
+
+void tst_downloads::showPage()
+{
+    m_browser->Navigate(url(u"/a"_s));
+    QTRY_VERIFY(arrived(url(u"/a"_s)));
+    QTRY_COMPARE(m_events->titles.value(m_events->titles.size() - 1), u"Page A"_s);
+    m_events->lines.clear();
+}
+
+void tst_downloads::windowStaysOnItsPage_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("file");
+    QTest::newRow("attachment") << u"/attached.html"_s << u"attached.html"_s;
+    QTest::newRow("bytes") << u"/bytes.bin"_s << u"bytes.bin"_s;
+    QTest::newRow("after a redirection") << u"/moved.bin"_s << u"bytes.bin"_s;
+    QTest::newRow("PDF not shown in the page") << u"/paper.pdf"_s << u"paper.pdf"_s;
+}
+
+void tst_downloads::windowStaysOnItsPage()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, file);
+    showPage();
+    m_browser->page()->settings()->setAttribute(QWebEngineSettings::PdfViewerEnabled, false);
+    m_browser->Navigate(url(path));
+    QTRY_VERIFY(QFile::exists(kept(file)));
+    QTRY_VERIFY(!m_browser->Busy());
+    QTRY_COMPARE(m_browser->LocationURL(), url(u"/a"_s));
+    QTRY_COMPARE(m_browser->page()->url().toString(), url(u"/a"_s));
+    QCOMPARE(m_browser->LocationURL(), url(u"/a"_s));
+    QCOMPARE(m_events->navigation(), QStringList("before "_L1 + url(path)));
+    QVERIFY(m_browser->HasDocument());
+    QCOMPARE(m_browser->page()->history()->count(), 1);
+    QVERIFY2(!m_events->statuses.last().contains(path), qPrintable(m_events->statuses.last()));
+}
+
+void tst_downloads::fileFromALinkLeavesThePage()
+{
+    showPage();
+    m_browser->page()->runJavaScript(u"document.getElementById('f').click()"_s);
+    QTRY_VERIFY(QFile::exists(kept(u"attached.html"_s)));
+    QTRY_VERIFY(!m_browser->Busy());
+    QTRY_COMPARE(m_browser->LocationURL(), url(u"/a"_s));
+    QCOMPARE(m_events->navigation(), QStringList("before "_L1 + url(u"/attached.html"_s)));
+}
+
+void tst_downloads::windowWithoutAPageStaysWithoutOne()
+{
+    m_browser->Navigate(url(u"/bytes.bin"_s));
+    QTRY_VERIFY(QFile::exists(kept(u"bytes.bin"_s)));
+    QTRY_VERIFY(!m_browser->Busy());
+    QCOMPARE(m_events->navigation(), QStringList("before "_L1 + url(u"/bytes.bin"_s)));
+    QCOMPARE(m_browser->LocationURL(), QString());
+    QVERIFY(!m_browser->HasDocument());
+}
+
+/// The window is free as soon as it is known to be a file, however long that takes to come.
+void tst_downloads::stalledFileLeavesTheWindowFree()
+{
+    TestServer::Reply stalled;
+    // Of a kind that is not judged by its first bytes.
+    stalled.type = "application/x-parcel";
+    stalled.stallAfterHeaders = true;
+    m_server->reply("/stalled.bin", stalled);
+    showPage();
+    m_browser->Navigate(url(u"/stalled.bin"_s));
+    QTRY_COMPARE(m_server->count("/stalled.bin"), 1);
+    QTRY_VERIFY(!m_browser->Busy());
+    QTRY_COMPARE(m_browser->LocationURL(), url(u"/a"_s));
+    QCOMPARE(m_events->navigation(), QStringList("before "_L1 + url(u"/stalled.bin"_s)));
+}
+
+/// The engine takes the file up again by itself.
+void tst_downloads::connectionBreaksAfterTheWindowClosed()
+{
+    TestServer::Reply stalled;
+    stalled.type = "application/x-parcel";
+    stalled.stallAfterHeaders = true;
+    m_server->reply("/stalled.bin", stalled);
+    const QSignalSpy requests(engineProfile(), &QWebEngineProfile::downloadRequested);
+    showPage();
+    m_browser->Navigate(url(u"/stalled.bin"_s));
+    QTRY_COMPARE(requests.count(), 1);
+    QTRY_VERIFY(!m_browser->Busy());
+    m_window.reset();
+    m_server.reset();
+    QTRY_VERIFY(requests.count() > 1);
+}
+
+/// The engine asks such a page before anything else, and names the other address meanwhile.
+void tst_downloads::pageThatIsSlowToLeave()
+{
+    m_server->page("/slow",
+                   "<title>Slow</title><script>addEventListener('beforeunload', () => {"
+                   "const start = Date.now(); while (Date.now() - start < 200); })</script>");
+    const QString slow = url(u"/slow"_s);
+    m_browser->Navigate(slow);
+    QTRY_VERIFY(arrived(slow));
+    m_events->lines.clear();
+    m_browser->Navigate(url(u"/bytes.bin"_s));
+    QTRY_VERIFY(QFile::exists(kept(u"bytes.bin"_s)));
+    QTRY_VERIFY(!m_browser->Busy());
+    QCOMPARE(m_browser->LocationURL(), slow);
+    QCOMPARE(m_events->navigation(), QStringList("before "_L1 + url(u"/bytes.bin"_s)));
+    m_events->lines.clear();
+    const QString next = url(u"/b"_s);
+    m_browser->Navigate(next);
+    QTRY_VERIFY(arrived(next));
+    QCOMPARE(m_events->navigation(),
+             QStringList({"before "_L1 + next, "navigated "_L1 + next, "complete "_L1 + next}));
+}
+
+void tst_downloads::pageThatIsSlowToLeaveKeepsItsOwnAddresses()
+{
+    m_server->page("/slow",
+                   "<title>Slow</title><script>addEventListener('beforeunload', () => {"
+                   "history.pushState(null, '', '/pushed'); })</script>");
+    m_browser->Navigate(url(u"/slow"_s));
+    QTRY_VERIFY(arrived(url(u"/slow"_s)));
+    m_browser->Navigate(url(u"/bytes.bin"_s));
+    QTRY_VERIFY(QFile::exists(kept(u"bytes.bin"_s)));
+    QTRY_VERIFY(!m_browser->Busy());
+    QTRY_COMPARE(m_browser->LocationURL(), url(u"/pushed"_s));
+}
+
+void tst_downloads::nextPageComesAsEver()
+{
+    showPage();
+    m_browser->Navigate(url(u"/bytes.bin"_s));
+    QTRY_VERIFY(QFile::exists(kept(u"bytes.bin"_s)));
+    QTRY_VERIFY(!m_browser->Busy());
+    m_events->lines.clear();
+    const QString next = url(u"/b"_s);
+    m_browser->Navigate(next);
+    QTRY_VERIFY(arrived(next));
+    QCOMPARE(m_events->navigation(),
+             QStringList({"before "_L1 + next, "navigated "_L1 + next, "complete "_L1 + next}));
+    QCOMPARE(m_browser->LocationURL(), next);
+}
+
+ORVANE_ENGINE_TEST_MAIN(tst_downloads)
+#include "tst_downloads.moc"
