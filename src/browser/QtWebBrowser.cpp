@@ -227,8 +227,11 @@ void QtWebBrowser::setShown(bool shown)
     applyShown();
 }
 
+/// A page that can be heard goes on as if it were seen.
 void QtWebBrowser::applyShown()
 {
-    if (m_page && m_view && m_view->isVisible())
-        m_page->setVisible(m_shown || m_page->recentlyAudible());
+    if (!m_page || !m_view)
+        return;
+    const bool inSight = m_shown && m_view->isVisible() && !m_view->window()->isMinimized();
+    m_page->setVisible(inSight || m_page->recentlyAudible());
 }

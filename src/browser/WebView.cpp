@@ -68,6 +68,12 @@ void WebView::dragEnterEvent(QDragEnterEvent *event)
         QWebEngineView::dragEnterEvent(event);
 }
 
+void WebView::hideEvent(QHideEvent *event)
+{
+    QWebEngineView::hideEvent(event);
+    emit wasHidden();
+}
+
 /// A page of another site comes with another widget inside the view, and the focus that the old
 /// one had is lost (QTBUG-122153).
 void WebView::keepFocus()

@@ -2,8 +2,9 @@
 
 #include <QWebEngineView>
 
-/// The widget that paints a page; tells when the keyboard focus comes to the page. Everything may
-/// be dropped on the page but a profile file, which is the frame's.
+/// The widget that paints a page; tells when the keyboard focus comes to the page, and when
+/// the page has been told that it is hidden. Everything may be dropped on the page but a profile
+/// file, which is the frame's.
 class WebView : public QWebEngineView {
     Q_OBJECT
 
@@ -12,10 +13,12 @@ public:
 
 signals:
     void gotFocus();
+    void wasHidden();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
     bool holdsFocus(const QWidget *focus) const;
