@@ -11,6 +11,8 @@
 #include <QPushButton>
 #include <QTcpServer>
 #include <QWebEngineHistory>
+#include <QWebEngineView>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +25,7 @@ private slots:
     void unreachable_data();
     void unreachable();
     void tryAgainLoadsThePage();
+    void tryAgainByMouse();
     void refreshTriesAgain();
     void backLeavesTheErrorPage();
     void certificateIsRefused();
@@ -31,12 +34,14 @@ private slots:
     void hugeTitle();
     void titleChangingWithoutEnd();
     void endedPageCanBeReloaded();
+    void reloadByMouse();
     void loginIsAskedLater();
 
 private:
     QString script(const QString &code);
     QtWebBrowser *browser() { return static_cast<QtWebBrowser *>(m_form->brwWebBrowser()); }
     void openAndWait(const QString &url);
+    void clickInPage(const QString &id);
 
     std::unique_ptr<TestServer> m_server;
     std::unique_ptr<FakeFrame> m_frame;
@@ -73,6 +78,23 @@ void tst_badpages::openAndWait(const QString &url)
 {
     browser()->Navigate(url);
     QTRY_VERIFY(browser()->HasDocument() && !browser()->Busy());
+}
+
+/// Clicks on an element as a user does, if it is there; a page takes the mouse once it is painted.
+void tst_badpages::clickInPage(const QString &id)
+{
+    const QStringList middle =
+        script(
+            u"(() => { const r = document.getElementById('%1')?.getBoundingClientRect();"
+            "return r ? [r.x + r.width / 2, r.y + r.height / 2].map(Math.round).join() : '' })()"_s
+                .arg(id))
+            .split(u',');
+    if (middle.size() != 2)
+        return;
+    const QPoint inPage(middle.at(0).toInt(), middle.at(1).toInt());
+    QWidget *view = browser()->widget()->findChild<QWebEngineView *>();
+    QTest::mouseClick(m_frame->window()->windowHandle(), Qt::LeftButton, {},
+                      view->mapTo(m_frame->window(), inPage));
 }
 
 void tst_badpages::unreachable_data()
@@ -126,6 +148,22 @@ void tst_badpages::tryAgainLoadsThePage()
     QTRY_COMPARE(m_form->windowTitle(), u"At last"_s);
     QCOMPARE(browser()->LocationURL(), url);
     QCOMPARE(browser()->page()->history()->count(), 1);
+}
+
+void tst_badpages::tryAgainByMouse()
+{
+    TestServer::Reply hangUp;
+    hangUp.hangUp = true;
+    m_server->reply("/later", hangUp);
+    QVERIFY(QTest::qWaitForWindowActive(m_frame->window()));
+    openAndWait(m_server->url(u"/later"_s));
+    QTRY_COMPARE(script(u"!!document.getElementById('tryAgain')"_s), u"true"_s);
+    m_server->page("/later", "<title>At last</title>");
+    QTRY_VERIFY([&] {
+        if (m_form->windowTitle() != "At last"_L1)
+            clickInPage(u"tryAgain"_s);
+        return m_form->windowTitle() == "At last"_L1;
+    }());
 }
 
 void tst_badpages::refreshTriesAgain()
@@ -225,6 +263,24 @@ void tst_badpages::endedPageCanBeReloaded()
     browser()->Navigate(m_server->url(u"/a"_s));
     QTRY_COMPARE(m_server->count("/a"), before + 1);
     QTRY_VERIFY(!m_form->findChild<QPushButton *>(u"cmdReload"_s));
+}
+
+void tst_badpages::reloadByMouse()
+{
+    openAndWait(m_server->url(u"/a"_s));
+    QVERIFY(QTest::qWaitForWindowActive(m_frame->window()));
+    browser()->page()->load(QUrl(u"chrome://kill"_s));
+    QPushButton *reload = nullptr;
+    QTRY_VERIFY((reload = m_form->findChild<QPushButton *>(u"cmdReload"_s)));
+    QTRY_VERIFY(reload->isVisible() && !reload->visibleRegion().isEmpty());
+    const int before = m_server->count("/a");
+    QTest::mouseClick(m_frame->window()->windowHandle(), Qt::LeftButton, {},
+                      reload->mapTo(m_frame->window(), reload->rect().center()));
+    QTRY_COMPARE(m_server->count("/a"), before + 1);
+    QTRY_VERIFY(!m_form->findChild<QPushButton *>(u"cmdReload"_s));
+    QTRY_VERIFY(!browser()->Busy());
+    QCOMPARE(browser()->LocationURL(), m_server->url(u"/a"_s));
+    QCOMPARE(m_form->windowTitle(), u"Page A"_s);
 }
 
 void tst_badpages::loginIsAskedLater()
