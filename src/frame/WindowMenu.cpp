@@ -68,10 +68,20 @@ void bringToFront(Frame &frame, QMdiSubWindow *window)
     frame.setAddressText(browser->brwWebBrowser()->LocationURL());
 }
 
+/// A window as the list of windows names it: by its caption, or by what else is known of its page.
+QString listedName(const QMdiSubWindow &child)
+{
+    QString name = child.windowTitle().simplified();
+    const auto *browser = qobject_cast<const frmBrowser *>(&child);
+    if (name.isEmpty() && browser)
+        name = browser->brwWebBrowser()->LocationURL().simplified();
+    return name.isEmpty() ? u"Loading..."_s : name;
+}
+
 void addWindowItem(QMenu &menu, Frame &frame, QMdiSubWindow *child, bool active)
 {
     const QFontMetrics metrics = menu.fontMetrics();
-    const QString caption = child->windowTitle().simplified();
+    const QString caption = listedName(*child);
     const QString shown = metrics.elidedText(caption.left(4 * captionLetters), Qt::ElideMiddle,
                                              captionLetters * metrics.averageCharWidth());
     QAction *item = menu.addAction(QString(shown).replace(u'&', u"&&"_s));

@@ -138,6 +138,7 @@ private slots:
     void minimizeAllLeavesOtherForms();
     void arrangements();
     void openBrowsersListsWindows();
+    void openBrowsersNamesUntitledWindows();
     void openBrowsersActivates();
     void openBrowsersWithoutWindows();
     void openBrowsersLongTitles();
@@ -261,6 +262,15 @@ void tst_WindowMenu::openBrowsersListsWindows()
     two->close();
     QTRY_COMPARE(m_frame->area->childWindows().size(), 2);
     QCOMPARE(listed().size(), 2);
+}
+
+void tst_WindowMenu::openBrowsersNamesUntitledWindows()
+{
+    frmBrowser *window = m_frame->open(u"  "_s);
+    TestFrame::page(window)->location = u"http://host/a&b"_s;
+    QCOMPARE(listed(), QStringList{u"*http://host/a&&b"_s});
+    TestFrame::page(window)->location.clear();
+    QCOMPARE(listed(), QStringList{u"*Loading..."_s});
 }
 
 void tst_WindowMenu::openBrowsersActivates()

@@ -25,6 +25,7 @@ private slots:
     void closeLeavesTheSourceWindow();
     void closeAllTakesTheSourceWindow();
     void closeAllLeavesAnOpenModalDialog();
+    void closeAllLeavesClosedDialogsClosed();
     void closeNeverPrompts();
     void fileItemsWithoutAWindow();
     void exitAsks();
@@ -156,6 +157,24 @@ void tst_WindowCommands::closeAllLeavesAnOpenModalDialog()
     QTRY_COMPARE(m_session->windows(), 0);
     QCOMPARE(Forms::named("frmOpenURL").size(), 1);
     QVERIFY(Forms::named("frmOpenURL").first()->isVisible());
+}
+
+/// A dialog is a loaded form until it is deleted, a turn of the event loop after it was closed.
+void tst_WindowCommands::closeAllLeavesClosedDialogsClosed()
+{
+    m_session->choose("mnuHelpAbout");
+    m_session->choose("mnuFileOpen");
+    const QPointer<QWidget> about = Forms::named("frmAbout").value(0);
+    const QPointer<QWidget> openUrl = Forms::named("frmOpenURL").value(0);
+    QVERIFY(about && openUrl);
+    openUrl->close();
+    about->close();
+    QVERIFY(Forms::all().contains(about) && Forms::all().contains(openUrl));
+    m_session->frame->run(u"mnuFileCloseAll"_s);
+    QVERIFY(!about || !about->isVisible());
+    QVERIFY(!openUrl || !openUrl->isVisible());
+    QTRY_VERIFY(!about && !openUrl);
+    QTRY_COMPARE(Forms::all(), QList<QWidget *>{m_session->frame.get()});
 }
 
 void tst_WindowCommands::closeNeverPrompts()
