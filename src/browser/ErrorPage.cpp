@@ -3,8 +3,10 @@
 #include "Language.h"
 #include "PageScripts.h"
 
+#include <QGuiApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPalette>
 #include <QUrl>
 #include <QWebEngineLoadingInfo>
 #include <QWebEnginePage>
@@ -62,12 +64,14 @@ namespace ErrorPage {
 void show(QWebEnginePage *page, const QUrl &url, const QWebEngineLoadingInfo &info)
 {
     const QString name = url.host().isEmpty() ? url.toDisplayString() : url.host();
+    const bool isDark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
     const QJsonObject texts{
         {u"title"_s, name},
         {u"heading"_s, translated(u"strHeading"_s, u"This page cannot be shown"_s)},
         {u"reason"_s, reasonFor(info.errorCode())},
         {u"address"_s, url.toDisplayString()},
         {u"again"_s, translated(u"cmdTryAgain"_s, u"Try Again"_s)},
+        {u"scheme"_s, isDark ? u"dark"_s : u"light"_s},
     };
     const QString json = QString::fromUtf8(QJsonDocument(texts).toJson(QJsonDocument::Compact));
     page->runJavaScript(PageScripts::source(u"error-page.js"_s).replace("%TEXTS%"_L1, json),

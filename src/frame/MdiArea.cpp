@@ -2,6 +2,7 @@
 
 #include "CoveredWindows.h"
 #include "Language.h"
+#include "TitleBarStyle.h"
 
 #include <QAction>
 #include <QApplication>
@@ -18,7 +19,9 @@ using namespace Qt::StringLiterals;
 
 MdiArea::MdiArea(QWidget *parent)
     : QMdiArea(parent)
+    , m_titleBarStyle(new TitleBarStyle)
 {
+    m_titleBarStyle->setParent(this);
     setActivationOrder(QMdiArea::CreationOrder);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -54,6 +57,7 @@ void MdiArea::adopt(QMdiSubWindow *child)
 {
     const bool placed = child->testAttribute(Qt::WA_Resized) || child->testAttribute(Qt::WA_Moved);
     addSubWindow(child);
+    child->setStyle(m_titleBarStyle);
     if (!placed)
         child->setGeometry(cascadePlace(m_adopted++));
     // The system menu's own keys would make those of the frame's menus ambiguous.

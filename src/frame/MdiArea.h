@@ -5,6 +5,8 @@
 #include <QMdiArea>
 #include <QPointer>
 
+class TitleBarStyle;
+
 /// The frame's area of inner windows, with the behaviour of a classic multiple-document frame.
 /// Ctrl+F4 closes the active child; Ctrl+F6 and Ctrl+Tab (with Shift: backwards) go round the
 /// children in the order of their creation.
@@ -63,5 +65,6 @@ private:
     /// What was last reported; compared only, never used as a window.
     const QObject *m_reported = nullptr;
     bool m_reportedIsGone = false;
+    TitleBarStyle *m_titleBarStyle = nullptr;
     int m_adopted = 0;
 };

@@ -9,6 +9,7 @@
 #include <QMenuBar>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QStyle>
 #include <QTest>
 #include <QTextEdit>
 #include <QVBoxLayout>
@@ -108,6 +109,7 @@ private slots:
     void activeChildChangedIsSentOnce();
     void childrenAreInCreationOrder();
     void scrollBarsAsNeeded();
+    void titleBarButtonsAreSeenInTheDark();
 
 private:
     std::unique_ptr<Window> m_window;
@@ -520,6 +522,36 @@ void tst_MdiArea::scrollBarsAsNeeded()
     QTRY_VERIFY(m_window->area->horizontalScrollBar()->isVisible());
     child->move(0, 0);
     QTRY_VERIFY(!m_window->area->horizontalScrollBar()->isVisible());
+}
+
+void tst_MdiArea::titleBarButtonsAreSeenInTheDark()
+{
+    if (QApplication::style()->name() != "fusion"_L1)
+        QSKIP("another style than the usual one");
+    const QPalette before = QApplication::palette();
+    const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
+    const QColor dark(50, 50, 50);
+    QApplication::setPalette(QPalette(dark));
+    QMdiSubWindow *inactive = m_window->open();
+    QTRY_COMPARE(inactive->palette().color(QPalette::Window), dark);
+    m_window->open();
+    m_window->area->arrange(Arrange::TileVertical);
+    QVERIFY(m_window->area->activeChild() != inactive);
+    const auto lightest = [inactive] {
+        const int height = inactive->style()->pixelMetric(QStyle::PM_TitleBarHeight);
+        const QRect close(inactive->width() - height, 6, height - 8, height - 10);
+        const QImage image = inactive->grab(close).toImage();
+        int result = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                result = std::max(result, qGray(image.pixel(x, y)));
+        }
+        return result;
+    };
+    const int shown = lightest();
+    inactive->setStyle(nullptr);
+    const int usual = lightest();
+    QVERIFY2(shown > usual + 60, qPrintable(u"%1, in the usual style %2"_s.arg(shown).arg(usual)));
 }
 
 QTEST_MAIN(tst_MdiArea)

@@ -14,11 +14,10 @@
     const head = make('head', '', root);
     make('title', text.title, head);
     make('style', `
-        :root { color-scheme: light dark; }
+        :root { color-scheme: ${text.scheme}; background: Canvas; }
         body { font: 15px/1.5 sans-serif; max-width: 38em; margin: 4em auto; padding: 0 1.5em; }
         h1 { font-size: 1.4em; }
         code { overflow-wrap: anywhere; }
-        @media (prefers-color-scheme: dark) { body { background: #1f1f1f; color: #e8e8e8; } }
     `, head);
     const body = make('body', '', root);
     const main = make('main', '', body);

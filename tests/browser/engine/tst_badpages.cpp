@@ -24,6 +24,7 @@ private slots:
     void cleanup();
     void unreachable_data();
     void unreachable();
+    void errorPageIsAsDarkAsTheProgram();
     void tryAgainLoadsThePage();
     void tryAgainByMouse();
     void refreshTriesAgain();
@@ -133,6 +134,22 @@ void tst_badpages::unreachable()
     QCOMPARE(browser()->page()->history()->count(), 1);
     openAndWait(m_server->url(u"/a"_s));
     QTRY_COMPARE(m_form->windowTitle(), u"Page A"_s);
+}
+
+void tst_badpages::errorPageIsAsDarkAsTheProgram()
+{
+    const QString brightness =
+        u"getComputedStyle(document.documentElement).backgroundColor.match(/\\d+/)[0]"_s;
+    const QPalette before = QApplication::palette();
+    const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
+    for (const bool dark : {false, true}) {
+        QApplication::setPalette(QPalette(dark ? QColor(50, 50, 50) : QColor(240, 240, 240)));
+        openAndWait(u"http://nowhere.invalid/"_s);
+        QTRY_COMPARE(script(u"!!document.getElementById('tryAgain')"_s), u"true"_s);
+        QCOMPARE(script(brightness).toInt() < 128, dark);
+        openAndWait(m_server->url(u"/a"_s));
+        QTRY_COMPARE(m_form->windowTitle(), u"Page A"_s);
+    }
 }
 
 void tst_badpages::tryAgainLoadsThePage()
