@@ -23,7 +23,8 @@ void refreshNow(QMdiArea *area)
         auto *browserWindow = qobject_cast<frmBrowser *>(*window);
         if (browserWindow && !browserWindow->isUnloaded()) {
             const QRegion page(pageOf(*browserWindow) & area->viewport()->rect());
-            browserWindow->brwWebBrowser()->setShown(!page.subtracted(covered).isEmpty());
+            browserWindow->brwWebBrowser()->setShown(!browserWindow->isMinimized()
+                                                     && !page.subtracted(covered).isEmpty());
         }
         if (!(*window)->isHidden())
             covered += (*window)->geometry();

@@ -40,7 +40,7 @@ void QtWebBrowser::usePage(WebPage *page)
         if (m_events)
             m_events->GotFocus();
     });
-    connect(m_view, &WebView::wasHidden, this, &QtWebBrowser::applyShown);
+    connect(m_view, &WebView::visibleChanged, this, &QtWebBrowser::applyShown);
     m_host->setView(m_view);
     applyShown();
 }

@@ -68,10 +68,18 @@ void WebView::dragEnterEvent(QDragEnterEvent *event)
         QWebEngineView::dragEnterEvent(event);
 }
 
+/// Not the base class's, which would wake the pages of a hundred windows that are restored at once,
+/// nearly all of them covered.
+void WebView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    emit visibleChanged();
+}
+
 void WebView::hideEvent(QHideEvent *event)
 {
-    QWebEngineView::hideEvent(event);
-    emit wasHidden();
+    QWidget::hideEvent(event);
+    emit visibleChanged();
 }
 
 /// A page of another site comes with another widget inside the view, and the focus that the old

@@ -13,11 +13,13 @@ public:
 
 signals:
     void gotFocus();
-    void wasHidden();
+    /// The view came into sight or went; whether its page is to know is the owner's to say.
+    void visibleChanged();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private:

@@ -33,6 +33,7 @@ void tst_softwarebackend::pageIsPaintedWithoutOpenGl()
     WebView view(page.get(), &window);
     view.resize(window.size());
     window.show();
+    page->setVisible(true); // what shows a page is its control's, and here is none
     page->setHtml(u"<body style='background:#123456'>"_s);
     QTRY_COMPARE_WITH_TIMEOUT(window.grab().toImage().pixelColor(100, 50), QColor(0x12, 0x34, 0x56),
                               30000);
