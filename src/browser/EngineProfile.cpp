@@ -109,11 +109,6 @@ WebPage *takePage()
     return std::exchange(theSparePage, nullptr);
 }
 
-WebPage *takePageToLoad()
-{
-    return theSparePage ? std::exchange(theSparePage, nullptr) : new WebPage(engineProfile());
-}
-
 void prepareSparePage()
 {
     if (theSparePage)

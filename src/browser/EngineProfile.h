@@ -19,10 +19,6 @@ bool engineProfileIsStored();
 /// page where there is one.
 WebPage *takePage();
 
-/// A page that is going to load an address, which starts its process: the spare page where there is
-/// one.
-WebPage *takePageToLoad();
-
 /// Prepares the next page for `takePage`.
 void prepareSparePage();
 

@@ -92,7 +92,7 @@ void QtWebBrowser::Navigate(const QString &url)
         return;
     }
     if (!m_page)
-        usePage(takePageToLoad());
+        usePage(takePage());
     const bool blank = address.scheme() == "about"_L1;
     m_handedOver = blank ? QUrl() : address;
     if (blank && !askForBlank(address)) {

@@ -120,6 +120,8 @@ void tst_MenuItems::selectField()
 {
     // A page hears of its focus only while its window is active, which may come late.
     const auto taken = [this] {
+        m_session->frame->activateWindow();
+        m_session->active()->brwWebBrowser()->SetFocus();
         ask(u"f = document.getElementById('f'), f.blur(), f.focus(), f.select()"_s);
         return page().selectedText() == "field"_L1
             && m_session->active()->brwWebBrowser()->QueryStatusWB(OleCmd::Cut) == 3;
