@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <QSemaphore>
 #include <QThread>
 #include <algorithm>
 #include <atomic>
@@ -19,7 +20,7 @@ public:
     }
     ~Pulse() override
     {
-        m_ended = true;
+        m_end.release();
         m_thread->wait();
         delete m_thread;
     }
@@ -31,14 +32,13 @@ private:
     void beat()
     {
         constexpr int everyMs = 2;
-        while (!m_ended) {
+        do {
             // The next question only after the answer: a long hold is one, not many.
             if (!m_asked.exchange(true)) {
                 const qint64 sent = m_clock.nsecsElapsed();
                 QMetaObject::invokeMethod(this, [this, sent] { answer(sent); });
             }
-            QThread::msleep(everyMs);
-        }
+        } while (!m_end.tryAcquire(1, everyMs));
     }
     void answer(qint64 sent)
     {
@@ -47,8 +47,8 @@ private:
     }
 
     QElapsedTimer m_clock;
+    QSemaphore m_end;
     QThread *m_thread;
     std::atomic<bool> m_asked = false;
-    std::atomic<bool> m_ended = false;
     qint64 m_longest = 0;
 };

@@ -3,14 +3,16 @@
 #include "Log.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
-#include <QThread>
+#include <chrono>
 
 #ifdef Q_OS_UNIX
 #include <cerrno>
 #include <fcntl.h>
+#include <future>
+#include <memory>
 #include <sys/file.h>
+#include <thread>
 #include <unistd.h>
 #endif
 
@@ -18,10 +20,29 @@ using namespace Qt::StringLiterals;
 
 namespace {
 // A write takes milliseconds; whoever holds a lock this long is stopped or hangs.
-constexpr int longestWait = 3000;
+constexpr std::chrono::milliseconds longestWait(3000);
 }
 
 #ifdef Q_OS_UNIX
+
+namespace {
+/// Waits for the lock in a thread of its own, which nobody else can be made to give up on. One that
+/// comes too late is released with the descriptor it came for.
+bool lockComesInTime(int folder)
+{
+    auto lock = std::make_shared<std::promise<bool>>();
+    std::future<bool> comes = lock->get_future();
+    std::thread([lock, own = ::dup(folder)] {
+        int result = 0;
+        do {
+            result = ::flock(own, LOCK_EX);
+        } while (result != 0 && errno == EINTR);
+        lock->set_value(result == 0);
+        ::close(own);
+    }).detach();
+    return comes.wait_for(longestWait) == std::future_status::ready && comes.get();
+}
+}
 
 FolderLock::FolderLock(const QString &folder)
     : m_folder(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
@@ -30,18 +51,11 @@ FolderLock::FolderLock(const QString &folder)
         qCWarning(lcFiles) << "cannot open" << folder << "to write in it";
         return;
     }
-    QElapsedTimer waited;
-    waited.start();
-    int result = ::flock(m_folder, LOCK_EX | LOCK_NB);
-    while (result != 0 && (errno == EWOULDBLOCK || errno == EINTR)) {
-        if (waited.elapsed() > longestWait) {
-            qCWarning(lcFiles) << "another program keeps" << folder << "locked";
-            return;
-        }
-        QThread::usleep(500);
-        result = ::flock(m_folder, LOCK_EX | LOCK_NB);
-    }
-    m_held = true;
+    const bool isTaken =
+        ::flock(m_folder, LOCK_EX | LOCK_NB) != 0 && (errno == EWOULDBLOCK || errno == EINTR);
+    m_held = !isTaken || lockComesInTime(m_folder);
+    if (!m_held)
+        qCWarning(lcFiles) << "another program keeps" << folder << "locked";
 }
 
 FolderLock::~FolderLock()
@@ -55,7 +69,7 @@ FolderLock::~FolderLock()
 FolderLock::FolderLock(const QString &folder)
     : m_file(std::make_unique<QLockFile>(QDir(folder).filePath(u".orvane.lock"_s)))
 {
-    m_held = m_file->tryLock(longestWait);
+    m_held = m_file->tryLock(int(longestWait.count()));
     if (!m_held)
         qCWarning(lcFiles) << "cannot lock" << folder;
 }

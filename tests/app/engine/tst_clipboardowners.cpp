@@ -6,7 +6,6 @@
 #include <QWebEngineView>
 #include <csignal>
 #include <optional>
-#include <thread>
 
 #include "../Session.h"
 #include "EngineTest.h"
@@ -202,16 +201,12 @@ void tst_ClipboardOwners::ownerThatDoesNotAnswer()
 
 void tst_ClipboardOwners::ownerThatDiesWhenAsked()
 {
-    own(u"hang"_s);
-    const pid_t owner = pid_t(m_owner->processId());
-    std::thread killer([owner] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        ::kill(owner, SIGKILL);
-    });
+    own(u"die"_s);
     openMenus();
     pasteStatus();
     m_session->choose("mnuEditPaste");
-    killer.join();
+    QVERIFY(m_owner->waitForFinished());
+    QCOMPARE(m_owner->exitStatus(), QProcess::CrashExit);
     m_ownerIsGone = true;
     QCOMPARE(field(), u"one"_s);
     endOwner();
@@ -246,12 +241,25 @@ void tst_ClipboardOwners::imageOnly()
 }
 
 namespace {
+/// Ends its program, once it is armed, at the first question what there is.
+class DeadlyData : public QMimeData {
+public:
+    bool armed = false;
+
+    QStringList formats() const override
+    {
+        if (armed)
+            ::raise(SIGKILL);
+        return QMimeData::formats();
+    }
+};
+
 /// Owns the clipboard until it is killed.
 int ownClipboard(int argc, char **argv)
 {
     QGuiApplication app(argc, argv);
     const QByteArray kind = argv[2];
-    auto *data = new QMimeData;
+    auto *data = new DeadlyData;
     if (kind == "image")
         data->setImageData(QImage(64, 64, QImage::Format_RGB32));
     else if (kind == "huge")
@@ -265,6 +273,7 @@ int ownClipboard(int argc, char **argv)
     std::fflush(stdout);
     if (kind == "hang")
         ::raise(SIGSTOP);
+    data->armed = kind == "die";
     return QCoreApplication::exec();
 }
 }
