@@ -13,6 +13,7 @@
 #include "InternetAdvancedPage.h"
 #include "InternetGeneralPage.h"
 #include "Language.h"
+#include "OptionsButtons.h"
 
 using namespace Qt::StringLiterals;
 
@@ -67,25 +68,16 @@ frmInternetOptions::frmInternetOptions(QWidget *owner)
 
 QWidget *frmInternetOptions::makeButtons()
 {
-    auto *box = new QDialogButtonBox;
-    const auto addButton = [box](const QString &name, const QString &caption,
-                                 QDialogButtonBox::ButtonRole role) {
-        QPushButton *button = box->addButton(translated(name, caption), role);
-        button->setObjectName(name);
-        return button;
-    };
-    const QPushButton *apply = addButton(u"cmdApply"_s, u"A&pply"_s, QDialogButtonBox::ApplyRole);
-    const QPushButton *cancel =
-        addButton(u"cmdCancel"_s, u"&Cancel"_s, QDialogButtonBox::RejectRole);
-    // Not the accepting role: the dialog is closed here, once the options are applied.
-    const QPushButton *save = addButton(u"cmdSave"_s, u"&Save"_s, QDialogButtonBox::YesRole);
-    connect(apply, &QPushButton::clicked, this, &frmInternetOptions::applyOptions);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::close);
-    connect(save, &QPushButton::clicked, this, [this] {
+    const OptionsButtons buttons(translated(u"cmdApply"_s, u"A&pply"_s),
+                                 translated(u"cmdCancel"_s, u"&Cancel"_s),
+                                 translated(u"cmdSave"_s, u"&Save"_s));
+    connect(buttons.cmdApply, &QPushButton::clicked, this, &frmInternetOptions::applyOptions);
+    connect(buttons.cmdCancel, &QPushButton::clicked, this, &QDialog::close);
+    connect(buttons.cmdSave, &QPushButton::clicked, this, [this] {
         if (applyOptions())
             close();
     });
-    return box;
+    return buttons.box;
 }
 
 void frmInternetOptions::openOn(Page page)

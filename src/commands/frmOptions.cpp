@@ -19,6 +19,7 @@
 #include "Frame.h"
 #include "Language.h"
 #include "LanguageFiles.h"
+#include "OptionsButtons.h"
 #include "ProgramInfo.h"
 #include "Settings.h"
 #include "WebBrowser.h"
@@ -199,27 +200,16 @@ QWidget *frmOptions::makeLanguage()
 
 QWidget *frmOptions::makeButtons()
 {
-    auto *box = new QDialogButtonBox;
-    const auto addButton = [box](const QString &name, const QString &caption,
-                                 QDialogButtonBox::ButtonRole role) {
-        QPushButton *button = box->addButton(caption, role);
-        button->setObjectName(name);
-        return button;
-    };
-    const QPushButton *apply = addButton(u"cmdApply"_s, u"&Apply"_s, QDialogButtonBox::ApplyRole);
-    const QPushButton *cancel =
-        addButton(u"cmdCancel"_s, u"&Cancel"_s, QDialogButtonBox::RejectRole);
-    // Not the accepting role: the dialog is closed here, after the settings are applied.
-    const QPushButton *save = addButton(u"cmdSave"_s, u"&Save"_s, QDialogButtonBox::YesRole);
-    connect(apply, &QPushButton::clicked, this, &frmOptions::applySettings);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::close);
-    connect(save, &QPushButton::clicked, this, [this] {
+    const OptionsButtons buttons(u"&Apply"_s, u"&Cancel"_s, u"&Save"_s);
+    connect(buttons.cmdApply, &QPushButton::clicked, this, &frmOptions::applySettings);
+    connect(buttons.cmdCancel, &QPushButton::clicked, this, &QDialog::close);
+    connect(buttons.cmdSave, &QPushButton::clicked, this, [this] {
         const QPointer<frmOptions> self = this;
         applySettings();
         if (self)
             self->close();
     });
-    return box;
+    return buttons.box;
 }
 
 void frmOptions::applyCaptions()
