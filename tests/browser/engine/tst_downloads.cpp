@@ -1,10 +1,7 @@
 // Navigations that turn out to be files to keep, against a real server.
+#include "ControlScene.h"
 #include "EngineProfile.h"
 #include "EngineTest.h"
-#include "QtWebBrowser.h"
-#include "RecordedEvents.h"
-#include "TestServer.h"
-#include "WebPage.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -49,15 +46,18 @@ private:
     }
     void showPage();
 
-    std::unique_ptr<TestServer> m_server;
-    std::unique_ptr<QWidget> m_window;
-    std::unique_ptr<RecordedEvents> m_events;
+    std::unique_ptr<ControlScene> m_scene;
+    TestServer *m_server = nullptr;
+    RecordedEvents *m_events = nullptr;
     QtWebBrowser *m_browser = nullptr;
 };
 
 void tst_downloads::init()
 {
-    m_server = std::make_unique<TestServer>();
+    m_scene = std::make_unique<ControlScene>();
+    m_server = &m_scene->server;
+    m_events = &m_scene->events;
+    m_browser = m_scene->browser;
     QVERIFY(m_server->isListening());
     m_server->page("/a", "<title>Page A</title><a id=f href=/attached.html>file</a>");
     m_server->page("/b", "<title>Page B</title>b");
@@ -71,20 +71,11 @@ void tst_downloads::init()
     m_server->reply("/bytes.bin", bytes);
     m_server->file("/paper.pdf", paper, "application/pdf");
     m_server->redirect("/moved.bin", "/bytes.bin");
-    m_window = std::make_unique<QWidget>();
-    m_window->resize(600, 400);
-    m_events = std::make_unique<RecordedEvents>();
-    m_browser = new QtWebBrowser(m_window.get());
-    m_browser->setEvents(m_events.get());
-    m_browser->widget()->setGeometry(m_window->rect());
-    m_window->show();
 }
 
 void tst_downloads::cleanup()
 {
-    m_window.reset();
-    m_events.reset();
-    m_server.reset();
+    m_scene.reset();
     QDir(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)).removeRecursively();
 }
 
@@ -172,8 +163,7 @@ void tst_downloads::connectionBreaksAfterTheWindowClosed()
     m_browser->Navigate(url(u"/stalled.bin"_s));
     QTRY_COMPARE(requests.count(), 1);
     QTRY_VERIFY(!m_browser->Busy());
-    m_window.reset();
-    m_server.reset();
+    m_scene.reset();
     QTRY_VERIFY(requests.count() > 1);
 }
 

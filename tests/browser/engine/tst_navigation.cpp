@@ -1,10 +1,7 @@
 // Navigation of the engine control, against a real server.
+#include "ControlScene.h"
 #include "EngineProfile.h"
 #include "EngineTest.h"
-#include "QtWebBrowser.h"
-#include "RecordedEvents.h"
-#include "TestServer.h"
-#include "WebPage.h"
 
 #include <QSignalSpy>
 #include <QTemporaryFile>
@@ -44,47 +41,29 @@ private slots:
     void statusTexts();
 
 private:
-    QString script(const QString &code);
+    QString script(const QString &code) { return m_scene->script(code); }
     bool arrived(const QString &url) { return m_events->count("complete "_L1 + url) > 0; }
 
-    std::unique_ptr<TestServer> m_server;
-    std::unique_ptr<QWidget> m_window;
-    std::unique_ptr<RecordedEvents> m_events;
+    std::unique_ptr<ControlScene> m_scene;
+    TestServer *m_server = nullptr;
+    RecordedEvents *m_events = nullptr;
     QtWebBrowser *m_browser = nullptr;
 };
 
 void tst_navigation::init()
 {
-    m_server = std::make_unique<TestServer>();
+    m_scene = std::make_unique<ControlScene>();
+    m_server = &m_scene->server;
+    m_events = &m_scene->events;
+    m_browser = m_scene->browser;
     QVERIFY(m_server->isListening());
     m_server->page("/a", "<title>Page A</title><a id=b href=/b>to b</a>");
     m_server->page("/b", "<title>Page B</title>b");
-    m_window = std::make_unique<QWidget>();
-    m_window->resize(600, 400);
-    m_events = std::make_unique<RecordedEvents>();
-    m_browser = new QtWebBrowser(m_window.get());
-    m_browser->setEvents(m_events.get());
-    m_browser->widget()->setGeometry(m_window->rect());
-    m_window->show();
 }
 
 void tst_navigation::cleanup()
 {
-    m_window.reset();
-    m_events.reset();
-    m_server.reset();
-}
-
-QString tst_navigation::script(const QString &code)
-{
-    QString result;
-    bool answered = false;
-    m_browser->page()->runJavaScript(code, [&](const QVariant &value) {
-        result = value.toString();
-        answered = true;
-    });
-    [&] { QTRY_VERIFY(answered); }();
-    return result;
+    m_scene.reset();
 }
 
 void tst_navigation::sparePageHasNoHistory()
