@@ -105,6 +105,13 @@ void QtWebBrowser::connectPage()
             &QtWebBrowser::onGeometryRequested);
     connect(m_page, &QWebEnginePage::printRequested, this,
             [this] { ExecWB(OleCmd::Print, OleExecOpt::Default); });
+    connect(
+        m_page, &WebPage::focusMissed, this,
+        [this] {
+            if (m_view)
+                m_view->renewFocus();
+        },
+        Qt::QueuedConnection);
     connect(m_page, &WebPage::placeRequested, this, &QtWebBrowser::onPlaceRequested);
     connect(m_page, &QWebEnginePage::windowCloseRequested, this, &QtWebBrowser::onCloseRequested);
     connect(

@@ -107,6 +107,8 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
     } else if (told->what == "edit"_L1) {
         m_editableFocus = told->value != "none"_L1;
         m_richFocus = told->value == "rich"_L1;
+    } else if (told->what == "unfocused"_L1) {
+        emit focusMissed();
     } else if (told->what == "column"_L1) {
         m_errorColumn = told->value.toInt();
     } else if (told->what == "place"_L1) {

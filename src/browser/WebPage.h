@@ -40,6 +40,8 @@ signals:
     void frameLoaded(const QString &url, bool isMainFrame);
     /// A script asks for another place or size of its window, as `scriptedPlace` takes it.
     void placeRequested(const QString &request);
+    /// The page's document has come and, as far as it knows, not the keyboard.
+    void focusMissed();
     /// The script that reads the page's source is through; `number` is as it was given to it.
     void sourceRead(int number);
     /// The button of the error page was pressed.

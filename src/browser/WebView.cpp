@@ -82,6 +82,19 @@ void WebView::hideEvent(QHideEvent *event)
     emit visibleChanged();
 }
 
+/// The engine hands the focus to the process of the page that is shown, which may still be the one
+/// before: the new page never hears of it, and the widget that has the focus is not asked again.
+void WebView::renewFocus()
+{
+    QWidget *engine = focusProxy();
+    if (!engine || !engine->hasFocus())
+        return;
+    for (const QEvent::Type type : {QEvent::FocusOut, QEvent::FocusIn}) {
+        QFocusEvent event(type, Qt::OtherFocusReason);
+        QCoreApplication::sendEvent(engine, &event);
+    }
+}
+
 /// A page of another site comes with another widget inside the view, and the focus that the old
 /// one had is lost (QTBUG-122153).
 void WebView::keepFocus()

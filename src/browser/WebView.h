@@ -11,6 +11,9 @@ class WebView : public QWebEngineView {
 public:
     WebView(QWebEnginePage *page, QWidget *parent);
 
+    /// Tells the page of the keyboard once more, where the view has it.
+    void renewFocus();
+
 signals:
     void gotFocus();
     /// The view came into sight or went; whether its page is to know is the owner's to say.

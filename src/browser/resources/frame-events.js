@@ -12,7 +12,16 @@
         hiding.replaceSync(':root { visibility: hidden; }');
         document.adoptedStyleSheets = [hiding];
     }
-    addEventListener('load', () => tell('load', location.href));
+    // Focus told to a process before its document came is lost.
+    const checkFocus = () => {
+        if (window === window.top && !document.hidden && !document.hasFocus())
+            tell('unfocused', '');
+    };
+    addEventListener('DOMContentLoaded', checkFocus);
+    addEventListener('load', () => {
+        tell('load', location.href);
+        checkFocus();
+    });
     if (window === window.top)
         visualViewport?.addEventListener('orvane-place', (event) => tell('place', event.detail));
 

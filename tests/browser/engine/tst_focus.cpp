@@ -19,6 +19,7 @@ private slots:
     void cleanup();
     void typingIsNeverInterrupted();
     void pageHasTheFocusInTheFirstWindow();
+    void pageThatMissedTheFocusIsToldAgain();
     void pageKeepsTheFocusAcrossSites();
     void pageKeepsTheFocusOnAnErrorPage();
     void fieldKeepsTheFocusAcrossSites();
@@ -134,6 +135,20 @@ void tst_focus::pageHasTheFocusInTheFirstWindow()
 {
     const frmBrowser *form = open(u"/a"_s);
     QTRY_VERIFY(pageHasFocus(form));
+    QTRY_COMPARE(script(form, u"String(document.hasFocus())"_s), u"true"_s);
+}
+
+void tst_focus::pageThatMissedTheFocusIsToldAgain()
+{
+    const frmBrowser *form = open(u"/a"_s);
+    QTRY_VERIFY(pageHasFocus(form));
+    QTRY_COMPARE(script(form, u"String(document.hasFocus())"_s), u"true"_s);
+    // The widget has the keyboard, and the page does not know.
+    QFocusEvent lost(QEvent::FocusOut, Qt::OtherFocusReason);
+    QCoreApplication::sendEvent(QApplication::focusWidget(), &lost);
+    QTRY_COMPARE(script(form, u"String(document.hasFocus())"_s), u"false"_s);
+    QVERIFY(pageHasFocus(form));
+    go(form, m_server->url(u"/a?again"_s));
     QTRY_COMPARE(script(form, u"String(document.hasFocus())"_s), u"true"_s);
 }
 
