@@ -30,6 +30,7 @@ public:
     void Navigate(const QString &url) override;
     void NavigateLater(const QString &url) override;
     void NavigateNow() override;
+    void NavigateNowInPlaceOf(WebBrowser &idle) override;
     bool Waiting() const override { return m_waiting; }
     bool GoBack() override;
     bool GoForward() override;
@@ -69,6 +70,9 @@ private:
     void deletePage();
     /// Nothing is left of what the last page was about.
     void forgetPage();
+    bool mayHandOnPage(const QUrl &address) const;
+    WebPage *releasePage();
+    void dropHandedPage();
     void connectPage();
     void connectLoading();
     void adopt(QWebEngineNewWindowRequest &request);
@@ -130,6 +134,10 @@ private:
     /// The navigation under way takes the place of the current history entry.
     bool m_replacesEntry = false;
     bool m_adopted = false;
+    /// The page came from another window, and nothing of this one's has arrived in it yet.
+    bool m_handedOn = false;
+    /// Other windows or frames of other sites hold a part of what the page has left behind.
+    bool m_isEntangled = false;
     /// The page was opened without an address, and the engine has not told of its empty document.
     bool m_opensEmpty = false;
     bool m_busy = false;

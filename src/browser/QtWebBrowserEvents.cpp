@@ -5,6 +5,7 @@
 #include "Language.h"
 #include "PageIndicators.h"
 #include "QtWebBrowser.h"
+#include "WebOrigin.h"
 #include "WebPage.h"
 #include "Yield.h"
 
@@ -22,11 +23,6 @@ namespace {
 QString encoded(const QUrl &url)
 {
     return QString::fromLatin1(url.toEncoded());
-}
-
-bool isWeb(const QUrl &url)
-{
-    return url.scheme() == "http"_L1 || url.scheme() == "https"_L1;
 }
 
 bool samePage(const QUrl &one, const QUrl &other)
@@ -96,8 +92,8 @@ bool QtWebBrowser::askForBlank(const QUrl &url)
 /// False when the navigation must replace the current history entry instead of adding one.
 bool QtWebBrowser::mayLeaveTrace(const QUrl &url) const
 {
-    return !(m_flags & NavFlags::NoHistory) || m_page->history()->count() == 0 || !isWeb(url)
-        || m_showsError || samePage(url, QUrl(m_location));
+    return !(m_flags & NavFlags::NoHistory) || m_page->history()->count() == 0 || m_handedOn
+        || !isWeb(url) || m_showsError || samePage(url, QUrl(m_location));
 }
 
 void QtWebBrowser::replaceWith(const QUrl &url)
@@ -155,8 +151,10 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
 
 void QtWebBrowser::onFrameStarted(const QString &url, bool isMainFrame)
 {
-    if (!isMainFrame)
+    if (!isMainFrame) {
+        m_isEntangled |= isWeb(QUrl(url)) && !sameOrigin(QUrl(url), QUrl(m_location));
         return;
+    }
     // The start of a page whose end was told first: no news, whatever has been asked for since.
     if (!m_startedUnheard.isEmpty() && std::exchange(m_startedUnheard, {}) == url)
         return;
@@ -193,6 +191,8 @@ void QtWebBrowser::commit(const QString &url, bool arrived)
     m_showsError = false;
     m_busy = true;
     m_indicators->reset(QUrl(url), arrived);
+    if (std::exchange(m_handedOn, false))
+        m_page->history()->clear();
     if ((m_flags & NavFlags::NoHistory) && !m_replacesEntry && m_page->history()->count() > 1)
         m_history.skipCurrent(m_page);
     forgetLinks();
@@ -244,6 +244,8 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     m_linksToForget.clear();
     m_busy = false;
     m_stage = Stage::None;
+    if (m_handedOn)
+        QTimer::singleShot(0, this, &QtWebBrowser::dropHandedPage);
     // The page may have changed its address while the other one was on its way.
     if (stopped)
         onUrlChanged(m_page->url());

@@ -57,6 +57,8 @@ void QtWebBrowser::forgetPage()
     m_stage = Stage::None;
     m_refusals = 0;
     m_adopted = false;
+    m_handedOn = false;
+    m_isEntangled = false;
     m_busy = false;
     m_hasDocument = false;
     m_completed = false;
@@ -75,7 +77,7 @@ void QtWebBrowser::connectLoading()
     connect(m_page, &WebPage::frameStarted, this, &QtWebBrowser::onFrameStarted);
     connect(m_page, &WebPage::frameLoaded, this, &QtWebBrowser::onFrameLoaded);
     connect(m_page, &WebPage::scriptFailed, this, [this](const ScriptError &error) {
-        if (m_events && !m_silent)
+        if (m_events && !m_silent && !m_handedOn)
             m_events->ScriptFailed(error);
     });
     connect(m_page, &WebPage::retryRequested, this, [this] {
@@ -86,9 +88,12 @@ void QtWebBrowser::connectLoading()
 
 void QtWebBrowser::connectPage()
 {
-    connect(m_page, &QWebEnginePage::titleChanged, m_title, &TitleThrottle::put);
+    connect(m_page, &QWebEnginePage::titleChanged, m_title, [this](const QString &title) {
+        if (!m_handedOn)
+            m_title->put(title);
+    });
     connect(m_page, &QWebEnginePage::iconChanged, this, [this](const QIcon &icon) {
-        if (m_events)
+        if (m_events && !m_handedOn)
             m_events->IconChange(icon);
     });
     connect(m_page, &QWebEnginePage::linkHovered, this, [this](const QString &url) {
@@ -137,8 +142,10 @@ void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
                  request.isUserInitiated()};
     m_events->NewWindow2(target, cancel);
     auto *control = qobject_cast<QtWebBrowser *>(target);
-    if (control && !cancel)
-        control->adopt(request);
+    if (!control || cancel)
+        return;
+    m_isEntangled = true;
+    control->adopt(request);
 }
 
 void QtWebBrowser::setRefusesUnaskedWindows(bool refuses)

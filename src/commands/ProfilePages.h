@@ -61,8 +61,8 @@ private:
     void endLateTurns();
     Entry *next();
     bool hasRoom() const;
-    bool makeRoom();
-    void start(Entry &entry);
+    frmBrowser *idlePage() const;
+    void start(Entry &entry, const frmBrowser *idle = nullptr);
     void report();
 
     Frame &m_frame;

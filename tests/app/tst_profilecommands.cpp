@@ -285,6 +285,7 @@ void tst_ProfileCommands::profileWithoutAddressesTellsUnlessQuiet_data()
     QTest::newRow("rubbish") << QByteArray::fromHex("00ff0d0a5b00fe3d");
     QTest::newRow("missing file") << QByteArray();
     QTest::newRow("folder") << QByteArray("folder");
+    QTest::newRow("unreadable file") << QByteArray("link to itself");
 }
 
 void tst_ProfileCommands::profileWithoutAddressesTellsUnlessQuiet()
@@ -294,6 +295,8 @@ void tst_ProfileCommands::profileWithoutAddressesTellsUnlessQuiet()
     const QString path = file(u"Profiles/x.orp"_s);
     if (bytes == "folder")
         QVERIFY(QDir().mkpath(path));
+    else if (bytes == "link to itself")
+        QVERIFY(QFileInfo(path).dir().mkpath(u"."_s) && QFile::link(path, path));
     else if (!bytes.isEmpty())
         m_session->folder.write(u"Profiles/x.orp"_s, bytes);
     QVERIFY(!m_session->frame->openProfile(path, true));

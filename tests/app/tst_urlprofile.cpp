@@ -59,9 +59,11 @@ private slots:
     void hugeCountEndsAtOnce();
     void megabyteAddressIsCut();
     void notAFile();
+    void unreadableFile();
     void folderIsNeverReplaced();
     void missingFolderIsNotMade();
     void failedOperationLeavesTheOldFile();
+    void fullDiskLeavesTheOldFile();
     void interruptedSaveLeavesTheOldOrTheNewFile();
 
 private:
@@ -235,6 +237,22 @@ void tst_UrlProfile::notAFile()
     QVERIFY(UrlProfile::addresses(path(), 3).isEmpty());
 }
 
+/// No account may read through a link that leads to itself; every account but the system's own is
+/// kept out by the rights.
+void tst_UrlProfile::unreadableFile()
+{
+    QVERIFY(QFile::link(path(), path()));
+    QCOMPARE(UrlProfile::count(path()), 0);
+    QVERIFY(UrlProfile::addresses(path(), 3).isEmpty());
+    QVERIFY(QFile::remove(path()));
+    write(oldBytes);
+    QVERIFY(QFile::setPermissions(path(), QFile::WriteOwner));
+    if (QFile(path()).open(QIODevice::ReadOnly))
+        return;
+    QCOMPARE(UrlProfile::count(path()), 0);
+    QVERIFY(UrlProfile::addresses(path(), 3).isEmpty());
+}
+
 void tst_UrlProfile::folderIsNeverReplaced()
 {
     QVERIFY(QDir().mkpath(path()));
@@ -267,6 +285,24 @@ void tst_UrlProfile::failedOperationLeavesTheOldFile()
             break;
     }
     QVERIFY2(failures >= 3, "making, writing and putting the file in place can each fail");
+}
+
+void tst_UrlProfile::fullDiskLeavesTheOldFile()
+{
+    int failures = 0;
+    for (int at = 1;; ++at) {
+        write(oldBytes);
+        FileFaults::arm(FileFaults::Kind::FullDisk, at);
+        const bool saved = UrlProfile::save(path(), newAddresses);
+        const bool reached = FileFaults::disarm();
+        QCOMPARE(contents(path()), saved ? newBytes : oldBytes);
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{u"x.orp"_s});
+        failures += saved ? 0 : 1;
+        if (!reached)
+            break;
+    }
+    QVERIFY(failures > 0);
 }
 
 void tst_UrlProfile::interruptedSaveLeavesTheOldOrTheNewFile()

@@ -7,6 +7,7 @@
 
 #include <QTest>
 #include <memory>
+#include <optional>
 
 /// One engine control in a window of its own, its events, and a server.
 struct ControlScene {
@@ -34,14 +35,12 @@ struct ControlScene {
     /// What `code` gives in the page.
     QString script(const QString &code)
     {
-        QString result;
-        bool answered = false;
-        browser->page()->runJavaScript(code, [&](const QVariant &value) {
-            result = value.toString();
-            answered = true;
-        });
-        [&] { QTRY_VERIFY(answered); }();
-        return result;
+        // The answer may come when nobody waits for it any longer.
+        const auto answer = std::make_shared<std::optional<QString>>();
+        browser->page()->runJavaScript(
+            code, [answer](const QVariant &value) { *answer = value.toString(); });
+        [&] { QTRY_VERIFY(answer->has_value()); }();
+        return answer->value_or(QString());
     }
 
     TestServer server;
