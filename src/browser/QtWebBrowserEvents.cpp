@@ -219,6 +219,8 @@ void QtWebBrowser::completeDocument(const QString &url)
 void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
 {
     const bool stopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
+    if (stopped && m_handedOn)
+        QTimer::singleShot(0, this, &QtWebBrowser::dropHandedPage);
     // Not at the end of an earlier load, which the one on its way has stopped.
     if (samePage(info.url(), m_handedOver))
         m_handedOver.clear();
@@ -244,8 +246,6 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     m_linksToForget.clear();
     m_busy = false;
     m_stage = Stage::None;
-    if (m_handedOn)
-        QTimer::singleShot(0, this, &QtWebBrowser::dropHandedPage);
     // The page may have changed its address while the other one was on its way.
     if (stopped)
         onUrlChanged(m_page->url());

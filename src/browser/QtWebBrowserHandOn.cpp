@@ -57,10 +57,11 @@ WebPage *QtWebBrowser::releasePage()
     return page;
 }
 
-/// What came was no page, and the one that is there is another window's.
+/// What came was no page, and the one that is there is another window's. Another address may be on
+/// its way by now.
 void QtWebBrowser::dropHandedPage()
 {
-    if (!m_handedOn)
+    if (!m_handedOn || m_stage != Stage::None || !m_handedOver.isEmpty())
         return;
     deletePage();
     forgetPage();

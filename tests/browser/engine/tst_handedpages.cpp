@@ -28,6 +28,8 @@ private slots:
     void whatIsNoPageLeavesTheWindowEmpty();
     void serverThatIsGoneShowsTheErrorPage();
     void stopLeavesTheWindowEmpty();
+    void refusalLeavesTheWindowEmpty();
+    void otherAddressTakesOver();
     void bothWindowsGoOn();
 
 private:
@@ -225,6 +227,30 @@ void tst_handedpages::stopLeavesTheWindowEmpty()
     m_next->browser->Refresh();
     m_next->open(url(u"/next"_s));
     QCOMPARE(m_next->script(u"found"_s), u"|0|"_s);
+}
+
+void tst_handedpages::refusalLeavesTheWindowEmpty()
+{
+    m_next->events.refuse = true;
+    handOnTo(url(u"/next"_s));
+    QTRY_VERIFY(!m_next->browser->page());
+    m_next->events.refuse = false;
+    m_next->browser->Navigate(url(u"/next"_s));
+    waitForNext(url(u"/next"_s));
+    QCOMPARE(m_next->script(u"found"_s), u"|0|"_s);
+}
+
+void tst_handedpages::otherAddressTakesOver()
+{
+    TestServer::Reply silent;
+    silent.silent = true;
+    m_idle->server.reply("/silent", silent);
+    handOnTo(url(u"/silent"_s));
+    QTRY_COMPARE(m_idle->server.count("/silent"), 1);
+    m_next->browser->Navigate(url(u"/next"_s));
+    waitForNext(url(u"/next"_s));
+    QCOMPARE(m_next->script(u"found"_s), u"|0|"_s);
+    QVERIFY(m_next->browser->HistorySteps().isEmpty());
 }
 
 void tst_handedpages::bothWindowsGoOn()
