@@ -22,6 +22,11 @@ PageJobs::PageJobs(QWebEnginePage *page)
 {
     connect(page, &QWebEnginePage::renderProcessTerminated, this, &PageJobs::rendererGone);
     connect(page, &QWebEnginePage::renderProcessPidChanged, this, &PageJobs::rendererChanged);
+    // A page that goes away in the same process takes the answer along as well.
+    connect(page, &QWebEnginePage::loadFinished, this, [this] {
+        if (m_running && !m_begun)
+            waitForProcess(neededAnswers);
+    });
 }
 
 PageJobs *PageJobs::of(QWebEnginePage *page)
@@ -151,6 +156,7 @@ void PageJobs::finish(const QByteArray &pdf, bool printed)
 /// The engine never answers for a page whose process has ended.
 void PageJobs::rendererGone()
 {
+    m_jammed = false;
     if (m_running)
         end(m_number, {}, false);
 }

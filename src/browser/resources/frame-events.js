@@ -50,8 +50,5 @@
         if (event.composedPath()[0] !== activeElement())
             tell('edit', 'none');
     }, true);
-    addEventListener('focus', (event) => {
-        if (event.target === window)
-            tell('edit', takenBy(activeElement()));
-    });
+    addEventListener('focus', () => tell('edit', takenBy(activeElement())));
 })();
