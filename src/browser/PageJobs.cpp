@@ -5,10 +5,14 @@
 #include <QEventLoop>
 #include <QPrinter>
 #include <QTimer>
+#include <QWebEngineScript>
 #include <QWebEngineView>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int longestWait = 30'000;
+constexpr int neededAnswers = 2;
 int takenOver = 0;
 }
 
@@ -17,6 +21,12 @@ PageJobs::PageJobs(QWebEnginePage *page)
     , m_page(page)
 {
     connect(page, &QWebEnginePage::renderProcessTerminated, this, &PageJobs::rendererGone);
+    connect(page, &QWebEnginePage::renderProcessPidChanged, this, &PageJobs::rendererChanged);
+    // A page that goes away in the same process takes the answer along as well.
+    connect(page, &QWebEnginePage::loadFinished, this, [this] {
+        if (m_running && !m_begun)
+            waitForProcess(neededAnswers);
+    });
 }
 
 PageJobs *PageJobs::of(QWebEnginePage *page)
@@ -61,12 +71,39 @@ void PageJobs::startNext()
     if (m_running || m_waiting.isEmpty())
         return;
     m_running = true;
+    m_begun = false;
     m_current = m_waiting.dequeue();
     const int number = ++m_number;
     if (m_page->renderProcessPid() == 0) {
         end(number, {}, false);
         return;
     }
+    waitForProcess(neededAnswers);
+}
+
+/// A process that is busy, or hangs, would leave the job open in the engine for that long. An
+/// answer may have lain here while this program was busy itself, so a second one is waited for.
+void PageJobs::waitForProcess(int answers)
+{
+    m_page->runJavaScript(u"0"_s, QWebEngineScript::ApplicationWorld,
+                          [self = QPointer(this), number = m_number, answers](const QVariant &) {
+                              if (!self || !self->m_running || self->m_begun
+                                  || number != self->m_number)
+                                  return;
+                              if (answers > 1)
+                                  self->waitForProcess(answers - 1);
+                              else
+                                  self->begin();
+                          });
+}
+
+void PageJobs::begin()
+{
+    const int number = m_number;
+    m_begun = true;
+    // The engine gives up what it holds when the page is stopped.
+    if (std::exchange(m_jammed, false))
+        m_page->triggerAction(QWebEnginePage::Stop);
     if (!m_current.printer) {
         m_page->printToPdf(
             [self = QPointer(this), number](const QByteArray &pdf) {
@@ -119,8 +156,23 @@ void PageJobs::finish(const QByteArray &pdf, bool printed)
 /// The engine never answers for a page whose process has ended.
 void PageJobs::rendererGone()
 {
+    m_jammed = false;
     if (m_running)
         end(m_number, {}, false);
+}
+
+/// The next page may have another process. The engine then loses the job of the one before, and
+/// the answer that was waited for.
+void PageJobs::rendererChanged()
+{
+    if (!m_running || m_page->renderProcessPid() == 0)
+        return;
+    if (!m_begun) {
+        waitForProcess(neededAnswers);
+        return;
+    }
+    m_jammed = true;
+    end(m_number, {}, false);
 }
 
 bool PageJobs::takeOver(QWebEngineView *view, QWebEnginePage *page)

@@ -14,7 +14,8 @@ class QWebEngineView;
 
 /// One page's print jobs. The engine can do one at a time, loses a second one without a word, and
 /// ends the program when the page is deleted during one: so they wait for each other, and a page
-/// whose window closes lives on until the last is done.
+/// whose window closes lives on until the last is done. It also ends the program when the page's
+/// process dies before that has taken the job up: so a job starts when the process answers.
 class PageJobs : public QObject {
     Q_OBJECT
 
@@ -49,9 +50,12 @@ private:
     static PageJobs *of(QWebEnginePage *page);
     void add(const Job &job);
     void startNext();
+    void waitForProcess(int answers);
+    void begin();
     void end(int number, const QByteArray &pdf, bool printed);
     void finish(const QByteArray &pdf, bool printed);
     void rendererGone();
+    void rendererChanged();
 
     QWebEnginePage *m_page;
     QPointer<QWebEngineView> m_view;
@@ -59,5 +63,9 @@ private:
     Job m_current;
     int m_number = 0;
     bool m_running = false;
+    /// The engine has the current job; until then its page is waited for.
+    bool m_begun = false;
+    /// The engine holds a job that it will never answer, and takes no other.
+    bool m_jammed = false;
     bool m_takenOver = false;
 };

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QMdiSubWindow>
+#include <QMenu>
 
 #include "Clipboard.h"
 #include "ExecForms.h"
@@ -65,7 +66,15 @@ void enableFileItems(Frame &frame)
 
 void enableFromClipboard(Frame &frame)
 {
-    frame.menuItem(u"mnuFileNewFromClipboard"_s)->setEnabled(clipboardHasText());
+    frame.menuItem(u"mnuFileNewFromClipboard"_s)->setEnabled(clipboardMayHaveText());
+}
+
+/// The clipboard's owner is asked when the user looks: asked at each change, one that does not
+/// answer would hold the frame up while nobody wants to know.
+void askClipboardFor(Frame &frame, const QString &menu)
+{
+    QObject::connect(frame.window()->findChild<QMenu *>(menu), &QMenu::aboutToShow, frame.window(),
+                     [] { clipboardHasText(); });
 }
 
 void registerNewCommands(Frame &frame)
@@ -77,6 +86,7 @@ void registerNewCommands(Frame &frame)
                  [&frame] { frame.OpenBrowserWindow({}, frame.NewWindowState()); });
     frame.handle(u"mnuFileNewFromClipboard"_s,
                  [&frame] { frame.OpenBrowserWindow(clipboardText(), frame.NewWindowState()); });
+    askClipboardFor(frame, u"mnuFileNew"_s);
     frame.beforeOpening(u"mnuFileNew"_s, [&frame] { enableFromClipboard(frame); });
 }
 
@@ -99,6 +109,7 @@ void registerFileCommands(Frame &frame)
     frame.handle(u"mnuFileClose"_s, [&frame] { closeActive(frame); });
     frame.handle(u"mnuFileCloseAll"_s, [&frame] { closeAll(frame); });
     frame.handle(u"mnuFileExit"_s, [&frame] { frame.window()->close(); });
+    askClipboardFor(frame, u"mnuFile"_s);
     frame.beforeOpening(u"mnuFile"_s, [&frame] {
         enableFileItems(frame);
         enableFromClipboard(frame);

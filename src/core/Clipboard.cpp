@@ -58,6 +58,13 @@ bool clipboardHasText()
     return clipboardKinds().text;
 }
 
+bool clipboardMayHaveText()
+{
+    if (QGuiApplication::clipboard()->ownsClipboard())
+        return clipboardHasText();
+    return !known() || known()->text;
+}
+
 QString clipboardText()
 {
     return clipboardHasText() ? QGuiApplication::clipboard()->text() : QString();

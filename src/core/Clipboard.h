@@ -16,5 +16,8 @@ void watchClipboard();
 /// Text that another program offers is not fetched to see if it is empty: it may be huge.
 ClipboardKinds clipboardKinds();
 bool clipboardHasText();
+/// The same without asking another program: true when that was not asked since it took the
+/// clipboard.
+bool clipboardMayHaveText();
 /// Empty without text; the owner is not asked then.
 QString clipboardText();

@@ -16,6 +16,7 @@ private slots:
     void aPageThatRefusesGivesNoMessage();
     void enabling();
     void withoutAWindowNothingHappens();
+    void clipboardTextIsOpenedAsItIs();
     void printHasItsShortcut();
 
 private:
@@ -94,9 +95,9 @@ void tst_FileMenu::aPageThatRefusesGivesNoMessage()
 
 void tst_FileMenu::enabling()
 {
-    const char *items[] = {"mnuFileSaveAs",      "mnuFileClose",     "mnuFileCloseAll",
-                           "mnuFileProperties",  "mnuFilePageSetup", "mnuFilePrint",
-                           "mnuFilePrintPreview"};
+    const char *items[] = {"mnuFileSaveAs",   "mnuFileProfilesSave", "mnuFileClose",
+                           "mnuFileCloseAll", "mnuFileProperties",   "mnuFilePageSetup",
+                           "mnuFilePrint",    "mnuFilePrintPreview"};
     for (const char *item : items)
         QVERIFY2(m_session->item(item)->isEnabled(), item);
     closeEveryWindow();
@@ -112,6 +113,14 @@ void tst_FileMenu::withoutAWindowNothingHappens()
         m_session->frame->run(QLatin1String(item));
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(Forms::all().size(), 1);
+}
+
+void tst_FileMenu::clipboardTextIsOpenedAsItIs()
+{
+    QApplication::clipboard()->setText(u"  one two \t"_s);
+    m_session->choose("mnuFileNewFromClipboard");
+    QCOMPARE(m_session->windows(), 2);
+    QCOMPARE(page().navigated, QStringList(u"  one two \t"_s));
 }
 
 void tst_FileMenu::printHasItsShortcut()

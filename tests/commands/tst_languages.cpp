@@ -62,6 +62,9 @@ const QString appData = QStringLiteral(ORVANE_SOURCE_DIR "/appdata/Languages/");
 const QStringList languages{u"English"_s, u"German"_s, u"French"_s,  u"Spanish"_s,
                             u"Dutch"_s,   u"Polish"_s, u"Japanese"_s};
 
+/// For a window to be shown on a machine that is busy, milliseconds.
+constexpr int longestWait = 30'000;
+
 /// Looked up through a variable, so that no English text stands beside the key.
 const QMap<QString, QString> lookedUpByName{
     {u"frmMain/strScrollTabsLeft"_s, u"Scroll tabs left"_s},
@@ -269,7 +272,7 @@ void tst_Languages::optionsHoldTheTextsTheyChangeTo()
 {
     QFETCH(QString, language);
     m_program->choose("mnuToolsOptions");
-    QVERIFY(QTest::qWaitForWindowExposed(form()));
+    QVERIFY(QTest::qWaitForWindowExposed(form(), longestWait));
     takeLanguage(language);
     QCOMPARE(languageName(), language);
     QTRY_VERIFY2(roomFaults(*form()).isEmpty(), qPrintable(roomFaults(*form()).join(u'\n')));
@@ -284,7 +287,7 @@ void tst_Languages::internetOptionsNeedNoScroller()
     const FakeData data;
     frmInternetOptions::showOver(*m_program->frame, frmInternetOptions::Page::Advanced);
     QWidget *dialog = Forms::named("frmInternetOptions").value(0);
-    QVERIFY(QTest::qWaitForWindowExposed(dialog));
+    QVERIFY(QTest::qWaitForWindowExposed(dialog, longestWait));
     const QWidget &scroller =
         *dialog->findChild<QScrollArea *>(u"pageAdvanced"_s)->verticalScrollBar();
     QTRY_VERIFY2(!scroller.isVisible(), "this screen has room for all");
@@ -299,7 +302,7 @@ void tst_Languages::walkThroughTheLanguagesWithTenWindows()
         m_program->frame->OpenBrowserWindow(u"http://page%1/"_s.arg(number), 0);
     QCOMPARE(FakeWebBrowser::made().size(), 10);
     m_program->choose("mnuToolsOptions");
-    QVERIFY(QTest::qWaitForWindowExposed(form()));
+    QVERIFY(QTest::qWaitForWindowExposed(form(), longestWait));
     QStringList walk = languages;
     walk.append(u"English"_s);
     const auto *bar = m_program->frame->findChild<ToolBar *>(u"tbBrowser"_s);

@@ -37,6 +37,18 @@
             || (element instanceof HTMLInputElement && textTypes.includes(element.type));
         return isField && !element.readOnly && !element.disabled ? 'plain' : 'none';
     };
+    const activeElement = () => {
+        let element = document.activeElement;
+        while (element?.shadowRoot?.activeElement)
+            element = element.shadowRoot.activeElement;
+        return element;
+    };
+    // A field that only the window takes the keyboard from stays the one to edit: a menu or a side
+    // bar has it meanwhile. Another frame of the page tells of its own when it gets it.
     addEventListener('focusin', (event) => tell('edit', takenBy(event.composedPath()[0])), true);
-    addEventListener('focusout', () => tell('edit', 'none'), true);
+    addEventListener('focusout', (event) => {
+        if (event.composedPath()[0] !== activeElement())
+            tell('edit', 'none');
+    }, true);
+    addEventListener('focus', () => tell('edit', takenBy(activeElement())));
 })();

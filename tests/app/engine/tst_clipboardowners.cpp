@@ -25,8 +25,11 @@ private slots:
     void textThatStaysWhenTheProgramEnds();
     void ownerThatWasKilled();
     void ownerThatDoesNotAnswer();
+    void ownerIsAskedWhenTheMenuOpens();
     void ownerThatDiesWhenAsked();
     void hugeText();
+    void hugeTextIntoAPage();
+    void pageTextReachesOthersRich();
     void imageOnly();
 
 private:
@@ -200,6 +203,22 @@ void tst_ClipboardOwners::ownerThatDoesNotAnswer()
     QVERIFY(m_session->item("mnuFileNewFromClipboard")->isEnabled());
 }
 
+/// What the frame does by itself asks nobody.
+void tst_ClipboardOwners::ownerIsAskedWhenTheMenuOpens()
+{
+    const QAction &item = *m_session->item("mnuFileNewFromClipboard");
+    own(u"die"_s);
+    QVERIFY(item.isEnabled());
+    m_session->choose("mnuFileNewHomePage");
+    QTRY_VERIFY(m_session->shows(m_session->server.url(u"/home"_s)));
+    QVERIFY(item.isEnabled());
+    QCOMPARE(m_owner->state(), QProcess::Running);
+    openMenus();
+    QVERIFY(m_owner->waitForFinished());
+    m_ownerIsGone = true;
+    QVERIFY(!item.isEnabled());
+}
+
 void tst_ClipboardOwners::ownerThatDiesWhenAsked()
 {
     own(u"die"_s);
@@ -226,6 +245,43 @@ void tst_ClipboardOwners::hugeText()
     focusAddress(u"address"_s);
     m_session->choose("mnuEditPaste");
     QVERIFY(m_session->address().Text().size() > 1000);
+}
+
+/// The engine takes minutes to lay out a line as long as this. The program goes on meanwhile, and
+/// the page can be left.
+void tst_ClipboardOwners::hugeTextIntoAPage()
+{
+    own(u"huge"_s);
+    QTRY_COMPARE(pasteStatus(), 3);
+    const QPointer<frmBrowser> busy = m_session->active();
+    QSignalSpy ended(&page(), &QWebEnginePage::renderProcessTerminated);
+    m_session->choose("mnuEditPaste");
+    m_session->choose("mnuFileNewHomePage");
+    QTRY_VERIFY_WITH_TIMEOUT(m_session->shows(m_session->server.url(u"/home"_s)), 30000);
+    m_session->typeAddress(m_session->server.url(u"/one"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(m_session->shows(m_session->server.url(u"/one"_s)), 30000);
+    QVERIFY(busy);
+    QVERIFY2(ended.isEmpty(), "nothing that the page held is lost");
+    m_session->choose("mnuFileCloseAll");
+    QTRY_VERIFY_WITH_TIMEOUT(!busy, 30000);
+    QCOMPARE(m_session->windows(), 0);
+}
+
+/// What `--read` prints: the clipboard as another program finds it.
+void tst_ClipboardOwners::pageTextReachesOthersRich()
+{
+    ask(u"document.body.insertAdjacentHTML('beforeend', '<p id=r>some <b>bold</b> words'), "
+        "f.blur(), getSelection().selectAllChildren(r)"_s);
+    QTRY_COMPARE(page().selectedText(), u"some bold words"_s);
+    m_session->choose("mnuEditCopy");
+    QTRY_COMPARE(QApplication::clipboard()->text(), u"some bold words"_s);
+    QProcess reader;
+    QSignalSpy finished(&reader, &QProcess::finished);
+    reader.start(QCoreApplication::applicationFilePath(), {u"--read"_s});
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, 20000);
+    const QList<QByteArray> lines = reader.readAllStandardOutput().split('\n');
+    QCOMPARE(lines.first(), QByteArray("some bold words"));
+    QVERIFY2(lines.last().contains("bold</b>"), lines.last().constData());
 }
 
 void tst_ClipboardOwners::imageOnly()
@@ -277,12 +333,23 @@ int ownClipboard(int argc, char **argv)
         ::raise(SIGSTOP);
     return QCoreApplication::exec();
 }
+
+int readClipboard(int argc, char **argv)
+{
+    const QGuiApplication app(argc, argv);
+    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+    const QByteArray html = data->html().simplified().toUtf8();
+    std::printf("%s\n%s", data->text().toUtf8().constData(), html.constData());
+    return 0;
+}
 }
 
 int main(int argc, char **argv)
 {
     if (argc == 3 && qstrcmp(argv[1], "--own") == 0)
         return ownClipboard(argc, argv);
+    if (argc == 2 && qstrcmp(argv[1], "--read") == 0)
+        return readClipboard(argc, argv);
     return runEngineTest<tst_ClipboardOwners>(argc, argv);
 }
 #include "tst_clipboardowners.moc"

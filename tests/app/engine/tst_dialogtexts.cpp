@@ -50,6 +50,7 @@ private:
     void describeStrips();
     Opener fromMenu(const char *item, const char *form);
     Opener page(const char *item, int number);
+    void keepPicture() const;
     Opener bar(const std::function<QWidget *(QWidget *)> &make);
     WebPage *webPage() const
     {
@@ -256,6 +257,15 @@ void tst_DialogTexts::describeStrips()
     };
 }
 
+/// For the eye, in the folder that ORVANE_PICTURES names.
+void tst_DialogTexts::keepPicture() const
+{
+    const QString folder = qEnvironmentVariable("ORVANE_PICTURES");
+    if (!folder.isEmpty())
+        QVERIFY(m_open->grab().save(folder + u'/' + QLatin1String(QTest::currentDataTag())
+                                    + ".png"_L1));
+}
+
 void tst_DialogTexts::textsFit_data()
 {
     QTest::addColumn<QString>("language");
@@ -280,6 +290,7 @@ void tst_DialogTexts::textsFit()
     QVERIFY(QTest::qWaitForWindowExposed(m_open->window()));
     QTRY_VERIFY2(roomFaults(*m_open).isEmpty(), qPrintable(roomFaults(*m_open).join(u'\n')));
     QVERIFY2(accessKeyFaults(*m_open).isEmpty(), qPrintable(accessKeyFaults(*m_open).join(u'\n')));
+    keepPicture();
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_DialogTexts)

@@ -127,7 +127,7 @@ void tst_LanguageWalk::everyLanguageAndBack()
         QTRY_VERIFY(!window->windowTitle().startsWith("http"_L1));
     }
     m_session->choose("mnuToolsOptions");
-    QVERIFY(QTest::qWaitForWindowExposed(form()));
+    QVERIFY(QTest::qWaitForWindowExposed(form(), 30000));
     apply(u"English"_s);
     const QStringList english = texts();
     QStringList seen{english.join(u'\n')};

@@ -17,6 +17,7 @@ private slots:
     void firstSession();
     void addressWithoutAWindowOpensAMaximizedOne();
     void blankPageBesideAMaximizedWindow();
+    void blankPageBesideANormalWindow();
     void homePageWindow();
     void clipboardWindow_data();
     void clipboardWindow();
@@ -103,6 +104,19 @@ void tst_Newcomer::blankPageBesideAMaximizedWindow()
     QTRY_COMPARE(m_session->location(), u"about:blank"_s);
     QTRY_VERIFY(m_session->tabs().isPressed(second->tabKey()));
     QVERIFY(!m_session->tabs().isPressed(first->tabKey()));
+}
+
+void tst_Newcomer::blankPageBesideANormalWindow()
+{
+    m_session->start();
+    frmBrowser *first = m_session->active();
+    first->showNormal();
+    m_session->choose("mnuFileNewBlankPage");
+    QCOMPARE(m_session->windows(), 2);
+    QVERIFY(m_session->active() != first);
+    QVERIFY(!m_session->active()->isMaximized());
+    QVERIFY(!m_session->active()->isMinimized());
+    QTRY_COMPARE(m_session->location(), u"about:blank"_s);
 }
 
 void tst_Newcomer::homePageWindow()

@@ -30,6 +30,9 @@ private slots:
     void closedPreviewStillPrints();
     void readOnlyPlaceIsTold();
     void rendererThatDiesWhilePrinting();
+    void rendererThatDiesBeforeItPrints_data();
+    void rendererThatDiesBeforeItPrints();
+    void anotherSiteWhilePrinting();
     void rendererThatDiesUnderThePreview();
     void deadPageTakesAndTellsNoZoomWrongly();
     void pageThatIsStillLoading_data();
@@ -169,6 +172,58 @@ void tst_PrintFaults::rendererThatDiesWhilePrinting()
     QTRY_VERIFY(m_session->shows(m_session->server.url(u"/one"_s)));
     PageDialogs::print(*m_session, path(u"next.pdf"_s));
     QTRY_COMPARE(sheetsOf(path(u"next.pdf"_s)), 1);
+}
+
+void tst_PrintFaults::rendererThatDiesBeforeItPrints_data()
+{
+    QTest::addColumn<bool>("hangs");
+    QTest::newRow("its script does not end") << true;
+    QTest::newRow("at once") << false;
+}
+
+void tst_PrintFaults::rendererThatDiesBeforeItPrints()
+{
+    QFETCH(bool, hangs);
+    openSheets(hangs ? 1 : 500);
+    if (hangs)
+        page().runJavaScript(u"for (;;);"_s);
+    Answer ok(QMessageBox::Ok);
+    PageDialogs::print(*m_session, path(u"out.pdf"_s));
+    const QPointer<QProgressDialog> shown = progress();
+    QVERIFY(shown);
+    if (hangs)
+        QTRY_VERIFY_WITH_TIMEOUT(shown->isVisible(), 20000);
+    killRenderer();
+    QTRY_COMPARE(ok.count(), 1);
+    QVERIFY(ok.text().contains(path(u"out.pdf"_s)));
+    QTRY_VERIFY(!shown);
+    m_session->typeAddress(m_session->server.url(u"/one"_s));
+    QTRY_VERIFY(m_session->shows(m_session->server.url(u"/one"_s)));
+    PageDialogs::print(*m_session, path(u"next.pdf"_s));
+    QTRY_COMPARE(sheetsOf(path(u"next.pdf"_s)), 1);
+}
+
+/// The next page has a process of its own, and the one that was printed is gone.
+void tst_PrintFaults::anotherSiteWhilePrinting()
+{
+    openSheets(500);
+    Answer ok(QMessageBox::Ok);
+    PageDialogs::print(*m_session, path(u"out.pdf"_s));
+    const QPointer<QProgressDialog> shown = progress();
+    QVERIFY(shown);
+    QTRY_VERIFY_WITH_TIMEOUT(!shown || shown->isVisible(), 20000);
+    QVERIFY2(shown, "it is printing");
+    const QString next = m_session->server.url(u"/one"_s).replace(u"127.0.0.1"_s, u"localhost"_s);
+    m_session->frame->NavigateActive(next);
+    QTRY_COMPARE_WITH_TIMEOUT(ok.count(), 1, 20000);
+    QTRY_VERIFY(!shown);
+    QTRY_VERIFY(m_session->shows(next));
+    QVERIFY(QDir(m_files->path()).isEmpty());
+    PageDialogs::print(*m_session, path(u"next.pdf"_s));
+    QTRY_COMPARE(sheetsOf(path(u"next.pdf"_s)), 1);
+    QVERIFY(m_session->shows(next));
+    m_session->choose("mnuFileClose");
+    QTRY_COMPARE(m_session->windows(), 0);
 }
 
 void tst_PrintFaults::rendererThatDiesUnderThePreview()
