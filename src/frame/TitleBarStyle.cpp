@@ -1,6 +1,9 @@
 #include "TitleBarStyle.h"
 
+#include "PlainCaption.h"
+
 #include <QStyleOption>
+#include <QWidget>
 
 using namespace Qt::StringLiterals;
 
@@ -15,15 +18,25 @@ bool isDarkAndInactive(const QStyleOptionTitleBar &bar)
 void TitleBarStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
                                        QPainter *painter, const QWidget *widget) const
 {
-    const auto *bar = qstyleoption_cast<const QStyleOptionTitleBar *>(option);
-    if (control != CC_TitleBar || !bar || !isDarkAndInactive(*bar)
-        || baseStyle()->name() != "fusion"_L1) {
+    const auto *given = qstyleoption_cast<const QStyleOptionTitleBar *>(option);
+    if (control != CC_TitleBar || !given) {
         QProxyStyle::drawComplexControl(control, option, painter, widget);
         return;
     }
-    // Painted as an active one on the ground of those that are not.
-    QStyleOptionTitleBar lit = *bar;
-    lit.titleBarState |= State_Active;
-    lit.palette.setColor(QPalette::Highlight, bar->palette.color(QPalette::Window));
-    QProxyStyle::drawComplexControl(control, &lit, painter, widget);
+    QStyleOptionTitleBar bar = *given;
+    if (widget && PlainCaption::isNeededFor(widget->windowTitle()))
+        putWholeCaption(bar, *widget);
+    if (isDarkAndInactive(bar) && baseStyle()->name() == "fusion"_L1) {
+        // Painted as an active one on the ground of those that are not.
+        bar.titleBarState |= State_Active;
+        bar.palette.setColor(QPalette::Highlight, bar.palette.color(QPalette::Window));
+    }
+    QProxyStyle::drawComplexControl(control, &bar, painter, widget);
+}
+
+void TitleBarStyle::putWholeCaption(QStyleOptionTitleBar &bar, const QWidget &window) const
+{
+    bar.text = window.windowTitle();
+    const int room = subControlRect(CC_TitleBar, &bar, SC_TitleBarLabel, &window).width();
+    bar.text = bar.fontMetrics.elidedText(bar.text, Qt::ElideRight, room);
 }

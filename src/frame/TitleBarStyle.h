@@ -2,11 +2,16 @@
 
 #include <QProxyStyle>
 
+class QStyleOptionTitleBar;
+
 /// The title bars of inner windows. The usual style paints the buttons of a window that is not
 /// active in black whatever the palette, which nobody finds on a dark title bar; here they are as
-/// light as those of the active window.
+/// light as those of the active window. Captions are painted as they stand (see PlainCaption).
 class TitleBarStyle : public QProxyStyle {
 public:
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
                             QPainter *painter, const QWidget *widget) const override;
+
+private:
+    void putWholeCaption(QStyleOptionTitleBar &bar, const QWidget &window) const;
 };

@@ -110,6 +110,8 @@ private slots:
     void childrenAreInCreationOrder();
     void scrollBarsAsNeeded();
     void titleBarButtonsAreSeenInTheDark();
+    void captionsArePaintedAsTheyStand_data();
+    void captionsArePaintedAsTheyStand();
 
 private:
     std::unique_ptr<Window> m_window;
@@ -552,6 +554,31 @@ void tst_MdiArea::titleBarButtonsAreSeenInTheDark()
     inactive->setStyle(nullptr);
     const int usual = lightest();
     QVERIFY2(shown > usual + 60, qPrintable(u"%1, in the usual style %2"_s.arg(shown).arg(usual)));
+}
+
+void tst_MdiArea::captionsArePaintedAsTheyStand_data()
+{
+    QTest::addColumn<QString>("caption");
+    QTest::addColumn<int>("width");
+    QTest::newRow("wide") << u"Index of a[*].html"_s << 400;
+    QTest::newRow("twice") << u"[*][*]"_s << 400;
+    QTest::newRow("does not fit") << u"[*] in front of very much else"_s << 160;
+}
+
+void tst_MdiArea::captionsArePaintedAsTheyStand()
+{
+    QFETCH(QString, caption);
+    QFETCH(int, width);
+    QMdiSubWindow *child = m_window->open();
+    child->resize(width, 100);
+    child->setWindowTitle(caption);
+    const QImage shown = child->grab().toImage();
+    // The toolkit's own way to have one: doubled.
+    child->setStyle(QApplication::style());
+    child->setWindowTitle(QString(caption).replace(u"[*]"_s, u"[*][*]"_s));
+    QCOMPARE(shown, child->grab().toImage());
+    child->setWindowTitle(caption);
+    QVERIFY(shown != child->grab().toImage());
 }
 
 QTEST_MAIN(tst_MdiArea)
