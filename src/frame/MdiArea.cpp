@@ -61,6 +61,11 @@ void MdiArea::adopt(QMdiSubWindow *child)
     child->setStyle(m_titleBarStyle);
     if (!placed)
         child->setGeometry(cascadePlace(m_adopted++));
+    connect(child, &QMdiSubWindow::windowStateChanged, viewport(), [this, child] {
+        QWidget *buttons = child->maximizedButtonsWidget();
+        if (buttons && buttons->style() != m_titleBarStyle)
+            buttons->setStyle(m_titleBarStyle);
+    });
     // The system menu's own keys would make those of the frame's menus ambiguous.
     if (QMenu *menu = child->systemMenu()) {
         for (QAction *item : menu->actions())
