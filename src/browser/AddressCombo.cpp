@@ -30,6 +30,9 @@ AddressCombo::AddressCombo(brwURL &owner)
     , m_edit(new AddressEdit(owner, this))
 {
     setLineEdit(m_edit);
+    // The base class chooses the entry that the field's text equals when the focus leaves it, for
+    // its own list too: what is only typed or completed would be opened.
+    disconnect(m_edit, &QLineEdit::editingFinished, this, nullptr);
     setCompleter(nullptr);
     setInsertPolicy(NoInsert);
     setMaxVisibleItems(rowsShown);

@@ -5,6 +5,7 @@
 #include "PageJobs.h"
 #include "PagePrinter.h"
 #include "PageSetup.h"
+#include "PlainCaption.h"
 #include "ProgramIcon.h"
 
 #include <QAction>
@@ -40,6 +41,7 @@ PrintPreview::PrintPreview(QWebEnginePage *page)
     setAttribute(Qt::WA_DeleteOnClose);
     Forms::add(this);
     setWindowIcon(programIcon());
+    new PlainCaption(*this);
     setWindowTitle(text("Caption", u"Print Preview"_s) + u" - "_s + page->title().left(200));
     m_view->setDocument(m_document);
     m_view->setPageMode(QPdfView::PageMode::MultiPage);

@@ -2,13 +2,14 @@
 
 #include "CoveredWindows.h"
 #include "Language.h"
+#include "StateWalk.h"
 #include "TitleBarStyle.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QEvent>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QMoveEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QShortcut>
@@ -60,6 +61,11 @@ void MdiArea::adopt(QMdiSubWindow *child)
     child->setStyle(m_titleBarStyle);
     if (!placed)
         child->setGeometry(cascadePlace(m_adopted++));
+    connect(child, &QMdiSubWindow::windowStateChanged, viewport(), [this, child] {
+        QWidget *buttons = child->maximizedButtonsWidget();
+        if (buttons && buttons->style() != m_titleBarStyle)
+            buttons->setStyle(m_titleBarStyle);
+    });
     // The system menu's own keys would make those of the frame's menus ambiguous.
     if (QMenu *menu = child->systemMenu()) {
         for (QAction *item : menu->actions())
@@ -107,6 +113,9 @@ void MdiArea::noteActiveSoon()
 
 bool MdiArea::eventFilter(QObject *watched, QEvent *event)
 {
+    // The base class reckons the scroll bars anew, from all children.
+    if (m_walking && (event->type() == QEvent::Move || event->type() == QEvent::Resize))
+        return false;
     if (event->type() == QEvent::Show || event->type() == QEvent::Hide) {
         viewport()->update();
         noteActiveSoon();
@@ -130,54 +139,51 @@ void MdiArea::activatePrevious()
     activatePreviousSubWindow();
 }
 
-namespace {
-/// While it lives no child can become active: not each child of a walk is to be activated, raised
-/// and given the focus in turn, which among a hundred takes longer than the walk itself.
-class NoActivation {
-public:
-    explicit NoActivation(QMdiArea &area)
-        : m_viewport(*area.viewport())
-    {
-        if (m_viewport.isAncestorOf(QApplication::focusWidget()))
-            area.setFocus();
-        m_viewport.setUpdatesEnabled(false);
-        m_viewport.setEnabled(false);
-    }
-    ~NoActivation()
-    {
-        m_viewport.setEnabled(true);
-        m_viewport.setUpdatesEnabled(true);
-    }
-    Q_DISABLE_COPY_MOVE(NoActivation)
-
-private:
-    QWidget &m_viewport;
-};
-}
-
 /// In the order given; the last one whose state changes is active then.
 void MdiArea::setStates(const QList<QWidget *> &forms, Qt::WindowStates state)
 {
+    const auto wanted = [state](const QWidget *form) {
+        return (form->windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized)) | state;
+    };
+    QList<QMdiSubWindow *> changed;
+    for (QWidget *form : forms) {
+        auto *child = qobject_cast<QMdiSubWindow *>(form);
+        if (child && child->windowState() != wanted(child))
+            changed.append(child);
+    }
+    if (changed.isEmpty()) {
+        arrangeIcons();
+        return;
+    }
     // Otherwise each child activated on the way would be maximized in place of the last one.
     const bool kept = testOption(DontMaximizeSubWindowOnActivation);
     setOption(DontMaximizeSubWindowOnActivation, true);
-    QList<QMdiSubWindow *> changed;
-    {
-        const NoActivation guard(*this);
-        for (QWidget *form : forms) {
-            const Qt::WindowStates others =
-                form->windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
-            if (form->windowState() == (others | state))
-                continue;
-            form->setWindowState(others | state);
-            form->raise();
-            changed.append(qobject_cast<QMdiSubWindow *>(form));
-        }
-    }
-    if (!changed.isEmpty())
-        setActiveSubWindow(changed.last());
+    changeStates(changed, wanted);
+    setActiveSubWindow(changed.last());
     setOption(DontMaximizeSubWindowOnActivation, kept);
     arrangeIcons();
+}
+
+void MdiArea::changeStates(const QList<QMdiSubWindow *> &children, const WantedState &wanted)
+{
+    m_walking = true;
+    {
+        const StateWalk walk(*this, children);
+        // The base class lines up the minimized ones at each change. What leaves the end of the
+        // line, or joins it there, does not move the others.
+        if (wanted(children.first()) & Qt::WindowMinimized) {
+            for (QMdiSubWindow *child : children)
+                child->setWindowState(wanted(child));
+        } else {
+            for (auto child = children.crbegin(); child != children.crend(); ++child)
+                (*child)->setWindowState(wanted(*child));
+        }
+        for (QMdiSubWindow *child : children)
+            child->raise();
+    }
+    m_walking = false;
+    QMoveEvent moved(children.last()->pos(), children.last()->pos());
+    QMdiArea::eventFilter(children.last(), &moved);
 }
 
 void MdiArea::minimizeAll(const QList<QWidget *> &forms)

@@ -4,6 +4,7 @@
 
 #include <QMdiArea>
 #include <QPointer>
+#include <functional>
 
 class TitleBarStyle;
 
@@ -53,7 +54,9 @@ private:
     void noteActive();
     void noteActiveSoon();
     void updateBackground();
+    using WantedState = std::function<Qt::WindowStates(const QWidget *)>;
     void setStates(const QList<QWidget *> &forms, Qt::WindowStates state);
+    void changeStates(const QList<QMdiSubWindow *> &children, const WantedState &wanted);
     /// The place of a cascade after `index` others.
     QRect cascadePlace(int index) const;
     /// How far each window of a cascade stands from the one before.
@@ -67,4 +70,6 @@ private:
     bool m_reportedIsGone = false;
     TitleBarStyle *m_titleBarStyle = nullptr;
     int m_adopted = 0;
+    /// While the states of many children are changed.
+    bool m_walking = false;
 };

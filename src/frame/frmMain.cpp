@@ -29,6 +29,7 @@
 #include "LinksBar.h"
 #include "MdiArea.h"
 #include "NavigationCommands.h"
+#include "PlainCaption.h"
 #include "PopupCommands.h"
 #include "PopupURLs.h"
 #include "ProfileDrag.h"
@@ -83,6 +84,7 @@ frmMain::frmMain()
     , m_SearchBar1(named(new SearchBar, "SearchBar1"))
 {
     setObjectName("frmMain"_L1);
+    new PlainCaption(*this);
     setWindowTitle(ProgramInfo::title());
     setWindowIcon(programIcon());
     setContextMenuPolicy(Qt::NoContextMenu);

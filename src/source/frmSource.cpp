@@ -5,6 +5,7 @@
 #include "Language.h"
 #include "LineNumbers.h"
 #include "MsgBox.h"
+#include "PlainCaption.h"
 #include "RecoveredText.h"
 #include "RichTextBox.h"
 #include "txtHTML.h"
@@ -40,6 +41,7 @@ frmSource::frmSource()
     setObjectName("frmSource"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
     Forms::add(this);
+    new PlainCaption(*this);
     auto *area = new QWidget(this);
     auto *column = new QVBoxLayout(area);
     column->setContentsMargins(0, 0, 0, 0);

@@ -82,6 +82,7 @@ private slots:
     void mouseChoosesOnce();
     void escapeClosesTheListFirst();
     void typingInTheDroppedListTypes();
+    void completedTextIsNotChosen();
     void emptyListDoesNotDrop();
     void listGrowsWhileDropped();
 
@@ -747,6 +748,25 @@ void tst_brwURL::typingInTheDroppedListTypes()
     QTRY_VERIFY(!combo()->view()->isVisible());
     QCOMPARE(m_field->Text(), u"http://one/"_s);
     QCOMPARE(m_field->SelText(), u"e/"_s);
+}
+
+void tst_brwURL::completedTextIsNotChosen()
+{
+    m_field->AddItem(u"http://one/"_s, false);
+    m_field->AddItem(u"http://two/"_s, false);
+    QSignalSpy click(m_field, &brwURL::Click);
+    type(u"o"_s);
+    QCOMPARE(m_field->Text(), u"http://one/"_s);
+    press(Qt::Key_Down, Qt::AltModifier);
+    QTRY_VERIFY(combo()->view()->isVisible());
+    QCOMPARE(m_field->SelText(), u"ne/"_s);
+    QTest::keyClick(combo()->view()->window()->windowHandle(), Qt::Key_Escape);
+    QTRY_VERIFY(!combo()->view()->isVisible());
+    press(Qt::Key_Delete);
+    type(u"ne/"_s);
+    m_other->setFocus();
+    QTRY_COMPARE(QApplication::focusWidget(), m_other);
+    QCOMPARE(click.count(), 0);
 }
 
 void tst_brwURL::emptyListDoesNotDrop()

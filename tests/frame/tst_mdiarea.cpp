@@ -1,4 +1,5 @@
 #include "MdiArea.h"
+#include "ThemedIcon.h"
 
 #include <QAction>
 #include <QApplication>
@@ -110,6 +111,10 @@ private slots:
     void childrenAreInCreationOrder();
     void scrollBarsAsNeeded();
     void titleBarButtonsAreSeenInTheDark();
+    void ownIconIsSeenOnTheActiveTitleBar();
+    void maximizedButtonsAreSeenInTheDark();
+    void captionsArePaintedAsTheyStand_data();
+    void captionsArePaintedAsTheyStand();
 
 private:
     std::unique_ptr<Window> m_window;
@@ -552,6 +557,71 @@ void tst_MdiArea::titleBarButtonsAreSeenInTheDark()
     inactive->setStyle(nullptr);
     const int usual = lightest();
     QVERIFY2(shown > usual + 60, qPrintable(u"%1, in the usual style %2"_s.arg(shown).arg(usual)));
+}
+
+void tst_MdiArea::ownIconIsSeenOnTheActiveTitleBar()
+{
+    QMdiSubWindow *child = m_window->open();
+    child->setWindowIcon(themedIcon(u"page"_s));
+    m_window->area->setActiveSubWindow(child);
+    const QImage shown = child->grab().toImage();
+    int light = 0;
+    for (int y = 6; y < 22; ++y) {
+        for (int x = 6; x < 24; ++x) {
+            QVERIFY(shown.pixelColor(x, y).lightness() > 60);
+            light += shown.pixelColor(x, y).lightness() > 220;
+        }
+    }
+    QVERIFY(light > 20);
+}
+
+void tst_MdiArea::maximizedButtonsAreSeenInTheDark()
+{
+    const QPalette before = QApplication::palette();
+    const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
+    QApplication::setPalette(QPalette(QColor(50, 50, 50)));
+    QMdiSubWindow *child = m_window->open(true);
+    QTRY_VERIFY(child->maximizedButtonsWidget() && child->maximizedButtonsWidget()->isVisible());
+    const QStyle *style = child->maximizedButtonsWidget()->style();
+    for (const QStyle::StandardPixmap which :
+         {QStyle::SP_TitleBarMinButton, QStyle::SP_TitleBarNormalButton,
+          QStyle::SP_TitleBarCloseButton}) {
+        const QImage button = style->standardIcon(which).pixmap(16, 16).toImage();
+        int seen = 0;
+        for (int y = 0; y < button.height(); ++y) {
+            for (int x = 0; x < button.width(); ++x) {
+                const QColor colour = button.pixelColor(x, y);
+                QVERIFY(colour.alpha() == 0 || colour.lightness() > 200);
+                seen += colour.alpha() > 200;
+            }
+        }
+        QVERIFY(seen > 5);
+    }
+}
+
+void tst_MdiArea::captionsArePaintedAsTheyStand_data()
+{
+    QTest::addColumn<QString>("caption");
+    QTest::addColumn<int>("width");
+    QTest::newRow("wide") << u"Index of a[*].html"_s << 400;
+    QTest::newRow("twice") << u"[*][*]"_s << 400;
+    QTest::newRow("does not fit") << u"[*] in front of very much else"_s << 160;
+}
+
+void tst_MdiArea::captionsArePaintedAsTheyStand()
+{
+    QFETCH(QString, caption);
+    QFETCH(int, width);
+    QMdiSubWindow *child = m_window->open();
+    child->resize(width, 100);
+    child->setWindowTitle(caption);
+    const QImage shown = child->grab().toImage();
+    // The toolkit's own way to have one: doubled.
+    child->setStyle(QApplication::style());
+    child->setWindowTitle(QString(caption).replace(u"[*]"_s, u"[*][*]"_s));
+    QCOMPARE(shown, child->grab().toImage());
+    child->setWindowTitle(caption);
+    QVERIFY(shown != child->grab().toImage());
 }
 
 QTEST_MAIN(tst_MdiArea)

@@ -20,6 +20,7 @@
 #include <QPointer>
 #include <QRegularExpression>
 #include <QTest>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -44,6 +45,7 @@ private slots:
     void menus();
     void isALoadedForm();
     void showsThePage();
+    void captionIsShownAsItStands();
     void opensAndSavesFiles();
     void cancelAndMissingFilesDoNothing();
     void unreadableFilesAreTold();
@@ -151,6 +153,19 @@ void tst_frmSource::showsThePage()
     QCOMPARE(copies(), QStringList());
     m_window->setSubject(QString(100'000, u'x'));
     QVERIFY(m_window->windowTitle().size() < 400);
+}
+
+void tst_frmSource::captionIsShownAsItStands()
+{
+    QPointer<frmSource> window = frmSource::openOn(u"x"_s, u"http://a.example/?a[*]=b"_s);
+    QCOMPARE(window->windowTitle(), u"http://a.example/?a[*]=b - Document HTML"_s);
+    QCOMPARE(window->windowHandle()->title(), window->windowTitle());
+    window->setSubject(u"[*][*]"_s);
+    QCOMPARE(window->windowHandle()->title(), u"[*][*] - Document HTML"_s);
+    window->setSubject(u"c"_s);
+    QCOMPARE(window->windowHandle()->title(), u"c - Document HTML"_s);
+    window->close();
+    QTRY_VERIFY(!window);
 }
 
 void tst_frmSource::opensAndSavesFiles()

@@ -2,11 +2,13 @@
 #include <QBuffer>
 #include <QImage>
 #include <QMenu>
+#include <QWindow>
 
 #include "../Session.h"
 #include "Answer.h"
 #include "EngineTest.h"
 #include "ProgramInfo.h"
+#include "TextRules.h"
 #include "frmOpenURL.h"
 #include "frmSource.h"
 
@@ -51,6 +53,8 @@ private slots:
     void keysKeepAllInStep();
     void controlF4Closes();
     void captionOfTheFrame();
+    void titleIsShownAsItStands_data();
+    void titleIsShownAsItStands();
     void lastWindowLeavesTheAddress();
     void openMenuKeepsTheTypedText();
     void unsentTextSurvivesAPageThatFinishes();
@@ -490,6 +494,33 @@ void tst_WindowCommands::captionOfTheFrame()
     m_session->choose("mnuFileCloseAll");
     QTRY_VERIFY(!m_session->frame->activeChild());
     QTRY_COMPARE(m_session->frame->windowTitle(), u"Orvane"_s);
+}
+
+void tst_WindowCommands::titleIsShownAsItStands_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::newRow("inside") << u"a[*] b"_s;
+    QTest::newRow("twice") << u"[*][*]"_s;
+    // The frame puts the brackets around it.
+    QTest::newRow("star") << u"*"_s;
+}
+
+void tst_WindowCommands::titleIsShownAsItStands()
+{
+    QFETCH(QString, title);
+    m_session->server.page("/title", "<title>" + title.toLatin1() + "</title>");
+    const frmBrowser *window = m_session->active();
+    m_session->frame->NavigateActive(url("/title"));
+    QTRY_COMPARE(window->windowTitle(), title);
+    const QString caption = "Orvane - ["_L1 + title + u']';
+    QTRY_COMPARE(m_session->frame->windowTitle(), caption);
+    QCOMPARE(m_session->frame->windowHandle()->title(), caption);
+    QCOMPARE(tab(window)->toolTip(), title);
+    QCOMPARE(m_session->tabs().caption(window->tabKey()), tabCaption(title));
+    openMenu("mnuWindowOpenBrowsers");
+    QCOMPARE(
+        m_session->frame->findChild<QMenu *>(u"mnuWindowOpenBrowsers"_s)->actions().first()->text(),
+        title);
 }
 
 void tst_WindowCommands::lastWindowLeavesTheAddress()

@@ -1,23 +1,47 @@
-// A page that plays sound goes on as if it were seen, wherever its window is. A machine without a
-// sound device plays nothing that could be heard: which pages do is said here.
+// A page that plays sound goes on as if it were seen, wherever its window is. The sound is real:
+// the engine plays it, and tells by itself which of its pages can be heard.
 #include "EngineTest.h"
 #include "FakeFrame.h"
 #include "QtWebBrowser.h"
 #include "TestServer.h"
 #include "WebPage.h"
 
-#include <QSet>
+#include <QDataStream>
+#include <QWebEngineView>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-QSet<const QWebEnginePage *> sounding;
-}
+// Pages may play on only where the user has clicked in them. A click on this one starts a tone that
+// goes on until it is told to end.
+constexpr char soundingPage[] = R"(<!DOCTYPE html><title>A</title>
+<body style="margin:0;height:100vh">
+<script>
+const tone = new Audio('/tone.wav');
+const start = () => { tone.loop = true; tone.play(); };
+const end = () => tone.loop = false;
+onclick = start;
+</script>)";
 
-/// Stands in for the library's.
-bool QWebEnginePage::recentlyAudible() const
+/// One second of a tone: a WAV file of 8-bit samples.
+QByteArray toneFile()
 {
-    return sounding.contains(this);
+    constexpr int rate = 8000, period = 20;
+    QByteArray bytes;
+    QDataStream file(&bytes, QIODevice::WriteOnly);
+    file.setByteOrder(QDataStream::LittleEndian);
+    file.writeRawData("RIFF", 4);
+    file << quint32(36 + rate);
+    file.writeRawData("WAVEfmt ", 8);
+    file << quint32(16) << quint16(1) << quint16(1) << quint32(rate) << quint32(rate) << quint16(1)
+         << quint16(8);
+    file.writeRawData("data", 4);
+    file << quint32(rate);
+    for (int i = 0; i < rate; ++i)
+        file << quint8(i % period < period / 2 ? 160 : 96);
+    return bytes;
+}
 }
 
 class tst_soundingpages : public QObject {
@@ -36,8 +60,20 @@ private:
     {
         return static_cast<QtWebBrowser *>(form->brwWebBrowser())->page();
     }
+    static QString script(const frmBrowser *form, const QString &code);
+    /// What the engine has said of the page, and what the page itself knows.
+    static bool isVisible(const frmBrowser *form)
+    {
+        return pageOf(form)->isVisible()
+            && script(form, u"document.visibilityState"_s) == "visible"_L1;
+    }
+    static bool isHidden(const frmBrowser *form)
+    {
+        return !pageOf(form)->isVisible()
+            && script(form, u"document.visibilityState"_s) == "hidden"_L1;
+    }
     frmBrowser *open();
-    static void sound(const frmBrowser *form, bool on);
+    frmBrowser *openSounding();
 
     std::unique_ptr<TestServer> m_server;
     std::unique_ptr<FakeFrame> m_frame;
@@ -46,7 +82,8 @@ private:
 void tst_soundingpages::init()
 {
     m_server = std::make_unique<TestServer>();
-    m_server->page("/a", "<title>A</title>");
+    m_server->page("/a", soundingPage);
+    m_server->file("/tone.wav", toneFile(), "audio/wav");
     m_frame = std::make_unique<FakeFrame>();
     QVERIFY(QTest::qWaitForWindowActive(m_frame->window()));
 }
@@ -55,7 +92,18 @@ void tst_soundingpages::cleanup()
 {
     m_frame.reset();
     m_server.reset();
-    sounding.clear();
+}
+
+QString tst_soundingpages::script(const frmBrowser *form, const QString &code)
+{
+    QString result;
+    bool answered = false;
+    pageOf(form)->runJavaScript(code, [&](const QVariant &value) {
+        result = value.toString();
+        answered = true;
+    });
+    [&] { QTRY_VERIFY(answered); }();
+    return result;
 }
 
 frmBrowser *tst_soundingpages::open()
@@ -65,71 +113,87 @@ frmBrowser *tst_soundingpages::open()
     return form;
 }
 
-void tst_soundingpages::sound(const frmBrowser *form, bool on)
+frmBrowser *tst_soundingpages::openSounding()
 {
-    if (on)
-        sounding.insert(pageOf(form));
-    else
-        sounding.remove(pageOf(form));
-    emit pageOf(form)->recentlyAudibleChanged(on);
+    frmBrowser *form = open();
+    const auto *view = form->findChild<QWebEngineView *>();
+    // A page takes a click only once it is painted.
+    [&] {
+        QTRY_VERIFY([&] {
+            if (!script(form, u"navigator.userActivation.hasBeenActive"_s).startsWith(u't'))
+                QTest::mouseClick(m_frame->window()->windowHandle(), Qt::LeftButton, {},
+                                  view->mapTo(m_frame->window(), view->rect().center()));
+            return pageOf(form)->recentlyAudible();
+        }());
+    }();
+    return form;
 }
 
 void tst_soundingpages::coveredPageGoesOnWhileItSounds()
 {
-    const frmBrowser *music = open();
+    const frmBrowser *music = openSounding();
     const frmBrowser *silent = open();
-    sound(music, true);
     frmBrowser *front = open();
     front->showMaximized();
-    QTRY_VERIFY(!pageOf(silent)->isVisible());
-    QVERIFY(pageOf(music)->isVisible());
-    sound(music, false);
-    QTRY_VERIFY(!pageOf(music)->isVisible());
+    QTRY_VERIFY(isHidden(silent));
+    QVERIFY(isVisible(music));
+    script(music, u"end()"_s);
+    QTRY_VERIFY(isHidden(music));
+    QVERIFY(!pageOf(music)->recentlyAudible());
 }
 
 void tst_soundingpages::minimizedPageGoesOnWhileItSounds()
 {
-    frmBrowser *music = open();
+    frmBrowser *music = openSounding();
     frmBrowser *silent = open();
-    sound(music, true);
     music->showMinimized();
     silent->showMinimized();
-    QTRY_VERIFY(!pageOf(silent)->isVisible());
-    QVERIFY(pageOf(music)->isVisible());
-    sound(music, false);
-    QTRY_VERIFY(!pageOf(music)->isVisible());
+    QTRY_VERIFY(isHidden(silent));
+    QVERIFY(isVisible(music));
+    script(music, u"end()"_s);
+    QTRY_VERIFY(isHidden(music));
+    QVERIFY(!pageOf(music)->recentlyAudible());
     music->showNormal();
-    QTRY_VERIFY(pageOf(music)->isVisible());
+    QTRY_VERIFY(isVisible(music));
 }
 
 void tst_soundingpages::soundThatStartsBehindIsNoticed()
 {
-    frmBrowser *covered = open();
-    frmBrowser *minimized = open();
+    frmBrowser *covered = openSounding();
+    frmBrowser *minimized = openSounding();
     minimized->showMinimized();
     frmBrowser *front = open();
     front->showMaximized();
-    QTRY_VERIFY(!pageOf(covered)->isVisible() && !pageOf(minimized)->isVisible());
+    for (const frmBrowser *form : {covered, minimized})
+        script(form, u"end()"_s);
+    QTRY_VERIFY(isHidden(covered) && isHidden(minimized));
     for (const frmBrowser *form : {covered, minimized}) {
-        sound(form, true);
-        QTRY_VERIFY(pageOf(form)->isVisible());
+        script(form, u"start()"_s);
+        QTRY_VERIFY(isVisible(form));
+        QVERIFY(pageOf(form)->recentlyAudible());
     }
 }
 
 void tst_soundingpages::minimizedFrameHidesSilentPagesOnly()
 {
-    const frmBrowser *music = open();
+    const frmBrowser *music = openSounding();
     const frmBrowser *silent = open();
-    sound(music, true);
     m_frame->window()->showMinimized();
-    QTRY_VERIFY(!pageOf(silent)->isVisible());
-    QVERIFY(pageOf(music)->isVisible());
+    QTRY_VERIFY(isHidden(silent));
+    QVERIFY(isVisible(music));
     // What looks again which windows are in sight does not take this for one that is.
-    sound(music, false);
-    QTRY_VERIFY(!pageOf(music)->isVisible());
+    script(music, u"end()"_s);
+    QTRY_VERIFY(isHidden(music));
     m_frame->window()->showNormal();
-    QTRY_VERIFY(pageOf(music)->isVisible() && pageOf(silent)->isVisible());
+    QTRY_VERIFY(isVisible(music) && isVisible(silent));
 }
 
-ORVANE_ENGINE_TEST_MAIN(tst_soundingpages)
+int main(int argc, char **argv)
+{
+    // Played to nobody: a machine that has a sound device is to stay silent.
+    qputenv("QTWEBENGINE_CHROMIUM_FLAGS",
+            qgetenv("QTWEBENGINE_CHROMIUM_FLAGS") + " --disable-audio-output");
+    return runEngineTest<tst_soundingpages>(argc, argv);
+}
+
 #include "tst_soundingpages.moc"
