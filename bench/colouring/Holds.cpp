@@ -3,13 +3,13 @@
 #include "Pages.h"
 #include "Report.h"
 #include "RichTextBox.h"
+#include "Taken.h"
 #include "TempAppFolder.h"
 #include "frmSource.h"
 #include "txtHTML.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
@@ -45,16 +45,10 @@ public:
 
     void held(const QString &what, const std::function<void()> &work)
     {
-        QElapsedTimer turn;
-        turn.start();
-        work();
-        double worst = double(turn.nsecsElapsed()) / 1e6;
+        double worst = takenBy(work).processor;
         // Painting and what was put off follow in turns of their own.
-        for (int quiet = 0; quiet < 5; quiet = isBusy() ? 0 : quiet + 1) {
-            turn.start();
-            QCoreApplication::processEvents();
-            worst = std::max(worst, double(turn.nsecsElapsed()) / 1e6);
-        }
+        for (int quiet = 0; quiet < 5; quiet = isBusy() ? 0 : quiet + 1)
+            worst = std::max(worst, takenBy([] { QCoreApplication::processEvents(); }).processor);
         m_report.atMost(u"held, %1, %2"_s.arg(m_name, what), worst, longestHold, u"ms"_s);
     }
 

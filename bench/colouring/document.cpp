@@ -1,11 +1,12 @@
-// Colours one file: document FILE OUTPUT writes its rich text document and prints the process's
-// highest memory use in kB.
+// Writes the rich text documents of files: document FILE OUTPUT, or document --into FOLDER FILE...
+// Prints the process's highest memory use in kB.
 
 #include "HtmlColouring.h"
 #include "LineEnds.h"
 #include "TextEncoding.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QStringEncoder>
 #include <cstdio>
 
@@ -30,22 +31,36 @@ long highestMemory()
     return 0;
 }
 
-}
-
-int main(int argc, char **argv)
+bool colour(const QString &name, const QString &output)
 {
-    if (argc != 3)
-        return 2;
-    const QString text =
-        LineEnds::fromLf(LineEnds::toLf(TextEncoding::decode(read(QFile::decodeName(argv[1])))));
+    const QString text = LineEnds::fromLf(LineEnds::toLf(TextEncoding::decode(read(name))));
     const QString document = HtmlColouring::colouredDocument(text);
-    QFile out(QFile::decodeName(argv[2]));
+    QFile out(output);
     if (!out.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return 1;
+        return false;
     QStringEncoder encoder(QStringEncoder::Utf8);
     for (qsizetype from = 0; from < document.size(); from += piece) {
         const QByteArray bytes = encoder(QStringView(document).mid(from, piece));
         if (out.write(bytes) != bytes.size())
+            return false;
+    }
+    return true;
+}
+
+}
+
+int main(int argc, char **argv)
+{
+    const QByteArrayView first(argc > 1 ? argv[1] : "");
+    const bool many = first == "--into";
+    if (argc < 3 || (!many && argc != 3))
+        return 2;
+    for (int i = many ? 3 : 1; i < (many ? argc : 2); ++i) {
+        const QString name = QFile::decodeName(argv[i]);
+        const QString output = many
+            ? QFile::decodeName(argv[2]) + u'/' + QFileInfo(name).fileName() + ".rtf"_L1
+            : QFile::decodeName(argv[2]);
+        if (!colour(name, output))
             return 1;
     }
     std::printf("%ld\n", highestMemory());

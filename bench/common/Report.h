@@ -8,6 +8,8 @@ public:
     void atMost(const QString &what, double value, double limit, const QString &unit);
     void atLeast(const QString &what, double value, double limit, const QString &unit);
     void note(const QString &text);
+    /// Something that could not be measured without counts as over its limit.
+    void missing(const QString &what);
     bool failed() const { return m_failed; }
 
 private:

@@ -19,6 +19,12 @@ void Report::note(const QString &text)
     QTextStream(stdout) << text << Qt::endl;
 }
 
+void Report::missing(const QString &what)
+{
+    m_failed = true;
+    note(u"MISSING  "_s + what);
+}
+
 void Report::print(const QString &what, double value, const QString &bound, double limit,
                    const QString &unit, bool ok)
 {
