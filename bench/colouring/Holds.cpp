@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
+#include <QTemporaryDir>
 #include <algorithm>
 #include <functional>
 
@@ -106,6 +107,8 @@ void measureText(Report &report, const QString &name, const QString &text)
     window.held(u"pasting"_s, [&] { window.editor().Paste(); });
     window.held(u"undoing the paste"_s, [&] { box.undo(); });
     window.held(u"undoing the cut"_s, [&] { box.undo(); });
+    const QTemporaryDir folder;
+    window.held(u"saving"_s, [&] { window.editor().SaveFile(folder.filePath(u"saved.html"_s)); });
     window.held(u"closing"_s, [&] { window.window().close(); });
 }
 

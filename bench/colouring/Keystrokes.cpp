@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QWindow>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -27,10 +28,18 @@ double press(RichTextBox &box, int key, const QString &text)
         .processor;
 }
 
+/// What is typed into has been seen before.
+void waitUntilSeen(QWidget &window)
+{
+    while (!window.windowHandle()->isExposed())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    QCoreApplication::processEvents();
+}
+
 void typeAt(Report &report, const QString &what, RichTextBox &box, int position)
 {
     box.setSelStart(position);
-    QCoreApplication::processEvents();
+    waitUntilSeen(*box.window());
     QList<double> times;
     const QString typed = u"<p class=\"x\">text</p>"_s;
     for (const QChar c : typed.repeated(5))
@@ -67,6 +76,25 @@ void typeIn(Report &report, const QString &name, const QString &text)
     }
 }
 
+/// Each key makes the colouring begin anew.
+void typeWhileColouring(Report &report, const QString &name, const QString &text)
+{
+    txtHTML editor;
+    editor.resize(900, 700);
+    editor.show();
+    waitUntilSeen(editor);
+    editor.setText(text);
+    editor.setSelStart(int(text.size() / 2));
+    QList<double> times;
+    while (times.size() < 20 && editor.isBusy()) {
+        QCoreApplication::processEvents();
+        times.append(press(editor.rtf1(), Qt::Key_X, u"x"_s));
+    }
+    report.atMost(
+        u"key in 5 MB %1 while it is coloured, the slowest of %2"_s.arg(name).arg(times.size()),
+        *std::max_element(times.begin(), times.end()), longest, u"ms"_s);
+}
+
 }
 
 namespace Keystrokes {
@@ -75,7 +103,9 @@ void measure(Report &report)
 {
     const QString page = QString::fromUtf8(Pages::generated(size));
     typeIn(report, u"of lines"_s, page);
+    typeWhileColouring(report, u"of lines"_s, page);
     typeIn(report, u"in one line"_s, QString(page).replace(u'\n', u' '));
+    typeWhileColouring(report, u"in one line"_s, QString(page).replace(u'\n', u' '));
     typeIn(report, u"in one word"_s, Pages::repeated(u"x"_s, size));
     typeIn(report, u"of line feeds"_s, Pages::repeated(u"\n"_s, size));
 }

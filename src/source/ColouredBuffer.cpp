@@ -28,6 +28,14 @@ void ColouredBuffer::replace(qsizetype at, qsizetype removed, const QString &ins
     m_all.colours.replace(at, removed, colours);
 }
 
+void ColouredBuffer::makeRoom()
+{
+    constexpr qsizetype least = 64 * 1024;
+    const qsizetype size = m_all.text.size() + qMax(least, m_all.text.size() / 4);
+    m_all.text.reserve(size);
+    m_all.colours.reserve(size);
+}
+
 int ColouredBuffer::typingColour(qsizetype at) const
 {
     const QString &text = m_all.text;

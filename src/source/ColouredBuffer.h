@@ -21,6 +21,10 @@ public:
     void replace(qsizetype at, qsizetype removed, const QString &inserted,
                  const QByteArray &colours);
 
+    /// Gives text and colours memory of their own with room to grow: an edit of text that others
+    /// hold too, or that fills its memory, copies all of it.
+    void makeRoom();
+
     /// The colour of text typed at `at`: that of the character before it on its line, else of the
     /// one after it.
     int typingColour(qsizetype at) const;

@@ -16,10 +16,10 @@ qsizetype lastOf(QStringView text, char16_t one, char16_t other)
     const char16_t *units = text.utf16();
     qsizetype end = text.size();
     for (; end >= width; end -= width) {
-        bool found = false;
+        char16_t found = 0;
         for (qsizetype i = end - width; i < end; ++i)
-            found |= units[i] == one || units[i] == other;
-        if (found)
+            found |= char16_t((units[i] == one) | (units[i] == other));
+        if (found != 0)
             break;
     }
     while (end > 0 && units[end - 1] != one && units[end - 1] != other)
@@ -120,6 +120,9 @@ bool press(RichTextBox &box, QChar character)
         indent(box);
         return true;
     }
+    // Most characters mean nothing: all that stands before the caret need not be looked at.
+    if (!QStringView(u"<- =>").contains(character))
+        return false;
     const QStringView before = QStringView(box.buffer().text()).left(box.selectionStart());
     if (insideComment(before))
         return false;

@@ -2,6 +2,7 @@
 
 #include "AppFolder.h"
 #include "Log.h"
+#include "SourceFile.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -29,7 +30,7 @@ QString folder()
     return AppFolder::appData(u"Recovered"_s);
 }
 
-QString keep(const QByteArray &bytes)
+QString keep(const SourceFile &source)
 {
     const QDir folder(RecoveredText::folder());
     if (!folder.mkpath(u"."_s)) {
@@ -42,7 +43,7 @@ QString keep(const QByteArray &bytes)
     for (int i = 0; name.isEmpty() || folder.exists(name); ++i)
         name = u"Source-%1-%2.html"_s.arg(time).arg(i, 2, 10, QChar(u'0'));
     QSaveFile file(folder.filePath(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly) || !source.write(file) || !file.commit()) {
         qCWarning(lcFiles) << "cannot keep a copy of edited source" << file.errorString();
         return {};
     }

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
+
+class SourceFile;
 
 /// Copies of edited source that was closed without being saved.
 namespace RecoveredText {
@@ -9,5 +10,5 @@ namespace RecoveredText {
 QString folder();
 /// Writes a copy and returns its file; empty when that fails. The oldest copies make room for
 /// new ones.
-QString keep(const QByteArray &bytes);
+QString keep(const SourceFile &source);
 }

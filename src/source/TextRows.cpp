@@ -44,7 +44,7 @@ qsizetype partingPlace(QStringView text, qsizetype from)
 
 TextRows::TextRows()
 {
-    m_rows.push_back({0, 0});
+    m_rows.append({RowBlocks::piece(0, false)});
 }
 
 /// The row that follows; one that begins at -1 when there is none.
@@ -53,76 +53,74 @@ TextRows::Row TextRows::after(QStringView text, Row row)
     const QStringView rest = text.sliced(row.start);
     const qsizetype lineEnd = rest.left(longest + 1).indexOf(u'\n');
     if (lineEnd >= 0)
-        return {int(row.start + lineEnd + 1), row.line + 1};
+        return {row.start + lineEnd + 1, row.line + 1};
     if (rest.size() <= longest)
         return {-1, 0};
-    return {int(partingPlace(text, row.start)), row.line};
+    return {partingPlace(text, row.start), row.line};
 }
 
 void TextRows::set(QStringView text)
 {
-    m_size = text.size();
+    static_assert(longest < RowBlocks::longest);
     m_rows.clear();
-    m_rows.reserve(size_t(text.count(u'\n') + text.size() / (freshPiece - lookBack) + 1));
     const char16_t *units = text.utf16();
-    Row row{0, 0};
-    for (qsizetype at = 0; at < m_size; ++at) {
-        if (units[at] == u'\n') {
-            m_rows.push_back(row);
-            row = {int(at + 1), row.line + 1};
-        } else if (at - row.start == longest) {
-            m_rows.push_back(row);
-            row.start = int(partingPlace(text, row.start));
+    const qsizetype size = text.size();
+    std::vector<RowBlocks::Piece> rows(RowBlocks::mostRows);
+    size_t used = 0;
+    qsizetype start = 0;
+    for (qsizetype at = 0; at < size; ++at) {
+        const bool breaks = units[at] == u'\n';
+        if (!breaks && at - start < longest)
+            continue;
+        const qsizetype next = breaks ? at + 1 : partingPlace(text, start);
+        rows[used++] = RowBlocks::piece(next - start, breaks);
+        start = next;
+        if (used == rows.size()) {
+            m_rows.append(rows);
+            used = 0;
         }
     }
-    m_rows.push_back(row);
+    rows.resize(used);
+    rows.push_back(RowBlocks::piece(size - start, false));
+    m_rows.append(std::move(rows));
 }
 
 qsizetype TextRows::end(int row) const
 {
-    if (row + 1 == count())
-        return m_size;
-    return start(row + 1) - (continues(row + 1) ? 0 : 1);
+    const RowBlocks::Row found = m_rows.at(row);
+    return found.start + found.length - (found.breaks ? 1 : 0);
 }
 
-int TextRows::rowAt(qsizetype at) const
+/// The first old row, from `from` on, that the edit did not take and that begins at `least` or
+/// behind it now; row count() when there is none.
+TextRows::Kept TextRows::firstKept(int from, qsizetype least, const Edit &edit) const
 {
-    const auto next = std::upper_bound(m_rows.begin(), m_rows.end(), at,
-                                       [](qsizetype a, const Row &row) { return a < row.start; });
-    return int(next - m_rows.begin()) - 1;
-}
-
-int TextRows::firstRowOf(int line) const
-{
-    const auto found = std::lower_bound(m_rows.begin(), m_rows.end(), line,
-                                        [](const Row &row, int l) { return row.line < l; });
-    return int(std::min(found, m_rows.end() - 1) - m_rows.begin());
-}
-
-/// Where the start of an old row is now; -1 when the edit took it.
-qsizetype TextRows::shifted(size_t row, const Edit &edit) const
-{
-    const qsizetype start = m_rows[row].start;
-    if (start >= edit.at + edit.removed && start > edit.at)
-        return start + edit.inserted - edit.removed;
-    return start <= edit.at ? start : -1;
+    const qsizetype behind = qMax(edit.at + edit.removed, edit.at + 1);
+    const qsizetype shift = edit.inserted - edit.removed;
+    int row = qMax(from, m_rows.firstFrom(least));
+    if (row < count() && start(row) > edit.at)
+        row = qMax(from, m_rows.firstFrom(qMax(behind, least - shift)));
+    if (row == count())
+        return {row, -1, false, true};
+    const bool isBehindEdit = start(row) >= behind;
+    return {row, start(row) + (isBehindEdit ? shift : 0), continues(row), isBehindEdit};
 }
 
 /// The row after `row` in the edited text. Long lines stay parted where they were as far as that
-/// is fair, so that an edit moves no more of them than it must. `old` is the first old row that may
-/// be kept, and goes on to the one that is.
-TextRows::Row TextRows::afterEdit(QStringView text, Row row, const Edit &edit, size_t &old) const
+/// is fair, so that an edit moves no more of them than it must. `kept` is the first old row that
+/// may be kept, and goes on to the one that is.
+TextRows::Row TextRows::afterEdit(QStringView text, Row row, const Edit &edit, Kept &kept) const
 {
     Row next = after(text, row);
     const bool parted = next.start >= 0 && next.line == row.line;
     const qsizetype least = parted ? row.start + shortestPiece : next.start;
-    while (old < m_rows.size() && shifted(old, edit) < least)
-        ++old;
-    if (!parted || old == m_rows.size() || !continues(int(old)))
+    if (kept.row < count() && kept.start < least)
+        kept = firstKept(kept.row, least, edit);
+    if (!parted || kept.row == count() || !kept.continues)
         return next;
-    const qsizetype at = shifted(old, edit);
-    if (at <= row.start + longest && !joinsItsNeighbour(text[at - 1], text[at]))
-        next.start = int(at);
+    if (kept.start <= row.start + longest
+        && !joinsItsNeighbour(text[kept.start - 1], text[kept.start]))
+        next.start = kept.start;
     return next;
 }
 
@@ -139,38 +137,22 @@ TextRows::Change TextRows::replaced(QStringView text, qsizetype at, qsizetype re
     // The line may have become short enough to be one row with the piece before.
     if (continues(first))
         --first;
-    size_t kept = first + 1;
-    std::vector<Row> fresh;
-    Row row = afterEdit(text, m_rows[first], edit, kept);
-    for (; row.start >= 0; row = afterEdit(text, row, edit, kept)) {
+    Kept kept = firstKept(first + 1, 0, edit);
+    std::vector<RowBlocks::Piece> fresh;
+    Row row{start(first), lineOf(first)};
+    int last = -1;
+    while (last < 0) {
+        const Row next = afterEdit(text, row, edit, kept);
+        const qsizetype end = next.start < 0 ? text.size() : next.start;
+        fresh.push_back(RowBlocks::piece(end - row.start, next.line > row.line));
         // From a row on that begins as one did before, behind the edit, all rows are as they were.
-        if (kept < m_rows.size() && m_rows[kept].start >= at + removed && m_rows[kept].start > at
-            && shifted(kept, edit) == row.start)
-            break;
-        fresh.push_back(row);
+        if (next.start < 0)
+            last = count();
+        else if (kept.row < count() && kept.isBehindEdit && kept.start == next.start)
+            last = kept.row;
+        row = next;
     }
-    if (row.start < 0)
-        kept = m_rows.size();
-    const Change change{first, int(kept) - first, int(fresh.size()) + 1};
-    shift(kept, inserted - removed, kept < m_rows.size() ? row.line - m_rows[kept].line : 0);
-    const size_t old = kept - first - 1;
-    const size_t same = std::min(old, fresh.size());
-    const auto place = m_rows.begin() + first + 1;
-    std::copy_n(fresh.begin(), same, place);
-    if (old > same)
-        m_rows.erase(place + same, place + old);
-    else
-        m_rows.insert(place + same, fresh.begin() + same, fresh.end());
-    m_size = text.size();
+    const Change change{first, last - first, int(fresh.size())};
+    m_rows.replace(first, last, fresh);
     return change;
-}
-
-void TextRows::shift(size_t from, qsizetype characters, int lines)
-{
-    if (characters == 0 && lines == 0)
-        return;
-    for (size_t i = from; i < m_rows.size(); ++i) {
-        m_rows[i].start += int(characters);
-        m_rows[i].line += lines;
-    }
 }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "RowBlocks.h"
+
 #include <QStringView>
-#include <vector>
 
 /// Where the rows of a text begin. A row is a line, or a piece of a line that is too long to be
 /// laid out at once; where a line goes on in a further row there is nothing in the text. Positions
@@ -23,22 +24,22 @@ public:
     /// To be told after `removed` characters at `at` became `inserted` ones; `text` is the new one.
     Change replaced(QStringView text, qsizetype at, qsizetype removed, qsizetype inserted);
 
-    int count() const { return int(m_rows.size()); }
-    qsizetype start(int row) const { return m_rows[row].start; }
+    int count() const { return m_rows.count(); }
+    qsizetype start(int row) const { return m_rows.at(row).start; }
     /// Where the row's last character ends; the line break is not part of it.
     qsizetype end(int row) const;
     /// The row at which a position stands; where a line goes on, the later one.
-    int rowAt(qsizetype at) const;
+    int rowAt(qsizetype at) const { return m_rows.rowAt(at); }
     /// Whether the row goes on with the line of the row before it.
-    bool continues(int row) const { return row > 0 && m_rows[row].line == m_rows[row - 1].line; }
+    bool continues(int row) const { return row > 0 && !m_rows.at(row - 1).breaks; }
 
-    int lineOf(int row) const { return m_rows[row].line; }
-    int lineCount() const { return m_rows.back().line + 1; }
-    int firstRowOf(int line) const;
+    int lineOf(int row) const { return m_rows.at(row).line; }
+    int lineCount() const { return m_rows.at(count() - 1).line + 1; }
+    int firstRowOf(int line) const { return qMin(m_rows.firstOfLine(line), count() - 1); }
 
 private:
     struct Row {
-        int start;
+        qsizetype start;
         int line;
     };
     struct Edit {
@@ -46,11 +47,16 @@ private:
         qsizetype removed;
         qsizetype inserted;
     };
+    /// A row from before an edit that can stay as it was, and where it begins now.
+    struct Kept {
+        int row;
+        qsizetype start;
+        bool continues;
+        bool isBehindEdit;
+    };
     static Row after(QStringView text, Row row);
-    Row afterEdit(QStringView text, Row row, const Edit &edit, size_t &old) const;
-    qsizetype shifted(size_t row, const Edit &edit) const;
-    void shift(size_t from, qsizetype characters, int lines);
+    Row afterEdit(QStringView text, Row row, const Edit &edit, Kept &kept) const;
+    Kept firstKept(int from, qsizetype least, const Edit &edit) const;
 
-    std::vector<Row> m_rows;
-    qsizetype m_size = 0;
+    RowBlocks m_rows;
 };

@@ -14,6 +14,8 @@ constexpr int stepsPerRow = 16;
 constexpr int degreesPerNotch = 120;
 /// The width of a tab in characters of the fixed font.
 constexpr int tabCharacters = 8;
+/// Copying a text of more characters is felt.
+constexpr qsizetype longText = 100'000;
 
 }
 
@@ -55,7 +57,14 @@ void TextView::setBuffer(const ColouredText &contents)
     m_wantedX = -1;
     horizontalScrollBar()->setValue(0);
     form();
+    makeRoomSoon();
     Q_EMIT selectionChanged();
+}
+
+void TextView::makeRoomSoon()
+{
+    if (m_buffer.size() > longText)
+        m_makingRoom.start(0, this);
 }
 
 void TextView::replaceText(qsizetype at, qsizetype removed, const QString &inserted,
@@ -73,6 +82,8 @@ void TextView::replaceText(qsizetype at, qsizetype removed, const QString &inser
     m_caret = qMin(m_caret, m_buffer.size());
     m_wantedX = -1;
     adjustScrollBars();
+    if (inserted.size() > longText)
+        makeRoomSoon();
     viewport()->update();
     Q_EMIT viewChanged();
 }

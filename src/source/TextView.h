@@ -112,6 +112,7 @@ private:
     void scrollBarAction(int action);
     void adjustScrollBars();
     void form();
+    void makeRoomSoon();
     qreal left() const;
     void paintRow(QPainter &painter, const VisibleRow &shown, const QRect &clip);
 
@@ -133,6 +134,8 @@ private:
     /// Where moves from line to line would like to be; below 0 where the caret is.
     qreal m_wantedX = -1;
 
+    /// Room for edits of a long text is made once the text is in view.
+    QBasicTimer m_makingRoom;
     QBasicTimer m_blink;
     bool m_caretShown = true;
     qsizetype m_dropPlace = -1;

@@ -191,6 +191,9 @@ void TextView::timerEvent(QTimerEvent *event)
     if (event->timerId() == m_blink.timerId()) {
         m_caretShown = !m_caretShown;
         viewport()->update(caretArea(m_caret));
+    } else if (event->timerId() == m_makingRoom.timerId()) {
+        m_makingRoom.stop();
+        m_buffer.makeRoom();
     } else if (event->timerId() == m_tripleClick.timerId()) {
         m_tripleClick.stop();
     } else if (event->timerId() == m_scrolling.timerId()) {

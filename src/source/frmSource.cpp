@@ -113,7 +113,7 @@ void frmSource::openFile(const QString &file)
     if (!QFileInfo::exists(file))
         return;
     const bool wasEdited = m_edited;
-    const QByteArray before = wasEdited ? m_editor->fileBytes() : QByteArray();
+    const SourceFile before = wasEdited ? m_editor->sourceFile() : SourceFile();
     if (!m_editor->OpenFile(file)) {
         MsgBox::inform(this,
                        languageText("strCannotOpen", u"The file cannot be read:"_s) + u'\n' + file);
@@ -189,7 +189,7 @@ void frmSource::setEdited(bool edited)
 
 void frmSource::keepUnsaved()
 {
-    if (m_edited && !RecoveredText::keep(m_editor->fileBytes()).isEmpty())
+    if (m_edited && !RecoveredText::keep(m_editor->sourceFile()).isEmpty())
         m_edited = false;
 }
 

@@ -17,6 +17,8 @@ namespace {
 /// Up to this many characters the text is coloured at once, by way of its document.
 constexpr int atOnce = 100'000;
 constexpr int sliceMilliseconds = 12;
+/// Colouring that typing made useless begins anew once the keys rest.
+constexpr int restMilliseconds = 150;
 int lastNumber = 0;
 
 }
@@ -172,17 +174,17 @@ void txtHTML::colourThroughDocument()
 
 void txtHTML::startColouring(qsizetype from, qsizetype length)
 {
-    if (m_colourer)
-        colourSlice(-1);
+    // Unless all of the text is now to be coloured, what was begun is brought to its end.
+    if (length < m_rtf1->buffer().size())
+        finish();
     std::array<char, HtmlColouring::slotCount> indexes{};
     for (int slot = 0; slot < HtmlColouring::slotCount; ++slot)
         indexes[slot] = m_rtf1->colourIndex(defaultColours[slot]);
     m_colourer = std::make_unique<HtmlColourer>(m_rtf1->buffer().text().mid(from, length), indexes);
     m_colouredFrom = from;
     m_shown = 0;
+    m_colourTimer.start(0, this);
     colourSlice(sliceMilliseconds);
-    if (m_colourer)
-        m_colourTimer.start(0, this);
 }
 
 /// Goes on colouring for that long; to the end when it is negative.
@@ -205,30 +207,35 @@ void txtHTML::colourSlice(int milliseconds)
 
 void txtHTML::timerEvent(QTimerEvent *event)
 {
-    if (event->timerId() == m_colourTimer.timerId() && m_colourer)
+    if (event->timerId() != m_colourTimer.timerId())
+        QWidget::timerEvent(event);
+    else if (m_colourer)
         colourSlice(sliceMilliseconds);
     else
-        QWidget::timerEvent(event);
+        startColouring(0, m_rtf1->buffer().size());
 }
 
 bool txtHTML::isBusy() const
 {
-    return m_colourer != nullptr;
+    return m_colourTimer.isActive();
 }
 
 void txtHTML::finish()
 {
+    if (!isBusy())
+        return;
+    if (!m_colourer)
+        startColouring(0, m_rtf1->buffer().size());
     if (m_colourer)
         colourSlice(-1);
 }
 
 void txtHTML::onChanged()
 {
-    if (m_colourer) {
-        // The text is no longer the one being coloured: begin again with all of it.
-        m_colourTimer.stop();
+    if (isBusy()) {
+        // The text is no longer the one being coloured: all of it will be.
         m_colourer.reset();
-        startColouring(0, m_rtf1->buffer().size());
+        m_colourTimer.start(restMilliseconds, this);
     }
     Q_EMIT Change();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TextEncoding.h"
+#include "SourceFile.h"
 
 #include <QBasicTimer>
 #include <QWidget>
@@ -42,7 +42,7 @@ public:
     /// Replaces the file as a whole; false, and the old file untouched, when that fails.
     bool SaveFile(const QString &FileName);
     /// What SaveFile() writes.
-    QByteArray fileBytes() const;
+    SourceFile sourceFile() const;
 
     /// A number of the editor's own, unique among editors.
     int hWnd() const { return m_hWnd; }
@@ -89,10 +89,6 @@ private:
     qsizetype m_shown = 0;
     QBasicTimer m_colourTimer;
 
-    enum class LineEnd { CrLf, Lf, Cr };
-    TextEncoding::Encoding m_encoding = TextEncoding::Encoding::Utf8;
-    LineEnd m_lineEnd = LineEnd::CrLf;
-    /// What the text was loaded from: a text that is still the same is saved as the same bytes,
-    /// mixed line ends and all.
-    QByteArray m_loaded;
+    /// The form of the file that the text was loaded from; its own text is the box's.
+    SourceFile m_file;
 };

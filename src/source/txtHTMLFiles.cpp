@@ -1,12 +1,9 @@
-#include "LineEnds.h"
 #include "Log.h"
 #include "RichTextBox.h"
 #include "txtHTML.h"
 
 #include <QFile>
 #include <QSaveFile>
-
-using namespace Qt::StringLiterals;
 
 bool txtHTML::OpenFile(const QString &FileName)
 {
@@ -20,35 +17,24 @@ bool txtHTML::OpenFile(const QString &FileName)
         qCWarning(lcFiles) << "cannot read" << FileName << file.errorString();
         return false;
     }
-    const QString text = TextEncoding::decode(bytes);
-    m_encoding = TextEncoding::detect(bytes);
-    const qsizetype pairs = text.count("\r\n"_L1);
-    const qsizetype feeds = text.count(u'\n') - pairs;
-    const qsizetype returns = text.count(u'\r') - pairs;
-    m_lineEnd = feeds > pairs && feeds >= returns ? LineEnd::Lf
-        : returns > pairs                         ? LineEnd::Cr
-                                                  : LineEnd::CrLf;
-    m_loaded = bytes;
+    m_file = SourceFile::fromBytes(bytes);
+    const QString text = m_file.text();
+    m_file.setText({});
     setText(text);
     return true;
 }
 
-QByteArray txtHTML::fileBytes() const
+SourceFile txtHTML::sourceFile() const
 {
-    const QString &text = m_rtf1->buffer().text();
-    if (!m_loaded.isNull() && LineEnds::toLf(TextEncoding::decode(m_loaded)) == text)
-        return m_loaded;
-    if (m_lineEnd == LineEnd::Lf)
-        return TextEncoding::encode(text, m_encoding);
-    const QLatin1String end = m_lineEnd == LineEnd::CrLf ? "\r\n"_L1 : "\r"_L1;
-    return TextEncoding::encode(LineEnds::fromLf(text, end), m_encoding);
+    SourceFile file = m_file;
+    file.setText(m_rtf1->buffer().text());
+    return file;
 }
 
 bool txtHTML::SaveFile(const QString &FileName)
 {
-    const QByteArray bytes = fileBytes();
     QSaveFile file(FileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly) || !sourceFile().write(file) || !file.commit()) {
         qCWarning(lcFiles) << "cannot write" << FileName << file.errorString();
         return false;
     }

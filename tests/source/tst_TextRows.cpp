@@ -26,6 +26,8 @@ QString fault(const TextRows &rows, const QString &text)
         if (rows.rowAt(at) != row
             || (end < rows.start(row) + 1 ? false : rows.rowAt(end - 1) != row))
             return wrong(u"not found by position"_s);
+        if (!rows.continues(row) && rows.firstRowOf(line) != row)
+            return wrong(u"not found by line"_s);
         const bool last = row + 1 == rows.count();
         if (last)
             return end != text.size()          ? wrong(u"ends early"_s)

@@ -284,8 +284,11 @@ void tst_frmSource::savedTextIsNotKept()
 void tst_frmSource::olderCopiesMakeRoom()
 {
     QString last;
-    for (int i = 0; i < 35; ++i)
-        last = RecoveredText::keep(QByteArray::number(i));
+    SourceFile source;
+    for (int i = 0; i < 35; ++i) {
+        source.setText(QString::number(i));
+        last = RecoveredText::keep(source);
+    }
     QCOMPARE(copies().size(), 30);
     QVERIFY(QFile::exists(last));
 }
