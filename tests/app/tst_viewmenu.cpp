@@ -1,11 +1,13 @@
 #include "FakeWebBrowser.h"
 #include "FavoritesBar.h"
+#include "RichTextBox.h"
 #include "Session.h"
 #include "TabButton.h"
 #include "frmSource.h"
 #include "txtHTML.h"
 
 #include <QAbstractScrollArea>
+#include <QDir>
 #include <QMenu>
 #include <QSignalSpy>
 
@@ -32,6 +34,7 @@ private slots:
     void documentHTMLOfABusyPageOnlyBeeps();
     void documentHTMLWithoutALocationOnlyBeeps();
     void sourceWindowIsNoPage();
+    void closingTheFrameKeepsEditedSource();
 
 private:
     FakeWebBrowser &page() const
@@ -257,6 +260,23 @@ void tst_ViewMenu::sourceWindowIsNoPage()
     QTRY_VERIFY(!closed);
     QCOMPARE(m_session->windows(), 0);
     QVERIFY(m_session->frame->isVisible());
+}
+
+void tst_ViewMenu::closingTheFrameKeepsEditedSource()
+{
+    page().location = u"http://one/"_s;
+    page().markup = u"<html></html>"_s;
+    m_session->choose("mnuViewDocumentHTML");
+    QTRY_COMPARE(Forms::named("frmSource").size(), 1);
+    const QPointer<frmSource> source = qobject_cast<frmSource *>(Forms::named("frmSource").first());
+    QTest::keyClicks(&source->txtHTML1().rtf1(), u"mine"_s);
+    m_session->frame->close();
+    QTRY_VERIFY(!source);
+    const QDir folder(m_session->folder.file(u"AppData/Recovered"_s));
+    const QStringList copies = folder.entryList(QDir::Files);
+    QCOMPARE(copies.size(), 1);
+    QCOMPARE(m_session->folder.read(u"AppData/Recovered/"_s + copies.constFirst()),
+             QByteArray("mine<html></html>"));
 }
 
 QTEST_MAIN(tst_ViewMenu)

@@ -49,6 +49,8 @@ private slots:
     void opensAndSavesFiles();
     void cancelAndMissingFilesDoNothing();
     void unreadableFilesAreTold();
+    void folderIsNoFile();
+    void openingOverEditedTextKeepsIt();
     void editCommands();
     void rightClickShowsTheEditMenu();
     void dropOpensTheFile();
@@ -217,6 +219,28 @@ void tst_frmSource::unreadableFilesAreTold()
     QTRY_VERIFY(QApplication::activeModalWidget());
     QApplication::activeModalWidget()->close();
     QCOMPARE(m_window->txtHTML1().Text(), u"kept"_s);
+}
+
+void tst_frmSource::folderIsNoFile()
+{
+    m_window->txtHTML1().setText(u"kept"_s);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot read"_s));
+    answer(m_folder->file({}));
+    trigger("mnuFileOpen");
+    QTRY_VERIFY(QApplication::activeModalWidget());
+    QApplication::activeModalWidget()->close();
+    QCOMPARE(m_window->txtHTML1().Text(), u"kept"_s);
+}
+
+void tst_frmSource::openingOverEditedTextKeepsIt()
+{
+    QVERIFY(m_folder->write(u"page.html"_s, "<b>"));
+    QTest::keyClicks(&m_window->txtHTML1().rtf1(), u"mine"_s);
+    answer(m_folder->file(u"page.html"_s));
+    trigger("mnuFileOpen");
+    QCOMPARE(m_window->txtHTML1().Text(), u"<b>"_s);
+    QCOMPARE(copies().size(), 1);
+    QCOMPARE(m_folder->read(u"AppData/Recovered/"_s + copies().constFirst()), QByteArray("mine"));
 }
 
 void tst_frmSource::editCommands()

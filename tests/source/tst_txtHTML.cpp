@@ -3,11 +3,14 @@
 #include "RealPages.h"
 #include "RichTextBox.h"
 #include "Rtf.h"
+#include "SmallDisk.h"
 #include "txtHTML.h"
 
 #include <QClipboard>
+#include <QDropEvent>
 #include <QFile>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -88,6 +91,7 @@ private slots:
     void selTextIsColoured();
     void selectAllAndDelete();
     void clicksAreTold();
+    void droppedFileIsTold();
     void changesAreTold();
     void typing_data();
     void typing();
@@ -98,6 +102,9 @@ private slots:
     void filesKeepTheirForm_data();
     void filesKeepTheirForm();
     void filesThatFail();
+    void fullDiskKeepsTheOldFile();
+    void longTextsAreWrittenWhole_data();
+    void longTextsAreWrittenWhole();
     void boxFillsTheControl();
 };
 
@@ -177,7 +184,7 @@ void tst_txtHTML::slicesGiveTheSameColours()
             text += pieces.at(random.bounded(int(pieces.size())));
         QVERIFY2(coloursByColourer(text) == coloursByDocument(text), qPrintable(text));
     }
-    for (const QString &file : RealPages::find(150)) {
+    for (const QString &file : RealPages::find(1000)) {
         const QString text =
             RealPages::read(file).replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
         QVERIFY2(coloursByColourer(text) == coloursByDocument(text), qPrintable(file));
@@ -317,6 +324,29 @@ void tst_txtHTML::clicksAreTold()
     QCOMPARE(left.size(), 1);
     QTest::mouseClick(editor.rtf1().viewport(), Qt::BackButton);
     QCOMPARE(left.size() + right.size(), 2);
+}
+
+void tst_txtHTML::droppedFileIsTold()
+{
+    txtHTML editor;
+    editor.resize(300, 200);
+    editor.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&editor));
+    QSignalSpy dropped(&editor, &txtHTML::DropFile);
+    QMimeData three;
+    three.setUrls({QUrl::fromLocalFile(u"/a/one.html"_s), QUrl::fromLocalFile(u"/a/two.html"_s),
+                   QUrl::fromLocalFile(u"/a/three.html"_s)});
+    QMimeData noFile;
+    noFile.setUrls({QUrl(u"http://a.example/"_s)});
+    for (const QMimeData *data : {&three, &noFile}) {
+        QWidget *viewport = editor.rtf1().viewport();
+        QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(viewport, &enter);
+        QDropEvent drop(QPointF(20, 20), Qt::CopyAction, data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(viewport, &drop);
+    }
+    QCOMPARE(dropped.size(), 1);
+    QCOMPARE(dropped.at(0).at(0).toString(), u"/a/one.html"_s);
 }
 
 void tst_txtHTML::changesAreTold()
@@ -480,6 +510,53 @@ void tst_txtHTML::filesThatFail()
     QVERIFY(!editor.SaveFile(dir.filePath(u"nowhere/page.html"_s)));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot write"_s));
     QVERIFY(!editor.SaveFile(dir.path()));
+}
+
+void tst_txtHTML::fullDiskKeepsTheOldFile()
+{
+    const SmallDisk disk;
+    if (!disk.isMounted())
+        QSKIP("only the superuser can have a small disk");
+    const QString name = disk.path() + u"/page.html"_s;
+    txtHTML editor;
+    editor.setText(u"old"_s);
+    QVERIFY(editor.SaveFile(name));
+    editor.setText(QString(1'000'000, u'x'));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot write"_s));
+    QVERIFY(!editor.SaveFile(name));
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("old"));
+}
+
+void tst_txtHTML::longTextsAreWrittenWhole_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("utf-8") << u"<p>\u00e9\U0001f600</p>\n"_s.repeated(60'000).toUtf8();
+    // Pairs of units that no round number of them parts evenly.
+    QTest::newRow("pairs") << (u'x' + u"\U0001f600"_s.repeated(150'000)).toUtf8();
+    QTest::newRow("mark") << "\xef\xbb\xbf" + u"\u00e9\r\n"_s.repeated(100'000).toUtf8();
+    QTest::newRow("1252") << QByteArray("caf\xe9\r").repeated(60'000);
+    QTest::newRow("only a mark") << QByteArray("\xef\xbb\xbf");
+}
+
+void tst_txtHTML::longTextsAreWrittenWhole()
+{
+    QFETCH(QByteArray, bytes);
+    QTemporaryDir dir;
+    const QString name = dir.filePath(u"page.html"_s);
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    file.close();
+    txtHTML editor;
+    QVERIFY(editor.OpenFile(name));
+    editor.finish();
+    editor.setSelStart(editor.rtf1().TextLength());
+    editor.rtf1().setSelText(u"!"_s);
+    QVERIFY(editor.SaveFile(name));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll() == bytes + '!');
 }
 
 void tst_txtHTML::boxFillsTheControl()
