@@ -18,9 +18,9 @@ constexpr qsizetype megabyte = 1'000'000;
 /// own start.
 constexpr double leastTimes = 8;
 constexpr double leastTimesSmall = 1;
-/// The text of 50 MB, its document of about three times as much, both of two bytes a character,
-/// and the bytes read.
-constexpr double mostMemory = 1000;
+/// In MB, for a page of 50 MB: its text takes 100 and its document about 300, at two bytes a
+/// character.
+constexpr double mostMemory = 600;
 constexpr int manyPages = 1000;
 
 QString ownProgram()

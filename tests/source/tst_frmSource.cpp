@@ -49,7 +49,7 @@ private slots:
     void opensAndSavesFiles();
     void cancelAndMissingFilesDoNothing();
     void unreadableFilesAreTold();
-    void folderIsNoFile();
+    void droppedFolderIsTold();
     void openingOverEditedTextKeepsIt();
     void editCommands();
     void rightClickShowsTheEditMenu();
@@ -67,6 +67,7 @@ private slots:
 private:
     void trigger(const char *name);
     void answer(const QString &file);
+    void drop(const QMimeData &data);
     QStringList copies() const;
 
     std::unique_ptr<TempAppFolder> m_folder;
@@ -109,6 +110,15 @@ void tst_frmSource::answer(const QString &file)
                 return {};
             return FileDialogAnswer{file, 1};
         });
+}
+
+void tst_frmSource::drop(const QMimeData &data)
+{
+    QWidget *viewport = m_window->txtHTML1().rtf1().viewport();
+    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(viewport, &enter);
+    QDropEvent event(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(viewport, &event);
 }
 
 QStringList tst_frmSource::copies() const
@@ -221,12 +231,13 @@ void tst_frmSource::unreadableFilesAreTold()
     QCOMPARE(m_window->txtHTML1().Text(), u"kept"_s);
 }
 
-void tst_frmSource::folderIsNoFile()
+void tst_frmSource::droppedFolderIsTold()
 {
     m_window->txtHTML1().setText(u"kept"_s);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot read"_s));
-    answer(m_folder->file({}));
-    trigger("mnuFileOpen");
+    QMimeData folder;
+    folder.setUrls({QUrl::fromLocalFile(m_folder->path())});
+    drop(folder);
     QTRY_VERIFY(QApplication::activeModalWidget());
     QApplication::activeModalWidget()->close();
     QCOMPARE(m_window->txtHTML1().Text(), u"kept"_s);
@@ -274,11 +285,7 @@ void tst_frmSource::dropOpensTheFile()
     QMimeData files;
     files.setUrls({QUrl::fromLocalFile(m_folder->file(u"dropped.html"_s)),
                    QUrl::fromLocalFile(m_folder->file(u"second.html"_s))});
-    QWidget *viewport = m_window->txtHTML1().rtf1().viewport();
-    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &files, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(viewport, &enter);
-    QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &files, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(viewport, &drop);
+    drop(files);
     QCOMPARE(m_window->txtHTML1().Text(), u"<i>"_s);
 }
 
