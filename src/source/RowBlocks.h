@@ -24,7 +24,7 @@ public:
     }
 
     void clear();
-    /// At most as many as a block holds.
+    /// Adds rows behind all others, at most as many as a block holds.
     void append(std::vector<Piece> rows);
     static constexpr size_t mostRows = 512;
     /// Puts `rows` in place of those from `first` up to `last`, that one not included.

@@ -65,7 +65,7 @@ bool SourceFile::write(QIODevice &device) const
 
 bool SourceFile::writeUtf8(QIODevice &device) const
 {
-    // The form of the first piece decides on the mark; further ones have none.
+    // Only before the first piece may there be a mark.
     qsizetype from = 0;
     do {
         qsizetype to = qMin(from + piece, m_text.size());
