@@ -10,8 +10,6 @@ namespace {
 constexpr size_t mostRows = 1000;
 /// Room for a line that is not wrapped.
 constexpr qreal endless = 10'000'000;
-/// The first of the characters that may join with one before them.
-constexpr QChar firstCombining(0x0300);
 
 }
 

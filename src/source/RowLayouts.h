@@ -12,6 +12,9 @@
 /// lines, each as high as the next whatever letters it has. Lengths are in pixels.
 class RowLayouts {
 public:
+    /// The first of the characters that may join with one before them.
+    static constexpr QChar firstCombining{0x0300};
+
     RowLayouts(const ColouredBuffer &buffer, const TextRows &rows);
 
     /// `width` is where lines are wrapped; 0 for nowhere.

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QTimer>
 #include <QTimerEvent>
+#include <algorithm>
 
 namespace {
 
@@ -45,6 +46,8 @@ public:
             from = qMax(from, line.xToCursor(clip.left() - m_origin.x()) - overhang);
             to = qMin(to, line.xToCursor(clip.right() - m_origin.x()) + overhang);
         }
+        if (drawSimply(line, from, to))
+            return;
         while (from < to) {
             const int end = endOfRun(from, to);
             m_painter.setPen(colourAt(from));
@@ -55,6 +58,31 @@ public:
     }
 
 private:
+    /// Where each character is one glyph, all glyphs are asked for at once: each asking costs as
+    /// much as the line is long. False when the line is not like that.
+    bool drawSimply(const QTextLine &line, int from, int to)
+    {
+        const QStringView text = QStringView(m_buffer.text()).sliced(m_start + from, to - from);
+        const bool simple = std::all_of(text.begin(), text.end(), [](QChar c) {
+            return c < RowLayouts::firstCombining && c.isPrint();
+        });
+        const QList<QGlyphRun> runs = simple ? line.glyphRuns(from, to - from) : QList<QGlyphRun>();
+        if (runs.size() != 1 || runs.constFirst().glyphIndexes().size() != to - from)
+            return false;
+        const QList<quint32> glyphs = runs.constFirst().glyphIndexes();
+        const QList<QPointF> places = runs.constFirst().positions();
+        QGlyphRun part = runs.constFirst();
+        for (int at = from; at < to;) {
+            const int end = endOfRun(at, to);
+            part.setRawData(glyphs.constData() + (at - from), places.constData() + (at - from),
+                            end - at);
+            m_painter.setPen(colourAt(at));
+            m_painter.drawGlyphRun(m_origin, part);
+            at = end;
+        }
+        return true;
+    }
+
     bool isSelected(int at) const
     {
         return m_start + at >= m_selectionStart && m_start + at < m_selectionEnd;
