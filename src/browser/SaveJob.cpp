@@ -14,6 +14,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+QList<SaveJob *> jobs;
+
 QString text(const char *key, const QString &english)
 {
     return GetLanguageText(u"PageSaver"_s, QString::fromLatin1(key), english);
@@ -28,10 +30,12 @@ SaveJob::SaveJob(QWebEnginePage *page, const QString &file,
     , m_stage(file)
     , m_format(format)
 {
+    jobs.append(this);
 }
 
 SaveJob::~SaveJob()
 {
+    jobs.removeOne(this);
     if (m_progress)
         m_progress->close();
 }
@@ -55,13 +59,14 @@ void SaveJob::start()
 
 bool SaveJob::awaits(const QWebEngineDownloadRequest &request)
 {
-    const QWebEnginePage *page = Downloads::goesOn(request) ? nullptr : request.page();
-    if (!page || !(request.isSavePageDownload() || request.url() == page->url()))
-        return false;
-    const QList<SaveJob *> jobs = page->findChildren<SaveJob *>();
     const auto has = [&request](const SaveJob *job) { return job->m_request == &request; };
-    const auto waits = [](const SaveJob *job) { return !job->m_request; };
-    return std::none_of(jobs.begin(), jobs.end(), has)
+    // The page comes last: asking for one that is gone ends the program.
+    const auto waits = [&request](const SaveJob *job) {
+        return !job->m_request
+            && (request.isSavePageDownload() || request.url() == job->m_page->url())
+            && request.page() == job->m_page;
+    };
+    return !Downloads::goesOn(request) && std::none_of(jobs.begin(), jobs.end(), has)
         && std::any_of(jobs.begin(), jobs.end(), waits);
 }
 

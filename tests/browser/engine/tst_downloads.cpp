@@ -30,6 +30,7 @@ private slots:
     void fileFromALinkLeavesThePage();
     void windowWithoutAPageStaysWithoutOne();
     void stalledFileLeavesTheWindowFree();
+    void windowClosedAsTheFileBegins();
     void pageThatIsSlowToLeave();
     void pageThatIsSlowToLeaveKeepsItsOwnAddresses();
     void nextPageComesAsEver();
@@ -168,6 +169,32 @@ void tst_downloads::connectionBreaksAfterTheWindowClosed()
 }
 
 /// The engine asks such a page before anything else, and names the other address meanwhile.
+/// The engine asks where a file is to go a moment before or after it tells the page that its load
+/// has ended, which differs from time to time.
+void tst_downloads::windowClosedAsTheFileBegins()
+{
+    TestServer::Reply stalled;
+    stalled.type = "application/x-parcel";
+    stalled.stallAfterHeaders = true;
+    for (int round = 1; round <= 10; ++round) {
+        const QByteArray path = "/stalled" + QByteArray::number(round);
+        m_server->reply(path, stalled);
+        ControlScene closing;
+        bool ended = false;
+        connect(
+            closing.browser, &WebBrowser::loadEnded, closing.browser,
+            [&] {
+                ended = true;
+                delete closing.browser->page();
+            },
+            Qt::QueuedConnection);
+        closing.browser->Navigate(url(QString::fromLatin1(path)));
+        QTRY_VERIFY(ended);
+        m_browser->Navigate(url(u"/a?"_s + QString::number(round)));
+        QTRY_VERIFY(m_events->count("complete "_L1 + url(u"/a?"_s + QString::number(round))) == 1);
+    }
+}
+
 void tst_downloads::pageThatIsSlowToLeave()
 {
     m_server->page("/slow",
