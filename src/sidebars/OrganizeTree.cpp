@@ -17,6 +17,7 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QScopedValueRollback>
+#include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
@@ -270,9 +271,11 @@ bool OrganizeTree::move(const QStringList &paths, const QString &folder)
     return good;
 }
 
+/// The toolkit moves a file into the current folder where the home folder has no place for data.
 bool OrganizeTree::moveToTrash(const QString &path)
 {
-    return QFile::moveToTrash(path);
+    const QString place = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return !place.isEmpty() && QDir().mkpath(place) && QFile::moveToTrash(path);
 }
 
 void OrganizeTree::deleteSelected()

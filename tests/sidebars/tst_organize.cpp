@@ -50,6 +50,7 @@ private slots:
     void folderIntoItself();
     void foreignDropIsRefused();
     void deleteGoesToTheTrash();
+    void homeWithoutPlaceForATrash();
     void deleteForGoodAsks_data();
     void deleteForGoodAsks();
     void sortByDate();
@@ -82,8 +83,7 @@ void tst_Organize::init()
 {
     m_folder = std::make_unique<TempAppFolder>();
     m_home = std::make_unique<FavoritesHome>();
-    // A trash of the test's own.
-    QVERIFY(QDir().mkpath(m_home->home() + "/data"_L1));
+    // A trash of the test's own, for which there is no folder yet, as on a new account.
     qputenv("XDG_DATA_HOME", m_home->home().toUtf8() + "/data");
     m_engine = std::make_unique<FakeEngine>();
     m_frame = std::make_unique<FakeFrame>();
@@ -272,6 +272,18 @@ void tst_Organize::deleteGoesToTheTrash()
     QVERIFY(QFileInfo::exists(trash + u"a.url"_s));
     QVERIFY(QFileInfo::exists(trash + u"F/c.url"_s));
     QVERIFY(!item(u"a"_s));
+}
+
+void tst_Organize::homeWithoutPlaceForATrash()
+{
+    qputenv("XDG_DATA_HOME", "/proc/none");
+    open();
+    select({u"a"_s});
+    const Answer answer(QMessageBox::No);
+    press(u"cmdDelete"_s);
+    QTRY_COMPARE(answer.count(), 1);
+    QVERIFY(exists(u"a.url"_s));
+    QVERIFY(!QFileInfo::exists(u"files"_s));
 }
 
 void tst_Organize::deleteForGoodAsks_data()
