@@ -43,8 +43,11 @@ public:
         int to = from + line.textLength();
         drawSelection(layout, line);
         if (line.naturalTextWidth() > 2 * clip.width()) {
-            from = qMax(from, line.xToCursor(clip.left() - m_origin.x()) - overhang);
-            to = qMin(to, line.xToCursor(clip.right() - m_origin.x()) + overhang);
+            // Text that runs to the left begins at the right.
+            const auto [first, last] = std::minmax({line.xToCursor(clip.left() - m_origin.x()),
+                                                    line.xToCursor(clip.right() - m_origin.x())});
+            from = qMax(from, first - overhang);
+            to = qMin(to, last + overhang);
         }
         if (drawSimply(line, from, to))
             return;

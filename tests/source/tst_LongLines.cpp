@@ -51,6 +51,7 @@ private slots:
     void cleanup();
     void textIsTheSame_data();
     void textIsTheSame();
+    void rightToLeftIsSeen();
     void partingsAreNoPlaces();
     void wordsGoAcross();
     void typingAtAParting();
@@ -152,6 +153,22 @@ void tst_LongLines::textIsTheSame()
         QVERIFY(!box().grab().isNull());
     }
     QVERIFY(m_editor->Text() == text);
+}
+
+void tst_LongLines::rightToLeftIsSeen()
+{
+    show(u"أخبار العالم "_s.repeated(4000));
+    box().setWrapping(false);
+    for (const Qt::Key end : {Qt::Key_End, Qt::Key_Home}) {
+        key(end, Qt::ControlModifier);
+        const QImage seen =
+            box().viewport()->grab().toImage().convertToFormat(QImage::Format_Grayscale8);
+        int dark = 0;
+        for (int y = 0; y < seen.height(); ++y)
+            dark += int(std::count_if(seen.constScanLine(y), seen.constScanLine(y) + seen.width(),
+                                      [](uchar grey) { return grey < 128; }));
+        QVERIFY2(dark > 500, qPrintable(QString::number(dark)));
+    }
 }
 
 void tst_LongLines::partingsAreNoPlaces()
