@@ -140,10 +140,13 @@ void txtHTML::ColorHTML()
     if (m_rtf1->SelLength() < 1)
         return;
     const qsizetype from = m_rtf1->selectionStart();
-    if (m_rtf1->TextLength() > atOnce)
-        startColouring(from, m_rtf1->selectionEnd() - from);
-    else
+    const qsizetype length = m_rtf1->selectionEnd() - from;
+    if (m_rtf1->TextLength() <= atOnce)
         colourThroughDocument();
+    else if (length == m_rtf1->buffer().size())
+        colourAllSoon(0);
+    else
+        startColouring(from, length);
 }
 
 void txtHTML::colourThroughDocument()
@@ -170,6 +173,13 @@ void txtHTML::colourThroughDocument()
         select(start + int(match.start), int(match.end - match.start));
         m_rtf1->setSelColor(defaultColours[HtmlColouring::Comment]);
     }
+}
+
+/// The text has taken its time already, and is to be seen before its colours.
+void txtHTML::colourAllSoon(int milliseconds)
+{
+    m_colourer.reset();
+    m_colourTimer.start(milliseconds, this);
 }
 
 void txtHTML::startColouring(qsizetype from, qsizetype length)
@@ -232,11 +242,9 @@ void txtHTML::finish()
 
 void txtHTML::onChanged()
 {
-    if (isBusy()) {
-        // The text is no longer the one being coloured: all of it will be.
-        m_colourer.reset();
-        m_colourTimer.start(restMilliseconds, this);
-    }
+    // The text is no longer the one being coloured: all of it will be.
+    if (isBusy())
+        colourAllSoon(restMilliseconds);
     Q_EMIT Change();
 }
 

@@ -77,6 +77,7 @@ protected:
 
 private:
     void colourThroughDocument();
+    void colourAllSoon(int milliseconds);
     void startColouring(qsizetype from, qsizetype length);
     void colourSlice(int milliseconds);
     void onChanged();
