@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+/// The text of a page, a title or a message, as it may be put beside the program's own words: one
+/// line without control characters and without those that turn the direction of what follows, cut
+/// to a length that any widget can paint.
+QString shownText(const QString &text);
+
+/// `text` with every character that is not seen, or changes the order of others, written out as
+/// "\uXXXX"; for text that must be recognised as what it is.
+QString escapedText(const QString &text);
+
+/// Whether `character` is not seen or changes the order of others: control and direction
+/// characters, separators, and what is drawn as nothing.
+bool isUnseen(char32_t character);
