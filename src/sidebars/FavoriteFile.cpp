@@ -1,11 +1,11 @@
 #include "FavoriteFile.h"
+#include "FileName.h"
 #include "InternetShortcut.h"
 #include "Log.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <functional>
 
@@ -22,34 +22,11 @@ bool fitsNowhere(QChar character)
     return character < u' ' || character == u'\x7f' || reserved.contains(character);
 }
 
-// A name that another desktop keeps for a device, with any extension.
-bool isDeviceName(const QString &name)
-{
-    // Few names begin like one, and tens of thousands come in a row.
-    if (!u"cpanlCPANL"_s.contains(name.front()))
-        return false;
-    static const QRegularExpression device(u"^(con|prn|aux|nul|com[0-9]|lpt[0-9])\\s*(\\.|$)"_s,
-                                           QRegularExpression::CaseInsensitiveOption);
-    return device.match(name).hasMatch();
-}
-
 void trimEnds(QString &name)
 {
     while (name.endsWith(u'.') || name.endsWith(u' '))
         name.chop(1);
     name = std::move(name).trimmed();
-}
-
-QString cutToBytes(const QString &name)
-{
-    QByteArray bytes = name.toUtf8();
-    if (bytes.size() <= longestName)
-        return QString::fromUtf8(bytes);
-    qsizetype end = longestName;
-    // Not in the middle of a character.
-    while (end > 0 && (bytes.at(end) & 0xc0) == 0x80)
-        --end;
-    return QString::fromUtf8(bytes.first(end));
 }
 
 QString numbered(const QString &name, int number)
@@ -110,12 +87,13 @@ QString name(const QString &text, const QString &otherwise)
         if (fitsNowhere(character))
             character = u'_';
     }
+    result = FileName::visible(result);
     trimEnds(result);
-    result = cutToBytes(result);
+    result = FileName::cut(result, longestName);
     trimEnds(result);
     if (result.isEmpty())
         return otherwise;
-    return isDeviceName(result) ? u'_' + result : result;
+    return FileName::isDevice(result) ? u'_' + result : result;
 }
 
 std::optional<QString> create(const QString &folder, const QString &name, const QString &url)
