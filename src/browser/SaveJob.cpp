@@ -3,10 +3,13 @@
 #include "Downloads.h"
 #include "JobProgress.h"
 #include "Language.h"
+#include "SaveStage.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QLocale>
 #include <QProgressDialog>
+#include <QThreadPool>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 #include <algorithm>
@@ -27,7 +30,7 @@ SaveJob::SaveJob(QWebEnginePage *page, const QString &file,
     : QObject(page)
     , m_page(page)
     , m_owner(owner)
-    , m_stage(file)
+    , m_stage(std::make_shared<SaveStage>(file))
     , m_format(format)
 {
     jobs.append(this);
@@ -42,7 +45,7 @@ SaveJob::~SaveJob()
 
 void SaveJob::start()
 {
-    if (!m_stage.isValid()) {
+    if (!m_stage->isValid()) {
         end(false);
         return;
     }
@@ -54,7 +57,7 @@ void SaveJob::start()
                     giveUp();
             });
     showProgress();
-    m_page->save(m_stage.file(), m_format);
+    m_page->save(m_stage->file(), m_format);
 }
 
 bool SaveJob::awaits(const QWebEngineDownloadRequest &request)
@@ -62,7 +65,7 @@ bool SaveJob::awaits(const QWebEngineDownloadRequest &request)
     const auto has = [&request](const SaveJob *job) { return job->m_request == &request; };
     // The page comes last: asking for one that is gone ends the program.
     const auto waits = [&request](const SaveJob *job) {
-        return !job->m_request
+        return !job->m_request && !job->m_keeps
             && (request.isSavePageDownload() || request.url() == job->m_page->url())
             && request.page() == job->m_page;
     };
@@ -77,7 +80,7 @@ void SaveJob::take(QWebEngineDownloadRequest *request)
     m_request = request;
     if (request->state() == QWebEngineDownloadRequest::DownloadRequested) {
         // What is no markup comes without the place it was to be saved at.
-        const QFileInfo file(m_stage.file());
+        const QFileInfo file(m_stage->file());
         request->setDownloadDirectory(file.path());
         request->setDownloadFileName(file.fileName());
         request->accept();
@@ -96,14 +99,16 @@ void SaveJob::take(QWebEngineDownloadRequest *request)
 
 void SaveJob::watch()
 {
-    if (!m_request)
+    if (!m_request || m_keeps)
         return;
     if (m_over && !m_request->isFinished())
         m_request->cancel();
     else if (m_over)
         deleteLater();
+    else if (m_request->state() == QWebEngineDownloadRequest::DownloadCompleted)
+        keep();
     else if (m_request->isFinished())
-        end(m_request->state() == QWebEngineDownloadRequest::DownloadCompleted);
+        end(false);
 }
 
 void SaveJob::showProgress()
@@ -124,25 +129,49 @@ void SaveJob::giveUp()
     const bool engineIsThrough = !m_request && m_page->renderProcessPid() == 0;
     if (!std::exchange(m_over, true))
         tell(false);
-    m_stage.discard();
+    m_stage->discard();
     if (engineIsThrough)
         deleteLater();
     else
         watch();
 }
 
+/// Neither the page nor the user has a say in it any more. The disk may take its time.
+void SaveJob::keep()
+{
+    m_keeps = true;
+    disconnect(m_page, nullptr, this, nullptr);
+    closeProgress();
+    QThreadPool::globalInstance()->start([stage = m_stage, self = QPointer(this)] {
+        const bool kept = stage->commit();
+        stage->discard();
+        QMetaObject::invokeMethod(
+            qApp,
+            [self, kept] {
+                if (self)
+                    self->end(kept);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
 void SaveJob::end(bool done)
 {
-    tell(done && m_stage.commit());
+    tell(done);
     deleteLater();
+}
+
+void SaveJob::closeProgress()
+{
+    if (!m_progress)
+        return;
+    m_progress->disconnect(this);
+    m_progress->close();
 }
 
 void SaveJob::tell(bool done)
 {
-    if (m_progress) {
-        m_progress->disconnect(this);
-        m_progress->close();
-    }
+    closeProgress();
     if (done)
         emit saved();
     else if (!m_cancelled)

@@ -2,9 +2,9 @@
 
 #include <QPointer>
 #include <QWebEngineDownloadRequest>
+#include <memory>
 
-#include "SaveStage.h"
-
+class SaveStage;
 class QProgressDialog;
 class QWebEnginePage;
 class QWidget;
@@ -31,7 +31,9 @@ private:
     void take(QWebEngineDownloadRequest *request);
     void watch();
     void showProgress();
+    void closeProgress();
     void giveUp();
+    void keep();
     void end(bool done);
     void tell(bool done);
 
@@ -39,9 +41,12 @@ private:
     QPointer<QWidget> m_owner;
     QPointer<QWebEngineDownloadRequest> m_request;
     QPointer<QProgressDialog> m_progress;
-    SaveStage m_stage;
+    /// Putting the files in place outlasts the job.
+    std::shared_ptr<SaveStage> m_stage;
     QWebEngineDownloadRequest::SavePageFormat m_format;
     bool m_cancelled = false;
+    /// All is written, and on its way into its place.
+    bool m_keeps = false;
     /// Nothing comes of it any more.
     bool m_over = false;
 };

@@ -156,4 +156,31 @@ int rename(const char *old, const char *name) noexcept
     static auto *const rename = real<int(const char *, const char *)>("rename");
     return goesWrong(Operation::Other) ? -1 : rename(old, name);
 }
+
+int renameat2(int from, const char *old, int to, const char *name, unsigned flags) noexcept
+{
+    static auto *const renameat2 =
+        real<int(int, const char *, int, const char *, unsigned)>("renameat2");
+    return goesWrong(Operation::Other) ? -1 : renameat2(from, old, to, name, flags);
+}
+
+int unlink(const char *path) noexcept
+{
+    static auto *const unlink = real<int(const char *)>("unlink");
+    // That it is not there is said first.
+    const bool isThere = ::faccessat(AT_FDCWD, path, F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+    return isThere && goesWrong(Operation::Other) ? -1 : unlink(path);
+}
+
+int rmdir(const char *path) noexcept
+{
+    static auto *const rmdir = real<int(const char *)>("rmdir");
+    return goesWrong(Operation::Other) ? -1 : rmdir(path);
+}
+
+int chmod(const char *path, mode_t mode) noexcept
+{
+    static auto *const chmod = real<int(const char *, mode_t)>("chmod");
+    return goesWrong(Operation::Other) ? -1 : chmod(path, mode);
+}
 }
