@@ -30,11 +30,12 @@ bool write(const QString &file, const QByteArray &bytes)
 }
 }
 
-SourceJob::SourceJob(WebPage *page, const QString &file, QWidget *owner)
+SourceJob::SourceJob(WebPage *page, const QString &file, Otherwise otherwise, QWidget *owner)
     : QObject(page)
     , m_page(page)
     , m_file(file)
     , m_number(++lastNumber)
+    , m_otherwise(otherwise)
 {
     m_progress = openJobProgress(owner, u"dlgSaving"_s,
                                  text("strSaving", u"Saving the page: %1"_s).arg(QString()),
@@ -44,7 +45,7 @@ SourceJob::SourceJob(WebPage *page, const QString &file, QWidget *owner)
         deleteLater();
     });
     m_limit.setSingleShot(true);
-    connect(&m_limit, &QTimer::timeout, this, &SourceJob::useLiveMarkup);
+    connect(&m_limit, &QTimer::timeout, this, &SourceJob::useLiveContents);
     // What was to be saved is gone then.
     connect(page, &QWebEnginePage::renderProcessTerminated, this,
             [this](QWebEnginePage::RenderProcessTerminationStatus status) {
@@ -74,7 +75,7 @@ void SourceJob::start()
     if (source.open(QIODevice::ReadOnly))
         saveBytes(source.readAll());
     else
-        useLiveMarkup();
+        useLiveContents();
 }
 
 void SourceJob::readInPage()
@@ -113,28 +114,39 @@ void SourceJob::takeCollected(const QString &dataUrl)
     const qsizetype comma = dataUrl.indexOf(u',');
     const auto decoded = QByteArray::fromBase64Encoding(dataUrl.mid(comma + 1).toLatin1(),
                                                         QByteArray::AbortOnBase64DecodingErrors);
-    if (comma < 0 || !decoded || decoded.decoded.isEmpty())
-        useLiveMarkup();
+    // Empty is what a file may be as well.
+    if (comma < 0 || !decoded)
+        useLiveContents();
     else
         saveBytes(decoded.decoded);
 }
 
-void SourceJob::useLiveMarkup()
+void SourceJob::useLiveContents()
 {
     if (m_over || std::exchange(m_asked, true))
         return;
-    m_page->toHtml([self = QPointer(this)](const QString &markup) {
+    // The engine waits for this to return.
+    const auto later = [self = QPointer(this)](const QString &contents) {
         if (self)
             QMetaObject::invokeMethod(
-                self.data(),
-                [self, markup] {
-                    if (markup.isEmpty())
-                        self->end(false);
-                    else
-                        self->saveBytes("\xEF\xBB\xBF" + markup.toUtf8());
-                },
-                Qt::QueuedConnection);
-    });
+                self.data(), [self, contents] { self->saveLive(contents); }, Qt::QueuedConnection);
+    };
+    if (m_otherwise == Otherwise::LiveMarkup)
+        m_page->toHtml(later);
+    else
+        m_page->runJavaScript(PageScripts::source(u"page-text.js"_s),
+                              QWebEngineScript::ApplicationWorld,
+                              [later](const QVariant &text) { later(text.toString()); });
+}
+
+void SourceJob::saveLive(const QString &contents)
+{
+    if (contents.isEmpty())
+        end(false);
+    else if (m_otherwise == Otherwise::LiveMarkup)
+        saveBytes("\xEF\xBB\xBF" + contents.toUtf8());
+    else
+        saveBytes(contents.toUtf8());
 }
 
 void SourceJob::saveBytes(const QByteArray &bytes)

@@ -15,8 +15,10 @@
         const answer = await fetch(address.replace(/#.*/s, ''), {
             cache: '%CACHE%', mode: 'same-origin', redirect: 'error'
         });
-        if (answer.ok)
-            source = await readAsUrl(await answer.blob());
+        if (answer.ok) {
+            const bytes = await answer.blob();
+            source = bytes.size > 0 ? await readAsUrl(bytes) : 'data:,';
+        }
     } catch {
         // The program does with the markup, then.
     }

@@ -2,6 +2,7 @@
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <csignal>
 
 #include "../PageDialogs.h"
@@ -29,6 +30,17 @@ private slots:
     void sourceThatIsNoLongerGivenIsTheMarkup();
     void sourceThatNeverComesCanBeCancelled();
     void sourceOfALocalFile();
+    void textIsSavedAsItCame_data();
+    void textIsSavedAsItCame();
+    void textOfAFormsAnswer();
+    void textThatIsNoLongerGiven_data();
+    void textThatIsNoLongerGiven();
+    void localText();
+    void proposedNames_data();
+    void proposedNames();
+    void namesGetTheirEnding_data();
+    void namesGetTheirEnding();
+    void nameThatGetsItsEndingIsAskedFor();
 
     void readOnlyFolder_data() { kinds(); }
     void readOnlyFolder();
@@ -38,7 +50,9 @@ private slots:
     void fullDisk();
     void overAnOpenFile_data() { kinds(); }
     void overAnOpenFile();
-    void completeReplacesTheOldParts();
+    void completeLeavesWhatItDidNotWrite();
+    void completeShowsItsParts_data();
+    void completeShowsItsParts();
     void cancelLeavesNothing();
     void rendererThatDies_data() { kinds(); }
     void rendererThatDies();
@@ -50,6 +64,7 @@ private:
     void open(const QString &path);
     void openPageWithPicture();
     void waitForJobs();
+    void showsItsPicture(const QString &file);
     static QStringList in(const QString &folder)
     {
         return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -60,6 +75,11 @@ private:
         return target.open(QIODevice::WriteOnly) && target.write(bytes) == bytes.size();
     }
     QString path(const QString &name) const { return m_files->filePath(name); }
+    /// `name` with the ending of that kind.
+    static QString named(const QString &name, int kind)
+    {
+        return name + (kind == SingleFile ? u".mhtml"_s : u".html"_s);
+    }
 
     std::unique_ptr<QTemporaryDir> m_files;
     std::unique_ptr<Session> m_session;
@@ -221,15 +241,201 @@ void tst_SaveFaults::sourceOfALocalFile()
     QCOMPARE(PageDialogs::read(path(u"kept.html"_s)), bytes);
 }
 
+void tst_SaveFaults::textIsSavedAsItCame_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QByteArray>("type");
+    QTest::addColumn<QByteArray>("bytes");
+    const QByteArray lines = "first\r\n<b>second</b>\n\tthird";
+    QTest::newRow("text") << u"/notes.txt"_s << QByteArray("text/plain") << lines;
+    QTest::newRow("log") << u"/today.log"_s << QByteArray("text/plain") << lines;
+    QTest::newRow("script") << u"/app.js"_s << QByteArray("text/javascript") << lines;
+    QTest::newRow("script of an application")
+        << u"/app.mjs"_s << QByteArray("application/javascript") << lines;
+    QTest::newRow("style") << u"/main.css"_s << QByteArray("text/css") << lines;
+    QTest::newRow("JSON") << u"/data.json"_s << QByteArray("application/json")
+                          << QByteArray("{ \"a\":\r\n [1, 2]}");
+    QTest::newRow("JSON of a kind")
+        << u"/ld.json"_s << QByteArray("application/ld+json") << QByteArray("{\"a\":1}");
+    QTest::newRow("XML") << u"/feed.xml"_s << QByteArray("text/xml")
+                         << QByteArray("<?xml version='1.0'?>\r\n<a  b='1'><c/></a>\n");
+    QTest::newRow("XML of an application")
+        << u"/feed.rss"_s << QByteArray("application/rss+xml") << QByteArray("<rss><a/></rss>");
+    QTest::newRow("no ending") << u"/README"_s << QByteArray("text/plain") << lines;
+    QTest::newRow("no name") << u"/"_s << QByteArray("text/plain; charset=utf-8")
+                             << QByteArray("gr\xc3\xbcn");
+    QTest::newRow("another encoding")
+        << u"/old.txt"_s << QByteArray("text/plain; charset=windows-1252")
+        << QByteArray("\x80 gr\xfcn\r\n");
+    QTest::newRow("sixteen bits") << u"/wide.txt"_s << QByteArray("text/plain")
+                                  << QByteArray("\xff\xfeg\0\xfc\0", 6);
+    QTest::newRow("empty") << u"/empty.txt"_s << QByteArray("text/plain") << QByteArray();
+}
+
+void tst_SaveFaults::textIsSavedAsItCame()
+{
+    QFETCH(QString, path);
+    QFETCH(QByteArray, type);
+    QFETCH(QByteArray, bytes);
+    m_session->server.reply(path.toUtf8(), {200, bytes, type, {{"Cache-Control", "max-age=60"}}});
+    open(path);
+    PageDialogs::save(*m_session, this->path(u"kept.txt"_s), 0);
+    waitForJobs();
+    QVERIFY(QFileInfo::exists(this->path(u"kept.txt"_s)));
+    QCOMPARE(PageDialogs::read(this->path(u"kept.txt"_s)), bytes);
+    QCOMPARE(in(m_files->path()), QStringList(u"kept.txt"_s));
+}
+
+void tst_SaveFaults::textOfAFormsAnswer()
+{
+    m_session->server.page("/form", "<title>F</title><form id=f method=post action=/answer>");
+    m_session->server.reply("/answer",
+                            {200, "a <b> & gr\xc3\xbcn\n", "text/plain; charset=utf-8", {}});
+    open(u"/form"_s);
+    PageDialogs::page(*m_session).runJavaScript(u"f.submit()"_s);
+    QTRY_VERIFY(m_session->shows(m_session->server.url(u"/answer"_s)));
+    PageDialogs::save(*m_session, path(u"kept.txt"_s), 0);
+    waitForJobs();
+    QCOMPARE(m_session->server.count("/answer"), 1);
+    QCOMPARE(PageDialogs::read(path(u"kept.txt"_s)), "a <b> & gr\xc3\xbcn\n");
+}
+
+void tst_SaveFaults::textThatIsNoLongerGiven_data()
+{
+    QTest::addColumn<QByteArray>("type");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("text") << QByteArray("text/plain") << QByteArray("a <b> & c\nd");
+    QTest::newRow("XML") << QByteArray("text/xml") << QByteArray("<a b=\"1\"><c/></a>");
+}
+
+void tst_SaveFaults::textThatIsNoLongerGiven()
+{
+    QFETCH(QByteArray, type);
+    QFETCH(QByteArray, bytes);
+    m_session->server.reply("/text", {200, bytes, type, {{"Cache-Control", "no-store"}}});
+    open(u"/text"_s);
+    m_session->server.reply("/text", {404, "gone", "text/plain", {}});
+    PageDialogs::save(*m_session, path(u"kept.txt"_s), 0);
+    waitForJobs();
+    QCOMPARE(PageDialogs::read(path(u"kept.txt"_s)), bytes);
+}
+
+void tst_SaveFaults::localText()
+{
+    const QByteArray bytes = "first\r\ngr\xfcn";
+    QVERIFY(write(path(u"local.txt"_s), bytes));
+    const QString url = QUrl::fromLocalFile(path(u"local.txt"_s)).toString();
+    m_session->start(url);
+    QTRY_VERIFY(m_session->shows(url));
+    PageDialogs::save(*m_session, path(u"kept.txt"_s), 0);
+    waitForJobs();
+    QCOMPARE(PageDialogs::read(path(u"kept.txt"_s)), bytes);
+}
+
+void tst_SaveFaults::proposedNames_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QByteArray>("type");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("name");
+    const QByteArray html = "text/html; charset=utf-8";
+    const QByteArray plain = "text/plain";
+    QTest::newRow("dot") << u"/p"_s << html << u"News - v1.5 out"_s << u"News - v1.5 out.html"_s;
+    QTest::newRow("path") << u"/p"_s << html << u"AC/DC: v1"_s << u"AC DC v1.html"_s;
+    QTest::newRow("hidden") << u"/p"_s << html << u"...and then"_s << u"and then.html"_s;
+    QTest::newRow("turned round") << u"/p"_s << html << u"a\u202elmth.exe"_s << u"almth.exe.html"_s;
+    QTest::newRow("Japanese") << u"/p"_s << html << u"ニ"_s.repeated(200)
+                              << u"ニ"_s.repeated(83) + u".html"_s;
+    QTest::newRow("emoji") << u"/p"_s << html << u"😀"_s.repeated(200)
+                           << u"😀"_s.repeated(62) + u".html"_s;
+    QTest::newRow("text") << u"/today.log"_s << plain << QString() << u"today.log"_s;
+    QTest::newRow("text without ending") << u"/README"_s << plain << QString() << u"README.txt"_s;
+    QTest::newRow("text without name") << u"/"_s << plain << QString() << u"Page.txt"_s;
+    QTest::newRow("JSON without ending")
+        << u"/api/v1"_s << QByteArray("application/json") << QString() << u"v1.json"_s;
+    QTest::newRow("name in the address")
+        << u"/a%0Ab%2F..%2F%E2%80%AEtxt.log"_s << plain << QString() << u"a b .. txt.log"_s;
+}
+
+void tst_SaveFaults::proposedNames()
+{
+    QFETCH(QString, path);
+    QFETCH(QByteArray, type);
+    QFETCH(QString, title);
+    QFETCH(QString, name);
+    const QByteArray body =
+        title.isEmpty() ? QByteArray("text") : "<title>" + title.toUtf8() + "</title>x";
+    m_session->server.reply(path.toUtf8(), {200, body, type, {}});
+    m_session->start(m_session->server.url(path));
+    QTRY_VERIFY(m_session->active()->brwWebBrowser()->HasDocument()
+                && !m_session->active()->brwWebBrowser()->Busy());
+    m_session->choose("mnuFileSaveAs");
+    auto *dialog = PageDialogs::waitFor<QFileDialog>();
+    QVERIFY(dialog);
+    QCOMPARE(dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), name);
+    dialog->setDirectory(m_files->path());
+    QVERIFY(QMetaObject::invokeMethod(dialog, "accept"));
+    waitForJobs();
+    QVERIFY2(QFileInfo(this->path(name)).size() > 0, qPrintable(in(m_files->path()).join(u'\n')));
+}
+
+void tst_SaveFaults::namesGetTheirEnding_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("kept");
+    QTest::newRow("none") << int(Complete) << u"page"_s << u"page.html"_s;
+    QTest::newRow("dot") << int(Complete) << u"News - v1.5 out"_s << u"News - v1.5 out.html"_s;
+    QTest::newRow("another") << int(SourceOnly) << u"page.txt"_s << u"page.txt.html"_s;
+    QTest::newRow("short one") << int(SourceOnly) << u"page.htm"_s << u"page.htm"_s;
+    QTest::newRow("capitals") << int(SourceOnly) << u"PAGE.HTML"_s << u"PAGE.HTML"_s;
+    QTest::newRow("single file") << int(SingleFile) << u"v1.5"_s << u"v1.5.mhtml"_s;
+    QTest::newRow("single file named as a page")
+        << int(SingleFile) << u"page.html"_s << u"page.mhtml"_s;
+    QTest::newRow("short one of a single file")
+        << int(SingleFile) << u"page.mht"_s << u"page.mht"_s;
+}
+
+void tst_SaveFaults::namesGetTheirEnding()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, typed);
+    QFETCH(QString, kept);
+    m_session->server.page("/page", "<title>A</title>x");
+    open(u"/page"_s);
+    PageDialogs::save(*m_session, path(typed), kind);
+    waitForJobs();
+    QCOMPARE(in(m_files->path()), QStringList(kept));
+}
+
+/// Not only the name as typed: what is replaced is the file of the whole name.
+void tst_SaveFaults::nameThatGetsItsEndingIsAskedFor()
+{
+    QVERIFY(write(path(u"v1.5.html"_s), "old"));
+    m_session->server.page("/page", "<title>A</title>x");
+    open(u"/page"_s);
+    m_session->choose("mnuFileSaveAs");
+    auto *dialog = PageDialogs::waitFor<QFileDialog>();
+    QVERIFY(dialog);
+    dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(path(u"v1.5"_s));
+    Answer no(QMessageBox::No);
+    QVERIFY(QMetaObject::invokeMethod(dialog, "accept"));
+    QTRY_COMPARE(no.count(), 1);
+    QVERIFY2(no.text().contains("v1.5.html"_L1), qPrintable(no.text()));
+    QVERIFY(dialog->isVisible());
+    QCOMPARE(PageDialogs::read(path(u"v1.5.html"_s)), "old");
+    dialog->reject();
+}
+
 void tst_SaveFaults::readOnlyFolder()
 {
     QFETCH(int, kind);
     m_session->server.page("/page", "<title>A</title>x");
     open(u"/page"_s);
     Answer ok(QMessageBox::Ok);
-    PageDialogs::save(*m_session, u"/proc/page.html"_s, kind);
+    PageDialogs::save(*m_session, named(u"/proc/page"_s, kind), kind);
     QTRY_COMPARE(ok.count(), 1);
-    QVERIFY(ok.text().contains("/proc/page.html"_L1));
+    QVERIFY(ok.text().contains(named(u"/proc/page"_s, kind)));
     waitForJobs();
     QTRY_VERIFY2(!QApplication::activeModalWidget(), "told once");
 }
@@ -240,7 +446,7 @@ void tst_SaveFaults::readOnlyFolderWithAnOldFile()
     const SmallDisk disk;
     if (!disk.isMounted())
         QSKIP("a disk of the test's own needs the superuser");
-    const QString file = disk.path() + "/page.html"_L1;
+    const QString file = named(disk.path() + u"/page"_s, kind);
     QVERIFY(write(file, "old"));
     QVERIFY(disk.makeReadOnly());
     m_session->server.page("/page", "<title>A</title>x");
@@ -259,7 +465,7 @@ void tst_SaveFaults::fullDisk()
     const SmallDisk disk;
     if (!disk.isMounted())
         QSKIP("a disk of the test's own needs the superuser");
-    const QString file = disk.path() + "/page.html"_L1;
+    const QString file = named(disk.path() + u"/page"_s, kind);
     QVERIFY(write(file, "old"));
     openPageWithPicture();
     Answer ok(QMessageBox::Ok);
@@ -268,33 +474,83 @@ void tst_SaveFaults::fullDisk()
     waitForJobs();
     QTRY_VERIFY2(!QApplication::activeModalWidget(), "told once");
     QCOMPARE(PageDialogs::read(file), "old");
-    QCOMPARE(in(disk.path()), QStringList(u"page.html"_s));
+    QCOMPARE(in(disk.path()), QStringList(named(u"page"_s, kind)));
 }
 
 void tst_SaveFaults::overAnOpenFile()
 {
     QFETCH(int, kind);
-    QVERIFY(write(path(u"page.html"_s), "old"));
-    QFile reader(path(u"page.html"_s));
+    QVERIFY(write(path(named(u"page"_s, kind)), "old"));
+    QFile reader(path(named(u"page"_s, kind)));
     QVERIFY(reader.open(QIODevice::ReadOnly));
     openPageWithPicture();
-    PageDialogs::save(*m_session, path(u"page.html"_s), kind);
+    PageDialogs::save(*m_session, path(named(u"page"_s, kind)), kind);
     waitForJobs();
     QCOMPARE(reader.readAll(), "old");
-    QVERIFY(PageDialogs::read(path(u"page.html"_s)).contains("words"));
+    QVERIFY(PageDialogs::read(path(named(u"page"_s, kind))).contains("words"));
     const QStringList parts = kind == Complete ? QStringList(u"page_files"_s) : QStringList();
-    QCOMPARE(in(m_files->path()), QStringList(u"page.html"_s) + parts);
+    QCOMPARE(in(m_files->path()), QStringList(named(u"page"_s, kind)) + parts);
 }
 
-void tst_SaveFaults::completeReplacesTheOldParts()
+void tst_SaveFaults::completeLeavesWhatItDidNotWrite()
 {
     QVERIFY(QDir(m_files->path()).mkpath(u"page_files"_s));
-    QVERIFY(write(path(u"page_files/old.png"_s), "old"));
+    QVERIFY(write(path(u"page_files/photo.png"_s), "photo"));
     openPageWithPicture();
-    PageDialogs::save(*m_session, path(u"page.html"_s), Complete);
-    waitForJobs();
-    QCOMPARE(in(path(u"page_files"_s)), QStringList(u"picture.svg"_s));
-    QVERIFY(PageDialogs::read(path(u"page.html"_s)).contains("page_files/picture.svg"));
+    for (int time = 1; time <= 3; ++time) {
+        PageDialogs::save(*m_session, path(u"page.html"_s), Complete);
+        waitForJobs();
+        QCOMPARE(in(path(u"page_files"_s)), QStringList(u"photo.png"_s));
+        QCOMPARE(PageDialogs::read(path(u"page_files/photo.png"_s)), "photo");
+        QCOMPARE(in(m_files->path()).size(), 3);
+        showsItsPicture(path(u"page.html"_s));
+    }
+}
+
+void tst_SaveFaults::completeShowsItsParts_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("plain") << u"page"_s;
+    QTest::newRow("dots") << u"News - v1.5 out"_s;
+    QTest::newRow("signs of addresses") << u"100% C# why? a&b;c+d=e"_s;
+    QTest::newRow("quotes and markup") << u"it's <b> 'x' `y` | *"_s;
+    QTest::newRow("scripts") << u"ニュース новости أخبار 😀"_s;
+    QTest::newRow("as long as can be") << u"ニ"_s.repeated(83);
+}
+
+void tst_SaveFaults::completeShowsItsParts()
+{
+    QFETCH(QString, name);
+    openPageWithPicture();
+    for (int time = 1; time <= 2; ++time) {
+        const QString file = path(name + u".html"_s);
+        m_session->typeAddress(m_session->server.url(u"/big"_s));
+        QTRY_VERIFY(m_session->shows(m_session->server.url(u"/big"_s)));
+        PageDialogs::save(*m_session, file, Complete);
+        waitForJobs();
+        showsItsPicture(file);
+    }
+    QCOMPARE(in(m_files->path()).size(), 2);
+}
+
+/// What the saved page shows comes from beside it.
+void tst_SaveFaults::showsItsPicture(const QString &file)
+{
+    const QUrl url = QUrl::fromLocalFile(file);
+    QWebEnginePage page;
+    QSignalSpy loaded(&page, &QWebEnginePage::loadFinished);
+    page.load(url);
+    QTRY_COMPARE(loaded.size(), 1);
+    int width = -1;
+    page.runJavaScript(u"document.querySelector('img').naturalWidth"_s,
+                       [&width](const QVariant &value) { width = value.toInt(); });
+    QTRY_COMPARE(width, 7);
+    QString source;
+    page.runJavaScript(u"document.querySelector('img').src"_s,
+                       [&source](const QVariant &value) { source = value.toString(); });
+    QTRY_VERIFY(!source.isEmpty());
+    QVERIFY2(QFileInfo(QUrl(source).toLocalFile()).path().startsWith(m_files->path()),
+             qPrintable(source));
 }
 
 void tst_SaveFaults::cancelLeavesNothing()
@@ -337,19 +593,19 @@ void tst_SaveFaults::rendererThatDies()
     page.silent = picture.silent = true;
     m_session->server.reply("/page", page);
     m_session->server.reply("/late.svg", picture);
-    QVERIFY(write(path(u"page.html"_s), "old"));
+    QVERIFY(write(path(named(u"page"_s, kind)), "old"));
     Answer ok(QMessageBox::Ok);
-    PageDialogs::save(*m_session, path(u"page.html"_s), kind);
+    PageDialogs::save(*m_session, path(named(u"page"_s, kind)), kind);
     ::kill(pid_t(PageDialogs::page(*m_session).renderProcessPid()), SIGKILL);
     QTRY_COMPARE(PageDialogs::page(*m_session).renderProcessPid(), 0);
     QTRY_COMPARE(ok.count(), 1);
     QVERIFY2(!QApplication::activeModalWidget(), "told once");
-    QCOMPARE(PageDialogs::read(path(u"page.html"_s)), "old");
-    QCOMPARE(in(m_files->path()), QStringList(u"page.html"_s));
+    QCOMPARE(PageDialogs::read(path(named(u"page"_s, kind))), "old");
+    QCOMPARE(in(m_files->path()), QStringList(named(u"page"_s, kind)));
     m_session->typeAddress(m_session->server.url(u"/one"_s));
     QTRY_VERIFY(m_session->shows(m_session->server.url(u"/one"_s)));
-    PageDialogs::save(*m_session, path(u"next.html"_s), kind);
-    QTRY_VERIFY(PageDialogs::read(path(u"next.html"_s)).contains("quick brown fox"));
+    PageDialogs::save(*m_session, path(named(u"next"_s, kind)), kind);
+    QTRY_VERIFY(PageDialogs::read(path(named(u"next"_s, kind))).contains("quick brown fox"));
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_SaveFaults)
