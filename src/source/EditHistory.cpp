@@ -38,6 +38,29 @@ void EditHistory::add(const Step &step)
     m_done = m_steps.size();
 }
 
+bool EditHistory::extend(const Edit &edit)
+{
+    if (!canUndo() || canRedo())
+        return false;
+    Edit &last = m_steps.last().edits.last();
+    const bool onlyRemoves = last.inserted.isEmpty() && edit.inserted.isEmpty();
+    if (edit.removed.isEmpty() && edit.at == last.at + last.inserted.size()) {
+        last.inserted += edit.inserted;
+        last.insertedColours += edit.insertedColours;
+    } else if (onlyRemoves && edit.at + edit.removed.size() == last.at) {
+        last.at = edit.at;
+        last.removed.prepend(edit.removed);
+        last.removedColours.prepend(edit.removedColours);
+    } else if (onlyRemoves && edit.at == last.at) {
+        last.removed += edit.removed;
+        last.removedColours += edit.removedColours;
+    } else {
+        return false;
+    }
+    m_characters += charactersOf(edit);
+    return true;
+}
+
 void EditHistory::join(const Edit &edit)
 {
     m_steps.last().edits.append(edit);

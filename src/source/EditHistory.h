@@ -28,6 +28,9 @@ public:
     void add(const Step &step);
     /// One more edit of the step added last.
     void join(const Edit &edit);
+    /// Makes the step added last go on with an edit right after what it put in, or right beside
+    /// what it took out. False, and nothing done, when the edit is elsewhere.
+    bool extend(const Edit &edit);
 
     bool canUndo() const { return m_done > 0; }
     bool canRedo() const { return m_done < m_steps.size(); }

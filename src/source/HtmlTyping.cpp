@@ -60,12 +60,12 @@ bool pressInTag(RichTextBox &box, QStringView before, QChar character)
                                                            : HtmlColouring::AttributeName]);
         return false;
     case u'=':
-        box.type(character);
+        box.type(QString(character));
         box.setSelColor(defaultColours[HtmlColouring::AttributeValue]);
         return true;
     case u'>':
         box.setSelColor(defaultColours[HtmlColouring::Tag]);
-        box.type(character);
+        box.type(QString(character));
         box.setSelColor(defaultColours[HtmlColouring::PlainText]);
         return true;
     default:

@@ -32,6 +32,7 @@ RichTextBox::RichTextBox(QWidget *parent)
     setPalette(paper(palette()));
     connect(this, &TextView::selectionChanged, this, [this] {
         m_typing.reset();
+        m_run = Run::None;
         updateMicroFocus();
         TextBoxAccessible::moved(this);
     });
@@ -58,6 +59,7 @@ void RichTextBox::setText(const QString &text)
 void RichTextBox::setContents(const ColouredText &contents)
 {
     m_history.clear();
+    m_run = Run::None;
     const QString before = buffer().text();
     setBuffer(contents);
     m_typing.reset();
@@ -122,8 +124,12 @@ void RichTextBox::selectUnseen(int start, int length)
 
 QString RichTextBox::SelText() const
 {
-    return LineEnds::fromLf(
-        buffer().text().mid(selectionStart(), selectionEnd() - selectionStart()));
+    return LineEnds::fromLf(plainSelection());
+}
+
+QString RichTextBox::plainSelection() const
+{
+    return buffer().text().mid(selectionStart(), selectionEnd() - selectionStart());
 }
 
 void RichTextBox::setSelText(const QString &text)
@@ -149,14 +155,22 @@ EditHistory::Edit RichTextBox::put(qsizetype at, qsizetype length, const QString
 
 void RichTextBox::replace(qsizetype at, qsizetype length, const QString &text)
 {
+    edit(at, length, text, Run::None);
+}
+
+void RichTextBox::edit(qsizetype at, qsizetype length, const QString &text, Run run)
+{
     if (length == 0 && text.isEmpty())
         return;
     const qsizetype anchorBefore = anchor();
     const qsizetype caretBefore = caret();
+    const bool goesOn = run != Run::None && run == m_run;
     const EditHistory::Edit edit = put(at, length, text);
-    m_history.add({{edit}, anchorBefore, caretBefore});
+    if (!goesOn || !m_history.extend(edit))
+        m_history.add({{edit}, anchorBefore, caretBefore});
     setCaret(at + text.size());
     m_typing.reset();
+    m_run = run;
     Q_EMIT changed();
 }
 
@@ -165,15 +179,16 @@ void RichTextBox::insert(const QString &text)
     replace(selectionStart(), selectionEnd() - selectionStart(), text);
 }
 
-void RichTextBox::type(QChar character)
+void RichTextBox::type(const QString &text)
 {
-    insert(QString(character));
+    edit(selectionStart(), selectionEnd() - selectionStart(), text, Run::Typing);
 }
 
 void RichTextBox::undo()
 {
     if (!canUndo())
         return;
+    m_run = Run::None;
     EditHistory::Step &step = m_history.undo();
     for (auto edit = step.edits.rbegin(); edit != step.edits.rend(); ++edit) {
         edit->insertedColours =
@@ -189,6 +204,7 @@ void RichTextBox::redo()
 {
     if (!canRedo())
         return;
+    m_run = Run::None;
     EditHistory::Step &step = m_history.redo();
     for (EditHistory::Edit &edit : step.edits) {
         edit.removedColours =
@@ -206,6 +222,7 @@ void RichTextBox::moveText(qsizetype to)
     const qsizetype anchorBefore = anchor();
     const qsizetype caretBefore = caret();
     const EditHistory::Edit out = put(from, length, {}, {});
+    m_run = Run::None;
     const qsizetype at = to > from ? to - length : to;
     m_history.add({{out}, anchorBefore, caretBefore});
     m_history.join(put(at, 0, out.removed, out.removedColours));

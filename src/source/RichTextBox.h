@@ -32,6 +32,8 @@ public:
     /// Selects without scrolling there.
     void selectUnseen(int start, int length);
     QString SelText() const;
+    /// The same as other programs take it: a line break is one line feed.
+    QString plainSelection() const;
     /// Replaces the selection; the caret is after what was put in.
     void setSelText(const QString &text);
 
@@ -61,8 +63,9 @@ public:
     /// Tab key is a character, Enter, Backspace and the like are none.
     using KeyPress = std::function<bool(QChar)>;
     void setKeyPress(const KeyPress &handler) { m_keyPress = handler; }
-    /// Inserts a character for the selection as one step that can be undone.
-    void type(QChar character);
+    /// Inserts text for the selection as typed text is: what is typed in one go is one step that
+    /// can be undone.
+    void type(const QString &text);
     /// Called instead of the box's own pasting.
     void setPaste(const std::function<void()> &handler) { m_paste = handler; }
 
@@ -92,10 +95,14 @@ private:
     EditHistory::Edit put(qsizetype at, qsizetype length, const QString &text,
                           const QByteArray &colours);
     EditHistory::Edit put(qsizetype at, qsizetype length, const QString &text);
+    /// Edits of one kind, one right after the other, are one step.
+    enum class Run { None, Typing, Erasing, Deleting };
+    void edit(qsizetype at, qsizetype length, const QString &text, Run run);
     void setCaret(qsizetype at);
     void insert(const QString &text);
     bool editByKey(const QKeyEvent *event);
     bool deleteByKey(const QKeyEvent *event);
+    void startLine();
     bool pressCharacter(const QString &text);
     void paste();
     void moveText(qsizetype to);
@@ -104,6 +111,8 @@ private:
     int toPosition(qsizetype at) const;
 
     EditHistory m_history;
+    /// What the last step goes on with as long as the caret is left where that put it.
+    Run m_run = Run::None;
     /// The colour of the next typed text; the neighbouring text's while not set.
     std::optional<int> m_typing;
     /// The selection being dragged was dropped in this box.

@@ -28,7 +28,7 @@ bool canTake(const QMimeData *source)
 QMimeData *RichTextBox::selectedData() const
 {
     auto *selection = new QMimeData;
-    selection->setText(SelText());
+    selection->setText(plainSelection());
     return selection;
 }
 

@@ -1,3 +1,4 @@
+#include "LineEnds.h"
 #include "RichTextBox.h"
 #include "TextMoves.h"
 
@@ -67,7 +68,7 @@ bool RichTextBox::pressCharacter(const QString &text)
     if (text.size() != 1 || !isPrintable(text))
         return false;
     if (!m_keyPress || !m_keyPress(text.front()))
-        type(text.front());
+        type(text);
     return true;
 }
 
@@ -79,7 +80,7 @@ void RichTextBox::keyPressEvent(QKeyEvent *event)
         event->accept();
     } else if (!leaves && !isCommand(event) && isPrintable(event->text())) {
         if (!pressCharacter(event->text()))
-            insert(event->text());
+            type(event->text());
         event->accept();
     } else {
         event->ignore();
@@ -96,7 +97,7 @@ bool RichTextBox::editByKey(const QKeyEvent *event)
         paste();
     else if (event->matches(QKeySequence::InsertParagraphSeparator)
              || event->matches(QKeySequence::InsertLineSeparator))
-        insert(u"\n"_s);
+        startLine();
     else if (event->matches(QKeySequence::Copy) || event->matches(QKeySequence::Cut)) {
         if (!hasSelection())
             return true;
@@ -109,6 +110,13 @@ bool RichTextBox::editByKey(const QKeyEvent *event)
     return true;
 }
 
+/// A line begins a step, and what is typed into it is part of that.
+void RichTextBox::startLine()
+{
+    m_run = Run::None;
+    type(u"\n"_s);
+}
+
 bool RichTextBox::deleteByKey(const QKeyEvent *event)
 {
     using namespace TextMoves;
@@ -116,14 +124,17 @@ bool RichTextBox::deleteByKey(const QKeyEvent *event)
     const qsizetype at = caret();
     qsizetype from = at;
     qsizetype to = at;
+    Run run = Run::None;
     // Backspace does the same with Shift: it is easily still held.
     const bool back = event->key() == Qt::Key_Backspace
         && !(event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier));
-    if (back || event->matches(QKeySequence::Backspace))
+    if (back || event->matches(QKeySequence::Backspace)) {
         from = previousCodePoint(text, at);
-    else if (event->matches(QKeySequence::Delete))
+        run = Run::Erasing;
+    } else if (event->matches(QKeySequence::Delete)) {
         to = nextCharacter(text, at);
-    else if (event->matches(QKeySequence::DeleteStartOfWord))
+        run = Run::Deleting;
+    } else if (event->matches(QKeySequence::DeleteStartOfWord))
         from = previousWord(text, at);
     else if (event->matches(QKeySequence::DeleteEndOfWord))
         to = nextWord(text, at);
@@ -138,7 +149,7 @@ bool RichTextBox::deleteByKey(const QKeyEvent *event)
     if (hasSelection())
         insert({});
     else
-        replace(from, to - from, {});
+        edit(from, to - from, {}, run);
     return true;
 }
 
@@ -161,7 +172,7 @@ void RichTextBox::inputMethodEvent(QInputMethodEvent *event)
     } else if (!committed.isEmpty()) {
         layouts().setComposed(0, {}, {});
         if (!pressCharacter(committed))
-            setSelText(committed);
+            type(LineEnds::toLf(committed));
     } else if (!event->preeditString().isEmpty() && hasSelection()) {
         insert({});
     }
@@ -198,7 +209,7 @@ QVariant RichTextBox::inputMethodQuery(Qt::InputMethodQuery query) const
     case Qt::ImSurroundingText:
         return buffer().text().mid(start, rows().end(row) - start);
     case Qt::ImCurrentSelection:
-        return SelText();
+        return plainSelection();
     default:
         return TextView::inputMethodQuery(query);
     }

@@ -20,12 +20,16 @@ bool writeAll(QIODevice &device, const QByteArray &bytes)
 
 SourceFile SourceFile::fromBytes(const QByteArray &bytes)
 {
-    const QString text = TextEncoding::decode(bytes);
+    SourceFile file;
+    file.m_order = Utf16Text::markedOrder(bytes);
+    if (file.m_order)
+        file.m_oddByte = Utf16Text::oddByte(bytes);
+    else
+        file.m_encoding = TextEncoding::detect(bytes);
+    const QString text = file.decoded(bytes);
     const qsizetype pairs = text.count("\r\n"_L1);
     const qsizetype feeds = text.count(u'\n') - pairs;
     const qsizetype returns = text.count(u'\r') - pairs;
-    SourceFile file;
-    file.m_encoding = TextEncoding::detect(bytes);
     file.m_lineEnd = feeds > pairs && feeds >= returns ? LineEnd::Lf
         : returns > pairs                              ? LineEnd::Cr
                                                        : LineEnd::CrLf;
@@ -37,7 +41,12 @@ SourceFile SourceFile::fromBytes(const QByteArray &bytes)
 
 bool SourceFile::isAsRead() const
 {
-    return m_text.size() == m_readLength && LineEnds::toLf(TextEncoding::decode(m_read)) == m_text;
+    return m_text.size() == m_readLength && LineEnds::toLf(decoded(m_read)) == m_text;
+}
+
+QString SourceFile::decoded(const QByteArray &bytes) const
+{
+    return m_order ? Utf16Text::decode(bytes, *m_order) : TextEncoding::decode(bytes);
 }
 
 QString SourceFile::withLineEnds(const QString &text) const
@@ -58,23 +67,31 @@ bool SourceFile::write(QIODevice &device) const
     if (isAsRead())
         return writeAll(device, m_read);
     // Whether the old code page will do is known once all of the text was looked at.
-    if (m_encoding == TextEncoding::Encoding::Windows1252)
+    if (!m_order && m_encoding == TextEncoding::Encoding::Windows1252)
         return writeAll(device, TextEncoding::encode(withLineEnds(m_text), m_encoding));
-    return writeUtf8(device);
+    return writeInPieces(device) && writeAll(device, m_oddByte);
 }
 
-bool SourceFile::writeUtf8(QIODevice &device) const
+bool SourceFile::writeInPieces(QIODevice &device) const
 {
-    // Only before the first piece may there be a mark.
     qsizetype from = 0;
     do {
         qsizetype to = qMin(from + piece, m_text.size());
         if (to < m_text.size() && m_text.at(to - 1).isHighSurrogate())
             ++to;
-        const QString part = withLineEnds(m_text.mid(from, to - from));
-        if (!writeAll(device, from == 0 ? TextEncoding::encode(part, m_encoding) : part.toUtf8()))
+        if (!writeAll(device, encoded(withLineEnds(m_text.mid(from, to - from)), from == 0)))
             return false;
         from = to;
     } while (from < m_text.size());
     return true;
+}
+
+/// Only before the first piece there may be a mark.
+QByteArray SourceFile::encoded(const QString &part, bool isFirst) const
+{
+    if (m_order) {
+        const QByteArray bytes = Utf16Text::encode(part, *m_order);
+        return isFirst ? Utf16Text::mark(*m_order) + bytes : bytes;
+    }
+    return isFirst ? TextEncoding::encode(part, m_encoding) : part.toUtf8();
 }

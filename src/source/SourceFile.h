@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TextEncoding.h"
+#include "Utf16Text.h"
 
 #include <QByteArray>
 #include <QString>
@@ -8,6 +9,8 @@
 class QIODevice;
 
 /// Source text and the form that a file gives it: encoding and line ends. Copies share the text.
+/// A file with the mark of UTF-16, in either byte order, is that; others are what TextEncoding
+/// says.
 class SourceFile {
 public:
     /// The file's form, and its text with one line feed per line break.
@@ -26,11 +29,17 @@ private:
 
     bool isAsRead() const;
     QString withLineEnds(const QString &text) const;
-    bool writeUtf8(QIODevice &device) const;
+    QString decoded(const QByteArray &bytes) const;
+    bool writeInPieces(QIODevice &device) const;
+    QByteArray encoded(const QString &part, bool isFirst) const;
 
     QString m_text;
+    /// Set for UTF-16; `m_encoding` counts for other files only.
+    std::optional<Utf16Text::Order> m_order;
     TextEncoding::Encoding m_encoding = TextEncoding::Encoding::Utf8;
     LineEnd m_lineEnd = LineEnd::CrLf;
+    /// Half a unit at the end of a UTF-16 file: no text, but not ours to drop.
+    QByteArray m_oddByte;
     QByteArray m_read;
     /// How long the text was that was read.
     qsizetype m_readLength = -1;

@@ -71,7 +71,7 @@ void txtHTML::Copy()
 {
     QClipboard *clipboard = QGuiApplication::clipboard();
     clipboard->clear();
-    clipboard->setText(SelText());
+    clipboard->setText(m_rtf1->plainSelection());
 }
 
 void txtHTML::Paste()

@@ -40,7 +40,13 @@ private slots:
     void typedTextTakesItsNeighboursColour();
     void undoBringsColoursBack();
     void colouringIsNoUndoStep();
-    void eachTypedCharacterIsOneStep();
+    void typingInOneGoIsOneStep();
+    void movingTheCaretEndsWhatIsOneStep();
+    void eachLineIsOneStep();
+    void erasingInOneGoIsOneStep();
+    void composedTextIsPartOfWhatIsTyped();
+    void otherEditsAreStepsOfTheirOwn();
+    void undoneTypingIsNotGoneOnWith();
     void richTextInAndOut();
     void bufferFollowsRandomEdits();
     void droppedFilesAreTold();
@@ -199,7 +205,7 @@ void tst_RichTextBox::colouringIsNoUndoStep()
     RichTextBox box;
     box.setText(u"abc"_s);
     box.setSelStart(3);
-    box.type(u'd');
+    box.type(u"d"_s);
     box.setSelStart(0);
     box.setSelLength(4);
     box.setSelColor(3);
@@ -208,18 +214,128 @@ void tst_RichTextBox::colouringIsNoUndoStep()
     QCOMPARE(slotsOf(box), QByteArray("333"));
 }
 
-void tst_RichTextBox::eachTypedCharacterIsOneStep()
+void tst_RichTextBox::typingInOneGoIsOneStep()
 {
     RichTextBox box;
-    QTest::keyClicks(&box, u"a<b"_s);
-    QCOMPARE(box.Text(), u"a<b"_s);
+    box.setText(u"old"_s);
+    box.select(3, 1);
+    QTest::keyClicks(&box, u"a<b c"_s);
+    QCOMPARE(box.Text(), u"oa<b c"_s);
     box.undo();
-    QCOMPARE(box.Text(), u"a<"_s);
+    QCOMPARE(box.Text(), u"old"_s);
+    QCOMPARE(box.anchor(), 3);
+    QCOMPARE(box.caret(), 1);
+    QVERIFY(!box.canUndo());
+    box.redo();
+    QCOMPARE(box.Text(), u"oa<b c"_s);
+    QCOMPARE(box.caret(), 6);
+}
+
+void tst_RichTextBox::movingTheCaretEndsWhatIsOneStep()
+{
+    RichTextBox box;
+    QTest::keyClicks(&box, u"ab"_s);
+    QTest::keyClick(&box, Qt::Key_Left);
+    QTest::keyClick(&box, Qt::Key_Right);
+    QTest::keyClicks(&box, u"cd"_s);
+    box.undo();
+    QCOMPARE(box.Text(), u"ab"_s);
+    box.undo();
+    QCOMPARE(box.Text(), QString());
+}
+
+void tst_RichTextBox::eachLineIsOneStep()
+{
+    RichTextBox box;
+    QTest::keyClicks(&box, u"ab"_s);
+    QTest::keyClick(&box, Qt::Key_Return);
+    QTest::keyClicks(&box, u"cd"_s);
+    QTest::keyClick(&box, Qt::Key_Return);
+    box.undo();
+    QCOMPARE(box.Text(), u"ab\r\ncd"_s);
+    box.undo();
+    QCOMPARE(box.Text(), u"ab"_s);
+    box.undo();
+    QCOMPARE(box.Text(), QString());
+}
+
+void tst_RichTextBox::erasingInOneGoIsOneStep()
+{
+    RichTextBox box;
+    box.setText(u"abcdef"_s);
+    box.setSelStart(0);
+    box.setSelLength(3);
+    box.setSelColor(5);
+    box.setSelStart(4);
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(&box, Qt::Key_Backspace);
+    QCOMPARE(box.Text(), u"aef"_s);
+    for (int i = 0; i < 2; ++i)
+        QTest::keyClick(&box, Qt::Key_Delete);
+    QCOMPARE(box.Text(), u"a"_s);
+    QTest::keyClicks(&box, u"x"_s);
     box.undo();
     QCOMPARE(box.Text(), u"a"_s);
     box.undo();
+    QCOMPARE(box.Text(), u"aef"_s);
+    box.undo();
+    QCOMPARE(box.Text(), u"abcdef"_s);
+    QCOMPARE(slotsOf(box), QByteArray("555000"));
+    QCOMPARE(box.caret(), 4);
+    QVERIFY(!box.canUndo());
+    box.redo();
+    box.redo();
+    QCOMPARE(box.Text(), u"a"_s);
+}
+
+void tst_RichTextBox::composedTextIsPartOfWhatIsTyped()
+{
+    RichTextBox box;
+    QTest::keyClicks(&box, u"a"_s);
+    for (const QString &text : {u"\u6f22\u5b57"_s, u"b"_s, u"\U0001f600"_s}) {
+        QInputMethodEvent event;
+        event.setCommitString(text);
+        QCoreApplication::sendEvent(&box, &event);
+    }
+    QCOMPARE(box.Text(), u"a\u6f22\u5b57b\U0001f600"_s);
+    box.undo();
     QCOMPARE(box.Text(), QString());
     QVERIFY(!box.canUndo());
+}
+
+void tst_RichTextBox::otherEditsAreStepsOfTheirOwn()
+{
+    RichTextBox box;
+    QTest::keyClicks(&box, u"ab"_s);
+    box.setSelText(u"put"_s);
+    QTest::keyClicks(&box, u"cd"_s);
+    QTest::keyClick(&box, Qt::Key_Backspace, Qt::ControlModifier);
+    QCOMPARE(box.Text(), QString());
+    box.undo();
+    QCOMPARE(box.Text(), u"abputcd"_s);
+    box.undo();
+    QCOMPARE(box.Text(), u"abput"_s);
+    box.undo();
+    QCOMPARE(box.Text(), u"ab"_s);
+    box.undo();
+    QCOMPARE(box.Text(), QString());
+}
+
+void tst_RichTextBox::undoneTypingIsNotGoneOnWith()
+{
+    RichTextBox box;
+    QTest::keyClicks(&box, u"ab"_s);
+    box.setSelText(u"put"_s);
+    box.undo();
+    QTest::keyClicks(&box, u"cd"_s);
+    QCOMPARE(box.Text(), u"abcd"_s);
+    QVERIFY(!box.canRedo());
+    box.undo();
+    QCOMPARE(box.Text(), u"ab"_s);
+    box.redo();
+    QTest::keyClicks(&box, u"e"_s);
+    box.undo();
+    QCOMPARE(box.Text(), u"abcd"_s);
 }
 
 void tst_RichTextBox::richTextInAndOut()
@@ -295,7 +411,12 @@ void tst_RichTextBox::copyIsExact()
     box.setText(u"a\u00a0b\u2028c\r\nd"_s);
     QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QGuiApplication::clipboard()->text(), u"a\u00a0b\u2028c\r\nd"_s);
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"a\u00a0b\u2028c\nd"_s);
+    QCOMPARE(box.SelText(), u"a\u00a0b\u2028c\r\nd"_s);
+    QTest::keyClick(&box, Qt::Key_X, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"a\u00a0b\u2028c\nd"_s);
+    QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(box.Text(), u"a\u00a0b\u2028c\r\nd"_s);
 }
 
 void tst_RichTextBox::zoomIsBounded()

@@ -105,6 +105,8 @@ private slots:
     void fullDiskKeepsTheOldFile();
     void longTextsAreWrittenWhole_data();
     void longTextsAreWrittenWhole();
+    void longUtf16TextsAreWrittenWhole();
+    void anotherFileBringsItsOwnForm();
     void boxFillsTheControl();
 };
 
@@ -382,11 +384,10 @@ void tst_txtHTML::typing()
     QTest::keyClicks(&editor.rtf1(), typed);
     QCOMPARE(editor.Text(), typed);
     QCOMPARE(slotsOf(editor), colours);
-    for (qsizetype i = typed.size(); i > 0; --i) {
-        QVERIFY(editor.CanUndo());
-        editor.Undo();
-        QCOMPARE(editor.Text(), typed.left(i - 1));
-    }
+    QVERIFY(editor.CanUndo());
+    editor.Undo();
+    QCOMPARE(editor.Text(), QString());
+    QVERIFY(!editor.CanUndo());
 }
 
 void tst_txtHTML::tabIndentsTheSelection()
@@ -465,6 +466,31 @@ void tst_txtHTML::filesKeepTheirForm_data()
     QTest::newRow("mark") << QByteArray("\xef\xbb\xbf\xc3\xa9\n")
                           << QByteArray("\xef\xbb\xbf!\xc3\xa9\n");
     QTest::newRow("1252") << QByteArray("caf\xe9\n") << QByteArray("!caf\xe9\n");
+    const auto big = [](const QByteArray &units) { return QByteArray("\xfe\xff") + units; };
+    const auto little = [](const QByteArray &units) { return QByteArray("\xff\xfe") + units; };
+    QTest::newRow("utf-16 little, crlf")
+        << little(QByteArray("\xe9\0\r\0\n\0", 6)) << little(QByteArray("!\0\xe9\0\r\0\n\0", 8));
+    QTest::newRow("utf-16 big, lf")
+        << big(QByteArray("\0\xe9\0\n", 4)) << big(QByteArray("\0!\0\xe9\0\n", 6));
+    QTest::newRow("utf-16 big, cr")
+        << big(QByteArray("\0a\0\r\0b", 6)) << big(QByteArray("\0!\0a\0\r\0b", 8));
+    // Bytes that would be line ends if they were looked at one by one.
+    QTest::newRow("utf-16 little, hair space")
+        << little("\x0a\x20") << little(QByteArray("!\0\x0a\x20", 4));
+    QTest::newRow("utf-16, lone halves") << little(QByteArray("\x00\xd8"
+                                                              "a\0\x00\xdc",
+                                                              6))
+                                         << little(QByteArray("!\0\x00\xd8"
+                                                              "a\0\x00\xdc",
+                                                              8));
+    QTest::newRow("utf-16, odd byte")
+        << little(QByteArray("a\0\xe9", 3)) << little(QByteArray("!\0a\0\xe9", 5));
+    QTest::newRow("utf-16, only a mark") << big({}) << big(QByteArray("\0!", 2));
+    QTest::newRow("utf-16, mark and a byte") << big("\x0d") << big(QByteArray("\0!\x0d", 3));
+    QTest::newRow("utf-16, two marks") << big("\xfe\xff") << big(QByteArray("\0!\xfe\xff", 4));
+    QTest::newRow("utf-16, nul") << little(QByteArray(4, '\0'))
+                                 << little(QByteArray("!\0\0\0\0\0", 6));
+    QTest::newRow("half a mark") << QByteArray("\xff") << QByteArray("!\xff");
     QTest::newRow("no end") << QByteArray("a") << QByteArray("!a");
     QTest::newRow("empty") << QByteArray() << QByteArray("!");
     QTest::newRow("nul") << QByteArray("a\0b\n", 4) << QByteArray("!a\0b\n", 5);
@@ -557,6 +583,52 @@ void tst_txtHTML::longTextsAreWrittenWhole()
     QVERIFY(editor.SaveFile(name));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QVERIFY(file.readAll() == bytes + '!');
+}
+
+void tst_txtHTML::longUtf16TextsAreWrittenWhole()
+{
+    // Pairs of units and line ends that no round number of them parts evenly.
+    const QString text = u"\u00e9\U0001f600\r\nx"_s.repeated(70'000);
+    QByteArray bytes = "\xfe\xff";
+    for (const QChar unit : text)
+        bytes.append(char(unit.row())).append(char(unit.cell()));
+    QTemporaryDir dir;
+    const QString name = dir.filePath(u"page.html"_s);
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    file.close();
+    txtHTML editor;
+    QVERIFY(editor.OpenFile(name));
+    editor.finish();
+    QVERIFY(editor.Text() == text);
+    editor.setSelStart(editor.rtf1().TextLength());
+    editor.rtf1().setSelText(u"\u6f22"_s);
+    QVERIFY(editor.SaveFile(name));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll() == bytes + "\x6f\x22");
+}
+
+void tst_txtHTML::anotherFileBringsItsOwnForm()
+{
+    QTemporaryDir dir;
+    const auto write = [&dir](const QString &name, const QByteArray &bytes) {
+        QFile file(dir.filePath(name));
+        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+    };
+    QVERIFY(write(u"wide"_s,
+                  QByteArray("\xff\xfe"
+                             "a\0\xe9",
+                             5)));
+    QVERIFY(write(u"plain"_s, "b\n"));
+    txtHTML editor;
+    QVERIFY(editor.OpenFile(dir.filePath(u"wide"_s)));
+    QVERIFY(editor.OpenFile(dir.filePath(u"plain"_s)));
+    QTest::keyClicks(&editor.rtf1(), u"!"_s);
+    QVERIFY(editor.SaveFile(dir.filePath(u"plain"_s)));
+    QFile file(dir.filePath(u"plain"_s));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("b\n!"));
 }
 
 void tst_txtHTML::boxFillsTheControl()
