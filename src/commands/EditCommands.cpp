@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QLineEdit>
 
 #include "AddressFocus.h"
 #include "Clipboard.h"
@@ -16,18 +17,40 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using PageAction = void (*)(WebBrowser &page);
-using BarAction = void (*)(brwURL &bar);
+/// What a command does with each thing it can be for.
+struct Actions {
+    void (*page)(WebBrowser &page);
+    void (*bar)(brwURL &bar);
+    void (*field)(QLineEdit &field);
+};
 
-void onTarget(Frame &frame, const AddressFocus &focus, const QString &item, PageAction pageAction,
-              BarAction barAction)
+/// The field that is a control, or within a control that has its focus in its place.
+QLineEdit *fieldOf(QWidget *control)
 {
-    frame.handle(item, [&frame, &focus, pageAction, barAction] {
+    if (auto *field = qobject_cast<QLineEdit *>(control))
+        return field;
+    auto *field = control ? control->findChild<QLineEdit *>() : nullptr;
+    return field && field->focusProxy() == control ? field : nullptr;
+}
+
+/// The field of the frame that the user works in, of whatever is docked there; null for the page
+/// and for the address bar, which have rules of their own.
+QLineEdit *otherField(Frame &frame, const AddressFocus &focus)
+{
+    QLineEdit *field = fieldOf(frame.window()->focusWidget());
+    return field && !focus.isSet() && !focus.bar().isAncestorOf(field) ? field : nullptr;
+}
+
+void onTarget(Frame &frame, const AddressFocus &focus, const QString &item, const Actions &actions)
+{
+    frame.handle(item, [&frame, &focus, actions] {
         const frmBrowser *active = activeBrowser(frame);
-        if (active && !focus.isSet())
-            pageAction(*active->brwWebBrowser());
+        if (QLineEdit *field = otherField(frame, focus))
+            actions.field(*field);
+        else if (active && !focus.isSet())
+            actions.page(*active->brwWebBrowser());
         else if (focus.isActiveControl())
-            barAction(focus.bar());
+            actions.bar(focus.bar());
     });
 }
 
@@ -74,6 +97,23 @@ void selectNoneOf(brwURL &bar)
     bar.setSelStart(int(bar.Text().size()));
 }
 
+void cutFromField(QLineEdit &field)
+{
+    if (!field.isReadOnly())
+        field.cut();
+}
+
+void pasteIntoField(QLineEdit &field)
+{
+    QWidget *owner = &field;
+    while (owner && !qobject_cast<brwURL *>(owner))
+        owner = owner->parentWidget();
+    if (auto *bar = qobject_cast<brwURL *>(owner))
+        pasteInto(*bar);
+    else if (!field.isReadOnly())
+        field.insert(clipboardText());
+}
+
 /// The page is a window's active control unless another control in it is.
 bool pageIsActiveControl(const frmBrowser &form)
 {
@@ -83,8 +123,12 @@ bool pageIsActiveControl(const frmBrowser &form)
         || page->isAncestorOf(control);
 }
 
-void undo(Frame &frame)
+void undo(Frame &frame, const AddressFocus &focus)
 {
+    if (QLineEdit *field = otherField(frame, focus)) {
+        field->undo();
+        return;
+    }
     const frmBrowser *active = activeBrowser(frame);
     if (active && pageIsActiveControl(*active))
         ExecForms::four(*active->brwWebBrowser(), OleCmd::Undo);
@@ -113,12 +157,17 @@ void registerEditCommands(Frame &frame)
     auto *bar = frame.window()->findChild<brwURL *>(u"brwURL1"_s);
     Q_ASSERT(bar);
     const AddressFocus &focus = *new AddressFocus(*bar);
-    onTarget(frame, focus, u"mnuEditCut"_s, ifEnabled<OleCmd::Cut>, cutFrom);
-    onTarget(frame, focus, u"mnuEditCopy"_s, always<OleCmd::Copy>, copyFrom);
-    onTarget(frame, focus, u"mnuEditPaste"_s, ifEnabled<OleCmd::Paste>, pasteInto);
-    onTarget(frame, focus, u"mnuEditSelectAll"_s, always<OleCmd::SelectAll>, selectAllOf);
-    onTarget(frame, focus, u"mnuEditSelectNone"_s, always<OleCmd::ClearSelection>, selectNoneOf);
-    frame.handle(u"mnuEditUndo"_s, [&frame] { undo(frame); });
+    onTarget(frame, focus, u"mnuEditCut"_s, {ifEnabled<OleCmd::Cut>, cutFrom, cutFromField});
+    onTarget(frame, focus, u"mnuEditCopy"_s,
+             {always<OleCmd::Copy>, copyFrom, [](QLineEdit &field) { field.copy(); }});
+    onTarget(frame, focus, u"mnuEditPaste"_s,
+             {ifEnabled<OleCmd::Paste>, pasteInto, pasteIntoField});
+    onTarget(frame, focus, u"mnuEditSelectAll"_s,
+             {always<OleCmd::SelectAll>, selectAllOf, [](QLineEdit &field) { field.selectAll(); }});
+    onTarget(
+        frame, focus, u"mnuEditSelectNone"_s,
+        {always<OleCmd::ClearSelection>, selectNoneOf, [](QLineEdit &field) { field.deselect(); }});
+    frame.handle(u"mnuEditUndo"_s, [&frame, &focus] { undo(frame, focus); });
     frame.handle(u"mnuEditFind"_s, [&frame] { find(frame); });
     frame.beforeOpening(u"mnuEdit"_s, [&frame] { enableItems(frame); });
 }

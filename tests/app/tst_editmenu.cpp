@@ -29,8 +29,12 @@ private slots:
     void undoNeedsThePageAsActiveControl();
     void undoIsThePagesAloneThoughTheAddressBarIsFocused();
     void findFocusesThePageFirst();
+    void fieldsOfTheFrameAreTheTargetWhileTheyHaveTheFocus();
+    void readOnlyFieldIsNotPastedInto();
+    void searchBarIsTheTargetWhileItHasTheFocus();
     void enabling();
     void menuOpenedByKeyboardLeavesTheTarget();
+    void menuOpenedByKeyboardLeavesTheField();
 
 private:
     FakeWebBrowser &page() const
@@ -263,6 +267,64 @@ void tst_EditMenu::findFocusesThePageFirst()
     QVERIFY(!m_session->active());
 }
 
+void tst_EditMenu::fieldsOfTheFrameAreTheTargetWhileTheyHaveTheFocus()
+{
+    QLineEdit field(m_session->active()->widget());
+    field.show();
+    field.setFocus();
+    QTRY_VERIFY(field.hasFocus());
+    QTest::keyClicks(&field, u"one two"_s);
+    m_session->choose("mnuEditSelectAll");
+    QCOMPARE(field.selectedText(), u"one two"_s);
+    m_session->choose("mnuEditCopy");
+    QCOMPARE(clipboard(), u"one two"_s);
+    m_session->choose("mnuEditSelectNone");
+    QVERIFY(!field.hasSelectedText());
+    m_session->choose("mnuEditPaste");
+    QCOMPARE(field.text(), u"one twoone two"_s);
+    field.setSelection(0, 4);
+    m_session->choose("mnuEditCut");
+    QCOMPARE(field.text(), u"twoone two"_s);
+    QCOMPARE(clipboard(), u"one "_s);
+    m_session->choose("mnuEditUndo");
+    QCOMPARE(field.text(), u"one twoone two"_s);
+    QVERIFY2(calls().isEmpty(), "the page is not meant");
+    page().SetFocus();
+    m_session->choose("mnuEditPaste");
+    QCOMPARE(calls().size(), 1);
+}
+
+void tst_EditMenu::readOnlyFieldIsNotPastedInto()
+{
+    QLineEdit field(u"fixed"_s, m_session->active()->widget());
+    field.setReadOnly(true);
+    field.show();
+    field.setFocus();
+    QTRY_VERIFY(field.hasFocus());
+    for (const char *item : {"mnuEditSelectAll", "mnuEditPaste", "mnuEditCut", "mnuEditUndo"})
+        m_session->choose(item);
+    QCOMPARE(field.text(), u"fixed"_s);
+    QVERIFY(calls().isEmpty());
+}
+
+void tst_EditMenu::searchBarIsTheTargetWhileItHasTheFocus()
+{
+    m_session->choose("mnuViewSearchBar");
+    auto *query = m_session->frame->findChild<brwURL *>(u"brwSearch"_s);
+    QVERIFY(query && query->isVisible());
+    auto *field = query->findChild<QLineEdit *>();
+    field->setFocus();
+    QTRY_VERIFY(field->hasFocus());
+    QApplication::clipboard()->setText(u"two\nwords"_s);
+    m_session->choose("mnuEditPaste");
+    QCOMPARE(query->Text(), u"two words"_s);
+    m_session->choose("mnuEditSelectAll");
+    m_session->choose("mnuEditCut");
+    QCOMPARE(clipboard(), u"two words"_s);
+    QCOMPARE(query->Text(), QString());
+    QVERIFY(calls().isEmpty());
+}
+
 void tst_EditMenu::enabling()
 {
     const auto enabled = [this](const char *name) { return m_session->item(name)->isEnabled(); };
@@ -283,6 +345,19 @@ void tst_EditMenu::menuOpenedByKeyboardLeavesTheTarget()
     QTRY_VERIFY(QApplication::activePopupWidget());
     QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_A);
     QCOMPARE(m_session->address().SelText(), u"http://two/"_s);
+    QVERIFY(calls().isEmpty());
+}
+
+void tst_EditMenu::menuOpenedByKeyboardLeavesTheField()
+{
+    QLineEdit field(u"words"_s, m_session->active()->widget());
+    field.show();
+    field.setFocus();
+    QTRY_VERIFY(field.hasFocus());
+    QTest::keyClick(&field, Qt::Key_E, Qt::AltModifier);
+    QTRY_VERIFY(QApplication::activePopupWidget());
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_A);
+    QCOMPARE(field.selectedText(), u"words"_s);
     QVERIFY(calls().isEmpty());
 }
 

@@ -35,6 +35,7 @@ private slots:
     void escapeReturnsToThePageWithTheHitSelected();
     void findStartsWithTheSelectedWord();
     void findFollowsTheNextPage();
+    void editMenuActsInTheFindBar();
     void findWithoutAPageOpensNothing();
 
 private:
@@ -319,6 +320,28 @@ void tst_EditCommands::findFollowsTheNextPage()
     m_session->typeAddress(m_session->server.url(u"/next"_s));
     QTRY_VERIFY(m_session->shows(m_session->server.url(u"/next"_s)));
     QTRY_COMPARE(result(), u"1 of 3"_s);
+}
+
+void tst_EditCommands::editMenuActsInTheFindBar()
+{
+    openPage("<input id=field value=old>");
+    focusField(u"field"_s);
+    QTest::keyClicks(engineWidget(), u"kept"_s);
+    const auto value = [&] { return ask(u"document.getElementById('field').value"_s).toString(); };
+    QTRY_COMPARE(value(), u"kept"_s);
+    openFindBar();
+    QTest::keyClicks(&findField(), u"sought"_s);
+    m_session->choose("mnuEditUndo");
+    QCOMPARE(findField().text(), QString());
+    QApplication::clipboard()->setText(u"words"_s);
+    m_session->choose("mnuEditPaste");
+    m_session->choose("mnuEditPaste");
+    QCOMPARE(findField().text(), u"wordswords"_s);
+    m_session->choose("mnuEditSelectAll");
+    m_session->choose("mnuEditCut");
+    QCOMPARE(findField().text(), QString());
+    QCOMPARE(clipboard(), u"wordswords"_s);
+    QCOMPARE(value(), u"kept"_s);
 }
 
 void tst_EditCommands::findWithoutAPageOpensNothing()
