@@ -13,16 +13,35 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr QSize comfortableSize(520, 380);
+/// Characters of one pattern. Many may come together: they are parted before this cuts them.
+constexpr qsizetype longestPattern = 32767;
+/// Patterns that one message names.
+constexpr qsizetype mostNamed = 10;
 
 QString text(const QString &key, const QString &english)
 {
     return GetLanguageText(u"frmBlockedURLs"_s, key, english);
+}
+
+bool isLineBreak(QChar c)
+{
+    return c == u'\n' || c == u'\r';
+}
+
+/// The lines that hold something. A file would take a break within a pattern for the end of it.
+QStringList linesOf(const QString &text)
+{
+    QString lines = text;
+    lines.replace(u'\r', u'\n');
+    return lines.split(u'\n', Qt::SkipEmptyParts);
 }
 
 QPushButton *makeButton(const QString &name, const QString &caption)
@@ -59,6 +78,7 @@ frmBlockedURLs::frmBlockedURLs(Frame &frame)
 void frmBlockedURLs::arrange()
 {
     m_txtBlockURL->setObjectName("txtBlockURL"_L1);
+    m_txtBlockURL->setMaxLength(std::numeric_limits<int>::max());
     m_txtBlockURL->setAccessibleName(text(u"txtBlockURL"_s, u"Pattern to block"_s));
     m_txtBlockURL->setPlaceholderText(text(u"strPattern"_s, u"Pattern, such as *//ads.*"_s));
     m_lstBlockedURLs->setObjectName("lstBlockedURLs"_L1);
@@ -94,7 +114,29 @@ void frmBlockedURLs::Form_Load()
 
 void frmBlockedURLs::txtBlockURL_Change()
 {
+    const QString typed = m_txtBlockURL->text();
+    if (std::any_of(typed.cbegin(), typed.cend(), isLineBreak))
+        takeLines(linesOf(typed));
+    else if (typed.size() > longestPattern)
+        m_txtBlockURL->setText(typed.left(longestPattern));
     m_cmdBlock->setEnabled(!m_txtBlockURL->text().isEmpty());
+}
+
+/// Several lines put in are a pattern each; a single one is left to be looked at.
+void frmBlockedURLs::takeLines(const QStringList &lines)
+{
+    if (lines.size() < 2) {
+        m_txtBlockURL->setText(lines.value(0));
+        return;
+    }
+    QStringList refused;
+    for (const QString &line : lines) {
+        if (!add(line))
+            refused.append(line);
+    }
+    m_txtBlockURL->clear();
+    if (!refused.isEmpty())
+        tellRefused(refused);
 }
 
 QString frmBlockedURLs::selectedEntry() const
@@ -113,21 +155,37 @@ void frmBlockedURLs::cmdBlock_Click()
     const QString typed = m_txtBlockURL->text();
     if (typed.isEmpty())
         return;
-    // The typed text is the pattern: one that covers what is there already adds nothing.
+    if (add(typed))
+        m_txtBlockURL->clear();
+    else
+        tellRefused({typed});
+}
+
+/// False, and nothing added, for a pattern that covers an entry of the list.
+bool frmBlockedURLs::add(const QString &typed)
+{
     const LikePattern pattern(typed);
     for (int row = 0; row < m_lstBlockedURLs->count(); ++row) {
-        if (pattern.matches(m_lstBlockedURLs->item(row)->text())) {
-            MsgBox::inform(this,
-                           text(u"sPatternMatch"_s,
-                                u"There is already a pattern match for this "
-                                u"url in the list!"_s));
-            return;
-        }
+        if (pattern.matches(m_lstBlockedURLs->item(row)->text()))
+            return false;
     }
     m_lstBlockedURLs->addItem(typed);
     m_lstBlockedURLs->setCurrentRow(m_lstBlockedURLs->count() - 1);
-    m_txtBlockURL->clear();
     m_cmdSaveList->setEnabled(true);
+    return true;
+}
+
+/// One pattern stays in the box; of several, which ones is told.
+void frmBlockedURLs::tellRefused(const QStringList &patterns)
+{
+    QString message =
+        text(u"sPatternMatch"_s, u"There is already a pattern match for this url in the list!"_s);
+    if (m_txtBlockURL->text().isEmpty()) {
+        message += "\n\n"_L1 + patterns.first(qMin(mostNamed, patterns.size())).join(u'\n');
+        if (patterns.size() > mostNamed)
+            message += u"\n\u2026"_s;
+    }
+    MsgBox::inform(this, message);
 }
 
 void frmBlockedURLs::cmdRemove_Click()

@@ -27,6 +27,9 @@ private:
     void cmdRemove_Click();
     void cmdSaveList_Click();
 
+    void takeLines(const QStringList &lines);
+    bool add(const QString &pattern);
+    void tellRefused(const QStringList &patterns);
     QString selectedEntry() const;
     bool listKey(int key);
 

@@ -6,6 +6,7 @@
 #include "TempAppFolder.h"
 #include "frmBlockedURLs.h"
 
+#include <QClipboard>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
@@ -42,6 +43,10 @@ private slots:
     void bracketListDoesNotMatchItself();
     void errorInThePatternMatchesNothing();
     void refusalsTextIsLookedUp();
+    void linesPutInAreAPatternEach_data();
+    void linesPutInAreAPatternEach();
+    void linesThatAreRefusedAreTold();
+    void manyLinesAreAllTaken();
     void removing();
     void deleteKeyRemoves();
     void deleteKeyGoesOnFromTheNextEntry();
@@ -273,6 +278,70 @@ void tst_blockedurls::refusalsTextIsLookedUp()
     type(u"*"_s);
     QVERIFY(message());
     QCOMPARE(message()->text(), u"Schon da!"_s);
+}
+
+void tst_blockedurls::linesPutInAreAPatternEach_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("pasted");
+    QTest::addColumn<QStringList>("rows");
+    QTest::addColumn<QString>("left");
+    const QStringList three{u"*//a.*"_s, u" b "_s, u"c"_s};
+    QTest::newRow("lf") << QString() << u"*//a.*\n b \nc"_s << three << QString();
+    QTest::newRow("crlf") << QString() << u"*//a.*\r\n b \r\nc\r\n"_s << three << QString();
+    QTest::newRow("cr") << QString() << u"*//a.*\r b \rc"_s << three << QString();
+    QTest::newRow("empty lines") << QString() << u"\n\n*//a.*\n\n b \nc\n\n"_s << three
+                                 << QString();
+    QTest::newRow("typed before") << u"*//"_s << u"a.*\n b \nc"_s << three << QString();
+    QTest::newRow("one line") << QString() << u"one"_s << QStringList() << u"one"_s;
+    QTest::newRow("one line and its end") << QString() << u"one\r\n"_s << QStringList() << u"one"_s;
+    QTest::newRow("line ends only") << QString() << u"\r\n\n"_s << QStringList() << QString();
+}
+
+void tst_blockedurls::linesPutInAreAPatternEach()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, pasted);
+    QFETCH(QStringList, rows);
+    QFETCH(QString, left);
+    openOn("");
+    QTest::keyClicks(box(), before);
+    QGuiApplication::clipboard()->setText(pasted);
+    QTest::keyClick(box(), Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(entries(), rows);
+    QCOMPARE(box()->text(), left);
+    QCOMPARE(button(u"cmdBlock"_s)->isEnabled(), !left.isEmpty());
+    QCOMPARE(button(u"cmdSaveList"_s)->isEnabled(), !rows.isEmpty());
+    QVERIFY(!message());
+    QTest::mouseClick(button(u"cmdSaveList"_s), Qt::LeftButton);
+    QStringList inForce = PopupURLs();
+    inForce.removeAll(QString());
+    QCOMPARE(inForce, rows);
+}
+
+void tst_blockedurls::linesThatAreRefusedAreTold()
+{
+    openOn("http://ads.example/\r\n");
+    QGuiApplication::clipboard()->setText(u"new\nhttp://ads*\nnew\nother"_s);
+    box()->paste();
+    QCOMPARE(entries(), (QStringList{u"http://ads.example/"_s, u"new"_s, u"other"_s}));
+    QVERIFY(message());
+    QCOMPARE(message()->text(),
+             u"There is already a pattern match for this url in the list!\n\nhttp://ads*\nnew"_s);
+    QCOMPARE(box()->text(), QString());
+}
+
+void tst_blockedurls::manyLinesAreAllTaken()
+{
+    QStringList lines;
+    for (int i = 0; i < 3000; ++i)
+        lines.append(u"*//ads%1.example.com/*"_s.arg(i));
+    openOn("");
+    QGuiApplication::clipboard()->setText(lines.join(u'\n'));
+    box()->paste();
+    QCOMPARE(entries(), lines);
+    box()->setText(QString(100'000, u'x'));
+    QCOMPARE(box()->text().size(), 32767);
 }
 
 void tst_blockedurls::removing()
