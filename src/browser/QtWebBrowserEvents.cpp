@@ -185,7 +185,9 @@ void QtWebBrowser::endBlank()
 void QtWebBrowser::commit(const QString &url, bool arrived)
 {
     m_stage = Stage::Committed;
-    m_location = url;
+    // The page tells of the address it is the source of.
+    const QUrl shown = m_page->url();
+    m_location = shown.scheme() == "view-source"_L1 ? encoded(shown) : url;
     m_hasDocument = true;
     m_completed = false;
     m_showsError = false;

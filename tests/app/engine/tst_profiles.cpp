@@ -19,6 +19,7 @@ private slots:
     void cleanup();
 
     void savedPagesComeBack();
+    void sourceOfAPageComesBackAsThat();
     void commandLineOpensAProfile_data();
     void commandLineOpensAProfile();
     void profileWithoutAddressesOnTheCommandLineIsAnAddress();
@@ -111,6 +112,32 @@ void tst_Profiles::savedPagesComeBack()
             QVERIFY(windows.at(i)->pos() != windows.at(i - 1)->pos());
     }
     QTRY_VERIFY(strip().isHidden());
+}
+
+void tst_Profiles::sourceOfAPageComesBackAsThat()
+{
+    const QStringList addresses{"view-source:"_L1 + url(u"/one?a=b"_s), url(u"/two"_s),
+                                "view-source:"_L1 + url(u"/two"_s)};
+    m_session->start(addresses.at(0));
+    QTRY_VERIFY(allShown());
+    QCOMPARE(m_session->location(), addresses.at(0));
+    m_session->frame->OpenBrowserWindow(addresses.at(1), 0);
+    QTRY_VERIFY(allShown());
+    m_session->active()->findChild<QWebEngineView *>()->page()->triggerAction(
+        QWebEnginePage::ViewSource);
+    QTRY_COMPARE(m_session->windows(), 3);
+    QTRY_VERIFY(allShown());
+    const QString file = m_session->folder.file(u"Profiles/day.orp"_s);
+    setFileDialogAnswerer([file](const FileDialogRequest &) -> std::optional<FileDialogAnswer> {
+        return FileDialogAnswer{file, 1};
+    });
+    m_session->choose("mnuFileProfilesSave");
+    m_session->choose("mnuFileProfiles");
+    QCOMPARE(m_session->windows(), 6);
+    QTRY_VERIFY(allShown());
+    const QList<frmBrowser *> windows = browserForms();
+    for (int i = 0; i < 6; ++i)
+        QCOMPARE(windows.at(i)->brwWebBrowser()->LocationURL(), addresses.at(i % 3));
 }
 
 void tst_Profiles::commandLineOpensAProfile_data()
