@@ -1,7 +1,10 @@
 #include <QApplication>
+#include <QFileInfo>
 #include <cstdio>
 
 #include "AllCommands.h"
+#include "CommandLine.h"
+#include "EndRequests.h"
 #include "EngineStart.h"
 #include "ProgramInfo.h"
 #include "frmMain.h"
@@ -14,15 +17,29 @@ int runFrame()
     frmMain frame;
     registerAllCommands(frame);
     frame.setCommandLine(QCoreApplication::arguments().mid(1).join(u' '));
+    followEndRequests(frame);
     startUp(frame);
     // Left while it was starting: there is no window whose closing would end the loop.
     return frame.isClosed() ? 0 : QCoreApplication::exec();
+}
+
+void print(int argc, char **argv)
+{
+    // No display is needed for this.
+    const QCoreApplication app(argc, argv);
+    useStoredLanguage();
+    const QString program = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
+    std::fputs(qPrintable(commandLineAnswer(argv[1], program)), stdout);
 }
 
 }
 
 int main(int argc, char **argv)
 {
+    if (argc > 1 && asksForWords(argv[1])) {
+        print(argc, argv);
+        return 0;
+    }
     chooseRenderingBackend();
     QApplication app(argc, argv);
     QCoreApplication::setApplicationName(ProgramInfo::title());

@@ -7,10 +7,15 @@
 
 using namespace Qt::StringLiterals;
 
-void startUp(StartUpFrame &frame)
+void useStoredLanguage()
 {
     AppFolder::setSettingsPath(AppFolder::appData(u"Settings.ini"_s));
     setLanguageName(Settings::read(Settings::Language));
+}
+
+void startUp(StartUpFrame &frame)
+{
+    useStoredLanguage();
     QtTexts::follow(languageName());
     frame.load();
     frame.translate();

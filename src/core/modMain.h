@@ -10,6 +10,9 @@ public:
     virtual void translate() = 0;
 };
 
+/// Fixes the settings path and reads the language.
+void useStoredLanguage();
+
 /// The start-up routine: fixes the settings path, reads the language, loads the frame, then
 /// translates it. The splash and the first page appear before the texts are translated. Run again
 /// later it renews the language and the translations only.

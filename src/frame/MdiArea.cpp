@@ -295,8 +295,10 @@ void MdiArea::paintEvent(QPaintEvent *event)
     QColor ink = palette().color(QPalette::WindowText);
     ink.setAlphaF(0.55F);
     painter.setPen(ink);
+    const QString key = QKeySequence(Qt::CTRL | Qt::Key_N).toString(QKeySequence::NativeText);
     painter.drawText(viewport()->rect().adjusted(20, 20, -20, -20),
                      int(Qt::AlignCenter) | int(Qt::TextWordWrap),
                      GetLanguageText(u"frmMain"_s, u"strNoWindow"_s,
-                                     u"Type an address, or press Ctrl+N for a new window"_s));
+                                     u"Type an address, or press %1 for a new window"_s)
+                         .replace("%1"_L1, key));
 }

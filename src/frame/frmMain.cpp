@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QDir>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMdiSubWindow>
@@ -172,7 +173,7 @@ void frmMain::load()
         return;
     m_loaded = true;
     Forms::add(this);
-    m_commandLine = unquoted(m_commandLine);
+    m_commandLine = startAddress(unquoted(m_commandLine), QDir::currentPath());
     findChild<QLabel *>(u"pctIcon"_s)
         ->setPixmap(windowIcon().pixmap(QSize(16, 16), devicePixelRatio()));
     applySettings(*this, *m_coolBar, *m_SearchBar1, *m_links);
@@ -280,15 +281,23 @@ void frmMain::setButtonPressed(const QString &key, bool pressed)
 
 void frmMain::closeEvent(QCloseEvent *event)
 {
-    if (!mayExit(this)) {
+    // While it is asked, the system may end the program.
+    if (!m_closed && !mayExit(this) && !m_closed) {
         event->ignore();
         return;
     }
+    leave();
+    event->accept();
+}
+
+void frmMain::leave()
+{
+    if (m_closed)
+        return;
     findChild<QLabel *>(u"pctIcon"_s)->clear();
     saveBandLayout(*m_coolBar);
     m_closed = true;
     unloadForms();
-    event->accept();
     QCoreApplication::quit();
 }
 

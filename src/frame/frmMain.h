@@ -34,6 +34,9 @@ public:
     /// True once the user has left the program, perhaps while it was still starting: nothing opens
     /// in the frame any more.
     bool isClosed() const { return m_closed; }
+    /// Ends the program without the question: what is kept at the end is kept, every form closes,
+    /// and the event loop is left. Also while a dialog is open.
+    void leave();
 
     /// Opens a profile file for `openProfile`; arguments and result are the same.
     using ProfileOpener = std::function<bool(const QString &file, bool quiet)>;

@@ -25,6 +25,8 @@ private slots:
     void quotesAroundTheAddressGo_data();
     void quotesAroundTheAddressGo();
     void profileThatOpensNothingIsAnAddressInANormalWindow();
+    void fileByItsNameInTheCurrentFolder();
+    void profileByItsAddress();
     void splashIsShownOnlyWhenSwitchedOn_data();
     void splashIsShownOnlyWhenSwitchedOn();
     void translationComesAfterTheFirstWindow();
@@ -86,6 +88,30 @@ void tst_StartUp::profileThatOpensNothingIsAnAddressInANormalWindow()
     m_session->start(m_session->server.url(u"/Day.ORP"_s));
     QVERIFY(!m_session->active()->isMaximized());
     QTRY_VERIFY2(m_session->shows(m_session->server.url(u"/Day.ORP"_s)), "its case is kept");
+}
+
+void tst_StartUp::fileByItsNameInTheCurrentFolder()
+{
+    m_session->folder.write(u"Profiles/my page.html"_s, "<title>My own</title>");
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(m_session->folder.file(u"Profiles"_s)));
+    m_session->start(u"my page.html"_s);
+    QDir::setCurrent(before);
+    QTRY_COMPARE(m_session->active()->windowTitle(), u"My own"_s);
+    QCOMPARE(m_session->windows(), 1);
+}
+
+void tst_StartUp::profileByItsAddress()
+{
+    const QByteArray one = m_session->server.url(u"/one"_s).toUtf8();
+    const QByteArray two = m_session->server.url(u"/two"_s).toUtf8();
+    m_session->folder.write(u"Profiles/my day.orp"_s,
+                            "[Profile_URLS]\r\nURL1=" + one + "\r\nURL2=" + two
+                                + "\r\n[URL_Count]\r\nCount=2\r\n");
+    const QUrl address = QUrl::fromLocalFile(m_session->folder.file(u"Profiles/my day.orp"_s));
+    m_session->start(address.toString(QUrl::FullyEncoded));
+    QCOMPARE(m_session->windows(), 2);
+    QTRY_VERIFY(m_session->shows(m_session->server.url(u"/two"_s)));
 }
 
 void tst_StartUp::splashIsShownOnlyWhenSwitchedOn_data()

@@ -1,0 +1,30 @@
+#include "EndRequests.h"
+
+#include "EndSignals.h"
+#include "frmMain.h"
+
+#include <QGuiApplication>
+
+namespace {
+
+void end(frmMain &frame)
+{
+    frame.leave();
+    // It may be in the middle of opening windows, which ends with that.
+    frame.hide();
+    // Not by quitting, which asks every window first: a dialog may refuse to close.
+    QMetaObject::invokeMethod(
+        qApp, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
+}
+
+}
+
+void followEndRequests(frmMain &frame)
+{
+    auto *requests = new EndSignals(&frame);
+    QObject::connect(requests, &EndSignals::received, &frame, [&frame] { end(frame); });
+    // The session goes on ending once this returns: all is kept by then.
+    QObject::connect(
+        qApp, &QGuiApplication::commitDataRequest, &frame, [&frame] { end(frame); },
+        Qt::DirectConnection);
+}
