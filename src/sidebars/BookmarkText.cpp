@@ -1,7 +1,7 @@
 #include "BookmarkText.h"
+#include "HtmlReferences.h"
 #include "TextEncoding.h"
 
-#include <QHash>
 #include <QUrl>
 
 #include <algorithm>
@@ -10,70 +10,112 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-// The longest name below, and the longest number of a character, with some room.
-constexpr qsizetype longestReference = 10;
+// Digits of a number of a character, leading zeros among them, before it is none.
+constexpr qsizetype longestNumber = 40;
+// Without its "&".
+constexpr qsizetype longestName = 32;
 constexpr char32_t lastCharacter = 0x10ffff;
 
-// The names of U+00A0 to U+00FF, in their order.
-constexpr QLatin1StringView latinNames(
-    "nbsp iexcl cent pound curren yen brvbar sect uml copy ordf laquo not shy reg macr deg plusmn "
-    "sup2 sup3 acute micro para middot cedil sup1 ordm raquo frac14 frac12 frac34 iquest Agrave "
-    "Aacute Acirc Atilde Auml Aring AElig Ccedil Egrave Eacute Ecirc Euml Igrave Iacute Icirc Iuml "
-    "ETH Ntilde Ograve Oacute Ocirc Otilde Ouml times Oslash Ugrave Uacute Ucirc Uuml Yacute THORN "
-    "szlig agrave aacute acirc atilde auml aring aelig ccedil egrave eacute ecirc euml igrave "
-    "iacute icirc iuml eth ntilde ograve oacute ocirc otilde ouml divide oslash ugrave uacute "
-    "ucirc uuml yacute thorn yuml");
+// What a text stands for after an "&", and how much of it that takes.
+struct Reference {
+    QString characters;
+    qsizetype length = 0;
+};
 
-QHash<QString, char32_t> basicNames()
+template <typename Kind> QStringView leading(QStringView text, qsizetype most, Kind isKind)
 {
-    return {{u"amp"_s, U'&'},  {u"lt"_s, U'<'},    {u"gt"_s, U'>'},
-            {u"quot"_s, U'"'}, {u"apos"_s, U'\''}, {u"AMP"_s, U'&'},
-            {u"LT"_s, U'<'},   {u"GT"_s, U'>'},    {u"QUOT"_s, U'"'}};
+    const QStringView part = text.first(qMin(most, text.size()));
+    const auto end = std::find_if_not(part.begin(), part.end(), isKind);
+    return part.first(end - part.begin());
 }
 
-QHash<QString, char32_t> allNames()
+bool isDigit(QChar c)
 {
-    QHash<QString, char32_t> names = basicNames();
-    char32_t character = 0xa0;
-    for (const QString &name : QString(latinNames).split(u' '))
-        names.insert(name, character++);
-    names.insert({{u"ndash"_s, 0x2013},
-                  {u"mdash"_s, 0x2014},
-                  {u"lsquo"_s, 0x2018},
-                  {u"rsquo"_s, 0x2019},
-                  {u"sbquo"_s, 0x201a},
-                  {u"ldquo"_s, 0x201c},
-                  {u"rdquo"_s, 0x201d},
-                  {u"bdquo"_s, 0x201e},
-                  {u"bull"_s, 0x2022},
-                  {u"hellip"_s, 0x2026},
-                  {u"lsaquo"_s, 0x2039},
-                  {u"rsaquo"_s, 0x203a},
-                  {u"euro"_s, 0x20ac},
-                  {u"trade"_s, 0x2122}});
-    return names;
+    return c >= u'0' && c <= u'9';
 }
 
-std::optional<char32_t> numbered(QStringView digits)
+bool isHexDigit(QChar c)
 {
-    const bool hex = digits.startsWith(u'x') || digits.startsWith(u'X');
-    bool good = false;
-    const uint number = hex ? digits.sliced(1).toUInt(&good, 16) : digits.toUInt(&good);
-    if (!good || number == 0 || number > lastCharacter || QChar::isSurrogate(number))
+    return isDigit(c) || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+}
+
+bool isNameCharacter(QChar c)
+{
+    return isDigit(c) || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+}
+
+// Numbers of the old code page stand for its characters; those of no character stay as they are.
+QString numbered(uint number)
+{
+    if (number >= 0x80 && number <= 0x9f) {
+        const char byte = static_cast<char>(number);
+        return TextEncoding::decodePart(QByteArrayView(&byte, 1),
+                                        TextEncoding::Encoding::Windows1252);
+    }
+    if (number == 0 || number > lastCharacter || QChar::isSurrogate(number))
         return {};
-    return number;
+    return QString::fromUcs4(reinterpret_cast<const char32_t *>(&number), 1);
 }
 
-// What the reference between "&" and ";" stands for.
-std::optional<char32_t> character(QStringView name, bool isAddress)
+std::optional<Reference> byNumber(QStringView text, bool needsSemicolon)
 {
-    static const QHash<QString, char32_t> basic = basicNames();
-    static const QHash<QString, char32_t> all = allNames();
-    if (name.startsWith(u'#'))
-        return numbered(name.sliced(1));
-    const QHash<QString, char32_t> &names = isAddress ? basic : all;
-    const auto found = names.constFind(name.toString());
-    return found == names.cend() ? std::nullopt : std::optional(*found);
+    const bool hex = text.startsWith(u'x') || text.startsWith(u'X');
+    const qsizetype mark = hex ? 1 : 0;
+    const QStringView digits =
+        leading(text.sliced(mark), longestNumber, hex ? isHexDigit : isDigit);
+    const qsizetype end = mark + digits.size();
+    const bool closed = end < text.size() && text[end] == u';';
+    bool good = false;
+    const QString characters = numbered(digits.toUInt(&good, hex ? 16 : 10));
+    if (!good || characters.isEmpty() || (needsSemicolon && !closed))
+        return {};
+    return Reference{characters, end + (closed ? 1 : 0)};
+}
+
+QStringView named(QStringView name)
+{
+    const auto table = htmlReferences();
+    const auto found = std::ranges::lower_bound(table, name, {}, &HtmlReference::name);
+    return found != table.end() && found->name == name ? found->text : QStringView();
+}
+
+// A name with its semicolon, or else the longest that needs none: "&copyright" begins with one.
+std::optional<Reference> byName(QStringView text)
+{
+    const QStringView name = leading(text, longestName, isNameCharacter);
+    if (name.size() < text.size() && text[name.size()] == u';') {
+        const QStringView closed = text.first(name.size() + 1);
+        if (const QStringView characters = named(closed); !characters.isEmpty())
+            return Reference{characters.toString(), closed.size()};
+    }
+    for (qsizetype length = name.size(); length >= 2; --length) {
+        if (const QStringView characters = named(name.first(length)); !characters.isEmpty())
+            return Reference{characters.toString(), length};
+    }
+    return {};
+}
+
+// Those that writers of bookmark files use in addresses.
+std::optional<Reference> byAddressName(QStringView text)
+{
+    for (const QStringView name :
+         {u"amp;", u"lt;", u"gt;", u"quot;", u"apos;", u"AMP;", u"LT;", u"GT;", u"QUOT;"}) {
+        if (text.startsWith(name))
+            return Reference{named(name).toString(), name.size()};
+    }
+    return {};
+}
+
+// The reference that `text`, which follows an "&", begins with.
+std::optional<Reference> reference(QStringView text, bool isAddress)
+{
+    if (text.startsWith(u'#')) {
+        std::optional<Reference> number = byNumber(text.sliced(1), isAddress);
+        if (number)
+            ++number->length;
+        return number;
+    }
+    return isAddress ? byAddressName(text) : byName(text);
 }
 
 // What is written for the character; nothing where it stands for itself.
@@ -114,14 +156,12 @@ QString resolved(const QString &text, bool isAddress)
     QString result = text.left(from);
     const QStringView all(text);
     while (from < text.size()) {
-        const qsizetype end = all.mid(from, longestReference).indexOf(u';');
-        const auto found =
-            end > 1 ? character(all.sliced(from + 1, end - 1), isAddress) : std::nullopt;
+        const std::optional<Reference> found = reference(all.sliced(from + 1), isAddress);
         if (found)
-            result += QChar::fromUcs4(*found);
+            result += found->characters;
         else
             result += u'&';
-        from += found ? end + 1 : 1;
+        from += found ? found->length + 1 : 1;
         qsizetype next = text.indexOf(u'&', from);
         if (next < 0)
             next = text.size();

@@ -8,7 +8,8 @@ namespace BookmarkText {
 /// UTF-8, or Windows-1252 where the bytes are none.
 QString decode(QByteArrayView bytes);
 
-/// With its character references resolved. In an address only the few that writers of bookmark
+/// With its character references resolved, as HTML has them: all names, the old ones also without
+/// their semicolon, and numbers; what is no reference stays as it is. In an address only the few that writers of bookmark
 /// files use are references, and only with their semicolon: `&copy=` is part of a query there.
 QString resolved(const QString &text, bool isAddress);
 
