@@ -30,7 +30,7 @@ constexpr ButtonEntry functionButtons[] = {
     {"Save", "Save Profile", "save"},
     {"PopupKiller", "Popup Killer", "popupkiller", ToolBar::Style::Check},
     {"Favorites", "Favorites", "favorites", ToolBar::Style::Check},
-    {"FontSize", "Font Size", "fontsize", ToolBar::Style::DropDown},
+    {"FontSize", "Font Size", "fontsize", ToolBar::Style::Menu},
 };
 
 constexpr ButtonEntry browserButtons[] = {

@@ -19,9 +19,14 @@ class ToolBar : public QWidget, public Overflow {
 public:
     enum class Style {
         Push,
-        Check,   ///< may be shown pressed
-        DropDown ///< has an arrow at its right with an action of its own
+        Check,    ///< may be shown pressed
+        DropDown, ///< has an arrow at its right with an action of its own
+        Menu      ///< has an arrow at its right; the button itself does what that does
     };
+    static constexpr bool hasArrow(Style style)
+    {
+        return style == Style::DropDown || style == Style::Menu;
+    }
 
     explicit ToolBar(QWidget *parent = nullptr);
 

@@ -44,7 +44,7 @@ public:
     }
 
 private:
-    bool isDropDown() const { return m_button->buttonStyle() == ToolBar::Style::DropDown; }
+    bool isDropDown() const { return ToolBar::hasArrow(m_button->buttonStyle()); }
 
     ToolBarButton *m_button;
 };

@@ -69,7 +69,7 @@ int ToolBarButton::widthFor(const QWidget *bar, const QIcon &icon, const QString
         width += std::min(bar->fontMetrics().horizontalAdvance(text) + 1, mostTextPixels);
         width += icon.isNull() ? 0 : textGap;
     }
-    return style == ToolBar::Style::DropDown ? width + arrowPixels : width;
+    return ToolBar::hasArrow(style) ? width + arrowPixels : width;
 }
 
 int ToolBarButton::heightFor(const QWidget *bar)
@@ -79,7 +79,7 @@ int ToolBarButton::heightFor(const QWidget *bar)
 
 QRect ToolBarButton::arrowRect() const
 {
-    if (m_style != ToolBar::Style::DropDown)
+    if (!ToolBar::hasArrow(m_style))
         return {};
     return QRect(width() - arrowPixels - 2, 0, arrowPixels + 2, height());
 }
@@ -132,7 +132,7 @@ void ToolBarButton::paintEvent(QPaintEvent *)
                      isEnabled() ? QIcon::Normal : QIcon::Disabled);
         left += size + textGap;
     }
-    const int right = m_style == ToolBar::Style::DropDown ? arrowPixels : 0;
+    const int right = ToolBar::hasArrow(m_style) ? arrowPixels : 0;
     if (!text().isEmpty()) {
         const QRect place(left, 0, width() - left - padding - right, height());
         painter.setPen(ink);
@@ -172,7 +172,7 @@ void ToolBarButton::keyPressEvent(QKeyEvent *event)
         m_bar->moveFocus(this, event->key());
         return;
     case Qt::Key_Down:
-        if (m_style == ToolBar::Style::DropDown)
+        if (ToolBar::hasArrow(m_style))
             openDropDown();
         return;
     case Qt::Key_Up: // a plain button would walk on to its neighbours in other bars

@@ -29,6 +29,8 @@ QLabel *makeLabel(const QString &name, const QString &english, QWidget *buddy)
     auto *label = new QLabel(text(name, english));
     label->setObjectName(name);
     label->setBuddy(buddy);
+    // A tree takes no name from its label.
+    buddy->setAccessibleName(label->text().remove(u'&').remove(u':'));
     return label;
 }
 

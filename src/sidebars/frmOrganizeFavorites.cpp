@@ -44,6 +44,7 @@ QPushButton *frmOrganizeFavorites::makeButton(const QString &name, const QString
 void frmOrganizeFavorites::makeForm()
 {
     m_tvFavorites->setObjectName("tvOrganize"_L1);
+    m_tvFavorites->setAccessibleName(text(u"strFavorites"_s, u"Favorites"_s));
     auto *hint = new QLabel(
         text(u"lblHint"_s, u"Drag favorites into another &folder, or cut and paste them:"_s));
     hint->setObjectName("lblHint"_L1);

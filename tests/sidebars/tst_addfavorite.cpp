@@ -7,6 +7,7 @@
 #include "TempAppFolder.h"
 #include "frmAddFavorite.h"
 
+#include <QAccessible>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -31,6 +32,7 @@ private slots:
     void pageWithoutAddress();
     void titleAndAddressOfThePage();
     void buttonOpensTheDialog();
+    void controlsHaveTheirLabelsNames();
     void okWritesTheShortcut();
     void okMakesTheMissingFolder();
     void anotherFavoriteIsKept();
@@ -193,6 +195,16 @@ void tst_AddFavorite::buttonOpensTheDialog()
     static_cast<FakeWebBrowser *>(page->brwWebBrowser())->location = u"http://a/"_s;
     m_bar->findChild<QPushButton *>(u"cmdAdd"_s)->click();
     QVERIFY(dialog());
+}
+
+void tst_AddFavorite::controlsHaveTheirLabelsNames()
+{
+    QVERIFY(open(u"http://a/"_s, u"News"_s));
+    const auto nameOf = [](QWidget *control) {
+        return QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name);
+    };
+    QCOMPARE(nameOf(control<FolderTree>(u"tvFolders"_s)), u"Create in"_s);
+    QCOMPARE(nameOf(control<QLineEdit>(u"txtName"_s)), u"Name"_s);
 }
 
 void tst_AddFavorite::okWritesTheShortcut()

@@ -9,6 +9,7 @@
 #include "TempAppFolder.h"
 #include "frmOrganizeFavorites.h"
 
+#include <QAccessible>
 #include <QDateTime>
 #include <QDropEvent>
 #include <QHeaderView>
@@ -39,6 +40,7 @@ private slots:
     void cleanup();
 
     void opensFromMenuAndButton();
+    void treeHasAName();
     void showsFavoritesBeforeFolders();
     void newFolder();
     void rename_data();
@@ -147,6 +149,13 @@ void tst_Organize::opensFromMenuAndButton()
     QVERIFY(button->isEnabled());
     button->click();
     QVERIFY(dialog());
+}
+
+void tst_Organize::treeHasAName()
+{
+    open();
+    QCOMPARE(QAccessible::queryAccessibleInterface(tree())->text(QAccessible::Name),
+             u"Favorites"_s);
 }
 
 void tst_Organize::showsFavoritesBeforeFolders()

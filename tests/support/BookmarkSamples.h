@@ -58,6 +58,18 @@ inline QList<BookmarkSample> bookmarkSamples()
     add("references in titles",
         "<A HREF=\"a:\">&lt;&eacute;&#x2014;&euro;&AMP;&unknown;&#0;&#xd800;&amp</A>",
         u"<é—€&&unknown;&#0;&#xd800;&=a:;"_s);
+    add("every name of HTML in titles",
+        "<A HREF=\"a:\">|&nbsp;&hellip;&Auml;&NotEqualTilde;&CounterClockwiseContourIntegral;"
+        "&fjlig;&zwj;&zopf;|</A>",
+        u"|\u00a0…Ä\u2242\u0338\u2233fj\u200d\U0001d56b|=a:;"_s);
+    add("names without their end in titles",
+        "<A HREF=\"a:\">&copy 1&eacutex&notit;&notin;&hellip&am;&T</A>",
+        u"© 1éx¬it;\u2209&hellip&am;&T=a:;"_s);
+    add("numbers in titles",
+        "<A HREF=\"a:\">&#150;&#x80;&#65B&#x0000000000041;&#8364&#;&#x;&#xg;&#1114112;</A>",
+        u"–€ABA€&#;&#x;&#xg;&#1114112;=a:;"_s);
+    add("names in addresses", "<A HREF=\"http://a/?x=1&hellip;&copy&#65b&#38;c&apos;\">A</A>",
+        u"A=http://a/?x=1&hellip;&copy&#65b&c';"_s);
     add("line ends", "<DT><A\r\nHREF=\"a:\"\r\n>A\r\n  B</A>\r\n", u"A B=a:;"_s);
     add("blanks in titles", "<A HREF=\" a: \">  A  B </A>", u"A  B=a:;"_s);
     add("script", "<A HREF=\"javascript:alert('<a>')\">A</A>", u"A=javascript:alert('<a>');"_s);
