@@ -89,7 +89,7 @@ int main(int argc, char *argv[])
                    usualMs(11,
                            [&](int i) {
                                bar.AddItem(address(i), false);
-                               good &= bar.SaveList(u"RecentSearches"_s, file, savedItems);
+                               good &= bool(bar.SaveList(u"RecentSearches"_s, file, savedItems));
                            }),
                    20);
     good &= report("loading 1000 items",

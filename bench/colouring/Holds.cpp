@@ -108,7 +108,8 @@ void measureText(Report &report, const QString &name, const QString &text)
     window.held(u"undoing the paste"_s, [&] { box.undo(); });
     window.held(u"undoing the cut"_s, [&] { box.undo(); });
     const QTemporaryDir folder;
-    window.held(u"saving"_s, [&] { window.editor().SaveFile(folder.filePath(u"saved.html"_s)); });
+    window.held(u"saving"_s,
+                [&] { window.editor().SaveFile(folder.filePath(u"saved.html"_s)).leaveToLog(); });
     window.held(u"closing"_s, [&] { window.window().close(); });
 }
 

@@ -96,8 +96,8 @@ int main(int argc, char **argv)
     QDir(folder.path()).mkpath(u"AppData"_s);
     AppFolder::setPath(folder.path());
     const QString settings = AppFolder::appData(u"Settings.ini"_s);
-    WriteINI(u"Options"_s, u"Show-Splash"_s, u"0"_s, settings);
-    WriteINI(u"Settings"_s, u"AskOnExit"_s, u"0"_s, settings);
+    WriteINI(u"Options"_s, u"Show-Splash"_s, u"0"_s, settings).leaveToLog();
+    WriteINI(u"Settings"_s, u"AskOnExit"_s, u"0"_s, settings).leaveToLog();
     QFile file(folder.filePath(u"page.html"_s));
     if (!file.open(QIODevice::WriteOnly) || file.write(page) != page.size())
         qFatal("no page");

@@ -143,8 +143,8 @@ int main(int argc, char **argv)
     QDir(folder.path()).mkpath(u"AppData"_s);
     AppFolder::setPath(folder.path());
     const QString settings = AppFolder::appData(u"Settings.ini"_s);
-    WriteINI(u"Options"_s, u"Show-Splash"_s, u"0"_s, settings);
-    WriteINI(u"Settings"_s, u"AskOnExit"_s, u"0"_s, settings);
+    WriteINI(u"Options"_s, u"Show-Splash"_s, u"0"_s, settings).leaveToLog();
+    WriteINI(u"Settings"_s, u"AskOnExit"_s, u"0"_s, settings).leaveToLog();
     startEngine();
     bool kept = false;
     {

@@ -174,17 +174,17 @@ QString nameOf(EngineOptions::Proxy proxy)
     }
     return {};
 }
+}
 
-QString optionsPath()
+QString EngineOptions::path()
 {
     return AppFolder::appData(u"Engine.ini"_s);
-}
 }
 
 EngineOptions EngineOptions::read()
 {
     EngineOptions options;
-    const QHash<QString, QString> stored = storedTexts(optionsPath());
+    const QHash<QString, QString> stored = storedTexts(path());
     if (stored.isEmpty())
         return options;
     const auto takeAll = [&stored, &options](const auto &table) {
@@ -204,7 +204,7 @@ EngineOptions EngineOptions::read()
     return options;
 }
 
-bool EngineOptions::write() const
+WriteResult EngineOptions::write() const
 {
     QList<IniEntry> entries;
     const auto add = [&entries](const char *key, const QString &value) {
@@ -217,7 +217,7 @@ bool EngineOptions::write() const
     for (const Text &option : texts)
         add(option.key, this->*option.value);
     add(proxyKey, nameOf(proxy));
-    return WriteINIEntries(entries, optionsPath());
+    return WriteINIEntries(entries, path());
 }
 
 namespace EngineOptionText {

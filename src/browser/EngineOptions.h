@@ -1,5 +1,7 @@
 #pragma once
 
+#include "WriteResult.h"
+
 #include <QString>
 
 /// The ranges of the numbers.
@@ -55,8 +57,9 @@ struct EngineOptions {
     /// From the file. What is missing there is as it comes, and so is what cannot be used; that is
     /// logged. May be called before there is an application object.
     static EngineOptions read();
-    /// All keys in one replacement of the file; false when it cannot be written.
-    bool write() const;
+    static QString path();
+    /// All keys in one replacement of the file.
+    WriteResult write() const;
 };
 
 /// What a text must be to be used. The empty text is none of these.

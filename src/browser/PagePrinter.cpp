@@ -1,5 +1,6 @@
 #include "PagePrinter.h"
 
+#include "FileWriter.h"
 #include "JobProgress.h"
 #include "Language.h"
 #include "MsgBox.h"
@@ -10,7 +11,6 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProgressDialog>
-#include <QSaveFile>
 #include <QWebEnginePage>
 #include <QWebEngineView>
 
@@ -22,18 +22,14 @@ QString text(const char *key, const QString &english)
     return GetLanguageText(u"PagePrinter"_s, QString::fromLatin1(key), english);
 }
 
-bool write(const QString &file, const QByteArray &bytes)
-{
-    QSaveFile target(file);
-    return target.open(QIODevice::WriteOnly) && target.write(bytes) == bytes.size()
-        && target.commit();
-}
-
-void tellFailure(QWidget *owner, const QString &file)
+/// `file` and `why` are empty where there are none.
+void tellFailure(QWidget *owner, const QString &file, const QString &why)
 {
     QString message = text("strFailed", u"The page could not be printed."_s);
-    if (!file.isEmpty())
-        message += u"\n\n"_s + file;
+    for (const QString &part : {file, why}) {
+        if (!part.isEmpty())
+            message += u"\n\n"_s + part;
+    }
     MsgBox::tell(owner, message);
 }
 
@@ -42,7 +38,7 @@ void printByEngine(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printe
 {
     PageJobs::print(page, printer, owner, [owner](bool printed) {
         if (!printed)
-            tellFailure(owner, {});
+            tellFailure(owner, {}, {});
     });
 }
 
@@ -50,18 +46,18 @@ void sendToPrinter(const QByteArray &pdf, QPrinter &printer, QWidget *owner)
 {
     PrintService::send(pdf, printer, owner, [owner](bool sent) {
         if (!sent)
-            tellFailure(owner, {});
+            tellFailure(owner, {}, {});
     });
 }
 
 void deliver(const QByteArray &pdf, QPrinter &printer, QWidget *owner)
 {
     if (pdf.isEmpty())
-        tellFailure(owner, printer.outputFileName());
+        tellFailure(owner, printer.outputFileName(), {});
     else if (printer.outputFormat() != QPrinter::PdfFormat)
         sendToPrinter(pdf, printer, owner);
-    else if (!write(printer.outputFileName(), pdf))
-        tellFailure(owner, printer.outputFileName());
+    else if (const WriteResult result = FileWriter::write(printer.outputFileName(), pdf); !result)
+        tellFailure(owner, printer.outputFileName(), result.text());
 }
 
 void print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer, QWidget *owner)

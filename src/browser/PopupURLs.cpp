@@ -21,11 +21,6 @@ BlockedList &inForce()
     return list;
 }
 
-QString listFile()
-{
-    return AppFolder::appData(u"PopupURLs.txt"_s);
-}
-
 /// The pieces between line ends; a CR that no LF follows is part of its line.
 QStringList linesOf(const QString &text)
 {
@@ -39,10 +34,15 @@ QStringList linesOf(const QString &text)
 
 }
 
+QString popupURLsFile()
+{
+    return AppFolder::appData(u"PopupURLs.txt"_s);
+}
+
 void LoadPopupURLs()
 {
     BlockedList &list = inForce();
-    const std::optional<QByteArray> bytes = FileUpdate::readAll(listFile());
+    const std::optional<QByteArray> bytes = FileUpdate::readAll(popupURLsFile());
     list.lines = linesOf(bytes ? TextEncoding::decode(*bytes) : QString());
     list.patterns.clear();
     for (const QString &line : std::as_const(list.lines)) {
@@ -64,14 +64,14 @@ bool IsPopupURLAllowed(const QString &url, bool &cancel)
     return false;
 }
 
-bool SavePopupURLs(const QStringList &entries)
+WriteResult SavePopupURLs(const QStringList &entries)
 {
     QString text;
     for (const QString &entry : entries) {
         if (!entry.isEmpty())
             text += entry + "\r\n"_L1;
     }
-    return FileUpdate::change(listFile(), [&text](const QByteArray &old) {
+    return FileUpdate::change(popupURLsFile(), [&text](const QByteArray &old) {
         return std::optional(TextEncoding::encode(text, TextEncoding::detect(old)));
     });
 }

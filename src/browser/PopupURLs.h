@@ -1,10 +1,15 @@
 #pragma once
 
+#include "WriteResult.h"
+
 #include <QStringList>
 
 /// The list of blocked popup addresses as it is in force: what the file AppData/PopupURLs.txt held
 /// when it was last loaded, one pattern of the Like operator per line. Patterns are compared with
 /// whole addresses, letter case counts, and blanks are part of a pattern.
+
+/// The file itself.
+QString popupURLsFile();
 
 /// Reads the file anew. Lines end with CR LF or LF. A file that is missing or cannot be read gives
 /// one empty element, and a file that ends with a line end gives an empty last one.
@@ -18,6 +23,6 @@ const QStringList &PopupURLs();
 bool IsPopupURLAllowed(const QString &url, bool &cancel);
 
 /// Replaces the file by the entries that are not empty, each ended by CR LF, in the file's own
-/// encoding where that holds them. False, and the file as it was, when it cannot be written. The
-/// list in force changes with the next load.
-bool SavePopupURLs(const QStringList &entries);
+/// encoding where that holds them. Where it cannot be written the file is as it was. The list in
+/// force changes with the next load.
+WriteResult SavePopupURLs(const QStringList &entries);

@@ -1,5 +1,6 @@
 #include "SourceJob.h"
 
+#include "FileWriter.h"
 #include "JobProgress.h"
 #include "Language.h"
 #include "PageScripts.h"
@@ -7,7 +8,6 @@
 
 #include <QFile>
 #include <QProgressDialog>
-#include <QSaveFile>
 #include <QWebEngineScript>
 
 using namespace Qt::StringLiterals;
@@ -20,13 +20,6 @@ int lastNumber = 0;
 QString text(const char *key, const QString &english)
 {
     return GetLanguageText(u"PageSaver"_s, QString::fromLatin1(key), english);
-}
-
-bool write(const QString &file, const QByteArray &bytes)
-{
-    QSaveFile target(file);
-    return target.open(QIODevice::WriteOnly) && target.write(bytes) == bytes.size()
-        && target.commit();
 }
 }
 
@@ -152,7 +145,7 @@ void SourceJob::saveLive(const QString &contents)
 void SourceJob::saveBytes(const QByteArray &bytes)
 {
     if (!m_over)
-        end(write(m_file, bytes));
+        end(bool(FileWriter::write(m_file, bytes)));
 }
 
 void SourceJob::end(bool done)

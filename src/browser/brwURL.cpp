@@ -155,7 +155,7 @@ void brwURL::LoadList(const QString &sINISection, const QString &INIFile, int lg
     }
 }
 
-bool brwURL::SaveList(const QString &sINISection, const QString &INIFile, int lgCount)
+WriteResult brwURL::SaveList(const QString &sINISection, const QString &INIFile, int lgCount)
 {
     QList<IniEntry> entries;
     for (int i = lgCount - 1; i >= 0; --i)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "WriteResult.h"
+
 #include <QSet>
 #include <QWidget>
 
@@ -44,8 +46,8 @@ public:
     /// reverse. An empty `INIFile` is the settings file.
     void LoadList(const QString &sINISection, const QString &INIFile, int lgCount, bool SelectNew);
     /// Writes the first `lgCount` entries, empty where the list is shorter, in one replacement of
-    /// the file; false when it cannot be written.
-    bool SaveList(const QString &sINISection, const QString &INIFile, int lgCount);
+    /// the file.
+    WriteResult SaveList(const QString &sINISection, const QString &INIFile, int lgCount);
     int listCount() const;
     /// Entry `i`, 0 the most recent; empty outside the list.
     QString listItem(int i) const;

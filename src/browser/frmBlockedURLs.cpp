@@ -5,6 +5,7 @@
 #include "Language.h"
 #include "LikeOperator.h"
 #include "MsgBox.h"
+#include "NotSaved.h"
 #include "PopupURLs.h"
 
 #include <QHBoxLayout>
@@ -207,7 +208,10 @@ void frmBlockedURLs::cmdSaveList_Click()
     entries.reserve(m_lstBlockedURLs->count());
     for (int row = 0; row < m_lstBlockedURLs->count(); ++row)
         entries.append(m_lstBlockedURLs->item(row)->text());
-    SavePopupURLs(entries);
+    if (const WriteResult result = SavePopupURLs(entries); !result) {
+        NotSaved::tell(this, popupURLsFile(), result);
+        return;
+    }
     LoadPopupURLs();
     m_cmdSaveList->setEnabled(false);
     m_lstBlockedURLs->clearSelection();

@@ -11,6 +11,7 @@
 #include "Forms.h"
 #include "Language.h"
 #include "MsgBox.h"
+#include "NotSaved.h"
 #include "ProfileDrag.h"
 #include "ProfilePages.h"
 #include "ProfileProgress.h"
@@ -101,8 +102,10 @@ void ProfileCommands::save()
     const int confirmed = saveDialog.ShowSave(&m_frame, firstFilter);
     letPendingEventsRun();
     const QString file = saveDialog.FileName();
-    if (confirmed != 0 && !file.isEmpty())
-        UrlProfile::save(file, openAddresses());
+    if (confirmed == 0 || file.isEmpty())
+        return;
+    if (const WriteResult result = UrlProfile::save(file, openAddresses()); !result)
+        NotSaved::tell(&m_frame, file, result);
 }
 
 void ProfileCommands::choose()

@@ -74,7 +74,7 @@ QString text(const QStringList &addresses)
         + lineEnd;
 }
 
-bool save(const QString &path, const QStringList &addresses)
+WriteResult save(const QString &path, const QStringList &addresses)
 {
     return FileUpdate::replace(path,
                                TextEncoding::encode(text(addresses), TextEncoding::Encoding::Utf8));
@@ -92,7 +92,7 @@ qint32 count(const QString &path)
 
 QStringList addresses(const QString &path, qint32 count)
 {
-    const std::optional<QByteArray> file = FileUpdate::readAll(path);
+    const std::optional<QByteArray> file = ReadINIFile(path);
     if (!file)
         return {};
     QStringList keys;

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "WriteResult.h"
+
+#include "WriteResult.h"
 #include <QString>
+
 #include <QStringList>
 
 /// Profile files: the addresses of the browser windows open at one moment. An INI file with the
@@ -11,8 +15,8 @@ namespace UrlProfile {
 QString text(const QStringList &addresses);
 
 /// Replaces the file at `path` in one step, in UTF-8: a write that fails or is interrupted leaves
-/// the old file. False when it failed.
-bool save(const QString &path, const QStringList &addresses);
+/// the old file.
+WriteResult save(const QString &path, const QStringList &addresses);
 
 /// The number stored as Count; 0 when there is none, when it is no number or too large for a
 /// 32-bit integer, and when the file cannot be read.

@@ -13,6 +13,7 @@
 #include "InternetAdvancedPage.h"
 #include "InternetGeneralPage.h"
 #include "Language.h"
+#include "NotSaved.h"
 #include "OptionsButtons.h"
 
 using namespace Qt::StringLiterals;
@@ -96,7 +97,8 @@ void frmInternetOptions::setPage(Page page)
     m_pages->setCurrentIndex(page == Page::General ? 0 : 1);
 }
 
-/// False, with the control that is to be put right in front, when something cannot be used.
+/// False when something cannot be used, with the control that is to be put right in front, and
+/// when nothing was kept, which the user is told.
 bool frmInternetOptions::applyOptions()
 {
     if (!m_advanced->check()) {
@@ -106,7 +108,10 @@ bool frmInternetOptions::applyOptions()
     EngineOptions options;
     m_general->collect(options);
     m_advanced->collect(options);
-    options.write();
+    if (const WriteResult result = options.write(); !result) {
+        NotSaved::tell(this, EngineOptions::path(), result);
+        return false;
+    }
     m_data->use(options);
     return true;
 }

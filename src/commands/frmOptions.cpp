@@ -19,13 +19,13 @@
 #include "Frame.h"
 #include "Language.h"
 #include "LanguageFiles.h"
+#include "NotSaved.h"
 #include "OptionsButtons.h"
 #include "ProgramInfo.h"
 #include "Settings.h"
 #include "WebBrowser.h"
 #include "Yield.h"
 #include "frmBrowser.h"
-#include "modINI.h"
 #include "modMain.h"
 
 using namespace Qt::StringLiterals;
@@ -205,8 +205,7 @@ QWidget *frmOptions::makeButtons()
     connect(buttons.cmdCancel, &QPushButton::clicked, this, &QDialog::close);
     connect(buttons.cmdSave, &QPushButton::clicked, this, [this] {
         const QPointer<frmOptions> self = this;
-        applySettings();
-        if (self)
+        if (applySettings() && self)
             self->close();
     });
     return buttons.box;
@@ -272,19 +271,32 @@ void frmOptions::setHomeAddress(int index)
     }
 }
 
-void frmOptions::applySettings()
+QList<IniEntry> frmOptions::entries() const
 {
-    WriteINIEntries({{u"Settings"_s, u"Home-URL"_s, m_txtHomepageURL->text()},
-                     entry(Settings::ShowSplash, *m_chkShowSplashScreen),
-                     entry(Settings::AskOnExit, *m_chkAskOnExit),
-                     entry(Settings::KillPopups, *m_chkKillPopups),
-                     entry(Settings::SuppressScriptErrors, *m_chkSuppressScriptErrors),
-                     entry(Settings::MaximizeCatcher, *m_chkMaxCatcher),
-                     entry(Settings::Language, m_cboLanguage->currentText())},
-                    AppFolder::settingsPath());
+    QList<IniEntry> result{{u"Settings"_s, u"Home-URL"_s, m_txtHomepageURL->text()},
+                           entry(Settings::ShowSplash, *m_chkShowSplashScreen),
+                           entry(Settings::AskOnExit, *m_chkAskOnExit),
+                           entry(Settings::KillPopups, *m_chkKillPopups),
+                           entry(Settings::SuppressScriptErrors, *m_chkSuppressScriptErrors),
+                           entry(Settings::MaximizeCatcher, *m_chkMaxCatcher)};
+    // Without a choice the language stays what it is.
+    if (m_cboLanguage->currentIndex() >= 0)
+        result.append(entry(Settings::Language, m_cboLanguage->currentText()));
+    return result;
+}
+
+/// False when nothing was kept, which the user is told: then nothing changes either.
+bool frmOptions::applySettings()
+{
+    const QString file = AppFolder::settingsPath();
+    if (const WriteResult result = WriteINIEntries(entries(), file); !result) {
+        NotSaved::tell(this, file, result);
+        return false;
+    }
     m_frame.menuItem(u"mnuToolsKillPopUps"_s)->setChecked(m_chkKillPopups->isChecked());
     m_frame.setButtonPressed(u"PopupKiller"_s, m_chkKillPopups->isChecked());
     m_frame.menuItem(u"mnuToolsMaximizeCatcher"_s)->setChecked(m_chkMaxCatcher->isChecked());
     startUp(m_program);
     applyCaptions();
+    return true;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "modINI.h"
+
 #include <QDialog>
 
 class Frame;
@@ -41,7 +43,8 @@ private:
     bool fillSwitches();
     void fillLanguages();
     void setHomeAddress(int index);
-    void applySettings();
+    QList<IniEntry> entries() const;
+    bool applySettings();
 
     Frame &m_frame;
     StartUpFrame &m_program;

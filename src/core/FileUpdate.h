@@ -1,5 +1,7 @@
 #pragma once
 
+#include "WriteResult.h"
+
 #include <QByteArray>
 #include <QString>
 #include <functional>
@@ -17,12 +19,12 @@ using Change = std::function<std::optional<QByteArray>(const QByteArray &)>;
 
 /// Reads, changes and replaces the file as one step: no other call, in whatever process, comes in
 /// between, and a crash leaves the old file or the new one. Bytes that stay the same are not
-/// written. A link stays one, and the file keeps its permissions. False, and the old file
+/// written. A link stays one, and the file keeps its permissions. It fails, and the old file is
 /// untouched, when `change` gave nothing, when the file is there but cannot be read or replaced,
 /// or when its folder is missing. `change` itself must not write in the same folder: it would wait
 /// for its own lock.
-bool change(const QString &path, const Change &change);
+WriteResult change(const QString &path, const Change &change);
 
 /// The same with bytes that do not depend on the old ones.
-bool replace(const QString &path, const QByteArray &bytes);
+WriteResult replace(const QString &path, const QByteArray &bytes);
 }

@@ -30,13 +30,13 @@ bool isOne(const Key &key)
     return readNumber(key) == 1.0;
 }
 
-bool write(const Key &key, const QString &value)
+WriteResult write(const Key &key, const QString &value)
 {
     return WriteINI(QString::fromLatin1(key.section), QString::fromLatin1(key.name), value,
                     AppFolder::settingsPath());
 }
 
-bool writeBoolean(const Key &key, bool value)
+WriteResult writeBoolean(const Key &key, bool value)
 {
     return write(key, booleanText(value));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "WriteResult.h"
+
 #include <QString>
 #include <optional>
 
@@ -37,9 +39,9 @@ std::optional<bool> readBoolean(const Key &key);
 std::optional<double> readNumber(const Key &key);
 /// True only for a number equal to 1: the way the splash and the exit question are switched.
 bool isOne(const Key &key);
-bool write(const Key &key, const QString &value);
+WriteResult write(const Key &key, const QString &value);
 /// As menu toggles write: "True" or "False".
-bool writeBoolean(const Key &key, bool value);
+WriteResult writeBoolean(const Key &key, bool value);
 
 /// The home page: what the user chose, else the maker's page.
 QString homeUrl();

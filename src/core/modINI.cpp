@@ -5,6 +5,7 @@
 #include "Log.h"
 #include "TextRules.h"
 
+#include <QStringConverter>
 #include <algorithm>
 
 namespace {
@@ -25,12 +26,41 @@ std::optional<QByteArray> putAtOnce(const QByteArray &file, const QList<IniEntry
     }
     return IniText::putKeys(file, entries.first().section, keys, values);
 }
+
+std::optional<QByteArray> changed(const QByteArray &old, const QList<IniEntry> &entries)
+{
+    if (const std::optional<QByteArray> all = putAtOnce(old, entries))
+        return all;
+    QByteArray bytes = old;
+    for (const IniEntry &entry : entries)
+        bytes = IniText::put(bytes, {entry.section, entry.key}, entry.value);
+    return bytes;
+}
+
+// Single bytes put in among pairs would spoil all that follows.
+bool isSixteenBits(QByteArrayView file)
+{
+    return file.startsWith("\xff\xfe") || file.startsWith("\xfe\xff");
+}
+
+QByteArray asUtf8(QByteArrayView file)
+{
+    // The mark tells the order.
+    QStringDecoder decoder(QStringDecoder::Utf16);
+    return QString(decoder(file)).toUtf8();
+}
+}
+
+std::optional<QByteArray> ReadINIFile(const QString &path)
+{
+    const std::optional<QByteArray> file = FileUpdate::readAll(path);
+    return file && isSixteenBits(*file) ? asUtf8(*file) : file;
 }
 
 QString ReadINI(const QString &section, const QString &key, const QString &text,
                 const QString &path)
 {
-    if (const std::optional<QByteArray> file = FileUpdate::readAll(path)) {
+    if (const std::optional<QByteArray> file = ReadINIFile(path)) {
         if (const auto value = IniText::value(*file, {section, key}, longestValue))
             return *value;
     }
@@ -40,7 +70,7 @@ QString ReadINI(const QString &section, const QString &key, const QString &text,
 QStringList ReadINIValues(const QString &section, const QStringList &keys, const QString &path)
 {
     QStringList values(keys.size());
-    const std::optional<QByteArray> file = FileUpdate::readAll(path);
+    const std::optional<QByteArray> file = ReadINIFile(path);
     if (!file)
         return values;
     const QList<IniText::Place> places = IniText::findKeys(*file, section, keys);
@@ -49,12 +79,13 @@ QStringList ReadINIValues(const QString &section, const QStringList &keys, const
     return values;
 }
 
-bool WriteINI(const QString &section, const QString &key, const QString &value, const QString &path)
+WriteResult WriteINI(const QString &section, const QString &key, const QString &value,
+                     const QString &path)
 {
     return WriteINIEntries({{section, key, value}}, path);
 }
 
-bool WriteINIEntries(const QList<IniEntry> &entries, const QString &path)
+WriteResult WriteINIEntries(const QList<IniEntry> &entries, const QString &path)
 {
     const auto refused = std::find_if(entries.cbegin(), entries.cend(), [](const IniEntry &entry) {
         return !IniText::canHold({entry.section, entry.key});
@@ -62,16 +93,17 @@ bool WriteINIEntries(const QList<IniEntry> &entries, const QString &path)
     if (refused != entries.cend()) {
         qCWarning(lcFiles) << "no INI file can hold the key" << refused->key << "of the section"
                            << refused->section;
-        return false;
+        return WriteResult(WriteResult::Failure::Refused);
     }
     if (entries.isEmpty())
-        return true;
-    return FileUpdate::change(path, [&entries](const QByteArray &old) {
-        if (const std::optional<QByteArray> all = putAtOnce(old, entries))
-            return all;
-        QByteArray bytes = old;
-        for (const IniEntry &entry : entries)
-            bytes = IniText::put(bytes, {entry.section, entry.key}, entry.value);
-        return std::optional(bytes);
+        return {};
+    bool sixteenBits = false;
+    const WriteResult result = FileUpdate::change(path, [&](const QByteArray &old) {
+        sixteenBits = isSixteenBits(old);
+        return sixteenBits ? std::nullopt : changed(old, entries);
     });
+    if (!sixteenBits)
+        return result;
+    qCWarning(lcFiles) << path << "is UTF-16 and so stays as it is";
+    return WriteResult(WriteResult::Failure::SixteenBits);
 }

@@ -59,5 +59,5 @@ void saveBandLayout(const CoolBar &bar)
             entries.append({u"ToolBar"_s, newRowKey(position), booleanText(band.newRow())});
         entries.append({u"ToolBar"_s, widthKey(position), widthText(band)});
     }
-    WriteINIEntries(entries, AppFolder::settingsPath());
+    WriteINIEntries(entries, AppFolder::settingsPath()).leaveToLog();
 }

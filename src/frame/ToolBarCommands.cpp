@@ -27,7 +27,7 @@ void registerBand(Frame &frame, CoolBar &bar, const QString &item, const QString
     frame.handle(item, [&frame, &bar, item, band, key, then] {
         const bool shown = invertMark(frame, item);
         bar.band(band)->setVisible(shown);
-        Settings::writeBoolean(key, shown);
+        Settings::writeBoolean(key, shown).leaveToLog();
         if (then)
             then(shown);
     });
@@ -39,7 +39,7 @@ void registerDocking(Frame &frame, FrameBody &body, const QString &item, CoolBar
         body.dockCoolBar(side);
         frame.menuItem(u"mnuViewToolBarTop"_s)->setChecked(side == CoolBar::Dock::Top);
         frame.menuItem(u"mnuViewToolBarBottom"_s)->setChecked(side == CoolBar::Dock::Bottom);
-        Settings::write(Settings::Align, QString::number(static_cast<int>(side)));
+        Settings::write(Settings::Align, QString::number(static_cast<int>(side))).leaveToLog();
     });
 }
 
@@ -58,7 +58,7 @@ void registerToolBarCommands(Frame &frame, CoolBar &bar, FrameBody &body, LinksB
         const bool shown = invertMark(frame, u"mnuViewToolBarVisible"_s);
         bar.setVisible(shown);
         enableBandItems(frame, shown);
-        Settings::writeBoolean(Settings::ToolBar, shown);
+        Settings::writeBoolean(Settings::ToolBar, shown).leaveToLog();
     });
     registerBand(frame, bar, u"mnuViewToolBarAddressBar"_s, u"Address"_s, Settings::AddressBar);
     registerBand(frame, bar, u"mnuViewToolBarFavoriteLinks"_s, u"Links"_s, Settings::FavoriteLinks,

@@ -1,6 +1,7 @@
 #include "BookmarkImport.h"
 #include "BookmarkText.h"
 #include "FavoriteFile.h"
+#include "FileWriter.h"
 #include "InternetShortcut.h"
 #include "Log.h"
 
@@ -138,20 +139,17 @@ bool BookmarkImport::placeLink(const BookmarkItem &item)
 bool BookmarkImport::write(const QString &path, const BookmarkItem &item, const QString &title)
 {
     const QByteArray bytes = InternetShortcut::bytes(item.url, title);
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
-        return false;
-    if (file.write(bytes) != bytes.size()) {
-        qCWarning(lcFiles) << "cannot write" << path << file.errorString();
-        file.close();
-        file.remove();
-        return false;
-    }
-    if (item.date > 0
-        && !file.setFileTime(QDateTime::fromSecsSinceEpoch(item.date, Qt::UTC),
-                             QFileDevice::FileModificationTime))
-        qCWarning(lcFiles) << "cannot date" << path;
-    return true;
+    const auto writer = [&](QFileDevice &file) {
+        // What is put out later would give it another date.
+        if (file.write(bytes) != bytes.size() || !file.flush())
+            return false;
+        if (item.date > 0
+            && !file.setFileTime(QDateTime::fromSecsSinceEpoch(item.date, Qt::UTC),
+                                 QFileDevice::FileModificationTime))
+            qCWarning(lcFiles) << "cannot date" << path;
+        return true;
+    };
+    return bool(FileWriter::create(path, writer, FileWriter::Sync::Later));
 }
 
 void BookmarkImport::openFolder(const BookmarkItem &item)

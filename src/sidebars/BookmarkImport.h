@@ -37,7 +37,8 @@ public:
 
     /// One step; false when all is in.
     bool advance();
-    /// To be called when the import is over, by itself or not: gives folders their dates.
+    /// To be called when the import is over, by itself or not: gives folders their dates. What was
+    /// written may not be on the disk yet.
     void finish();
 
     const ImportOutcome &outcome() const { return m_outcome; }

@@ -1,5 +1,6 @@
 #include "FavoriteFile.h"
 #include "FileName.h"
+#include "FileWriter.h"
 #include "InternetShortcut.h"
 #include "Log.h"
 
@@ -64,17 +65,6 @@ std::optional<QString> firstFree(const QString &folder, const QString &name,
     return {};
 }
 
-bool writeNew(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        return false;
-    if (file.write(bytes) == bytes.size() && file.flush())
-        return true;
-    file.close();
-    file.remove();
-    return false;
-}
 }
 
 namespace FavoriteFile {
@@ -99,8 +89,9 @@ QString name(const QString &text, const QString &otherwise)
 std::optional<QString> create(const QString &folder, const QString &name, const QString &url)
 {
     const QByteArray bytes = InternetShortcut::bytes(url);
-    return firstFree(folder, name, u".url"_s,
-                     [&bytes](const QString &path) { return writeNew(path, bytes); });
+    return firstFree(folder, name, u".url"_s, [&bytes](const QString &path) {
+        return bool(FileWriter::create(path, bytes));
+    });
 }
 
 std::optional<QString> createFolder(const QString &folder, const QString &name)

@@ -3,6 +3,7 @@
 #include "BookmarkWriter.h"
 #include "CommonDialog.h"
 #include "FileUpdate.h"
+#include "FileWriter.h"
 #include "Frame.h"
 #include "Language.h"
 #include "TransferStrip.h"
@@ -129,6 +130,8 @@ void FavoritesTransfer::runImport(const QString &file, const QString &root)
     }
     import.finish();
     m_imported = import.outcome();
+    if (m_imported.links > 0 && !m_stop)
+        FileWriter::settle(root);
     m_importStopped = goesOn;
 }
 

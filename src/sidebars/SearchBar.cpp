@@ -96,7 +96,7 @@ SearchBar::~SearchBar()
 {
     // Never shown, its list was never loaded, and saving it would lose the one in the file.
     if (m_Initialised)
-        m_brwSearch->SaveList(historySection(), m_IniFile, historyLength);
+        m_brwSearch->SaveList(historySection(), m_IniFile, historyLength).leaveToLog();
 }
 
 void SearchBar::makeLayout()

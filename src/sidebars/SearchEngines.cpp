@@ -1,5 +1,4 @@
 #include "SearchEngines.h"
-#include "FileUpdate.h"
 #include "TextEncoding.h"
 #include "TextRules.h"
 #include "modINI.h"
@@ -78,7 +77,7 @@ namespace SearchEngines {
 QStringList names(const QString &file)
 {
     const auto count = textToNumber(ReadINI(u"Engines"_s, u"Count"_s, u"0"_s, file));
-    const auto bytes = FileUpdate::readAll(file);
+    const auto bytes = ReadINIFile(file);
     if (!count || !bytes)
         return {};
     QStringList result;
@@ -106,7 +105,7 @@ QString addressTemplate(const QString &file, const QString &name)
 
 void keepSelection(const QString &file, int index)
 {
-    WriteINI(u"Data"_s, u"DefaultSelection"_s, QString::number(index), file);
+    WriteINI(u"Data"_s, u"DefaultSelection"_s, QString::number(index), file).leaveToLog();
 }
 
 QString searchAddress(const QString &addressTemplate, const QString &query)

@@ -49,7 +49,7 @@ void toggleSearchBar(Frame &frame, FavoritesBar &favorites, SearchBar &search)
     if (shown)
         hide(frame, favoritesBar(favorites));
     search.setVisible(shown);
-    Settings::writeBoolean(Settings::SearchBar, shown);
+    Settings::writeBoolean(Settings::SearchBar, shown).leaveToLog();
     if (shown)
         search.SetFocus();
     frame.setButtonPressed(side.button, shown);
@@ -61,7 +61,7 @@ void toggleFavoritesBar(Frame &frame, FavoritesBar &favorites, SearchBar &search
     const bool shown = invertMark(frame, side);
     if (shown) {
         hide(frame, searchBar(search));
-        Settings::writeBoolean(Settings::SearchBar, false);
+        Settings::writeBoolean(Settings::SearchBar, false).leaveToLog();
     }
     favorites.setVisible(shown);
     frame.setButtonPressed(side.button, shown);

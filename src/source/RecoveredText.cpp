@@ -1,12 +1,13 @@
 #include "RecoveredText.h"
 
 #include "AppFolder.h"
+#include "FileWriter.h"
 #include "Log.h"
 #include "SourceFile.h"
 
 #include <QDateTime>
 #include <QDir>
-#include <QSaveFile>
+#include <QFileDevice>
 
 using namespace Qt::StringLiterals;
 
@@ -42,12 +43,10 @@ QString keep(const SourceFile &source)
     QString name;
     for (int i = 0; name.isEmpty() || folder.exists(name); ++i)
         name = u"Source-%1-%2.html"_s.arg(time).arg(i, 2, 10, QChar(u'0'));
-    QSaveFile file(folder.filePath(name));
-    if (!file.open(QIODevice::WriteOnly) || !source.write(file) || !file.commit()) {
-        qCWarning(lcFiles) << "cannot keep a copy of edited source" << file.errorString();
-        return {};
-    }
-    return file.fileName();
+    const QString file = folder.filePath(name);
+    const bool isKept = bool(
+        FileWriter::create(file, [&source](QFileDevice &device) { return source.write(device); }));
+    return isKept ? file : QString();
 }
 
 }

@@ -131,10 +131,10 @@ void frmSource::fileSave()
     m_dialog.setFilter(fileFilter);
     if (m_dialog.ShowSave(this, 1) == 0)
         return;
-    if (!m_editor->SaveFile(m_dialog.FileName())) {
+    if (const WriteResult result = m_editor->SaveFile(m_dialog.FileName()); !result) {
         MsgBox::inform(this,
                        languageText("strCannotSave", u"The file cannot be written:"_s) + u'\n'
-                           + m_dialog.FileName());
+                           + m_dialog.FileName() + u"\n\n"_s + result.text());
         return;
     }
     setSubject(m_dialog.FileName());

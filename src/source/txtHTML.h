@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SourceFile.h"
+#include "WriteResult.h"
 
 #include <QBasicTimer>
 #include <QWidget>
@@ -39,8 +40,8 @@ public:
     /// Loads a file; its encoding and line ends are kept for saving. False, and the text as it
     /// was, when it cannot be read.
     bool OpenFile(const QString &FileName);
-    /// Replaces the file as a whole; false, and the old file untouched, when that fails.
-    bool SaveFile(const QString &FileName);
+    /// Replaces the file as a whole, or leaves the old one untouched.
+    WriteResult SaveFile(const QString &FileName);
     /// What SaveFile() writes.
     SourceFile sourceFile() const;
 

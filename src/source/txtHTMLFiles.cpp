@@ -1,9 +1,9 @@
+#include "FileWriter.h"
 #include "Log.h"
 #include "RichTextBox.h"
 #include "txtHTML.h"
 
 #include <QFile>
-#include <QSaveFile>
 
 bool txtHTML::OpenFile(const QString &FileName)
 {
@@ -31,12 +31,8 @@ SourceFile txtHTML::sourceFile() const
     return file;
 }
 
-bool txtHTML::SaveFile(const QString &FileName)
+WriteResult txtHTML::SaveFile(const QString &FileName)
 {
-    QSaveFile file(FileName);
-    if (!file.open(QIODevice::WriteOnly) || !sourceFile().write(file) || !file.commit()) {
-        qCWarning(lcFiles) << "cannot write" << FileName << file.errorString();
-        return false;
-    }
-    return true;
+    const SourceFile source = sourceFile();
+    return FileWriter::write(FileName, [&source](QFileDevice &file) { return source.write(file); });
 }

@@ -66,9 +66,9 @@ void tst_FileUpdate::onlyOneHoldsTheLock()
     QAtomicInt written = 0;
     const QString file = folder.file(u"a"_s);
     const std::unique_ptr<QThread> writer(QThread::create([&written, &released, file] {
-        const bool done = FileUpdate::change(file, [&released](const QByteArray &) {
+        const bool done(FileUpdate::change(file, [&released](const QByteArray &) {
             return std::optional(QByteArray::number(released.loadAcquire()));
-        });
+        }));
         written.storeRelease(done ? 1 : -1);
     }));
     writer->start();

@@ -418,7 +418,7 @@ void tst_modINI::writersAtOnceLoseNothing()
         threads.emplace_back(QThread::create([file, writer] {
             for (int i = 0; i < values; ++i) {
                 const QString key = u"k%1-%2"_s.arg(writer).arg(i);
-                WriteINI(u"S"_s, key, QString::number(i), file);
+                WriteINI(u"S"_s, key, QString::number(i), file).leaveToLog();
             }
         }));
         threads.back()->start();

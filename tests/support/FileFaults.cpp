@@ -19,6 +19,7 @@ Kind theKind = Kind::Fail;
 std::atomic<int> remaining = 0;
 std::atomic<bool> armed = false;
 std::function<void()> theCall;
+std::atomic<int> theLack = FileFaults::None;
 
 bool meets(Operation operation)
 {
@@ -69,6 +70,30 @@ bool isWriting(int flags)
     return (flags & O_ACCMODE) != O_RDONLY;
 }
 
+/// Flags that a file without a name has, and a folder too.
+bool isUnnamed(int flags)
+{
+    return (flags & O_TMPFILE) == O_TMPFILE;
+}
+
+/// True, and the error said, where the disk cannot do that.
+bool lacks(int what, int error)
+{
+    if ((theLack & what) == 0)
+        return false;
+    errno = error;
+    return true;
+}
+
+using Open = int(const char *, int, ...);
+
+int openBy(Open *open, const char *path, int flags, mode_t mode)
+{
+    if (isUnnamed(flags) && lacks(FileFaults::UnnamedFiles, EOPNOTSUPP))
+        return -1;
+    return isWriting(flags) && goesWrong(Operation::Other) ? -1 : open(path, flags, mode);
+}
+
 }
 
 namespace FileFaults {
@@ -94,6 +119,11 @@ bool disarm()
     return remaining <= 0;
 }
 
+void setLack(int lack)
+{
+    theLack = lack;
+}
+
 }
 
 extern "C" {
@@ -104,8 +134,16 @@ int open64(const char *path, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = va_arg(arguments, mode_t);
     va_end(arguments);
-    static auto *const open = real<int(const char *, int, ...)>("open64");
-    return isWriting(flags) && goesWrong(Operation::Other) ? -1 : open(path, flags, mode);
+    return openBy(real<Open>("open64"), path, flags, mode);
+}
+
+int open(const char *path, int flags, ...)
+{
+    std::va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = va_arg(arguments, mode_t);
+    va_end(arguments);
+    return openBy(real<Open>("open"), path, flags, mode);
 }
 
 ssize_t write(int file, const void *bytes, size_t count)
@@ -149,6 +187,21 @@ int linkat(int from, const char *old, int to, const char *name, int flags) noexc
 {
     static auto *const linkat = real<int(int, const char *, int, const char *, int)>("linkat");
     return goesWrong(Operation::Other) ? -1 : linkat(from, old, to, name, flags);
+}
+
+int link(const char *old, const char *name) noexcept
+{
+    static auto *const link = real<int(const char *, const char *)>("link");
+    return lacks(FileFaults::Links, EPERM) || goesWrong(Operation::Other) ? -1 : link(old, name);
+}
+
+int renameat2(int from, const char *old, int to, const char *name, unsigned flags) noexcept
+{
+    static auto *const renameat2 =
+        real<int(int, const char *, int, const char *, unsigned)>("renameat2");
+    return lacks(FileFaults::NewNames, EINVAL) || goesWrong(Operation::Other)
+        ? -1
+        : renameat2(from, old, to, name, flags);
 }
 
 int rename(const char *old, const char *name) noexcept

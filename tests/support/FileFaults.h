@@ -24,4 +24,16 @@ void arm(Kind kind, int at);
 void call(const std::function<void()> &what, int at);
 /// Everything works again. True when it was reached.
 bool disarm();
+
+/// What a disk may be without.
+enum Lack {
+    None = 0,
+    /// Files that have no name yet.
+    UnnamedFiles = 1,
+    /// Renaming that replaces nothing.
+    NewNames = 2,
+    Links = 4
+};
+/// Until it is set to `None`.
+void setLack(int lack);
 }

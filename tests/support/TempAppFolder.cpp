@@ -96,7 +96,7 @@ bool TempAppFolder::writeLanguage(const QString &name, const QByteArray &bytes) 
 bool TempAppFolder::setSetting(const QString &section, const QString &key,
                                const QString &value) const
 {
-    return WriteINI(section, key, value, settingsFile());
+    return bool(WriteINI(section, key, value, settingsFile()));
 }
 
 QString TempAppFolder::setting(const QString &section, const QString &key,
