@@ -98,7 +98,7 @@ void frmInternetOptions::setPage(Page page)
 }
 
 /// False when something cannot be used, with the control that is to be put right in front, and
-/// when nothing was kept, which the user is told.
+/// when nothing was kept, which the user is told; what acts at once acts all the same.
 bool frmInternetOptions::applyOptions()
 {
     if (!m_advanced->check()) {
@@ -108,10 +108,9 @@ bool frmInternetOptions::applyOptions()
     EngineOptions options;
     m_general->collect(options);
     m_advanced->collect(options);
-    if (const WriteResult result = options.write(); !result) {
-        NotSaved::tell(this, EngineOptions::path(), result);
-        return false;
-    }
+    const WriteResult result = options.write();
     m_data->use(options);
-    return true;
+    if (!result)
+        NotSaved::tell(this, EngineOptions::path(), result);
+    return bool(result);
 }

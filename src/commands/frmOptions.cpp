@@ -285,18 +285,18 @@ QList<IniEntry> frmOptions::entries() const
     return result;
 }
 
-/// False when nothing was kept, which the user is told: then nothing changes either.
+/// False when nothing was kept, which the user is told; what acts at once acts all the same.
 bool frmOptions::applySettings()
 {
+    const QPointer<frmOptions> self = this;
     const QString file = AppFolder::settingsPath();
-    if (const WriteResult result = WriteINIEntries(entries(), file); !result) {
-        NotSaved::tell(this, file, result);
-        return false;
-    }
+    const WriteResult result = WriteINIEntries(entries(), file);
     m_frame.menuItem(u"mnuToolsKillPopUps"_s)->setChecked(m_chkKillPopups->isChecked());
     m_frame.setButtonPressed(u"PopupKiller"_s, m_chkKillPopups->isChecked());
     m_frame.menuItem(u"mnuToolsMaximizeCatcher"_s)->setChecked(m_chkMaxCatcher->isChecked());
     startUp(m_program);
     applyCaptions();
-    return true;
+    if (!result && self)
+        NotSaved::tell(this, file, result);
+    return bool(result);
 }

@@ -5,6 +5,11 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+QString told(const char *key, const QString &english)
+{
+    return GetLanguageText(u"WriteResult"_s, QString::fromLatin1(key), english);
+}
+
 WriteResult::Failure failureOf(const std::error_code &error)
 {
     using Failure = WriteResult::Failure;
@@ -37,26 +42,21 @@ QString WriteResult::text() const
 {
     if (m_done)
         return {};
-    const QString section = u"WriteResult"_s;
     switch (m_failure) {
     case Failure::NoRoom:
-        return GetLanguageText(section, u"strNoRoom"_s, u"There is no room left on the disk."_s);
+        return told("strNoRoom", u"There is no room left on the disk."_s);
     case Failure::NotAllowed:
-        return GetLanguageText(section, u"strNotAllowed"_s,
-                               u"The file or its folder may not be changed."_s);
+        return told("strNotAllowed", u"The file or its folder may not be changed."_s);
     case Failure::FolderMissing:
-        return GetLanguageText(section, u"strFolderMissing"_s, u"The folder is missing."_s);
+        return told("strFolderMissing", u"The folder is missing."_s);
     case Failure::Taken:
-        return GetLanguageText(section, u"strTaken"_s, u"There is a file of that name already."_s);
+        return told("strTaken", u"There is a file of that name already."_s);
     case Failure::Busy:
-        return GetLanguageText(section, u"strBusy"_s,
-                               u"Another program keeps the folder locked."_s);
+        return told("strBusy", u"Another program keeps the folder locked."_s);
     case Failure::Unreadable:
-        return GetLanguageText(section, u"strUnreadable"_s,
-                               u"What is there in its place cannot be read."_s);
+        return told("strUnreadable", u"What is there in its place cannot be read."_s);
     case Failure::SixteenBits:
-        return GetLanguageText(section, u"strSixteenBits"_s,
-                               u"The file there is UTF-16 text, which is left as it is."_s);
+        return told("strSixteenBits", u"The file there is UTF-16 text, which is left as it is."_s);
     case Failure::Refused:
     case Failure::Other:
         break;

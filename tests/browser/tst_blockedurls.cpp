@@ -52,7 +52,7 @@ private slots:
     void deleteKeyGoesOnFromTheNextEntry();
     void savingIsInForceAtOnce();
     void savingAnEmptiedList();
-    void savingOnAReadOnlyPlaceIsSilent();
+    void whatCannotBeSavedIsTold();
     void closingThrowsChangesAway();
     void escapeCloses();
     void namesForOtherPrograms();
@@ -407,7 +407,7 @@ void tst_blockedurls::savingAnEmptiedList()
     QCOMPARE(PopupURLs(), QStringList{u""_s});
 }
 
-void tst_blockedurls::savingOnAReadOnlyPlaceIsSilent()
+void tst_blockedurls::whatCannotBeSavedIsTold()
 {
     openOn("");
     QVERIFY(QFile::remove(m_folder->file(listName)));
@@ -415,8 +415,11 @@ void tst_blockedurls::savingOnAReadOnlyPlaceIsSilent()
     type(u"a"_s);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot"_s));
     QTest::mouseClick(button(u"cmdSaveList"_s), Qt::LeftButton);
-    QVERIFY(!message());
-    QVERIFY(!button(u"cmdSaveList"_s)->isEnabled());
+    QVERIFY(m_dialog->isVisible());
+    QVERIFY(message() && message()->isVisible());
+    QVERIFY(message()->text().contains(m_folder->file(listName)));
+    QVERIFY2(button(u"cmdSaveList"_s)->isEnabled(), "it can be tried again");
+    QCOMPARE(entries(), QStringList{u"a"_s});
     // What could not be saved is not in force either.
     QCOMPARE(PopupURLs(), QStringList{u""_s});
 }

@@ -14,6 +14,7 @@
 
 #include "FakeEngineData.h"
 #include "ProgramWithoutEngine.h"
+#include "Unlogged.h"
 #include "frmInternetOptions.h"
 #include "modINI.h"
 
@@ -55,7 +56,8 @@ private slots:
     void nextStartIsSaidBesideTheControl();
     void keyboardOrderIsTopToBottom();
     void everyControlHasAName();
-    void unwritableFolderIsSurvived();
+    void whatCannotBeKeptIsTold_data();
+    void whatCannotBeKeptIsTold();
     void rubbishInTheFileIsSurvived();
 
 private:
@@ -542,14 +544,34 @@ void tst_InternetOptions::everyControlHasAName()
     }
 }
 
-void tst_InternetOptions::unwritableFolderIsSurvived()
+void tst_InternetOptions::whatCannotBeKeptIsTold_data()
 {
+    QTest::addColumn<QByteArray>("button");
+    QTest::addColumn<QString>("inTheWay");
+    QTest::newRow("apply, no folder") << QByteArray("cmdApply") << QString();
+    QTest::newRow("save, no folder") << QByteArray("cmdSave") << QString();
+    QTest::newRow("apply, folder in its place") << QByteArray("cmdApply") << u"Engine.ini"_s;
+    QTest::newRow("save, folder in its place") << QByteArray("cmdSave") << u"Engine.ini"_s;
+}
+
+void tst_InternetOptions::whatCannotBeKeptIsTold()
+{
+    QFETCH(QByteArray, button);
+    QFETCH(QString, inTheWay);
+    const Unlogged unlogged;
     openAdvanced();
-    QVERIFY(QDir(m_program->folder.file(u"AppData"_s)).removeRecursively());
+    const QString folder = m_program->folder.file(u"AppData"_s);
+    if (inTheWay.isEmpty())
+        QVERIFY(QDir(folder).removeRecursively());
+    else
+        QVERIFY(QDir(folder).mkpath(inTheWay));
     find<QCheckBox>("chkScripts")->setChecked(false);
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^cannot open"_s));
-    click("cmdApply");
-    QVERIFY(form()->isVisible());
+    click(button.constData());
+    QVERIFY2(form() && form()->isVisible(), "the dialog stays");
+    const auto *message = form()->findChild<QMessageBox *>();
+    QVERIFY(message && message->isVisible());
+    QVERIFY(message->text().contains(folder + "/Engine.ini"_L1));
+    QVERIFY2(message->text().contains("\n\n"_L1), "it says why");
     QCOMPARE(m_data->newest->used.size(), 1);
     QVERIFY2(!m_data->newest->used.first().scripts, "what acts at once still acts");
 }

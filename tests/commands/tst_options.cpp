@@ -4,13 +4,16 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiSubWindow>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QtTest>
 
 #include "AppFolder.h"
+#include "FileFaults.h"
 #include "ProgramInfo.h"
 #include "ProgramWithoutEngine.h"
 #include "ToolBar.h"
+#include "Unlogged.h"
 #include "frmOptions.h"
 
 using namespace Qt::StringLiterals;
@@ -43,7 +46,9 @@ private slots:
     void cancelAfterApplyKeepsWhatWasApplied();
     void escapeCloses();
     void enterSaves();
-    void readOnlyFolderIsSurvived();
+    void whatCannotBeKeptIsTold_data();
+    void whatCannotBeKeptIsTold();
+    void withoutAChoiceTheLanguageStays();
     void secondCallShowsTheSameDialog();
     void closingTheFrameTakesItAlong();
     void keyboardOrderIsTopToBottom();
@@ -173,7 +178,7 @@ void tst_Options::languageInOtherLettersSelectsNothing()
     QCOMPARE(languages(), QStringList({u"english"_s, u"German"_s}));
     QCOMPARE(find<QComboBox>("cboLanguage")->currentIndex(), -1);
     click("cmdApply");
-    QCOMPARE(folder().setting(u"Options"_s, u"Language"_s, u"none"_s), QString());
+    QCOMPARE(folder().setting(u"Options"_s, u"Language"_s, u"none"_s), u"none"_s);
 }
 
 void tst_Options::oddFilesInTheLanguageFolder()
@@ -381,14 +386,62 @@ void tst_Options::enterSaves()
     QCOMPARE(folder().setting(u"Settings"_s, u"Home-URL"_s), u"http://entered/"_s);
 }
 
-void tst_Options::readOnlyFolderIsSurvived()
+void tst_Options::whatCannotBeKeptIsTold_data()
 {
+    QTest::addColumn<QByteArray>("button");
+    QTest::addColumn<QByteArray>("trouble");
+    for (const char *button : {"cmdApply", "cmdSave"}) {
+        for (const char *trouble : {"no folder", "folder in its place", "sixteen bits", "no room"})
+            QTest::addRow("%s, %s", button, trouble) << QByteArray(button) << QByteArray(trouble);
+    }
+}
+
+void tst_Options::whatCannotBeKeptIsTold()
+{
+    QFETCH(QByteArray, button);
+    QFETCH(QByteArray, trouble);
+    const Unlogged unlogged;
+    const QByteArray sixteenBits("\xff\xfe[\0O\0]\0", 8);
     open();
-    QVERIFY(QDir(AppFolder::appData({})).removeRecursively());
+    if (trouble == "no folder") {
+        QVERIFY(QDir(AppFolder::appData({})).removeRecursively());
+    } else if (trouble == "folder in its place") {
+        QVERIFY(QFile::remove(folder().settingsFile()));
+        QVERIFY(QDir().mkpath(folder().settingsFile()));
+    } else if (trouble == "sixteen bits") {
+        QVERIFY(folder().writeSettings(sixteenBits));
+    }
+    const QByteArray before = folder().readSettings();
     find<QCheckBox>("chkMaxCatcher")->setChecked(true);
-    click("cmdApply");
-    QVERIFY(form()->isVisible());
+    if (trouble == "no room")
+        FileFaults::arm(FileFaults::Kind::ReadOnly, 1);
+    click(button.constData());
+    FileFaults::disarm();
+    QVERIFY2(form() && form()->isVisible(), "the dialog stays");
+    const auto *message = form()->findChild<QMessageBox *>();
+    QVERIFY(message && message->isVisible());
+    QVERIFY(message->text().contains(folder().settingsFile()));
+    QVERIFY2(message->text().contains("\n\n"_L1), "it says why");
+    QCOMPARE(form()->findChildren<QMessageBox *>().size(), 1);
+    QCOMPARE(folder().readSettings(), before);
     QVERIFY2(m_program->isChecked("mnuToolsMaximizeCatcher"), "what acts at once still acts");
+    QVERIFY(find<QCheckBox>("chkMaxCatcher")->isChecked());
+}
+
+void tst_Options::withoutAChoiceTheLanguageStays()
+{
+    folder().writeLanguage(u"German"_s, {});
+    // The switch that is no number ends the loading before the languages are listed.
+    folder().writeSettings("[Options]\r\nLanguage=German\r\n[Settings]\r\n"
+                           "Maximize-Catcher=yes\r\n");
+    open();
+    QCOMPARE(find<QComboBox>("cboLanguage")->currentIndex(), -1);
+    click("cmdSave");
+    QTRY_VERIFY(!form());
+    QCOMPARE(folder().setting(u"Options"_s, u"Language"_s), u"German"_s);
+    QCOMPARE(folder().setting(u"Settings"_s, u"Maximize-Catcher"_s), u"0"_s);
+    open();
+    QCOMPARE(find<QComboBox>("cboLanguage")->currentText(), u"German"_s);
 }
 
 void tst_Options::secondCallShowsTheSameDialog()
