@@ -57,6 +57,14 @@ private:
         return QDir(m_folder->path())
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
+    /// Where a disk takes nothing any more, what lies on it cannot be removed either.
+    void removeStages(Kind kind) const
+    {
+        for (const QString &name : files()) {
+            if (kind == Kind::ReadOnly && StageName::matches(name))
+                QFile::remove(path(name));
+        }
+    }
     static QByteArray contents(const QString &path)
     {
         QFile file(path);
@@ -276,6 +284,7 @@ void tst_FileWriter::eachFaultKeepsTheOldFile()
         FileFaults::arm(kind, at);
         const WriteResult result = FileWriter::write(path(u"a"_s), bytes);
         const bool reached = FileFaults::disarm();
+        removeStages(kind);
         QCOMPARE(contents(path(u"a"_s)), result ? bytes : QByteArray("old"));
         QCOMPARE(files(), QStringList(u"a"_s));
         if (!result) {
@@ -308,6 +317,7 @@ void tst_FileWriter::eachFaultMakesNoNewFile()
         FileFaults::arm(kind, at);
         const WriteResult result = FileWriter::create(path(u"a"_s), bytes);
         const bool reached = FileFaults::disarm();
+        removeStages(kind);
         QCOMPARE(files(), result ? QStringList(u"a"_s) : QStringList());
         QCOMPARE(contents(path(u"a"_s)), result ? bytes : QByteArray());
         QFile::remove(path(u"a"_s));
@@ -408,9 +418,9 @@ void tst_FileWriter::stageNames()
         QVERIFY(StageName::matches(QFileInfo(StageName::make(m_folder->path())).fileName()));
     const QTemporaryDir folder(StageName::pattern(m_folder->path()));
     QVERIFY(StageName::matches(QFileInfo(folder.path()).fileName()));
-    for (const QString &name :
-         {u".orvane-"_s, u".orvane-abcde"_s, u".orvane-abcdefg"_s, u".orvane-abcd1f"_s,
-          u"orvane-abcdef"_s, u".Orvane-abcdef"_s, u".orvane-ab\u00e4def"_s, u".orvane-abc.ef"_s})
+    for (const QString &name : {u".orvane-"_s, u".orvane-abcde"_s, u".orvane-abcdefg"_s,
+                                u".orvane-abcd1f"_s, u"orvane-abcdef"_s, u".Orvane-abcdef"_s,
+                                u".orvane-ab\u00e4def"_s, u".orvane-abc.ef"_s, u".orvane-saved"_s})
         QVERIFY2(!StageName::matches(name), qPrintable(name));
 }
 

@@ -195,15 +195,6 @@ int link(const char *old, const char *name) noexcept
     return lacks(FileFaults::Links, EPERM) || goesWrong(Operation::Other) ? -1 : link(old, name);
 }
 
-int renameat2(int from, const char *old, int to, const char *name, unsigned flags) noexcept
-{
-    static auto *const renameat2 =
-        real<int(int, const char *, int, const char *, unsigned)>("renameat2");
-    return lacks(FileFaults::NewNames, EINVAL) || goesWrong(Operation::Other)
-        ? -1
-        : renameat2(from, old, to, name, flags);
-}
-
 int rename(const char *old, const char *name) noexcept
 {
     static auto *const rename = real<int(const char *, const char *)>("rename");
@@ -214,7 +205,9 @@ int renameat2(int from, const char *old, int to, const char *name, unsigned flag
 {
     static auto *const renameat2 =
         real<int(int, const char *, int, const char *, unsigned)>("renameat2");
-    return goesWrong(Operation::Other) ? -1 : renameat2(from, old, to, name, flags);
+    return lacks(FileFaults::NewNames, EINVAL) || goesWrong(Operation::Other)
+        ? -1
+        : renameat2(from, old, to, name, flags);
 }
 
 int unlink(const char *path) noexcept
