@@ -124,6 +124,8 @@ bool run(WebPage *page, OleCmd command, const QVariant *in, QVariant *out)
     const QWebEnginePage::WebAction action = actionFor(command);
     if (action == QWebEnginePage::NoWebAction)
         return false;
+    if (command == OleCmd::Paste)
+        makeClipboardTextPlain();
     page->triggerAction(action);
     return true;
 }

@@ -7,6 +7,7 @@
 #include "PageSetup.h"
 #include "PlainCaption.h"
 #include "ProgramIcon.h"
+#include "ScreenFit.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -52,7 +53,7 @@ PrintPreview::PrintPreview(QWebEnginePage *page)
     addToolBar(m_tools);
     setContextMenuPolicy(Qt::NoContextMenu);
     addTools();
-    resize(900, 700);
+    resizeToScreen(*this, QSize(900, 700));
     renew();
 }
 

@@ -21,3 +21,6 @@ bool clipboardHasText();
 bool clipboardMayHaveText();
 /// Empty without text; the owner is not asked then.
 QString clipboardText();
+/// Where nothing but text with a named encoding is offered, which the page engine does not know for
+/// text, the clipboard comes to hold the same as plain text.
+void makeClipboardTextPlain();

@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "Frame.h"
+#include "Language.h"
 #include "LinksFolder.h"
 #include "ThemedIcon.h"
 #include "ToolBar.h"
@@ -57,6 +58,7 @@ void LinksBar::stop()
     m_start.stop();
     m_piece.stop();
     m_reading.reset();
+    m_bar.setEmptyText({});
 }
 
 void LinksBar::addSome()
@@ -70,8 +72,12 @@ void LinksBar::addSome()
         m_bar.addButton({}, link->url, icon, ToolBar::Style::Push, link->caption);
         m_bar.addSeparator();
     }
-    if (m_reading->atEnd())
-        stop();
+    if (!m_reading->atEnd())
+        return;
+    stop();
+    if (m_bar.buttonCount() == 0)
+        m_bar.setEmptyText(GetLanguageText(u"LinksBar"_s, u"strEmpty"_s,
+                                           u"Favorites in the folder Links are shown here"_s));
 }
 
 void LinksBar::fillIfEmpty()

@@ -55,6 +55,15 @@ void ToolBar::clear()
     itemsChanged();
 }
 
+void ToolBar::setEmptyText(const QString &text)
+{
+    if (text == m_emptyText)
+        return;
+    m_emptyText = text;
+    setAccessibleDescription(text);
+    update();
+}
+
 // A button may be cleared away from inside its own click.
 void ToolBar::dropButton(Item &item)
 {
@@ -387,6 +396,12 @@ void ToolBar::changeEvent(QEvent *event)
 void ToolBar::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    if (m_items.isEmpty()) {
+        const QRect room = rect().adjusted(separatorPixels, 0, -separatorPixels, 0);
+        painter.setPen(palette().color(QPalette::PlaceholderText));
+        painter.drawText(room, int(Qt::AlignLeft) | int(Qt::AlignVCenter),
+                         fontMetrics().elidedText(m_emptyText, Qt::ElideRight, room.width()));
+    }
     int left = 0;
     for (qsizetype i = 0; i < m_items.size() && left < width(); ++i) {
         const Item &item = m_items.at(i);

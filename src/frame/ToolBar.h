@@ -35,6 +35,8 @@ public:
                    Style style = Style::Push, const QString &text = {});
     void addSeparator();
     void clear();
+    /// Shown in grey, as far as there is room, while the bar has no buttons.
+    void setEmptyText(const QString &text);
 
     int buttonCount() const { return int(m_items.size()); }
     /// Empty for separators and outside of the range, as is the tool tip.
@@ -110,6 +112,7 @@ private:
     void setTabStop(ToolBarButton *stop);
 
     QList<Item> m_items;
+    QString m_emptyText;
     mutable int m_fullWidth = 0; // negative: not measured yet
     bool m_layoutPending = false;
 };

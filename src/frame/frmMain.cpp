@@ -36,6 +36,7 @@
 #include "ProfileDrag.h"
 #include "ProgramIcon.h"
 #include "ProgramInfo.h"
+#include "ScreenFit.h"
 #include "SearchBar.h"
 #include "Settings.h"
 #include "SideBarCommands.h"
@@ -91,7 +92,7 @@ frmMain::frmMain()
     setContextMenuPolicy(Qt::NoContextMenu);
     setAcceptDrops(true);
     setCentralWidget(m_body);
-    resize(designSize);
+    resizeToScreen(*this, designSize);
     m_body->addSideBar(*m_FavoritesBar1);
     m_body->addSideBar(*m_SearchBar1);
     makeBands();

@@ -24,6 +24,11 @@ QSize LinkLabel::sizeHint() const
     return text.grownBy(margins);
 }
 
+QSize LinkLabel::minimumSizeHint() const
+{
+    return sizeHint();
+}
+
 void LinkLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);

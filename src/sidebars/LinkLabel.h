@@ -10,6 +10,7 @@ public:
     explicit LinkLabel(const QString &text, QWidget *parent = nullptr);
 
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

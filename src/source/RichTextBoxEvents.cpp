@@ -1,3 +1,4 @@
+#include "Clipboard.h"
 #include "LineEnds.h"
 #include "RichTextBox.h"
 #include "TextMoves.h"
@@ -158,7 +159,7 @@ void RichTextBox::paste()
     if (m_paste)
         m_paste();
     else
-        setSelText(QGuiApplication::clipboard()->text());
+        setSelText(clipboardText());
 }
 
 void RichTextBox::inputMethodEvent(QInputMethodEvent *event)

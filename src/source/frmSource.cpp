@@ -8,6 +8,7 @@
 #include "PlainCaption.h"
 #include "RecoveredText.h"
 #include "RichTextBox.h"
+#include "ScreenFit.h"
 #include "txtHTML.h"
 
 #include <QCloseEvent>
@@ -22,6 +23,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int longestSubject = 300;
+constexpr QSize comfortableSize(800, 600);
 std::function<void(QWidget *)> aboutHandler;
 
 QString languageText(const char *key, const QString &english)
@@ -57,7 +59,7 @@ frmSource::frmSource()
     buildStatusBar();
     connectEditor();
     setSubject({});
-    resize(800, 600);
+    resizeToScreen(*this, comfortableSize);
     m_editor->setFocus();
 }
 

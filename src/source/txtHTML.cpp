@@ -1,5 +1,6 @@
 #include "txtHTML.h"
 
+#include "Clipboard.h"
 #include "HtmlColourer.h"
 #include "HtmlFixups.h"
 #include "HtmlTyping.h"
@@ -76,7 +77,7 @@ void txtHTML::Copy()
 
 void txtHTML::Paste()
 {
-    m_rtf1->setSelText(QGuiApplication::clipboard()->text());
+    m_rtf1->setSelText(clipboardText());
     m_rtf1->setSelStart(0);
     m_rtf1->setSelLength(m_rtf1->TextLength());
     ColorHTML();

@@ -13,6 +13,7 @@
 #include "frmBrowser.h"
 #include "frmMain.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QMenu>
 #include <QToolTip>
@@ -35,6 +36,7 @@ private slots:
     void clickWithoutAWindowOpensAMaximizedOne();
     void chevronOpensTheAddressToo();
     void startFillsTheBar();
+    void emptyBarSaysWhatBelongsThere();
     void hiddenBandStaysEmpty();
     void bandHiddenBeforeTheFillStaysEmpty();
     void switchedOnFillsAnEmptyBar();
@@ -216,6 +218,24 @@ void tst_LinksBar::startFillsTheBar()
     m_home->writeLink(u"Links/a.url"_s, "http://a/");
     apply();
     QTRY_COMPARE(bar().buttonCount(), 2);
+}
+
+void tst_LinksBar::emptyBarSaysWhatBelongsThere()
+{
+    const auto said = [this] {
+        return QAccessible::queryAccessibleInterface(&bar())->text(QAccessible::Description);
+    };
+    showFrame();
+    const QImage blank = bar().grab().toImage();
+    links().rebuild(true);
+    QCOMPARE(said(), u"Favorites in the folder Links are shown here"_s);
+    QVERIFY(bar().grab().toImage() != blank);
+    m_home->writeLink(u"Links/a.url"_s, "http://a/");
+    links().rebuild(true);
+    QCOMPARE(said(), QString());
+    links().rebuild(false);
+    QCOMPARE(said(), QString());
+    QCOMPARE(bar().buttonCount(), 0);
 }
 
 void tst_LinksBar::hiddenBandStaysEmpty()

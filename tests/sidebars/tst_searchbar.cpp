@@ -1,3 +1,4 @@
+#include "DialogRoom.h"
 #include "Language.h"
 #include "LinkLabel.h"
 #include "SearchBar.h"
@@ -9,6 +10,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -34,6 +36,7 @@ private slots:
 
     void captionsAndNames();
     void accessibleNames();
+    void smallestBarCutsNothing();
     void nothingIsReadBeforeTheFirstShow();
     void enginesAreListed();
     void noSelectionOutsideTheList();
@@ -154,6 +157,16 @@ void tst_SearchBar::accessibleNames()
     QCOMPARE(name(control<QWidget>(u"lblClearSearches"_s)), u"Clear Searches"_s);
     QCOMPARE(name(engines()), u"Search Engine:"_s);
     QCOMPARE(name(field()->findChild<QLineEdit *>()), u"Search Query:"_s);
+}
+
+void tst_SearchBar::smallestBarCutsNothing()
+{
+    control<QAbstractButton>(u"lblClearSearches"_s)
+        ->setText(u"Clear all of the searches of this bar"_s);
+    m_bar->show();
+    m_bar->layout()->activate();
+    m_bar->resize(m_bar->minimumSizeHint());
+    QTRY_COMPARE(roomFaults(*m_bar), QStringList());
 }
 
 void tst_SearchBar::nothingIsReadBeforeTheFirstShow()

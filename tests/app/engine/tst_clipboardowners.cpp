@@ -22,6 +22,8 @@ private slots:
     void cleanup();
 
     void textOfAnotherProgram();
+    void textWithItsEncodingOnly_data();
+    void textWithItsEncodingOnly();
     void textThatStaysWhenTheProgramEnds();
     void ownerThatWasKilled();
     void ownerThatDoesNotAnswer();
@@ -157,6 +159,36 @@ void tst_ClipboardOwners::textOfAnotherProgram()
     focusAddress(u"x"_s);
     m_session->choose("mnuEditSelectAll");
     m_session->choose("mnuEditPaste");
+    QCOMPARE(m_session->address().Text(), u"of another program"_s);
+}
+
+void tst_ClipboardOwners::textWithItsEncodingOnly_data()
+{
+    QTest::addColumn<bool>("byKey");
+    QTest::newRow("menu") << false;
+    QTest::newRow("key") << true;
+}
+
+void tst_ClipboardOwners::textWithItsEncodingOnly()
+{
+    QFETCH(bool, byKey);
+    const auto paste = [&] {
+        if (byKey)
+            QTest::keyClick(m_session->frame->windowHandle(), Qt::Key_V, Qt::ControlModifier);
+        else
+            m_session->choose("mnuEditPaste");
+    };
+    own(u"encoded"_s);
+    openMenus();
+    QVERIFY(m_session->item("mnuFileNewFromClipboard")->isEnabled());
+    QTRY_COMPARE(pasteStatus(), 3);
+    paste();
+    QTRY_COMPARE(field(), u"of another program"_s);
+    focusAddress(u"x"_s);
+    m_session->choose("mnuEditSelectAll");
+    endOwner();
+    own(u"encoded"_s);
+    paste();
     QCOMPARE(m_session->address().Text(), u"of another program"_s);
 }
 
@@ -319,6 +351,8 @@ int ownClipboard(int argc, char **argv)
     auto *data = new DeadlyData;
     if (kind == "image")
         data->setImageData(QImage(64, 64, QImage::Format_RGB32));
+    else if (kind == "encoded")
+        data->setData(u"text/plain;charset=utf-8"_s, "of another program");
     else if (kind == "huge")
         data->setText(QString(100'000'000, u'a'));
     else
