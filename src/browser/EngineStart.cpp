@@ -18,6 +18,7 @@ using namespace Qt::StringLiterals;
 namespace {
 constexpr char backendVariable[] = "QT_QUICK_BACKEND";
 constexpr char glVariable[] = "QT_XCB_GL_INTEGRATION";
+constexpr char readerVariable[] = "QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY";
 
 QtMessageHandler previousHandler = nullptr;
 bool glIsLeftOut = false;
@@ -52,6 +53,14 @@ void leaveOutGl()
     qputenv(glVariable, "none");
     glIsLeftOut = true;
     hearMessages();
+}
+
+/// The engine reads it once, and tells what is on a page only while a program that reads the screen
+/// is there, also one that is started later; until then it costs nothing.
+void letPagesBeRead()
+{
+    if (!qEnvironmentVariableIsSet(readerVariable))
+        qputenv(readerVariable, "1");
 }
 
 bool hasGraphicsDevice(const QString &devices)
@@ -94,6 +103,7 @@ bool sandboxUsable(QString *why)
 void startEngine()
 {
     initResources();
+    letPagesBeRead();
     QLoggingCategory::setFilterRules(u"qt.webenginecontext.info=false"_s);
     hearMessages();
     // Read by now, and no affair of the programs that this one starts.

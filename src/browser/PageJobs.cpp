@@ -35,11 +35,6 @@ PageJobs *PageJobs::of(QWebEnginePage *page)
     return jobs ? jobs : new PageJobs(page);
 }
 
-bool PageJobs::has(const QWebEnginePage *page)
-{
-    return page->findChild<PageJobs *>(QString(), Qt::FindDirectChildrenOnly);
-}
-
 void PageJobs::toPdf(QWebEnginePage *page, const QPageLayout &layout, const QPageRanges &ranges,
                      QObject *receiver, const PdfDone &done)
 {

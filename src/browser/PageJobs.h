@@ -31,7 +31,6 @@ public:
     /// Prints on a real printer.
     static void print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer,
                       QObject *receiver, const PrintDone &done);
-    static bool has(const QWebEnginePage *page);
     /// Takes a page with jobs, and its view, over from its window, and deletes both after the last
     /// job. False when the page has none.
     static bool takeOver(QWebEngineView *view, QWebEnginePage *page);

@@ -99,7 +99,7 @@ void QtWebBrowser::Navigate(const QString &url)
         emit loadEnded();
         return;
     }
-    m_host->hideCrash();
+    leaveCrashed();
     m_page->load(address);
 }
 
@@ -132,12 +132,12 @@ void QtWebBrowser::NavigateNow()
 
 bool QtWebBrowser::GoBack()
 {
-    return m_page && m_history.goBack(m_page);
+    return goneTo(m_page && m_history.goBack(m_page));
 }
 
 bool QtWebBrowser::GoForward()
 {
-    return m_page && m_history.goForward(m_page);
+    return goneTo(m_page && m_history.goForward(m_page));
 }
 
 QList<HistoryStep> QtWebBrowser::HistorySteps() const
@@ -147,14 +147,21 @@ QList<HistoryStep> QtWebBrowser::HistorySteps() const
 
 bool QtWebBrowser::GoTo(int offset)
 {
-    return m_page && m_history.go(m_page, offset);
+    return goneTo(m_page && m_history.go(m_page, offset));
+}
+
+bool QtWebBrowser::goneTo(bool goes)
+{
+    if (goes)
+        leaveCrashed();
+    return goes;
 }
 
 void QtWebBrowser::Refresh()
 {
     if (!m_page)
         return;
-    m_host->hideCrash();
+    leaveCrashed();
     m_page->triggerAction(QWebEnginePage::Reload);
 }
 
@@ -164,7 +171,7 @@ void QtWebBrowser::Refresh2(int level)
     if (level != completely) {
         Refresh();
     } else if (m_page) {
-        m_host->hideCrash();
+        leaveCrashed();
         m_page->triggerAction(QWebEnginePage::ReloadAndBypassCache);
     }
 }
@@ -230,7 +237,7 @@ void QtWebBrowser::setShown(bool shown)
 /// A page that can be heard goes on as if it were seen.
 void QtWebBrowser::applyShown()
 {
-    if (!m_page || !m_view)
+    if (!m_page || !m_view || m_crashed)
         return;
     const bool inSight = m_shown && m_view->isVisible() && !m_view->window()->isMinimized();
     m_page->setVisible(inSight || m_page->recentlyAudible());

@@ -30,7 +30,6 @@ public:
     void Navigate(const QString &url) override;
     void NavigateLater(const QString &url) override;
     void NavigateNow() override;
-    void NavigateNowInPlaceOf(WebBrowser &idle) override;
     bool Waiting() const override { return m_waiting; }
     bool GoBack() override;
     bool GoForward() override;
@@ -70,9 +69,6 @@ private:
     void deletePage();
     /// Nothing is left of what the last page was about.
     void forgetPage();
-    bool mayHandOnPage(const QUrl &address) const;
-    WebPage *releasePage();
-    void dropHandedPage();
     void connectPage();
     void connectLoading();
     void adopt(QWebEngineNewWindowRequest &request);
@@ -101,6 +97,10 @@ private:
     void onPlaceRequested(const QString &request);
     void onCloseRequested();
     void onRendererGone();
+    void discardCrashed();
+    void leaveCrashed();
+    /// Passes on whether the history leads on, away from a crashed page, too.
+    bool goneTo(bool goes);
     void placeAsRequested();
     void showStatus(const QString &text);
     void applyShown();
@@ -134,16 +134,14 @@ private:
     /// The navigation under way takes the place of the current history entry.
     bool m_replacesEntry = false;
     bool m_adopted = false;
-    /// The page came from another window, and nothing of this one's has arrived in it yet.
-    bool m_handedOn = false;
-    /// Other windows or frames of other sites hold a part of what the page has left behind.
-    bool m_isEntangled = false;
     /// The page was opened without an address, and the engine has not told of its empty document.
     bool m_opensEmpty = false;
     bool m_busy = false;
     bool m_hasDocument = false;
     bool m_completed = false;
     bool m_showsError = false;
+    /// The page's process has ended, and nothing has been loaded since.
+    bool m_crashed = false;
     bool m_silent = false;
     bool m_shown = true;
     /// The location is where a page is to be, and there is none.

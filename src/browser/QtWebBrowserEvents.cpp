@@ -5,7 +5,6 @@
 #include "Language.h"
 #include "PageIndicators.h"
 #include "QtWebBrowser.h"
-#include "WebOrigin.h"
 #include "WebPage.h"
 #include "Yield.h"
 
@@ -23,6 +22,11 @@ namespace {
 QString encoded(const QUrl &url)
 {
     return QString::fromLatin1(url.toEncoded());
+}
+
+bool isWeb(const QUrl &url)
+{
+    return url.scheme() == "http"_L1 || url.scheme() == "https"_L1;
 }
 
 bool samePage(const QUrl &one, const QUrl &other)
@@ -92,8 +96,8 @@ bool QtWebBrowser::askForBlank(const QUrl &url)
 /// False when the navigation must replace the current history entry instead of adding one.
 bool QtWebBrowser::mayLeaveTrace(const QUrl &url) const
 {
-    return !(m_flags & NavFlags::NoHistory) || m_page->history()->count() == 0 || m_handedOn
-        || !isWeb(url) || m_showsError || samePage(url, QUrl(m_location));
+    return !(m_flags & NavFlags::NoHistory) || m_page->history()->count() == 0 || !isWeb(url)
+        || m_showsError || samePage(url, QUrl(m_location));
 }
 
 void QtWebBrowser::replaceWith(const QUrl &url)
@@ -151,10 +155,8 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
 
 void QtWebBrowser::onFrameStarted(const QString &url, bool isMainFrame)
 {
-    if (!isMainFrame) {
-        m_isEntangled |= isWeb(QUrl(url)) && !sameOrigin(QUrl(url), QUrl(m_location));
+    if (!isMainFrame)
         return;
-    }
     // The start of a page whose end was told first: no news, whatever has been asked for since.
     if (!m_startedUnheard.isEmpty() && std::exchange(m_startedUnheard, {}) == url)
         return;
@@ -193,8 +195,6 @@ void QtWebBrowser::commit(const QString &url, bool arrived)
     m_showsError = false;
     m_busy = true;
     m_indicators->reset(QUrl(url), arrived);
-    if (std::exchange(m_handedOn, false))
-        m_page->history()->clear();
     if ((m_flags & NavFlags::NoHistory) && !m_replacesEntry && m_page->history()->count() > 1)
         m_history.skipCurrent(m_page);
     forgetLinks();
@@ -221,8 +221,6 @@ void QtWebBrowser::completeDocument(const QString &url)
 void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
 {
     const bool stopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
-    if (stopped && m_handedOn)
-        QTimer::singleShot(0, this, &QtWebBrowser::dropHandedPage);
     // Not at the end of an earlier load, which the one on its way has stopped.
     if (samePage(info.url(), m_handedOver))
         m_handedOver.clear();

@@ -57,13 +57,12 @@ void QtWebBrowser::forgetPage()
     m_stage = Stage::None;
     m_refusals = 0;
     m_adopted = false;
-    m_handedOn = false;
-    m_isEntangled = false;
     m_busy = false;
     m_hasDocument = false;
     m_completed = false;
     m_showsError = false;
     m_host->hideCrash();
+    m_crashed = false;
     m_indicators->reset(QUrl());
     showStatus(QString());
 }
@@ -77,7 +76,7 @@ void QtWebBrowser::connectLoading()
     connect(m_page, &WebPage::frameStarted, this, &QtWebBrowser::onFrameStarted);
     connect(m_page, &WebPage::frameLoaded, this, &QtWebBrowser::onFrameLoaded);
     connect(m_page, &WebPage::scriptFailed, this, [this](const ScriptError &error) {
-        if (m_events && !m_silent && !m_handedOn)
+        if (m_events && !m_silent)
             m_events->ScriptFailed(error);
     });
     connect(m_page, &WebPage::retryRequested, this, [this] {
@@ -88,12 +87,9 @@ void QtWebBrowser::connectLoading()
 
 void QtWebBrowser::connectPage()
 {
-    connect(m_page, &QWebEnginePage::titleChanged, m_title, [this](const QString &title) {
-        if (!m_handedOn)
-            m_title->put(title);
-    });
+    connect(m_page, &QWebEnginePage::titleChanged, m_title, &TitleThrottle::put);
     connect(m_page, &QWebEnginePage::iconChanged, this, [this](const QIcon &icon) {
-        if (m_events && !m_handedOn)
+        if (m_events)
             m_events->IconChange(icon);
     });
     connect(m_page, &QWebEnginePage::linkHovered, this, [this](const QString &url) {
@@ -144,7 +140,6 @@ void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
     auto *control = qobject_cast<QtWebBrowser *>(target);
     if (!control || cancel)
         return;
-    m_isEntangled = true;
     control->adopt(request);
 }
 
@@ -224,5 +219,25 @@ void QtWebBrowser::onRendererGone()
     m_stage = Stage::None;
     m_indicators->reset(QUrl(m_location));
     m_host->showCrash();
+    m_crashed = true;
+    QMetaObject::invokeMethod(this, &QtWebBrowser::discardCrashed, Qt::QueuedConnection);
     emit loadEnded();
+}
+
+/// What screen readers know of the page leads through what has gone with its process, and would end
+/// the program. It goes as well; the history stays.
+void QtWebBrowser::discardCrashed()
+{
+    if (!m_crashed || !m_page)
+        return;
+    m_page->setVisible(false);
+    m_page->setLifecycleState(QWebEnginePage::LifecycleState::Discarded);
+}
+
+/// The page that is shown next comes in place of the crashed one.
+void QtWebBrowser::leaveCrashed()
+{
+    m_host->hideCrash();
+    if (std::exchange(m_crashed, false))
+        applyShown();
 }

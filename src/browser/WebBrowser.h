@@ -108,9 +108,6 @@ public:
     virtual void NavigateLater(const QString &url) = 0;
     /// Loads the address the control waits at; nothing when it does not wait.
     virtual void NavigateNow() = 0;
-    /// As `NavigateNow`, and `idle` waits where it is. The process of its page is used on where the
-    /// next page cannot tell. Never inside an engine callback.
-    virtual void NavigateNowInPlaceOf(WebBrowser &idle) = 0;
     virtual bool Waiting() const = 0;
     virtual bool GoBack() = 0;
     virtual bool GoForward() = 0;

@@ -155,27 +155,26 @@ bool ProfilePages::hasRoom() const
     return pages < mostPages;
 }
 
-/// The window of the oldest page that nobody has been to; null when there is none.
-frmBrowser *ProfilePages::idlePage() const
+/// Ends the oldest page that nobody has been to; false when there is none to end.
+bool ProfilePages::makeRoom()
 {
     const auto idle = std::find_if(m_entries.begin(), m_entries.end(), [](const Entry &entry) {
         return entry.turn == Turn::Over && !entry.visited && !waits(*entry.window);
     });
-    return idle == m_entries.end() ? nullptr : idle->window.data();
+    if (idle == m_entries.end())
+        return false;
+    WebBrowser *browser = idle->window->brwWebBrowser();
+    browser->NavigateLater(browser->LocationURL());
+    return true;
 }
 
-/// Brings the entry its page, in place of the one in `idle` where there is no room for both.
-void ProfilePages::start(Entry &entry, const frmBrowser *idle)
+void ProfilePages::start(Entry &entry)
 {
     if (entry.turn == Turn::Ahead) {
         entry.turn = Turn::Now;
         entry.limit.setRemainingTime(longestTurnMs);
     }
-    WebBrowser *browser = entry.window->brwWebBrowser();
-    if (idle)
-        browser->NavigateNowInPlaceOf(*idle->brwWebBrowser());
-    else
-        browser->NavigateNow();
+    entry.window->brwWebBrowser()->NavigateNow();
 }
 
 /// Does one thing that takes time, then lets the interface live.
@@ -185,9 +184,10 @@ void ProfilePages::step()
     endLateTurns();
     Entry *entry = next();
     const bool room = hasRoom();
-    const frmBrowser *idle = entry && !room ? idlePage() : nullptr;
-    if (entry && (room || idle || entry->visited)) {
-        start(*entry, idle);
+    if (entry && !room && makeRoom()) {
+        schedule();
+    } else if (entry && (room || entry->visited)) {
+        start(*entry);
         schedule();
     }
     report();

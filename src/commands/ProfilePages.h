@@ -61,8 +61,8 @@ private:
     void endLateTurns();
     Entry *next();
     bool hasRoom() const;
-    frmBrowser *idlePage() const;
-    void start(Entry &entry, const frmBrowser *idle = nullptr);
+    bool makeRoom();
+    void start(Entry &entry);
     void report();
 
     Frame &m_frame;

@@ -51,11 +51,6 @@ public:
         if (waiting)
             Navigate(location);
     }
-    void NavigateNowInPlaceOf(WebBrowser &idle) override
-    {
-        idle.NavigateLater(idle.LocationURL());
-        NavigateNow();
-    }
     bool Waiting() const override { return waiting; }
     bool GoBack() override { return ++backs, canGoBack; }
     bool GoForward() override { return ++forwards, canGoForward; }
