@@ -65,6 +65,7 @@ void MdiArea::adopt(QMdiSubWindow *child)
         QWidget *buttons = child->maximizedButtonsWidget();
         if (buttons && buttons->style() != m_titleBarStyle)
             buttons->setStyle(m_titleBarStyle);
+        noteActiveSoon();
     });
     // The system menu's own keys would make those of the frame's menus ambiguous.
     if (QMenu *menu = child->systemMenu()) {
@@ -105,10 +106,40 @@ void MdiArea::noteActive()
     emit activeChildChanged(now);
 }
 
-/// The base class has its successor ready only when it is through with a child that goes.
+void MdiArea::takeFocus()
+{
+    QWidget *target = this;
+    const QMdiSubWindow *child = activeChild();
+    if (child && child->widget()) {
+        target = child->widget();
+        while (target->focusProxy())
+            target = target->focusProxy();
+    }
+    (target->isVisible() ? target : this)->setFocus();
+}
+
+/// The keyboard of the area is the active child's as soon as that can be seen.
+void MdiArea::keepFocus()
+{
+    const QMdiSubWindow *child = activeChild();
+    const QWidget *focus = window()->focusWidget();
+    const bool isOurs = !focus || focus == this || isAncestorOf(focus);
+    const bool isInside = child && focus && focus != child && child->isAncestorOf(focus);
+    if (child && isOurs && !(isInside && focus->isVisible()))
+        takeFocus();
+}
+
+/// The base class has its successor ready only when it is through with a child that goes, and puts
+/// a child that is restored in sight only when it has told of it.
 void MdiArea::noteActiveSoon()
 {
-    QMetaObject::invokeMethod(this, &MdiArea::noteActive, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            noteActive();
+            keepFocus();
+        },
+        Qt::QueuedConnection);
 }
 
 bool MdiArea::eventFilter(QObject *watched, QEvent *event)
@@ -162,6 +193,7 @@ void MdiArea::setStates(const QList<QWidget *> &forms, Qt::WindowStates state)
     setActiveSubWindow(changed.last());
     setOption(DontMaximizeSubWindowOnActivation, kept);
     arrangeIcons();
+    keepFocus();
 }
 
 void MdiArea::changeStates(const QList<QMdiSubWindow *> &children, const WantedState &wanted)

@@ -35,6 +35,8 @@ public:
     /// Gives a minimized child the normal state. The children are maximized all or none: where
     /// one is, this ends it.
     void restore(QMdiSubWindow *child);
+    /// Gives the keyboard to the contents of the active child; while none is in sight, to the area.
+    void takeFocus();
 
 signals:
     /// Null when the last child has gone. Not sent when merely the frame loses the focus.
@@ -53,6 +55,7 @@ private:
     void activatePrevious();
     void noteActive();
     void noteActiveSoon();
+    void keepFocus();
     void updateBackground();
     using WantedState = std::function<Qt::WindowStates(const QWidget *)>;
     void setStates(const QList<QWidget *> &forms, Qt::WindowStates state);

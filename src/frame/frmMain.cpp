@@ -24,6 +24,7 @@
 #include "ExitQuestion.h"
 #include "Factory.h"
 #include "FavoritesBar.h"
+#include "FocusReturn.h"
 #include "Forms.h"
 #include "FrameBody.h"
 #include "Language.h"
@@ -103,6 +104,7 @@ frmMain::frmMain()
             active->brwWebBrowser()->SetFocus();
         return active != nullptr;
     });
+    new FocusReturn(*this, [this] { m_windows->takeFocus(); });
     registerCommands();
     connect(m_windows, &MdiArea::activeChildChanged, &m_commands, &CommandTable::refreshRules);
     watchClipboard();
