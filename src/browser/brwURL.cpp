@@ -183,6 +183,16 @@ bool brwURL::hasUnsentEdits() const
     return m_focused && (m_unsent || m_edit->composing());
 }
 
+bool brwURL::isAllSelected() const
+{
+    return m_focused && m_edit->selectionLength() == m_edit->text().size();
+}
+
+void brwURL::selectAll()
+{
+    m_edit->selectAll();
+}
+
 // Tells the host of a key; false when the host cancelled it. `code` is what the host left.
 bool brwURL::offerKey(QKeyEvent *event, int &code)
 {

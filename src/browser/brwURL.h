@@ -56,6 +56,10 @@ public:
     /// neither sent (Enter, a choice from the list) nor given up (Escape, a new text), also while
     /// an input method is composing. A page that finishes then must not replace the text.
     bool hasUnsentEdits() const;
+    /// True while the user works in the field and the next key would replace all of its text, if
+    /// there is any.
+    bool isAllSelected() const;
+    void selectAll();
     /// True in a `KeyDown` that tells of a release: act on presses only.
     bool keyIsReleased() const { return m_keyIsReleased; }
 

@@ -13,6 +13,7 @@
 #include <QTimer>
 
 #include "AddressHost.h"
+#include "AddressSelection.h"
 #include "ApplySettings.h"
 #include "BandFocus.h"
 #include "BandLayout.h"
@@ -248,12 +249,15 @@ WindowTabs &frmMain::tbWindows()
 void frmMain::setAddressText(const QString &url)
 {
     // What the user is typing is worth more than what a page has to say.
-    if (!m_brwURL1->hasUnsentEdits())
-        m_brwURL1->setText(url);
+    if (m_brwURL1->hasUnsentEdits())
+        return;
+    const AddressSelection selection(*m_brwURL1);
+    m_brwURL1->setText(url);
 }
 
 void frmMain::addAddress(const QString &url, bool showText)
 {
+    const AddressSelection selection(*m_brwURL1);
     m_brwURL1->AddItem(url, showText && !m_brwURL1->hasUnsentEdits());
 }
 

@@ -1,0 +1,15 @@
+#include "AddressSelection.h"
+
+#include "brwURL.h"
+
+AddressSelection::AddressSelection(brwURL &bar)
+    : m_bar(bar)
+    , m_isAll(bar.isAllSelected())
+{
+}
+
+AddressSelection::~AddressSelection()
+{
+    if (m_isAll && !m_bar.isAllSelected())
+        m_bar.selectAll();
+}
