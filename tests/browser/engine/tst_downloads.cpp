@@ -34,6 +34,16 @@ private slots:
     void pageThatIsSlowToLeave();
     void pageThatIsSlowToLeaveKeepsItsOwnAddresses();
     void nextPageComesAsEver();
+    void namesFromTheServer_data();
+    void namesFromTheServer();
+    void namesFromThePage_data();
+    void namesFromThePage();
+    void namesFromTheAddress_data();
+    void namesFromTheAddress();
+    void longNamesArrive_data();
+    void longNamesArrive();
+    void whatIsThereStays();
+    void downloadsOfOneNameAtOnce();
 
 private:
     QString url(const QString &path) const { return m_server->url(path); }
@@ -45,7 +55,12 @@ private:
     {
         return m_events->count("complete "_L1 + address) > 0 && !m_browser->Busy();
     }
+    static QStringList allKept()
+    {
+        return QDir(kept({})).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
     void showPage();
+    void arrives(const QString &name) const;
 
     std::unique_ptr<ControlScene> m_scene;
     TestServer *m_server = nullptr;
@@ -239,6 +254,153 @@ void tst_downloads::nextPageComesAsEver()
     QCOMPARE(m_events->navigation(),
              QStringList({"before "_L1 + next, "navigated "_L1 + next, "complete "_L1 + next}));
     QCOMPARE(m_browser->LocationURL(), next);
+}
+
+/// Alone, and nowhere but in the folder for it.
+void tst_downloads::arrives(const QString &name) const
+{
+    QTRY_COMPARE(allKept(), QStringList(name));
+    QTRY_COMPARE(QFileInfo(kept(name)).size(), 5);
+    QVERIFY(!m_browser->Busy());
+}
+
+void tst_downloads::namesFromTheServer_data()
+{
+    QTest::addColumn<QByteArray>("header");
+    QTest::addColumn<QString>("name");
+    const auto row = [](const char *tag, const QByteArray &encoded, const QString &name) {
+        QTest::newRow(tag) << "attachment; filename*=UTF-8''" + encoded << name;
+    };
+    row("plain", "news.bin", u"news.bin"_s);
+    row("line feed", "a%0Ab.bin", u"a b.bin"_s);
+    row("bell", "a%07b.bin", u"ab.bin"_s);
+    row("turned round", "a%E2%80%AEnib.exe", u"anib.exe"_s);
+    row("isolated", "a%E2%81%A6nib%E2%81%A9.bin", u"anib.bin"_s);
+    row("hidden", ".bashrc", u"bashrc"_s);
+    row("out of the folder", "..%2F..%2Fx.bin", u"x.bin"_s);
+    row("device", "con.txt", u"_con.txt"_s);
+    row("another desktop's path", "C%3A%5Ca%5Cb.bin", u"C a b.bin"_s);
+    row("scripts", "%E3%83%8B%D0%B6%F0%9F%98%80.bin", u"ニж😀.bin"_s);
+    QTest::newRow("blanks and dots")
+        << QByteArray("attachment; filename=\" a . .bin . \"") << u"a.bin"_s;
+    QTest::newRow("folder above") << QByteArray("attachment; filename=\"..\"") << u"download"_s;
+    QTest::newRow("folder") << QByteArray("attachment; filename=\".\"") << u"download"_s;
+}
+
+void tst_downloads::namesFromTheServer()
+{
+    QFETCH(QByteArray, header);
+    QFETCH(QString, name);
+    TestServer::Reply reply{
+        200, "bytes", "application/x-parcel", {{"Content-Disposition", header}}};
+    m_server->reply("/", reply);
+    showPage();
+    m_browser->Navigate(url(u"/"_s));
+    arrives(name);
+}
+
+void tst_downloads::namesFromThePage_data()
+{
+    QTest::addColumn<QString>("wanted");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("line feed") << u"a\\nb.bin"_s << u"a b.bin"_s;
+    QTest::newRow("bell") << u"a\\u0007b.bin"_s << u"ab.bin"_s;
+    QTest::newRow("turned round") << u"a\\u202enib.exe"_s << u"anib.exe"_s;
+    QTest::newRow("hidden") << u".bashrc"_s << u"bashrc"_s;
+    QTest::newRow("folder above") << u".."_s << u"download"_s;
+    QTest::newRow("out of the folder") << u"../../x.bin"_s << u"x.bin"_s;
+}
+
+void tst_downloads::namesFromThePage()
+{
+    QFETCH(QString, wanted);
+    QFETCH(QString, name);
+    showPage();
+    m_browser->page()->runJavaScript(
+        u"const a = document.createElement('a'); a.href = '/bytes.bin'; a.download = '%1';"
+        u"document.body.append(a); a.click();"_s.arg(wanted));
+    arrives(name);
+}
+
+void tst_downloads::namesFromTheAddress_data()
+{
+    QTest::addColumn<QByteArray>("path");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("line feed") << QByteArray("/a%0Ab.bin") << u"a b.bin"_s;
+    QTest::newRow("bell") << QByteArray("/a%07b.bin") << u"ab.bin"_s;
+    QTest::newRow("turned round") << QByteArray("/a%E2%80%AEnib.exe") << u"anib.exe"_s;
+    QTest::newRow("hidden") << QByteArray("/.bashrc") << u"bashrc"_s;
+    QTest::newRow("out of the folder") << QByteArray("/..%2F..%2Fx.bin") << u"x.bin"_s;
+}
+
+void tst_downloads::namesFromTheAddress()
+{
+    QFETCH(QByteArray, path);
+    QFETCH(QString, name);
+    m_server->reply(path, {200, "bytes", "application/x-parcel", {}});
+    showPage();
+    m_browser->Navigate(url(QString::fromLatin1(path)));
+    arrives(name);
+}
+
+void tst_downloads::longNamesArrive_data()
+{
+    QTest::addColumn<QString>("letter");
+    QTest::newRow("one byte") << u"x"_s;
+    QTest::newRow("three bytes") << u"ニ"_s;
+    QTest::newRow("four bytes") << u"😀"_s;
+}
+
+void tst_downloads::longNamesArrive()
+{
+    QFETCH(QString, letter);
+    const QByteArray wanted = QUrl::toPercentEncoding(letter.repeated(404) + u".bin"_s);
+    m_server->reply("/long",
+                    {200,
+                     "bytes",
+                     "application/x-parcel",
+                     {{"Content-Disposition", "attachment; filename*=UTF-8''" + wanted}}});
+    showPage();
+    for (int number = 1; number <= 2; ++number) {
+        m_browser->Navigate(url(u"/long"_s));
+        QTRY_COMPARE(allKept().size(), number);
+        QTRY_VERIFY(!allKept().join(u'\n').contains(".download"_L1));
+        for (const QString &name : allKept()) {
+            QVERIFY2(name.startsWith(letter.repeated(50)) && name.endsWith(".bin"_L1),
+                     qPrintable(name));
+            QCOMPARE(QFileInfo(kept(name)).size(), 5);
+        }
+    }
+}
+
+void tst_downloads::whatIsThereStays()
+{
+    QVERIFY(QDir().mkpath(kept({})));
+    const auto write = [](const QString &name) {
+        QFile file(kept(name));
+        return file.open(QIODevice::WriteOnly) && file.write("mine") == 4;
+    };
+    QVERIFY(write(u"bytes.bin"_s) && write(u"bytes (1).bin.download"_s));
+    QVERIFY(QFile::link(u"/nowhere/at/all"_s, kept(u"bytes (2).bin"_s)));
+    showPage();
+    m_browser->Navigate(url(u"/bytes.bin"_s));
+    QTRY_COMPARE(QFileInfo(kept(u"bytes (3).bin"_s)).size(), 5);
+    QCOMPARE(QFileInfo(kept(u"bytes.bin"_s)).size(), 4);
+    QCOMPARE(QFileInfo(kept(u"bytes (1).bin.download"_s)).size(), 4);
+    QVERIFY(QFileInfo(kept(u"bytes (2).bin"_s)).isSymLink());
+}
+
+void tst_downloads::downloadsOfOneNameAtOnce()
+{
+    showPage();
+    m_browser->page()->runJavaScript(
+        u"for (let i = 0; i < 3; ++i) { const a = document.createElement('a');"
+        u"a.href = URL.createObjectURL(new Blob(['bytes'])); a.download = 'same.bin';"
+        u"document.body.append(a); a.click(); }"_s);
+    const QStringList all{u"same (1).bin"_s, u"same (2).bin"_s, u"same.bin"_s};
+    QTRY_COMPARE(allKept(), all);
+    for (const QString &name : all)
+        QTRY_COMPARE(QFileInfo(kept(name)).size(), 5);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_downloads)
