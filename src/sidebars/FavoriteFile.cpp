@@ -86,10 +86,13 @@ QString name(const QString &text, const QString &otherwise)
     return FileName::isDevice(result) ? u'_' + result : result;
 }
 
-std::optional<QString> create(const QString &folder, const QString &name, const QString &url)
+std::optional<QString> create(const QString &folder, const QString &name, const QString &url,
+                              const QString &title)
 {
-    const QByteArray bytes = InternetShortcut::bytes(url);
-    return firstFree(folder, name, u".url"_s, [&bytes](const QString &path) {
+    const QString ending = u".url"_s;
+    return firstFree(folder, name, ending, [&](const QString &path) {
+        const bool isNamedSo = path.endsWith(u'/' + title + ending);
+        const QByteArray bytes = InternetShortcut::bytes(url, isNamedSo ? QString() : title);
         return bool(FileWriter::create(path, bytes));
     });
 }

@@ -11,8 +11,10 @@ namespace FavoriteFile {
 QString name(const QString &text, const QString &otherwise);
 
 /// Writes a new shortcut to `url` into `folder`, which is made when it is missing, under the name
-/// `name`; returns its path. Nothing when it cannot be written: then nothing is left of it.
-std::optional<QString> create(const QString &folder, const QString &name, const QString &url);
+/// `name`; returns its path. A `title` that the name is not is kept in the file. Nothing when it
+/// cannot be written: then nothing is left of it.
+std::optional<QString> create(const QString &folder, const QString &name, const QString &url,
+                              const QString &title = {});
 
 /// Makes a new folder in `folder`; returns its path, or nothing when it cannot be made.
 std::optional<QString> createFolder(const QString &folder, const QString &name);

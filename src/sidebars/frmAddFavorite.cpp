@@ -98,12 +98,21 @@ void frmAddFavorite::cmdOK_Click()
     const QString host = QUrl(m_page.url).host();
     const QString fallback = FavoriteFile::name(host, u"Favorite"_s);
     const QString name = FavoriteFile::name(m_txtName->text(), fallback);
-    if (!FavoriteFile::create(m_tvFolders->folder(), name, m_page.url)) {
+    if (!FavoriteFile::create(m_tvFolders->folder(), name, m_page.url, title())) {
         QApplication::beep();
         return;
     }
     m_changed = true;
     accept();
+}
+
+/// As typed, or the page's in full where the field is too short for it.
+QString frmAddFavorite::title() const
+{
+    const QString whole = m_page.title.simplified();
+    const QString typed = m_txtName->text();
+    return typed == whole.left(typed.size()) && typed.size() == longestName ? whole
+                                                                            : typed.simplified();
 }
 
 void frmAddFavorite::cmdNewFolder_Click()

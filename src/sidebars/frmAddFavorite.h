@@ -27,6 +27,7 @@ signals:
 
 private:
     void makeForm();
+    QString title() const;
     void cmdOK_Click();
     void cmdNewFolder_Click();
 

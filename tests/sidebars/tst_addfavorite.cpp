@@ -1,3 +1,4 @@
+#include "BookmarkWriter.h"
 #include "FakeFrame.h"
 #include "FakeWebBrowser.h"
 #include "FavoriteFile.h"
@@ -37,6 +38,9 @@ private slots:
     void okMakesTheMissingFolder();
     void anotherFavoriteIsKept();
     void charactersNoFileSystemTakes();
+    void titleIsExported_data();
+    void titleIsExported();
+    void endlessTitleIsExported();
     void emptyName();
     void chosenFolder();
     void newFolder();
@@ -55,6 +59,7 @@ private:
     {
         return dialog()->findChild<Control *>(name);
     }
+    QByteArray exported() const;
     void press(const QString &name) const { control<QPushButton>(name)->click(); }
     void rename(const QString &name) const;
 
@@ -239,6 +244,48 @@ void tst_AddFavorite::charactersNoFileSystemTakes()
     QVERIFY(open(u"http://a/"_s, u"a/b: c?"_s));
     press(u"cmdOK"_s);
     QVERIFY(!m_home->read(u"a_b_ c_.url"_s).isNull());
+}
+
+QByteArray tst_AddFavorite::exported() const
+{
+    BookmarkWriter writer(m_home->favorites());
+    while (writer.advance()) { }
+    return writer.bytes();
+}
+
+void tst_AddFavorite::titleIsExported_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("caption");
+    QTest::addColumn<QByteArray>("exported");
+    QTest::newRow("plain") << u"News"_s << u"News"_s << "News"_ba;
+    QTest::newRow("markup") << u"<B> & \"C\": d/e"_s << u"_B_ & _C__ d_e"_s
+                            << "&lt;B&gt; &amp; &quot;C&quot;: d/e"_ba;
+    QTest::newRow("dots") << u"And so on..."_s << u"And so on"_s << "And so on..."_ba;
+    QTest::newRow("device") << u"Con"_s << u"_Con"_s << "Con"_ba;
+    QTest::newRow("taken") << u"Taken"_s << u"Taken (2)"_s << "Taken"_ba;
+}
+
+void tst_AddFavorite::titleIsExported()
+{
+    QFETCH(QString, title);
+    QFETCH(QString, caption);
+    QFETCH(QByteArray, exported);
+    QVERIFY(m_home->writeLink(u"Taken.url"_s, "http://old/"));
+    QVERIFY(open(u"http://a/"_s, title));
+    press(u"cmdOK"_s);
+    QVERIFY(m_home->read(caption + u".url"_s).contains("URL=http://a/\r\n"));
+    const QByteArray all = this->exported();
+    QVERIFY2(all.contains("HREF=\"http://a/\"") && all.contains('>' + exported + "</A>"),
+             all.constData());
+}
+
+void tst_AddFavorite::endlessTitleIsExported()
+{
+    const QString title = u"ニュース "_s.repeated(100).trimmed();
+    QVERIFY(open(u"http://a/"_s, title));
+    press(u"cmdOK"_s);
+    QVERIFY(exported().contains('>' + title.toUtf8() + "</A>"));
 }
 
 void tst_AddFavorite::emptyName()
