@@ -5,10 +5,10 @@
 #include "Language.h"
 #include "MsgBox.h"
 #include "PageJobs.h"
+#include "PagePrintDialog.h"
 #include "PageSetup.h"
 #include "PrintService.h"
 
-#include <QPrintDialog>
 #include <QPrinter>
 #include <QProgressDialog>
 #include <QWebEnginePage>
@@ -88,14 +88,11 @@ void open(QWebEnginePage *page, QWidget *owner)
 {
     auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     printer->setPageLayout(PageSetup::layout());
-    printer->setDocName(page->title());
-    auto *dialog = new QPrintDialog(printer.get(), owner);
-    dialog->setObjectName("dlgPrint"_L1);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintPageRange
-                       | QAbstractPrintDialog::PrintCollateCopies);
+    auto *dialog = new PagePrintDialog(printer.get(), page->title(), owner);
     QObject::connect(page, &QObject::destroyed, dialog, &QWidget::close);
     QObject::connect(dialog, &QDialog::accepted, page, [page, printer, owner] {
+        // A list of print jobs has no trouble with the title as it is.
+        printer->setDocName(page->title());
         // The page's own window outlives a preview that asked.
         const QWebEngineView *view = QWebEngineView::forPage(page);
         print(page, printer, view ? view->window() : owner->window());

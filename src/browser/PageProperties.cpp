@@ -20,10 +20,14 @@ constexpr int longestShown = 2000;
 
 const QString factScript = uR"((() => {
     const entry = performance.getEntriesByType('navigation')[0];
+    const modified = Date.parse(document.lastModified);
+    // Where the server said nothing of it the engine gives the time of the question, in whole
+    // seconds.
+    const told = modified < Date.now() - 2000;
     return {
         kind: document.contentType,
         encoding: document.characterSet,
-        modified: Date.parse(document.lastModified),
+        modified: told ? modified : null,
         opened: performance.timeOrigin,
         size: entry ? entry.decodedBodySize : 0
     };

@@ -11,6 +11,7 @@
 #include <QProgressDialog>
 #include <QSignalSpy>
 #include <QSpinBox>
+#include <QTabWidget>
 #include <QWebEngineView>
 
 #include "../Session.h"
@@ -47,6 +48,11 @@ private slots:
     void pageSetUpIsKept();
     void propertiesOfAPage();
     void propertiesOfAFile();
+    void modifiedIsWhatTheServerSaid_data();
+    void modifiedIsWhatTheServerSaid();
+    void printedFileHasAProperName_data();
+    void printedFileHasAProperName();
+    void choicesOfPaperAreNotOfferedForAFile();
     void certificatesOfAServer();
     void serverThatCannotBeAsked();
     void pageMayAskForPrinting();
@@ -363,6 +369,77 @@ void tst_SaveAndPrint::propertiesOfAFile()
     QVERIFY(dialog);
     QLabel *size = dialog->findChild<QLabel *>(u"lblSize"_s);
     QTRY_VERIFY2(size->text() == "26 bytes"_L1, qPrintable(size->text()));
+    dialog->reject();
+}
+
+void tst_SaveAndPrint::modifiedIsWhatTheServerSaid_data()
+{
+    QTest::addColumn<QByteArray>("header");
+    QTest::addColumn<QString>("shown");
+    const QDateTime date(QDate(2001, 2, 3), QTime(4, 5, 6), Qt::UTC);
+    QTest::newRow("said") << QByteArray("Sat, 03 Feb 2001 04:05:06 GMT")
+                          << QLocale().toString(date.toLocalTime(), QLocale::ShortFormat);
+    QTest::newRow("not said") << QByteArray() << u"Not known"_s;
+}
+
+void tst_SaveAndPrint::modifiedIsWhatTheServerSaid()
+{
+    QFETCH(QByteArray, header);
+    QFETCH(QString, shown);
+    TestServer::Reply reply{200, "<title>D</title>x", "text/html", {}};
+    if (!header.isEmpty())
+        reply.headers = {{"Last-Modified", header}};
+    m_session->server.reply("/dated", reply);
+    m_session->start(m_session->server.url(u"/dated"_s));
+    QTRY_VERIFY(m_session->shows(m_session->server.url(u"/dated"_s)));
+    m_session->choose("mnuFileProperties");
+    auto *dialog = waitFor<QDialog>();
+    QVERIFY(dialog);
+    QLabel *modified = dialog->findChild<QLabel *>(u"lblModified"_s);
+    QTRY_VERIFY(!modified->text().isEmpty());
+    QCOMPARE(modified->text(), shown);
+    dialog->reject();
+}
+
+void tst_SaveAndPrint::printedFileHasAProperName_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("path") << u"AC/DC: v1"_s << u"AC DC v1.pdf"_s;
+    QTest::newRow("dot") << u"News - v1.5 out"_s << u"News - v1.5 out.pdf"_s;
+    QTest::newRow("turned round") << u"a\u202efdp.b"_s << u"afdp.b.pdf"_s;
+    QTest::newRow("endless") << u"ニ"_s.repeated(200) << u"ニ"_s.repeated(83) + u".pdf"_s;
+}
+
+void tst_SaveAndPrint::printedFileHasAProperName()
+{
+    QFETCH(QString, title);
+    QFETCH(QString, name);
+    m_session->server.page("/titled", "<title>" + title.toUtf8() + "</title>x");
+    m_session->start(m_session->server.url(u"/titled"_s));
+    QTRY_VERIFY(m_session->shows(m_session->server.url(u"/titled"_s)));
+    m_session->choose("mnuFilePrint");
+    auto *dialog = waitFor<QPrintDialog>();
+    QVERIFY(dialog);
+    auto *field = dialog->findChild<QLineEdit *>(u"filename"_s);
+    QCOMPARE(field->text(), QDir::homePath() + u'/' + name);
+    field->setText(path(name));
+    dialog->accept();
+    QTRY_VERIFY(read(path(name)).startsWith("%PDF"));
+}
+
+void tst_SaveAndPrint::choicesOfPaperAreNotOfferedForAFile()
+{
+    openLongPage();
+    m_session->choose("mnuFilePrint");
+    auto *dialog = waitFor<QPrintDialog>();
+    QVERIFY(dialog);
+    // Behind the button for more choices.
+    auto *tabs = dialog->findChild<QTabWidget *>(u"tabs"_s);
+    tabs->parentWidget()->show();
+    QTRY_VERIFY(dialog->findChild<QWidget *>(u"gbPrintRange"_s)->isVisible());
+    for (const char *name : {"copies", "collate", "reverse"})
+        QVERIFY2(!dialog->findChild<QWidget *>(QLatin1String(name))->isVisible(), name);
     dialog->reject();
 }
 
