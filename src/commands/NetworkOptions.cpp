@@ -1,6 +1,7 @@
 #include "NetworkOptions.h"
 
 #include <QComboBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -8,6 +9,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTemporaryFile>
 
 #include "EngineOptions.h"
 #include "Language.h"
@@ -26,6 +28,15 @@ constexpr int comfortableWidth = 190;
 QString translated(const QString &key, const QString &english)
 {
     return GetLanguageText(u"frmInternetOptions"_s, key, english);
+}
+
+/// Makes the folder where it is missing.
+bool canBeUsed(const QString &folder)
+{
+    if (!QDir().mkpath(folder))
+        return false;
+    QTemporaryFile probe(QDir(folder).filePath(u".orvane-XXXXXX"_s));
+    return probe.open();
 }
 
 }
@@ -117,6 +128,7 @@ void NetworkOptions::fill(const EngineOptions &options)
     m_languages->setText(options.languages);
     m_userAgent->setText(options.userAgent);
     m_downloads->setText(options.downloadFolder);
+    m_filledFolder = options.downloadFolder;
     enableProxyAddress();
 }
 
@@ -145,6 +157,13 @@ bool NetworkOptions::check()
         return refuse(
             *m_downloads,
             translated(u"strBadFolder"_s, u"This is not a folder. Write its whole path."_s));
+    }
+    // What was good once may be on a disk that is not there today.
+    const bool isNew = options.downloadFolder != m_filledFolder;
+    if (isNew && !options.downloadFolder.isEmpty() && !canBeUsed(options.downloadFolder)) {
+        return refuse(*m_downloads,
+                      translated(u"strNoFolder"_s,
+                                 u"This folder cannot be made, or nothing can be put into it."_s));
     }
     return true;
 }

@@ -35,4 +35,5 @@ private:
     QLineEdit *m_languages;
     QLineEdit *m_userAgent;
     QLineEdit *m_downloads;
+    QString m_filledFolder;
 };

@@ -41,6 +41,9 @@ private slots:
     void everyControlIsWrittenAndShownAgain();
     void whatCannotBeUsedIsToldAndNotWritten_data();
     void whatCannotBeUsedIsToldAndNotWritten();
+    void downloadsFolderIsMade();
+    void downloadsFolderThatCannotBeMade_data();
+    void downloadsFolderThatCannotBeMade();
     void proxyAddressOnlyForOnesOwn();
     void fontThatIsNotThereIsKept();
     void cacheIsMeasuredAndCleared();
@@ -316,6 +319,48 @@ void tst_InternetOptions::whatCannotBeUsedIsToldAndNotWritten_data()
     QTest::newRow("txtLanguages") << u"German and English"_s << u"These are not languages."_s;
     QTest::newRow("txtUserAgent") << u"\u00fcber"_s << u"The user agent must be in"_s;
     QTest::newRow("txtDownloads") << u"not/absolute"_s << u"This is not a folder."_s;
+}
+
+void tst_InternetOptions::downloadsFolderIsMade()
+{
+    const QString folder = m_program->folder.file(u"new/one"_s);
+    open();
+    find<QLineEdit>("txtDownloads")->setText(folder);
+    click("cmdSave");
+    QTRY_VERIFY(!form());
+    QVERIFY(QFileInfo(folder).isDir());
+    QCOMPARE(QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
+    QVERIFY(QDir(folder).removeRecursively());
+    m_program->folder.write(u"new/one"_s, "a file now");
+    open();
+    click("cmdSave");
+    QTRY_VERIFY2(!form(), "what was good once keeps nobody from changing something else");
+}
+
+void tst_InternetOptions::downloadsFolderThatCannotBeMade_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("in a file") << u"in-the-way/below"_s;
+    QTest::newRow("a file") << u"in-the-way"_s;
+    QTest::newRow("nowhere") << u"/proc/downloads"_s;
+    QTest::newRow("nothing can be put into it") << u"/proc"_s;
+}
+
+void tst_InternetOptions::downloadsFolderThatCannotBeMade()
+{
+    QFETCH(QString, folder);
+    m_program->folder.write(u"in-the-way"_s, "a file");
+    open();
+    auto *field = find<QLineEdit>("txtDownloads");
+    field->setText(folder.startsWith(u'/') ? folder : m_program->folder.file(folder));
+    click("cmdSave");
+    QTRY_VERIFY(form()->findChild<QMessageBox *>());
+    auto *box = form()->findChild<QMessageBox *>();
+    QVERIFY2(box->text().startsWith(u"This folder cannot be made"_s), qPrintable(box->text()));
+    QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+    QVERIFY(form()->isVisible());
+    QVERIFY(!m_program->folder.exists(u"AppData/Engine.ini"_s));
 }
 
 void tst_InternetOptions::whatCannotBeUsedIsToldAndNotWritten()
