@@ -1,6 +1,8 @@
 #include <QComboBox>
 #include <QDir>
+#include <QDirIterator>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QtTest>
@@ -32,6 +34,8 @@ private slots:
     void filesAreUtf8WithWindowsLines();
     void everyKeyIsThereAndNoneIsUnknown_data() { languageRows(); }
     void everyKeyIsThereAndNoneIsUnknown();
+    void whatIsNamedLikeATextIsOne();
+    void whatIsLookedUpIsChecked();
     void englishIsWhatTheProgramSays();
     void textsFitWhereTheyAreUsed_data() { languageRows(); }
     void textsFitWhereTheyAreUsed();
@@ -214,6 +218,43 @@ void tst_Languages::everyKeyIsThereAndNoneIsUnknown()
         QVERIFY2(!have.value(*key).isEmpty(), qPrintable("missing: "_L1 + *key));
     for (auto key = have.keyBegin(); key != have.keyEnd(); ++key)
         QVERIFY2(keys.contains(*key), qPrintable("unknown: "_L1 + *key));
+}
+
+/// Also where keys stand in tables, or are handed on, and no text beside them tells what they are.
+void tst_Languages::whatIsNamedLikeATextIsOne()
+{
+    const QStringList keys = texts(u"English"_s).keys();
+    static const QRegularExpression literal(uR"re("((?:str|alert)[A-Z]\w*)")re"_s);
+    static const QRegularExpression lookUp(uR"re(GetLanguageText\(\s*u"([\w-]+)"_s)re"_s);
+    QDirIterator files(QStringLiteral(ORVANE_SOURCE_DIR "/src"), {u"*.cpp"_s, u"*.h"_s},
+                       QDir::Files, QDirIterator::Subdirectories);
+    int found = 0;
+    while (files.hasNext()) {
+        QFile file(files.next());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString source = QString::fromUtf8(file.readAll());
+        QStringList sections;
+        for (auto match = lookUp.globalMatch(source); match.hasNext();)
+            sections.append(match.next().captured(1));
+        for (auto match = literal.globalMatch(source); match.hasNext(); ++found) {
+            const QString key = match.next().captured(1);
+            const auto isKey = [&](const QString &known) {
+                return known.section(u'/', 1) == key
+                    && (sections.isEmpty() || sections.contains(known.section(u'/', 0, 0)));
+            };
+            QVERIFY2(std::any_of(keys.begin(), keys.end(), isKey),
+                     qPrintable(file.fileName() + u' ' + key));
+        }
+    }
+    QVERIFY2(found > 100, qPrintable(QString::number(found)));
+}
+
+void tst_Languages::whatIsLookedUpIsChecked()
+{
+    QCOMPARE(GetLanguageText(u"PageSaver"_s, u"strComplete"_s, u"English"_s),
+             u"Web page, complete"_s);
+    QEXPECT_FAIL("", "in no language", Continue);
+    GetLanguageText(u"PageSaver"_s, u"strMissing"_s, u"English"_s);
 }
 
 void tst_Languages::englishIsWhatTheProgramSays()

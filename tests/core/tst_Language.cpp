@@ -1,5 +1,6 @@
 #include "AppFolder.h"
 #include "Language.h"
+#include "LookUpCheck.h"
 #include "TempAppFolder.h"
 
 #include <QTest>
@@ -11,6 +12,7 @@ class tst_Language : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase() { LookUpCheck::stop(); }
     void init();
     void cleanup();
     void missingFileKeepsTheCaption();

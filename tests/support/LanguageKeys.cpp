@@ -23,9 +23,9 @@ QString joined(QString literals)
 
 void addPairs(LanguageKeys &keys, const QString &source, const QString &section)
 {
-    // A call with a key and an English text, whatever the helper is called.
+    // A call with a key and an English text, whatever the helper is called, or a line of a table.
     static const QRegularExpression pair(
-        uR"re(\(\s*(?:[\w*]+,\s*)?u?"(\w+)"(?:_s)?,\s*(u"[^"]*"(?:_s)?(?:\s*u?"[^"]*"(?:_s)?)*))re"_s);
+        uR"re([({]\s*(?:[\w*]+,\s*)?u?"(\w+)"(?:_s)?,\s*(u"[^"]*"(?:_s)?(?:\s*u?"[^"]*"(?:_s)?)*))re"_s);
     static const QRegularExpression name(
         uR"(^((cmd|chk|opt|lbl|str|txt|lst|Frame|alert)[A-Z]|s[A-Z]|Caption$))"_s);
     static const QRegularExpression quotes(uR"(^u"|"(_s)?$)"_s);
@@ -34,6 +34,18 @@ void addPairs(LanguageKeys &keys, const QString &source, const QString &section)
         if (name.match(match.captured(1)).hasMatch())
             keys.insert(section + u'/' + match.captured(1),
                         joined(match.captured(2)).remove(quotes));
+    }
+}
+
+/// What is named like a message is one, however it comes to its look-up.
+void addLiterals(LanguageKeys &keys, const QString &source, const QString &section)
+{
+    static const QRegularExpression message(uR"re("((?:str|alert)[A-Z]\w*)")re"_s);
+    for (auto found = message.globalMatch(source); found.hasNext();) {
+        const QString key = found.next().captured(1);
+        const bool isOfAnother = source.contains("_s, u\""_L1 + key + "\"_s"_L1);
+        if (!isOfAnother && !keys.contains(section + u'/' + key))
+            keys.insert(section + u'/' + key, {});
     }
 }
 
@@ -49,6 +61,8 @@ void addFile(LanguageKeys &keys, const QString &source)
                     joined(match.captured(3)).remove(quotes));
     }
     const QRegularExpressionMatch own = helper.match(source);
+    if (own.hasMatch())
+        addLiterals(keys, source, own.captured(1));
     // The frame's captions and tool tips come from tables, not from literals.
     if (own.hasMatch() && !own.captured(1).startsWith("frmMain"_L1))
         addPairs(keys, source, own.captured(1));

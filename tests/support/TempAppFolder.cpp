@@ -2,6 +2,7 @@
 
 #include "AppFolder.h"
 #include "Language.h"
+#include "LookUpCheck.h"
 #include "modINI.h"
 
 #include <QDir>
@@ -25,6 +26,7 @@ TempAppFolder::TempAppFolder()
     AppFolder::setPath(path());
     AppFolder::setSettingsPath(settingsFile());
     setLanguageName(u"English"_s);
+    LookUpCheck::start();
 }
 
 TempAppFolder::~TempAppFolder()
