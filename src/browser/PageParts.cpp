@@ -1,6 +1,7 @@
 #include "PageParts.h"
 
 #include "FileUpdate.h"
+#include "FileWriter.h"
 #include "Log.h"
 
 #include <QDateTime>
@@ -73,8 +74,8 @@ bool list(const QString &parts, const QString &page, const QString &name)
     }
     const QJsonObject list{
         {nameKey, name}, {stampKey, stampOf(QFileInfo(page))}, {filesKey, files}};
-    return bool(FileUpdate::replace(folder.filePath(listName),
-                                    QJsonDocument(list).toJson(QJsonDocument::Compact)));
+    return bool(FileWriter::write(folder.filePath(listName),
+                                  QJsonDocument(list).toJson(QJsonDocument::Compact)));
 }
 
 void remove(const QString &parts)

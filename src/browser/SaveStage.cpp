@@ -1,6 +1,7 @@
 #include "SaveStage.h"
 
 #include "FileName.h"
+#include "FileWriter.h"
 #include "Log.h"
 #include "PageParts.h"
 
@@ -105,15 +106,27 @@ bool SaveStage::commit()
     const QStringList oldParts = PageParts::of(m_target);
     if (QFileInfo::exists(m_target))
         QFile::setPermissions(file(), QFile::permissions(m_target));
+    if (!listParts())
+        return false;
+    FileWriter::settle(QFileInfo(file()).path());
     if (!placeParts())
         return false;
     if (!replace(file(), m_target)) {
         takePartsBack();
         return false;
     }
+    // Not before the new page is there to stay.
+    FileWriter::settle(QFileInfo(m_target).path());
     for (const QString &parts : oldParts)
         PageParts::remove(parts);
     return true;
+}
+
+bool SaveStage::listParts() const
+{
+    const QString made = PageParts::folderOf(file());
+    return !QFileInfo::exists(made)
+        || PageParts::list(made, file(), QFileInfo(m_target).fileName());
 }
 
 /// From here on they belong to no page until there is the one that names them.
@@ -122,8 +135,6 @@ bool SaveStage::placeParts()
     const QString made = PageParts::folderOf(file());
     if (!QFileInfo::exists(made))
         return true;
-    if (!PageParts::list(made, file(), QFileInfo(m_target).fileName()))
-        return false;
     // Never over what somebody else made meanwhile.
     m_placed = QDir().rename(made, m_parts);
     if (!m_placed)

@@ -28,6 +28,7 @@ public:
 
 private:
     bool isWhole() const;
+    bool listParts() const;
     bool placeParts();
     void takePartsBack();
 
