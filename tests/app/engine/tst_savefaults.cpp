@@ -41,6 +41,8 @@ private slots:
     void namesGetTheirEnding_data();
     void namesGetTheirEnding();
     void nameThatGetsItsEndingIsAskedFor();
+    void nameFromTheDesktopsDialogIsAskedFor_data();
+    void nameFromTheDesktopsDialogIsAskedFor();
 
     void readOnlyFolder_data() { kinds(); }
     void readOnlyFolder();
@@ -425,6 +427,37 @@ void tst_SaveFaults::nameThatGetsItsEndingIsAskedFor()
     QVERIFY(dialog->isVisible());
     QCOMPARE(PageDialogs::read(path(u"v1.5.html"_s)), "old");
     dialog->reject();
+}
+
+void tst_SaveFaults::nameFromTheDesktopsDialogIsAskedFor_data()
+{
+    QTest::addColumn<bool>("yes");
+    QTest::newRow("yes") << true;
+    QTest::newRow("no") << false;
+}
+
+/// It has asked for the name as typed only, and is gone when its answer comes.
+void tst_SaveFaults::nameFromTheDesktopsDialogIsAskedFor()
+{
+    QFETCH(bool, yes);
+    QVERIFY(write(path(u"v1.5.html"_s), "old"));
+    m_session->server.page("/page", "<title>A</title>new");
+    open(u"/page"_s);
+    m_session->choose("mnuFileSaveAs");
+    const QPointer<QFileDialog> dialog = PageDialogs::waitFor<QFileDialog>();
+    QVERIFY(dialog);
+    dialog->hide();
+    Answer answer(yes ? QMessageBox::Yes : QMessageBox::No);
+    emit dialog->fileSelected(path(u"v1.5"_s));
+    dialog->close();
+    QTRY_COMPARE(answer.count(), 1);
+    QVERIFY(answer.text().contains("v1.5.html"_L1));
+    QTRY_VERIFY(!dialog);
+    if (yes)
+        QTRY_VERIFY(PageDialogs::read(path(u"v1.5.html"_s)).contains("new"));
+    waitForJobs();
+    QCOMPARE(PageDialogs::read(path(u"v1.5.html"_s)) == "old", !yes);
+    QVERIFY(!QFileInfo::exists(path(u"v1.5"_s)));
 }
 
 void tst_SaveFaults::readOnlyFolder()
