@@ -7,6 +7,7 @@
 #include "EndRequests.h"
 #include "EngineStart.h"
 #include "ProgramInfo.h"
+#include "StartCleaning.h"
 #include "frmMain.h"
 #include "modMain.h"
 
@@ -19,6 +20,7 @@ int runFrame()
     frame.setCommandLine(QCoreApplication::arguments().mid(1).join(u' '));
     followEndRequests(frame);
     startUp(frame);
+    startCleaning();
     // Left while it was starting: there is no window whose closing would end the loop.
     return frame.isClosed() ? 0 : QCoreApplication::exec();
 }

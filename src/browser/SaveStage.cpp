@@ -77,7 +77,7 @@ SaveStage::SaveStage(const QString &target)
     : m_target(resolved(target))
     , m_name(awaitedName(m_target))
     , m_parts(PageParts::folderOf(QFileInfo(m_target).path() + u'/' + m_name))
-    , m_folder(QFileInfo(m_target).path() + "/.orvane-XXXXXX"_L1)
+    , m_folder(QFileInfo(m_target).path())
 {
 }
 

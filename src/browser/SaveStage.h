@@ -1,7 +1,8 @@
 #pragma once
 
+#include "StageFolder.h"
+
 #include <QString>
-#include <QTemporaryDir>
 
 /// The place where the engine writes a page that is being saved: a hidden folder beside the file
 /// wanted, so that what was there before stays until the new files are whole. The folder goes with
@@ -37,5 +38,5 @@ private:
     /// Of the target's neighbours.
     QString m_parts;
     bool m_placed = false;
-    QTemporaryDir m_folder;
+    StageFolder m_folder;
 };
