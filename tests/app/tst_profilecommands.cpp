@@ -1,13 +1,16 @@
 #include <QAbstractButton>
 #include <QLabel>
+#include <QMessageBox>
 #include <QStatusBar>
 #include <QtTest>
 
 #include "Answer.h"
 #include "FakeWebBrowser.h"
 #include "FileDialogRequest.h"
+#include "FileFaults.h"
 #include "ProfilePages.h"
 #include "Session.h"
+#include "Unlogged.h"
 #include "frmSource.h"
 
 using namespace Qt::StringLiterals;
@@ -35,6 +38,8 @@ private slots:
     void countWithoutAnyAddressIsOpenedAllTheSame_data();
     void countWithoutAnyAddressIsOpenedAllTheSame();
     void savingKeepsTheAddressesOfWaitingWindows();
+    void whatCannotBeSavedIsTold_data();
+    void whatCannotBeSavedIsTold();
     void neverMoreThanFiftyPages();
     void progressCountsUp();
     void stopEndsTheLoading();
@@ -335,6 +340,36 @@ void tst_ProfileCommands::savingKeepsTheAddressesOfWaitingWindows()
     m_session->choose("mnuFileProfilesSave");
     QCOMPARE(m_session->folder.read(u"Profiles/again.orp"_s),
              m_session->folder.read(u"Profiles/x.orp"_s));
+}
+
+void tst_ProfileCommands::whatCannotBeSavedIsTold_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("fails");
+    QTest::newRow("lost folder") << u"none/x.orp"_s << false;
+    QTest::newRow("folder in its place") << u"Profiles"_s << false;
+    QTest::newRow("nothing can be written") << u"Profiles/x.orp"_s << true;
+}
+
+void tst_ProfileCommands::whatCannotBeSavedIsTold()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, fails);
+    const Unlogged unlogged;
+    m_session->folder.write(u"Profiles/x.orp"_s, "old");
+    m_session->start(u"http://first/"_s);
+    answer(file(name));
+    if (fails)
+        FileFaults::arm(FileFaults::Kind::ReadOnly, 1);
+    m_session->choose("mnuFileProfilesSave");
+    FileFaults::disarm();
+    auto *message = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    QVERIFY(message);
+    QVERIFY(message->text().contains(file(name)));
+    QVERIFY2(message->text().contains("\n\n"_L1), "it says why");
+    message->close();
+    QCOMPARE(m_session->folder.read(u"Profiles/x.orp"_s), "old");
+    QVERIFY(!m_session->folder.exists(u"none"_s));
 }
 
 void tst_ProfileCommands::neverMoreThanFiftyPages()

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QStringConverter>
 #include <QTest>
 #include <QThread>
 #include <memory>
@@ -50,6 +51,8 @@ private slots:
     void unreadableFileIsNotReplaced();
     void directoryOrPipeInItsPlace();
     void leavesNothingBehind();
+    void sixteenBitsAreReadAndNeverWrittenInto_data();
+    void sixteenBitsAreReadAndNeverWrittenInto();
     void writersAtOnceLoseNothing();
 
     void badFiles_data();
@@ -406,6 +409,32 @@ void tst_modINI::leavesNothingBehind()
         QDir(m_folder->file(u"AppData"_s))
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     QCOMPARE(names, (QStringList{u"Languages"_s, u"Settings.ini"_s}));
+}
+
+void tst_modINI::sixteenBitsAreReadAndNeverWrittenInto_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    const auto encoded = [](QStringConverter::Encoding encoding) {
+        QStringEncoder encoder(encoding, QStringConverter::Flag::WriteBom);
+        return QByteArray(encoder(u"[S]\r\nk=gr\u00fcn\r\n"_s));
+    };
+    QTest::newRow("low byte first") << encoded(QStringConverter::Utf16LE);
+    QTest::newRow("high byte first") << encoded(QStringConverter::Utf16BE);
+}
+
+void tst_modINI::sixteenBitsAreReadAndNeverWrittenInto()
+{
+    QFETCH(QByteArray, bytes);
+    QVERIFY(m_folder->writeSettings(bytes));
+    QCOMPARE(read("k"), u"gr\u00fcn"_s);
+    QCOMPARE(ReadINIValues(u"S"_s, {u"k"_s}, path()), QStringList(u"gr\u00fcn"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"is UTF-16"_s));
+    const WriteResult one = WriteINI(u"S"_s, u"k"_s, u"v"_s, path());
+    QVERIFY(one.isFailure(WriteResult::Failure::SixteenBits));
+    QVERIFY(!one.text().isEmpty());
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"is UTF-16"_s));
+    QVERIFY(!WriteINIEntries({{u"S"_s, u"a"_s, u"1"_s}, {u"S"_s, u"b"_s, u"2"_s}}, path()));
+    QCOMPARE(m_folder->readSettings(), bytes);
 }
 
 void tst_modINI::writersAtOnceLoseNothing()

@@ -14,6 +14,7 @@
 #include "PageSetup.h"
 #include "PrintPreview.h"
 #include "PrintService.h"
+#include "SmallDisk.h"
 
 using namespace Qt::StringLiterals;
 
@@ -29,6 +30,7 @@ private slots:
     void cancelOfFiveHundredSheets();
     void closedPreviewStillPrints();
     void readOnlyPlaceIsTold();
+    void fullDiskIsTold();
     void rendererThatDiesWhilePrinting();
     void rendererThatDiesBeforeItPrints_data();
     void rendererThatDiesBeforeItPrints();
@@ -152,6 +154,25 @@ void tst_PrintFaults::readOnlyPlaceIsTold()
     Answer ok(QMessageBox::Ok);
     PageDialogs::print(*m_session, u"/proc/out.pdf"_s);
     QTRY_COMPARE(ok.count(), 1);
+}
+
+void tst_PrintFaults::fullDiskIsTold()
+{
+    const SmallDisk disk;
+    if (!disk.isMounted())
+        QSKIP("a disk of the test's own needs the superuser");
+    const QString file = disk.path() + "/out.pdf"_L1;
+    QFile old(file);
+    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3 && old.flush());
+    QFile filler(disk.path() + "/filler"_L1);
+    QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    while (filler.write(QByteArray(4096, 'x')) == 4096) { }
+    openSheets(1);
+    Answer ok(QMessageBox::Ok);
+    PageDialogs::print(*m_session, file);
+    QTRY_COMPARE(ok.count(), 1);
+    QVERIFY(ok.text().contains(file));
+    QCOMPARE(PageDialogs::read(file), "old");
 }
 
 void tst_PrintFaults::rendererThatDiesWhilePrinting()

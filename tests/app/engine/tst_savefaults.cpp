@@ -50,6 +50,8 @@ private slots:
     void readOnlyFolderWithAnOldFile();
     void fullDisk_data() { kinds(); }
     void fullDisk();
+    void sourceOnAFullDisk_data();
+    void sourceOnAFullDisk();
     void overAnOpenFile_data() { kinds(); }
     void overAnOpenFile();
     void completeLeavesWhatItDidNotWrite();
@@ -508,6 +510,35 @@ void tst_SaveFaults::fullDisk()
     QTRY_VERIFY2(!QApplication::activeModalWidget(), "told once");
     QCOMPARE(PageDialogs::read(file), "old");
     QCOMPARE(in(disk.path()), QStringList(named(u"page"_s, kind)));
+}
+
+void tst_SaveFaults::sourceOnAFullDisk_data()
+{
+    QTest::addColumn<int>("size");
+    for (const int size : {20, 16384, 1024 * 1024})
+        QTest::addRow("%d", size) << size;
+}
+
+/// What is less than a buffer fails only as that is put out.
+void tst_SaveFaults::sourceOnAFullDisk()
+{
+    QFETCH(int, size);
+    const SmallDisk disk;
+    if (!disk.isMounted())
+        QSKIP("a disk of the test's own needs the superuser");
+    const QString file = disk.path() + "/page.html"_L1;
+    QVERIFY(write(file, "old"));
+    QFile filler(disk.path() + "/filler"_L1);
+    QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    while (filler.write(QByteArray(4096, 'x')) == 4096) { }
+    m_session->server.page("/sized", "<title>A</title>" + QByteArray(size - 16, 'x'));
+    open(u"/sized"_s);
+    Answer ok(QMessageBox::Ok);
+    PageDialogs::save(*m_session, file, SourceOnly);
+    QTRY_COMPARE(ok.count(), 1);
+    waitForJobs();
+    QCOMPARE(PageDialogs::read(file), "old");
+    QCOMPARE(in(disk.path()), QStringList({u"filler"_s, u"page.html"_s}));
 }
 
 void tst_SaveFaults::overAnOpenFile()
