@@ -31,22 +31,23 @@ QString folder()
     return AppFolder::appData(u"Recovered"_s);
 }
 
-QString keep(const SourceFile &source)
+WriteResult keep(const SourceFile &source, QString *file)
 {
     const QDir folder(RecoveredText::folder());
     if (!folder.mkpath(u"."_s)) {
         qCWarning(lcFiles) << "cannot make" << folder.path();
-        return {};
+        return WriteResult(WriteResult::Failure::FolderMissing);
     }
     makeRoom(folder);
     const QString time = QDateTime::currentDateTime().toString(u"yyyyMMdd-HHmmss-zzz"_s);
     QString name;
     for (int i = 0; name.isEmpty() || folder.exists(name); ++i)
         name = u"Source-%1-%2.html"_s.arg(time).arg(i, 2, 10, QChar(u'0'));
-    const QString file = folder.filePath(name);
-    const bool isKept = bool(
-        FileWriter::create(file, [&source](QFileDevice &device) { return source.write(device); }));
-    return isKept ? file : QString();
+    const QString path = folder.filePath(name);
+    if (file)
+        *file = path;
+    return FileWriter::create(path,
+                              [&source](QFileDevice &device) { return source.write(device); });
 }
 
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "WriteResult.h"
+
 #include <QString>
 
 class SourceFile;
@@ -8,7 +10,6 @@ class SourceFile;
 namespace RecoveredText {
 /// AppData/Recovered in the application folder.
 QString folder();
-/// Writes a copy and returns its file; empty when that fails. The oldest copies make room for
-/// new ones.
-QString keep(const SourceFile &source);
+/// Writes a copy; `file` gets its path. The oldest copies make room for new ones.
+WriteResult keep(const SourceFile &source, QString *file = nullptr);
 }

@@ -5,6 +5,7 @@
 #include "Language.h"
 #include "LineNumbers.h"
 #include "MsgBox.h"
+#include "NotSaved.h"
 #include "PlainCaption.h"
 #include "RecoveredText.h"
 #include "RichTextBox.h"
@@ -65,7 +66,7 @@ frmSource::frmSource()
 
 frmSource::~frmSource()
 {
-    keepUnsaved();
+    keepCopy().leaveToLog();
 }
 
 frmSource *frmSource::openOn(const QString &html, const QString &address)
@@ -114,15 +115,16 @@ void frmSource::openFile(const QString &file)
 {
     if (!QFileInfo::exists(file))
         return;
-    const bool wasEdited = m_edited;
-    const SourceFile before = wasEdited ? m_editor->sourceFile() : SourceFile();
+    // Before the text goes, of which there may be no other copy.
+    if (const WriteResult kept = keepCopy(); !kept) {
+        NotSaved::tell(this, RecoveredText::folder(), kept);
+        return;
+    }
     if (!m_editor->OpenFile(file)) {
         MsgBox::inform(this,
                        languageText("strCannotOpen", u"The file cannot be read:"_s) + u'\n' + file);
         return;
     }
-    if (wasEdited)
-        RecoveredText::keep(before);
     setSubject(file);
     setEdited(false);
 }
@@ -177,6 +179,7 @@ void frmSource::goToLine()
 
 void frmSource::setEdited(bool edited)
 {
+    m_toldOfLoss = false;
     if (edited == m_edited)
         return;
     m_edited = edited;
@@ -189,15 +192,21 @@ void frmSource::setEdited(bool edited)
     m_state->setToolTip(m_state->text());
 }
 
-void frmSource::keepUnsaved()
+WriteResult frmSource::keepCopy() const
 {
-    if (m_edited && !RecoveredText::keep(m_editor->sourceFile()).isEmpty())
-        m_edited = false;
+    return m_edited ? RecoveredText::keep(m_editor->sourceFile()) : WriteResult();
 }
 
 void frmSource::closeEvent(QCloseEvent *event)
 {
-    keepUnsaved();
+    const WriteResult kept = keepCopy();
+    // Whoever closes it once more knows what he does.
+    if (!kept && !std::exchange(m_toldOfLoss, true)) {
+        NotSaved::tell(this, RecoveredText::folder(), kept);
+        event->ignore();
+        return;
+    }
+    m_edited = m_edited && !kept;
     // A window that is on its way out is no longer one of the loaded forms.
     Forms::remove(this);
     event->accept();

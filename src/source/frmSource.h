@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CommonDialog.h"
+#include "WriteResult.h"
 
 #include <QMainWindow>
 #include <functional>
@@ -51,7 +52,7 @@ private:
     void openFile(const QString &file);
     void goToLine();
     void setEdited(bool edited);
-    void keepUnsaved();
+    WriteResult keepCopy() const;
 
     txtHTML *m_editor;
     FindBar *m_findBar;
@@ -61,4 +62,6 @@ private:
     CommonDialog m_dialog;
     QString m_subject;
     bool m_edited = false;
+    /// That closing the window loses its text.
+    bool m_toldOfLoss = false;
 };

@@ -4,6 +4,7 @@
 #include "RecoveredText.h"
 #include "RichTextBox.h"
 #include "TempAppFolder.h"
+#include "Unlogged.h"
 #include "frmSource.h"
 #include "txtHTML.h"
 
@@ -56,6 +57,7 @@ private slots:
     void dropOpensTheFile();
     void editedTextIsKept();
     void savedTextIsNotKept();
+    void textThatCannotBeKeptIsTold();
     void olderCopiesMakeRoom();
     void aboutIsHandedOn();
     void finding();
@@ -312,13 +314,41 @@ void tst_frmSource::savedTextIsNotKept()
     QCOMPARE(m_folder->read(u"saved.html"_s), QByteArray("mine"));
 }
 
+void tst_frmSource::textThatCannotBeKeptIsTold()
+{
+    const Unlogged unlogged;
+    // In the way of the folder for copies.
+    QVERIFY(m_folder->write(u"AppData/Recovered"_s, "x"));
+    QVERIFY(m_folder->write(u"dropped.html"_s, "<i>"));
+    QTest::keyClicks(&m_window->txtHTML1().rtf1(), u"mine"_s);
+    const auto isTold = [this] {
+        auto *message = m_window->findChild<QMessageBox *>();
+        const bool told = message && message->text().contains(RecoveredText::folder());
+        delete message;
+        return told;
+    };
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(m_folder->file(u"dropped.html"_s))});
+    drop(files);
+    QVERIFY(isTold());
+    QCOMPARE(m_window->txtHTML1().Text(), u"mine"_s);
+    m_window->close();
+    QVERIFY(m_window && m_window->isVisible());
+    QVERIFY(isTold());
+    QTest::keyClicks(&m_window->txtHTML1().rtf1(), u"2"_s);
+    m_window->close();
+    QVERIFY2(m_window && isTold(), "what is new is told of anew");
+    m_window->close();
+    QTRY_VERIFY2(!m_window, "nobody is kept");
+}
+
 void tst_frmSource::olderCopiesMakeRoom()
 {
     QString last;
     SourceFile source;
     for (int i = 0; i < 35; ++i) {
         source.setText(QString::number(i));
-        last = RecoveredText::keep(source);
+        QVERIFY(RecoveredText::keep(source, &last));
     }
     QCOMPARE(copies().size(), 30);
     QVERIFY(QFile::exists(last));
