@@ -8,6 +8,7 @@
 #include "AddressFocus.h"
 #include "Clipboard.h"
 #include "ExecForms.h"
+#include "FieldEdit.h"
 #include "Frame.h"
 #include "WebBrowser.h"
 #include "brwURL.h"
@@ -24,20 +25,11 @@ struct Actions {
     void (*field)(QLineEdit &field);
 };
 
-/// The field that is a control, or within a control that has its focus in its place.
-QLineEdit *fieldOf(QWidget *control)
-{
-    if (auto *field = qobject_cast<QLineEdit *>(control))
-        return field;
-    auto *field = control ? control->findChild<QLineEdit *>() : nullptr;
-    return field && field->focusProxy() == control ? field : nullptr;
-}
-
 /// The field of the frame that the user works in, of whatever is docked there; null for the page
 /// and for the address bar, which have rules of their own.
 QLineEdit *otherField(Frame &frame, const AddressFocus &focus)
 {
-    QLineEdit *field = fieldOf(frame.window()->focusWidget());
+    QLineEdit *field = FieldEdit::focused(*frame.window());
     return field && !focus.isSet() && !focus.bar().isAncestorOf(field) ? field : nullptr;
 }
 
@@ -97,12 +89,6 @@ void selectNoneOf(brwURL &bar)
     bar.setSelStart(int(bar.Text().size()));
 }
 
-void cutFromField(QLineEdit &field)
-{
-    if (!field.isReadOnly())
-        field.cut();
-}
-
 void pasteIntoField(QLineEdit &field)
 {
     QWidget *owner = &field;
@@ -110,8 +96,8 @@ void pasteIntoField(QLineEdit &field)
         owner = owner->parentWidget();
     if (auto *bar = qobject_cast<brwURL *>(owner))
         pasteInto(*bar);
-    else if (!field.isReadOnly())
-        field.insert(clipboardText());
+    else
+        FieldEdit::paste(field);
 }
 
 /// The page is a window's active control unless another control in it is.
@@ -157,7 +143,7 @@ void registerEditCommands(Frame &frame)
     auto *bar = frame.window()->findChild<brwURL *>(u"brwURL1"_s);
     Q_ASSERT(bar);
     const AddressFocus &focus = *new AddressFocus(*bar);
-    onTarget(frame, focus, u"mnuEditCut"_s, {ifEnabled<OleCmd::Cut>, cutFrom, cutFromField});
+    onTarget(frame, focus, u"mnuEditCut"_s, {ifEnabled<OleCmd::Cut>, cutFrom, FieldEdit::cut});
     onTarget(frame, focus, u"mnuEditCopy"_s,
              {always<OleCmd::Copy>, copyFrom, [](QLineEdit &field) { field.copy(); }});
     onTarget(frame, focus, u"mnuEditPaste"_s,

@@ -8,6 +8,7 @@
 
 class FindBar;
 class QLabel;
+class QLineEdit;
 class QMenu;
 class QProgressBar;
 class txtHTML;
@@ -38,7 +39,9 @@ private:
     QMenu *addMenu(const char *name, const QString &caption);
     QAction *addItem(QMenu *menu, const char *name, const QString &caption,
                      void (frmSource::*handler)());
-    void addEditItem(const char *name, const QString &caption, void (txtHTML::*handler)());
+    /// The item is for the source, or for the field that has the focus in its place.
+    void addEditItem(const char *name, const QString &caption, void (txtHTML::*handler)(),
+                     void (*inField)(QLineEdit &field));
     void addSeparator(QMenu *menu, const char *name);
     void buildMenus();
     void buildStatusBar();

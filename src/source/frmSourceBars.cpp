@@ -1,3 +1,4 @@
+#include "FieldEdit.h"
 #include "FindBar.h"
 #include "Language.h"
 #include "RichTextBox.h"
@@ -5,6 +6,7 @@
 #include "txtHTML.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QStatusBar>
@@ -38,11 +40,17 @@ QAction *frmSource::addItem(QMenu *menu, const char *name, const QString &captio
     return action;
 }
 
-void frmSource::addEditItem(const char *name, const QString &caption, void (txtHTML::*handler)())
+void frmSource::addEditItem(const char *name, const QString &caption, void (txtHTML::*handler)(),
+                            void (*inField)(QLineEdit &field))
 {
     QAction *action = m_editMenu->addAction(caption);
     action->setObjectName(QLatin1String(name));
-    connect(action, &QAction::triggered, m_editor, handler);
+    connect(action, &QAction::triggered, m_editor, [this, handler, inField] {
+        if (QLineEdit *field = FieldEdit::focused(*this))
+            inField(*field);
+        else
+            (m_editor->*handler)();
+    });
 }
 
 void frmSource::addSeparator(QMenu *menu, const char *name)
@@ -59,13 +67,14 @@ void frmSource::buildMenus()
     addItem(file, "mnuFileExit", u"E&xit"_s, &frmSource::fileExit);
 
     m_editMenu = addMenu("mnuEdit", u"&Edit"_s);
-    addEditItem("mnuEditUndo", u"Undo"_s, &txtHTML::Undo);
+    addEditItem("mnuEditUndo", u"Undo"_s, &txtHTML::Undo, [](QLineEdit &field) { field.undo(); });
     addSeparator(m_editMenu, "mnuEditBar0");
-    addEditItem("mnuEditCut", u"Cu&t"_s, &txtHTML::Cut);
-    addEditItem("mnuEditCopy", u"&Copy"_s, &txtHTML::Copy);
-    addEditItem("mnuEditPaste", u"&Paste"_s, &txtHTML::Paste);
+    addEditItem("mnuEditCut", u"Cu&t"_s, &txtHTML::Cut, FieldEdit::cut);
+    addEditItem("mnuEditCopy", u"&Copy"_s, &txtHTML::Copy, [](QLineEdit &field) { field.copy(); });
+    addEditItem("mnuEditPaste", u"&Paste"_s, &txtHTML::Paste, FieldEdit::paste);
     addSeparator(m_editMenu, "mnuEditBar1");
-    addEditItem("mnuEditSelectAll", u"Select &All"_s, &txtHTML::SelectAll);
+    addEditItem("mnuEditSelectAll", u"Select &All"_s, &txtHTML::SelectAll,
+                [](QLineEdit &field) { field.selectAll(); });
 
     QMenu *help = addMenu("mnuHelp", u"&Help"_s);
     addItem(help, "mnuHelpAbout", u"&About"_s, &frmSource::helpAbout);

@@ -32,6 +32,8 @@ private slots:
     void theLanguagesThatShip();
     void filesAreUtf8WithWindowsLines_data() { languageRows(); }
     void filesAreUtf8WithWindowsLines();
+    void keysOfTheKeyboardAreNamedByTheToolkit_data() { languageRows(); }
+    void keysOfTheKeyboardAreNamedByTheToolkit();
     void everyKeyIsThereAndNoneIsUnknown_data() { languageRows(); }
     void everyKeyIsThereAndNoneIsUnknown();
     void whatIsNamedLikeATextIsOne();
@@ -206,6 +208,18 @@ void tst_Languages::filesAreUtf8WithWindowsLines()
     QCOMPARE(bytes.count('\n'), bytes.count("\r\n"));
     QCOMPARE(bytes.count('\r'), bytes.count("\r\n"));
     QVERIFY(bytes.endsWith("\r\n"));
+}
+
+/// As in the menus, which say "Strg" in German.
+void tst_Languages::keysOfTheKeyboardAreNamedByTheToolkit()
+{
+    QFETCH(QString, language);
+    const QMap<QString, QString> have = texts(language);
+    QVERIFY(have.value(u"frmMain/strNoWindow"_s).contains("%1"_L1));
+    for (auto text = have.cbegin(); text != have.cend(); ++text) {
+        for (const char *key : {"Ctrl", "Strg", "Shift+", "Umschalt", "Alt+"})
+            QVERIFY2(!text->contains(QLatin1String(key)), qPrintable(text.key()));
+    }
 }
 
 void tst_Languages::everyKeyIsThereAndNoneIsUnknown()

@@ -53,6 +53,7 @@ private slots:
     void droppedFolderIsTold();
     void openingOverEditedTextKeepsIt();
     void editCommands();
+    void editMenuActsInTheFindBar();
     void rightClickShowsTheEditMenu();
     void dropOpensTheFile();
     void editedTextIsKept();
@@ -271,6 +272,33 @@ void tst_frmSource::editCommands()
     QCOMPARE(editor.SelStart(), 1);
     trigger("mnuEditUndo");
     QCOMPARE(editor.Text(), QString());
+}
+
+void tst_frmSource::editMenuActsInTheFindBar()
+{
+    txtHTML &editor = m_window->txtHTML1();
+    editor.setText(u"<b>x"_s);
+    QTest::keyClicks(&editor.rtf1(), u"y"_s);
+    m_window->show();
+    m_window->activateWindow();
+    QTRY_VERIFY(m_window->isActiveWindow());
+    QTest::keyClick(m_window, Qt::Key_F, Qt::ControlModifier);
+    auto *field = m_window->findChild<QLineEdit *>(u"txtFind"_s);
+    QTRY_VERIFY(field->hasFocus());
+    QTest::keyClicks(field, u"sought"_s);
+    trigger("mnuEditUndo");
+    QCOMPARE(field->text(), QString());
+    QGuiApplication::clipboard()->setText(u"words"_s);
+    trigger("mnuEditPaste");
+    QCOMPARE(field->text(), u"words"_s);
+    trigger("mnuEditSelectAll");
+    trigger("mnuEditCut");
+    QCOMPARE(field->text(), QString());
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"words"_s);
+    QCOMPARE(editor.Text(), u"<b>xy"_s);
+    editor.rtf1().setFocus();
+    trigger("mnuEditUndo");
+    QCOMPARE(editor.Text(), u"<b>x"_s);
 }
 
 void tst_frmSource::rightClickShowsTheEditMenu()
