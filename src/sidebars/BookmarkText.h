@@ -9,8 +9,9 @@ namespace BookmarkText {
 QString decode(QByteArrayView bytes);
 
 /// With its character references resolved, as HTML has them: all names, the old ones also without
-/// their semicolon, and numbers; what is no reference stays as it is. In an address only the few that writers of bookmark
-/// files use are references, and only with their semicolon: `&copy=` is part of a query there.
+/// their semicolon, and numbers; what is no reference stays as it is. In an address only the few
+/// that writers of bookmark files use are references, and only with their semicolon: `&copy=` is
+/// part of a query there.
 QString resolved(const QString &text, bool isAddress);
 
 /// A title as one line: control characters and whatever stands around line breaks become one
