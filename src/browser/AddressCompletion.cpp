@@ -95,3 +95,11 @@ QUrl completeAddress(const QString &text)
         return withScheme(scheme, address);
     return webAddress(u"http"_s, address);
 }
+
+bool isOpenedHere(const QUrl &address)
+{
+    static const QStringList schemes{u"http"_s,        u"https"_s,  u"file"_s,
+                                     u"data"_s,        u"about"_s,  u"blob"_s,
+                                     u"view-source"_s, u"chrome"_s, u"qrc"_s};
+    return schemes.contains(address.scheme());
+}

@@ -4,6 +4,8 @@
 
 void CacheBypass::interceptRequest(QWebEngineUrlRequestInfo &info)
 {
+    if (info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame)
+        emit pageRequested(info.requestMethod());
     if (!m_active)
         return;
     switch (info.resourceType()) {

@@ -14,6 +14,10 @@ public:
     void setActive(bool active) { m_active = active; }
     void interceptRequest(QWebEngineUrlRequestInfo &info) override;
 
+signals:
+    /// The page itself is asked for, not a part of it; again for each redirect.
+    void pageRequested(const QByteArray &method);
+
 private:
     bool m_active = false;
 };

@@ -74,7 +74,7 @@ void show(QWebEnginePage *page, const QUrl &url, const QWebEngineLoadingInfo &in
         {u"scheme"_s, isDark ? u"dark"_s : u"light"_s},
     };
     const QString json = QString::fromUtf8(QJsonDocument(texts).toJson(QJsonDocument::Compact));
-    page->runJavaScript(PageScripts::source(u"error-page.js"_s).replace("%TEXTS%"_L1, json),
+    page->runJavaScript(PageScripts::isolatedSource(u"error-page.js"_s).replace("%TEXTS%"_L1, json),
                         QWebEngineScript::ApplicationWorld);
 }
 

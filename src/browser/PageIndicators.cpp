@@ -49,6 +49,12 @@ void PageIndicators::reset(const QUrl &url, bool arrived)
         emit privacyImpacted(impacted);
 }
 
+void PageIndicators::distrust()
+{
+    m_arrived = false;
+    refresh();
+}
+
 void PageIndicators::refresh()
 {
     // A certificate that is not valid never gets as far as a page: it is always refused.

@@ -16,6 +16,8 @@ public:
     void expect(const QUrl &url);
     /// A new page is shown. `arrived`: it came over its connection, as an error page did not.
     void reset(const QUrl &url, bool arrived = false);
+    /// Another page is shown, of which nothing more is known yet: it is not secure.
+    void distrust();
 
 signals:
     void secureChanged(bool secure);

@@ -18,28 +18,33 @@ QString mark()
     return value;
 }
 
-QString source(const QString &name)
-{
-    QFile file(":/browser/"_L1 + name);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QString::fromUtf8(file.readAll()).replace("%MARK%"_L1, mark());
-}
-
 namespace {
 enum class Frames { Main, All };
+
+QString text(const QString &name)
+{
+    QFile file(":/browser/"_L1 + name);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
 
 void insert(QWebEngineProfile *profile, const QString &name, QWebEngineScript::ScriptWorldId world,
             Frames frames)
 {
     QWebEngineScript script;
+    const QString file = name + ".js"_L1;
     script.setName(name);
-    script.setSourceCode(source(name + ".js"_L1));
+    // The page can read what runs in its own world.
+    script.setSourceCode(world == QWebEngineScript::MainWorld ? text(file) : isolatedSource(file));
     script.setInjectionPoint(QWebEngineScript::DocumentCreation);
     script.setWorldId(world);
     script.setRunsOnSubFrames(frames == Frames::All);
     profile->scripts()->insert(script);
 }
+}
+
+QString isolatedSource(const QString &name)
+{
+    return text(name).replace("%MARK%"_L1, mark());
 }
 
 void install(QWebEngineProfile *profile)

@@ -5,13 +5,14 @@
 
 class QWebEngineProfile;
 
-/// The script that runs in every frame of every page and tells, through marked console lines,
-/// what the engine has no signal for; and one in the page's own world that helps it.
+/// The script that runs in every frame of every page, out of the page's reach, and tells, through
+/// marked console lines, what the engine has no signal for; and two in the page's own world that
+/// help it. These hold no secret, and what comes from them is the page's word.
 namespace PageScripts {
 /// The secret mark of this process in front of every such line.
 QString mark();
-/// A script from the resources with the mark filled in.
-QString source(const QString &name);
+/// A script from the resources with the mark filled in; for the application's world only.
+QString isolatedSource(const QString &name);
 /// Puts the scripts into the profile; before the first page.
 void install(QWebEngineProfile *profile);
 
@@ -20,8 +21,8 @@ struct Line {
     /// "start", "load", "edit", "place", "retry" or "column".
     QString what;
     bool isMainFrame = false;
-    /// The frame's address for start and load; "true" or "false" for edit; for place what
-    /// `scriptedPlace` takes; a number for column.
+    /// The frame's address for start and load; "rich", "plain" or "none" for edit; for place what
+    /// `scriptedPlace` takes; a number for column. The last two the page can make up.
     QString value;
 };
 /// Nothing when `message` is a line of the page itself.

@@ -84,10 +84,10 @@ void QtWebBrowser::Navigate(const QString &url)
 {
     m_waiting = false;
     const QUrl address = completeAddress(url);
-    if (address.isEmpty()) {
-        // The engine would open an empty page instead.
-        if (raiseBeforeNavigate(QUrl(url)))
-            tellNoAddress(url.trimmed());
+    if (address.isEmpty() || !isOpenedHere(address)) {
+        // The engine would open an empty page instead, or do nothing and say nothing.
+        if (raiseBeforeNavigate(address.isEmpty() ? QUrl(url) : address))
+            tellNoPage(url.trimmed(), address);
         emit loadEnded();
         return;
     }
@@ -104,12 +104,15 @@ void QtWebBrowser::Navigate(const QString &url)
 }
 
 /// What is on the window stays; the status text says why.
-void QtWebBrowser::tellNoAddress(const QString &text)
+void QtWebBrowser::tellNoPage(const QString &text, const QUrl &address)
 {
     if (text.isEmpty() || text == "http:///"_L1)
         return;
-    showStatus(GetLanguageText(u"frmBrowser"_s, u"strNoAddress"_s, u"This is not an address:"_s)
-               + u' ' + text.left(200));
+    const QString why = address.isEmpty()
+        ? GetLanguageText(u"frmBrowser"_s, u"strNoAddress"_s, u"This is not an address:"_s)
+        : GetLanguageText(u"frmBrowser"_s, u"strOtherProgram"_s,
+                          u"Addresses of this kind are not opened here:"_s);
+    showStatus(why + u' ' + text.left(200));
     if (!m_hasDocument && m_events)
         m_events->TitleChange(text);
 }
@@ -159,21 +162,36 @@ bool QtWebBrowser::goneTo(bool goes)
 
 void QtWebBrowser::Refresh()
 {
-    if (!m_page)
-        return;
-    leaveCrashed();
-    m_page->triggerAction(QWebEnginePage::Reload);
+    reload(QWebEnginePage::Reload);
 }
 
 void QtWebBrowser::Refresh2(int level)
 {
     constexpr int completely = 3;
-    if (level != completely) {
-        Refresh();
-    } else if (m_page) {
+    reload(level == completely ? QWebEnginePage::ReloadAndBypassCache : QWebEnginePage::Reload);
+}
+
+void QtWebBrowser::reload(QWebEnginePage::WebAction action)
+{
+    if (!m_page)
+        return;
+    if (m_page->mayAskAgain())
         leaveCrashed();
-        m_page->triggerAction(QWebEnginePage::ReloadAndBypassCache);
-    }
+    m_page->triggerAction(action);
+}
+
+/// A form is never sent again unasked: it may order something a second time.
+void QtWebBrowser::onResendRequested(QWebEnginePage::WebAction action)
+{
+    if (!m_events)
+        return;
+    m_events->ConfirmResend([self = QPointer(this), page = m_page, action] {
+        // The user may be elsewhere by the time of the answer.
+        if (!self || !page || page != self->m_page || page->mayAskAgain())
+            return;
+        self->leaveCrashed();
+        page->resend(action);
+    });
 }
 
 void QtWebBrowser::Stop()
@@ -215,6 +233,16 @@ void QtWebBrowser::Move(int left, int top, int width, int height)
 QString QtWebBrowser::LocationURL() const
 {
     return m_location;
+}
+
+/// The engine keeps the address on its way to itself from the moment on in which the opener may
+/// have written into the window.
+QString QtWebBrowser::AddressBeforePage(const QString &asked) const
+{
+    if (!m_adopted)
+        return asked;
+    const QUrl safe = m_page && isUnderWay() ? m_page->url() : QUrl();
+    return safe.isEmpty() ? u"about:blank"_s : QString::fromLatin1(safe.toEncoded());
 }
 
 void QtWebBrowser::OuterHTML(const std::function<void(const QString &)> &done)

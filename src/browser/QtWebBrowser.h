@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QRect>
 #include <QUrl>
+#include <QWebEnginePage>
 
 class BrowserHost;
 class PageIndicators;
@@ -45,6 +46,7 @@ public:
     void Find() override;
     void Move(int left, int top, int width, int height) override;
     QString LocationURL() const override;
+    QString AddressBeforePage(const QString &asked) const override;
     bool HasDocument() const override { return m_hasDocument; }
     void ClearDocument() override { }
     void OuterHTML(const std::function<void(const QString &)> &done) override;
@@ -74,7 +76,7 @@ private:
     void adopt(QWebEngineNewWindowRequest &request);
 
     bool ask(const QUrl &url, int type, bool isMainFrame);
-    void tellNoAddress(const QString &text);
+    void tellNoPage(const QString &text, const QUrl &address);
     bool askForBlank(const QUrl &url);
     bool raiseBeforeNavigate(const QUrl &url);
     bool mayLeaveTrace(const QUrl &url) const;
@@ -85,8 +87,11 @@ private:
     void onLoadingChanged(const QWebEngineLoadingInfo &info);
     void onLoadStarted(const QUrl &url);
     void onLoadEnded(const QWebEngineLoadingInfo &info);
-    void onUrlChanged(const QUrl &url);
-    void onFrameStarted(const QString &url, bool isMainFrame);
+    void onUrlChanged();
+    void onDocumentStarted(const QString &address);
+    bool isUnderWay() const;
+    QUrl committedAddress() const;
+    void tellGivenUp();
     void onFrameLoaded(const QString &url, bool isMainFrame);
     void commit(const QString &url, bool arrived);
     void endBlank();
@@ -94,6 +99,8 @@ private:
 
     void onNewWindowRequested(QWebEngineNewWindowRequest &request);
     void onGeometryRequested(const QRect &pixels);
+    void reload(QWebEnginePage::WebAction action);
+    void onResendRequested(QWebEnginePage::WebAction action);
     void onPlaceRequested(const QString &request);
     void onCloseRequested();
     void onRendererGone();
@@ -112,7 +119,7 @@ private:
     NavigationHistory m_history;
     PageIndicators *m_indicators = nullptr;
     TitleThrottle *m_title = nullptr;
-    /// The shown page's address exactly as the page has it.
+    /// The shown page's address: the engine's word, as the page spells it.
     QString m_location;
     QString m_status;
     /// The address on its way.
@@ -131,6 +138,8 @@ private:
     int m_flags = 0;
     /// Loads whose start and end the engine tells although they were refused.
     int m_refusals = 0;
+    /// The navigation under way was begun by the program, not by a page.
+    bool m_isTyped = false;
     /// The navigation under way takes the place of the current history entry.
     bool m_replacesEntry = false;
     bool m_adopted = false;

@@ -29,6 +29,12 @@ bool isWeb(const QUrl &url)
     return url.scheme() == "http"_L1 || url.scheme() == "https"_L1;
 }
 
+/// A script can give its page no other address than one of the same site.
+bool sameSite(const QUrl &one, const QUrl &other)
+{
+    return one.scheme() == other.scheme() && one.authority() == other.authority();
+}
+
 bool samePage(const QUrl &one, const QUrl &other)
 {
     return one.adjusted(QUrl::RemoveFragment) == other.adjusted(QUrl::RemoveFragment);
@@ -56,8 +62,7 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
     if (!isMainFrame)
         return raiseBeforeNavigate(url);
     m_handedOver.clear();
-    const bool redirected = type == QWebEnginePage::NavigationTypeRedirect
-        && (m_stage == Stage::Asked || m_stage == Stage::Started);
+    const bool redirected = type == QWebEnginePage::NavigationTypeRedirect && isUnderWay();
     const bool replacing = !m_replacing.isEmpty() && samePage(m_replacing, url);
     if (!redirected && !replacing) {
         if (!raiseBeforeNavigate(url)) {
@@ -71,8 +76,10 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
             return false;
         }
     }
-    if (!redirected)
+    if (!redirected) {
         m_replacesEntry = replacing;
+        m_isTyped = type == QWebEnginePage::NavigationTypeTyped;
+    }
     m_opensEmpty = false;
     m_replacing.clear();
     m_pending = url;
@@ -88,6 +95,7 @@ bool QtWebBrowser::askForBlank(const QUrl &url)
 {
     if (!raiseBeforeNavigate(url))
         return false;
+    m_isTyped = false;
     m_pending = url;
     m_stage = Stage::Asked;
     return true;
@@ -146,28 +154,52 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
         // stopping one in a window opened without an address would end the program.
         raiseBeforeNavigate(url);
         m_pending = url;
+        m_isTyped = false;
     }
     m_stage = Stage::Started;
     m_busy = true;
+    // Whether the address may be shown ahead of its page is known from here on.
+    if (m_adopted && !m_hasDocument && m_events)
+        m_events->LocationChange(m_location);
     showStatus(statusText(u"strOpening"_s, u"Opening page"_s) + u' ' + encoded(m_pending)
                + u"..."_s);
 }
 
-void QtWebBrowser::onFrameStarted(const QString &url, bool isMainFrame)
+bool QtWebBrowser::isUnderWay() const
 {
-    if (!isMainFrame)
-        return;
+    return m_stage == Stage::Asked || m_stage == Stage::Started;
+}
+
+/// The address of what the page shows, as the engine has it; empty while the window holds nothing
+/// but what its opener may have put there. No page has a say in it.
+QUrl QtWebBrowser::committedAddress() const
+{
+    const QWebEngineHistory *history = m_page->history();
+    if (history->count() == 0)
+        return {};
+    // The current entry of the history is no answer by itself: a step in it counts at once.
+    const QUrl shown = m_page->url();
+    const bool isOnItsWay = !shown.isEmpty()
+        && (shown == m_handedOver || (m_isTyped && isUnderWay() && shown == m_pending));
+    return isOnItsWay ? history->currentItem().url() : shown;
+}
+
+/// What the script in the page tells is when to look, and how the page spells its address; which
+/// address that is, the engine tells.
+void QtWebBrowser::onDocumentStarted(const QString &address)
+{
     // The start of a page whose end was told first: no news, whatever has been asked for since.
-    if (!m_startedUnheard.isEmpty() && std::exchange(m_startedUnheard, {}) == url)
+    if (!m_startedUnheard.isEmpty() && std::exchange(m_startedUnheard, {}) == address)
         return;
-    if (m_stage == Stage::None || m_stage == Stage::Committed)
+    const QUrl committed = committedAddress();
+    if (!isUnderWay() || committed.isEmpty())
         return;
     // The load that a blank page was opened over has got this far.
-    if (m_pending.scheme() == "about"_L1 && !url.startsWith("about:"_L1))
+    if (m_pending.scheme() == "about"_L1 && committed.scheme() != "about"_L1)
         return;
-    const bool failed = url.startsWith("chrome-error:"_L1);
-    commit(failed ? encoded(m_pending) : url, !failed);
-    if (url.startsWith("about:"_L1))
+    const bool failed = address.startsWith("chrome-error:"_L1);
+    commit(QUrl(address) == committed ? address : encoded(committed), !failed);
+    if (committed.scheme() == "about"_L1)
         QTimer::singleShot(0, this, &QtWebBrowser::endBlank);
 }
 
@@ -194,6 +226,7 @@ void QtWebBrowser::commit(const QString &url, bool arrived)
     m_completed = false;
     m_showsError = false;
     m_busy = true;
+    m_page->noteArrival();
     m_indicators->reset(QUrl(url), arrived);
     if ((m_flags & NavFlags::NoHistory) && !m_replacesEntry && m_page->history()->count() > 1)
         m_history.skipCurrent(m_page);
@@ -205,7 +238,7 @@ void QtWebBrowser::commit(const QString &url, bool arrived)
 void QtWebBrowser::onFrameLoaded(const QString &url, bool isMainFrame)
 {
     if (isMainFrame)
-        completeDocument(url);
+        completeDocument(m_location);
     else if (m_events)
         m_events->DocumentComplete(url);
 }
@@ -226,15 +259,15 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
         m_handedOver.clear();
     if (stopped && m_refusals > 0) {
         --m_refusals;
+        tellGivenUp();
         emit loadEnded();
         return;
     }
-    const bool underWay = m_stage == Stage::Asked || m_stage == Stage::Started;
-    if (underWay && !stopped) {
+    if (isUnderWay() && !stopped) {
         // The end of an earlier load, told late.
         if (!samePage(info.url(), m_pending))
             return;
-        commit(encoded(m_page->url()), !info.isErrorPage());
+        commit(encoded(committedAddress()), !info.isErrorPage());
         m_startedUnheard = info.isErrorPage() ? u"chrome-error://chromewebdata/"_s : m_location;
     }
     if (info.isErrorPage()) {
@@ -247,23 +280,44 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     m_busy = false;
     m_stage = Stage::None;
     // The page may have changed its address while the other one was on its way.
-    if (stopped)
-        onUrlChanged(m_page->url());
+    if (stopped) {
+        onUrlChanged();
+        tellGivenUp();
+    }
     showStatus(stopped ? QString() : statusText(u"strDone"_s, u"Done"_s));
     emit loadEnded();
 }
 
-void QtWebBrowser::onUrlChanged(const QUrl &url)
+/// Nothing came of a navigation, and none is to come: what stands for it anywhere goes.
+void QtWebBrowser::tellGivenUp()
 {
-    const bool underWay = m_stage == Stage::Asked || m_stage == Stage::Started;
-    if (!m_hasDocument || underWay || url == QUrl(m_location))
+    if (m_events && m_stage == Stage::None && m_handedOver.isEmpty() && m_replacing.isEmpty())
+        m_events->NavigationGivenUp();
+}
+
+/// Comes when a page has taken the place of another, before any of its scripts runs, and when a
+/// page gives itself another address.
+void QtWebBrowser::onUrlChanged()
+{
+    const QUrl address = committedAddress();
+    if (address.isEmpty()) {
+        if (m_adopted && m_events)
+            m_events->LocationChange(m_location);
         return;
-    // The engine can name an address as the page's before it asks for it, and what is behind it
-    // may turn out to be no page.
-    if (!m_handedOver.isEmpty() && !samePage(url, QUrl(m_location)))
+    }
+    const QUrl before(m_location);
+    if (!m_hasDocument || address == before)
         return;
-    m_handedOver.clear();
-    m_location = encoded(url);
+    // The engine does not ask before it goes to another place in the page.
+    if (address == m_handedOver && samePage(address, before))
+        m_handedOver.clear();
+    // Told when the navigation is over, one way or the other.
+    if (isUnderWay() && (!isWeb(address) || sameSite(address, before)))
+        return;
+    // Nothing of one site stands over another's page, not even until its document begins.
+    if (!sameSite(address, before))
+        m_indicators->distrust();
+    m_location = encoded(address);
     if (m_events)
         m_events->LocationChange(m_location);
 }

@@ -56,6 +56,7 @@ void QtWebBrowser::forgetPage()
     m_requested = QRect();
     m_stage = Stage::None;
     m_refusals = 0;
+    m_isTyped = false;
     m_adopted = false;
     m_busy = false;
     m_hasDocument = false;
@@ -73,12 +74,13 @@ void QtWebBrowser::connectLoading()
                                bool isMainFrame) { return ask(url, type, isMainFrame); });
     connect(m_page, &QWebEnginePage::loadingChanged, this, &QtWebBrowser::onLoadingChanged);
     connect(m_page, &QWebEnginePage::urlChanged, this, &QtWebBrowser::onUrlChanged);
-    connect(m_page, &WebPage::frameStarted, this, &QtWebBrowser::onFrameStarted);
+    connect(m_page, &WebPage::documentStarted, this, &QtWebBrowser::onDocumentStarted);
     connect(m_page, &WebPage::frameLoaded, this, &QtWebBrowser::onFrameLoaded);
     connect(m_page, &WebPage::scriptFailed, this, [this](const ScriptError &error) {
         if (m_events && !m_silent)
             m_events->ScriptFailed(error);
     });
+    connect(m_page, &WebPage::resendRequested, this, &QtWebBrowser::onResendRequested);
     connect(m_page, &WebPage::retryRequested, this, [this] {
         if (m_showsError)
             QTimer::singleShot(0, this, [this] { Refresh(); });

@@ -46,10 +46,7 @@ SourceJob::SourceJob(WebPage *page, const QString &file, Otherwise otherwise, QW
                 if (status != QWebEnginePage::NormalTerminationStatus)
                     end(false);
             });
-    connect(page, &WebPage::frameStarted, this, [this](const QString &, bool isMainFrame) {
-        if (isMainFrame)
-            end(false);
-    });
+    connect(page, &WebPage::documentStarted, this, [this] { end(false); });
 }
 
 SourceJob::~SourceJob()
@@ -78,7 +75,7 @@ void SourceJob::readInPage()
             collect();
     });
     const QString script =
-        PageScripts::source(u"page-source.js"_s)
+        PageScripts::isolatedSource(u"page-source.js"_s)
             .replace("%CACHE%"_L1, m_page->mayAskAgain() ? "force-cache"_L1 : "only-if-cached"_L1)
             .replace("%NUMBER%"_L1, QString::number(m_number));
     m_page->runJavaScript(script, QWebEngineScript::ApplicationWorld);
@@ -127,7 +124,7 @@ void SourceJob::useLiveContents()
     if (m_otherwise == Otherwise::LiveMarkup)
         m_page->toHtml(later);
     else
-        m_page->runJavaScript(PageScripts::source(u"page-text.js"_s),
+        m_page->runJavaScript(PageScripts::isolatedSource(u"page-text.js"_s),
                               QWebEngineScript::ApplicationWorld,
                               [later](const QVariant &text) { later(text.toString()); });
 }

@@ -69,9 +69,15 @@ public:
     virtual void NewWindow2(WebBrowser *&target, bool &cancel) = 0;
     /// The user chose the page's own menu item that opens a link in a new window.
     virtual void OpenLinkInNewWindow(const QString &) { }
+    /// A navigation ended and brought no page: the window shows what it showed before.
+    virtual void NavigationGivenUp() { }
+    /// A reload would send the form once more that the page is the answer to. `again` does so.
+    virtual void ConfirmResend(const std::function<void()> &) { }
     /// The page at `url` is shown from now on (its first bytes have arrived).
     virtual void NavigateComplete2(const QString &url) = 0;
-    /// The page's address changed without a navigation (a fragment, a history state).
+    /// The page's address changed without a navigation (a fragment, a history state), or ahead of
+    /// `NavigateComplete2`. Empty: that of a window without a page of its own, which may be another
+    /// `AddressBeforePage` now.
     virtual void LocationChange(const QString &url) = 0;
     /// Raised for every frame of a page, the page itself last.
     virtual void DocumentComplete(const QString &url) = 0;
@@ -133,6 +139,9 @@ public:
 
     /// The page's address in encoded form, byte-exact; empty when nothing was opened yet.
     virtual QString LocationURL() const = 0;
+    /// What stands for the window's address before it has a page: `asked`, unless a page opened
+    /// the window and may have written into it.
+    virtual QString AddressBeforePage(const QString &asked) const { return asked; }
     /// False until the first document is there.
     virtual bool HasDocument() const = 0;
     /// Clears the current document; the page shown is not affected.

@@ -21,6 +21,8 @@ WebPage::WebPage(QWebEngineProfile *profile)
     , m_cacheBypass(new CacheBypass(this))
 {
     setUrlRequestInterceptor(m_cacheBypass);
+    connect(m_cacheBypass, &CacheBypass::pageRequested, this,
+            [this](const QByteArray &method) { m_sendsForm = method != "GET"; });
     answerRequests();
 }
 
@@ -58,6 +60,10 @@ void WebPage::renewInterceptor()
 
 void WebPage::triggerAction(WebAction action, bool checked)
 {
+    if (!m_mayAskAgain && (action == Reload || action == ReloadAndBypassCache)) {
+        emit resendRequested(action);
+        return;
+    }
     const bool opensLink = action == OpenLinkInNewWindow || action == OpenLinkInNewTab
         || action == OpenLinkInNewBackgroundTab;
     const QWebEngineView *view = opensLink ? QWebEngineView::forPage(this) : nullptr;
@@ -72,18 +78,16 @@ bool WebPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool
 {
     const EngineCallbackScope scope;
     const bool accepted = !m_question || m_question(url, type, isMainFrame);
+    // Until its request is seen, which not every kind of address has.
     if (accepted && isMainFrame)
-        noteOrigin(type);
+        m_sendsForm = type == NavigationTypeFormSubmitted;
     return accepted;
 }
 
-/// A redirect and a reload may repeat what was sent; a step in the history may lead to any page.
-void WebPage::noteOrigin(NavigationType type)
+void WebPage::noteArrival()
 {
-    if (type == NavigationTypeFormSubmitted || type == NavigationTypeBackForward)
-        m_mayAskAgain = false;
-    else if (type != NavigationTypeRedirect && type != NavigationTypeReload)
-        m_mayAskAgain = true;
+    const QString scheme = url().scheme();
+    m_mayAskAgain = !m_sendsForm || (scheme != "http"_L1 && scheme != "https"_L1);
 }
 
 void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message,
@@ -99,9 +103,10 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
             reportError(message, line, source);
         qCDebug(lcEngine) << level << source << line << message.left(300);
     } else if (told->what == "start"_L1) {
-        if (told->isMainFrame)
-            m_editableFocus = m_richFocus = false;
-        emit frameStarted(told->value, told->isMainFrame);
+        if (!told->isMainFrame)
+            return;
+        m_editableFocus = m_richFocus = false;
+        emit documentStarted(told->value);
     } else if (told->what == "load"_L1) {
         emit frameLoaded(told->value, told->isMainFrame);
     } else if (told->what == "edit"_L1) {

@@ -27,16 +27,25 @@ public:
     bool hasEditableFocus() const { return m_editableFocus; }
     /// It takes pictures and formatted text, too.
     bool hasRichFocus() const { return m_richFocus; }
-    /// The page's address may be asked for once more: the page is not the answer to a form, whose
-    /// fields would be missing, as far as the engine tells.
+    /// The page's address may be asked for once more: the page is not the answer to a form that was
+    /// sent to the server, and would be sent again.
     bool mayAskAgain() const { return m_mayAskAgain; }
+    /// The page that was on its way is the one shown from now on.
+    void noteArrival();
+    /// Reloads, and sends the form again that the page is the answer to.
+    void resend(WebAction action) { QWebEnginePage::triggerAction(action); }
 
+    /// A reload that would send a form again only asks for it, by `resendRequested`.
     void triggerAction(WebAction action, bool checked = false) override;
 
 signals:
+    /// The page was to be reloaded with `action`; `resend` does it.
+    void resendRequested(QWebEnginePage::WebAction action);
     /// An item of the page's own menu opens a link in a new window.
     void linkWindowRequested(const QUrl &url);
-    void frameStarted(const QString &url, bool isMainFrame);
+    /// A document begins in the main frame: time to ask the engine what it shows. `address` is how
+    /// the document spells its own, and "chrome-error:" for the engine's page of an error.
+    void documentStarted(const QString &address);
     void frameLoaded(const QString &url, bool isMainFrame);
     /// A script asks for another place or size of its window, as `scriptedPlace` takes it.
     void placeRequested(const QString &request);
@@ -64,7 +73,6 @@ protected:
 
 private:
     void answerRequests();
-    void noteOrigin(NavigationType type);
     void reportError(const QString &message, int line, const QString &source);
 
     Question m_question;
@@ -72,6 +80,8 @@ private:
     bool m_editableFocus = false;
     bool m_richFocus = false;
     bool m_mayAskAgain = true;
+    /// The page on its way is asked for with a form.
+    bool m_sendsForm = false;
     /// Of the error that is about to be reported; 0: unknown.
     int m_errorColumn = 0;
 };

@@ -49,8 +49,10 @@ frmBrowser::frmBrowser(Frame &frame)
     connect(this, &QMdiSubWindow::windowStateChanged, this,
             [this](Qt::WindowStates before, Qt::WindowStates now) {
                 const bool activated = !(before & Qt::WindowActive) && (now & Qt::WindowActive);
-                if (activated && m_loaded && !m_unloaded)
-                    GotFocus();
+                if (activated && m_loaded && !m_unloaded) {
+                    pressTab();
+                    m_frame.setAddressText(shownAddress());
+                }
                 // What was left undone in the meantime; the client area may have kept its size.
                 if ((before & Qt::WindowMinimized) && !(now & Qt::WindowMinimized))
                     Form_Resize();
@@ -67,6 +69,19 @@ frmBrowser::~frmBrowser()
 QString frmBrowser::tabKey() const
 {
     return WindowTabs::key(m_hWnd);
+}
+
+QString frmBrowser::shownAddress() const
+{
+    const QString address = m_browser->LocationURL();
+    return address.isEmpty() ? m_browser->AddressBeforePage(m_opening) : address;
+}
+
+/// In the shared address bar, while this window is the one it is for.
+void frmBrowser::showAddress()
+{
+    if (isActiveChild())
+        m_frame.setAddressText(shownAddress());
 }
 
 int frmBrowser::innerWidth() const
@@ -105,7 +120,9 @@ void frmBrowser::Form_Load()
         else
             m_browser->NavigateLater(StartingAddress);
         m_frame.setAddressText(StartingAddress);
-        StartingAddress.clear();
+        m_opening = std::exchange(StartingAddress, {});
+    } else if (Popup) {
+        m_opening = u"about:blank"_s;
     }
     m_frame.tbWindows().addTab(tabKey(), u"Loading..."_s);
 }

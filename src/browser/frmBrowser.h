@@ -38,6 +38,9 @@ public:
     WebBrowser *brwWebBrowser() const { return m_browser; }
     StatusStrip *statusBar() const { return m_status; }
 
+    /// The address that stands for the window: its page's, and until there is one what it was
+    /// opened on, or "about:blank" where another page may have put its own contents into it.
+    QString shownAddress() const;
     /// The key of this window's tab.
     QString tabKey() const;
     /// Size of the client area, twips.
@@ -73,6 +76,8 @@ private:
     void BeforeNavigate2(const QString &url, int &flags, bool &cancel) override;
     void NewWindow2(WebBrowser *&target, bool &cancel) override;
     void OpenLinkInNewWindow(const QString &url) override;
+    void NavigationGivenUp() override;
+    void ConfirmResend(const std::function<void()> &again) override;
     void NavigateComplete2(const QString &url) override;
     void LocationChange(const QString &url) override;
     void DocumentComplete(const QString &url) override;
@@ -94,6 +99,8 @@ private:
     bool closedAsBlocked(const QString &url, bool &cancel);
     void renewBudget();
     bool isActiveChild() const;
+    void showAddress();
+    void pressTab();
     bool menuChecked(const char *menuName) const;
 
     Frame &m_frame;
@@ -104,6 +111,8 @@ private:
     frmScriptErrors *m_scriptErrors = nullptr;
     /// Shared with the windows that pages of this one open by themselves.
     std::shared_ptr<PopupBudget> m_budget;
+    /// What the window was opened on.
+    QString m_opening;
     /// The site whose pages the budget is for.
     QString m_budgetHost;
     /// The active window and the focus before this one, a popup, was shown.
@@ -114,6 +123,7 @@ private:
     bool m_loaded = false;
     bool m_unloaded = false;
     bool m_closeQuestionOpen = false;
+    bool m_resendQuestionOpen = false;
 };
 
 /// The frame's active browser window; null when there is none.

@@ -1,6 +1,7 @@
 // What a browser window does when its engine tells of something.
 #include "BrowserTabs.h"
 #include "Frame.h"
+#include "Language.h"
 #include "MsgBox.h"
 #include "PopupBudget.h"
 #include "ScriptError.h"
@@ -47,7 +48,8 @@ void frmBrowser::BeforeNavigate2(const QString &url, int &flags, bool &cancel)
         if (closedAsBlocked(url, cancel))
             return;
         fitToControl();
-        m_frame.setAddressText(url);
+        m_opening = url;
+        showAddress();
         Popup = false;
     }
     if (m_browser->HasDocument())
@@ -106,10 +108,33 @@ void frmBrowser::ScriptFailed(const ScriptError &error)
     m_scriptErrors->add(error);
 }
 
-void frmBrowser::LocationChange(const QString &url)
+void frmBrowser::LocationChange(const QString &)
 {
-    if (isActiveChild())
-        m_frame.setAddressText(url);
+    showAddress();
+}
+
+void frmBrowser::NavigationGivenUp()
+{
+    showAddress();
+}
+
+void frmBrowser::ConfirmResend(const std::function<void()> &again)
+{
+    if (std::exchange(m_resendQuestionOpen, true))
+        return;
+    const QString text =
+        GetLanguageText(u"frmBrowser"_s, u"strResend"_s,
+                        u"This page is the answer to a form. To show it anew, the form must be "
+                        u"sent again, and what it did, such as an order, may happen a second "
+                        u"time. Send it again?"_s);
+    MsgBox::ask(this, text, {},
+                [window = QPointer<frmBrowser>(this), again](MsgBox::Answer answer) {
+                    if (!window)
+                        return;
+                    window->m_resendQuestionOpen = false;
+                    if (answer == MsgBox::Answer::Yes)
+                        again();
+                });
 }
 
 void frmBrowser::DocumentComplete(const QString &url)
@@ -144,13 +169,17 @@ void frmBrowser::PrivacyImpactedStateChange(bool impacted)
     m_status->setPrivacyShown(impacted);
 }
 
-void frmBrowser::GotFocus()
+void frmBrowser::pressTab()
 {
     WindowTabs &tabs = m_frame.tbWindows();
-    if (tabs.isPressed(tabKey()))
+    if (!tabs.isPressed(tabKey()))
+        tabs.setPressed(tabKey(), true);
+}
+
+void frmBrowser::GotFocus()
+{
+    if (m_frame.tbWindows().isPressed(tabKey()))
         return;
-    tabs.setPressed(tabKey(), true);
-    const QString address = m_browser->LocationURL();
-    if (!address.isEmpty())
-        m_frame.setAddressText(address);
+    pressTab();
+    m_frame.setAddressText(shownAddress());
 }

@@ -9,6 +9,7 @@
 #include "Forms.h"
 #include "Frame.h"
 #include "Language.h"
+#include "MailProgram.h"
 
 using namespace Qt::StringLiterals;
 
@@ -66,5 +67,6 @@ void frmOpenURL::cmdOpenURL_Click()
 {
     const QString url = m_txtOpenURL->text();
     close();
-    m_frame.NavigateActive(url);
+    if (!openInMailProgram(url))
+        m_frame.NavigateActive(url);
 }

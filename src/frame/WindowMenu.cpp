@@ -65,7 +65,7 @@ void bringToFront(Frame &frame, QMdiSubWindow *window)
     // Out of the address field: what was typed there for another page would keep the text from
     // telling which page this is.
     browser->brwWebBrowser()->SetFocus();
-    frame.setAddressText(browser->brwWebBrowser()->LocationURL());
+    frame.setAddressText(browser->shownAddress());
 }
 
 /// A window as the list of windows names it: by its caption, or by what else is known of its page.

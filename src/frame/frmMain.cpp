@@ -30,6 +30,7 @@
 #include "FrameBody.h"
 #include "Language.h"
 #include "LinksBar.h"
+#include "MailProgram.h"
 #include "MdiArea.h"
 #include "NavigationCommands.h"
 #include "PlainCaption.h"
@@ -160,6 +161,10 @@ void frmMain::connectAddressBar()
 
 void frmMain::navigateToAddress()
 {
+    if (openInMailProgram(m_brwURL1->Text())) {
+        restoreAddress();
+        return;
+    }
     NavigateActive(m_brwURL1->Text());
     if (const frmBrowser *active = activeBrowser(*this))
         active->brwWebBrowser()->SetFocus();
@@ -168,7 +173,7 @@ void frmMain::navigateToAddress()
 void frmMain::restoreAddress()
 {
     if (const frmBrowser *active = activeBrowser(*this))
-        m_brwURL1->setText(active->brwWebBrowser()->LocationURL());
+        m_brwURL1->setText(active->shownAddress());
 }
 
 void frmMain::load()

@@ -21,6 +21,7 @@ private slots:
     void cleanup();
     void loadOpensTheStartingAddress();
     void loadWithoutAddressOpensNothing();
+    void activationSetsAnEmptyAddressToo();
     void numbersAreUnique();
     void resizePlacesTheControl();
     void minimizedWindowKeepsTheControl();
@@ -101,8 +102,20 @@ void tst_frmBrowser::loadWithoutAddressOpensNothing()
 {
     const frmBrowser *form = open({});
     QVERIFY(engineOf(form)->navigated.isEmpty());
-    QVERIFY(m_frame->addressTexts.isEmpty());
+    QCOMPARE(m_frame->addressText, QString());
     QCOMPARE(m_frame->tabs.tabs.size(), 1);
+}
+
+void tst_frmBrowser::activationSetsAnEmptyAddressToo()
+{
+    frmBrowser *empty = open({});
+    open();
+    QCOMPARE(m_frame->addressText, u"http://one/"_s);
+    m_frame->area->setActiveSubWindow(empty);
+    QTRY_COMPARE(m_frame->addressText, QString());
+    // Until it has a page, a window is known by what it was opened on.
+    m_frame->area->setActiveSubWindow(browserForms().last());
+    QTRY_COMPARE(m_frame->addressText, u"http://one/"_s);
 }
 
 void tst_frmBrowser::numbersAreUnique()

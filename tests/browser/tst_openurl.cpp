@@ -1,10 +1,12 @@
 #include "frmOpenURL.h"
 
+#include <QDesktopServices>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
+#include <QUrl>
 #include <memory>
 
 #include "FakeFrame.h"
@@ -13,6 +15,17 @@
 #include "TempAppFolder.h"
 
 using namespace Qt::StringLiterals;
+
+/// A program of the desktop's.
+class Starter : public QObject {
+    Q_OBJECT
+
+public slots:
+    void start(const QUrl &url) { emit started(url); }
+
+signals:
+    void started(const QUrl &url);
+};
 
 /// The dialog in which an address is typed, and what it hands on.
 class tst_OpenUrl : public QObject {
@@ -27,6 +40,7 @@ private slots:
     void enterOpensOnce();
     void textGoesAsItStands_data();
     void textGoesAsItStands();
+    void mailAddressGoesToTheMailProgram();
     void cancelOpensNothing_data();
     void cancelOpensNothing();
     void typingStartsInTheField();
@@ -123,6 +137,27 @@ void tst_OpenUrl::textGoesAsItStands()
     QTest::mouseClick(button("cmdOpenURL"), Qt::LeftButton);
     QTRY_VERIFY(!m_dialog);
     QCOMPARE(m_frame->navigated, QStringList{text});
+}
+
+void tst_OpenUrl::mailAddressGoesToTheMailProgram()
+{
+    QList<QUrl> started;
+    Starter starter;
+    connect(&starter, &Starter::started, this,
+            [&started](const QUrl &url) { started.append(url); });
+    QDesktopServices::setUrlHandler(u"mailto"_s, &starter, "start");
+    QDesktopServices::setUrlHandler(u"other"_s, &starter, "start");
+    for (const QString &typed : {u"MailTo:a@b.example"_s, u"other:x"_s}) {
+        show();
+        m_field->setText(typed);
+        button("cmdOpenURL")->click();
+        QTRY_VERIFY(!m_dialog || !m_dialog->isVisible());
+        delete m_dialog;
+    }
+    QDesktopServices::unsetUrlHandler(u"mailto"_s);
+    QDesktopServices::unsetUrlHandler(u"other"_s);
+    QCOMPARE(started, QList<QUrl>{QUrl(u"mailto:a@b.example"_s)});
+    QCOMPARE(m_frame->navigated, QStringList{u"other:x"_s});
 }
 
 void tst_OpenUrl::cancelOpensNothing_data()

@@ -120,7 +120,6 @@ void tst_popuporder::matchDoesNothingElse()
     FakeWebBrowser *engine = engineOf(popup);
     engine->hasDocument = true;
     engine->widget()->setGeometry(10, 10, 50, 50);
-    m_scene->frame.addressText = u"before"_s;
     m_scene->frame.flags = 10;
     int flags = -1;
     QVERIFY(!navigate(popup, address, &flags));
@@ -129,7 +128,7 @@ void tst_popuporder::matchDoesNothingElse()
     QVERIFY(engine->moves.isEmpty());
     QCOMPARE(engine->cleared, 0);
     QCOMPARE(flags, -1);
-    QCOMPARE(m_scene->frame.addressText, u"before"_s);
+    QVERIFY(!m_scene->frame.addressTexts.contains(address));
     QCOMPARE(m_scene->frame.tabs.tabs.size(), 1);
     QVERIFY(!engine->events);
     QTRY_VERIFY(!popup);

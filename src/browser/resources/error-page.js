@@ -1,6 +1,9 @@
 // Replaces what the engine shows at an address it could not open.
 (() => {
     'use strict';
+    // Another page may have come meanwhile.
+    if (location.protocol !== 'chrome-error:')
+        return;
     const text = %TEXTS%;
     const make = (name, content, parent) => {
         const element = document.createElement(name);

@@ -1,5 +1,7 @@
 // Runs first in every frame, in a world of its own that the page cannot see, and tells what the
 // engine has no signal for. The mark in front is secret, so a page cannot send such lines itself.
+// Events that the page made up are not the user's doing or the engine's, and are not told; what our
+// scripts in the page's own world send is the page's word, and only taken in the form it has.
 (() => {
     'use strict';
     const tell = (what, value) =>
@@ -18,12 +20,24 @@
             tell('unfocused', '');
     };
     addEventListener('DOMContentLoaded', checkFocus);
-    addEventListener('load', () => {
+    addEventListener('load', (event) => {
+        if (!event.isTrusted)
+            return;
         tell('load', location.href);
         checkFocus();
     });
+    const longestPlace = 40;
     if (window === window.top)
-        visualViewport?.addEventListener('orvane-place', (event) => tell('place', event.detail));
+        visualViewport?.addEventListener('orvane-place', (event) => {
+            const place = event.detail;
+            if (typeof place === 'string' && place.length <= longestPlace)
+                tell('place', place);
+        });
+    visualViewport?.addEventListener('orvane-column', (event) => {
+        const column = event.detail;
+        if (Number.isSafeInteger(column))
+            tell('column', column);
+    });
 
     const textTypes = ['text', 'search', 'url', 'tel', 'email', 'password', 'number', 'date',
         'datetime-local', 'month', 'time', 'week'];
@@ -45,10 +59,16 @@
     };
     // A field that only the window takes the keyboard from stays the one to edit: a menu or a side
     // bar has it meanwhile. Another frame of the page tells of its own when it gets it.
-    addEventListener('focusin', (event) => tell('edit', takenBy(event.composedPath()[0])), true);
+    addEventListener('focusin', (event) => {
+        if (event.isTrusted)
+            tell('edit', takenBy(event.composedPath()[0]));
+    }, true);
     addEventListener('focusout', (event) => {
-        if (event.composedPath()[0] !== activeElement())
+        if (event.isTrusted && event.composedPath()[0] !== activeElement())
             tell('edit', 'none');
     }, true);
-    addEventListener('focus', () => tell('edit', takenBy(activeElement())));
+    addEventListener('focus', (event) => {
+        if (event.isTrusted)
+            tell('edit', takenBy(activeElement()));
+    });
 })();

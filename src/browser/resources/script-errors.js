@@ -1,11 +1,14 @@
-// Tells the column of an uncaught error, which the engine's own report leaves out. It runs in the
-// page's world, where errors can be heard, and first: what it uses is its own from then on, so
-// that the page never sees the mark.
+// Tells the column of an uncaught error, which the engine's own report leaves out, to our script in
+// the frame's other world. It runs in the page's world, the only one where such errors can be heard,
+// and what runs there the page may read, replace and imitate: it holds no secret, and what it tells
+// counts for no more than the page's own word.
 (() => {
     'use strict';
-    const tell = console.debug.bind(console);
+    const channel = visualViewport;
+    const send = channel.dispatchEvent.bind(channel);
+    const Message = CustomEvent;
     addEventListener('error', (event) => {
         if (event.colno > 0)
-            tell('%MARK%["column",true,' + event.colno + ']');
+            send(new Message('orvane-column', {detail: event.colno}));
     }, true);
 })();

@@ -22,6 +22,7 @@ private slots:
     void nextPageIsJudgedAnew();
     void selfSignedIsRefused();
     void mixedContentIsNotSecure();
+    void noMoreSecureOnceAnotherPageIsShown();
     void sameSiteCookiesAreKept();
     void cookieOfAnotherSiteIsRefused();
     void nextPageClearsPrivacy();
@@ -142,6 +143,19 @@ void tst_indicators::mixedContentIsNotSecure()
     QTRY_VERIFY(!m_scene->events.secure);
 }
 
+void tst_indicators::noMoreSecureOnceAnotherPageIsShown()
+{
+    PageIndicators indicators(nullptr);
+    QList<bool> told;
+    connect(&indicators, &PageIndicators::secureChanged, this,
+            [&told](bool secure) { told.append(secure); });
+    indicators.reset(QUrl(u"https://one/"_s), true);
+    indicators.distrust();
+    QCOMPARE(told, (QList<bool>{true, false}));
+    indicators.reset(QUrl(u"https://two/"_s), true);
+    QCOMPARE(told, (QList<bool>{true, false, true}));
+}
+
 void tst_indicators::sameSiteCookiesAreKept()
 {
     m_scene->open(m_scene->server.url(u"/own"_s));
@@ -187,6 +201,8 @@ void tst_indicators::refusalBeforeThePageIsShown()
     indicators.reset(QUrl(u"http://one/"_s));
     indicators.expect(QUrl(u"http://two/"_s));
     emit CookiePolicy::instance().refused(u"two"_s);
+    QVERIFY(told.isEmpty());
+    indicators.distrust();
     QVERIFY(told.isEmpty());
     indicators.reset(QUrl(u"http://two/"_s));
     QCOMPARE(told, QList<bool>{true});

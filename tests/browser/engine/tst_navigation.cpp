@@ -37,6 +37,8 @@ private slots:
     void emptyAddressesAskAndDoNothing_data();
     void emptyAddressesAskAndDoNothing();
     void textThatIsNoAddressIsTold();
+    void addressOfAnotherProgramIsTold_data();
+    void addressOfAnotherProgramIsTold();
     void markup();
     void statusTexts();
 
@@ -375,6 +377,37 @@ void tst_navigation::textThatIsNoAddressIsTold()
     QCOMPARE(m_events->statuses.last(), u"This is not an address: hello world"_s);
     QCOMPARE(m_browser->LocationURL(), a);
     QCOMPARE(script(u"document.title"_s), u"Page A"_s);
+}
+
+void tst_navigation::addressOfAnotherProgramIsTold_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("unknown") << u"foo:bar"_s;
+    QTest::newRow("upper case") << u"FOO:bar"_s;
+    QTest::newRow("mail") << u"mailto:a@b.example"_s;
+    QTest::newRow("telephone") << u"tel:123"_s;
+    QTest::newRow("files of old") << u"ftp://127.0.0.1/x"_s;
+    QTest::newRow("typing error") << u"htp://127.0.0.1/"_s;
+    QTest::newRow("long") << u"foo:"_s + QString(5000, u'x');
+}
+
+/// And nothing is started for it: an address can come from a file as well.
+void tst_navigation::addressOfAnotherProgramIsTold()
+{
+    QFETCH(const QString, text);
+    const QString told = u"Addresses of this kind are not opened here: "_s + text.left(200);
+    m_browser->Navigate(text);
+    QCOMPARE(m_events->statuses.last(), told);
+    QCOMPARE(m_events->titles.last(), text);
+    QVERIFY(!m_browser->Busy());
+    const QString a = m_server->url(u"/a"_s);
+    m_browser->Navigate(a);
+    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    m_browser->Navigate(text);
+    QCOMPARE(m_events->statuses.last(), told);
+    QCOMPARE(m_browser->LocationURL(), a);
+    QCOMPARE(script(u"document.title"_s), u"Page A"_s);
+    QCOMPARE(m_events->statuses.last(), told);
 }
 
 void tst_navigation::markup()

@@ -1,0 +1,236 @@
+// A page that is the answer to a form is reloaded, which sends the form again, only when the user
+// says so.
+#include "Answer.h"
+#include "EngineTest.h"
+#include "PopupScene.h"
+
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+class tst_resend : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void answerToAFormIsNotSentAgainUnasked_data();
+    void answerToAFormIsNotSentAgainUnasked();
+    void yesSendsItOnce();
+    void askedOnceAtATime();
+    void nothingIsAskedElsewhere_data();
+    void nothingIsAskedElsewhere();
+    void tryAgainAsksToo();
+    void crashedPageAsksToo();
+    void crashedPageIsLeftWithoutSending();
+    void nextPageIsFree();
+
+private:
+    int sent() const { return m_scene->server.count("/order"); }
+    QList<QMessageBox *> questions() const
+    {
+        return m_form->findChildren<QMessageBox *>(u"MsgBox"_s);
+    }
+    void crash();
+    void send(const QString &method, const QString &action);
+
+    std::unique_ptr<PopupScene> m_scene;
+    frmBrowser *m_form = nullptr;
+};
+
+void tst_resend::init()
+{
+    m_scene = std::make_unique<PopupScene>();
+    QVERIFY(m_scene->isReady());
+    m_scene->server.page("/order", "<title>Ordered</title>ordered");
+    m_scene->server.redirect("/see", "/order", 303);
+    m_scene->server.redirect("/keep", "/order", 307);
+    TestServer::Reply broken;
+    broken.hangUp = true;
+    m_scene->server.reply("/broken", broken);
+    m_form = m_scene->openPage("<form id=f><input name=a value=1></form>");
+}
+
+void tst_resend::cleanup()
+{
+    m_scene.reset();
+}
+
+void tst_resend::send(const QString &method, const QString &action)
+{
+    PopupScene::script(m_form,
+                       u"f.method = '%1'; f.action = '%2'; f.submit(); 1"_s.arg(method, action));
+    QTRY_COMPARE(m_form->windowTitle(), u"Ordered"_s);
+    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    QCOMPARE(sent(), 1);
+}
+
+void tst_resend::answerToAFormIsNotSentAgainUnasked_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<int>("way");
+    QTest::newRow("refresh") << u"/order"_s << 0;
+    QTest::newRow("complete refresh") << u"/order"_s << 1;
+    QTest::newRow("menu of the page") << u"/order"_s << 2;
+    QTest::newRow("menu of the page, past the cache") << u"/order"_s << 3;
+    QTest::newRow("form passed on") << u"/keep"_s << 0;
+}
+
+void tst_resend::answerToAFormIsNotSentAgainUnasked()
+{
+    QFETCH(const QString, action);
+    QFETCH(const int, way);
+    send(u"post"_s, action);
+    WebPage *page = PopupScene::control(m_form)->page();
+    Answer no(QMessageBox::No);
+    if (way == 0)
+        m_form->brwWebBrowser()->Refresh();
+    else if (way == 1)
+        m_form->brwWebBrowser()->Refresh2(3);
+    else
+        page->action(way == 2 ? QWebEnginePage::Reload : QWebEnginePage::ReloadAndBypassCache)
+            ->trigger();
+    QTRY_COMPARE(no.count(), 1);
+    QVERIFY(no.text().contains("form"_L1));
+    PopupScene::script(m_form, u"1"_s);
+    QVERIFY(!m_form->brwWebBrowser()->Busy());
+    QCOMPARE(sent(), 1);
+    QVERIFY(m_scene->server.requests("/order").last().method == "POST");
+}
+
+void tst_resend::yesSendsItOnce()
+{
+    send(u"post"_s, u"/order"_s);
+    for (int times = 2; times < 4; ++times) {
+        Answer yes(QMessageBox::Yes);
+        m_form->brwWebBrowser()->Refresh();
+        QTRY_COMPARE(yes.count(), 1);
+        QTRY_COMPARE(sent(), times);
+        QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+        QCOMPARE(m_scene->server.requests("/order").last().body, "a=1");
+    }
+}
+
+void tst_resend::askedOnceAtATime()
+{
+    send(u"post"_s, u"/order"_s);
+    for (int i = 0; i < 5; ++i)
+        m_form->brwWebBrowser()->Refresh();
+    QCOMPARE(questions().size(), 1);
+    questions().first()->button(QMessageBox::No)->click();
+    QTRY_VERIFY(questions().isEmpty());
+    m_form->brwWebBrowser()->Refresh();
+    QCOMPARE(questions().size(), 1);
+    // The page may be another one when the answer comes.
+    m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/opener"_s));
+    QTRY_COMPARE(m_form->windowTitle(), u"opener"_s);
+    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    const int opened = m_scene->server.count("/opener");
+    questions().first()->button(QMessageBox::Yes)->click();
+    QTRY_VERIFY(questions().isEmpty());
+    PopupScene::script(m_form, u"1"_s);
+    QVERIFY(!m_form->brwWebBrowser()->Busy());
+    QCOMPARE(sent(), 1);
+    QCOMPARE(m_scene->server.count("/opener"), opened);
+}
+
+void tst_resend::nothingIsAskedElsewhere_data()
+{
+    QTest::addColumn<QString>("method");
+    QTest::addColumn<QString>("action");
+    QTest::newRow("fields in the address") << u"get"_s << u"/order"_s;
+    QTest::newRow("sent on to another page") << u"post"_s << u"/see"_s;
+}
+
+void tst_resend::nothingIsAskedElsewhere()
+{
+    QFETCH(const QString, method);
+    QFETCH(const QString, action);
+    send(method, action);
+    m_form->brwWebBrowser()->Refresh();
+    QTRY_COMPARE(sent(), 2);
+    QVERIFY(questions().isEmpty());
+    QCOMPARE(m_scene->server.requests("/order").last().method, "GET");
+}
+
+void tst_resend::tryAgainAsksToo()
+{
+    PopupScene::script(m_form, u"f.method = 'post'; f.action = '/broken'; f.submit(); 1"_s);
+    QTRY_COMPARE(m_form->brwWebBrowser()->LocationURL(), m_scene->server.url(u"/broken"_s));
+    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    QTRY_COMPARE(PopupScene::script(m_form, u"String(!!document.getElementById('tryAgain'))"_s),
+                 u"true"_s);
+    const int before = m_scene->server.count("/broken");
+    Answer no(QMessageBox::No);
+    PopupScene::script(m_form, u"document.getElementById('tryAgain').click(); 1"_s);
+    QTRY_COMPARE(no.count(), 1);
+    QCOMPARE(m_scene->server.count("/broken"), before);
+    Answer yes(QMessageBox::Yes);
+    m_form->brwWebBrowser()->Refresh();
+    QTRY_COMPARE(yes.count(), 1);
+    QTRY_VERIFY(m_scene->server.count("/broken") > before);
+}
+
+void tst_resend::crash()
+{
+    WebPage *page = PopupScene::control(m_form)->page();
+    QSignalSpy crashed(page, &QWebEnginePage::renderProcessTerminated);
+    QCOMPARE(::kill(pid_t(page->renderProcessPid()), SIGKILL), 0);
+    QTRY_COMPARE(crashed.size(), 1);
+    QTRY_COMPARE(page->lifecycleState(), QWebEnginePage::LifecycleState::Discarded);
+}
+
+void tst_resend::crashedPageIsLeftWithoutSending()
+{
+    send(u"post"_s, u"/order"_s);
+    crash();
+    m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/opener"_s));
+    QTRY_COMPARE(m_form->windowTitle(), u"opener"_s);
+    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    QCOMPARE(sent(), 1);
+    QVERIFY(questions().isEmpty());
+}
+
+void tst_resend::crashedPageAsksToo()
+{
+    send(u"post"_s, u"/order"_s);
+    crash();
+    Answer no(QMessageBox::No);
+    m_form->brwWebBrowser()->Refresh();
+    QTRY_COMPARE(no.count(), 1);
+    QCOMPARE(sent(), 1);
+    Answer yes(QMessageBox::Yes);
+    m_form->brwWebBrowser()->Refresh();
+    QTRY_COMPARE(yes.count(), 1);
+    QTRY_VERIFY(sent() > 1);
+    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    QTRY_COMPARE(PopupScene::script(m_form, u"document.title"_s).toString(), u"Ordered"_s);
+    QCOMPARE(sent(), 2);
+}
+
+void tst_resend::nextPageIsFree()
+{
+    send(u"post"_s, u"/order"_s);
+    m_form->brwWebBrowser()->Navigate(u"about:blank"_s);
+    QTRY_COMPARE(m_form->brwWebBrowser()->LocationURL(), u"about:blank"_s);
+    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    m_form->brwWebBrowser()->Refresh();
+    QVERIFY(questions().isEmpty());
+    // A form that brought no page leaves the one shown as it was.
+    TestServer::Reply nothing;
+    nothing.status = 204;
+    m_scene->server.reply("/nothing", nothing);
+    m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/opener"_s));
+    QTRY_COMPARE(m_form->windowTitle(), u"opener"_s);
+    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    PopupScene::script(m_form, u"f.method = 'post'; f.action = '/nothing'; f.submit(); 1"_s);
+    QTRY_COMPARE(m_scene->server.count("/nothing"), 1);
+    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    m_form->brwWebBrowser()->Refresh();
+    QVERIFY(questions().isEmpty());
+}
+
+ORVANE_ENGINE_TEST_MAIN(tst_resend)
+#include "tst_resend.moc"
