@@ -5,6 +5,7 @@
 #include "AppFolder.h"
 #include "EngineOptions.h"
 #include "FileFaults.h"
+#include "Leftovers.h"
 #include "PopupURLs.h"
 #include "RecoveredText.h"
 #include "SmallDisk.h"
@@ -155,6 +156,8 @@ void tst_Writers::eachFaultKeepsTheOldFile()
             const bool isWritten = write(writer, size);
             const bool reached = FileFaults::disarm();
             QCOMPARE(contents(file) == old, !isWritten);
+            // Where nothing can be changed any more, nothing can be removed before the next start.
+            Leftovers::removeIn(QFileInfo(file).path());
             QCOMPARE(filesBeside(file), before);
             failures += isWritten ? 0 : 1;
             if (!reached)
@@ -230,6 +233,7 @@ void tst_Writers::copyOfUnsavedSource()
             QString path;
             const QString kept = RecoveredText::keep(source, &path) ? path : QString();
             const bool reached = FileFaults::disarm();
+            Leftovers::removeIn(RecoveredText::folder());
             const QStringList all =
                 QDir(RecoveredText::folder()).entryList(QDir::Files | QDir::Hidden);
             QCOMPARE(all.size(), kept.isEmpty() ? 0 : 1);
