@@ -82,6 +82,19 @@ void BrowserHost::leaveFullScreen()
     m_view->setFocus();
 }
 
+void BrowserHost::endFullScreen()
+{
+    if (!m_view || m_view->parentWidget() == this)
+        return;
+    m_view->triggerPageAction(QWebEnginePage::ExitFullScreen);
+    leaveFullScreen();
+}
+
+void BrowserHost::giveUpView()
+{
+    m_view.clear();
+}
+
 void BrowserHost::openFindBar()
 {
     if (!m_view || m_view->parentWidget() != this)

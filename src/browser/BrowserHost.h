@@ -20,6 +20,10 @@ public:
     void setView(WebView *view);
     /// The page asks to fill the screen, or to end that.
     void answerFullScreen(QWebEngineFullScreenRequest request);
+    /// Ends full screen from this side.
+    void endFullScreen();
+    /// The view belongs to somebody else from now on.
+    void giveUpView();
     /// Covers the page with a notice that it has ended, until `hideCrash`.
     void showCrash();
     void hideCrash();

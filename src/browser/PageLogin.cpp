@@ -1,72 +1,163 @@
 #include "PageLogin.h"
 
-#include "LoginDialog.h"
+#include "KnownLogins.h"
+#include "Language.h"
+#include "LoginFields.h"
+#include "PageQuestions.h"
+#include "ShownAddress.h"
+#include "ShownText.h"
+#include "WebPage.h"
 
 #include <QAuthenticator>
-#include <QHash>
+#include <QMultiHash>
+#include <QNetworkProxy>
 #include <QPointer>
 #include <QTimer>
 #include <QUrl>
-#include <QWebEnginePage>
-#include <QWebEngineView>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-struct Login {
-    QString user;
-    QString password;
-    /// Handed to the engine already: asked again, it was wrong.
-    bool used = false;
+constexpr int longestRealm = 200;
+
+/// Who asks, and what for.
+struct Asker {
+    QString name;
+    QString realm;
+    QUrl address;
+    bool isProxy = false;
+    bool isEncrypted = false;
+
+    QString key() const
+    {
+        const QString server =
+            isProxy ? name : address.scheme() + "://"_L1 + address.authority(QUrl::FullyEncoded);
+        return (isProxy ? "proxy "_L1 : "login "_L1) + server + u' ' + realm;
+    }
 };
 
-QHash<QString, Login> &known()
+KnownLogins &known()
 {
-    static QHash<QString, Login> logins;
+    static KnownLogins logins;
     return logins;
 }
 
-QString keyOf(const QUrl &url, const QString &realm)
+/// The pages whose user is being asked, by what for.
+QMultiHash<QString, QPointer<WebPage>> &asking()
 {
-    return url.scheme() + "://"_L1 + url.authority(QUrl::FullyEncoded) + u' ' + realm;
+    static QMultiHash<QString, QPointer<WebPage>> pages;
+    return pages;
 }
 
-void askUser(QWebEnginePage *page, const QString &key, const QString &site, const QString &realm)
+QString text(const char *key, const QString &english)
 {
-    QWidget *view = QWebEngineView::forPage(page);
-    auto *dialog = new LoginDialog(site, realm, view ? view->window() : nullptr);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    QObject::connect(dialog, &QDialog::accepted, page, [page, dialog, key] {
-        known().insert(key, Login{dialog->user(), dialog->password(), false});
-        page->triggerAction(QWebEnginePage::Reload);
-    });
-    QObject::connect(page, &QObject::destroyed, dialog, &QWidget::close);
-    dialog->open();
+    return GetLanguageText(u"LoginDialog"_s, QString::fromLatin1(key), english);
+}
+
+/// With the port, which the engine does not tell.
+QString proxyName(const QUrl &url, const QString &host)
+{
+    const QList<QNetworkProxy> proxies =
+        QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url));
+    for (const QNetworkProxy &each : proxies) {
+        if (each.hostName().compare(host, Qt::CaseInsensitive) == 0 && each.port() > 0)
+            return host + u':' + QString::number(each.port());
+    }
+    return host;
+}
+
+QString wordsOf(const Asker &asker, bool wasWrong)
+{
+    QStringList lines{asker.name};
+    if (!asker.realm.isEmpty())
+        lines.append(shownText(asker.realm.left(longestRealm)));
+    if (wasWrong)
+        lines.append(text("strWrong", u"The user name or the password was not accepted."_s));
+    if (!asker.isEncrypted)
+        lines.append(text("strUnencrypted", u"The password is sent unencrypted."_s));
+    return lines.join(u'\n');
+}
+
+PageQuestion questionOf(const Asker &asker, bool wasWrong)
+{
+    PageQuestion question;
+    question.kind = asker.key();
+    question.title = asker.isProxy ? text("strProxyQuestion", u"The proxy asks you to sign in:"_s)
+                                   : text("strQuestion", u"This site asks you to sign in:"_s);
+    question.text = wordsOf(asker, wasWrong);
+    question.yes = GetLanguageText(u"PageQuestions"_s, u"cmdOK"_s, u"OK"_s);
+    question.no = GetLanguageText(u"PageQuestions"_s, u"cmdCancel"_s, u"Cancel"_s);
+    question.noHolds = true;
+    question.staysAt = asker.address;
+    return question;
+}
+
+/// All that wait for it go on.
+void signIn(const QString &key, const KnownLogins::Login &login)
+{
+    known().put(key, login);
+    const QList<QPointer<WebPage>> pages = asking().values(key);
+    asking().remove(key);
+    for (const QPointer<WebPage> &page : pages) {
+        if (!page)
+            continue;
+        QTimer::singleShot(0, page, &WebPage::signedIn);
+        if (page->questions())
+            page->questions()->end(key);
+    }
+}
+
+void askUser(WebPage *page, const Asker &asker, const QString &wrongUser)
+{
+    if (!page->questions())
+        return;
+    PageQuestion question = questionOf(asker, !wrongUser.isEmpty());
+    auto fields = std::make_shared<QPointer<LoginFields>>();
+    question.fields = [fields, wrongUser](QWidget *parent) {
+        *fields = new LoginFields(wrongUser, parent);
+        return fields->data();
+    };
+    const QString key = question.kind;
+    question.done = [fields, key, page](PageQuestion::Answer answer) {
+        if (answer == PageQuestion::Answer::Yes && *fields)
+            signIn(key, {(*fields)->user(), (*fields)->password()});
+        else
+            asking().remove(key, page);
+    };
+    if (page->questions()->ask(question))
+        asking().insert(key, page);
+}
+
+void reply(WebPage &page, const Asker &asker, QAuthenticator *login)
+{
+    const QString key = asker.key();
+    const std::optional<KnownLogins::Login> found =
+        known().take(key, asker.address.toString(QUrl::FullyEncoded));
+    if (found) {
+        login->setUser(found->user);
+        login->setPassword(found->password);
+        return;
+    }
+    *login = QAuthenticator();
+    if (!page.isOnItsWay(asker.address))
+        return;
+    const QString wrongUser = known().user(key);
+    known().remove(key);
+    QTimer::singleShot(0, &page, [&page, asker, wrongUser] { askUser(&page, asker, wrongUser); });
 }
 }
 
 namespace PageLogin {
 
-void answer(QWebEnginePage *page, const QUrl &url, QAuthenticator *login)
+void answer(WebPage &page, const QUrl &url, QAuthenticator *login)
 {
-    const QString realm = login->realm();
-    const QString key = keyOf(url, realm);
-    const auto found = known().find(key);
-    if (found != known().end() && !found->used) {
-        found->used = true;
-        login->setUser(found->user);
-        login->setPassword(found->password);
-        return;
-    }
-    known().remove(key);
-    *login = QAuthenticator();
-    if (page->property("loginAsked").toBool())
-        return;
-    page->setProperty("loginAsked", true);
-    QTimer::singleShot(0, page, [page, key, site = url.host(), realm] {
-        page->setProperty("loginAsked", false);
-        askUser(page, key, site, realm);
-    });
+    reply(page, {shownSite(url), login->realm(), url, false, url.scheme() == "https"_L1}, login);
+}
+
+void answerProxy(WebPage &page, const QUrl &url, const QString &proxy, QAuthenticator *login)
+{
+    reply(page, {proxyName(url, proxy), login->realm(), url, true, false}, login);
 }
 
 }

@@ -1,13 +1,18 @@
 #pragma once
 
 class QAuthenticator;
+class QString;
 class QUrl;
-class QWebEnginePage;
+class WebPage;
 
-/// User name and password for a server that asks for them. The engine wants its answer at once,
-/// so the first time it is told "none", the user is asked afterwards, and the page is loaded again
-/// with what was entered. Kept for the life of the program only.
+/// User name and password for a server or a proxy that asks for them. The engine wants its answer
+/// at once, so the first time it is told "none", the user is asked afterwards, and the page is
+/// loaded again with what was entered. Asked for is the page on its way alone; its parts, and what
+/// its scripts load, get what is known for their realm, or nothing. Kept for the life of the
+/// program only.
 namespace PageLogin {
 /// The answer to the engine; asks the user later where nothing is known.
-void answer(QWebEnginePage *page, const QUrl &url, QAuthenticator *login);
+void answer(WebPage &page, const QUrl &url, QAuthenticator *login);
+/// The same for the proxy of that host name on the way to `url`.
+void answerProxy(WebPage &page, const QUrl &url, const QString &proxy, QAuthenticator *login);
 }

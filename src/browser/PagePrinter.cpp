@@ -17,6 +17,9 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+/// Of the page: the dialog last opened for it.
+constexpr char dialogProperty[] = "printDialog";
+
 QString text(const char *key, const QString &english)
 {
     return GetLanguageText(u"PagePrinter"_s, QString::fromLatin1(key), english);
@@ -82,13 +85,13 @@ void print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer, QWidg
 }
 }
 
-namespace PagePrinter {
-
-void open(QWebEnginePage *page, QWidget *owner)
+namespace {
+QPrintDialog *makeDialog(QWebEnginePage *page, QWidget *owner)
 {
     auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     printer->setPageLayout(PageSetup::layout());
     auto *dialog = new PagePrintDialog(printer.get(), page->title(), owner);
+    page->setProperty(dialogProperty, QVariant::fromValue(QPointer<QWidget>(dialog)));
     QObject::connect(page, &QObject::destroyed, dialog, &QWidget::close);
     QObject::connect(dialog, &QDialog::accepted, page, [page, printer, owner] {
         // A list of print jobs has no trouble with the title as it is.
@@ -97,7 +100,28 @@ void open(QWebEnginePage *page, QWidget *owner)
         const QWebEngineView *view = QWebEngineView::forPage(page);
         print(page, printer, view ? view->window() : owner->window());
     });
-    dialog->open();
+    return dialog;
+}
+}
+
+namespace PagePrinter {
+
+void open(QWebEnginePage *page, QWidget *owner)
+{
+    makeDialog(page, owner)->open();
+}
+
+QWidget *openBeside(QWebEnginePage *page, QWidget *owner)
+{
+    QPrintDialog *dialog = makeDialog(page, owner);
+    dialog->setModal(false);
+    dialog->show();
+    return dialog;
+}
+
+bool isOpenFor(const QWebEnginePage *page)
+{
+    return page->property(dialogProperty).value<QPointer<QWidget>>();
 }
 
 }

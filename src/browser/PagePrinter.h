@@ -8,4 +8,8 @@ class QWidget;
 namespace PagePrinter {
 /// Opens the desktop's print dialog over `owner` and prints when it is accepted.
 void open(QWebEnginePage *page, QWidget *owner);
+/// The same beside the windows, which stay usable meanwhile.
+QWidget *openBeside(QWebEnginePage *page, QWidget *owner);
+/// A print dialog is open for the page.
+bool isOpenFor(const QWebEnginePage *page);
 }

@@ -10,6 +10,7 @@
 #include "PageCommands.h"
 #include "PageIndicators.h"
 #include "PageJobs.h"
+#include "PageQuestions.h"
 #include "TitleThrottle.h"
 #include "Twips.h"
 #include "WebPage.h"
@@ -57,7 +58,11 @@ void QtWebBrowser::deletePage()
     LivePages::remove(this);
     if (m_page)
         m_page->disconnect(this);
-    if (m_page && PageJobs::takeOver(m_view, m_page)) {
+    if (m_questions)
+        m_questions->endAll();
+    if (m_page && (PageJobs::takeOver(m_view, m_page) || m_page->outlives(m_view))) {
+        if (m_host)
+            m_host->giveUpView();
         m_view.clear();
         m_page.clear();
     }
@@ -82,6 +87,9 @@ void QtWebBrowser::setEvents(WebBrowserEvents *events)
 
 void QtWebBrowser::Navigate(const QString &url)
 {
+    if (waitsForAnswer([this, url] { Navigate(url); }))
+        return;
+    noteUserAction();
     m_waiting = false;
     const QUrl address = completeAddress(url);
     if (address.isEmpty() || !isOpenedHere(address)) {
@@ -135,11 +143,17 @@ void QtWebBrowser::NavigateNow()
 
 bool QtWebBrowser::GoBack()
 {
+    if (waitsForAnswer([this] { GoBack(); }))
+        return true;
+    noteUserAction();
     return goneTo(m_page && m_history.goBack(m_page));
 }
 
 bool QtWebBrowser::GoForward()
 {
+    if (waitsForAnswer([this] { GoForward(); }))
+        return true;
+    noteUserAction();
     return goneTo(m_page && m_history.goForward(m_page));
 }
 
@@ -150,6 +164,9 @@ QList<HistoryStep> QtWebBrowser::HistorySteps() const
 
 bool QtWebBrowser::GoTo(int offset)
 {
+    if (waitsForAnswer([this, offset] { GoTo(offset); }))
+        return true;
+    noteUserAction();
     return goneTo(m_page && m_history.go(m_page, offset));
 }
 
@@ -162,12 +179,18 @@ bool QtWebBrowser::goneTo(bool goes)
 
 void QtWebBrowser::Refresh()
 {
+    if (waitsForAnswer([this] { Refresh(); }))
+        return;
+    noteUserAction();
     reload(QWebEnginePage::Reload);
 }
 
 void QtWebBrowser::Refresh2(int level)
 {
     constexpr int completely = 3;
+    if (waitsForAnswer([this, level] { Refresh2(level); }))
+        return;
+    noteUserAction();
     reload(level == completely ? QWebEnginePage::ReloadAndBypassCache : QWebEnginePage::Reload);
 }
 
@@ -196,7 +219,7 @@ void QtWebBrowser::onResendRequested(QWebEnginePage::WebAction action)
 
 void QtWebBrowser::Stop()
 {
-    if (m_page)
+    if (m_page && !waitsForAnswer([] {}))
         m_page->triggerAction(QWebEnginePage::Stop);
 }
 

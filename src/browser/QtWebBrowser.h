@@ -28,6 +28,7 @@ public:
 
     QWidget *widget() override;
     void setEvents(WebBrowserEvents *events) override;
+    void setQuestions(PageQuestions *questions) override;
     void Navigate(const QString &url) override;
     void NavigateLater(const QString &url) override;
     void NavigateNow() override;
@@ -108,6 +109,12 @@ private:
     void leaveCrashed();
     /// Passes on whether the history leads on, away from a crashed page, too.
     bool goneTo(bool goes);
+    void connectQuestions();
+    bool waitsForAnswer(const std::function<void()> &command);
+    void noteUserAction();
+    void onPrintRequested();
+    void openPrintDialog();
+    void onSignedIn();
     void placeAsRequested();
     void showStatus(const QString &text);
     void applyShown();
@@ -115,6 +122,9 @@ private:
     BrowserHost *m_host = nullptr;
     QPointer<WebView> m_view;
     QPointer<WebPage> m_page;
+    QPointer<PageQuestions> m_questions;
+    /// What the page asked to be printed with.
+    QPointer<QWidget> m_printDialog;
     WebBrowserEvents *m_events = nullptr;
     NavigationHistory m_history;
     PageIndicators *m_indicators = nullptr;

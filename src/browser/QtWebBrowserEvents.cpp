@@ -4,8 +4,10 @@
 #include "ErrorPage.h"
 #include "Language.h"
 #include "PageIndicators.h"
+#include "PageQuestions.h"
 #include "QtWebBrowser.h"
 #include "WebPage.h"
+#include "WebView.h"
 #include "Yield.h"
 
 #include <QJsonArray>
@@ -62,6 +64,10 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
     if (!isMainFrame)
         return raiseBeforeNavigate(url);
     m_handedOver.clear();
+    const bool chosen = type == QWebEnginePage::NavigationTypeLinkClicked
+        || type == QWebEnginePage::NavigationTypeFormSubmitted;
+    if (chosen && m_view && m_view->takePress())
+        noteUserAction();
     const bool redirected = type == QWebEnginePage::NavigationTypeRedirect && isUnderWay();
     const bool replacing = !m_replacing.isEmpty() && samePage(m_replacing, url);
     if (!redirected && !replacing) {
@@ -228,6 +234,10 @@ void QtWebBrowser::commit(const QString &url, bool arrived)
     m_busy = true;
     m_page->noteArrival();
     m_indicators->reset(QUrl(url), arrived);
+    if (m_questions)
+        m_questions->pageChanged(QUrl(url));
+    if (m_printDialog)
+        m_printDialog->close();
     if ((m_flags & NavFlags::NoHistory) && !m_replacesEntry && m_page->history()->count() > 1)
         m_history.skipCurrent(m_page);
     forgetLinks();

@@ -3,6 +3,7 @@
 #include "EngineProfile.h"
 #include "LivePages.h"
 #include "PageIndicators.h"
+#include "PageQuestions.h"
 #include "QtWebBrowser.h"
 #include "ScriptedPlace.h"
 #include "TitleThrottle.h"
@@ -34,6 +35,7 @@ void QtWebBrowser::usePage(WebPage *page)
     LivePages::add(this);
     connectPage();
     connectLoading();
+    connectQuestions();
     m_indicators->watch(m_page);
     m_view = new WebView(m_page, m_host);
     connect(m_view, &WebView::gotFocus, this, [this] {
@@ -106,8 +108,6 @@ void QtWebBrowser::connectPage()
     });
     connect(m_page, &QWebEnginePage::geometryChangeRequested, this,
             &QtWebBrowser::onGeometryRequested);
-    connect(m_page, &QWebEnginePage::printRequested, this,
-            [this] { ExecWB(OleCmd::Print, OleExecOpt::Default); });
     connect(
         m_page, &WebPage::focusMissed, this,
         [this] {
@@ -217,6 +217,8 @@ void QtWebBrowser::onCloseRequested()
 
 void QtWebBrowser::onRendererGone()
 {
+    if (m_questions)
+        m_questions->endAll();
     m_busy = false;
     m_stage = Stage::None;
     m_indicators->reset(QUrl(m_location));

@@ -1,13 +1,14 @@
 #include "ScriptDialogs.h"
 
-#include "ProgramInfo.h"
+#include "Language.h"
+#include "PageQuestions.h"
+#include "ShownAddress.h"
+#include "WebPage.h"
 
-#include <QInputDialog>
-#include <QMessageBox>
+#include <QCoreApplication>
+#include <QLineEdit>
 #include <QPointer>
 #include <QUrl>
-#include <QWebEnginePage>
-#include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
 
@@ -15,56 +16,105 @@ namespace {
 /// A page may hand over any length; what nobody can read is cut.
 constexpr int longestMessage = 2000;
 
-QString titleFor(const QUrl &origin)
+using Answer = PageQuestion::Answer;
+
+QString text(const char *key, const QString &english)
 {
-    const QString site =
-        origin.host().isEmpty() ? origin.toDisplayString().left(60) : origin.host();
-    return site.isEmpty() ? ProgramInfo::title() : site + " - "_L1 + ProgramInfo::title();
+    return GetLanguageText(u"PageQuestions"_s, QString::fromLatin1(key), english);
 }
 
-QWidget *ownerOf(QWebEnginePage *page)
+/// Pages that another made have no site of their own.
+QString speaker(const WebPage &page, const QUrl &origin)
 {
-    QWidget *view = QWebEngineView::forPage(page);
-    return view ? view->window() : nullptr;
+    const QString site = shownSite(origin);
+    if (!site.isEmpty())
+        return site;
+    const QString address = shownSite(page.url());
+    return address.isEmpty() ? u"about:blank"_s : address;
 }
 
-int run(QWebEnginePage *page, const QUrl &origin, const QString &message,
-        QMessageBox::StandardButtons buttons)
+PageQuestion questionOf(const WebPage &page, const QUrl &origin, const QString &message)
 {
-    const QPointer<QMessageBox> box =
-        new QMessageBox(QMessageBox::NoIcon, titleFor(origin), message.left(longestMessage),
-                        buttons, ownerOf(page));
-    box->setTextFormat(Qt::PlainText);
-    const int answer = box->exec();
-    delete box;
-    return answer;
+    PageQuestion question;
+    question.kind = u"script"_s;
+    question.title = text("strMessageFrom", u"Message from"_s) + u' ' + speaker(page, origin);
+    question.text = message.left(longestMessage);
+    question.yes = text("cmdOK", u"OK"_s);
+    return question;
+}
+
+/// The engine asks this for a page that wants its leaving confirmed, in these words.
+bool asksToLeave(const QString &message)
+{
+    return message
+        == QCoreApplication::translate("QWebEnginePage",
+                                       "Are you sure you want to leave this page? Changes that "
+                                       "you made may not be saved.");
+}
+
+/// A page that is not heard any more must not keep the user either.
+bool mayLeave(const WebPage &page, PageQuestions &questions, const QUrl &origin)
+{
+    if (questions.isSilenced())
+        return true;
+    PageQuestion question = questionOf(page, origin, {});
+    question.text =
+        text("strLeave", u"Leave this page? What you have entered there may be lost."_s);
+    question.yes = text("cmdLeave", u"Leave"_s);
+    question.no = text("cmdStay", u"Stay"_s);
+    return questions.askAndWait(question) == Answer::Yes;
 }
 }
 
 namespace ScriptDialogs {
 
-void alert(QWebEnginePage *page, const QUrl &origin, const QString &message)
+void alert(WebPage &page, const QUrl &origin, const QString &message)
 {
-    run(page, origin, message, QMessageBox::Ok);
+    PageQuestions *questions = page.questions();
+    if (!questions)
+        return;
+    // Elsewhere it is there to be read when the user comes to the window.
+    if (questions->isInFront())
+        questions->askAndWait(questionOf(page, origin, message));
+    else
+        questions->ask(questionOf(page, origin, message));
 }
 
-bool confirm(QWebEnginePage *page, const QUrl &origin, const QString &message)
+bool confirm(WebPage &page, const QUrl &origin, const QString &message)
 {
-    return run(page, origin, message, QMessageBox::Ok | QMessageBox::Cancel) == QMessageBox::Ok;
+    PageQuestions *questions = page.questions();
+    if (asksToLeave(message))
+        return !questions || mayLeave(page, *questions, origin);
+    PageQuestion question = questionOf(page, origin, message);
+    question.no = text("cmdCancel", u"Cancel"_s);
+    return questions && questions->askAndWait(question) == Answer::Yes;
 }
 
-bool prompt(QWebEnginePage *page, const QUrl &origin, const QString &message,
-            const QString &defaultValue, QString *result)
+bool prompt(WebPage &page, const QUrl &origin, const QString &message, const QString &defaultValue,
+            QString *result)
 {
-    const QPointer<QInputDialog> box = new QInputDialog(ownerOf(page));
-    box->setWindowTitle(titleFor(origin));
-    box->setLabelText(message.left(longestMessage).toHtmlEscaped());
-    box->setTextValue(defaultValue);
-    const bool accepted = box->exec() == QDialog::Accepted && box;
-    if (accepted)
-        *result = box->textValue();
-    delete box;
-    return accepted;
+    PageQuestions *questions = page.questions();
+    if (!questions)
+        return false;
+    PageQuestion question = questionOf(page, origin, message);
+    question.no = text("cmdCancel", u"Cancel"_s);
+    QPointer<QLineEdit> field;
+    question.fields = [&field, &question, &defaultValue](QWidget *parent) {
+        field = new QLineEdit(defaultValue.left(longestMessage), parent);
+        field->setObjectName("txtAnswer"_L1);
+        field->setAccessibleName(question.text.isEmpty() ? question.title : question.text);
+        field->selectAll();
+        return field.data();
+    };
+    QString entered;
+    question.done = [&field, &entered](Answer) {
+        if (field)
+            entered = field->text();
+    };
+    if (questions->askAndWait(question) != Answer::Yes)
+        return false;
+    *result = entered;
+    return true;
 }
 
 }

@@ -2,13 +2,15 @@
 
 class QString;
 class QUrl;
-class QWebEnginePage;
+class WebPage;
 
-/// The dialogs of a page's script. The engine waits for the answer, so these are the only ones
-/// that run inside an engine callback. Titled with the site that speaks, in plain text.
+/// What a page's script, or a frame's of it, asks and waits for. Each names the site that speaks,
+/// in plain text. Without somebody to ask, or in a window that is not the one in front, the
+/// answers are those that change nothing.
 namespace ScriptDialogs {
-void alert(QWebEnginePage *page, const QUrl &origin, const QString &message);
-bool confirm(QWebEnginePage *page, const QUrl &origin, const QString &message);
-bool prompt(QWebEnginePage *page, const QUrl &origin, const QString &message,
-            const QString &defaultValue, QString *result);
+void alert(WebPage &page, const QUrl &origin, const QString &message);
+/// Also whether the page may be left with what was entered there.
+bool confirm(WebPage &page, const QUrl &origin, const QString &message);
+bool prompt(WebPage &page, const QUrl &origin, const QString &message, const QString &defaultValue,
+            QString *result);
 }

@@ -43,6 +43,7 @@ struct WindowRequest {
     bool userInitiated = false;
 };
 
+class PageQuestions;
 class WebBrowser;
 struct ScriptError;
 
@@ -105,6 +106,9 @@ public:
     virtual QWidget *widget() = 0;
     /// Who is told of events; null from when the window begins to go away.
     virtual void setEvents(WebBrowserEvents *events) = 0;
+
+    /// Where the pages ask their user; without it nobody is asked.
+    virtual void setQuestions(PageQuestions *) { }
 
     /// Loads `url`, completed as a browser does (no scheme: http or a local path).
     virtual void Navigate(const QString &url) = 0;

@@ -3,11 +3,13 @@
 #include "CacheBypass.h"
 #include "Log.h"
 #include "PageLogin.h"
+#include "PageQuestions.h"
 #include "PageScripts.h"
 #include "ScriptDialogs.h"
 #include "Yield.h"
 
 #include <QAuthenticator>
+#include <QScopeGuard>
 #include <QWebEngineCertificateError>
 #include <QWebEngineContextMenuRequest>
 #include <QWebEngineFullScreenRequest>
@@ -39,12 +41,15 @@ void WebPage::answerRequests()
             [this](const QUrl &origin, Feature feature) {
                 setFeaturePermission(origin, feature, PermissionDeniedByUser);
             });
-    connect(
-        this, &QWebEnginePage::authenticationRequired, this,
-        [this](const QUrl &url, QAuthenticator *login) { PageLogin::answer(this, url, login); });
+    connect(this, &QWebEnginePage::authenticationRequired, this,
+            [this](const QUrl &url, QAuthenticator *login) {
+                const EngineCallbackScope scope;
+                PageLogin::answer(*this, url, login);
+            });
     connect(this, &QWebEnginePage::proxyAuthenticationRequired, this,
-            [this](const QUrl &url, QAuthenticator *login, const QString &) {
-                PageLogin::answer(this, url, login);
+            [this](const QUrl &url, QAuthenticator *login, const QString &proxy) {
+                const EngineCallbackScope scope;
+                PageLogin::answerProxy(*this, url, proxy, login);
             });
 }
 
@@ -134,18 +139,61 @@ void WebPage::reportError(const QString &message, int line, const QString &sourc
         emit scriptFailed({message, line, inPromise ? 0 : column, source});
 }
 
+void WebPage::setQuestions(PageQuestions *questions)
+{
+    m_questions = questions;
+}
+
+PageQuestions *WebPage::questions() const
+{
+    return m_questions;
+}
+
+bool WebPage::outlives(QWidget *view)
+{
+    if (!m_awaitsAnswer)
+        return false;
+    m_isLeft = true;
+    m_leftView = view;
+    if (view) {
+        view->hide();
+        view->setParent(nullptr);
+    }
+    return true;
+}
+
+/// One call at a time: while it lasts, no script runs.
+template <typename Ask> auto WebPage::whileAwaited(const Ask &ask)
+{
+    const bool nested = std::exchange(m_awaitsAnswer, true);
+    const auto done = qScopeGuard([this, nested] {
+        m_awaitsAnswer = nested;
+        if (nested)
+            return;
+        if (m_isLeft) {
+            if (m_leftView)
+                m_leftView->deleteLater();
+            deleteLater();
+        } else {
+            QMetaObject::invokeMethod(this, &WebPage::answerGiven, Qt::QueuedConnection);
+        }
+    });
+    return ask();
+}
+
 void WebPage::javaScriptAlert(const QUrl &origin, const QString &message)
 {
-    ScriptDialogs::alert(this, origin, message);
+    whileAwaited([&] { ScriptDialogs::alert(*this, origin, message); });
 }
 
 bool WebPage::javaScriptConfirm(const QUrl &origin, const QString &message)
 {
-    return ScriptDialogs::confirm(this, origin, message);
+    return whileAwaited([&] { return ScriptDialogs::confirm(*this, origin, message); });
 }
 
 bool WebPage::javaScriptPrompt(const QUrl &origin, const QString &message,
                                const QString &defaultValue, QString *result)
 {
-    return ScriptDialogs::prompt(this, origin, message, defaultValue, result);
+    return whileAwaited(
+        [&] { return ScriptDialogs::prompt(*this, origin, message, defaultValue, result); });
 }

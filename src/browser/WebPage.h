@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QPointer>
 #include <QWebEnginePage>
 #include <functional>
 
 #include "ScriptError.h"
 
 class CacheBypass;
+class PageQuestions;
 
 /// A page of the engine with the synchronous questions handed on, safe answers for what must not
 /// stay unanswered, and signals for the lines of the script in its frames.
@@ -14,11 +16,25 @@ class WebPage : public QWebEnginePage {
 
 public:
     using Question = std::function<bool(const QUrl &url, NavigationType type, bool isMainFrame)>;
+    using IsOnItsWay = std::function<bool(const QUrl &url)>;
 
     explicit WebPage(QWebEngineProfile *profile);
 
     /// Asked before every navigation of a frame; false refuses it. Runs inside the engine.
     void setQuestion(const Question &question) { m_question = question; }
+    /// Tells whether an address is that of the page on its way, the only one that the user is
+    /// asked to sign in for.
+    void setIsOnItsWay(const IsOnItsWay &isOnItsWay) { m_isOnItsWay = isOnItsWay; }
+    bool isOnItsWay(const QUrl &url) const { return m_isOnItsWay && m_isOnItsWay(url); }
+    /// Where what the page asks is shown; null: nobody is asked.
+    void setQuestions(PageQuestions *questions);
+    PageQuestions *questions() const;
+    /// The engine waits for the user's answer to a script. Until `answerGiven` neither page nor
+    /// view may be deleted, and nothing may be loaded.
+    bool awaitsAnswer() const { return m_awaitsAnswer; }
+    /// When it awaits an answer, takes itself and its view over from the window that goes, and
+    /// deletes both afterwards. False when it may be deleted now.
+    bool outlives(QWidget *view);
     /// Keeps what the page loads from now on out of the disk cache.
     void setCacheBypass(bool on);
     /// A page that took over the contents of a request for a window has lost its interceptor.
@@ -61,6 +77,10 @@ signals:
     void mixedContentSeen();
     /// A script of the page, or of a frame of it, failed and did not catch its error.
     void scriptFailed(const ScriptError &error);
+    /// The engine has gone on after `awaitsAnswer`. Not sent from inside it.
+    void answerGiven();
+    /// The user has signed in, and the page is to be asked for once more.
+    void signedIn();
 
 protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
@@ -74,14 +94,20 @@ protected:
 private:
     void answerRequests();
     void reportError(const QString &message, int line, const QString &source);
+    template <typename Ask> auto whileAwaited(const Ask &ask);
 
     Question m_question;
+    IsOnItsWay m_isOnItsWay;
+    QPointer<PageQuestions> m_questions;
     CacheBypass *m_cacheBypass = nullptr;
     bool m_editableFocus = false;
     bool m_richFocus = false;
     bool m_mayAskAgain = true;
     /// The page on its way is asked for with a form.
     bool m_sendsForm = false;
+    bool m_awaitsAnswer = false;
+    QPointer<QWidget> m_leftView;
+    bool m_isLeft = false;
     /// Of the error that is about to be reported; 0: unknown.
     int m_errorColumn = 0;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QWebEngineView>
 
 /// The widget that paints a page; tells when the keyboard focus comes to the page, and when
@@ -13,6 +14,8 @@ public:
 
     /// Tells the page of the keyboard once more, where the view has it.
     void renewFocus();
+    /// Whether the user has just pressed the mouse or Return in the page; once for each press.
+    bool takePress();
 
 signals:
     void gotFocus();
@@ -28,4 +31,7 @@ protected:
 private:
     bool holdsFocus(const QWidget *focus) const;
     void keepFocus();
+    void notePress(const QEvent &event);
+
+    QElapsedTimer m_press;
 };

@@ -5,6 +5,7 @@
 #include "Forms.h"
 #include "Frame.h"
 #include "MaximizeCatcher.h"
+#include "PageQuestions.h"
 #include "PopupBudget.h"
 #include "StatusStrip.h"
 #include "Twips.h"
@@ -37,6 +38,8 @@ frmBrowser::frmBrowser(Frame &frame)
     m_browser->widget()->setObjectName(u"brwWebBrowser"_s);
     m_browser->setEvents(this);
     m_status = new StatusStrip(m_client);
+    m_questions = new PageQuestions(m_client);
+    m_browser->setQuestions(m_questions);
     m_client->setFocusProxy(m_browser->widget());
     m_client->installEventFilter(this);
     new MaximizeCatcher(*this, frame);
@@ -132,6 +135,7 @@ void frmBrowser::Form_Unload()
     if (std::exchange(m_unloaded, true))
         return;
     m_browser->setEvents(nullptr);
+    m_questions->endAll();
     m_frame.tbWindows().removeTab(tabKey());
     Forms::remove(this);
 }

@@ -8,6 +8,7 @@
 #include <memory>
 
 class Frame;
+class PageQuestions;
 class PopupBudget;
 class QWidget;
 class StatusStrip;
@@ -37,6 +38,8 @@ public:
     int hWnd() const { return m_hWnd; }
     WebBrowser *brwWebBrowser() const { return m_browser; }
     StatusStrip *statusBar() const { return m_status; }
+    /// What its pages ask the user.
+    PageQuestions *questions() const { return m_questions; }
 
     /// The address that stands for the window: its page's, and until there is one what it was
     /// opened on, or "about:blank" where another page may have put its own contents into it.
@@ -107,6 +110,7 @@ private:
     QWidget *m_client = nullptr;
     WebBrowser *m_browser = nullptr;
     StatusStrip *m_status = nullptr;
+    PageQuestions *m_questions = nullptr;
     /// Made with the first error; it goes with this window.
     frmScriptErrors *m_scriptErrors = nullptr;
     /// Shared with the windows that pages of this one open by themselves.
@@ -122,7 +126,6 @@ private:
     bool m_openedUnasked = false;
     bool m_loaded = false;
     bool m_unloaded = false;
-    bool m_closeQuestionOpen = false;
     bool m_resendQuestionOpen = false;
 };
 

@@ -3,6 +3,7 @@
 #include "Frame.h"
 #include "Language.h"
 #include "MsgBox.h"
+#include "PageQuestions.h"
 #include "PopupBudget.h"
 #include "ScriptError.h"
 #include "StatusStrip.h"
@@ -12,8 +13,6 @@
 #include "Yield.h"
 #include "frmBrowser.h"
 #include "frmScriptErrors.h"
-
-#include <QPointer>
 
 using namespace Qt::StringLiterals;
 
@@ -146,17 +145,17 @@ void frmBrowser::WindowClosing(bool, bool &cancel)
 {
     // The page stays as it is; the window goes by itself when the user agrees.
     cancel = true;
-    if (std::exchange(m_closeQuestionOpen, true))
-        return;
-    MsgBox::ask(this, u"This window is attempting to close itself!\r\nDo you want to allow this?"_s,
-                u"Allow Window Close?"_s,
-                [window = QPointer<frmBrowser>(this)](MsgBox::Answer answer) {
-                    if (!window)
-                        return;
-                    window->m_closeQuestionOpen = false;
-                    if (answer == MsgBox::Answer::Yes)
-                        window->unload();
-                });
+    PageQuestion question;
+    question.kind = u"close"_s;
+    question.title = u"Allow Window Close?"_s;
+    question.text = u"This window is attempting to close itself!\r\nDo you want to allow this?"_s;
+    question.yes = GetLanguageText(u"PageQuestions"_s, u"cmdYes"_s, u"Yes"_s);
+    question.no = GetLanguageText(u"PageQuestions"_s, u"cmdNo"_s, u"No"_s);
+    question.done = [this](PageQuestion::Answer answer) {
+        if (answer == PageQuestion::Answer::Yes)
+            unload();
+    };
+    m_questions->ask(question);
 }
 
 void frmBrowser::SetSecureLockIcon(int secureLockIcon)

@@ -1,11 +1,11 @@
 // The browser window, with a counting engine in place of the real one.
 #include "FakeFrame.h"
 #include "FakeWebBrowser.h"
+#include "PageAsks.h"
 #include "StatusStrip.h"
 #include "Twips.h"
 
 #include <QMenu>
-#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -354,18 +354,22 @@ void tst_frmBrowser::closingAsks()
     engineOf(form)->events->WindowClosing(true, cancel);
     engineOf(form)->events->WindowClosing(true, cancel);
     QCOMPARE(browserForms().size(), 1);
-    QMessageBox *box = nullptr;
-    QTRY_VERIFY((box = m_frame->window()->findChild<QMessageBox *>()) && box->isVisible());
-    QCOMPARE(m_frame->window()->findChildren<QMessageBox *>().size(), 1);
-    QCOMPARE(box->windowTitle(), u"Allow Window Close?"_s);
-    QVERIFY(box->text().startsWith(u"This window is attempting to close itself!"_s));
-    QCOMPARE(box->icon(), QMessageBox::Question);
-    box->button(agree ? QMessageBox::Yes : QMessageBox::No)->click();
+    QVERIFY(!QApplication::activeModalWidget());
+    const PageQuestionBox *box = PageAsks::shownIn(form);
+    QVERIFY(box);
+    QCOMPARE(form->findChildren<PageQuestionBox *>().size(), 1);
+    QCOMPARE(PageAsks::titleOf(box), u"Allow Window Close?"_s);
+    QCOMPARE(PageAsks::textOf(box),
+             u"This window is attempting to close itself!\nDo you want to allow this?"_s);
+    QCOMPARE(PageAsks::yes(box)->text(), u"Yes"_s);
+    QCOMPARE(PageAsks::no(box)->text(), u"No"_s);
+    QVERIFY(!box->findChild<QLabel *>(u"lblIcon"_s)->pixmap(Qt::ReturnByValue).isNull());
+    (agree ? PageAsks::yes(box) : PageAsks::no(box))->click();
     if (agree) {
         QTRY_VERIFY(!form);
         QVERIFY(m_frame->tabs.tabs.isEmpty());
     } else {
-        QTRY_VERIFY(m_frame->window()->findChildren<QMessageBox *>().isEmpty());
+        QTRY_VERIFY(form->findChildren<PageQuestionBox *>().isEmpty());
         QVERIFY(form && form->isVisible());
         QCOMPARE(m_frame->tabs.tabs.size(), 1);
     }

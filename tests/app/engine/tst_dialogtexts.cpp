@@ -11,10 +11,11 @@
 #include "FavoritesHome.h"
 #include "JobProgress.h"
 #include "Language.h"
-#include "LoginDialog.h"
+#include "LoginFields.h"
 #include "MsgBox.h"
 #include "PageFindBar.h"
 #include "PageProperties.h"
+#include "PageQuestionBox.h"
 #include "PageSetupDialog.h"
 #include "PrintPreview.h"
 #include "ProfileProgress.h"
@@ -81,6 +82,16 @@ QWidget *shown(QWidget *window)
 {
     window->show();
     return window;
+}
+
+PageQuestion pageQuestion(const QString &section, const QString &key)
+{
+    PageQuestion question;
+    question.title = GetLanguageText(section, key, u"?"_s);
+    question.text = GetLanguageText(u"LoginDialog"_s, u"strWrong"_s, u"?"_s);
+    question.yes = GetLanguageText(u"PageQuestions"_s, u"cmdLeave"_s, u"?"_s);
+    question.no = GetLanguageText(u"PageQuestions"_s, u"cmdStay"_s, u"?"_s);
+    return question;
 }
 
 /// One of each kind that an import can leave out.
@@ -188,8 +199,15 @@ void tst_DialogTexts::describePageDialogs()
              return shown(preview);
          }},
         {u"properties"_s, [this, owner] { return shown(new PageProperties(webPage(), owner)); }},
-        {u"login"_s,
-         [owner] { return shown(new LoginDialog(u"http://site/"_s, u"Realm"_s, owner)); }},
+        {u"sign-in"_s, bar([](QWidget *place) {
+             PageQuestion question = pageQuestion(u"LoginDialog"_s, u"strProxyQuestion"_s);
+             question.fields = [](QWidget *parent) { return new LoginFields({}, parent); };
+             return new PageQuestionBox(question, true, place);
+         })},
+        {u"question of a page"_s, bar([](QWidget *place) {
+             const PageQuestion question = pageQuestion(u"PageQuestions"_s, u"strLeave"_s);
+             return new PageQuestionBox(question, true, place);
+         })},
         {u"script errors"_s,
          [owner] {
              auto *errors = new frmScriptErrors(owner, [] { return u"http://page/"_s; });

@@ -473,8 +473,9 @@ void tst_SaveAndPrint::pageMayAskForPrinting()
 {
     openLongPage();
     page().runJavaScript(u"window.print()"_s);
-    auto *dialog = waitFor<QPrintDialog>();
-    QVERIFY(dialog);
+    QPrintDialog *dialog = nullptr;
+    QTRY_VERIFY((dialog = m_session->frame->findChild<QPrintDialog *>()));
+    QVERIFY(dialog->isVisible() && !dialog->isModal());
     dialog->reject();
 }
 

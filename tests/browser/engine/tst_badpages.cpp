@@ -6,8 +6,6 @@
 #include "TestServer.h"
 #include "WebPage.h"
 
-#include <QDialog>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QTcpServer>
 #include <QWebEngineHistory>
@@ -36,7 +34,6 @@ private slots:
     void titleChangingWithoutEnd();
     void endedPageCanBeReloaded();
     void reloadByMouse();
-    void loginIsAskedLater();
 
 private:
     QString script(const QString &code);
@@ -298,28 +295,6 @@ void tst_badpages::reloadByMouse()
     QTRY_VERIFY(!browser()->Busy());
     QCOMPARE(browser()->LocationURL(), m_server->url(u"/a"_s));
     QCOMPARE(m_form->windowTitle(), u"Page A"_s);
-}
-
-void tst_badpages::loginIsAskedLater()
-{
-    m_server->handle("/private", [](const TestServer::Request &request) {
-        TestServer::Reply reply;
-        const bool known =
-            request.headers.value("authorization") == "Basic " + QByteArray("me:secret").toBase64();
-        reply.status = known ? 200 : 401;
-        reply.body = known ? "<title>Inside</title>" : "<title>Outside</title>";
-        if (!known)
-            reply.headers = {{"WWW-Authenticate", "Basic realm=\"Test\""}};
-        return reply;
-    });
-    browser()->Navigate(m_server->url(u"/private"_s));
-    QDialog *dialog = nullptr;
-    QTRY_VERIFY((dialog = m_frame->window()->findChild<QDialog *>(u"LoginDialog"_s)));
-    QTRY_COMPARE(m_form->windowTitle(), u"Outside"_s);
-    dialog->findChild<QLineEdit *>(u"txtUser"_s)->setText(u"me"_s);
-    dialog->findChild<QLineEdit *>(u"txtPassword"_s)->setText(u"secret"_s);
-    dialog->accept();
-    QTRY_COMPARE(m_form->windowTitle(), u"Inside"_s);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_badpages)

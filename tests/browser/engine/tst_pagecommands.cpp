@@ -5,12 +5,8 @@
 #include "WebView.h"
 
 #include <QClipboard>
-#include <QDialog>
 #include <QDir>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMimeData>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -31,15 +27,12 @@ private slots:
     void downloadLandsInTheFolder();
     void downloadOfTheSameNameIsKeptApart();
     void downloadLeavesThePage();
-    void alertIsShownWithItsText();
-    void confirmAndPromptAreAnswered();
     void fullScreenComesAndGoes();
 
 private:
     int status(OleCmd command) { return m_scene->browser->QueryStatusWB(command); }
     bool run(OleCmd command) { return m_scene->browser->ExecWB(command, OleExecOpt::Default); }
     void open(const QString &path) { m_scene->open(m_scene->server.url(path)); }
-    void answerDialog(const QString &script, const std::function<void(QDialog *)> &answer);
     static QDir downloads()
     {
         return QDir(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
@@ -224,51 +217,6 @@ void tst_pagecommands::downloadLeavesThePage()
 }
 
 /// Runs `script` later, so that it does not wait for the dialog that it opens.
-void tst_pagecommands::answerDialog(const QString &script,
-                                    const std::function<void(QDialog *)> &answer)
-{
-    bool answered = false;
-    QTimer poll;
-    connect(&poll, &QTimer::timeout, this, [&] {
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (!dialog || answered)
-            return;
-        answered = true;
-        answer(dialog);
-    });
-    poll.start(10);
-    m_scene->script("setTimeout(() => { "_L1 + script + " }, 0); 1"_L1);
-    QTRY_VERIFY(answered);
-}
-
-void tst_pagecommands::alertIsShownWithItsText()
-{
-    open(u"/field"_s);
-    QString text;
-    answerDialog(u"alert('<b>hello</b>'); document.title = 'after'"_s, [&text](QDialog *dialog) {
-        for (const QLabel *label : dialog->findChildren<QLabel *>()) {
-            text += label->text() + u'|';
-            QVERIFY(label->textFormat() != Qt::RichText);
-        }
-        dialog->accept();
-    });
-    QVERIFY2(text.contains("<b>hello</b>"_L1), qPrintable(text));
-    QTRY_COMPARE(m_scene->events.titles.last(), u"after"_s);
-}
-
-void tst_pagecommands::confirmAndPromptAreAnswered()
-{
-    open(u"/field"_s);
-    answerDialog(u"document.title = 'said ' + confirm('sure?')"_s,
-                 [](QDialog *dialog) { dialog->reject(); });
-    QTRY_COMPARE(m_scene->events.titles.last(), u"said false"_s);
-    answerDialog(u"document.title = 'got ' + prompt('name?', 'x')"_s, [](QDialog *dialog) {
-        dialog->findChild<QLineEdit *>()->setText(u"Ann"_s);
-        dialog->accept();
-    });
-    QTRY_COMPARE(m_scene->events.titles.last(), u"got Ann"_s);
-}
-
 void tst_pagecommands::fullScreenComesAndGoes()
 {
     m_scene->server.page("/full",

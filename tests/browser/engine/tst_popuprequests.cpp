@@ -1,10 +1,10 @@
 // The windows that real pages ask for, let through and refused.
 #include "EngineTest.h"
+#include "PageAsks.h"
 #include "PopupScene.h"
 
 #include <QAction>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -255,10 +255,10 @@ void tst_popuprequests::allowedWindowCanBeClosedByItsOpener()
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"popup"_s);
     PopupScene::script(opener, u"w.close(); 1"_s);
-    QMessageBox *question = nullptr;
-    QTRY_VERIFY((question = popup->findChild<QMessageBox *>()));
-    QCOMPARE(question->windowTitle(), u"Allow Window Close?"_s);
-    question->button(QMessageBox::Yes)->click();
+    const PageQuestionBox *question = nullptr;
+    QTRY_VERIFY((question = PageAsks::shownIn(popup)));
+    QCOMPARE(PageAsks::titleOf(question), u"Allow Window Close?"_s);
+    PageAsks::yes(question)->click();
     QTRY_VERIFY(!popup);
     QTRY_VERIFY(PopupScene::script(opener, u"w.closed"_s).toBool());
 }

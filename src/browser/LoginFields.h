@@ -1,15 +1,16 @@
 #pragma once
 
-#include <QDialog>
+#include <QString>
+#include <QWidget>
 
 class QLineEdit;
 
-/// Asks for the user name and password of a site.
-class LoginDialog : public QDialog {
+/// Where the user name and the password of a site are entered.
+class LoginFields : public QWidget {
     Q_OBJECT
 
 public:
-    LoginDialog(const QString &site, const QString &realm, QWidget *owner);
+    LoginFields(const QString &user, QWidget *parent);
 
     QString user() const;
     QString password() const;

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <optional>
+
+/// What the user entered for servers and proxies, by who asks and for which realm.
+class KnownLogins {
+public:
+    struct Login {
+        QString user;
+        QString password;
+    };
+
+    /// What `address` is to be told. Nothing where nothing is known, or where it was told once
+    /// and asks again: then it was wrong.
+    std::optional<Login> take(const QString &realm, const QString &address);
+    bool has(const QString &realm) const { return m_logins.contains(realm); }
+    /// The user name last entered; empty: none.
+    QString user(const QString &realm) const { return m_logins.value(realm).login.user; }
+    void put(const QString &realm, const Login &login) { m_logins.insert(realm, {login, {}}); }
+    /// Removes what was wrong.
+    void remove(const QString &realm) { m_logins.remove(realm); }
+
+private:
+    struct Known {
+        Login login;
+        QSet<QString> told;
+    };
+
+    QHash<QString, Known> m_logins;
+};

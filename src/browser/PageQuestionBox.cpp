@@ -1,0 +1,193 @@
+#include "PageQuestionBox.h"
+
+#include "Language.h"
+
+#include <QAccessible>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStyle>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// Pixels.
+constexpr int widest = 520;
+
+QLabel *makeIcon(QWidget *parent)
+{
+    auto *icon = new QLabel(parent);
+    icon->setObjectName("lblIcon"_L1);
+    const int size = parent->style()->pixelMetric(QStyle::PM_SmallIconSize);
+    icon->setPixmap(
+        parent->style()->standardIcon(QStyle::SP_MessageBoxQuestion).pixmap(size, size));
+    return icon;
+}
+
+bool isAnswerKey(const QKeyEvent &event)
+{
+    const int key = event.key();
+    return !event.modifiers().testAnyFlags(Qt::ControlModifier | Qt::AltModifier)
+        && (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter);
+}
+}
+
+PageQuestionBox::PageQuestionBox(const PageQuestion &question, bool offersSilence, QWidget *parent)
+    : QFrame(parent)
+{
+    setObjectName("PageQuestion"_L1);
+    setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
+    setAutoFillBackground(true);
+    setFocusPolicy(Qt::NoFocus);
+    setAccessibleName(question.title);
+    setAccessibleDescription(question.text);
+    new QVBoxLayout(this);
+    QLabel *title = addLabel("lblTitle", question.title);
+    QFont bold = title->font();
+    bold.setBold(true);
+    title->setFont(bold);
+    auto *head = new QHBoxLayout;
+    if (!question.no.isEmpty() && !question.fields)
+        head->addWidget(makeIcon(this));
+    head->addWidget(title, 1);
+    static_cast<QVBoxLayout *>(layout())->addLayout(head);
+    addText(QString(question.text).replace("\r\n"_L1, "\n"_L1));
+    if (question.fields) {
+        m_fields = question.fields(this);
+        layout()->addWidget(m_fields);
+    }
+    if (offersSilence) {
+        m_silence = new QCheckBox(GetLanguageText(u"PageQuestions"_s, u"chkNoMore"_s,
+                                                  u"No more questions from this page"_s),
+                                  this);
+        m_silence->setObjectName("chkNoMore"_L1);
+        m_silence->setAccessibleName(m_silence->text());
+        layout()->addWidget(m_silence);
+    }
+    addButtons(question);
+}
+
+QLabel *PageQuestionBox::addLabel(const char *name, const QString &text)
+{
+    auto *label = new QLabel(this);
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setText(text);
+    return label;
+}
+
+void PageQuestionBox::addText(const QString &text)
+{
+    m_text = addLabel("lblText", text);
+    m_text->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_scroll = new QScrollArea(this);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setWidget(m_text);
+    m_scroll->setVisible(!text.isEmpty());
+    layout()->addWidget(m_scroll);
+}
+
+void PageQuestionBox::addButtons(const PageQuestion &question)
+{
+    using Answer = PageQuestion::Answer;
+    auto *row = new QDialogButtonBox(this);
+    m_yes = row->addButton(question.yes, QDialogButtonBox::AcceptRole);
+    m_yes->setObjectName("cmdYes"_L1);
+    m_yes->setAccessibleName(question.yes);
+    connect(m_yes, &QPushButton::clicked, this, [this] { emit answered(Answer::Yes); });
+    if (!question.no.isEmpty()) {
+        m_no = row->addButton(question.no, QDialogButtonBox::RejectRole);
+        m_no->setObjectName("cmdNo"_L1);
+        m_no->setAccessibleName(question.no);
+        connect(m_no, &QPushButton::clicked, this, [this] { emit answered(Answer::No); });
+    }
+    layout()->addWidget(row);
+}
+
+void PageQuestionBox::fitInto(const QSize &room)
+{
+    const int width = qMin(room.width(), widest);
+    const QMargins around = layout()->contentsMargins();
+    const int textWidth = width - around.left() - around.right() - 2 * frameWidth();
+    const int wanted = m_text->heightForWidth(qMax(1, textWidth));
+    m_scroll->setFixedHeight(0);
+    layout()->activate();
+    const int others = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width)
+                                                     : layout()->totalSizeHint().height();
+    const int oneLine = m_text->fontMetrics().height();
+    m_scroll->setFixedHeight(qBound(oneLine, room.height() - others, qMax(oneLine, wanted)));
+    layout()->activate();
+    const int height = m_scroll->isVisibleTo(this) ? others + m_scroll->height() : others;
+    setGeometry((room.width() - width) / 2, 0, width, height);
+}
+
+void PageQuestionBox::takeFocus()
+{
+    QWidget *first = m_fields ? m_fields : m_yes;
+    first->setFocus(Qt::OtherFocusReason);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+bool PageQuestionBox::wantsSilence() const
+{
+    return m_silence && m_silence->isChecked();
+}
+
+bool PageQuestionBox::event(QEvent *event)
+{
+    // These keys are menu items' as well.
+    if (event->type() == QEvent::ShortcutOverride
+        && isAnswerKey(*static_cast<QKeyEvent *>(event))) {
+        event->accept();
+        return true;
+    }
+    return QFrame::event(event);
+}
+
+void PageQuestionBox::keyPressEvent(QKeyEvent *event)
+{
+    if (!isAnswerKey(*event)) {
+        QFrame::keyPressEvent(event);
+        return;
+    }
+    if (event->isAutoRepeat())
+        return;
+    if (event->key() != Qt::Key_Escape)
+        pressFocused();
+    else
+        (m_no ? m_no : m_yes)->click();
+}
+
+void PageQuestionBox::pressFocused()
+{
+    if (m_no && m_no->hasFocus())
+        m_no->click();
+    else
+        m_yes->click();
+}
+
+bool PageQuestionBox::focusNextPrevChild(bool next)
+{
+    if (!m_keepsFocus)
+        return QFrame::focusNextPrevChild(next);
+    QWidget *target = focusWidget() ? focusWidget() : this;
+    for (QWidget *start = target;;) {
+        target = next ? target->nextInFocusChain() : target->previousInFocusChain();
+        if (target == start)
+            return true;
+        const bool takesTab = (target->focusPolicy() & Qt::TabFocus) && !target->focusProxy();
+        if (isAncestorOf(target) && takesTab && target->isVisible() && target->isEnabled())
+            break;
+    }
+    target->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}

@@ -1,0 +1,128 @@
+#include "PageQuestions.h"
+
+#include "Log.h"
+#include "PageQuestionBox.h"
+
+#include <QApplication>
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// A page that has taken back that many questions wants no answer.
+constexpr int mostTakenBack = 3;
+}
+
+PageQuestions::PageQuestions(QWidget *client)
+    : QObject(client)
+    , m_client(client)
+{
+    client->installEventFilter(this);
+    connect(qApp, &QApplication::focusChanged, this, &PageQuestions::followFocus);
+}
+
+PageQuestions::~PageQuestions()
+{
+    endAll();
+}
+
+bool PageQuestions::ask(const PageQuestion &question)
+{
+    if (m_silenced || isAsking(question.kind) || m_refused.contains(question.kind))
+        return false;
+    put(m_entries.size(), question, false);
+    return true;
+}
+
+void PageQuestions::put(qsizetype place, const PageQuestion &question, bool waits)
+{
+    auto *box = new PageQuestionBox(question, m_asked > 0, m_client);
+    box->hide();
+    box->setKeepsFocus(waits);
+    ++m_asked;
+    m_entries.insert(place, {question, box, waits});
+    connect(box, &PageQuestionBox::answered, this,
+            [this, kind = question.kind](Answer answer) { finish(kind, answer); });
+    if (place == 0)
+        showFirst();
+}
+
+bool PageQuestions::isAsking(const QString &kind) const
+{
+    return std::any_of(m_entries.begin(), m_entries.end(),
+                       [&kind](const Entry &each) { return each.question.kind == kind; });
+}
+
+bool PageQuestions::mayGoAhead()
+{
+    if (m_asked > 0 || m_silenced || !m_entries.isEmpty() || !isInFront())
+        return false;
+    ++m_asked;
+    return true;
+}
+
+/// The answer may close the window.
+void PageQuestions::finish(const QString &kind, Answer answer)
+{
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&kind](const Entry &each) {
+        return each.question.kind == kind;
+    });
+    if (found == m_entries.end())
+        return;
+    const Entry entry = *found;
+    m_entries.erase(found);
+    if (answer == Answer::No && entry.question.noHolds)
+        m_refused.insert(kind);
+    // Hidden, it would hand the keyboard to whatever comes next.
+    if (entry.box && entry.box->isAncestorOf(QApplication::focusWidget()))
+        m_client->setFocus();
+    if (answer != Answer::Ended && entry.box && entry.box->wantsSilence()) {
+        m_silenced = true;
+        endAll();
+    }
+    const QPointer<PageQuestions> self(this);
+    if (entry.question.done)
+        entry.question.done(answer);
+    if (entry.box) {
+        entry.box->hide();
+        entry.box->deleteLater();
+    }
+    if (self)
+        showFirst();
+}
+
+void PageQuestions::userActed()
+{
+    m_asked = int(m_entries.size());
+    m_takenBack = 0;
+    m_silenced = false;
+    m_refused.clear();
+}
+
+void PageQuestions::pageChanged(const QUrl &url)
+{
+    QStringList over;
+    for (const Entry &each : std::as_const(m_entries)) {
+        const QUrl stays = each.question.staysAt;
+        if (stays.isEmpty()
+            || stays.adjusted(QUrl::RemoveFragment) != url.adjusted(QUrl::RemoveFragment))
+            over.append(each.question.kind);
+    }
+    m_takenBack += int(over.size());
+    for (const QString &kind : std::as_const(over))
+        finish(kind, Answer::Ended);
+    if (m_takenBack >= mostTakenBack && !std::exchange(m_silenced, true))
+        qCInfo(lcEngine) << "a page that takes its questions back is not heard:" << url.host();
+}
+
+void PageQuestions::endAll()
+{
+    while (!m_entries.isEmpty())
+        finish(m_entries.constLast().question.kind, Answer::Ended);
+}
+
+void PageQuestions::end(const QString &kind)
+{
+    finish(kind, Answer::Ended);
+}

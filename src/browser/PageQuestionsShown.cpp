@@ -1,0 +1,114 @@
+// Where the question in turn is seen, and when it has the keyboard.
+#include "PageQuestionBox.h"
+#include "PageQuestions.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPainter>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// Dims a page that stands still, and takes the clicks that would reach it later.
+class Cover : public QWidget {
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter(this).fillRect(rect(), QColor(0, 0, 0, 60));
+    }
+    void mousePressEvent(QMouseEvent *) override { }
+    void mouseReleaseEvent(QMouseEvent *) override { }
+    void mouseDoubleClickEvent(QMouseEvent *) override { }
+    void wheelEvent(QWheelEvent *) override { }
+    void contextMenuEvent(QContextMenuEvent *) override { }
+};
+}
+
+PageQuestionBox *PageQuestions::shownBox() const
+{
+    return m_entries.isEmpty() ? nullptr : m_entries.constFirst().box.data();
+}
+
+void PageQuestions::showFirst()
+{
+    PageQuestionBox *box = shownBox();
+    for (const Entry &each : std::as_const(m_entries)) {
+        if (each.box && each.box != box)
+            each.box->hide();
+    }
+    const bool covers = box && m_entries.constFirst().waits;
+    if (!covers)
+        delete m_cover;
+    if (!box || box->isVisibleTo(m_client))
+        return;
+    if (covers && !m_cover) {
+        m_cover = new Cover(m_client);
+        m_cover->show();
+    }
+    emit shown();
+    box->show();
+    placeBox();
+    m_owesFocus = true;
+    const QWidget *window = m_client->parentWidget();
+    const QWidget *now = QApplication::focusWidget();
+    if (isInFront() && (!now || (window && window->isAncestorOf(now))))
+        takeFocusHere();
+}
+
+void PageQuestions::placeBox()
+{
+    if (m_cover) {
+        m_cover->setGeometry(m_client->rect());
+        m_cover->raise();
+    }
+    if (PageQuestionBox *box = shownBox()) {
+        box->fitInto(m_client->size());
+        box->raise();
+    }
+}
+
+void PageQuestions::takeFocusHere()
+{
+    m_owesFocus = false;
+    if (PageQuestionBox *box = shownBox())
+        box->takeFocus();
+}
+
+/// The keyboard comes to the window, and so to the question: always where the page could not use
+/// it, else from elsewhere in the program, but not with a click into the page.
+void PageQuestions::followFocus(QWidget *old, QWidget *now)
+{
+    PageQuestionBox *box = shownBox();
+    if (!box || !now || !m_client->isAncestorOf(now) || box->isAncestorOf(now))
+        return;
+    const bool clicked = QApplication::mouseButtons() != Qt::NoButton;
+    const bool comes = old ? !m_client->isAncestorOf(old) : m_owesFocus;
+    if (!m_entries.constFirst().waits && (clicked || !comes))
+        return;
+    QTimer::singleShot(0, this, [this] {
+        const QWidget *focus = QApplication::focusWidget();
+        if (isInFront() && focus && m_client->isAncestorOf(focus))
+            takeFocusHere();
+    });
+}
+
+bool PageQuestions::isInFront() const
+{
+    const auto *window = qobject_cast<const QMdiSubWindow *>(m_client->parentWidget());
+    const QMdiArea *area = window ? window->mdiArea() : nullptr;
+    return area && area->currentSubWindow() == window && window->isVisible()
+        && !window->isMinimized() && !window->window()->isMinimized();
+}
+
+bool PageQuestions::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_client && event->type() == QEvent::Resize)
+        placeBox();
+    return QObject::eventFilter(watched, event);
+}

@@ -1,0 +1,108 @@
+// What the page asks its user, and how that gives way to what the user does.
+#include "BrowserHost.h"
+#include "Language.h"
+#include "PagePrinter.h"
+#include "PageQuestions.h"
+#include "QtWebBrowser.h"
+#include "ShownAddress.h"
+#include "WebPage.h"
+#include "WebView.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+QString text(const char *key, const QString &english)
+{
+    return GetLanguageText(u"PageQuestions"_s, QString::fromLatin1(key), english);
+}
+}
+
+void QtWebBrowser::setQuestions(PageQuestions *questions)
+{
+    m_questions = questions;
+    connect(questions, &PageQuestions::shown, m_host, &BrowserHost::endFullScreen);
+}
+
+void QtWebBrowser::connectQuestions()
+{
+    m_page->setQuestions(m_questions);
+    m_page->setIsOnItsWay([this](const QUrl &url) {
+        return isUnderWay()
+            && url.adjusted(QUrl::RemoveFragment | QUrl::RemoveUserInfo)
+            == m_pending.adjusted(QUrl::RemoveFragment | QUrl::RemoveUserInfo);
+    });
+    connect(m_page, &WebPage::signedIn, this, &QtWebBrowser::onSignedIn);
+    connect(m_page, &QWebEnginePage::printRequested, this, &QtWebBrowser::onPrintRequested);
+}
+
+/// A page whose script waits for an answer gets none any more, and `command` runs when the engine
+/// has gone on; true then.
+bool QtWebBrowser::waitsForAnswer(const std::function<void()> &command)
+{
+    if (!m_page || !m_page->awaitsAnswer())
+        return false;
+    connect(m_page, &WebPage::answerGiven, this, command, Qt::SingleShotConnection);
+    if (m_questions)
+        m_questions->endAll();
+    return true;
+}
+
+void QtWebBrowser::noteUserAction()
+{
+    if (m_questions)
+        m_questions->userActed();
+}
+
+/// The first time since the user did something it is as if he had chosen it himself; then he is
+/// asked. Until he has decided, further requests are dropped.
+void QtWebBrowser::onPrintRequested()
+{
+    if (!m_questions || m_printDialog || PagePrinter::isOpenFor(m_page))
+        return;
+    if (m_questions->mayGoAhead()) {
+        openPrintDialog();
+        return;
+    }
+    PageQuestion question;
+    question.kind = u"print"_s;
+    question.title = shownSite(QUrl(m_location));
+    question.text = text("strPrint", u"This page wants to be printed. Do you want to print it?"_s);
+    question.yes = text("cmdYes", u"Yes"_s);
+    question.no = text("cmdNo", u"No"_s);
+    question.done = [this](PageQuestion::Answer answer) {
+        if (answer == PageQuestion::Answer::Yes)
+            openPrintDialog();
+    };
+    m_questions->ask(question);
+}
+
+void QtWebBrowser::openPrintDialog()
+{
+    if (m_page && m_view && m_page->renderProcessPid() != 0)
+        m_printDialog = PagePrinter::openBeside(m_page, m_view->window());
+}
+
+/// What was sent with a form is not sent again unasked. The refusal that came with the question may
+/// still be on its way, and then there is nothing yet to load anew.
+void QtWebBrowser::onSignedIn()
+{
+    if (m_page->mayAskAgain()) {
+        if (isUnderWay())
+            Navigate(QString::fromLatin1(m_pending.toEncoded()));
+        else
+            Refresh();
+        return;
+    }
+    PageQuestion question;
+    question.kind = u"sendAgain"_s;
+    question.title = shownSite(QUrl(m_location));
+    question.text = text("strSendAgain", u"What you entered must be sent once more. Send it?"_s);
+    question.yes = text("cmdYes", u"Yes"_s);
+    question.no = text("cmdNo", u"No"_s);
+    question.done = [this](PageQuestion::Answer answer) {
+        if (answer == PageQuestion::Answer::Yes && m_page)
+            m_page->resend(QWebEnginePage::Reload);
+    };
+    if (m_questions)
+        m_questions->ask(question);
+}

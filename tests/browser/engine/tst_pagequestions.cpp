@@ -1,0 +1,423 @@
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWebEngineView>
+#include <csignal>
+
+#include "EngineTest.h"
+#include "PageAsks.h"
+#include "PageQuestions.h"
+#include "PopupScene.h"
+
+using namespace Qt::StringLiterals;
+
+/// The questions that scripts of pages wait for, in their windows.
+class tst_pagequestions : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void alertIsShownInItsWindow();
+    void markupIsShownAsText();
+    void confirmAndPrompt_data();
+    void confirmAndPrompt();
+    void tabStaysInside();
+    void longMessageFits();
+    void frameIsNamed();
+    void restIsUsableMeanwhile();
+    void endlessAlertsCanBeEnded();
+    void silencedPageLeavesTheRestUsable();
+    void userDoingSomethingEndsTheSilence();
+    void otherWindowEndsTheWait();
+    void pageBehindDoesNotWait();
+    void minimizingEndsTheWait();
+    void closingTheWindow_data();
+    void closingTheWindow();
+    void typedAddressEndsIt();
+    void stopEndsIt();
+    void processEndsMeanwhile();
+    void leavingIsAsked_data();
+    void leavingIsAsked();
+    void focusStaysWhereTheUserTypes();
+
+private:
+    void start(const QString &code) { run(m_form, code); }
+    static void run(frmBrowser *form, const QString &code)
+    {
+        PopupScene::control(form)->page()->runJavaScript("setTimeout(() => { "_L1 + code
+                                                         + " }, 0); 1"_L1);
+    }
+    QString title() const { return m_form->windowTitle(); }
+
+    std::unique_ptr<PopupScene> m_scene;
+    QPointer<frmBrowser> m_form;
+};
+
+void tst_pagequestions::init()
+{
+    m_scene = std::make_unique<PopupScene>();
+    QVERIFY(m_scene->isReady());
+    m_form = m_scene->openPage("<input id=i><p>text</p>", true);
+    QVERIFY(QTest::qWaitForWindowActive(m_scene->frame.window()));
+}
+
+void tst_pagequestions::cleanup()
+{
+    m_scene.reset();
+}
+
+void tst_pagequestions::alertIsShownInItsWindow()
+{
+    m_form->brwWebBrowser()->SetFocus();
+    const WhenAsked asked(m_form, [this](PageQuestionBox *box) {
+        QVERIFY(!QApplication::activeModalWidget());
+        QVERIFY(!QApplication::activePopupWidget());
+        QVERIFY(m_form->isAncestorOf(box));
+        QCOMPARE(PageAsks::titleOf(box),
+                 u"Message from http://127.0.0.1:%1"_s.arg(m_scene->server.port()));
+        QCOMPARE(PageAsks::textOf(box), u"hello"_s);
+        QCOMPARE(box->accessibleName(), PageAsks::titleOf(box));
+        QCOMPARE(box->accessibleDescription(), u"hello"_s);
+        QCOMPARE(PageAsks::yes(box)->accessibleName(), u"OK"_s);
+        QVERIFY(!PageAsks::no(box) && !PageAsks::noMore(box));
+        QTRY_VERIFY(PageAsks::yes(box)->hasFocus());
+        QTest::keyClick(PageAsks::yes(box), Qt::Key_Escape);
+    });
+    start(u"alert('hello'); document.title = 'after'"_s);
+    QTRY_COMPARE(title(), u"after"_s);
+    QCOMPARE(asked.count(), 1);
+    QTRY_COMPARE(PageAsks::countIn(m_form), 0);
+    const QWidget *control = m_form->brwWebBrowser()->widget();
+    QTRY_VERIFY(control->isAncestorOf(QApplication::focusWidget()));
+}
+
+void tst_pagequestions::markupIsShownAsText()
+{
+    const WhenAsked asked(m_form, [](PageQuestionBox *box) {
+        for (const QLabel *label : box->findChildren<QLabel *>())
+            QCOMPARE(label->textFormat(), Qt::PlainText);
+        QCOMPARE(PageAsks::textOf(box), u"<b>bold</b>"_s);
+        PageAsks::yes(box)->click();
+    });
+    start(u"alert('<b>bold</b>'); document.title = 'after'"_s);
+    QTRY_COMPARE(title(), u"after"_s);
+}
+
+void tst_pagequestions::confirmAndPrompt_data()
+{
+    QTest::addColumn<QString>("call");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("result");
+    QTest::newRow("confirm, Return") << u"confirm('?')"_s << int(Qt::Key_Return) << u"true"_s;
+    QTest::newRow("confirm, Escape") << u"confirm('?')"_s << int(Qt::Key_Escape) << u"false"_s;
+    QTest::newRow("prompt, Return") << u"prompt('?', 'x')"_s << int(Qt::Key_Return) << u"Ann"_s;
+    QTest::newRow("prompt, Escape") << u"prompt('?', 'x')"_s << int(Qt::Key_Escape) << u"null"_s;
+}
+
+void tst_pagequestions::confirmAndPrompt()
+{
+    QFETCH(QString, call);
+    QFETCH(int, key);
+    QFETCH(QString, result);
+    m_form->brwWebBrowser()->SetFocus();
+    const WhenAsked asked(m_form, [key](PageQuestionBox *box) {
+        QTRY_VERIFY(box->isAncestorOf(QApplication::focusWidget()));
+        if (auto *field = box->findChild<QLineEdit *>()) {
+            QCOMPARE(field->text(), u"x"_s);
+            QCOMPARE(field->accessibleName(), u"?"_s);
+            QVERIFY(field->hasFocus());
+            QTest::keyClicks(field, u"Ann"_s);
+        }
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key(key));
+    });
+    start("document.title = 'got ' + "_L1 + call);
+    QTRY_COMPARE(title(), "got "_L1 + result);
+}
+
+void tst_pagequestions::tabStaysInside()
+{
+    m_form->brwWebBrowser()->SetFocus();
+    const WhenAsked asked(m_form, [](PageQuestionBox *box) {
+        QTRY_VERIFY(box->isAncestorOf(QApplication::focusWidget()));
+        QSet<QWidget *> seen;
+        for (int i = 0; i < 6; ++i) {
+            QTest::keyClick(QApplication::focusWidget(), i < 3 ? Qt::Key_Tab : Qt::Key_Backtab);
+            QVERIFY(box->isAncestorOf(QApplication::focusWidget()));
+            seen.insert(QApplication::focusWidget());
+        }
+        QCOMPARE(seen.size(), 3);
+        PageAsks::no(box)->click();
+    });
+    start(u"prompt('?'); document.title = 'after'"_s);
+    QTRY_COMPARE(title(), u"after"_s);
+}
+
+void tst_pagequestions::longMessageFits()
+{
+    m_form->showNormal();
+    m_form->resize(300, 260);
+    const WhenAsked asked(m_form, [this](PageQuestionBox *box) {
+        const QWidget *client = m_form->widget();
+        QVERIFY(client->rect().contains(box->geometry()));
+        const QPushButton *button = PageAsks::yes(box);
+        QVERIFY(box->rect().contains(QRect(button->mapTo(box, QPoint()), button->size())));
+        QCOMPARE(PageAsks::textOf(box).size(), 2000);
+        PageAsks::yes(box)->click();
+    });
+    start(u"alert('word '.repeat(200000)); document.title = 'after'"_s);
+    QTRY_COMPARE(title(), u"after"_s);
+}
+
+/// The engine lets frames of other sites ask nothing.
+void tst_pagequestions::frameIsNamed()
+{
+    m_scene->server.page("/inner",
+                         "<script>confirm('inner'); parent.document.title = 'on'</script>");
+    const WhenAsked asked(m_form, [this](PageQuestionBox *box) {
+        QCOMPARE(PageAsks::titleOf(box),
+                 u"Message from http://127.0.0.1:%1"_s.arg(m_scene->server.port()));
+        PageAsks::yes(box)->click();
+    });
+    start("document.body.innerHTML = '<iframe src=\""_L1
+          + m_scene->server.url(u"/inner"_s, u"localhost"_s)
+          + "\"></iframe><iframe src=/inner></iframe>'"_L1);
+    QTRY_COMPARE(title(), u"on"_s);
+    QTRY_COMPARE(m_scene->server.count("/inner"), 2);
+    QCOMPARE(asked.count(), 1);
+}
+
+void tst_pagequestions::restIsUsableMeanwhile()
+{
+    QLineEdit beside(m_scene->frame.window());
+    beside.show();
+    const WhenAsked asked(m_form, [&](PageQuestionBox *box) {
+        // What is outside the page works.
+        QTest::mouseClick(&beside, Qt::LeftButton);
+        QTRY_VERIFY(beside.hasFocus());
+        QTest::keyClicks(&beside, u"typed"_s);
+        QCOMPARE(beside.text(), u"typed"_s);
+        m_form->showNormal();
+        m_form->move(10, 20);
+        QVERIFY(box->isVisible());
+        // A press on the page reaches nobody.
+        m_form->brwWebBrowser()->SetFocus();
+        QTRY_VERIFY(box->isAncestorOf(QApplication::focusWidget()));
+        PageAsks::yes(box)->click();
+    });
+    start(u"alert('x'); document.title = 'after'"_s);
+    QTRY_COMPARE(title(), u"after"_s);
+}
+
+void tst_pagequestions::endlessAlertsCanBeEnded()
+{
+    const WhenAsked asked(m_form, [](PageQuestionBox *box) {
+        if (QCheckBox *noMore = PageAsks::noMore(box)) {
+            QVERIFY(!noMore->accessibleName().isEmpty());
+            noMore->click();
+        }
+        PageAsks::yes(box)->click();
+    });
+    start(u"for (let i = 0; i < 1000; i++) alert(i); document.title = 'after'"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(title(), u"after"_s, 20000);
+    QCOMPARE(asked.count(), 2);
+    start(u"document.title = 'said ' + confirm() + prompt()"_s);
+    QTRY_COMPARE(title(), u"said falsenull"_s);
+    QCOMPARE(asked.count(), 2);
+}
+
+/// A page that goes on for ever after it has been shut up: the window can be left and closed, and
+/// another shows its page.
+void tst_pagequestions::silencedPageLeavesTheRestUsable()
+{
+    const WhenAsked asked(m_form, [](PageQuestionBox *box) {
+        if (QCheckBox *noMore = PageAsks::noMore(box))
+            noMore->click();
+        PageAsks::yes(box)->click();
+    });
+    start(u"while (true) alert()"_s);
+    QTRY_COMPARE(asked.count(), 2);
+    m_scene->server.page("/other", "<title>other</title>");
+    const frmBrowser *other = m_scene->frame.open(m_scene->server.url(u"/other"_s, u"localhost"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(other->windowTitle(), u"other"_s, 20000);
+    m_form->unload();
+    QTRY_VERIFY(!m_form);
+    QCOMPARE(PopupScene::script(other, u"1 + 1"_s).toInt(), 2);
+}
+
+void tst_pagequestions::userDoingSomethingEndsTheSilence()
+{
+    m_scene->server.page("/b", "<title>b</title>");
+    const WhenAsked asked(m_form, [](PageQuestionBox *box) {
+        if (QCheckBox *noMore = PageAsks::noMore(box))
+            noMore->click();
+        PageAsks::yes(box)->click();
+    });
+    start(u"alert(1); alert(2); alert(3); location = '/b'"_s);
+    QTRY_COMPARE(title(), u"b"_s);
+    QCOMPARE(asked.count(), 2);
+    // The page went there by itself.
+    start(u"alert(4); document.title = 'c'"_s);
+    QTRY_COMPARE(title(), u"c"_s);
+    QCOMPARE(asked.count(), 2);
+    m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/opener"_s));
+    QTRY_COMPARE(title(), u"opener"_s);
+    start(u"alert(5); document.title = 'd'"_s);
+    QTRY_COMPARE(title(), u"d"_s);
+    QCOMPARE(asked.count(), 3);
+}
+
+void tst_pagequestions::otherWindowEndsTheWait()
+{
+    m_scene->server.page("/other", "<title>other</title>");
+    frmBrowser *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    QTRY_COMPARE(other->windowTitle(), u"other"_s);
+    m_scene->frame.area->setActiveSubWindow(m_form);
+    const WhenAsked asked(m_form, [this, other](PageQuestionBox *) {
+        m_scene->frame.area->setActiveSubWindow(other);
+    });
+    start(u"document.title = 'said ' + confirm('?')"_s);
+    QTRY_COMPARE(title(), u"said false"_s);
+    QCOMPARE(asked.count(), 1);
+    QCOMPARE(PopupScene::script(other, u"1 + 1"_s).toInt(), 2);
+}
+
+void tst_pagequestions::pageBehindDoesNotWait()
+{
+    m_scene->server.page("/other", "<title>other</title>");
+    frmBrowser *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    QTRY_COMPARE(other->windowTitle(), u"other"_s);
+    other->brwWebBrowser()->SetFocus();
+    start(u"for (let i = 0; i < 100; i++) alert('behind ' + i); document.title = 'went on'"_s);
+    QTRY_COMPARE(title(), u"went on"_s);
+    // One of them is there to be read, and the keyboard stays where it was.
+    QCOMPARE(PageAsks::countIn(m_form), 1);
+    QCOMPARE(PageAsks::textOf(PageAsks::shownIn(m_form)), u"behind 0"_s);
+    QVERIFY(other->isAncestorOf(QApplication::focusWidget()));
+    m_scene->frame.area->setActiveSubWindow(m_form);
+    QTRY_VERIFY(PageAsks::yes(PageAsks::shownIn(m_form))->hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QTRY_COMPARE(PageAsks::countIn(m_form), 0);
+}
+
+void tst_pagequestions::minimizingEndsTheWait()
+{
+    const WhenAsked asked(m_form, [this](PageQuestionBox *) { m_form->showMinimized(); });
+    start(u"document.title = 'said ' + prompt('?')"_s);
+    QTRY_COMPARE(title(), u"said null"_s);
+    QCOMPARE(asked.count(), 1);
+}
+
+void tst_pagequestions::closingTheWindow_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::newRow("its close box") << 0;
+    QTest::newRow("unloaded") << 1;
+    QTest::newRow("deleted") << 2;
+}
+
+void tst_pagequestions::closingTheWindow()
+{
+    QFETCH(int, way);
+    m_scene->server.page("/other", "<title>other</title>");
+    const frmBrowser *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    QTRY_COMPARE(other->windowTitle(), u"other"_s);
+    m_scene->frame.area->setActiveSubWindow(m_form);
+    const QPointer<WebPage> page = PopupScene::control(m_form)->page();
+    const WhenAsked asked(m_form, [this, way](PageQuestionBox *) {
+        if (way == 0)
+            m_form->close();
+        else if (way == 1)
+            m_form->unload();
+        else
+            delete m_form;
+    });
+    start(u"while (true) confirm('stay?')"_s);
+    QTRY_COMPARE(asked.count(), 1);
+    QTRY_VERIFY(!m_form);
+    QTRY_VERIFY(!page);
+    QCOMPARE(PopupScene::script(other, u"1 + 1"_s).toInt(), 2);
+}
+
+void tst_pagequestions::typedAddressEndsIt()
+{
+    m_scene->server.page("/b", "<title>b</title>");
+    const WhenAsked asked(m_form, [this](PageQuestionBox *) {
+        m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/b"_s));
+    });
+    start(u"alert('x')"_s);
+    QTRY_COMPARE(title(), u"b"_s);
+    QCOMPARE(asked.count(), 1);
+    QTRY_COMPARE(PageAsks::countIn(m_form), 0);
+    QVERIFY(m_form->brwWebBrowser()->GoBack());
+    QTRY_COMPARE(title(), u"opener"_s);
+}
+
+void tst_pagequestions::stopEndsIt()
+{
+    const WhenAsked asked(m_form, [this](PageQuestionBox *) { m_form->brwWebBrowser()->Stop(); });
+    start(u"document.title = 'said ' + confirm('?')"_s);
+    QTRY_COMPARE(title(), u"said false"_s);
+}
+
+void tst_pagequestions::processEndsMeanwhile()
+{
+    const WhenAsked asked(m_form, [this](PageQuestionBox *box) {
+        ::kill(pid_t(PopupScene::control(m_form)->page()->renderProcessPid()), SIGKILL);
+        PageAsks::yes(box)->click();
+    });
+    start(u"alert('x')"_s);
+    QTRY_VERIFY(m_form->findChild<QPushButton *>(u"cmdReload"_s));
+    QCOMPARE(PageAsks::countIn(m_form), 0);
+}
+
+void tst_pagequestions::leavingIsAsked_data()
+{
+    QTest::addColumn<bool>("leave");
+    QTest::newRow("stay") << false;
+    QTest::newRow("leave") << true;
+}
+
+void tst_pagequestions::leavingIsAsked()
+{
+    QFETCH(bool, leave);
+    m_scene->server.page("/b", "<title>b</title>");
+    start(u"onbeforeunload = event => { event.preventDefault(); event.returnValue = 'x' };"
+          "document.title = 'ready'"_s);
+    QTRY_COMPARE(title(), u"ready"_s);
+    // The engine asks only where the user has done something.
+    PopupScene::click(m_form, u"i"_s);
+    QTRY_COMPARE(PopupScene::script(m_form, u"navigator.userActivation.hasBeenActive"_s), true);
+    const WhenAsked asked(m_form, [leave](PageQuestionBox *box) {
+        QVERIFY(PageAsks::textOf(box).startsWith("Leave this page?"_L1));
+        QCOMPARE(PageAsks::no(box)->text(), u"Stay"_s);
+        (leave ? PageAsks::yes(box) : PageAsks::no(box))->click();
+    });
+    m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/b"_s));
+    QTRY_COMPARE(asked.count(), 1);
+    if (leave) {
+        QTRY_COMPARE(title(), u"b"_s);
+    } else {
+        QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+        QCOMPARE(PopupScene::script(m_form, u"document.title"_s).toString(), u"ready"_s);
+    }
+}
+
+void tst_pagequestions::focusStaysWhereTheUserTypes()
+{
+    QLineEdit beside(m_scene->frame.window());
+    beside.show();
+    beside.setFocus();
+    const WhenAsked asked(m_form, [&](PageQuestionBox *box) {
+        QCoreApplication::processEvents();
+        QVERIFY(beside.hasFocus());
+        PageAsks::yes(box)->click();
+    });
+    start(u"alert('x'); document.title = 'after'"_s);
+    QTRY_COMPARE(title(), u"after"_s);
+    QVERIFY(beside.hasFocus());
+}
+
+ORVANE_ENGINE_TEST_MAIN(tst_pagequestions)
+#include "tst_pagequestions.moc"

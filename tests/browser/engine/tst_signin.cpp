@@ -1,0 +1,354 @@
+#include <QAuthenticator>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QNetworkProxy>
+#include <QSet>
+#include <QTest>
+
+#include "EngineTest.h"
+#include "PageAsks.h"
+#include "PageQuestions.h"
+#include "PopupScene.h"
+
+using namespace Qt::StringLiterals;
+
+/// Servers and proxies that want a user name and a password.
+class tst_signin : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void pageIsAskedFor();
+    void wrongPasswordIsAskedAgain();
+    void answerBeforeThePageHasCome();
+    void redirectedPageNamesItsServer();
+    void cancelShowsTheAnswerAndHolds();
+    void partsOfAPageAreNotAskedFor();
+    void scriptsAreNotAskedFor();
+    void partsGetWhatIsKnown();
+    void reloadingPageKeepsOneQuestion();
+    void pagesThatGoOnAskingAreShutUp();
+    void questionGoesWithItsPage();
+    void formIsNotSentAgainUnasked();
+    void signingInServesAllWindows();
+    void connectionIsNamed_data();
+    void connectionIsNamed();
+    void proxyIsNamed();
+
+private:
+    /// A page behind user "me" and that password, with a realm of its own.
+    void protect(const QByteArray &path, const QByteArray &realm, const QByteArray &refusal = {},
+                 const QByteArray &password = "secret");
+    static void enter(const PageQuestionBox *box, const QString &password);
+    PageQuestionBox *question() const { return PageAsks::shownIn(m_form); }
+    QString url(const QString &path) const { return m_scene->server.url(path); }
+    void open(const QString &path) { m_form = m_scene->frame.open(url(path), true); }
+    QString title() const { return m_form->windowTitle(); }
+    /// Requests for `path` with that password, so far.
+    int countWith(const QByteArray &path, const QByteArray &password) const;
+
+    std::unique_ptr<PopupScene> m_scene;
+    QPointer<frmBrowser> m_form;
+};
+
+namespace {
+QByteArray basic(const QByteArray &password)
+{
+    return "Basic " + ("me:" + password).toBase64();
+}
+
+int number = 0;
+}
+
+void tst_signin::init()
+{
+    m_scene = std::make_unique<PopupScene>();
+    QVERIFY(m_scene->isReady());
+    // What was entered is kept for the life of the program.
+    ++number;
+}
+
+void tst_signin::cleanup()
+{
+    m_scene.reset();
+}
+
+void tst_signin::protect(const QByteArray &path, const QByteArray &realm, const QByteArray &refusal,
+                         const QByteArray &password)
+{
+    const QByteArray name = realm + QByteArray::number(number);
+    m_scene->server.handle(path, [=](const TestServer::Request &request) {
+        TestServer::Reply reply;
+        const bool known = request.headers.value("authorization") == basic(password);
+        reply.status = known ? 200 : 401;
+        reply.body = known ? "<title>Inside</title>" : "<title>Outside</title>" + refusal;
+        if (!known)
+            reply.headers = {{"WWW-Authenticate", "Basic realm=\"" + name + "\""}};
+        return reply;
+    });
+}
+
+void tst_signin::enter(const PageQuestionBox *box, const QString &password)
+{
+    box->findChild<QLineEdit *>(u"txtUser"_s)->setText(u"me"_s);
+    box->findChild<QLineEdit *>(u"txtPassword"_s)->setText(password);
+    PageAsks::yes(box)->click();
+}
+
+int tst_signin::countWith(const QByteArray &path, const QByteArray &password) const
+{
+    int count = 0;
+    for (const TestServer::Request &each : m_scene->server.requests(path))
+        count += each.headers.value("authorization") == basic(password) ? 1 : 0;
+    return count;
+}
+
+void tst_signin::pageIsAskedFor()
+{
+    protect("/private", "Realm");
+    open(u"/private"_s);
+    QTRY_VERIFY(question());
+    QTRY_COMPARE(title(), u"Outside"_s);
+    QVERIFY(!QApplication::activeModalWidget());
+    const PageQuestionBox *box = question();
+    const auto *password = box->findChild<QLineEdit *>(u"txtPassword"_s);
+    QCOMPARE(password->echoMode(), QLineEdit::Password);
+    QCOMPARE(password->accessibleName(), u"Password"_s);
+    QCOMPARE(box->findChild<QLineEdit *>(u"txtUser"_s)->accessibleName(), u"User name"_s);
+    QVERIFY(PageAsks::textOf(box).contains("Realm"_L1));
+    enter(box, u"secret"_s);
+    QTRY_COMPARE(title(), u"Inside"_s);
+    QTRY_VERIFY(!question());
+}
+
+void tst_signin::wrongPasswordIsAskedAgain()
+{
+    protect("/private", "Realm");
+    open(u"/private"_s);
+    QTRY_VERIFY(question());
+    const QPointer<PageQuestionBox> first = question();
+    enter(first, u"wrong"_s);
+    QTRY_VERIFY(question() && question() != first);
+    QVERIFY(PageAsks::textOf(question()).contains("not accepted"_L1));
+    QCOMPARE(question()->findChild<QLineEdit *>(u"txtUser"_s)->text(), u"me"_s);
+    enter(question(), u"secret"_s);
+    QTRY_COMPARE(title(), u"Inside"_s);
+    QCOMPARE(countWith("/private", "wrong"), 1);
+}
+
+void tst_signin::answerBeforeThePageHasCome()
+{
+    protect("/private", "Realm");
+    open(u"/private"_s);
+    const WhenAsked asked(m_form, [](PageQuestionBox *box) { enter(box, u"secret"_s); });
+    QTRY_COMPARE(title(), u"Inside"_s);
+    QCOMPARE(asked.count(), 1);
+}
+
+void tst_signin::redirectedPageNamesItsServer()
+{
+    TestServer other;
+    other.handle("/private", [](const TestServer::Request &) {
+        TestServer::Reply reply;
+        reply.status = 401;
+        reply.headers = {{"WWW-Authenticate", "Basic realm=\"There\""}};
+        return reply;
+    });
+    m_scene->server.redirect("/go", other.url(u"/private"_s, u"localhost"_s).toUtf8());
+    open(u"/go"_s);
+    QTRY_VERIFY(question());
+    QVERIFY(PageAsks::textOf(question()).startsWith(u"http://localhost:%1\n"_s.arg(other.port())));
+}
+
+void tst_signin::cancelShowsTheAnswerAndHolds()
+{
+    protect("/private", "Realm", "<script>setTimeout(() => location.reload(), 20)</script>");
+    open(u"/private"_s);
+    QTRY_VERIFY(question());
+    PageAsks::no(question())->click();
+    const int before = m_scene->server.count("/private");
+    QTRY_VERIFY(m_scene->server.count("/private") > before + 5);
+    QVERIFY(!question());
+    QCOMPARE(title(), u"Outside"_s);
+    m_form->brwWebBrowser()->Navigate(url(u"/private"_s));
+    QTRY_VERIFY(question());
+}
+
+void tst_signin::partsOfAPageAreNotAskedFor()
+{
+    QByteArray parts;
+    for (int i = 0; i < 10; ++i) {
+        const QByteArray path = "/part" + QByteArray::number(i);
+        protect(path, "Part" + QByteArray::number(i));
+        parts += "<img src=" + path + "><iframe src=" + path + "?frame></iframe>";
+    }
+    m_scene->server.page("/page", "<title>page</title>" + parts);
+    open(u"/page"_s);
+    PopupScene::waitUntilLoaded(m_form);
+    for (int i = 0; i < 10; ++i)
+        QTRY_COMPARE(m_scene->server.count("/part" + QByteArray::number(i)), 2);
+    QCOMPARE(PageAsks::countIn(m_form), 0);
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
+void tst_signin::scriptsAreNotAskedFor()
+{
+    protect("/private", "Realm");
+    m_scene->server.page("/page",
+                         "<title>page</title><script>let n = 0; (async () => { while (n < 30) {"
+                         "const r = await fetch('/private?' + n++); document.title = "
+                         "n + ' ' + r.status; } })()</script>");
+    open(u"/page"_s);
+    QTRY_COMPARE(title(), u"30 401"_s);
+    QCOMPARE(PageAsks::countIn(m_form), 0);
+}
+
+void tst_signin::partsGetWhatIsKnown()
+{
+    protect("/dir/page", "Realm");
+    for (int i = 0; i < 4; ++i)
+        protect("/other/" + QByteArray::number(i), "Realm");
+    open(u"/dir/page"_s);
+    QTRY_VERIFY(question());
+    enter(question(), u"secret"_s);
+    QTRY_COMPARE(title(), u"Inside"_s);
+    PopupScene::script(m_form, u"for (let i = 0; i < 4; i++) new Image().src = '/other/' + i; 1"_s);
+    for (int i = 0; i < 4; ++i)
+        QTRY_COMPARE(countWith("/other/" + QByteArray::number(i), "secret"), 1);
+    QCOMPARE(PageAsks::countIn(m_form), 0);
+}
+
+void tst_signin::reloadingPageKeepsOneQuestion()
+{
+    protect("/private", "Realm", "<script>setTimeout(() => location.reload(), 20)</script>");
+    open(u"/private"_s);
+    QTRY_VERIFY(question());
+    const QPointer<PageQuestionBox> first = question();
+    first->findChild<QLineEdit *>(u"txtUser"_s)->setText(u"me"_s);
+    const int before = m_scene->server.count("/private");
+    QTRY_VERIFY(m_scene->server.count("/private") > before + 5);
+    QVERIFY(first && first->isVisible());
+    QCOMPARE(PageAsks::countIn(m_form), 1);
+    enter(first, u"secret"_s);
+    QTRY_COMPARE(title(), u"Inside"_s);
+}
+
+/// One realm after the other, by itself.
+void tst_signin::pagesThatGoOnAskingAreShutUp()
+{
+    for (int i = 0; i < 20; ++i) {
+        const QByteArray next = QByteArray::number((i + 1) % 20);
+        protect("/r" + QByteArray::number(i), "Realm" + QByteArray::number(i),
+                "<script>setTimeout(() => location = '/r" + next + "', 20)</script>");
+    }
+    open(u"/r0"_s);
+    QTRY_VERIFY(question());
+    QTRY_VERIFY(m_scene->server.count("/r12") > 0);
+    QTRY_VERIFY(!question());
+    const int before = m_scene->server.count("/r19");
+    QTRY_VERIFY(m_scene->server.count("/r19") > before);
+    QVERIFY(!question());
+}
+
+void tst_signin::questionGoesWithItsPage()
+{
+    protect("/private", "Realm");
+    m_scene->server.page("/b", "<title>b</title>");
+    open(u"/private"_s);
+    QTRY_VERIFY(question());
+    QTRY_COMPARE(title(), u"Outside"_s);
+    m_form->brwWebBrowser()->Navigate(url(u"/b"_s));
+    QTRY_COMPARE(title(), u"b"_s);
+    QVERIFY(!question());
+    m_form->brwWebBrowser()->Navigate(url(u"/private"_s));
+    QTRY_VERIFY(question());
+    m_form->unload();
+    QTRY_VERIFY(!m_form);
+}
+
+void tst_signin::formIsNotSentAgainUnasked()
+{
+    protect("/send", "Realm");
+    m_scene->server.page("/form",
+                         "<title>form</title><form method=post action=/send>"
+                         "<input name=a value=1></form>");
+    open(u"/form"_s);
+    QTRY_COMPARE(title(), u"form"_s);
+    PopupScene::script(m_form, u"document.forms[0].submit(); 1"_s);
+    QTRY_COMPARE(title(), u"Outside"_s);
+    QTRY_VERIFY(question());
+    enter(question(), u"secret"_s);
+    QTRY_VERIFY(question() && PageAsks::textOf(question()).startsWith("What you entered"_L1));
+    QCOMPARE(m_scene->server.count("/send"), 1);
+    PageAsks::yes(question())->click();
+    QTRY_COMPARE(title(), u"Inside"_s);
+    QCOMPARE(m_scene->server.requests("/send").last().method, "POST");
+}
+
+void tst_signin::signingInServesAllWindows()
+{
+    protect("/private", "Realm");
+    open(u"/private"_s);
+    QTRY_VERIFY(question());
+    frmBrowser *other = m_scene->frame.open(url(u"/private"_s));
+    QTRY_VERIFY(PageAsks::shownIn(other));
+    // Each in its own window, and both can be used.
+    QCOMPARE(PageAsks::countIn(m_form), 1);
+    QCOMPARE(PageAsks::countIn(other), 1);
+    enter(PageAsks::shownIn(other), u"secret"_s);
+    QTRY_COMPARE(other->windowTitle(), u"Inside"_s);
+    QTRY_COMPARE(title(), u"Inside"_s);
+    QTRY_VERIFY(!question() && !PageAsks::shownIn(other));
+}
+
+void tst_signin::connectionIsNamed_data()
+{
+    QTest::addColumn<QString>("url");
+    QTest::addColumn<QString>("site");
+    QTest::addColumn<bool>("warns");
+    QTest::newRow("http") << u"http://host.test/x"_s << u"http://host.test"_s << true;
+    QTest::newRow("port") << u"http://host.test:81/x"_s << u"http://host.test:81"_s << true;
+    QTest::newRow("https") << u"https://host.test/x"_s << u"https://host.test"_s << false;
+}
+
+void tst_signin::connectionIsNamed()
+{
+    QFETCH(QString, url);
+    QFETCH(QString, site);
+    QFETCH(bool, warns);
+    open(u"/"_s);
+    WebPage *page = PopupScene::control(m_form)->page();
+    page->setIsOnItsWay([&url](const QUrl &asked) { return asked == QUrl(url); });
+    QAuthenticator login;
+    login.setOption(u"realm"_s, u"R"_s);
+    emit page->authenticationRequired(QUrl(url), &login);
+    QVERIFY(login.user().isEmpty());
+    QTRY_VERIFY(question());
+    const QStringList lines = PageAsks::textOf(question()).split(u'\n');
+    QCOMPARE(lines.first(), site);
+    QCOMPARE(lines.contains(u"The password is sent unencrypted."_s), warns);
+}
+
+void tst_signin::proxyIsNamed()
+{
+    QNetworkProxy::setApplicationProxy({QNetworkProxy::HttpProxy, u"proxy.test"_s, 3128});
+    open(u"/"_s);
+    QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+    QNetworkProxy::setApplicationProxy({QNetworkProxy::HttpProxy, u"proxy.test"_s, 3128});
+    WebPage *page = PopupScene::control(m_form)->page();
+    const QUrl url(u"https://host.test/x"_s);
+    page->setIsOnItsWay([url](const QUrl &asked) { return asked == url; });
+    QAuthenticator login;
+    emit page->proxyAuthenticationRequired(url, &login, u"proxy.test"_s);
+    QTRY_VERIFY(question());
+    QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+    QCOMPARE(PageAsks::titleOf(question()), u"The proxy asks you to sign in:"_s);
+    const QStringList lines = PageAsks::textOf(question()).split(u'\n');
+    QCOMPARE(lines.first(), u"proxy.test:3128"_s);
+    QVERIFY(lines.contains(u"The password is sent unencrypted."_s));
+    QVERIFY(!PageAsks::textOf(question()).contains("host.test"_L1));
+}
+
+ORVANE_ENGINE_TEST_MAIN(tst_signin)
+#include "tst_signin.moc"

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "PageQuestionBox.h"
+#include "frmBrowser.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+#include <functional>
+
+/// What a user sees and does when the page of a window asks something.
+namespace PageAsks {
+
+/// The question that the window shows; null: none.
+inline PageQuestionBox *shownIn(const QWidget *form)
+{
+    const QList<PageQuestionBox *> all =
+        form ? form->findChildren<PageQuestionBox *>() : QList<PageQuestionBox *>();
+    for (PageQuestionBox *each : all) {
+        if (each->isVisible())
+            return each;
+    }
+    return nullptr;
+}
+
+inline int countIn(const QWidget *form)
+{
+    int count = 0;
+    for (const PageQuestionBox *each : form->findChildren<PageQuestionBox *>())
+        count += each->isVisible() ? 1 : 0;
+    return count;
+}
+
+inline QString textOf(const PageQuestionBox *box)
+{
+    return box->findChild<QLabel *>(QStringLiteral("lblText"))->text();
+}
+
+inline QString titleOf(const PageQuestionBox *box)
+{
+    return box->findChild<QLabel *>(QStringLiteral("lblTitle"))->text();
+}
+
+inline QPushButton *yes(const PageQuestionBox *box)
+{
+    return box->findChild<QPushButton *>(QStringLiteral("cmdYes"));
+}
+
+inline QPushButton *no(const PageQuestionBox *box)
+{
+    return box->findChild<QPushButton *>(QStringLiteral("cmdNo"));
+}
+
+inline QCheckBox *noMore(const PageQuestionBox *box)
+{
+    return box->findChild<QCheckBox *>(QStringLiteral("chkNoMore"));
+}
+
+}
+
+/// Does something each time a window shows a new question, also while the engine waits inside the
+/// test's own waiting.
+class WhenAsked : public QObject {
+
+public:
+    using Act = std::function<void(PageQuestionBox *box)>;
+
+    WhenAsked(QWidget *form, const Act &act)
+        : m_form(form)
+    {
+        connect(&m_look, &QTimer::timeout, this, [this, act] {
+            PageQuestionBox *box = PageAsks::shownIn(m_form);
+            if (!box || box == m_last)
+                return;
+            m_last = box;
+            ++m_count;
+            act(box);
+        });
+        m_look.start(10);
+    }
+    int count() const { return m_count; }
+
+private:
+    QPointer<QWidget> m_form;
+    QPointer<PageQuestionBox> m_last;
+    QTimer m_look;
+    int m_count = 0;
+};
