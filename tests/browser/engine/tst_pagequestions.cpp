@@ -170,22 +170,17 @@ void tst_pagequestions::longMessageFits()
     QTRY_COMPARE(title(), u"after"_s);
 }
 
-/// The engine lets frames of other sites ask nothing.
 void tst_pagequestions::frameIsNamed()
 {
-    m_scene->server.page("/inner",
-                         "<script>confirm('inner'); parent.document.title = 'on'</script>");
-    const WhenAsked asked(m_form, [this](PageQuestionBox *box) {
-        QCOMPARE(PageAsks::titleOf(box),
-                 u"Message from http://127.0.0.1:%1"_s.arg(m_scene->server.port()));
+    m_scene->server.page("/inner", "<script>confirm('inner')</script>");
+    QStringList named;
+    const WhenAsked asked(m_form, [&named](PageQuestionBox *box) {
+        named.append(PageAsks::titleOf(box).section(u' ', -1));
         PageAsks::yes(box)->click();
     });
-    start("document.body.innerHTML = '<iframe src=\""_L1
-          + m_scene->server.url(u"/inner"_s, u"localhost"_s)
-          + "\"></iframe><iframe src=/inner></iframe>'"_L1);
-    QTRY_COMPARE(title(), u"on"_s);
-    QTRY_COMPARE(m_scene->server.count("/inner"), 2);
-    QCOMPARE(asked.count(), 1);
+    const QString elsewhere = m_scene->server.url(u"/inner"_s, u"localhost"_s);
+    start("document.body.innerHTML = '<iframe src=\""_L1 + elsewhere + "\"></iframe>'"_L1);
+    QTRY_COMPARE(named, QStringList(u"http://localhost:%1"_s.arg(m_scene->server.port())));
 }
 
 void tst_pagequestions::restIsUsableMeanwhile()
