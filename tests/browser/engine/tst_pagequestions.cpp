@@ -35,6 +35,7 @@ private slots:
     void minimizingEndsTheWait();
     void closingTheWindow_data();
     void closingTheWindow();
+    void closingAnotherWindow();
     void typedAddressEndsIt();
     void stopEndsIt();
     void processEndsMeanwhile();
@@ -333,6 +334,22 @@ void tst_pagequestions::closingTheWindow()
     QTRY_VERIFY(!m_form);
     QTRY_VERIFY(!page);
     QCOMPARE(PopupScene::script(other, u"1 + 1"_s).toInt(), 2);
+}
+
+void tst_pagequestions::closingAnotherWindow()
+{
+    m_scene->server.page("/other", "<title>other</title>");
+    const QPointer<frmBrowser> other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    QTRY_COMPARE(other->windowTitle(), u"other"_s);
+    m_scene->frame.area->setActiveSubWindow(m_form);
+    const WhenAsked asked(m_form, [other](PageQuestionBox *box) {
+        other->close();
+        QTRY_VERIFY(!other);
+        PageAsks::yes(box)->click();
+    });
+    start(u"document.title = 'said ' + confirm('?')"_s);
+    QTRY_COMPARE(title(), u"said true"_s);
+    QVERIFY(!other);
 }
 
 void tst_pagequestions::typedAddressEndsIt()
