@@ -1,16 +1,24 @@
 #include "AddressEdit.h"
 
+#include "DraggedUrls.h"
 #include "FieldKeys.h"
 #include "brwURL.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QStyleOptionFrame>
+#include <QUrl>
 
 namespace {
+bool holdsUrls(const QDropEvent &event)
+{
+    return !event.mimeData()->urls().isEmpty();
+}
+
 // Where text longer than this is laid out in one line, every key would be felt.
 constexpr int longestText = 32767;
 // What a line of text keeps between its frame and its text.
@@ -98,8 +106,35 @@ void AddressEdit::mouseReleaseEvent(QMouseEvent *event)
     m_selectAllOnRelease = false;
 }
 
+// A profile file is the frame's, and a folder is nobody's.
+void AddressEdit::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (isProfileDragged(*event->mimeData()) || isFolderDragged(*event->mimeData()))
+        event->ignore();
+    else
+        dragMoveEvent(event);
+}
+
+void AddressEdit::dragMoveEvent(QDragMoveEvent *event)
+{
+    if (holdsUrls(*event))
+        acceptAsCopy(*event);
+    else
+        QLineEdit::dragMoveEvent(event);
+}
+
+// A file or a link takes the place of the whole text, and waits for Enter there; other text goes in
+// where it is let go.
 void AddressEdit::dropEvent(QDropEvent *event)
 {
+    if (holdsUrls(*event)) {
+        acceptAsCopy(*event);
+        window()->activateWindow();
+        setFocus();
+        selectAll();
+        insert(QString::fromLatin1(event->mimeData()->urls().first().toEncoded()));
+        return;
+    }
     const QScopedValueRollback inserting(m_inserting, true);
     QLineEdit::dropEvent(event);
 }

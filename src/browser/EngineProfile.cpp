@@ -58,8 +58,8 @@ void setOptions(QWebEngineProfile *profile)
     settings->setAttribute(QWebEngineSettings::PluginsEnabled, true);
     settings->setAttribute(QWebEngineSettings::ErrorPageEnabled, true);
     settings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, scriptsMayOpenWindows);
-    // A page dropped on the window is the frame's to open, as files are.
-    settings->setAttribute(QWebEngineSettings::NavigateOnDropEnabled, false);
+    // The engine asks for a window for what is dropped on a page that does not take it.
+    settings->setAttribute(QWebEngineSettings::NavigateOnDropEnabled, true);
 }
 
 QWebEngineProfile *makeProfile()

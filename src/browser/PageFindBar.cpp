@@ -1,5 +1,6 @@
 #include "PageFindBar.h"
 
+#include "DraggedUrls.h"
 #include "Language.h"
 
 #include <QCheckBox>
@@ -36,6 +37,7 @@ PageFindBar::PageFindBar(QWebEnginePage *page, QWidget *parent)
     , m_result(new QLabel(this))
 {
     setObjectName("PageFindBar"_L1);
+    leaveFilesToTheFrame(*m_text);
     setAutoFillBackground(true);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(6, 3, 6, 3);

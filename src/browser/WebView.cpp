@@ -1,7 +1,7 @@
 #include "WebView.h"
 
+#include "DraggedUrls.h"
 #include "FieldKeys.h"
-#include "ProfileDrag.h"
 
 #include <QApplication>
 #include <QChildEvent>
@@ -53,6 +53,8 @@ bool WebView::eventFilter(QObject *watched, QEvent *event)
         keepFocus();
     }
     notePress(*event);
+    if (watched != this)
+        emit eventCame(*event);
     // In a field of a page the engine would keep Ctrl+K and others from the menus.
     if (event->type() == QEvent::ShortcutOverride && !isPageKey(*static_cast<QKeyEvent *>(event))) {
         event->ignore();
@@ -83,10 +85,21 @@ bool WebView::takePress()
 /// takes it.
 void WebView::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (isProfileName(firstDraggedFile(*event->mimeData())))
+    const QMimeData &dragged = *event->mimeData();
+    // What a page lets its own elements be dragged for is its own affair.
+    const bool fromOutside = event->source() != this;
+    if (fromOutside && (isProfileDragged(dragged) || isUnopenableDragged(dragged)))
         event->ignore();
     else
         QWebEngineView::dragEnterEvent(event);
+}
+
+void WebView::dropEvent(QDropEvent *event)
+{
+    const QStringList addresses = draggedAddresses(*event->mimeData());
+    if (!addresses.isEmpty())
+        emit dropped(addresses);
+    QWebEngineView::dropEvent(event);
 }
 
 /// Not the base class's, which would wake the pages of a hundred windows that are restored at once,

@@ -4,8 +4,8 @@
 #include <QWebEngineView>
 
 /// The widget that paints a page; tells when the keyboard focus comes to the page, and when
-/// the page has been told that it is hidden. Everything may be dropped on the page but a profile
-/// file, which is the frame's.
+/// the page has been told that it is hidden. A drag goes to the page but for a profile file, which
+/// is the frame's, and what no page opens, as folders and scripts.
 class WebView : public QWebEngineView {
     Q_OBJECT
 
@@ -19,12 +19,17 @@ public:
 
 signals:
     void gotFocus();
+    /// An event is on its way to the page.
+    void eventCame(const QEvent &event);
     /// The view came into sight or went; whether its page is to know is the owner's to say.
     void visibleChanged();
+    /// Files or links were dropped, which the page may take for itself; it is offered them next.
+    void dropped(const QStringList &addresses);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 

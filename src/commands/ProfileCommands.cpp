@@ -7,12 +7,12 @@
 
 #include "AppFolder.h"
 #include "CommonDialog.h"
+#include "DraggedUrls.h"
 #include "Factory.h"
 #include "Forms.h"
 #include "Language.h"
 #include "MsgBox.h"
 #include "NotSaved.h"
-#include "ProfileDrag.h"
 #include "ProfilePages.h"
 #include "ProfileProgress.h"
 #include "UrlProfile.h"

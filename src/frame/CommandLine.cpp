@@ -1,7 +1,7 @@
 #include "CommandLine.h"
 
+#include "DraggedUrls.h"
 #include "Language.h"
-#include "ProfileDrag.h"
 #include "ProgramInfo.h"
 
 #include <QDir>

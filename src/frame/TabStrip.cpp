@@ -1,10 +1,13 @@
 #include "TabStrip.h"
 
+#include "DraggedUrls.h"
 #include "Language.h"
 #include "TabButton.h"
 #include "TabOrder.h"
 
 #include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QToolButton>
 #include <algorithm>
 #include <chrono>
@@ -28,6 +31,7 @@ TabStrip::TabStrip(const QIcon &image1, QWidget *parent)
 {
     setObjectName(u"tbWindows"_s);
     setAccessibleName(u"Tabs"_s);
+    setAcceptDrops(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     makeArrows();
     m_layoutTimer.setSingleShot(true);
@@ -325,6 +329,19 @@ void TabStrip::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         scheduleLayout();
+}
+
+/// Refused here, a drag is offered to the frame, whose profile files are.
+void TabStrip::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!draggedAddresses(*event->mimeData()).isEmpty())
+        acceptAsCopy(*event);
+}
+
+void TabStrip::dropEvent(QDropEvent *event)
+{
+    acceptAsCopy(*event);
+    emit addressesDropped(draggedAddresses(*event->mimeData()));
 }
 
 void TabStrip::wheelEvent(QWheelEvent *event)

@@ -45,6 +45,8 @@ signals:
     /// A tab was clicked or activated from the keyboard; it is pressed already.
     void tabClicked(const QString &key);
     void tabMiddleClicked(const QString &key);
+    /// Files or links were dropped on the strip; addresses in encoded form.
+    void addressesDropped(const QStringList &addresses);
     /// The right button was released over the strip, its tabs and arrows included; or the menu
     /// key was pressed on a tab.
     void rightReleased(const QPoint &globalPos);
@@ -52,6 +54,8 @@ signals:
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;

@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QPointer>
 #include <QProxyStyle>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -109,6 +110,17 @@ void listWindows(QMenu &menu, Frame &frame, const MdiArea &area)
     }
 }
 
+/// One at each turn of the event loop: the program that they come from waits for the drop to end.
+void openInNewWindows(Frame &frame, const QStringList &addresses)
+{
+    if (addresses.isEmpty())
+        return;
+    QTimer::singleShot(0, frame.window(), [&frame, addresses] {
+        frame.OpenBrowserWindow(addresses.first(), frame.NewWindowState());
+        openInNewWindows(frame, addresses.mid(1));
+    });
+}
+
 }
 
 void activateTab(Frame &frame, const QString &key)
@@ -150,6 +162,9 @@ void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
         if (frmBrowser *window = windowOfTab(key))
             window->close();
     });
+    QObject::connect(
+        &strip, &TabStrip::addressesDropped, &strip,
+        [&frame](const QStringList &addresses) { openInNewWindows(frame, addresses); });
     QObject::connect(&strip, &TabStrip::rightReleased, &strip,
                      [&frame, &openBrowsers](const QPoint &globalPos) {
                          if (frame.activeChild())

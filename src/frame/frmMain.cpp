@@ -22,6 +22,7 @@
 #include "CommandLine.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
+#include "DraggedUrls.h"
 #include "ExitQuestion.h"
 #include "Factory.h"
 #include "FavoritesBar.h"
@@ -36,7 +37,6 @@
 #include "PlainCaption.h"
 #include "PopupCommands.h"
 #include "PopupURLs.h"
-#include "ProfileDrag.h"
 #include "ProgramIcon.h"
 #include "ProgramInfo.h"
 #include "ScreenFit.h"
@@ -324,10 +324,9 @@ void frmMain::unloadForms()
 
 void frmMain::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!isProfileName(firstDraggedFile(*event->mimeData())))
-        return;
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    // Anything else was offered to what lies under the pointer first.
+    if (isProfileDragged(*event->mimeData()))
+        acceptAsCopy(*event);
 }
 
 void frmMain::dropEvent(QDropEvent *event)
@@ -335,8 +334,7 @@ void frmMain::dropEvent(QDropEvent *event)
     const QString file = firstDraggedFile(*event->mimeData());
     if (file.isEmpty() || QFileInfo(file).isDir())
         return;
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    acceptAsCopy(*event);
     // Opening takes its time, and the program the file comes from waits for the drop to end.
     QTimer::singleShot(0, this, [this, file] {
         if (!openProfile(file, false))

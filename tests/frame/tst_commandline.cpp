@@ -3,7 +3,7 @@
 #include <QtTest>
 
 #include "CommandLine.h"
-#include "ProfileDrag.h"
+#include "DraggedUrls.h"
 #include "ProgramInfo.h"
 
 using namespace Qt::StringLiterals;

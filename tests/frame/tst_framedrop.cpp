@@ -1,10 +1,14 @@
 #include <QDir>
-#include <QDragEnterEvent>
-#include <QDropEvent>
-#include <QMimeData>
+#include <QLineEdit>
+#include <QMdiArea>
 #include <QtTest>
 
+#include "DragAndDrop.h"
+#include "FakeWebBrowser.h"
+#include "TabStrip.h"
 #include "TempAppFolder.h"
+#include "brwURL.h"
+#include "frmBrowser.h"
 #include "frmMain.h"
 
 using namespace Qt::StringLiterals;
@@ -19,14 +23,35 @@ private slots:
     void profileIsOpenedAsItIsSpelled();
     void onlyTheFirstFileIsOpened();
     void otherFileIsRefused();
-    void folderShowsCopyAndDoesNothing();
+    void folderIsRefused();
     void addressIsNoFile();
+    void profileOpensWhereverItIsDropped_data();
+    void profileOpensWhereverItIsDropped();
+    void folderIsRefusedEverywhere_data() { placeRows(); }
+    void folderIsRefusedEverywhere();
+    void stripOpensNewWindows_data();
+    void stripOpensNewWindows();
+    void stripTakesACopyOrALink();
+    void stripRefusesScriptsAndMail();
+    void stripOpensWhatIsDroppedOnATab();
+    void addressBarTakesTheAddress_data();
+    void addressBarTakesTheAddress();
+    void addressBarTakesTextWhereItIsLetGo();
+    void searchBoxTakesALink();
 
 private:
     bool dragShowsCopy(const QList<QUrl> &urls);
     void drop(const QList<QUrl> &urls);
     QUrl fileNamed(const QString &name) const;
+    static void placeRows();
+    QWidget *place(const QString &name) const;
+    QLineEdit *addressField() const
+    {
+        return m_frame->findChild<brwURL *>(u"brwURL1"_s)->findChild<QLineEdit *>();
+    }
+    TabStrip *strip() const { return m_frame->findChild<TabStrip *>(); }
 
+    std::unique_ptr<FakeEngine> m_engine;
     std::unique_ptr<TempAppFolder> m_folder;
     std::unique_ptr<frmMain> m_frame;
     QStringList m_opened;
@@ -36,6 +61,7 @@ void tst_FrameDrop::init()
 {
     m_folder = std::make_unique<TempAppFolder>();
     QVERIFY(m_folder->isValid());
+    m_engine = std::make_unique<FakeEngine>();
     m_frame = std::make_unique<frmMain>();
     m_opened.clear();
     m_frame->setProfileOpener([this](const QString &file, bool quiet) {
@@ -47,6 +73,7 @@ void tst_FrameDrop::init()
 void tst_FrameDrop::cleanup()
 {
     m_frame.reset();
+    m_engine.reset();
     m_folder.reset();
 }
 
@@ -57,21 +84,12 @@ QUrl tst_FrameDrop::fileNamed(const QString &name) const
 
 bool tst_FrameDrop::dragShowsCopy(const QList<QUrl> &urls)
 {
-    QMimeData data;
-    data.setUrls(urls);
-    QDragEnterEvent enter({5, 5}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(m_frame.get(), &enter);
-    return enter.isAccepted() && enter.dropAction() == Qt::CopyAction;
+    return DragAndDrop(urls).over(m_frame.get()) == Qt::CopyAction;
 }
 
 void tst_FrameDrop::drop(const QList<QUrl> &urls)
 {
-    QVERIFY2(dragShowsCopy(urls), "a drop goes to whoever took the drag");
-    QMimeData data;
-    data.setUrls(urls);
-    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(m_frame.get(), &drop);
-    QCoreApplication::processEvents();
+    QVERIFY(DragAndDrop(urls).drop(m_frame.get()));
 }
 
 void tst_FrameDrop::profileIsOpenedAsItIsSpelled()
@@ -95,12 +113,11 @@ void tst_FrameDrop::otherFileIsRefused()
     QVERIFY(!dragShowsCopy({fileNamed(u"page.html"_s)}));
 }
 
-void tst_FrameDrop::folderShowsCopyAndDoesNothing()
+void tst_FrameDrop::folderIsRefused()
 {
     QVERIFY(QDir(m_folder->path()).mkdir(u"folder.orp"_s));
-    drop({fileNamed(u"folder.orp"_s)});
-    QCoreApplication::processEvents();
-    QVERIFY(m_opened.isEmpty());
+    QVERIFY(!dragShowsCopy({fileNamed(u"folder.orp"_s)}));
+    QVERIFY(!dragShowsCopy({QUrl::fromLocalFile(m_folder->path())}));
 }
 
 void tst_FrameDrop::addressIsNoFile()
@@ -108,6 +125,169 @@ void tst_FrameDrop::addressIsNoFile()
     const QUrl address(u"http://one.example/day.orp"_s);
     QVERIFY(!dragShowsCopy({address}));
     QVERIFY(!dragShowsCopy({}));
+}
+
+void tst_FrameDrop::placeRows()
+{
+    QTest::addColumn<QString>("where");
+    for (const char *name : {"frame", "menu bar", "tool bar", "tabs", "tab", "address bar",
+                             "search box", "page", "area"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+QWidget *tst_FrameDrop::place(const QString &name) const
+{
+    if (name == "menu bar"_L1)
+        return m_frame->menuWidget();
+    if (name == "tool bar"_L1)
+        return m_frame->findChild<QWidget *>(u"tbBrowser"_s);
+    if (name == "tabs"_L1)
+        return strip();
+    if (name == "address bar"_L1)
+        return addressField();
+    if (name == "search box"_L1)
+        return m_frame->findChild<brwURL *>(u"brwSearch"_s)->findChild<QLineEdit *>();
+    if (name == "area"_L1)
+        return m_frame->findChild<QMdiArea *>()->viewport();
+    if (name == "frame"_L1)
+        return m_frame.get();
+    m_frame->OpenBrowserWindow(u"http://one.example/"_s, 0);
+    if (name == "tab"_L1)
+        return strip()->tab(browserForms().first()->tabKey());
+    return browserForms().first()->brwWebBrowser()->widget();
+}
+
+void tst_FrameDrop::profileOpensWhereverItIsDropped_data()
+{
+    placeRows();
+}
+
+void tst_FrameDrop::profileOpensWhereverItIsDropped()
+{
+    QFETCH(const QString, where);
+    QWidget *widget = place(where);
+    QVERIFY(widget);
+    m_folder->write(u"day.orp"_s, "[URL_Count]\r\nCount=0\r\n");
+    const QString before = addressField()->text();
+    const QUrl file = fileNamed(u"day.orp"_s);
+    // File managers add the name as text.
+    QVERIFY(DragAndDrop({file}, file.toString()).drop(widget));
+    QTRY_COMPARE(m_opened, QStringList{m_folder->file(u"day.orp"_s)});
+    QCOMPARE(addressField()->text(), before);
+}
+
+void tst_FrameDrop::folderIsRefusedEverywhere()
+{
+    QFETCH(const QString, where);
+    QWidget *widget = place(where);
+    QVERIFY(widget);
+    QVERIFY(QDir(m_folder->path()).mkdir(u"folder.orp"_s));
+    for (const QUrl &folder : {QUrl::fromLocalFile(m_folder->path()), fileNamed(u"folder.orp"_s)})
+        QCOMPARE(DragAndDrop({folder}, folder.toString()).over(widget), Qt::IgnoreAction);
+}
+
+void tst_FrameDrop::stripOpensNewWindows_data()
+{
+    QTest::addColumn<QStringList>("dragged");
+    QTest::addColumn<QStringList>("opened");
+    const QString link = u"http://one.example/a%20b?c#d"_s;
+    const QString file = u"file:///nowhere/a%20page.html"_s;
+    QTest::newRow("link") << QStringList{link} << QStringList{link};
+    QTest::newRow("file") << QStringList{file} << QStringList{file};
+    QTest::newRow("several") << QStringList{file, link, u"https://two.example/"_s}
+                             << QStringList{file, link, u"https://two.example/"_s};
+    QTest::newRow("a folder among them")
+        << QStringList{file, u"file:///"_s, link} << QStringList{file, link};
+}
+
+void tst_FrameDrop::stripOpensNewWindows()
+{
+    QFETCH(const QStringList, dragged);
+    QFETCH(const QStringList, opened);
+    m_frame->OpenBrowserWindow(u"http://first.example/"_s, 0);
+    QList<QUrl> urls;
+    for (const QString &address : dragged)
+        urls.append(QUrl(address));
+    QVERIFY(DragAndDrop(urls).drop(strip()));
+    QTRY_COMPARE(browserForms().size(), opened.size() + 1);
+    for (qsizetype i = 0; i < opened.size(); ++i) {
+        const auto *engine = FakeWebBrowser::made().at(i + 1);
+        QCOMPARE(engine->navigated, QStringList{opened.at(i)});
+    }
+    QCOMPARE(FakeWebBrowser::made().first()->navigated.size(), 1);
+}
+
+/// Never a move, after which the source would delete the file.
+void tst_FrameDrop::stripTakesACopyOrALink()
+{
+    DragAndDrop link({QUrl(u"http://one.example/"_s)});
+    QCOMPARE(link.over(strip()), Qt::CopyAction);
+    link.allowed = Qt::LinkAction | Qt::MoveAction;
+    QCOMPARE(link.over(strip()), Qt::LinkAction);
+}
+
+void tst_FrameDrop::stripRefusesScriptsAndMail()
+{
+    for (const QString &address : {u"javascript:alert(1)"_s, u"mailto:a@b.example"_s,
+                                   u"data:text/html,x"_s, u"chrome://gpu"_s, u"qrc:/x"_s})
+        QCOMPARE(DragAndDrop({QUrl(address)}, address).over(strip()), Qt::IgnoreAction);
+    QCOMPARE(DragAndDrop({}, u"some text"_s).over(strip()), Qt::IgnoreAction);
+}
+
+void tst_FrameDrop::stripOpensWhatIsDroppedOnATab()
+{
+    QVERIFY(DragAndDrop({QUrl(u"http://one.example/"_s)}).drop(place(u"tab"_s)));
+    QTRY_COMPARE(browserForms().size(), 2);
+}
+
+void tst_FrameDrop::addressBarTakesTheAddress_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("link") << QUrl(u"http://one.example/a%20b"_s) << u"http://one.example/a%20b"_s;
+    QTest::newRow("file") << QUrl::fromLocalFile(u"/nowhere/a page.html"_s)
+                          << u"file:///nowhere/a%20page.html"_s;
+    QTest::newRow("link to a profile")
+        << QUrl(u"http://one.example/day.orp"_s) << u"http://one.example/day.orp"_s;
+}
+
+void tst_FrameDrop::addressBarTakesTheAddress()
+{
+    QFETCH(const QUrl, url);
+    QFETCH(const QString, text);
+    m_frame->show();
+    m_frame->activateWindow();
+    QTRY_VERIFY(m_frame->isActiveWindow());
+    m_frame->OpenBrowserWindow(u"http://first.example/"_s, 0);
+    // One that begins as what is dropped must not be added to it.
+    m_frame->addAddress(text + "/more"_L1, false);
+    addressField()->setText(u"what was there"_s);
+    addressField()->setCursorPosition(4);
+    QVERIFY(DragAndDrop({url}, u"a title"_s).drop(addressField()));
+    QCOMPARE(addressField()->text(), text);
+    QVERIFY(!addressField()->hasSelectedText());
+    QCOMPARE(FakeWebBrowser::made().first()->navigated.size(), 1);
+    m_frame->setAddressText(u"http://page.example/"_s);
+    QCOMPARE(addressField()->text(), text);
+    QTest::keyClick(addressField(), Qt::Key_Return);
+    QCOMPARE(FakeWebBrowser::made().first()->navigated.last(), text);
+}
+
+void tst_FrameDrop::addressBarTakesTextWhereItIsLetGo()
+{
+    addressField()->setText(u"one"_s);
+    QVERIFY(DragAndDrop({}, u"two"_s).drop(addressField()));
+    QVERIFY(addressField()->text() != u"two"_s);
+    QVERIFY(addressField()->text().contains(u"two"_s));
+}
+
+void tst_FrameDrop::searchBoxTakesALink()
+{
+    auto *field = qobject_cast<QLineEdit *>(place(u"search box"_s));
+    QVERIFY(field);
+    field->setText(u"words"_s);
+    QVERIFY(DragAndDrop({QUrl(u"http://one.example/"_s)}).drop(field));
+    QCOMPARE(field->text(), u"http://one.example/"_s);
 }
 
 QTEST_MAIN(tst_FrameDrop)

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class QDropEvent;
+class QLineEdit;
+class QMimeData;
+
+/// The first file that is dragged; empty when none is.
+QString firstDraggedFile(const QMimeData &data);
+
+/// True for a file name that ends in ".orp", in any letter case.
+bool isProfileName(const QString &file);
+
+/// The first that is dragged is a profile file, which is the frame's wherever it is dropped.
+bool isProfileDragged(const QMimeData &data);
+
+/// The first that is dragged is a folder, which nothing opens.
+bool isFolderDragged(const QMimeData &data);
+
+/// The first address that is dragged is a folder, a script, a mail address or another thing that no
+/// window opens.
+bool isUnopenableDragged(const QMimeData &data);
+
+/// Files and web addresses that are dragged, in encoded form, for windows to open. Folders are left
+/// out; nothing at all where the first one is a profile file, or is left out itself.
+QStringList draggedAddresses(const QMimeData &data);
+
+/// Accepts a drag or a drop as a copy, or a link where the source allows no copy: what is dragged
+/// stays where it is.
+void acceptAsCopy(QDropEvent &event);
+
+/// Has a field leave dragged files to the widgets around it, where it would put their names into
+/// its text.
+void leaveFilesToTheFrame(QLineEdit &field);
