@@ -56,6 +56,11 @@ const QStringList &PopupURLs()
     return inForce().lines;
 }
 
+bool hasPopupPatterns()
+{
+    return inForce().patterns.size() > 0;
+}
+
 bool IsPopupURLAllowed(const QString &url, bool &cancel)
 {
     if (inForce().patterns.firstMatch(url) < 0)

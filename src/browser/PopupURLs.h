@@ -18,6 +18,9 @@ void LoadPopupURLs();
 /// The lines as loaded, in order, empty ones included. No elements before the first load.
 const QStringList &PopupURLs();
 
+/// Whether any address could match.
+bool hasPopupPatterns();
+
 /// False, and `cancel` set, when `url` matches a pattern; empty elements match nothing, nor do
 /// patterns with an error.
 bool IsPopupURLAllowed(const QString &url, bool &cancel);

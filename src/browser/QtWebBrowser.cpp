@@ -90,7 +90,20 @@ void QtWebBrowser::Navigate(const QString &url)
     if (waitsForAnswer([this, url] { Navigate(url); }))
         return;
     noteUserAction();
+    load(url, false);
+}
+
+void QtWebBrowser::NavigateForPage(const QString &url)
+{
+    if (waitsForAnswer([this, url] { NavigateForPage(url); }))
+        return;
+    load(url, true);
+}
+
+void QtWebBrowser::load(const QString &url, bool forPage)
+{
     m_waiting = false;
+    m_forPage = forPage;
     const QUrl address = completeAddress(url);
     if (address.isEmpty() || !isOpenedHere(address)) {
         // The engine would open an empty page instead, or do nothing and say nothing.
@@ -172,6 +185,7 @@ bool QtWebBrowser::GoTo(int offset)
 
 bool QtWebBrowser::goneTo(bool goes)
 {
+    m_stepping = goes;
     if (goes)
         leaveCrashed();
     return goes;
@@ -219,6 +233,7 @@ void QtWebBrowser::onResendRequested(QWebEnginePage::WebAction action)
 
 void QtWebBrowser::Stop()
 {
+    m_stopped = true;
     if (m_page && !waitsForAnswer([] {}))
         m_page->triggerAction(QWebEnginePage::Stop);
 }

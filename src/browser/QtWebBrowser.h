@@ -1,6 +1,7 @@
 #pragma once
 
 #include "NavigationHistory.h"
+#include "UserAct.h"
 #include "WebBrowser.h"
 
 #include <QPointer>
@@ -30,6 +31,7 @@ public:
     void setEvents(WebBrowserEvents *events) override;
     void setQuestions(PageQuestions *questions) override;
     void Navigate(const QString &url) override;
+    void NavigateForPage(const QString &url) override;
     void NavigateLater(const QString &url) override;
     void NavigateNow() override;
     bool Waiting() const override { return m_waiting; }
@@ -52,6 +54,7 @@ public:
     void ClearDocument() override { }
     void OuterHTML(const std::function<void(const QString &)> &done) override;
     bool Busy() const override { return m_busy; }
+    Arrival ArrivedBy() const override { return m_arrival; }
     WindowRequest CurrentRequest() const override { return m_request; }
     void setRefusesUnaskedWindows(bool refuses) override;
     bool Silent() const override { return m_silent; }
@@ -75,8 +78,13 @@ private:
     void connectPage();
     void connectLoading();
     void adopt(QWebEngineNewWindowRequest &request);
+    bool opensDropped(const QUrl &url);
 
+    void load(const QString &url, bool forPage);
     bool ask(const QUrl &url, int type, bool isMainFrame);
+    Arrival arrivalOf(int type);
+    void tellIfNothingCame();
+    bool holdsNoPage() const;
     void tellNoPage(const QString &text, const QUrl &address);
     bool askForBlank(const QUrl &url);
     bool raiseBeforeNavigate(const QUrl &url);
@@ -145,6 +153,10 @@ private:
     QRect m_requested;
     WindowRequest m_request;
     Stage m_stage = Stage::None;
+    Arrival m_arrival = Arrival::ByPage;
+    UserAct m_act;
+    /// What was dropped on the page last, while it may still turn out that the page left it.
+    QStringList m_dropped;
     int m_flags = 0;
     /// Loads whose start and end the engine tells although they were refused.
     int m_refusals = 0;
@@ -153,6 +165,12 @@ private:
     /// The navigation under way takes the place of the current history entry.
     bool m_replacesEntry = false;
     bool m_adopted = false;
+    /// The address that the engine is to load came from a page.
+    bool m_forPage = false;
+    /// A step of the user's through the history is on its way.
+    bool m_stepping = false;
+    /// The load under way was stopped by a command.
+    bool m_stopped = false;
     /// The page was opened without an address, and the engine has not told of its empty document.
     bool m_opensEmpty = false;
     bool m_busy = false;

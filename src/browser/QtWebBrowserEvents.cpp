@@ -64,6 +64,7 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
     if (!isMainFrame)
         return raiseBeforeNavigate(url);
     m_handedOver.clear();
+    m_dropped.clear();
     const bool chosen = type == QWebEnginePage::NavigationTypeLinkClicked
         || type == QWebEnginePage::NavigationTypeFormSubmitted;
     if (chosen && m_view && m_view->takePress())
@@ -71,6 +72,8 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
     const bool redirected = type == QWebEnginePage::NavigationTypeRedirect && isUnderWay();
     const bool replacing = !m_replacing.isEmpty() && samePage(m_replacing, url);
     if (!redirected && !replacing) {
+        m_arrival = arrivalOf(type);
+        m_stopped = false;
         if (!raiseBeforeNavigate(url)) {
             ++m_refusals;
             return false;
@@ -102,9 +105,29 @@ bool QtWebBrowser::askForBlank(const QUrl &url)
     if (!raiseBeforeNavigate(url))
         return false;
     m_isTyped = false;
+    m_arrival = arrivalOf(QWebEnginePage::NavigationTypeTyped);
+    m_stopped = false;
     m_pending = url;
     m_stage = Stage::Asked;
     return true;
+}
+
+/// The engine gives the type "typed" to what this program has it load, and to nothing else.
+Arrival QtWebBrowser::arrivalOf(int type)
+{
+    const bool acted = m_act.take();
+    const bool stepped = std::exchange(m_stepping, false);
+    switch (type) {
+    case QWebEnginePage::NavigationTypeTyped:
+        return std::exchange(m_forPage, false) ? Arrival::ByPage : Arrival::ByAddress;
+    case QWebEnginePage::NavigationTypeBackForward:
+        return stepped ? Arrival::ByStep : Arrival::ByPage;
+    case QWebEnginePage::NavigationTypeLinkClicked:
+    case QWebEnginePage::NavigationTypeFormSubmitted:
+        return acted ? Arrival::ByStep : Arrival::ByPage;
+    default:
+        return Arrival::ByPage;
+    }
 }
 
 /// False when the navigation must replace the current history entry instead of adding one.
@@ -158,6 +181,7 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
             return;
         // A page opens about:blank, which the engine neither asks for nor lets us refuse;
         // stopping one in a window opened without an address would end the program.
+        m_arrival = Arrival::ByPage;
         raiseBeforeNavigate(url);
         m_pending = url;
         m_isTyped = false;
@@ -293,9 +317,31 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
     if (stopped) {
         onUrlChanged();
         tellGivenUp();
+        tellIfNothingCame();
     }
     showStatus(stopped ? QString() : statusText(u"strDone"_s, u"Done"_s));
     emit loadEnded();
+}
+
+/// What the window holds is asked of the page, as its opener may have written into it; by then
+/// another load may be under way.
+void QtWebBrowser::tellIfNothingCame()
+{
+    if (!holdsNoPage() || m_stopped)
+        return;
+    m_page->runJavaScript(u"!document.body || !document.body.hasChildNodes()"_s,
+                          QWebEngineScript::ApplicationWorld,
+                          [self = QPointer(this)](const QVariant &isEmpty) {
+                              const EngineCallbackScope scope;
+                              if (self && self->m_events && isEmpty.toBool() && self->holdsNoPage()
+                                  && self->m_stage == Stage::None)
+                                  self->m_events->NothingCame();
+                          });
+}
+
+bool QtWebBrowser::holdsNoPage() const
+{
+    return !m_hasDocument || m_location.isEmpty() || m_location.startsWith("about:"_L1);
 }
 
 /// Nothing came of a navigation, and none is to come: what stands for it anywhere goes.

@@ -42,6 +42,9 @@ void QtWebBrowser::usePage(WebPage *page)
         if (m_events)
             m_events->GotFocus();
     });
+    connect(m_view, &WebView::eventCame, this, [this](const QEvent &event) { m_act.note(event); });
+    connect(m_view, &WebView::dropped, this,
+            [this](const QStringList &addresses) { m_dropped = addresses; });
     connect(m_view, &WebView::visibleChanged, this, &QtWebBrowser::applyShown);
     m_host->setView(m_view);
     applyShown();
@@ -60,6 +63,10 @@ void QtWebBrowser::forgetPage()
     m_refusals = 0;
     m_isTyped = false;
     m_adopted = false;
+    m_stepping = false;
+    m_stopped = false;
+    m_act = UserAct();
+    m_dropped.clear();
     m_busy = false;
     m_hasDocument = false;
     m_completed = false;
@@ -132,7 +139,7 @@ void QtWebBrowser::connectPage()
 void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
 {
     const EngineCallbackScope scope;
-    if (!m_events)
+    if (!m_events || opensDropped(request.requestedUrl()))
         return;
     WebBrowser *target = nullptr;
     bool cancel = false;
@@ -143,6 +150,24 @@ void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
     if (!control || cancel)
         return;
     control->adopt(request);
+}
+
+/// The engine asks for a window for the first file or link that was dropped on a page that left it;
+/// it opens where it was dropped instead, and the others in windows of their own.
+bool QtWebBrowser::opensDropped(const QUrl &url)
+{
+    if (m_dropped.isEmpty() || url != QUrl(m_dropped.first()))
+        return false;
+    QTimer::singleShot(0, m_page,
+                       [self = QPointer(this), addresses = std::exchange(m_dropped, {})] {
+                           self->Navigate(addresses.first());
+                           for (const QString &other : addresses.mid(1)) {
+                               // Events run while a window opens.
+                               if (self && self->m_events)
+                                   self->m_events->OpenLinkInNewWindow(other);
+                           }
+                       });
+    return true;
 }
 
 void QtWebBrowser::setRefusesUnaskedWindows(bool refuses)

@@ -43,6 +43,16 @@ struct WindowRequest {
     bool userInitiated = false;
 };
 
+/// Who brought a page into its window.
+enum class Arrival {
+    /// The page before did, by a script or a meta element.
+    ByPage,
+    /// The user did, from where he was: he followed a link or went through the history.
+    ByStep,
+    /// The user or a command of the program named the address.
+    ByAddress,
+};
+
 class PageQuestions;
 class WebBrowser;
 struct ScriptError;
@@ -76,6 +86,10 @@ public:
     virtual void ConfirmResend(const std::function<void()> &) { }
     /// The page at `url` is shown from now on (its first bytes have arrived).
     virtual void NavigateComplete2(const QString &url) = 0;
+    /// The window's first navigation is over and brought no page: a download, or an answer without
+    /// contents. Not raised when it was stopped by a command, or where a script has put something
+    /// into the window.
+    virtual void NothingCame() { }
     /// The page's address changed without a navigation (a fragment, a history state), or ahead of
     /// `NavigateComplete2`. Empty: that of a window without a page of its own, which may be another
     /// `AddressBeforePage` now.
@@ -112,6 +126,8 @@ public:
 
     /// Loads `url`, completed as a browser does (no scheme: http or a local path).
     virtual void Navigate(const QString &url) = 0;
+    /// The same for an address that a page has asked for.
+    virtual void NavigateForPage(const QString &url) { Navigate(url); }
     /// The control is at `url` from now on, for `LocationURL` and all who ask it, but holds no
     /// page; one that was there goes. `NavigateNow` or `Navigate` ends the wait, a refresh does
     /// not. Never inside an engine callback.
@@ -154,6 +170,8 @@ public:
     /// empty when the page goes away meanwhile.
     virtual void OuterHTML(const std::function<void(const QString &)> &done) = 0;
     virtual bool Busy() const = 0;
+    /// How the navigation of the whole page that was last asked for came about.
+    virtual Arrival ArrivedBy() const { return Arrival::ByAddress; }
     /// True: the page's scripts get null at once for windows that the user did nothing for, and
     /// `NewWindow2` is not raised for them.
     virtual void setRefusesUnaskedWindows(bool) { }

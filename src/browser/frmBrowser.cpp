@@ -7,7 +7,9 @@
 #include "MaximizeCatcher.h"
 #include "PageQuestions.h"
 #include "PopupBudget.h"
+#include "PopupEntrance.h"
 #include "StatusStrip.h"
+#include "TextRules.h"
 #include "Twips.h"
 #include "WindowTabs.h"
 #include "Yield.h"
@@ -37,6 +39,7 @@ frmBrowser::frmBrowser(Frame &frame)
     m_browser->setObjectName(u"brwWebBrowser"_s);
     m_browser->widget()->setObjectName(u"brwWebBrowser"_s);
     m_browser->setEvents(this);
+    connect(m_browser, &WebBrowser::loadEnded, this, &frmBrowser::nameIfNameless);
     m_status = new StatusStrip(m_client);
     m_questions = new PageQuestions(m_client);
     m_browser->setQuestions(m_questions);
@@ -128,6 +131,18 @@ void frmBrowser::Form_Load()
         m_opening = u"about:blank"_s;
     }
     m_frame.tbWindows().addTab(tabKey(), u"Loading..."_s);
+    // Known at once where there was nothing to load.
+    if (m_named)
+        showTitle();
+}
+
+/// Where loading has ended, whatever came of it, the tab does not go on saying that it loads.
+void frmBrowser::nameIfNameless()
+{
+    if (m_named || Popup || m_unloaded)
+        return;
+    const QString name = windowTitle().isEmpty() ? m_browser->LocationURL() : windowTitle();
+    TitleChange(trimBlanks(name).isEmpty() ? u"about:blank"_s : name);
 }
 
 void frmBrowser::Form_Unload()

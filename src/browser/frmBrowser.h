@@ -10,6 +10,7 @@
 class Frame;
 class PageQuestions;
 class PopupBudget;
+class PopupEntrance;
 class QWidget;
 class StatusStrip;
 class frmScriptErrors;
@@ -82,6 +83,7 @@ private:
     void NavigationGivenUp() override;
     void ConfirmResend(const std::function<void()> &again) override;
     void NavigateComplete2(const QString &url) override;
+    void NothingCame() override;
     void LocationChange(const QString &url) override;
     void DocumentComplete(const QString &url) override;
     void WindowClosing(bool isChildWindow, bool &cancel) override;
@@ -97,7 +99,10 @@ private:
     void placeControl();
     void fitToControl();
     void placeStatusBar();
-    frmBrowser *showPopup(bool unasked);
+    void showTitle();
+    void nameIfNameless();
+    frmBrowser *makePopup(const QString &url, bool unasked);
+    void firstNavigationIsLate();
     void openWaitingPopup(const QString &url);
     bool closedAsBlocked(const QString &url, bool &cancel);
     void renewBudget();
@@ -119,11 +124,12 @@ private:
     QString m_opening;
     /// The site whose pages the budget is for.
     QString m_budgetHost;
-    /// The active window and the focus before this one, a popup, was shown.
-    QPointer<QMdiSubWindow> m_windowBefore;
-    QPointer<QWidget> m_focusBefore;
+    /// Only of a window that a page asked for.
+    std::unique_ptr<PopupEntrance> m_entrance;
     int m_hWnd = 0;
     bool m_openedUnasked = false;
+    /// The caption is the page's, or stands for it where none came.
+    bool m_named = false;
     bool m_loaded = false;
     bool m_unloaded = false;
     bool m_resendQuestionOpen = false;

@@ -5,6 +5,7 @@
 #include "MsgBox.h"
 #include "PageQuestions.h"
 #include "PopupBudget.h"
+#include "PopupEntrance.h"
 #include "ScriptError.h"
 #include "StatusStrip.h"
 #include "TextRules.h"
@@ -29,8 +30,14 @@ void frmBrowser::StatusTextChange(const QString &text)
 
 void frmBrowser::TitleChange(const QString &text)
 {
-    const QString title = trimBlanks(BrowserTabs::displayed(text));
-    setWindowTitle(title);
+    m_named = true;
+    setWindowTitle(trimBlanks(BrowserTabs::displayed(text)));
+    showTitle();
+}
+
+void frmBrowser::showTitle()
+{
+    const QString title = windowTitle();
     m_frame.tbWindows().setCaption(tabKey(), tabCaption(title));
     m_frame.tbWindows().setToolTip(tabKey(), title);
 }
@@ -46,6 +53,8 @@ void frmBrowser::BeforeNavigate2(const QString &url, int &flags, bool &cancel)
     if (Popup) {
         if (closedAsBlocked(url, cancel))
             return;
+        if (m_entrance)
+            m_entrance->comeUp();
         fitToControl();
         m_opening = url;
         showAddress();
@@ -88,7 +97,7 @@ void frmBrowser::NewWindow2(WebBrowser *&target, bool &cancel)
         cancel = true;
         return;
     }
-    target = showPopup(!request.userInitiated)->brwWebBrowser();
+    target = makePopup(request.url, !request.userInitiated)->brwWebBrowser();
     cancel = false;
 }
 
@@ -98,6 +107,15 @@ void frmBrowser::NavigateComplete2(const QString &)
     if (m_scriptErrors)
         m_scriptErrors->pageChanged();
     m_frame.addAddress(m_browser->LocationURL(), isActiveChild());
+}
+
+/// A download or an answer without a page leaves nothing to look at in a window made for it.
+void frmBrowser::NothingCame()
+{
+    if (!m_entrance || m_browser->ArrivedBy() == Arrival::ByAddress)
+        return;
+    m_entrance->giveBack();
+    unload();
 }
 
 void frmBrowser::ScriptFailed(const ScriptError &error)

@@ -1,16 +1,39 @@
 // The windows that pages ask for.
 #include "Frame.h"
 #include "PopupBudget.h"
+#include "PopupEntrance.h"
 #include "PopupURLs.h"
 #include "frmBrowser.h"
 
-#include <QApplication>
-#include <QMdiArea>
 #include <QTimer>
 #include <QUrl>
+#include <chrono>
 
-/// A window for a page's request, shown; its engine control is to take the request over.
-frmBrowser *frmBrowser::showPopup(bool unasked)
+using namespace Qt::StringLiterals;
+
+namespace {
+using namespace std::chrono_literals;
+
+/// How long a window is without a first navigation before it is taken for one that its opener's
+/// script fills; and where the engine is sure to ask for one, before this is doubted.
+constexpr auto emptyAfter = 200ms;
+constexpr auto lateAfter = 3000ms;
+constexpr auto lookAgainAfter = 500ms;
+
+constexpr auto emptyDocument = "<html><head></head><body></body></html>"_L1;
+
+/// The engine asks before it goes to such an address.
+bool isAskedFor(const QString &url)
+{
+    static const QStringList schemes{u"http"_s, u"https"_s, u"file"_s,
+                                     u"data"_s, u"blob"_s,  u"view-source"_s};
+    return schemes.contains(QUrl(url).scheme());
+}
+}
+
+/// A window for a page's request; its engine control is to take the request over. It comes up now,
+/// or when the list of blocked addresses has been asked about its first one.
+frmBrowser *frmBrowser::makePopup(const QString &url, bool unasked)
 {
     auto *window = new frmBrowser(m_frame);
     window->StartingAddress.clear();
@@ -19,13 +42,39 @@ frmBrowser *frmBrowser::showPopup(bool unasked)
         window->m_budget = m_budget;
         window->m_openedUnasked = true;
     }
-    window->m_windowBefore = m_frame.activeChild();
-    window->m_focusBefore = QApplication::focusWidget();
     window->m_browser->setRegisterAsBrowser(true);
     window->m_browser->setSilent(menuChecked("mnuToolsScriptErrorSuppress"));
-    m_frame.adopt(window);
-    window->show();
+    window->m_entrance = std::make_unique<PopupEntrance>(*window, m_frame);
+    if (menuChecked("mnuToolsSmartPopupKiller") && hasPopupPatterns())
+        window->m_entrance->hold(*this);
+    else
+        window->m_entrance->comeUp();
+    QTimer::singleShot(isAskedFor(url) ? lateAfter : emptyAfter, window,
+                       &frmBrowser::firstNavigationIsLate);
     return window;
+}
+
+/// A window that its opener fills by script is one like any other, and one that the user asked for
+/// may well be empty. An empty one that he did not ask for has nothing to show and may still be
+/// sent to a blocked address.
+void frmBrowser::firstNavigationIsLate()
+{
+    if (!Popup || m_unloaded)
+        return;
+    if (!m_openedUnasked)
+        m_entrance->comeUp();
+    if (m_entrance->isUp()) {
+        if (!m_named && !m_browser->Busy())
+            TitleChange(u"about:blank"_s);
+        return;
+    }
+    m_browser->OuterHTML([self = QPointer(this)](const QString &markup) {
+        if (!self || !self->Popup || self->m_unloaded)
+            return;
+        if (!markup.isEmpty() && markup != emptyDocument)
+            self->m_entrance->comeUp();
+        QTimer::singleShot(lookAgainAfter, self, &frmBrowser::firstNavigationIsLate);
+    });
 }
 
 /// A window that had to wait for the user's answer; its opener holds no reference to it.
@@ -33,37 +82,41 @@ void frmBrowser::openWaitingPopup(const QString &url)
 {
     m_browser->setRefusesUnaskedWindows(false);
     if (!m_unloaded && !menuChecked("mnuToolsKillPopUps"))
-        showPopup(true)->brwWebBrowser()->Navigate(url);
+        makePopup(url, true)->brwWebBrowser()->NavigateForPage(url);
 }
 
 /// Closes this popup, and tells so, when the address it begins with is on the list of blocked
-/// ones; what was active before it, and had the focus, is and has it again.
+/// ones; what it has taken from the user, he has again.
 bool frmBrowser::closedAsBlocked(const QString &url, bool &cancel)
 {
     if (!menuChecked("mnuToolsSmartPopupKiller") || IsPopupURLAllowed(url, cancel))
         return false;
-    if (m_openedUnasked)
+    // One that was seen counts.
+    if (m_openedUnasked && !(m_entrance && m_entrance->isUp()))
         m_budget->giveBack();
-    QTimer::singleShot(0, m_windowBefore.data(), [window = m_windowBefore, focus = m_focusBefore] {
-        if (!window)
-            return;
-        if (QMdiArea *area = window->mdiArea())
-            area->setActiveSubWindow(window);
-        if (focus)
-            focus->setFocus();
-    });
+    if (m_entrance)
+        m_entrance->giveBack();
     unload();
     return true;
 }
 
-/// Another site in a window of the user's begins anew; a window that a page opened by itself
-/// stays in the account of that page.
+/// An address that the user named begins anew, and so does a link or a step of his to another
+/// site; what a page does by itself does not, and a window that a page opened by itself stays in
+/// the account of that page until the user names an address there. What remains to a page is to
+/// wait for the user's click and use it to go to another site of its own: one click then buys one
+/// account, as it buys one window anyway.
 void frmBrowser::renewBudget()
 {
     const QString host = QUrl(m_browser->LocationURL()).host();
-    if (m_openedUnasked || host == m_budgetHost)
+    const Arrival arrival = m_browser->ArrivedBy();
+    const bool followed = arrival == Arrival::ByStep && !m_openedUnasked && host != m_budgetHost;
+    if (arrival != Arrival::ByAddress && !followed) {
+        if (m_budgetHost.isEmpty())
+            m_budgetHost = host;
         return;
+    }
     m_budgetHost = host;
+    m_openedUnasked = false;
     m_budget = std::make_shared<PopupBudget>();
     m_browser->setRefusesUnaskedWindows(false);
 }

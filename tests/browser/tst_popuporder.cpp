@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTimer>
 #include <QtTest>
 
@@ -22,6 +23,14 @@ private slots:
     void init();
     void cleanup();
     void matchDoesNothingElse();
+    void windowThatMayBeClosedIsHeldBack();
+    void heldBackWindowIsFitted();
+    void withoutAPatternNothingIsHeldBack();
+    void windowWithoutANavigationComesUpAtLast();
+    void unaskedOneComesUpWhenThereIsSomethingInIt();
+    void blockedOneLeavesTheActiveWindowAlone();
+    void blockedWindowsThatWereSeenCount();
+    void sentToABlockedAddressFromTheFrontGivesBack();
     void firstNavigationFitsTheWindow();
     void filledWindowIsNotFitted();
     void onlyTheFirstNavigationFits();
@@ -35,6 +44,9 @@ private slots:
     void killPopupsHoldsBackThoseThatWaited();
     void answerNoForgetsThem();
     void anotherSiteBeginsAnew();
+    void pagesOwnNavigationsDoNot();
+    void namedAddressBeginsAnewWhereverItIs();
+    void windowsThatWaitedBeginNothing();
     void windowsOpenedUnaskedShareTheAccount();
     void askedForWindowsAreNotCounted();
     void catcherMovesTwice();
@@ -49,6 +61,14 @@ private:
         return static_cast<FakeWebBrowser *>(form->brwWebBrowser());
     }
     frmBrowser *openPopup();
+    /// The window made last, shown or not.
+    static frmBrowser *newest()
+    {
+        QWidget *widget = FakeWebBrowser::made().last()->widget();
+        while (widget && !qobject_cast<frmBrowser *>(widget))
+            widget = widget->parentWidget();
+        return qobject_cast<frmBrowser *>(widget);
+    }
     bool ask(const frmBrowser *opener, const QString &url = address, bool byUser = false);
     QList<QMessageBox *> questions() const;
     bool navigate(const frmBrowser *form, const QString &url, int *flags = nullptr);
@@ -90,9 +110,9 @@ bool tst_popuporder::ask(const frmBrowser *opener, const QString &url, bool byUs
 frmBrowser *tst_popuporder::openPopup()
 {
     frmBrowser *opener = openWindow();
-    if (!ask(opener, address, true))
+    frmBrowser *popup = ask(opener, address, true) ? newest() : nullptr;
+    if (!popup)
         return nullptr;
-    frmBrowser *popup = browserForms().last();
     popup->resize(600, 400);
     engineOf(popup)->moves.clear();
     return popup;
@@ -120,6 +140,7 @@ void tst_popuporder::matchDoesNothingElse()
     FakeWebBrowser *engine = engineOf(popup);
     engine->hasDocument = true;
     engine->widget()->setGeometry(10, 10, 50, 50);
+    QVERIFY(popup->isHidden());
     m_scene->frame.flags = 10;
     int flags = -1;
     QVERIFY(!navigate(popup, address, &flags));
@@ -133,6 +154,149 @@ void tst_popuporder::matchDoesNothingElse()
     QVERIFY(!engine->events);
     QTRY_VERIFY(!popup);
     QTRY_COMPARE(FakeWebBrowser::made().size(), 1);
+}
+
+void tst_popuporder::windowThatMayBeClosedIsHeldBack()
+{
+    m_scene->smart();
+    m_scene->block(u"*advert*"_s);
+    frmBrowser *opener = openWindow();
+    const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
+    QVERIFY(ask(opener, address, true));
+    frmBrowser *popup = newest();
+    QVERIFY(popup != opener);
+    QVERIFY(popup->isHidden());
+    QCOMPARE(m_scene->frame.activeChild(), opener);
+    QCOMPARE(m_scene->frame.tabs.tabs.size(), 1);
+    QCOMPARE(activated.size(), 0);
+    QVERIFY(navigate(popup, address));
+    QVERIFY(popup->isVisible());
+    QCOMPARE(m_scene->frame.activeChild(), popup);
+    QCOMPARE(m_scene->frame.tabOf(popup).caption, u"Loading..."_s);
+    QVERIFY(!popup->Popup);
+}
+
+void tst_popuporder::heldBackWindowIsFitted()
+{
+    m_scene->smart();
+    m_scene->block(u"*advert*"_s);
+    frmBrowser *opener = openWindow();
+    opener->showMaximized();
+    QVERIFY(ask(opener, address, true));
+    frmBrowser *popup = newest();
+    engineOf(popup)->widget()->setGeometry(12, 34, 300, 200);
+    QVERIFY(navigate(popup, address));
+    QVERIFY(!popup->isMaximized());
+    QCOMPARE(popup->geometry(), QRect(12, 34, 300 + 57, 200 + 59));
+    QCOMPARE(engineOf(popup)->moves.last().topLeft(), QPoint(0, 0));
+    QCOMPARE(engineOf(popup)->moves.last().width(), popup->innerWidth());
+
+    m_scene->frame.area->setActiveSubWindow(opener);
+    opener->showMaximized();
+    QVERIFY(ask(opener, address, true));
+    frmBrowser *other = newest();
+    QVERIFY(navigate(other, address));
+    QVERIFY(other->isMaximized());
+}
+
+void tst_popuporder::withoutAPatternNothingIsHeldBack()
+{
+    m_scene->smart();
+    m_scene->block(u"\r\n\r\n"_s);
+    QVERIFY(ask(openWindow()));
+    QVERIFY(newest()->isVisible());
+    m_scene->block(u"*advert*"_s);
+    m_scene->smart(false);
+    QVERIFY(ask(openWindow()));
+    QVERIFY(newest()->isVisible());
+}
+
+void tst_popuporder::windowWithoutANavigationComesUpAtLast()
+{
+    m_scene->smart();
+    m_scene->block(u"*advert*"_s);
+    QVERIFY(ask(openWindow(), u"about:blank#blocked"_s, true));
+    frmBrowser *popup = newest();
+    QVERIFY(popup->isHidden());
+    QTRY_VERIFY(popup->isVisible());
+    QCOMPARE(m_scene->frame.activeChild(), popup);
+    QTRY_COMPARE(m_scene->frame.tabOf(popup).caption, u"About:blan..."_s);
+    QVERIFY(popup->Popup);
+}
+
+void tst_popuporder::unaskedOneComesUpWhenThereIsSomethingInIt()
+{
+    m_scene->smart();
+    m_scene->block(u"*advert*"_s);
+    frmBrowser *opener = openWindow();
+    QVERIFY(ask(opener, u"about:blank#blocked"_s, false));
+    frmBrowser *popup = newest();
+    engineOf(popup)->markup = u"<html><head></head><body></body></html>"_s;
+    QTRY_VERIFY(engineOf(popup)->markupAsked > 1);
+    QVERIFY(popup->isHidden());
+    QCOMPARE(m_scene->frame.activeChild(), opener);
+    engineOf(popup)->markup = u"<html><head></head><body>text</body></html>"_s;
+    QTRY_VERIFY(popup->isVisible());
+    QCOMPARE(m_scene->frame.activeChild(), popup);
+    QVERIFY(popup->Popup);
+}
+
+/// The area of inner windows activates another one when its newest goes, were it ever shown or not.
+void tst_popuporder::blockedOneLeavesTheActiveWindowAlone()
+{
+    m_scene->smart();
+    m_scene->block(u"*advert*"_s);
+    openWindow();
+    frmBrowser *opener = openWindow();
+    openWindow();
+    m_scene->frame.area->setActiveSubWindow(opener);
+    const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
+    for (const bool byUser : {true, false}) {
+        QVERIFY(ask(opener, address, byUser));
+        const QPointer<frmBrowser> popup = newest();
+        QVERIFY(!navigate(popup, u"http://advert.example/"_s));
+        QTRY_VERIFY(!popup);
+        QCOMPARE(m_scene->frame.activeChild(), opener);
+    }
+    QCOMPARE(activated.size(), 0);
+}
+
+void tst_popuporder::blockedWindowsThatWereSeenCount()
+{
+    m_scene->smart();
+    m_scene->block(u"*advert*"_s);
+    const frmBrowser *opener = openWindow();
+    for (int i = 0; i < 60; ++i) {
+        QVERIFY(ask(opener));
+        QVERIFY(!navigate(newest(), u"http://advert.example/"_s));
+    }
+    // One that is seen, and then sent to a blocked address, and one that only is sent there.
+    QVERIFY(ask(opener, u"about:blank#blocked"_s));
+    const QPointer<frmBrowser> popup = newest();
+    engineOf(popup)->markup = u"<html><head></head><body>text</body></html>"_s;
+    QTRY_VERIFY(popup->isVisible());
+    QVERIFY(!navigate(popup, u"http://advert.example/"_s));
+    m_scene->smart(false);
+    int opened = 0;
+    while (opened < 60 && ask(opener))
+        ++opened;
+    QCOMPARE(opened, 49);
+}
+
+void tst_popuporder::sentToABlockedAddressFromTheFrontGivesBack()
+{
+    m_scene->smart();
+    m_scene->block(u"*advert*"_s);
+    openWindow();
+    frmBrowser *opener = openWindow();
+    openWindow();
+    m_scene->frame.area->setActiveSubWindow(opener);
+    QVERIFY(ask(opener, u"about:blank#blocked"_s, true));
+    const QPointer<frmBrowser> popup = newest();
+    QTRY_COMPARE(m_scene->frame.activeChild(), popup.data());
+    QVERIFY(!navigate(popup, u"http://advert.example/"_s));
+    QTRY_VERIFY(!popup);
+    QTRY_COMPARE(m_scene->frame.activeChild(), opener);
 }
 
 void tst_popuporder::firstNavigationFitsTheWindow()
@@ -262,7 +426,7 @@ void tst_popuporder::answerYesOpensThoseThatWaited()
     QCOMPARE(browserForms().size(), 51);
     questions().first()->button(QMessageBox::Yes)->click();
     QTRY_COMPARE(browserForms().size(), 54);
-    QCOMPARE(engineOf(browserForms().last())->navigated, QStringList{address + "52"_L1});
+    QCOMPARE(engineOf(browserForms().last())->navigatedForPage, QStringList{address + "52"_L1});
     QVERIFY(browserForms().last()->Popup);
     QTRY_VERIFY(ask(opener));
     QTRY_VERIFY(questions().isEmpty());
@@ -313,6 +477,48 @@ void tst_popuporder::anotherSiteBeginsAnew()
     engineOf(opener)->location = u"http://another.example/"_s;
     engineOf(opener)->events->NavigateComplete2(u"http://another.example/"_s);
     QVERIFY(ask(opener));
+}
+
+void tst_popuporder::pagesOwnNavigationsDoNot()
+{
+    const frmBrowser *opener = openWindow();
+    int opened = 0;
+    for (int host = 0; host < 5; ++host) {
+        engineOf(opener)->arrival = Arrival::ByPage;
+        engineOf(opener)->location = u"http://host%1.example/"_s.arg(host);
+        engineOf(opener)->events->NavigateComplete2(engineOf(opener)->location);
+        for (int i = 0; i < 20; ++i)
+            opened += ask(opener);
+    }
+    QCOMPARE(opened, 50);
+    QCOMPARE(questions().size(), 1);
+}
+
+void tst_popuporder::namedAddressBeginsAnewWhereverItIs()
+{
+    const frmBrowser *opener = openWindow();
+    QVERIFY(ask(opener));
+    const frmBrowser *popup = browserForms().last();
+    for (int i = 0; i < 50; ++i)
+        ask(opener);
+    questions().first()->button(QMessageBox::No)->click();
+    for (const frmBrowser *form : {opener, popup}) {
+        QVERIFY(!ask(form));
+        engineOf(form)->arrival = Arrival::ByAddress;
+        engineOf(form)->location = u"http://opener.example/"_s;
+        engineOf(form)->events->NavigateComplete2(engineOf(form)->location);
+        QVERIFY(ask(form));
+    }
+}
+
+void tst_popuporder::windowsThatWaitedBeginNothing()
+{
+    const frmBrowser *opener = openWindow();
+    for (int i = 0; i < 51; ++i)
+        ask(opener);
+    questions().first()->button(QMessageBox::Yes)->click();
+    QTRY_COMPARE(browserForms().size(), 52);
+    QCOMPARE(engineOf(browserForms().last())->navigatedForPage, QStringList{address});
 }
 
 void tst_popuporder::windowsOpenedUnaskedShareTheAccount()

@@ -40,6 +40,7 @@ public:
         waiting = false;
         navigated.append(url);
     }
+    void NavigateForPage(const QString &url) override { navigatedForPage.append(url); }
     void NavigateLater(const QString &url) override
     {
         ++waits;
@@ -84,8 +85,13 @@ public:
     QString LocationURL() const override { return location; }
     bool HasDocument() const override { return hasDocument; }
     void ClearDocument() override { ++cleared; }
-    void OuterHTML(const std::function<void(const QString &)> &done) override { done(markup); }
+    void OuterHTML(const std::function<void(const QString &)> &done) override
+    {
+        ++markupAsked;
+        done(markup);
+    }
     bool Busy() const override { return busy; }
+    Arrival ArrivedBy() const override { return arrival; }
     WindowRequest CurrentRequest() const override { return request; }
     bool Silent() const override { return silent; }
     void setSilent(bool value) override { silent = value; }
@@ -94,6 +100,7 @@ public:
 
     WebBrowserEvents *events = nullptr;
     QStringList navigated;
+    QStringList navigatedForPage;
     QList<Exec> executed;
     QList<int> refreshLevels;
     /// Twips.
@@ -102,6 +109,7 @@ public:
     QString markup;
     QVariant result;
     WindowRequest request;
+    Arrival arrival = Arrival::ByStep;
     int backs = 0;
     int forwards = 0;
     int refreshes = 0;
@@ -110,6 +118,7 @@ public:
     int finds = 0;
     int cleared = 0;
     int waits = 0;
+    int markupAsked = 0;
     int status = OleCmdStatus::Supported | OleCmdStatus::Enabled;
     bool succeeds = true;
     QList<HistoryStep> history;

@@ -2,6 +2,7 @@
 #include "AllCommands.h"
 #include "EngineTest.h"
 #include "Forms.h"
+#include "PopupScene.h"
 #include "PopupURLs.h"
 #include "QtWebBrowser.h"
 #include "TempAppFolder.h"
@@ -31,6 +32,8 @@ private slots:
     void closeAllEndsAStormOfPopupsThatCloseThemselves();
     void withoutSwitchesTheRestWaitsForOneQuestion();
     void answerYesOpensTheRest();
+    void hoppingHostsBeginsNothingAnew();
+    void clickedLinkToAnotherSiteBeginsAnew();
     void pageThatOpensItselfAgainIsGotRidOf();
 
 private:
@@ -71,7 +74,7 @@ void tst_popupstorms::cleanup()
 void tst_popupstorms::start(const QByteArray &script)
 {
     m_server->page("/opener",
-                   "<title>opener</title><script>got=0;done=0;"
+                   "<title>opener</title><body><script>got=0;done=0;"
                    "storm=n=>{for(let i=0;i<n;++i)if(window.open('about:blank'))++got;"
                    "done=1};"
                    "onload=()=>setTimeout(()=>{"
@@ -154,8 +157,7 @@ void tst_popupstorms::closeAllEndsAStormOfPopupsThatCloseThemselves()
     QVERIFY(m_folder->setSetting(u"Settings"_s, u"SmartPopupKiller"_s, u"True"_s));
     QVERIFY(m_folder->write(u"AppData/PopupURLs.txt"_s, "about:*\r\n"));
     start("storm(1000)");
-    const QSignalSpy activated(m_frame->findChild<QMdiArea *>(), &QMdiArea::subWindowActivated);
-    QTRY_VERIFY_WITH_TIMEOUT(activated.size() > 20, 60000);
+    QTRY_VERIFY_WITH_TIMEOUT(told(u"window.got"_s) > 20, 60000);
     verifyMenuAnswers();
     closeAll();
     proveNothingElseOpens();
@@ -185,6 +187,44 @@ void tst_popupstorms::answerYesOpensTheRest()
     questions().first()->button(QMessageBox::Yes)->click();
     QTRY_COMPARE_WITH_TIMEOUT(browserForms().size(), 56, 60000);
     verifyMenuAnswers();
+}
+
+void tst_popupstorms::hoppingHostsBeginsNothingAnew()
+{
+    QVERIFY(m_folder->setSetting(u"Settings"_s, u"SmartPopupKiller"_s, u"False"_s));
+    // Each site opens 15 windows and goes on to the next; the first number stands in the host.
+    m_server->page("/hop",
+                   "<body><script>n=+(location.hostname.match(/\\d+/)||[0])[0];"
+                   "onload=()=>setTimeout(()=>{for(let i=0;i<15;++i)window.open('about:blank');"
+                   "if(n<5)location=`http://h${n+1}.localhost:${location.port}/hop`;"
+                   "else document.title='end'},1)</script>");
+    m_frame->setCommandLine(m_server->url(u"/hop"_s, u"h0.localhost"_s));
+    m_frame->load();
+    QTRY_VERIFY(!browserForms().isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(browserForms().first()->windowTitle(), u"end"_s, 120000);
+    QTRY_COMPARE_WITH_TIMEOUT(questions().size(), 1, 60000);
+    QCOMPARE(browserForms().size(), 51);
+    verifyMenuAnswers();
+}
+
+void tst_popupstorms::clickedLinkToAnotherSiteBeginsAnew()
+{
+    QVERIFY(m_folder->setSetting(u"Settings"_s, u"SmartPopupKiller"_s, u"False"_s));
+    m_server->page("/more",
+                   "<title>more</title><script>onload=()=>setTimeout(()=>{"
+                   "window.open('about:blank')},1)</script>");
+    start("document.body.innerHTML=`<a id=a href='http://other.localhost:${location.port}/more'>"
+          "link</a>`;storm(51)");
+    QTRY_COMPARE_WITH_TIMEOUT(questions().size(), 1, 60000);
+    QTRY_COMPARE_WITH_TIMEOUT(told(u"window.done"_s), 1, 60000);
+    questions().first()->button(QMessageBox::No)->click();
+    QTRY_VERIFY(questions().isEmpty());
+    QCOMPARE(browserForms().size(), 51);
+    frmBrowser *opener = browserForms().first();
+    m_frame->findChild<QMdiArea *>()->setActiveSubWindow(opener);
+    PopupScene::click(opener, u"a"_s);
+    QTRY_COMPARE(opener->windowTitle(), u"more"_s);
+    QTRY_COMPARE(browserForms().size(), 52);
 }
 
 void tst_popupstorms::pageThatOpensItselfAgainIsGotRidOf()

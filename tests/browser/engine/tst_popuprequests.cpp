@@ -218,7 +218,10 @@ void tst_popuprequests::markIsFollowedWhereverItIsSet()
 void tst_popuprequests::newWindowGetsItsProperties()
 {
     m_scene->check(u"mnuToolsScriptErrorSuppress"_s, true);
-    frmBrowser *opener = open("<button id=b onclick=\"window.open('')\">b</button>", false);
+    TestServer::Reply none;
+    none.silent = true;
+    m_scene->server.reply("/hang", none);
+    frmBrowser *opener = open("<button id=b onclick=\"window.open('/hang')\">b</button>", false);
     opener->brwWebBrowser()->setSilent(false);
     trigger(opener, u"click"_s);
     frmBrowser *popup = PopupScene::waitForPopup();

@@ -60,7 +60,11 @@ private slots:
     void init();
     void cleanup() { m_scene.reset(); }
     void matchLeavesNothing();
-    void matchIsShownForAnInstant();
+    void matchIsNeverShown();
+    void noMatchComesUpAsItWasAskedFor();
+    void filledByItsOpenerItComesUp();
+    void emptyWindowSentOnLaterTakesNothing();
+    void unaskedWindowComesUpWithWhatIsWrittenIntoIt();
     void maximizedOpenerStaysMaximized();
     void focusInTheFrameStaysThere();
     void noMatchStaysAlsoLater();
@@ -135,15 +139,76 @@ void tst_smartpopups::matchLeavesNothing()
     proveNothingElseOpens(opener);
 }
 
-void tst_smartpopups::matchIsShownForAnInstant()
+void tst_smartpopups::matchIsNeverShown()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    frmBrowser *opener = openerOf("window.open('/ads/x','','width=300,height=200')");
     const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
+    const QSignalSpy focused(qApp, &QApplication::focusChanged);
     PopupScene::click(opener, u"b"_s);
-    QTRY_VERIFY(activated.size() >= 2);
-    QTRY_COMPARE(PopupScene::popups().size(), 0);
-    QTRY_COMPARE(m_scene->frame.activeChild(), opener);
+    QTRY_VERIFY(PopupScene::script(opener, u"window.w && w.closed"_s).toBool());
+    proveNothingElseOpens(opener);
+    // That of the window that proves it.
+    QVERIFY(focused.size() <= 2);
+    QTRY_COMPARE(m_scene->frame.area->subWindowList().size(), 2);
+    QCOMPARE(activated.first().first().value<QMdiSubWindow *>(), PopupScene::popups().first());
+}
+
+void tst_smartpopups::noMatchComesUpAsItWasAskedFor()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener =
+        openerOf("window.open('/p','','left=20,top=30,width=320,height=240')", true);
+    PopupScene::click(opener, u"b"_s);
+    frmBrowser *popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_COMPARE(popup->windowTitle(), u"popup"_s);
+    QVERIFY(!popup->isMaximized());
+    QCOMPARE(popup->geometry(), QRect(20, 30, 320 + 57, 240 + 59));
+    QCOMPARE(m_scene->frame.activeChild(), popup);
+    QTRY_VERIFY(PopupScene::script(popup, u"innerWidth"_s).toInt() > 300);
+}
+
+void tst_smartpopups::filledByItsOpenerItComesUp()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener = openerOf("window.open('');w.document.write('<title>Written</title>text')");
+    PopupScene::click(opener, u"b"_s);
+    frmBrowser *popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_COMPARE(popup->windowTitle(), u"Written"_s);
+    QTRY_COMPARE(m_scene->frame.activeChild(), popup);
+}
+
+void tst_smartpopups::emptyWindowSentOnLaterTakesNothing()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener =
+        m_scene->openPage("<script>go=()=>setTimeout(()=>{w=window.open('')},1)</script>");
+    const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
+    PopupScene::script(opener, u"go()"_s);
+    QTRY_COMPARE(opener->findChildren<frmBrowser *>().size(), 1);
+    const QPointer<frmBrowser> popup = opener->findChild<frmBrowser *>();
+    PopupScene::script(opener, u"w.location='/ads/x'; 1"_s);
+    QTRY_VERIFY(!popup);
+    QCOMPARE(activated.size(), 0);
+    QCOMPARE(m_scene->frame.activeChild(), opener);
+}
+
+void tst_smartpopups::unaskedWindowComesUpWithWhatIsWrittenIntoIt()
+{
+    m_scene->block(u"*/ads/*"_s);
+    frmBrowser *opener =
+        m_scene->openPage("<script>go=()=>setTimeout(()=>{w=window.open('')},1)</script>");
+    PopupScene::script(opener, u"go()"_s);
+    QTRY_COMPARE(opener->findChildren<frmBrowser *>().size(), 1);
+    QVERIFY(PopupScene::popups().isEmpty());
+    PopupScene::script(opener, u"w.document.body.textContent='written'; 1"_s);
+    frmBrowser *popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QVERIFY(popup->isVisible());
+    QCOMPARE(m_scene->frame.activeChild(), popup);
+    QCOMPARE(PopupScene::script(popup, u"document.body.textContent"_s).toString(), u"written"_s);
 }
 
 void tst_smartpopups::maximizedOpenerStaysMaximized()

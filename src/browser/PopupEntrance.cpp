@@ -1,0 +1,49 @@
+#include "PopupEntrance.h"
+
+#include "Frame.h"
+#include "WebBrowser.h"
+#include "frmBrowser.h"
+
+#include <QApplication>
+#include <QMdiArea>
+#include <QTimer>
+#include <utility>
+
+PopupEntrance::PopupEntrance(frmBrowser &window, Frame &frame)
+    : m_window(window)
+    , m_frame(frame)
+{
+}
+
+void PopupEntrance::hold(QWidget &keeper)
+{
+    m_window.setParent(&keeper);
+    m_unplaced = m_window.brwWebBrowser()->widget()->geometry();
+}
+
+void PopupEntrance::comeUp()
+{
+    if (std::exchange(m_isUp, true))
+        return;
+    m_windowBefore = m_frame.activeChild();
+    m_focusBefore = QApplication::focusWidget();
+    QWidget *control = m_window.brwWebBrowser()->widget();
+    const QRect wanted = control->geometry();
+    m_frame.adopt(&m_window);
+    // Being shown, the window lays itself out and fills itself with the control.
+    m_window.show();
+    if (!m_unplaced.isNull() && wanted != m_unplaced)
+        control->setGeometry(wanted);
+}
+
+void PopupEntrance::giveBack()
+{
+    if (!m_isUp || !m_windowBefore || m_frame.activeChild() != &m_window)
+        return;
+    QTimer::singleShot(0, m_windowBefore.data(), [window = m_windowBefore, focus = m_focusBefore] {
+        if (QMdiArea *area = window->mdiArea())
+            area->setActiveSubWindow(window);
+        if (focus)
+            focus->setFocus();
+    });
+}

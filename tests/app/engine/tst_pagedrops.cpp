@@ -1,0 +1,159 @@
+// Files and links let go over a page.
+#include "../EngineSession.h"
+#include "DragAndDrop.h"
+#include "EngineTest.h"
+#include "PopupScene.h"
+
+using namespace Qt::StringLiterals;
+
+class tst_pagedrops : public QObject, private EngineSession {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup() { finish(); }
+    void pageOpensWhatIsDropped_data();
+    void pageOpensWhatIsDropped();
+    void severalOpenHereAndInNewWindows();
+    void pageMayTakeTheDrop();
+    void killPopupsRefusesNoDrop();
+    void profileIsTheFrames();
+    void folderIsRefused();
+    void scriptIsNotRun();
+    void findFieldLeavesFilesToTheFrame();
+
+private:
+    QWidget *view() const
+    {
+        return QWebEngineView::forPage(PopupScene::control(m_session->active())->page());
+    }
+    QUrl file(const QString &name, const QByteArray &contents) const
+    {
+        m_session->folder.write(name, contents);
+        return QUrl::fromLocalFile(m_session->folder.file(name));
+    }
+};
+
+void tst_pagedrops::init()
+{
+    begin();
+    start();
+}
+
+void tst_pagedrops::pageOpensWhatIsDropped_data()
+{
+    QTest::addColumn<QString>("on");
+    QTest::addColumn<QString>("dropped");
+    for (const char *on : {"/home", "about:blank", "file"}) {
+        for (const char *dropped : {"link", "file", "text file"})
+            QTest::addRow("%s on %s", dropped, on)
+                << QString::fromLatin1(on) << QString::fromLatin1(dropped);
+    }
+}
+
+void tst_pagedrops::pageOpensWhatIsDropped()
+{
+    QFETCH(const QString, on);
+    QFETCH(const QString, dropped);
+    if (on == "file"_L1)
+        go(file(u"first page.html"_s, "<title>first</title>").toString(QUrl::FullyEncoded));
+    else if (on == "about:blank"_L1)
+        go(on);
+    QUrl what(url(u"/one"_s));
+    if (dropped != "link"_L1)
+        what = dropped == "file"_L1 ? file(u"a page.html"_s, "<title>dropped</title>")
+                                    : file(u"notes.txt"_s, "text");
+    QVERIFY(DragAndDrop({what}, what.toString()).drop(view()));
+    QTRY_VERIFY(m_session->shows(what.toString(QUrl::FullyEncoded)));
+    QCOMPARE(m_session->windows(), 1);
+    QVERIFY(m_session->active()->brwWebBrowser()->GoBack());
+}
+
+void tst_pagedrops::severalOpenHereAndInNewWindows()
+{
+    const QUrl one = file(u"one.html"_s, "<title>first file</title>");
+    const QUrl two = file(u"two.html"_s, "<title>second file</title>");
+    QVERIFY(DragAndDrop({one, two, QUrl::fromLocalFile(m_session->folder.path())}).drop(view()));
+    QTRY_COMPARE(m_session->windows(), 2);
+    QTRY_COMPARE(browserForms().first()->windowTitle(), u"first file"_s);
+    QTRY_COMPARE(browserForms().last()->windowTitle(), u"second file"_s);
+    QCOMPARE(m_session->windows(), 2);
+}
+
+void tst_pagedrops::pageMayTakeTheDrop()
+{
+    m_session->server.page("/taker",
+                           "<title>taker</title><body style='height:500px'><script>"
+                           "ondragover=e=>e.preventDefault();"
+                           "ondrop=e=>{e.preventDefault();"
+                           "document.title='took '+(e.dataTransfer.files.length?"
+                           "e.dataTransfer.files[0].name:e.dataTransfer.getData('text/uri-list'))}"
+                           "</script>");
+    go(url(u"/taker"_s));
+    QVERIFY(DragAndDrop({file(u"a.html"_s, "<title>a</title>")}).drop(view()));
+    QTRY_COMPARE(m_session->active()->windowTitle(), u"took a.html"_s);
+    QVERIFY(DragAndDrop({QUrl(url(u"/one"_s))}).drop(view()));
+    QTRY_COMPARE(m_session->active()->windowTitle(), "took "_L1 + url(u"/one"_s));
+    QCOMPARE(m_session->location(), url(u"/taker"_s));
+    QCOMPARE(m_session->windows(), 1);
+    QCOMPARE(m_session->server.count("/one"), 0);
+}
+
+void tst_pagedrops::killPopupsRefusesNoDrop()
+{
+    m_session->choose("mnuToolsKillPopUps");
+    QVERIFY(DragAndDrop({QUrl(url(u"/one"_s))}).drop(view()));
+    QTRY_VERIFY(m_session->shows(url(u"/one"_s)));
+    m_session->choose("mnuToolsKillPopUps");
+}
+
+void tst_pagedrops::profileIsTheFrames()
+{
+    const QUrl profile =
+        file(u"day.orp"_s,
+             "[URL_Count]\r\nCount=1\r\n[URLs]\r\nURL0=" + url(u"/two"_s).toUtf8() + "\r\n");
+    m_session->choose("mnuFileNewBlankPage");
+    int opened = 0;
+    m_session->frame->setProfileOpener([&opened](const QString &, bool) { return ++opened > 0; });
+    QVERIFY(DragAndDrop({profile}, profile.toString()).drop(view()));
+    QTRY_COMPARE(opened, 1);
+}
+
+void tst_pagedrops::folderIsRefused()
+{
+    QCOMPARE(DragAndDrop({QUrl::fromLocalFile(m_session->folder.path())}).over(view()),
+             Qt::IgnoreAction);
+}
+
+void tst_pagedrops::scriptIsNotRun()
+{
+    const QUrl run(u"javascript:document.title='ran'"_s);
+    DragAndDrop({run}, run.toString()).drop(view());
+    QVERIFY(DragAndDrop({QUrl(url(u"/one"_s))}).drop(view()));
+    QTRY_VERIFY(m_session->shows(url(u"/one"_s)));
+    QCOMPARE(m_session->windows(), 1);
+    QCOMPARE(m_session->active()->windowTitle(), u"the quick brown fox"_s);
+    QVERIFY(m_session->active()->brwWebBrowser()->GoBack());
+    QTRY_VERIFY(m_session->shows(url(u"/home"_s)));
+    QCOMPARE(script(u"document.title"_s), u"home page"_s);
+}
+
+void tst_pagedrops::findFieldLeavesFilesToTheFrame()
+{
+    m_session->active()->brwWebBrowser()->Find();
+    auto *field = m_session->active()->findChild<QLineEdit *>();
+    QVERIFY(field);
+    const QUrl page = file(u"a.html"_s, "x");
+    QCOMPARE(DragAndDrop({page}, page.toString()).over(field), Qt::IgnoreAction);
+    int opened = 0;
+    m_session->frame->setProfileOpener([&opened](const QString &, bool) { return ++opened > 0; });
+    const QUrl profile = file(u"day.orp"_s, "x");
+    QVERIFY(DragAndDrop({profile}, profile.toString()).drop(field));
+    QTRY_COMPARE(opened, 1);
+    QVERIFY(field->text().isEmpty());
+    QVERIFY(DragAndDrop({}, u"word"_s).drop(field));
+    QCOMPARE(field->text(), u"word"_s);
+}
+
+ORVANE_ENGINE_TEST_MAIN(tst_pagedrops)
+#include "tst_pagedrops.moc"
