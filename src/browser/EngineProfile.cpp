@@ -6,6 +6,7 @@
 #include "Downloads.h"
 #include "EngineOptions.h"
 #include "EngineSetup.h"
+#include "EngineSwitches.h"
 #include "Log.h"
 #include "PageScripts.h"
 #include "WebPage.h"
@@ -66,6 +67,8 @@ QWebEngineProfile *makeProfile()
 {
     const EngineOptions options = EngineOptions::read();
     EngineSetup::prepare(options);
+    // The first profile starts the engine.
+    const EngineSwitches switches;
     const QString name = profileName();
     const QString inFolder = "/QtWebEngine/"_L1 + name;
     const QString data =
