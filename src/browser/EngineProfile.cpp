@@ -9,6 +9,7 @@
 #include "EngineSwitches.h"
 #include "Log.h"
 #include "PageScripts.h"
+#include "RefusedAddress.h"
 #include "WebPage.h"
 
 #include <QCryptographicHash>
@@ -87,6 +88,7 @@ QWebEngineProfile *makeProfile()
     EngineSetup::start(profile, options);
     theCookies =
         new CookieList(profile->cookieStore(), theLock ? data + "/Cookies"_L1 : QString(), profile);
+    profile->setUrlRequestInterceptor(new InnerFilesGuard(profile));
     PageScripts::install(profile);
     CookiePolicy::instance().install(profile);
     Downloads::install(profile);

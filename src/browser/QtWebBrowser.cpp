@@ -11,6 +11,8 @@
 #include "PageIndicators.h"
 #include "PageJobs.h"
 #include "PageQuestions.h"
+#include "RefusedAddress.h"
+#include "ShownAddress.h"
 #include "TitleThrottle.h"
 #include "Twips.h"
 #include "WebPage.h"
@@ -19,6 +21,27 @@
 #include <QWebEngineScript>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+/// What stands for no address where one is looked for.
+bool isNothing(const QString &text)
+{
+    return text.isEmpty() || text == "http:///"_L1;
+}
+
+QString whyNoPage(const QUrl &address)
+{
+    const QString section = u"frmBrowser"_s;
+    if (address.isEmpty())
+        return GetLanguageText(section, u"strNoAddress"_s, u"This is not an address:"_s);
+    if (isRefusedAddress(address)) {
+        return GetLanguageText(section, u"strRefusedAddress"_s,
+                               u"This address is not opened, it could end the program:"_s);
+    }
+    return GetLanguageText(section, u"strOtherProgram"_s,
+                           u"Addresses of this kind are not opened here:"_s);
+}
+}
 
 QtWebBrowser::QtWebBrowser(QWidget *host)
     : WebBrowser(host)
@@ -105,10 +128,13 @@ void QtWebBrowser::load(const QString &url, bool forPage)
     m_waiting = false;
     m_forPage = forPage;
     const QUrl address = completeAddress(url);
-    if (address.isEmpty() || !isOpenedHere(address)) {
-        // The engine would open an empty page instead, or do nothing and say nothing.
-        if (raiseBeforeNavigate(address.isEmpty() ? QUrl(url) : address))
+    if (address.isEmpty() || isRefusedAddress(address) || !isOpenedHere(address)) {
+        // The engine would open an empty page instead, end, or do nothing and say nothing.
+        if (raiseBeforeNavigate(address.isEmpty() ? QUrl(url) : address)) {
             tellNoPage(url.trimmed(), address);
+            if (!m_hasDocument && m_events && !isNothing(url.trimmed()))
+                m_events->TitleChange(url.trimmed());
+        }
         emit loadEnded();
         return;
     }
@@ -127,15 +153,8 @@ void QtWebBrowser::load(const QString &url, bool forPage)
 /// What is on the window stays; the status text says why.
 void QtWebBrowser::tellNoPage(const QString &text, const QUrl &address)
 {
-    if (text.isEmpty() || text == "http:///"_L1)
-        return;
-    const QString why = address.isEmpty()
-        ? GetLanguageText(u"frmBrowser"_s, u"strNoAddress"_s, u"This is not an address:"_s)
-        : GetLanguageText(u"frmBrowser"_s, u"strOtherProgram"_s,
-                          u"Addresses of this kind are not opened here:"_s);
-    showStatus(why + u' ' + text.left(200));
-    if (!m_hasDocument && m_events)
-        m_events->TitleChange(text);
+    if (!isNothing(text))
+        showStatus(whyNoPage(address) + u' ' + shownAddress(text.left(200)));
 }
 
 void QtWebBrowser::NavigateLater(const QString &url)

@@ -140,6 +140,8 @@ private:
     /// The shown page's address: the engine's word, as the page spells it.
     QString m_location;
     QString m_status;
+    /// Why the load under way is about to be stopped; the status text after its end.
+    QString m_refusal;
     /// The address on its way.
     QUrl m_pending;
     /// An address that the engine was given and has not asked for yet.

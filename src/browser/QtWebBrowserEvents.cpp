@@ -6,6 +6,7 @@
 #include "PageIndicators.h"
 #include "PageQuestions.h"
 #include "QtWebBrowser.h"
+#include "RefusedAddress.h"
 #include "WebPage.h"
 #include "WebView.h"
 #include "Yield.h"
@@ -42,6 +43,12 @@ bool samePage(const QUrl &one, const QUrl &other)
     return one.adjusted(QUrl::RemoveFragment) == other.adjusted(QUrl::RemoveFragment);
 }
 
+/// The engine shows documents of other kinds by a page of its own in a frame.
+bool mayBeFrame(const QUrl &url)
+{
+    return url.scheme() == "chrome-extension"_L1 || !isRefusedAddress(url);
+}
+
 QString statusText(const QString &key, const QString &text)
 {
     return GetLanguageText(u"frmBrowser"_s, key, text);
@@ -62,7 +69,7 @@ bool QtWebBrowser::raiseBeforeNavigate(const QUrl &url)
 bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
 {
     if (!isMainFrame)
-        return raiseBeforeNavigate(url);
+        return mayBeFrame(url) && raiseBeforeNavigate(url);
     m_handedOver.clear();
     m_dropped.clear();
     const bool chosen = type == QWebEnginePage::NavigationTypeLinkClicked
@@ -70,6 +77,15 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
     if (chosen && m_view && m_view->takePress())
         noteUserAction();
     const bool redirected = type == QWebEnginePage::NavigationTypeRedirect && isUnderWay();
+    if (isRefusedAddress(url)) {
+        tellNoPage(encoded(url), url);
+        // A redirect ends the load that is under way, any other is a load of its own.
+        if (redirected)
+            m_refusal = m_status;
+        else
+            ++m_refusals;
+        return false;
+    }
     const bool replacing = !m_replacing.isEmpty() && samePage(m_replacing, url);
     if (!redirected && !replacing) {
         m_arrival = arrivalOf(type);
@@ -293,9 +309,12 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
         m_handedOver.clear();
     if (stopped && m_refusals > 0) {
         --m_refusals;
-        tellGivenUp();
-        emit loadEnded();
-        return;
+        // A page that was still on its way when it asked for another has no end but this.
+        if (m_stage != Stage::Committed) {
+            tellGivenUp();
+            emit loadEnded();
+            return;
+        }
     }
     if (isUnderWay() && !stopped) {
         // The end of an earlier load, told late.
@@ -319,7 +338,7 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
         tellGivenUp();
         tellIfNothingCame();
     }
-    showStatus(stopped ? QString() : statusText(u"strDone"_s, u"Done"_s));
+    showStatus(stopped ? std::exchange(m_refusal, {}) : statusText(u"strDone"_s, u"Done"_s));
     emit loadEnded();
 }
 

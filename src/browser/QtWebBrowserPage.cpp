@@ -5,6 +5,7 @@
 #include "PageIndicators.h"
 #include "PageQuestions.h"
 #include "QtWebBrowser.h"
+#include "RefusedAddress.h"
 #include "ScriptedPlace.h"
 #include "TitleThrottle.h"
 #include "Twips.h"
@@ -58,6 +59,7 @@ void QtWebBrowser::forgetPage()
     m_replacing.clear();
     m_startedUnheard.clear();
     m_linksToForget.clear();
+    m_refusal.clear();
     m_requested = QRect();
     m_stage = Stage::None;
     m_refusals = 0;
@@ -141,6 +143,10 @@ void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
     const EngineCallbackScope scope;
     if (!m_events || opensDropped(request.requestedUrl()))
         return;
+    if (isRefusedAddress(request.requestedUrl())) {
+        tellNoPage(QString::fromLatin1(request.requestedUrl().toEncoded()), request.requestedUrl());
+        return;
+    }
     WebBrowser *target = nullptr;
     bool cancel = false;
     m_request = {QString::fromLatin1(request.requestedUrl().toEncoded()),

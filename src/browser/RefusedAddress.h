@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+#include <QWebEngineUrlRequestInterceptor>
+
+class QUrl;
+
+/// Addresses that nothing opens, wherever they come from: those of the engine's own that make it
+/// crash, hang or end, its tools for itself, and the program's inner files. Of the engine's pages
+/// only the known harmless ones are open, so that a new one is refused until it is known.
+bool isRefusedAddress(const QUrl &url);
+
+/// Keeps the program's inner files from pages that ask for them as scripts, pictures or styles.
+/// For a whole profile; it leaves everything else as it is.
+class InnerFilesGuard : public QWebEngineUrlRequestInterceptor {
+public:
+    using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
+
+    void interceptRequest(QWebEngineUrlRequestInfo &info) override;
+};
