@@ -1,5 +1,6 @@
 #include "AddressCombo.h"
 #include "AddressEdit.h"
+#include "ShownAddress.h"
 #include "brwURL.h"
 
 #include <QKeyEvent>
@@ -16,6 +17,11 @@ constexpr int rowSpace = 6;
 class RoomyRows : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    QString displayText(const QVariant &value, const QLocale &) const override
+    {
+        return editableAddress(value.toString());
+    }
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
     {

@@ -2,6 +2,8 @@
 
 #include "Language.h"
 #include "PageScripts.h"
+#include "ShownAddress.h"
+#include "ShownHost.h"
 
 #include <QGuiApplication>
 #include <QJsonDocument>
@@ -63,13 +65,13 @@ namespace ErrorPage {
 
 void show(QWebEnginePage *page, const QUrl &url, const QWebEngineLoadingInfo &info)
 {
-    const QString name = url.host().isEmpty() ? url.toDisplayString() : url.host();
+    const QString name = url.host().isEmpty() ? shownAddress(url) : shownHost(url.host());
     const bool isDark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
     const QJsonObject texts{
         {u"title"_s, name},
         {u"heading"_s, translated(u"strHeading"_s, u"This page cannot be shown"_s)},
         {u"reason"_s, reasonFor(info.errorCode())},
-        {u"address"_s, url.toDisplayString()},
+        {u"address"_s, shownAddress(url)},
         {u"again"_s, translated(u"cmdTryAgain"_s, u"Try Again"_s)},
         {u"scheme"_s, isDark ? u"dark"_s : u"light"_s},
     };

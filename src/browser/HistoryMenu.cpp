@@ -3,6 +3,8 @@
 #include <QMenu>
 #include <algorithm>
 
+#include "ShownAddress.h"
+#include "ShownText.h"
 #include "WebBrowser.h"
 
 using namespace Qt::StringLiterals;
@@ -25,7 +27,8 @@ QList<HistoryStep> stepsOf(const WebBrowser &browser, HistoryDirection direction
 
 QString caption(const HistoryStep &step, const QMenu &menu)
 {
-    const QString text = step.title.trimmed().isEmpty() ? step.url : step.title.simplified();
+    const QString text = step.title.trimmed().isEmpty() ? shownAddress(step.url)
+                                                        : shownText(step.title).simplified();
     const QFontMetrics metrics = menu.fontMetrics();
     return metrics.elidedText(text, Qt::ElideMiddle, captionLetters * metrics.averageCharWidth())
         .replace(u'&', u"&&"_s);
@@ -44,7 +47,7 @@ QMenu *makeHistoryMenu(WebBrowser &browser, HistoryDirection direction, QWidget 
     menu->setToolTipsVisible(true);
     for (const HistoryStep &step : steps) {
         QAction *item = menu->addAction(caption(step, *menu));
-        item->setToolTip(step.url);
+        item->setToolTip(shownAddress(step.url));
         // The window may be closed by its page while the menu is open.
         QObject::connect(item, &QAction::triggered, &browser,
                          [&browser, offset = step.offset] { browser.GoTo(offset); });

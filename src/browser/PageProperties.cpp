@@ -2,6 +2,8 @@
 
 #include "ConnectionCheck.h"
 #include "Language.h"
+#include "ShownAddress.h"
+#include "ShownText.h"
 
 #include <QDateTime>
 #include <QDialogButtonBox>
@@ -73,9 +75,8 @@ PageProperties::PageProperties(QWebEnginePage *page, QWidget *owner)
     setWindowTitle(text("Caption", u"Properties"_s));
     auto *column = new QVBoxLayout(this);
     column->addLayout(m_rows);
-    addRow("lblTitle", u"Title:"_s)->setText(page->title().left(longestShown));
-    addRow("lblAddress", u"Address:"_s)
-        ->setText(QString::fromLatin1(m_url.toEncoded()).left(longestShown));
+    addRow("lblTitle", u"Title:"_s)->setText(shownText(page->title()).left(longestShown));
+    addRow("lblAddress", u"Address:"_s)->setText(shownAddress(m_url).left(longestShown));
     m_kind = addRow("lblKind", u"Kind:"_s);
     m_size = addRow("lblSize", u"Size:"_s);
     m_encoding = addRow("lblEncoding", u"Encoding:"_s);

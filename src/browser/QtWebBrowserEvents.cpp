@@ -7,6 +7,7 @@
 #include "PageQuestions.h"
 #include "QtWebBrowser.h"
 #include "RefusedAddress.h"
+#include "ShownAddress.h"
 #include "WebPage.h"
 #include "WebView.h"
 #include "Yield.h"
@@ -207,7 +208,7 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
     // Whether the address may be shown ahead of its page is known from here on.
     if (m_adopted && !m_hasDocument && m_events)
         m_events->LocationChange(m_location);
-    showStatus(statusText(u"strOpening"_s, u"Opening page"_s) + u' ' + encoded(m_pending)
+    showStatus(statusText(u"strOpening"_s, u"Opening page"_s) + u' ' + shownAddress(m_pending)
                + u"..."_s);
 }
 

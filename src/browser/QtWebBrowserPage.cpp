@@ -7,6 +7,7 @@
 #include "QtWebBrowser.h"
 #include "RefusedAddress.h"
 #include "ScriptedPlace.h"
+#include "ShownAddress.h"
 #include "TitleThrottle.h"
 #include "Twips.h"
 #include "WebPage.h"
@@ -108,7 +109,7 @@ void QtWebBrowser::connectPage()
     connect(m_page, &QWebEnginePage::linkHovered, this, [this](const QString &url) {
         const EngineCallbackScope scope;
         if (m_events)
-            m_events->StatusTextChange(url.isEmpty() ? m_status : url);
+            m_events->StatusTextChange(url.isEmpty() ? m_status : shownAddress(url));
     });
     connect(m_page, &QWebEnginePage::newWindowRequested, this, &QtWebBrowser::onNewWindowRequested);
     connect(m_page, &WebPage::linkWindowRequested, this, [this](const QUrl &url) {

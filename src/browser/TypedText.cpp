@@ -1,5 +1,6 @@
 #include "TypedText.h"
 
+#include <QUrl>
 #include <algorithm>
 
 namespace {
@@ -14,6 +15,18 @@ bool isControl(QChar c)
     return c < u' ' || c == u'\x7f' || isLineBreak(c);
 }
 
+/// Would show what follows in another order than it is in.
+bool turnsDirection(QChar c)
+{
+    return (c >= u'\u202A' && c <= u'\u202E') || (c >= u'\u2066' && c <= u'\u2069')
+        || c == u'\u200E' || c == u'\u200F' || c == u'\u061C';
+}
+
+bool isCleaned(QChar c)
+{
+    return isControl(c) || turnsDirection(c);
+}
+
 bool isBlank(QChar c)
 {
     return c == u' ' || c == u'\t';
@@ -22,7 +35,7 @@ bool isBlank(QChar c)
 
 QString TypedText::clean(const QString &text, const QString &lineBreak)
 {
-    if (std::none_of(text.cbegin(), text.cend(), isControl))
+    if (std::none_of(text.cbegin(), text.cend(), isCleaned))
         return text;
     QString result;
     result.reserve(text.size());
@@ -35,7 +48,9 @@ QString TypedText::clean(const QString &text, const QString &lineBreak)
             result += lineBreak;
         else
             result += QString(i - start, u' ');
-        if (i < text.size() && !isControl(text.at(i)))
+        if (i < text.size() && turnsDirection(text.at(i)))
+            result += QString::fromLatin1(QUrl::toPercentEncoding(text.mid(i, 1)));
+        else if (i < text.size() && !isControl(text.at(i)))
             result += text.at(i);
         if (i < text.size())
             ++i;

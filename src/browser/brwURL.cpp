@@ -5,6 +5,7 @@
 #include "AddressListModel.h"
 #include "AppFolder.h"
 #include "KeyCodes.h"
+#include "ShownAddress.h"
 #include "TypedText.h"
 #include "Yield.h"
 #include "modINI.h"
@@ -72,16 +73,17 @@ void brwURL::setFieldName(const QString &name)
 
 QString brwURL::Text() const
 {
-    return m_longText.isEmpty() ? m_edit->text() : m_longText;
+    return m_exactText.isEmpty() ? m_edit->text() : m_exactText;
 }
 
 void brwURL::setText(const QString &text)
 {
     m_unsent = false;
-    if (Text() == text)
+    const QString shown = editableAddress(text);
+    if (Text() == text && m_edit->text() == shown.left(m_edit->maxLength()))
         return;
-    m_longText = text.size() > m_edit->maxLength() ? text : QString();
-    m_edit->setText(text);
+    m_exactText = shown.size() > m_edit->maxLength() || shown != text ? text : QString();
+    m_edit->setText(shown);
     m_edit->setCursorPosition(0);
 }
 
@@ -280,7 +282,7 @@ void brwURL::keyReleased(QKeyEvent *event)
 
 void brwURL::edited(bool inserted)
 {
-    m_longText.clear();
+    m_exactText.clear();
     if (m_completing)
         return;
     m_unsent = true;
@@ -319,7 +321,8 @@ void brwURL::complete()
         entry = m_list->completion(typed, defaultScheme);
         caret += static_cast<int>(defaultScheme.size());
     }
-    if (entry.isEmpty() || entry.size() > m_edit->maxLength())
+    // One that is shown otherwise than it is would be taken for another.
+    if (entry.isEmpty() || entry.size() > m_edit->maxLength() || editableAddress(entry) != entry)
         return;
     replaceText(entry);
     // From the end back to the caret, so that what was typed stays in view.

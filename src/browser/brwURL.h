@@ -108,7 +108,7 @@ private:
     QSet<int> m_pressed;
     QString m_lineBreakText;
     // A text of the program's that is too long for the field, which shows its beginning.
-    QString m_longText;
+    QString m_exactText;
     bool m_blnDelete = false;
     bool m_completing = false;
     bool m_keyIsReleased = false;

@@ -8,6 +8,8 @@
 #include "PageQuestions.h"
 #include "PopupBudget.h"
 #include "PopupEntrance.h"
+#include "ShownAddress.h"
+#include "ShownText.h"
 #include "StatusStrip.h"
 #include "TextRules.h"
 #include "Twips.h"
@@ -120,7 +122,7 @@ void frmBrowser::Form_Load()
 {
     Forms::add(this);
     if (!StartingAddress.isEmpty()) {
-        setWindowTitle(BrowserTabs::displayed(StartingAddress));
+        setWindowTitle(shownText(shownAddress(StartingAddress)));
         if (StartingLoad == Loading::Now)
             m_browser->Navigate(StartingAddress);
         else

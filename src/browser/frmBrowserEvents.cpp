@@ -7,6 +7,7 @@
 #include "PopupBudget.h"
 #include "PopupEntrance.h"
 #include "ScriptError.h"
+#include "ShownText.h"
 #include "StatusStrip.h"
 #include "TextRules.h"
 #include "Twips.h"
@@ -31,7 +32,7 @@ void frmBrowser::StatusTextChange(const QString &text)
 void frmBrowser::TitleChange(const QString &text)
 {
     m_named = true;
-    setWindowTitle(trimBlanks(BrowserTabs::displayed(text)));
+    setWindowTitle(trimBlanks(shownText(text)));
     showTitle();
 }
 

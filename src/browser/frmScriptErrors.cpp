@@ -13,6 +13,7 @@
 
 #include "Forms.h"
 #include "Language.h"
+#include "ShownAddress.h"
 
 using namespace Qt::StringLiterals;
 
@@ -154,10 +155,10 @@ void frmScriptErrors::showEntry()
 QString frmScriptErrors::details(const Entry &entry) const
 {
     const auto number = [](int value) { return value > 0 ? QString::number(value) : u"-"_s; };
-    return QStringList{entry.error.message,
-                       text(u"strLine"_s, u"Line:"_s) + u' ' + number(entry.error.line),
-                       text(u"strColumn"_s, u"Column:"_s) + u' ' + number(entry.error.column),
-                       text(u"strAddress"_s, u"Address:"_s) + u' ' + entry.error.address}
+    return QStringList{
+        entry.error.message, text(u"strLine"_s, u"Line:"_s) + u' ' + number(entry.error.line),
+        text(u"strColumn"_s, u"Column:"_s) + u' ' + number(entry.error.column),
+        text(u"strAddress"_s, u"Address:"_s) + u' ' + shownAddress(entry.error.address)}
         .join(u'\n');
 }
 

@@ -74,6 +74,17 @@ QString portOf(const QUrl &url)
     return url.port() < 0 ? QString() : u':' + QString::number(url.port());
 }
 
+/// In the form that addresses have for characters they cannot hold.
+QString escapedForAddress(const QString &text)
+{
+    QString result;
+    for (const uint c : text.toUcs4()) {
+        const QString one = QString::fromUcs4(reinterpret_cast<const char32_t *>(&c), 1);
+        result += isUnseen(c) ? QString::fromLatin1(one.toUtf8().toPercentEncoding()) : one;
+    }
+    return result;
+}
+
 QString cutOnTheLeft(const QString &host)
 {
     QStringList labels = host.split(u'.');
@@ -106,6 +117,21 @@ QString shownAddress(const QString &text)
 {
     const QUrl url(text, QUrl::TolerantMode);
     return url.isValid() && !url.scheme().isEmpty() ? shownAddress(url) : escapedText(text);
+}
+
+QString editableAddress(const QString &text)
+{
+    const QUrl url(text, QUrl::TolerantMode);
+    if (isWrapper(url.scheme())) {
+        const qsizetype prefix = url.scheme().size() + 1;
+        return text.first(prefix) + editableAddress(text.sliced(prefix));
+    }
+    const QString host = url.host(QUrl::FullyEncoded);
+    const bool looksLikeAnother =
+        shownHost(host).contains("xn--"_L1) && !text.contains(host, Qt::CaseInsensitive);
+    if (url.isValid() && !host.isEmpty() && (!url.userInfo().isEmpty() || looksLikeAnother))
+        return QString::fromLatin1(url.toEncoded(QUrl::RemoveUserInfo));
+    return escapedForAddress(text);
 }
 
 QString shownSite(const QUrl &url)

@@ -14,6 +14,10 @@ QString shownAddress(const QUrl &url);
 /// The same for the text of an address; one that is none comes back with what is not seen escaped.
 QString shownAddress(const QString &text);
 
+/// What stands for `text` in a field where it can be edited: `text` itself, without the user name
+/// and password of an address, its look-alike host in ASCII and what is not seen escaped.
+QString editableAddress(const QString &text);
+
 /// Who asks: scheme, host and a port that is not the scheme's own. A very long host loses labels
 /// on its left, never the last three. Pages without a host are named by their scheme, those made
 /// by another page ("blob:") by that page's site.

@@ -4,6 +4,7 @@
 #include "Frame.h"
 #include "Language.h"
 #include "MdiArea.h"
+#include "ShownAddress.h"
 #include "TabStrip.h"
 #include "ToolTipText.h"
 #include "Yield.h"
@@ -75,7 +76,7 @@ QString listedName(const QMdiSubWindow &child)
     QString name = child.windowTitle().simplified();
     const auto *browser = qobject_cast<const frmBrowser *>(&child);
     if (name.isEmpty() && browser)
-        name = browser->brwWebBrowser()->LocationURL().simplified();
+        name = shownAddress(browser->brwWebBrowser()->LocationURL()).simplified();
     return name.isEmpty() ? u"Loading..."_s : name;
 }
 

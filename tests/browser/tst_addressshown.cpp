@@ -1,0 +1,139 @@
+// What the address bar shows of addresses that would mislead, and that it still means them.
+#include "brwURL.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QStyledItemDelegate>
+#include <QTest>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+class tst_addressshown : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void shows_data();
+    void shows();
+    void editedTextIsWhatItShows();
+    void chosenEntryIsShownAndMeant();
+    void rowsOfTheList();
+    void isNotCompleted();
+    void pastedDirectionMarks();
+
+private:
+    QLineEdit *edit() const { return m_field->findChild<QLineEdit *>(); }
+    QComboBox *combo() const { return m_field->findChild<QComboBox *>(u"cboAddress"_s); }
+
+    std::unique_ptr<QWidget> m_window;
+    brwURL *m_field = nullptr;
+};
+
+void tst_addressshown::init()
+{
+    m_window = std::make_unique<QWidget>();
+    m_field = new brwURL(m_window.get());
+    m_field->resize(500, 30);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+}
+
+void tst_addressshown::cleanup()
+{
+    m_window.reset();
+}
+
+void tst_addressshown::shows_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("shown");
+    const auto row = [](const char *name, const QString &address, const QString &shown) {
+        QTest::addRow("%s", name) << address << shown;
+    };
+    const auto same = [&row](const char *name, const QString &address) {
+        row(name, address, address);
+    };
+    same("plain", u"http://a.example/b?c=%20#d"_s);
+    same("as typed", u"two words"_s);
+    same("escaped", u"http://a.example/%E2%80%AEgpj.exe"_s);
+    same("encoded host", u"https://xn--bcher-kva.example/"_s);
+    same("letters of a page", u"http://a.example/stra\u00dfe"_s);
+    same("mail", u"mailto:me@a.example"_s);
+    same("no host", u"file:///a@b"_s);
+    row("user name", u"https://www.bank.example@evil.example/login"_s,
+        u"https://evil.example/login"_s);
+    row("password", u"https://www.bank.example:80@evil.example:81/"_s,
+        u"https://evil.example:81/"_s);
+    row("its source", u"view-source:https://www.bank.example@evil.example/"_s,
+        u"view-source:https://evil.example/"_s);
+    row("mixed scripts", u"https://b\u0430nk.example/"_s, u"https://xn--bnk-6cd.example/"_s);
+    row("direction", u"http://a.example/\u202Egpj.exe"_s, u"http://a.example/%E2%80%AEgpj.exe"_s);
+    row("direction in words", u"a \u202Eb"_s, u"a %E2%80%AEb"_s);
+}
+
+void tst_addressshown::shows()
+{
+    QFETCH(const QString, address);
+    QFETCH(const QString, shown);
+    m_field->setText(address);
+    QCOMPARE(edit()->text(), shown);
+    QCOMPARE(m_field->Text(), address);
+    m_field->setText(u"http://another.example/"_s);
+    QCOMPARE(m_field->Text(), u"http://another.example/"_s);
+    m_field->AddItem(address, true);
+    QCOMPARE(edit()->text(), shown);
+    QCOMPARE(m_field->Text(), address);
+    QCOMPARE(m_field->listItem(0), address);
+}
+
+void tst_addressshown::editedTextIsWhatItShows()
+{
+    m_field->setText(u"https://www.bank.example@evil.example/"_s);
+    edit()->setFocus();
+    edit()->end(false);
+    QTest::keyClick(edit(), Qt::Key_X);
+    QCOMPARE(m_field->Text(), u"https://evil.example/x"_s);
+}
+
+void tst_addressshown::chosenEntryIsShownAndMeant()
+{
+    const QString address = u"https://www.bank.example@evil.example/"_s;
+    m_field->AddItem(address, false);
+    combo()->setCurrentIndex(0);
+    emit combo()->activated(0);
+    QCOMPARE(edit()->text(), u"https://evil.example/"_s);
+    QCOMPARE(m_field->Text(), address);
+}
+
+void tst_addressshown::rowsOfTheList()
+{
+    m_field->AddItem(u"https://www.bank.example@evil.example/"_s, false);
+    edit()->setFocus();
+    combo()->showPopup();
+    const auto *rows = qobject_cast<QStyledItemDelegate *>(combo()->view()->itemDelegate());
+    QVERIFY(rows);
+    QCOMPARE(rows->displayText(combo()->itemData(0, Qt::DisplayRole), QLocale()),
+             u"https://evil.example/"_s);
+    combo()->hidePopup();
+}
+
+void tst_addressshown::isNotCompleted()
+{
+    m_field->AddItem(u"https://www.bank.example@evil.example/"_s, false);
+    edit()->setFocus();
+    QTest::keyClicks(edit(), u"https://www.bank"_s);
+    QCOMPARE(edit()->text(), u"https://www.bank"_s);
+}
+
+void tst_addressshown::pastedDirectionMarks()
+{
+    edit()->setFocus();
+    m_field->setSelText(u"http://a.example/\u202Egpj.exe\u2066"_s);
+    QCOMPARE(edit()->text(), u"http://a.example/%E2%80%AEgpj.exe%E2%81%A6"_s);
+}
+
+QTEST_MAIN(tst_addressshown)
+#include "tst_addressshown.moc"
