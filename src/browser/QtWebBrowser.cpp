@@ -154,7 +154,7 @@ void QtWebBrowser::load(const QString &url, bool forPage)
 void QtWebBrowser::tellNoPage(const QString &text, const QUrl &address)
 {
     if (!isNothing(text))
-        showStatus(whyNoPage(address) + u' ' + shownAddress(text.left(200)));
+        showStatus(whyNoPage(address) + u' ' + editableAddress(text.left(200)));
 }
 
 void QtWebBrowser::NavigateLater(const QString &url)

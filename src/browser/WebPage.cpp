@@ -82,6 +82,8 @@ void WebPage::triggerAction(WebAction action, bool checked)
 bool WebPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame)
 {
     const EngineCallbackScope scope;
+    if (isMainFrame)
+        m_consoleBrake.release();
     const bool accepted = !m_question || m_question(url, type, isMainFrame);
     // Until its request is seen, which not every kind of address has.
     if (accepted && isMainFrame)
@@ -99,6 +101,8 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
                                        int line, const QString &source)
 {
     const EngineCallbackScope scope;
+    if (m_consoleBrake.isTooMany())
+        m_consoleBrake.apply(renderProcessPid());
     const std::optional<PageScripts::Line> told = PageScripts::parse(message);
     if (!told) {
         if (message.startsWith("Mixed Content"_L1) && !message.contains("automatically upgraded"_L1)

@@ -4,6 +4,7 @@
 #include <QWebEnginePage>
 #include <functional>
 
+#include "ConsoleBrake.h"
 #include "ScriptError.h"
 
 class CacheBypass;
@@ -100,6 +101,7 @@ private:
     IsOnItsWay m_isOnItsWay;
     QPointer<PageQuestions> m_questions;
     CacheBypass *m_cacheBypass = nullptr;
+    ConsoleBrake m_consoleBrake;
     bool m_editableFocus = false;
     bool m_richFocus = false;
     bool m_mayAskAgain = true;

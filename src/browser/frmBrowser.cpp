@@ -122,7 +122,7 @@ void frmBrowser::Form_Load()
 {
     Forms::add(this);
     if (!StartingAddress.isEmpty()) {
-        setWindowTitle(shownText(shownAddress(StartingAddress)));
+        setWindowTitle(shownText(::shownAddress(StartingAddress)));
         if (StartingLoad == Loading::Now)
             m_browser->Navigate(StartingAddress);
         else
