@@ -71,7 +71,7 @@ bool hasGraphicsDevice(const QString &devices)
 
 static void initResources()
 {
-    Q_INIT_RESOURCE(browser);
+    Q_INIT_RESOURCE(engine);
 }
 
 void chooseRenderingBackend([[maybe_unused]] const QString &devices)

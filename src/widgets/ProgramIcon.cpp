@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 // A static library's resources are linked and registered only when they are named.
 static void registerResources()
 {
-    Q_INIT_RESOURCE(core);
+    Q_INIT_RESOURCE(widgets);
 }
 
 QIcon programIcon()
