@@ -6,16 +6,16 @@
 #include "CommandLine.h"
 #include "EndRequests.h"
 #include "EngineStart.h"
+#include "MainWindow.h"
 #include "ProgramInfo.h"
 #include "StartCleaning.h"
-#include "frmMain.h"
-#include "modMain.h"
+#include "StartUp.h"
 
 namespace {
 
 int runFrame()
 {
-    frmMain frame;
+    MainWindow frame;
     registerAllCommands(frame);
     frame.setCommandLine(QCoreApplication::arguments().mid(1).join(u' '));
     followEndRequests(frame);

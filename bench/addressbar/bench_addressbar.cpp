@@ -1,6 +1,6 @@
 // What the address bar costs with a list of a hundred thousand addresses.
 
-#include "brwURL.h"
+#include "AddressBox.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -61,42 +61,42 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     const QTemporaryDir folder;
     const QString file = folder.filePath(u"list.ini"_s);
-    brwURL bar;
+    AddressBox bar;
     bar.resize(800, bar.sizeHint().height());
     bar.show();
     QApplication::processEvents();
     auto *combo = bar.findChild<QComboBox *>();
 
     for (int i = 0; i < addresses; ++i)
-        bar.AddItem(address(i), false);
+        bar.addItem(address(i), false);
     bool good = true;
     good &= report(
         "AddItem, new",
-        usualMs(1000, [&](int i) { bar.AddItem(u"http://new%1.example/"_s.arg(i), false); }), 1);
+        usualMs(1000, [&](int i) { bar.addItem(u"http://new%1.example/"_s.arg(i), false); }), 1);
     good &= report("AddItem, moved from the bottom",
-                   usualMs(1000, [&](int i) { bar.AddItem(address(i), false); }), 1);
+                   usualMs(1000, [&](int i) { bar.addItem(address(i), false); }), 1);
     const QString typed = u"www.host500.example/folder/77500/page.html"_s;
     combo->setFocus();
     typeKey(*combo, u'w');
     bar.setText({});
     good &= report("keystroke with completion",
                    usualMs(int(typed.size()), [&](int i) { typeKey(*combo, typed.at(i)); }), 5);
-    if (bar.Text() != u"http://"_s + typed) {
-        QTextStream(stderr) << "addressbar: typing went wrong: " << bar.Text() << '\n';
+    if (bar.text() != u"http://"_s + typed) {
+        QTextStream(stderr) << "addressbar: typing went wrong: " << bar.text() << '\n';
         return 1;
     }
     good &= report("saving 1000 items",
                    usualMs(11,
                            [&](int i) {
-                               bar.AddItem(address(i), false);
-                               good &= bool(bar.SaveList(u"RecentSearches"_s, file, savedItems));
+                               bar.addItem(address(i), false);
+                               good &= bool(bar.saveListTo(u"RecentSearches"_s, file, savedItems));
                            }),
                    20);
     good &= report("loading 1000 items",
                    usualMs(11,
                            [&](int) {
-                               bar.ClearList();
-                               bar.LoadList(u"RecentSearches"_s, file, savedItems, false);
+                               bar.clearList();
+                               bar.loadList(u"RecentSearches"_s, file, savedItems, false);
                            }),
                    20);
     good &= bar.listCount() == savedItems;

@@ -10,8 +10,8 @@
 #include "FileDialogRequest.h"
 #include "FileUpdate.h"
 #include "NoFrame.h"
+#include "OrganizeFavoritesDialog.h"
 #include "Pulse.h"
-#include "frmOrganizeFavorites.h"
 
 #include <QApplication>
 #include <QDir>
@@ -232,8 +232,8 @@ double transfersHoldMs(const QString &in, const QString &out)
         const bool opens = request.kind == FileDialogRequest::Kind::Open;
         return std::optional(FileDialogAnswer{opens ? in : out, 1});
     });
-    const double importing = holdMs(transfer, pulse, [&] { transfer.Import(); });
-    const double exporting = holdMs(transfer, pulse, [&] { transfer.Export(); });
+    const double importing = holdMs(transfer, pulse, [&] { transfer.importFile(); });
+    const double exporting = holdMs(transfer, pulse, [&] { transfer.exportFile(); });
     setFileDialogAnswerer({});
     return std::max(importing, exporting);
 }
@@ -242,7 +242,7 @@ double organizeHoldMs(const QString &root)
 {
     QElapsedTimer timer;
     timer.start();
-    auto *dialog = new frmOrganizeFavorites(root, nullptr);
+    auto *dialog = new OrganizeFavoritesDialog(root, nullptr);
     dialog->show();
     QApplication::processEvents();
     const double result = ms(timer);

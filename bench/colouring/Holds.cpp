@@ -3,10 +3,10 @@
 #include "Pages.h"
 #include "Report.h"
 #include "RichTextBox.h"
+#include "SourceEditor.h"
+#include "SourceWindow.h"
 #include "Taken.h"
 #include "TempAppFolder.h"
-#include "frmSource.h"
-#include "txtHTML.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -30,7 +30,7 @@ public:
     Window(Report &report, const QString &name)
         : m_report(report)
         , m_name(name)
-        , m_window(new frmSource)
+        , m_window(new SourceWindow)
     {
         m_window->resize(900, 700);
         m_window->show();
@@ -40,9 +40,9 @@ public:
     Window(const Window &) = delete;
     Window &operator=(const Window &) = delete;
 
-    txtHTML &editor() { return m_window->txtHTML1(); }
-    RichTextBox &box() { return editor().rtf1(); }
-    frmSource &window() { return *m_window; }
+    SourceEditor &editor() { return m_window->editor(); }
+    RichTextBox &box() { return editor().box(); }
+    SourceWindow &window() { return *m_window; }
 
     void held(const QString &what, const std::function<void()> &work)
     {
@@ -69,7 +69,7 @@ private:
 
     Report &m_report;
     QString m_name;
-    QPointer<frmSource> m_window;
+    QPointer<SourceWindow> m_window;
 };
 
 void measureText(Report &report, const QString &name, const QString &text)
@@ -88,7 +88,7 @@ void measureText(Report &report, const QString &name, const QString &text)
                     [&] { window.key(Qt::Key_End, Qt::ControlModifier, {}); });
         window.held(u"typing at the end"_s + how, typing);
         window.held(u"to the middle"_s + how,
-                    [&] { window.editor().setSelStart(box.TextLength() / 2); });
+                    [&] { window.editor().setSelStart(box.textLength() / 2); });
         window.held(u"typing in the middle"_s + how, typing);
         window.held(u"a line break"_s + how, enter);
         window.held(u"undoing"_s + how, [&] { box.undo(); });
@@ -102,14 +102,14 @@ void measureText(Report &report, const QString &name, const QString &text)
         window.trigger("cmdFind");
         window.window().findChild<QLineEdit *>(u"txtFind"_s)->setText(u"absent"_s);
     });
-    window.held(u"selecting all"_s, [&] { window.editor().SelectAll(); });
-    window.held(u"cutting"_s, [&] { window.editor().Cut(); });
-    window.held(u"pasting"_s, [&] { window.editor().Paste(); });
+    window.held(u"selecting all"_s, [&] { window.editor().selectAll(); });
+    window.held(u"cutting"_s, [&] { window.editor().cut(); });
+    window.held(u"pasting"_s, [&] { window.editor().paste(); });
     window.held(u"undoing the paste"_s, [&] { box.undo(); });
     window.held(u"undoing the cut"_s, [&] { box.undo(); });
     const QTemporaryDir folder;
     window.held(u"saving"_s,
-                [&] { window.editor().SaveFile(folder.filePath(u"saved.html"_s)).leaveToLog(); });
+                [&] { window.editor().saveFile(folder.filePath(u"saved.html"_s)).leaveToLog(); });
     window.held(u"closing"_s, [&] { window.window().close(); });
 }
 

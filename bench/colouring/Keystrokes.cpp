@@ -3,8 +3,8 @@
 #include "Pages.h"
 #include "Report.h"
 #include "RichTextBox.h"
+#include "SourceEditor.h"
 #include "Taken.h"
-#include "txtHTML.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -63,15 +63,15 @@ void typeIn(Report &report, const QString &name, const QString &text)
     for (const bool wrapped : {true, false}) {
         // The first key comes first in a new window at each place.
         for (const Place &place : places) {
-            txtHTML editor;
+            SourceEditor editor;
             editor.resize(900, 700);
             editor.show();
-            editor.rtf1().setWrapping(wrapped);
+            editor.box().setWrapping(wrapped);
             editor.setText(text);
             editor.finish();
             const QString what = u"key in 5 MB %1, %2, %3"_s.arg(
                 name, wrapped ? u"wrapped"_s : u"unwrapped"_s, place.name);
-            typeAt(report, what, editor.rtf1(), int(place.part * editor.rtf1().TextLength()));
+            typeAt(report, what, editor.box(), int(place.part * editor.box().textLength()));
         }
     }
 }
@@ -79,7 +79,7 @@ void typeIn(Report &report, const QString &name, const QString &text)
 /// Each key makes the colouring begin anew.
 void typeWhileColouring(Report &report, const QString &name, const QString &text)
 {
-    txtHTML editor;
+    SourceEditor editor;
     editor.resize(900, 700);
     editor.show();
     waitUntilSeen(editor);
@@ -88,7 +88,7 @@ void typeWhileColouring(Report &report, const QString &name, const QString &text
     QList<double> times;
     while (times.size() < 20 && editor.isBusy()) {
         QCoreApplication::processEvents();
-        times.append(press(editor.rtf1(), Qt::Key_X, u"x"_s));
+        times.append(press(editor.box(), Qt::Key_X, u"x"_s));
     }
     report.atMost(
         u"key in 5 MB %1 while it is coloured, the slowest of %2"_s.arg(name).arg(times.size()),

@@ -4,7 +4,7 @@
 #include "Peer.h"
 #include "Report.h"
 #include "RichTextBox.h"
-#include "txtHTML.h"
+#include "SourceEditor.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -18,15 +18,15 @@ constexpr int rounds = 5;
 
 Taken open(const QString &file)
 {
-    txtHTML editor;
+    SourceEditor editor;
     editor.resize(900, 700);
     editor.show();
     QCoreApplication::processEvents();
     return takenBy([&] {
-        editor.OpenFile(file);
+        editor.openFile(file);
         while (editor.isBusy())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        editor.rtf1().viewport()->repaint();
+        editor.box().viewport()->repaint();
     });
 }
 

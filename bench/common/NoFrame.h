@@ -14,11 +14,11 @@ public:
     QWidget *window() override { return m_window; }
     void adopt(QMdiSubWindow *) override { }
     QMdiSubWindow *activeChild() const override { return nullptr; }
-    void OpenBrowserWindow(const QString &, int) override { }
-    void NavigateActive(const QString &) override { }
-    int NewWindowState() const override { return 2; }
+    void openBrowserWindow(const QString &, int) override { }
+    void navigateActive(const QString &) override { }
+    int newWindowState() const override { return 2; }
     bool openProfile(const QString &, bool) override { return false; }
-    WindowTabs &tbWindows() override { qFatal("no tabs"); }
+    WindowTabs &windowTabs() override { qFatal("no tabs"); }
     void setAddressText(const QString &) override { }
     void addAddress(const QString &, bool) override { }
     QAction *menuItem(const QString &) const override { return nullptr; }
@@ -26,8 +26,8 @@ public:
     void beforeOpening(const QString &, const Handler &) override { }
     void run(const QString &) override { }
     void setButtonPressed(const QString &, bool) override { }
-    int brwFlags() const override { return 0; }
-    void setBrwFlags(int) override { }
+    int navigationFlags() const override { return 0; }
+    void setNavigationFlags(int) override { }
 
 private:
     QWidget *m_window;

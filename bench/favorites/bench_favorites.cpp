@@ -78,7 +78,7 @@ Filling fill(FavoritesBar &bar)
     Filling result;
     QElapsedTimer total;
     total.start();
-    bar.Refresh();
+    bar.refresh();
     while (bar.isRefreshing()) {
         QElapsedTimer hold;
         hold.start();

@@ -12,12 +12,12 @@
 
 #include "AllCommands.h"
 #include "AppFolder.h"
+#include "BrowserWindow.h"
 #include "EngineStart.h"
+#include "IniStore.h"
+#include "MainWindow.h"
 #include "ProcessMemory.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
-#include "modINI.h"
-#include "modMain.h"
+#include "StartUp.h"
 
 using namespace Qt::StringLiterals;
 
@@ -71,14 +71,14 @@ double bareTime(const QString &file, QSize size)
 
 double ownTime(const QString &file, QSize *pageSize)
 {
-    frmMain frame;
+    MainWindow frame;
     registerAllCommands(frame);
     frame.setCommandLine(file);
     startUp(frame);
     for (int i = 0; i < covered; ++i)
-        frame.OpenBrowserWindow(file, 2);
+        frame.openBrowserWindow(file, 2);
     wait(settleMs);
-    *pageSize = activeBrowser(frame)->brwWebBrowser()->widget()->size();
+    *pageSize = activeBrowser(frame)->browser()->widget()->size();
     const double result = processorTime(getpid());
     frame.close();
     return result;
@@ -96,8 +96,8 @@ int main(int argc, char **argv)
     QDir(folder.path()).mkpath(u"AppData"_s);
     AppFolder::setPath(folder.path());
     const QString settings = AppFolder::appData(u"Settings.ini"_s);
-    WriteINI(u"Options"_s, u"Show-Splash"_s, u"0"_s, settings).leaveToLog();
-    WriteINI(u"Settings"_s, u"AskOnExit"_s, u"0"_s, settings).leaveToLog();
+    writeIni(u"Options"_s, u"Show-Splash"_s, u"0"_s, settings).leaveToLog();
+    writeIni(u"Settings"_s, u"AskOnExit"_s, u"0"_s, settings).leaveToLog();
     QFile file(folder.filePath(u"page.html"_s));
     if (!file.open(QIODevice::WriteOnly) || file.write(page) != page.size())
         qFatal("no page");

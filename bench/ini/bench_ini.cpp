@@ -2,7 +2,7 @@
 // finding the line by its text. Measured with many sections and with a single long one; the worse
 // ratio counts. Prints one line; exit status 1 over the limit.
 
-#include "modINI.h"
+#include "IniStore.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -53,7 +53,7 @@ QString readPlainly(const QString &path)
 
 QString readByTheStore(const QString &path, const QString &section)
 {
-    return ReadINI(section, u"Wanted-Key"_s, QString(), path);
+    return readIni(section, u"Wanted-Key"_s, QString(), path);
 }
 
 // Microseconds of one read.

@@ -1,7 +1,7 @@
 // How long the test of a popup's address takes against a long list of patterns. Ends with 1 when a
 // limit is passed.
 #include "AppFolder.h"
-#include "PopupURLs.h"
+#include "BlockedList.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -60,7 +60,7 @@ double measure()
         bool cancel = false;
         QElapsedTimer timer;
         timer.start();
-        const bool allowed = IsPopupURLAllowed(url, cancel);
+        const bool allowed = isPopupAllowed(url, cancel);
         times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
         if (!allowed)
             return -1;
@@ -94,7 +94,7 @@ int main(int argc, char **argv)
                 return 2;
             QElapsedTimer timer;
             timer.start();
-            LoadPopupURLs();
+            loadBlockedList();
             const double loading = static_cast<double>(timer.nsecsElapsed()) / 1e6;
             const double time = measure();
             const bool ok = time >= 0 && time <= size.limit;

@@ -10,19 +10,19 @@
 
 #include "AllCommands.h"
 #include "AppFolder.h"
+#include "BrowserWindow.h"
 #include "EngineStart.h"
 #include "FileDialogRequest.h"
+#include "MainWindow.h"
 #include "Pulse.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
-#include "modMain.h"
+#include "StartUp.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// Median of some saves, milliseconds.
-double saveMs(frmMain &frame, const QString &folder)
+double saveMs(MainWindow &frame, const QString &folder)
 {
     const QString file = folder + "/Profiles/saved.orp"_L1;
     setFileDialogAnswerer([file](const FileDialogRequest &) -> std::optional<FileDialogAnswer> {
@@ -41,7 +41,7 @@ double saveMs(frmMain &frame, const QString &folder)
 
 int run(const QString &folder, const QString &profile)
 {
-    frmMain frame;
+    MainWindow frame;
     registerAllCommands(frame);
     frame.setCommandLine(u"about:blank"_s);
     startUp(frame);

@@ -13,15 +13,15 @@
 
 #include "AllCommands.h"
 #include "AppFolder.h"
+#include "BrowserWindow.h"
 #include "EngineStart.h"
 #include "Forms.h"
+#include "IniStore.h"
+#include "MainWindow.h"
 #include "ProcessMemory.h"
+#include "StartUp.h"
 #include "Watch.h"
 #include "WindowMenu.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
-#include "modINI.h"
-#include "modMain.h"
 
 using namespace Qt::StringLiterals;
 
@@ -53,9 +53,9 @@ void settle()
 }
 
 /// Windows 1 to `count` by turns, each shown by a click on its tab.
-double switchingTime(frmMain &frame, Watch &watch, int count)
+double switchingTime(MainWindow &frame, Watch &watch, int count)
 {
-    const QList<frmBrowser *> forms = browserForms();
+    const QList<BrowserWindow *> forms = browserForms();
     QList<double> times;
     int shown = count;
     for (int i = 0; i < switches; ++i) {
@@ -69,7 +69,7 @@ double switchingTime(frmMain &frame, Watch &watch, int count)
     return median(times);
 }
 
-bool arrange(frmMain &frame, const char *command)
+bool arrange(MainWindow &frame, const char *command)
 {
     QElapsedTimer clock;
     clock.start();
@@ -99,13 +99,13 @@ double bareMemory(Watch &watch)
     return result;
 }
 
-bool measure(frmMain &frame, Watch &watch)
+bool measure(MainWindow &frame, Watch &watch)
 {
     QList<double> early, late;
     double switchingTwo = 0;
     for (int number = 1; number <= many; ++number) {
         const double time = watch.untilPainted(
-            number, [&] { frame.OpenBrowserWindow(watch.page(number), frame.NewWindowState()); });
+            number, [&] { frame.openBrowserWindow(watch.page(number), frame.newWindowState()); });
         if (number == 2)
             switchingTwo = switchingTime(frame, watch, 2);
         if (number >= 8 && number <= 12)
@@ -143,13 +143,13 @@ int main(int argc, char **argv)
     QDir(folder.path()).mkpath(u"AppData"_s);
     AppFolder::setPath(folder.path());
     const QString settings = AppFolder::appData(u"Settings.ini"_s);
-    WriteINI(u"Options"_s, u"Show-Splash"_s, u"0"_s, settings).leaveToLog();
-    WriteINI(u"Settings"_s, u"AskOnExit"_s, u"0"_s, settings).leaveToLog();
+    writeIni(u"Options"_s, u"Show-Splash"_s, u"0"_s, settings).leaveToLog();
+    writeIni(u"Settings"_s, u"AskOnExit"_s, u"0"_s, settings).leaveToLog();
     startEngine();
     bool kept = false;
     {
         Watch watch;
-        frmMain frame;
+        MainWindow frame;
         registerAllCommands(frame);
         frame.setCommandLine(u"about:blank"_s);
         startUp(frame);

@@ -82,7 +82,7 @@ private:
 /// The bytes of one run, changed in steps that keep most of a file's structure.
 class Change {
 public:
-    Change(QByteArray bytes, unsigned seed)
+    changed(QByteArray bytes, unsigned seed)
         : m_bytes(std::move(bytes))
         , m_random(seed)
     {
@@ -156,7 +156,7 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t *data, std::size_t s
     if (seed % 2 == 0)
         return LLVMFuzzerMutate(data, size, most);
     const QByteArray old(reinterpret_cast<const char *>(data), qsizetype(size));
-    const QByteArray made = Change(old, seed).made().left(qsizetype(most));
+    const QByteArray made = changed(old, seed).made().left(qsizetype(most));
     std::copy(made.cbegin(), made.cend(), data);
     return std::size_t(made.size());
 }

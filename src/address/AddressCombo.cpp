@@ -1,7 +1,7 @@
 #include "AddressCombo.h"
+#include "AddressBox.h"
 #include "AddressEdit.h"
 #include "ShownAddress.h"
-#include "brwURL.h"
 
 #include <QKeyEvent>
 #include <QListView>
@@ -30,7 +30,7 @@ public:
 };
 }
 
-AddressCombo::AddressCombo(brwURL &owner)
+AddressCombo::AddressCombo(AddressBox &owner)
     : QComboBox(&owner)
     , m_owner(owner)
     , m_edit(new AddressEdit(owner, this))

@@ -3,7 +3,7 @@
 #include <QComboBox>
 
 class AddressEdit;
-class brwURL;
+class AddressBox;
 
 /// The combo box of an address bar: a field and a list that drops. It changes nothing by itself
 /// but what the user chooses from the dropped list.
@@ -11,7 +11,7 @@ class AddressCombo : public QComboBox {
     Q_OBJECT
 
 public:
-    explicit AddressCombo(brwURL &owner);
+    explicit AddressCombo(AddressBox &owner);
 
     AddressEdit *edit() const { return m_edit; }
     void showPopup() override;
@@ -29,7 +29,7 @@ private:
     void prepareList();
     bool popupKey(QKeyEvent *event);
 
-    brwURL &m_owner;
+    AddressBox &m_owner;
     AddressEdit *m_edit;
     /// What drops down; made at the first drop.
     QAbstractItemView *m_list = nullptr;

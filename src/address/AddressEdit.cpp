@@ -1,8 +1,8 @@
 #include "AddressEdit.h"
 
+#include "AddressBox.h"
 #include "DraggedUrls.h"
 #include "FieldKeys.h"
-#include "brwURL.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -25,7 +25,7 @@ constexpr int longestText = 32767;
 constexpr int textMargin = 2;
 }
 
-AddressEdit::AddressEdit(brwURL &owner, QWidget *parent)
+AddressEdit::AddressEdit(AddressBox &owner, QWidget *parent)
     : QLineEdit(parent)
     , m_owner(owner)
 {

@@ -2,7 +2,7 @@
 
 #include <QLineEdit>
 
-class brwURL;
+class AddressBox;
 
 /// The line of text in an address bar. It tells its owner of keys and edits, and why the text was
 /// edited; deciding is the owner's.
@@ -10,7 +10,7 @@ class AddressEdit : public QLineEdit {
     Q_OBJECT
 
 public:
-    AddressEdit(brwURL &owner, QWidget *parent);
+    AddressEdit(AddressBox &owner, QWidget *parent);
 
     /// Does with a key what a line of text does with it.
     void applyKey(QKeyEvent *event);
@@ -38,7 +38,7 @@ private:
     bool isInsertion(const QKeyEvent &event) const;
     bool showsStart() const;
 
-    brwURL &m_owner;
+    AddressBox &m_owner;
     bool m_inserting = false;
     bool m_composing = false;
     bool m_selectAllOnRelease = false;

@@ -31,7 +31,7 @@ BandGrip::BandGrip(CoolBar &bar, CoolBand &band)
 
 void BandGrip::translate()
 {
-    const QString text = GetLanguageText(u"CoolBar"_s, u"strMove"_s, u"Move %1"_s);
+    const QString text = languageText(u"CoolBar"_s, u"strMove"_s, u"Move %1"_s);
     setAccessibleName(text.contains("%1"_L1) ? text.arg(m_band.name()) : m_band.name());
 }
 
@@ -39,7 +39,7 @@ QString BandGrip::placeText() const
 {
     const QList<BandMoves::Row> rows = m_bar.rows();
     const BandMoves::Row row = BandMoves(m_bar).rowOf(&m_band);
-    QString text = GetLanguageText(u"CoolBar"_s, u"strPlace"_s, u"Row %1, place %2 of %3"_s);
+    QString text = languageText(u"CoolBar"_s, u"strPlace"_s, u"Row %1, place %2 of %3"_s);
     // A language file may leave some of them out.
     text.replace("%1"_L1, QString::number(rows.indexOf(row) + 1));
     text.replace("%2"_L1, QString::number(row.indexOf(&m_band) + 1));

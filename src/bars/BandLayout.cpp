@@ -3,8 +3,8 @@
 #include "AppFolder.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
+#include "IniStore.h"
 #include "TextRules.h"
-#include "modINI.h"
 
 #include <algorithm>
 
@@ -39,12 +39,12 @@ void restoreBandLayout(CoolBar &bar)
         if (position > 1) {
             const QString current = booleanText(band.newRow());
             const auto flag =
-                textToBoolean(ReadINI(u"ToolBar"_s, newRowKey(position), current, file));
+                textToBoolean(readIni(u"ToolBar"_s, newRowKey(position), current, file));
             if (flag)
                 band.setNewRow(*flag);
         }
         const auto width =
-            textToNumber(ReadINI(u"ToolBar"_s, widthKey(position), widthText(band), file));
+            textToNumber(readIni(u"ToolBar"_s, widthKey(position), widthText(band), file));
         if (width)
             band.setWidth(*width);
     }
@@ -59,5 +59,5 @@ void saveBandLayout(const CoolBar &bar)
             entries.append({u"ToolBar"_s, newRowKey(position), booleanText(band.newRow())});
         entries.append({u"ToolBar"_s, widthKey(position), widthText(band)});
     }
-    WriteINIEntries(entries, AppFolder::settingsPath()).leaveToLog();
+    writeIniEntries(entries, AppFolder::settingsPath()).leaveToLog();
 }

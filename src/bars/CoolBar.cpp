@@ -68,9 +68,9 @@ void CoolBar::setDock(Dock dock)
 
 void CoolBar::translate()
 {
-    m_chevronName = GetLanguageText(u"CoolBar"_s, u"strMore"_s, m_chevronName);
+    m_chevronName = languageText(u"CoolBar"_s, u"strMore"_s, m_chevronName);
     for (CoolBand *band : std::as_const(m_bands)) {
-        band->setName(GetLanguageText(u"CoolBar"_s, "str"_L1 + band->key(), band->name()));
+        band->setName(languageText(u"CoolBar"_s, "str"_L1 + band->key(), band->name()));
         band->m_chevron->setAccessibleName(m_chevronName);
         band->m_chevron->setToolTip(m_chevronName);
     }

@@ -59,8 +59,8 @@ void TabStrip::makeArrows()
 void TabStrip::nameArrows()
 {
     const QString section = u"frmMain"_s;
-    m_left->setToolTip(GetLanguageText(section, u"strScrollTabsLeft"_s, u"Scroll tabs left"_s));
-    m_right->setToolTip(GetLanguageText(section, u"strScrollTabsRight"_s, u"Scroll tabs right"_s));
+    m_left->setToolTip(languageText(section, u"strScrollTabsLeft"_s, u"Scroll tabs left"_s));
+    m_right->setToolTip(languageText(section, u"strScrollTabsRight"_s, u"Scroll tabs right"_s));
     for (QToolButton *arrow : {m_left, m_right})
         arrow->setAccessibleName(arrow->toolTip());
 }

@@ -10,7 +10,7 @@
 class QToolButton;
 class TabButton;
 
-/// The strip of window buttons, `tbWindows`: one button per window in the order of opening, one
+/// The strip of window buttons, `windowTabs`: one button per window in the order of opening, one
 /// of them pressed at most. Tabs keep a readable width; when they do not fit, the strip scrolls
 /// (arrow buttons, wheel) and keeps the pressed tab in view.
 class TabStrip : public QWidget, public WindowTabs {

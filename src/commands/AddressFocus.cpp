@@ -1,13 +1,13 @@
 #include "AddressFocus.h"
 
-#include "brwURL.h"
+#include "AddressBox.h"
 
-AddressFocus::AddressFocus(brwURL &bar)
+AddressFocus::AddressFocus(AddressBox &bar)
     : QObject(&bar)
     , m_bar(bar)
 {
-    connect(&bar, &brwURL::gotFocus, this, [this] { m_set = true; });
-    connect(&bar, &brwURL::lostFocus, this, [this] { m_set = false; });
+    connect(&bar, &AddressBox::gotFocus, this, [this] { m_set = true; });
+    connect(&bar, &AddressBox::lostFocus, this, [this] { m_set = false; });
 }
 
 bool AddressFocus::isActiveControl() const

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-class brwURL;
+class AddressBox;
 
 /// Whether the user works in the frame's address bar: the flag by which the Edit menu tells the
 /// page from the address bar. An open menu leaves it as it is.
@@ -11,14 +11,14 @@ class AddressFocus : public QObject {
 
 public:
     /// Goes with the bar.
-    explicit AddressFocus(brwURL &bar);
+    explicit AddressFocus(AddressBox &bar);
 
     bool isSet() const { return m_set; }
     /// True when the bar is its window's active control; also in a window that is not active.
     bool isActiveControl() const;
-    brwURL &bar() const { return m_bar; }
+    AddressBox &bar() const { return m_bar; }
 
 private:
-    brwURL &m_bar;
+    AddressBox &m_bar;
     bool m_set = false;
 };

@@ -3,12 +3,12 @@
 #include "EditCommands.h"
 #include "FileCommands.h"
 #include "HelpCommands.h"
+#include "MainWindow.h"
 #include "ProfileCommands.h"
 #include "ToolsCommands.h"
 #include "ViewCommands.h"
-#include "frmMain.h"
 
-void registerAllCommands(frmMain &frame)
+void registerAllCommands(MainWindow &frame)
 {
     registerFileCommands(frame);
     registerEditCommands(frame);

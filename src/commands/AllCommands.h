@@ -1,7 +1,7 @@
 #pragma once
 
-class frmMain;
+class MainWindow;
 
 /// Registers every command of the program with the frame and closes its command table: after this
 /// each menu item has its handler.
-void registerAllCommands(frmMain &frame);
+void registerAllCommands(MainWindow &frame);

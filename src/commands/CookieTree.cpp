@@ -24,7 +24,7 @@ constexpr int cellMargins = 20;
 
 QString translated(const QString &key, const QString &english)
 {
-    return GetLanguageText(u"frmInternetOptions"_s, key, english);
+    return languageText(u"frmInternetOptions"_s, key, english);
 }
 
 QString sessionText()

@@ -5,14 +5,14 @@
 #include <QClipboard>
 #include <QLineEdit>
 
+#include "AddressBox.h"
 #include "AddressFocus.h"
+#include "BrowserWindow.h"
 #include "Clipboard.h"
 #include "ExecForms.h"
 #include "FieldEdit.h"
 #include "Frame.h"
 #include "WebBrowser.h"
-#include "brwURL.h"
-#include "frmBrowser.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,7 +21,7 @@ namespace {
 /// What a command does with each thing it can be for.
 struct Actions {
     void (*page)(WebBrowser &page);
-    void (*bar)(brwURL &bar);
+    void (*bar)(AddressBox &bar);
     void (*field)(QLineEdit &field);
 };
 
@@ -36,11 +36,11 @@ QLineEdit *otherField(Frame &frame, const AddressFocus &focus)
 void onTarget(Frame &frame, const AddressFocus &focus, const QString &item, const Actions &actions)
 {
     frame.handle(item, [&frame, &focus, actions] {
-        const frmBrowser *active = activeBrowser(frame);
+        const BrowserWindow *active = activeBrowser(frame);
         if (QLineEdit *field = otherField(frame, focus))
             actions.field(*field);
         else if (active && !focus.isSet())
-            actions.page(*active->brwWebBrowser());
+            actions.page(*active->browser());
         else if (focus.isActiveControl())
             actions.bar(focus.bar());
     });
@@ -49,7 +49,7 @@ void onTarget(Frame &frame, const AddressFocus &focus, const QString &item, cons
 template <OleCmd command> void ifEnabled(WebBrowser &page)
 {
     constexpr int enabled = OleCmdStatus::Supported | OleCmdStatus::Enabled;
-    if (page.QueryStatusWB(command) == enabled)
+    if (page.queryStatusWB(command) == enabled)
         ExecForms::two(page, command);
 }
 
@@ -58,53 +58,53 @@ template <OleCmd command> void always(WebBrowser &page)
     ExecForms::four(page, command);
 }
 
-void copyFrom(brwURL &bar)
+void copyFrom(AddressBox &bar)
 {
-    const QString selected = bar.SelText();
+    const QString selected = bar.selText();
     if (!selected.isEmpty())
         QApplication::clipboard()->setText(selected);
 }
 
-void cutFrom(brwURL &bar)
+void cutFrom(AddressBox &bar)
 {
-    if (bar.SelText().isEmpty())
+    if (bar.selText().isEmpty())
         return;
     copyFrom(bar);
     bar.setSelText({});
 }
 
-void pasteInto(brwURL &bar)
+void pasteInto(AddressBox &bar)
 {
     bar.setSelText(clipboardText());
 }
 
-void selectAllOf(brwURL &bar)
+void selectAllOf(AddressBox &bar)
 {
     bar.setSelStart(0);
-    bar.setSelLength(int(bar.Text().size()));
+    bar.setSelLength(int(bar.text().size()));
 }
 
-void selectNoneOf(brwURL &bar)
+void selectNoneOf(AddressBox &bar)
 {
-    bar.setSelStart(int(bar.Text().size()));
+    bar.setSelStart(int(bar.text().size()));
 }
 
 void pasteIntoField(QLineEdit &field)
 {
     QWidget *owner = &field;
-    while (owner && !qobject_cast<brwURL *>(owner))
+    while (owner && !qobject_cast<AddressBox *>(owner))
         owner = owner->parentWidget();
-    if (auto *bar = qobject_cast<brwURL *>(owner))
+    if (auto *bar = qobject_cast<AddressBox *>(owner))
         pasteInto(*bar);
     else
         FieldEdit::paste(field);
 }
 
 /// The page is a window's active control unless another control in it is.
-bool pageIsActiveControl(const frmBrowser &form)
+bool pageIsActiveControl(const BrowserWindow &form)
 {
     const QWidget *control = form.focusWidget();
-    const QWidget *page = form.brwWebBrowser()->widget();
+    const QWidget *page = form.browser()->widget();
     return !control || control->isAncestorOf(page) || control == page
         || page->isAncestorOf(control);
 }
@@ -115,18 +115,18 @@ void undo(Frame &frame, const AddressFocus &focus)
         field->undo();
         return;
     }
-    const frmBrowser *active = activeBrowser(frame);
+    const BrowserWindow *active = activeBrowser(frame);
     if (active && pageIsActiveControl(*active))
-        ExecForms::four(*active->brwWebBrowser(), OleCmd::Undo);
+        ExecForms::four(*active->browser(), OleCmd::Undo);
 }
 
 void find(Frame &frame)
 {
-    const frmBrowser *active = activeBrowser(frame);
+    const BrowserWindow *active = activeBrowser(frame);
     if (!active)
         return;
-    active->brwWebBrowser()->SetFocus();
-    active->brwWebBrowser()->Find();
+    active->browser()->setFocus();
+    active->browser()->find();
 }
 
 void enableItems(Frame &frame)
@@ -140,7 +140,7 @@ void enableItems(Frame &frame)
 
 void registerEditCommands(Frame &frame)
 {
-    auto *bar = frame.window()->findChild<brwURL *>(u"brwURL1"_s);
+    auto *bar = frame.window()->findChild<AddressBox *>(u"brwURL1"_s);
     Q_ASSERT(bar);
     const AddressFocus &focus = *new AddressFocus(*bar);
     onTarget(frame, focus, u"mnuEditCut"_s, {ifEnabled<OleCmd::Cut>, cutFrom, FieldEdit::cut});

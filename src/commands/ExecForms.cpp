@@ -6,14 +6,14 @@ namespace ExecForms {
 
 void two(WebBrowser &page, OleCmd command)
 {
-    page.ExecWB(command, OleExecOpt::Default);
+    page.execWB(command, OleExecOpt::Default);
 }
 
 void four(WebBrowser &page, OleCmd command)
 {
     const QVariant in = QVariant::fromValue<qint16>(0);
     QVariant out = QVariant::fromValue<qint16>(0);
-    page.ExecWB(command, OleExecOpt::Default, &in, &out);
+    page.execWB(command, OleExecOpt::Default, &in, &out);
 }
 
 }

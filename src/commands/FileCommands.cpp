@@ -5,14 +5,14 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 
+#include "BrowserWindow.h"
 #include "Clipboard.h"
 #include "ExecForms.h"
 #include "Forms.h"
 #include "Frame.h"
+#include "OpenAddressDialog.h"
 #include "WebBrowser.h"
 #include "Yield.h"
-#include "frmBrowser.h"
-#include "frmOpenURL.h"
 
 using namespace Qt::StringLiterals;
 
@@ -22,18 +22,18 @@ constexpr int normal = 0;
 
 void newOnCurrentPage(Frame &frame)
 {
-    if (const frmBrowser *active = activeBrowser(frame))
-        frame.OpenBrowserWindow(active->brwWebBrowser()->LocationURL(), normal);
+    if (const BrowserWindow *active = activeBrowser(frame))
+        frame.openBrowserWindow(active->browser()->locationUrl(), normal);
     else
-        frame.OpenBrowserWindow({}, frame.NewWindowState());
+        frame.openBrowserWindow({}, frame.newWindowState());
 }
 
 void onActivePage(Frame &frame, const QString &item, OleCmd command,
                   void (*exec)(WebBrowser &, OleCmd))
 {
     frame.handle(item, [&frame, command, exec] {
-        if (const frmBrowser *active = activeBrowser(frame))
-            exec(*active->brwWebBrowser(), command);
+        if (const BrowserWindow *active = activeBrowser(frame))
+            exec(*active->browser(), command);
     });
 }
 
@@ -81,11 +81,11 @@ void registerNewCommands(Frame &frame)
 {
     frame.handle(u"mnuFileNewCurrent"_s, [&frame] { newOnCurrentPage(frame); });
     frame.handle(u"mnuFileNewBlankPage"_s,
-                 [&frame] { frame.OpenBrowserWindow(u"About:Blank"_s, frame.NewWindowState()); });
+                 [&frame] { frame.openBrowserWindow(u"About:Blank"_s, frame.newWindowState()); });
     frame.handle(u"mnuFileNewHomePage"_s,
-                 [&frame] { frame.OpenBrowserWindow({}, frame.NewWindowState()); });
+                 [&frame] { frame.openBrowserWindow({}, frame.newWindowState()); });
     frame.handle(u"mnuFileNewFromClipboard"_s,
-                 [&frame] { frame.OpenBrowserWindow(clipboardText(), frame.NewWindowState()); });
+                 [&frame] { frame.openBrowserWindow(clipboardText(), frame.newWindowState()); });
     askClipboardFor(frame, u"mnuFileNew"_s);
     frame.beforeOpening(u"mnuFileNew"_s, [&frame] { enableFromClipboard(frame); });
 }
@@ -105,7 +105,7 @@ void registerFileCommands(Frame &frame)
 {
     registerNewCommands(frame);
     registerPageCommands(frame);
-    frame.handle(u"mnuFileOpen"_s, [&frame] { (new frmOpenURL(frame))->open(); });
+    frame.handle(u"mnuFileOpen"_s, [&frame] { (new OpenAddressDialog(frame))->open(); });
     frame.handle(u"mnuFileClose"_s, [&frame] { closeActive(frame); });
     frame.handle(u"mnuFileCloseAll"_s, [&frame] { closeAll(frame); });
     frame.handle(u"mnuFileExit"_s, [&frame] { frame.window()->close(); });

@@ -19,7 +19,7 @@ constexpr int shownCharacters = 22;
 
 QString translated(const QString &key, const QString &english)
 {
-    return GetLanguageText(u"frmInternetOptions"_s, key, english);
+    return languageText(u"frmInternetOptions"_s, key, english);
 }
 
 /// Selects a family, also one that this machine has not; the empty one is the first entry.

@@ -1,12 +1,12 @@
 #include "HelpCommands.h"
 
+#include "AboutDialog.h"
 #include "AppFolder.h"
 #include "Frame.h"
 #include "MsgBox.h"
 #include "ProgramInfo.h"
+#include "SourceWindow.h"
 #include "StartProgram.h"
-#include "frmAbout.h"
-#include "frmSource.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,13 +24,13 @@ void startUpdater(Frame &frame)
 
 void registerHelpCommands(Frame &frame)
 {
-    frame.handle(u"mnuHelpAbout"_s, [&frame] { frmAbout::showOver(frame.window()); });
-    frmSource::setAboutHandler([](QWidget *owner) { frmAbout::showOver(owner); });
+    frame.handle(u"mnuHelpAbout"_s, [&frame] { AboutDialog::showOver(frame.window()); });
+    SourceWindow::setAboutHandler([](QWidget *owner) { AboutDialog::showOver(owner); });
     frame.handle(u"mnuHelpDonate"_s, [&frame] {
-        frame.OpenBrowserWindow(AppFolder::appData(u"Donate.html"_s), frame.NewWindowState());
+        frame.openBrowserWindow(AppFolder::appData(u"Donate.html"_s), frame.newWindowState());
     });
     frame.handle(u"mnuHelpCheckForUpdate"_s, [&frame] { startUpdater(frame); });
     frame.handle(u"mnuHelpKelmarsh"_s, [&frame] {
-        frame.OpenBrowserWindow(ProgramInfo::homeUrl(), frame.NewWindowState());
+        frame.openBrowserWindow(ProgramInfo::homeUrl(), frame.newWindowState());
     });
 }

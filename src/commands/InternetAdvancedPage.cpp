@@ -19,7 +19,7 @@ namespace {
 
 QCheckBox *makeCheckBox(const QString &name, const QString &english)
 {
-    auto *box = new QCheckBox(GetLanguageText(u"frmInternetOptions"_s, name, english));
+    auto *box = new QCheckBox(languageText(u"frmInternetOptions"_s, name, english));
     box->setObjectName(name);
     return box;
 }
@@ -49,8 +49,7 @@ InternetAdvancedPage::InternetAdvancedPage()
 
 QGroupBox *InternetAdvancedPage::makePages()
 {
-    auto *group =
-        new QGroupBox(GetLanguageText(u"frmInternetOptions"_s, u"FramePages"_s, u"Pages"_s));
+    auto *group = new QGroupBox(languageText(u"frmInternetOptions"_s, u"FramePages"_s, u"Pages"_s));
     m_chkScripts = makeCheckBox(u"chkScripts"_s, u"&Run scripts"_s);
     m_chkImages = makeCheckBox(u"chkImages"_s, u"Show &images"_s);
     m_chkPdf = makeCheckBox(u"chkPdf"_s, u"Show PD&F files in the page"_s);

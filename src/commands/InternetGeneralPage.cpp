@@ -23,7 +23,7 @@ namespace {
 
 QString translated(const QString &key, const QString &english)
 {
-    return GetLanguageText(u"frmInternetOptions"_s, key, english);
+    return languageText(u"frmInternetOptions"_s, key, english);
 }
 
 QPushButton *makeButton(const QString &name, const QString &english)

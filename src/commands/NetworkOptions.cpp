@@ -27,7 +27,7 @@ constexpr int comfortableWidth = 190;
 
 QString translated(const QString &key, const QString &english)
 {
-    return GetLanguageText(u"frmInternetOptions"_s, key, english);
+    return languageText(u"frmInternetOptions"_s, key, english);
 }
 
 /// Makes the folder where it is missing.

@@ -6,11 +6,13 @@
 #include <memory>
 
 #include "AppFolder.h"
+#include "BrowserWindow.h"
 #include "CommonDialog.h"
 #include "DraggedUrls.h"
 #include "Factory.h"
 #include "Forms.h"
 #include "Language.h"
+#include "MainWindow.h"
 #include "MsgBox.h"
 #include "NotSaved.h"
 #include "ProfilePages.h"
@@ -18,8 +20,6 @@
 #include "UrlProfile.h"
 #include "WebBrowser.h"
 #include "Yield.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
 
 using namespace Qt::StringLiterals;
 
@@ -37,9 +37,9 @@ QStringList openAddresses()
         forms.append(form);
     QStringList addresses;
     for (const QPointer<QWidget> &form : std::as_const(forms)) {
-        const auto *window = qobject_cast<frmBrowser *>(form.data());
+        const auto *window = qobject_cast<BrowserWindow *>(form.data());
         if (window && !window->isUnloaded())
-            addresses.append(window->brwWebBrowser()->LocationURL());
+            addresses.append(window->browser()->locationUrl());
         letPendingEventsRun();
     }
     return addresses;
@@ -47,7 +47,7 @@ QStringList openAddresses()
 
 class ProfileCommands : public QObject {
 public:
-    explicit ProfileCommands(frmMain &frame);
+    explicit ProfileCommands(MainWindow &frame);
 
 private:
     void save();
@@ -56,14 +56,14 @@ private:
     void openWindows(const QStringList &addresses);
     CommonDialog &dialog(const QString &titleKey);
 
-    frmMain &m_frame;
+    MainWindow &m_frame;
     /// Made at its first use; it remembers the file name for the next one.
     std::unique_ptr<CommonDialog> m_dialog;
     ProfilePages *m_pages;
     ProfileProgress *m_progress;
 };
 
-ProfileCommands::ProfileCommands(frmMain &frame)
+ProfileCommands::ProfileCommands(MainWindow &frame)
     : QObject(&frame)
     , m_frame(frame)
     , m_pages(new ProfilePages(frame, this))
@@ -82,10 +82,10 @@ CommonDialog &ProfileCommands::dialog(const QString &titleKey)
     if (!m_dialog)
         m_dialog = std::make_unique<CommonDialog>();
     const QString section = u"frmProfile"_s;
-    m_dialog->setFilter(GetLanguageText(section, u"Caption"_s, u"URL Profiles"_s)
+    m_dialog->setFilter(languageText(section, u"Caption"_s, u"URL Profiles"_s)
                         + " (*.orp)|*.orp"_L1);
     m_dialog->setInitDir(AppFolder::path() + "/Profiles/"_L1);
-    m_dialog->setDialogTitle(GetLanguageText(section, titleKey, u"Open A URL Profile"_s));
+    m_dialog->setDialogTitle(languageText(section, titleKey, u"Open A URL Profile"_s));
     // Names are written as they are typed.
     m_dialog->setDefaultExt(QString());
     return *m_dialog;
@@ -99,9 +99,9 @@ void ProfileCommands::save()
     }
     CommonDialog &saveDialog = dialog(u"FrameSave"_s);
     letPendingEventsRun();
-    const int confirmed = saveDialog.ShowSave(&m_frame, firstFilter);
+    const int confirmed = saveDialog.showSave(&m_frame, firstFilter);
     letPendingEventsRun();
-    const QString file = saveDialog.FileName();
+    const QString file = saveDialog.fileName();
     if (confirmed == 0 || file.isEmpty())
         return;
     if (const WriteResult result = UrlProfile::save(file, openAddresses()); !result)
@@ -111,8 +111,8 @@ void ProfileCommands::save()
 void ProfileCommands::choose()
 {
     CommonDialog &openDialog = dialog(u"FrameOpen"_s);
-    if (openDialog.ShowOpen(&m_frame, firstFilter) != 0)
-        open(openDialog.FileName(), false);
+    if (openDialog.showOpen(&m_frame, firstFilter) != 0)
+        open(openDialog.fileName(), false);
 }
 
 bool ProfileCommands::open(const QString &file, bool quiet)
@@ -142,7 +142,7 @@ void ProfileCommands::openWindows(const QStringList &addresses)
         // Pending events run with every window: the user may have ended this, or the program.
         if (m_pages->stops() != stops || !m_frame.isVisible())
             break;
-        if (frmBrowser *window = openBrowserWindow(m_frame, address, normal, Loading::Later))
+        if (BrowserWindow *window = openBrowserWindow(m_frame, address, normal, Loading::Later))
             m_pages->add(window);
     }
     m_pages->endOpening();
@@ -152,7 +152,7 @@ void ProfileCommands::openWindows(const QStringList &addresses)
 
 }
 
-void registerProfileCommands(frmMain &frame)
+void registerProfileCommands(MainWindow &frame)
 {
     new ProfileCommands(frame);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-class frmMain;
+class MainWindow;
 
 /// Saving the addresses of all browser windows as a profile, and opening profiles: from the menu,
 /// and for the frame (the command line, a dropped file).
-void registerProfileCommands(frmMain &frame);
+void registerProfileCommands(MainWindow &frame);

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "BrowserWindow.h"
 #include "Frame.h"
 #include "WebBrowser.h"
-#include "frmBrowser.h"
 
 namespace {
 
@@ -15,9 +15,9 @@ constexpr int mostLoading = 8;
 constexpr int longestTurnMs = 30'000;
 constexpr int lookAgainMs = 1000;
 
-bool waits(const frmBrowser &window)
+bool waits(const BrowserWindow &window)
 {
-    return window.brwWebBrowser()->Waiting();
+    return window.browser()->isWaiting();
 }
 
 }
@@ -47,7 +47,7 @@ void ProfilePages::endOpening()
     schedule();
 }
 
-void ProfilePages::add(frmBrowser *window)
+void ProfilePages::add(BrowserWindow *window)
 {
     m_entries.push_back({window, Turn::Ahead, false, {}});
     --m_expected;
@@ -56,8 +56,7 @@ void ProfilePages::add(frmBrowser *window)
                 if (!(before & Qt::WindowActive) && (now & Qt::WindowActive))
                     onActivated(window);
             });
-    connect(window->brwWebBrowser(), &WebBrowser::loadEnded, this,
-            [this, window] { onEnded(window); });
+    connect(window->browser(), &WebBrowser::loadEnded, this, [this, window] { onEnded(window); });
     connect(window, &QObject::destroyed, this, [this] { schedule(); });
     report();
     schedule();
@@ -68,7 +67,7 @@ void ProfilePages::stop()
     ++m_stops;
     for (Entry &entry : m_entries) {
         if (entry.window && entry.turn == Turn::Now && !entry.visited)
-            entry.window->brwWebBrowser()->Stop();
+            entry.window->browser()->stop();
         entry.turn = Turn::Over;
     }
     m_loaded = m_total;
@@ -89,7 +88,7 @@ ProfilePages::Entry *ProfilePages::find(const QObject *window)
 }
 
 /// May run inside the engine: the page is brought in the next step.
-void ProfilePages::onActivated(frmBrowser *window)
+void ProfilePages::onActivated(BrowserWindow *window)
 {
     if (Entry *entry = find(window)) {
         entry->visited = true;
@@ -97,7 +96,7 @@ void ProfilePages::onActivated(frmBrowser *window)
     }
 }
 
-void ProfilePages::onEnded(frmBrowser *window)
+void ProfilePages::onEnded(BrowserWindow *window)
 {
     Entry *entry = find(window);
     if (!entry || entry->turn != Turn::Now)
@@ -163,8 +162,8 @@ bool ProfilePages::makeRoom()
     });
     if (idle == m_entries.end())
         return false;
-    WebBrowser *browser = idle->window->brwWebBrowser();
-    browser->NavigateLater(browser->LocationURL());
+    WebBrowser *browser = idle->window->browser();
+    browser->navigateLater(browser->locationUrl());
     return true;
 }
 
@@ -174,7 +173,7 @@ void ProfilePages::start(Entry &entry)
         entry.turn = Turn::Now;
         entry.limit.setRemainingTime(longestTurnMs);
     }
-    entry.window->brwWebBrowser()->NavigateNow();
+    entry.window->browser()->navigateNow();
 }
 
 /// Does one thing that takes time, then lets the interface live.

@@ -7,7 +7,7 @@
 #include <vector>
 
 class Frame;
-class frmBrowser;
+class BrowserWindow;
 
 /// Brings the pages into the windows that profiles opened: one after the other, so that the
 /// interface stays live however many there are. No more than `mostPages` of these windows have a
@@ -26,8 +26,8 @@ public:
     /// up and become active by themselves.
     void beginOpening(int windows);
     void endOpening();
-    /// A window that waits for its page (`WebBrowser::NavigateLater`).
-    void add(frmBrowser *window);
+    /// A window that waits for its page (`WebBrowser::navigateLater`).
+    void add(BrowserWindow *window);
 
     /// Ends the loading; windows without a page get it when they are gone to.
     void stop();
@@ -44,7 +44,7 @@ signals:
 private:
     enum class Turn { Ahead, Now, Over };
     struct Entry {
-        QPointer<frmBrowser> window;
+        QPointer<BrowserWindow> window;
         Turn turn = Turn::Ahead;
         /// The user has been there.
         bool visited = false;
@@ -54,8 +54,8 @@ private:
     void step();
     void schedule(int milliseconds = 0);
     Entry *find(const QObject *window);
-    void onActivated(frmBrowser *window);
-    void onEnded(frmBrowser *window);
+    void onActivated(BrowserWindow *window);
+    void onEnded(BrowserWindow *window);
     void endTurn(Entry &entry);
     void forgetClosed();
     void endLateTurns();

@@ -40,14 +40,13 @@ void ProfileProgress::show(int loaded, int total)
         hide();
         return;
     }
-    const QString text =
-        GetLanguageText(u"frmProfile"_s, u"strLoaded"_s, u"%1 of %2 pages loaded"_s)
-            .arg(loaded)
-            .arg(total);
+    const QString text = languageText(u"frmProfile"_s, u"strLoaded"_s, u"%1 of %2 pages loaded"_s)
+                             .arg(loaded)
+                             .arg(total);
     m_text->setText(text);
     m_bar->setAccessibleName(text);
     m_bar->setRange(0, total);
     m_bar->setValue(loaded);
-    m_stop->setText(GetLanguageText(u"frmProfile"_s, u"strStop"_s, u"Stop"_s));
+    m_stop->setText(languageText(u"frmProfile"_s, u"strStop"_s, u"Stop"_s));
     setVisible(true);
 }

@@ -4,7 +4,7 @@
 #include "EngineOptions.h"
 #include "Leftovers.h"
 #include "RecoveredText.h"
-#include "modSpecialFolders.h"
+#include "SpecialFolders.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -28,7 +28,7 @@ QStringList folders()
 
 void startCleaning()
 {
-    const QString favorites = GetSpecialFolder(favoritesFolderNumber);
+    const QString favorites = specialFolder(favoritesFolderNumber);
     QThreadPool::globalInstance()->start([all = folders(), favorites] {
         Leftovers::removeNoted();
         for (const QString &folder : all)

@@ -2,13 +2,13 @@
 
 #include <QAction>
 
+#include "BrowserWindow.h"
 #include "ControlPanel.h"
 #include "Frame.h"
+#include "InternetOptionsDialog.h"
+#include "OptionsDialog.h"
 #include "Settings.h"
 #include "WebBrowser.h"
-#include "frmBrowser.h"
-#include "frmInternetOptions.h"
-#include "frmOptions.h"
 
 using namespace Qt::StringLiterals;
 
@@ -37,9 +37,9 @@ void togglePagesToHistory(Frame &frame)
     Settings::writeBoolean(Settings::AddToHistory, history).leaveToLog();
     const bool cache = isChecked(frame, u"mnuToolsAddFilesToCache"_s);
     if (history)
-        frame.setBrwFlags(cache ? 0 : NavFlags::NoWriteToCache);
+        frame.setNavigationFlags(cache ? 0 : NavFlags::NoWriteToCache);
     else
-        frame.setBrwFlags(cache ? NavFlags::NoHistory : neither);
+        frame.setNavigationFlags(cache ? NavFlags::NoHistory : neither);
 }
 
 /// Unlike the other toggle: without the cache alone, pages stay out of the history instead, until
@@ -50,17 +50,17 @@ void toggleFilesToCache(Frame &frame)
     Settings::writeBoolean(Settings::AddToCache, cache).leaveToLog();
     const bool history = isChecked(frame, u"mnuToolsAddPagesToHistory"_s);
     if (history == cache)
-        frame.setBrwFlags(history ? 0 : neither);
+        frame.setNavigationFlags(history ? 0 : neither);
     else
-        frame.setBrwFlags(NavFlags::NoHistory);
+        frame.setNavigationFlags(NavFlags::NoHistory);
 }
 
 /// For this session only: the stored setting is the options dialog's.
 void toggleScriptErrors(Frame &frame)
 {
     const bool silent = invert(frame, u"mnuToolsScriptErrorSuppress"_s);
-    for (frmBrowser *form : browserForms())
-        form->brwWebBrowser()->setSilent(silent);
+    for (BrowserWindow *form : browserForms())
+        form->browser()->setSilent(silent);
 }
 
 }
@@ -70,15 +70,15 @@ void registerToolsCommands(Frame &frame, StartUpFrame &program)
     frame.handle(u"mnuToolsAddPagesToHistory"_s, [&frame] { togglePagesToHistory(frame); });
     frame.handle(u"mnuToolsAddFilesToCache"_s, [&frame] { toggleFilesToCache(frame); });
     frame.handle(u"mnuToolsScriptErrorSuppress"_s, [&frame] { toggleScriptErrors(frame); });
-    using enum frmInternetOptions::Page;
+    using enum InternetOptionsDialog::Page;
     frame.handle(u"mnuToolsInternetOptions"_s, [&frame] {
         if (!ControlPanel::open(generalPage))
-            frmInternetOptions::showOver(frame, General);
+            InternetOptionsDialog::showOver(frame, General);
     });
     frame.handle(u"mnuToolsAdvancedInternetOptions"_s, [&frame] {
         if (!ControlPanel::open(advancedPage))
-            frmInternetOptions::showOver(frame, Advanced);
+            InternetOptionsDialog::showOver(frame, Advanced);
     });
     frame.handle(u"mnuToolsOptions"_s,
-                 [&frame, &program] { frmOptions::showOver(frame, program); });
+                 [&frame, &program] { OptionsDialog::showOver(frame, program); });
 }

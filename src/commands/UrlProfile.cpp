@@ -1,9 +1,9 @@
 #include "UrlProfile.h"
 
 #include "FileUpdate.h"
+#include "IniStore.h"
 #include "TextEncoding.h"
 #include "TextRules.h"
-#include "modINI.h"
 
 #include <algorithm>
 #include <cmath>
@@ -83,7 +83,7 @@ WriteResult save(const QString &path, const QStringList &addresses)
 qint32 count(const QString &path)
 {
     const std::optional<double> stored =
-        textToNumber(ReadINI(countSection, countKey, u"0"_s, path));
+        textToNumber(readIni(countSection, countKey, u"0"_s, path));
     // A fraction is rounded as numbers are when they become whole ones: a half to the even side.
     const double whole = std::nearbyint(stored.value_or(0));
     using Limits = std::numeric_limits<qint32>;
@@ -92,13 +92,13 @@ qint32 count(const QString &path)
 
 QStringList addresses(const QString &path, qint32 count)
 {
-    const std::optional<QByteArray> file = ReadINIFile(path);
+    const std::optional<QByteArray> file = readIniFile(path);
     if (!file)
         return {};
     QStringList keys;
     for (const qint32 number : urlNumbers(*file, count))
         keys.append(urlKey(number));
-    QStringList values = ReadINIValues(urlSection, keys, path);
+    QStringList values = readIniValues(urlSection, keys, path);
     values.removeAll(QString());
     return values;
 }

@@ -23,6 +23,6 @@ WriteResult save(const QString &path, const QStringList &addresses);
 qint32 count(const QString &path);
 
 /// What the keys URL1 up to URL`count` hold, in the order of their numbers, without the empty
-/// ones: each as `ReadINI` gives it, at the cost of the keys that are there.
+/// ones: each as `readIni` gives it, at the cost of the keys that are there.
 QStringList addresses(const QString &path, qint32 count);
 }

@@ -4,12 +4,12 @@
 #include <QApplication>
 #include <QPointer>
 
+#include "BrowserWindow.h"
 #include "FavoritesBar.h"
 #include "Frame.h"
+#include "SourceWindow.h"
 #include "WebBrowser.h"
 #include "Yield.h"
-#include "frmBrowser.h"
-#include "frmSource.h"
 
 using namespace Qt::StringLiterals;
 
@@ -26,11 +26,11 @@ void markFontSize(Frame &frame)
 {
     for (int level = 0; level < fontSizes; ++level)
         frame.menuItem(fontSizeItem(level))->setChecked(false);
-    const frmBrowser *active = activeBrowser(frame);
+    const BrowserWindow *active = activeBrowser(frame);
     if (!active)
         return;
     QVariant out;
-    if (!active->brwWebBrowser()->ExecWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &out))
+    if (!active->browser()->execWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &out))
         return;
     bool isNumber = false;
     const int level = out.toInt(&isNumber);
@@ -40,11 +40,11 @@ void markFontSize(Frame &frame)
 
 void setFontSize(Frame &frame, qint32 level)
 {
-    const frmBrowser *active = activeBrowser(frame);
+    const BrowserWindow *active = activeBrowser(frame);
     if (!active)
         return;
     const QVariant in = level;
-    active->brwWebBrowser()->ExecWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &in);
+    active->browser()->execWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &in);
     letPendingEventsRun();
 }
 
@@ -55,38 +55,38 @@ FavoritesBar *focusedFavorites(Frame &frame)
     while (control && control->objectName() != "FavoritesBar1"_L1)
         control = control->parentWidget();
     auto *bar = qobject_cast<FavoritesBar *>(control);
-    return bar && bar->Initialised() ? bar : nullptr;
+    return bar && bar->isInitialised() ? bar : nullptr;
 }
 
 void refresh(Frame &frame)
 {
     if (FavoritesBar *favorites = focusedFavorites(frame)) {
         frame.menuItem(u"mnuViewRefresh"_s)->setEnabled(false);
-        favorites->Refresh();
+        favorites->refresh();
         frame.menuItem(u"mnuViewRefresh"_s)->setEnabled(true);
-    } else if (const frmBrowser *active = activeBrowser(frame)) {
-        active->brwWebBrowser()->Refresh();
+    } else if (const BrowserWindow *active = activeBrowser(frame)) {
+        active->browser()->refresh();
     }
 }
 
 void showDocumentHTML(Frame &frame)
 {
-    const frmBrowser *active = activeBrowser(frame);
+    const BrowserWindow *active = activeBrowser(frame);
     if (!active)
         return;
-    WebBrowser &page = *active->brwWebBrowser();
-    const QString address = page.LocationURL();
-    if (page.Busy() || address.isEmpty()) {
+    WebBrowser &page = *active->browser();
+    const QString address = page.locationUrl();
+    if (page.isBusy() || address.isEmpty()) {
         QApplication::beep();
         return;
     }
-    page.OuterHTML([owner = QPointer(frame.window()), address](const QString &markup) {
+    page.outerHtml([owner = QPointer(frame.window()), address](const QString &markup) {
         // The page may have gone, and the program with it.
         if (!owner || markup.isEmpty())
             return;
         // The engine waits for this to return.
         QMetaObject::invokeMethod(
-            owner.data(), [markup, address] { frmSource::openOn(markup, address); },
+            owner.data(), [markup, address] { SourceWindow::openOn(markup, address); },
             Qt::QueuedConnection);
     });
     letPendingEventsRun();

@@ -13,13 +13,13 @@ CrashNotice::CrashNotice(QWidget *parent)
 {
     setAutoFillBackground(true);
     auto *label = new QLabel(
-        GetLanguageText(u"frmBrowser"_s, u"strPageEnded"_s, u"This page has stopped working."_s),
+        languageText(u"frmBrowser"_s, u"strPageEnded"_s, u"This page has stopped working."_s),
         this);
     label->setObjectName(u"lblPageEnded"_s);
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignCenter);
     auto *reload =
-        new QPushButton(GetLanguageText(u"frmBrowser"_s, u"cmdReload"_s, u"&Reload"_s), this);
+        new QPushButton(languageText(u"frmBrowser"_s, u"cmdReload"_s, u"&Reload"_s), this);
     reload->setObjectName(u"cmdReload"_s);
     connect(reload, &QPushButton::clicked, this, &CrashNotice::reloadPressed);
 

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 QString translated(const QString &key, const QString &text)
 {
-    return GetLanguageText(u"ErrorPage"_s, key, text);
+    return languageText(u"ErrorPage"_s, key, text);
 }
 
 /// Numbers of the engine's network errors that a user can make something of.

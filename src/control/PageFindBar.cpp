@@ -20,7 +20,7 @@ constexpr int longestProposal = 100;
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"PageFindBar"_s, QString::fromLatin1(key), english);
+    return languageText(u"PageFindBar"_s, QString::fromLatin1(key), english);
 }
 
 QString nameOf(QString caption)

@@ -33,13 +33,13 @@ QString whyNoPage(const QUrl &address)
 {
     const QString section = u"frmBrowser"_s;
     if (address.isEmpty())
-        return GetLanguageText(section, u"strNoAddress"_s, u"This is not an address:"_s);
+        return languageText(section, u"strNoAddress"_s, u"This is not an address:"_s);
     if (isRefusedAddress(address)) {
-        return GetLanguageText(section, u"strRefusedAddress"_s,
-                               u"This address is not opened, it could end the program:"_s);
+        return languageText(section, u"strRefusedAddress"_s,
+                            u"This address is not opened, it could end the program:"_s);
     }
-    return GetLanguageText(section, u"strOtherProgram"_s,
-                           u"Addresses of this kind are not opened here:"_s);
+    return languageText(section, u"strOtherProgram"_s,
+                        u"Addresses of this kind are not opened here:"_s);
 }
 }
 
@@ -49,18 +49,18 @@ QtWebBrowser::QtWebBrowser(QWidget *host)
     , m_indicators(new PageIndicators(this))
     , m_title(new TitleThrottle(this))
 {
-    connect(m_host, &BrowserHost::reloadRequested, this, [this] { Refresh(); });
+    connect(m_host, &BrowserHost::reloadRequested, this, [this] { refresh(); });
     connect(m_title, &TitleThrottle::changed, this, [this](const QString &title) {
         if (m_events)
-            m_events->TitleChange(title);
+            m_events->titleChange(title);
     });
     connect(m_indicators, &PageIndicators::secureChanged, this, [this](bool secure) {
         if (m_events)
-            m_events->SetSecureLockIcon(secure ? 1 : 0);
+            m_events->setSecureLockIcon(secure ? 1 : 0);
     });
     connect(m_indicators, &PageIndicators::privacyImpacted, this, [this](bool impacted) {
         if (m_events)
-            m_events->PrivacyImpactedStateChange(impacted);
+            m_events->privacyImpactedStateChange(impacted);
     });
     connect(m_host, &QObject::destroyed, this, [this] { m_host = nullptr; });
 }
@@ -108,17 +108,17 @@ void QtWebBrowser::setEvents(WebBrowserEvents *events)
     m_events = events;
 }
 
-void QtWebBrowser::Navigate(const QString &url)
+void QtWebBrowser::navigate(const QString &url)
 {
-    if (waitsForAnswer([this, url] { Navigate(url); }))
+    if (waitsForAnswer([this, url] { navigate(url); }))
         return;
     noteUserAction();
     load(url, false);
 }
 
-void QtWebBrowser::NavigateForPage(const QString &url)
+void QtWebBrowser::navigateForPage(const QString &url)
 {
-    if (waitsForAnswer([this, url] { NavigateForPage(url); }))
+    if (waitsForAnswer([this, url] { navigateForPage(url); }))
         return;
     load(url, true);
 }
@@ -133,7 +133,7 @@ void QtWebBrowser::load(const QString &url, bool forPage)
         if (raiseBeforeNavigate(address.isEmpty() ? QUrl(url) : address)) {
             tellNoPage(url.trimmed(), address);
             if (!m_hasDocument && m_events && !isNothing(url.trimmed()))
-                m_events->TitleChange(url.trimmed());
+                m_events->titleChange(url.trimmed());
         }
         emit loadEnded();
         return;
@@ -157,7 +157,7 @@ void QtWebBrowser::tellNoPage(const QString &text, const QUrl &address)
         showStatus(whyNoPage(address) + u' ' + editableAddress(text.left(200)));
 }
 
-void QtWebBrowser::NavigateLater(const QString &url)
+void QtWebBrowser::navigateLater(const QString &url)
 {
     if (m_page) {
         deletePage();
@@ -167,36 +167,36 @@ void QtWebBrowser::NavigateLater(const QString &url)
     m_waiting = true;
 }
 
-void QtWebBrowser::NavigateNow()
+void QtWebBrowser::navigateNow()
 {
     if (m_waiting)
-        Navigate(m_location);
+        navigate(m_location);
 }
 
-bool QtWebBrowser::GoBack()
+bool QtWebBrowser::goBack()
 {
-    if (waitsForAnswer([this] { GoBack(); }))
+    if (waitsForAnswer([this] { goBack(); }))
         return true;
     noteUserAction();
     return goneTo(m_page && m_history.goBack(m_page));
 }
 
-bool QtWebBrowser::GoForward()
+bool QtWebBrowser::goForward()
 {
-    if (waitsForAnswer([this] { GoForward(); }))
+    if (waitsForAnswer([this] { goForward(); }))
         return true;
     noteUserAction();
     return goneTo(m_page && m_history.goForward(m_page));
 }
 
-QList<HistoryStep> QtWebBrowser::HistorySteps() const
+QList<HistoryStep> QtWebBrowser::historySteps() const
 {
     return m_page ? m_history.steps(m_page) : QList<HistoryStep>();
 }
 
-bool QtWebBrowser::GoTo(int offset)
+bool QtWebBrowser::goTo(int offset)
 {
-    if (waitsForAnswer([this, offset] { GoTo(offset); }))
+    if (waitsForAnswer([this, offset] { goTo(offset); }))
         return true;
     noteUserAction();
     return goneTo(m_page && m_history.go(m_page, offset));
@@ -210,18 +210,18 @@ bool QtWebBrowser::goneTo(bool goes)
     return goes;
 }
 
-void QtWebBrowser::Refresh()
+void QtWebBrowser::refresh()
 {
-    if (waitsForAnswer([this] { Refresh(); }))
+    if (waitsForAnswer([this] { refresh(); }))
         return;
     noteUserAction();
     reload(QWebEnginePage::Reload);
 }
 
-void QtWebBrowser::Refresh2(int level)
+void QtWebBrowser::refresh2(int level)
 {
     constexpr int completely = 3;
-    if (waitsForAnswer([this, level] { Refresh2(level); }))
+    if (waitsForAnswer([this, level] { refresh2(level); }))
         return;
     noteUserAction();
     reload(level == completely ? QWebEnginePage::ReloadAndBypassCache : QWebEnginePage::Reload);
@@ -241,7 +241,7 @@ void QtWebBrowser::onResendRequested(QWebEnginePage::WebAction action)
 {
     if (!m_events)
         return;
-    m_events->ConfirmResend([self = QPointer(this), page = m_page, action] {
+    m_events->confirmResend([self = QPointer(this), page = m_page, action] {
         // The user may be elsewhere by the time of the answer.
         if (!self || !page || page != self->m_page || page->mayAskAgain())
             return;
@@ -250,36 +250,36 @@ void QtWebBrowser::onResendRequested(QWebEnginePage::WebAction action)
     });
 }
 
-void QtWebBrowser::Stop()
+void QtWebBrowser::stop()
 {
     m_stopped = true;
     if (m_page && !waitsForAnswer([] {}))
         m_page->triggerAction(QWebEnginePage::Stop);
 }
 
-bool QtWebBrowser::ExecWB(OleCmd command, OleExecOpt, const QVariant *in, QVariant *out)
+bool QtWebBrowser::execWB(OleCmd command, OleExecOpt, const QVariant *in, QVariant *out)
 {
     return m_page && PageCommands::run(m_page, command, in, out);
 }
 
-int QtWebBrowser::QueryStatusWB(OleCmd command)
+int QtWebBrowser::queryStatusWB(OleCmd command)
 {
     return m_page ? PageCommands::status(m_page, command) : 0;
 }
 
-void QtWebBrowser::SetFocus()
+void QtWebBrowser::setFocus()
 {
     if (m_host)
         m_host->setFocus();
 }
 
-void QtWebBrowser::Find()
+void QtWebBrowser::find()
 {
     if (m_host)
         m_host->openFindBar();
 }
 
-void QtWebBrowser::Move(int left, int top, int width, int height)
+void QtWebBrowser::move(int left, int top, int width, int height)
 {
     if (m_host) {
         m_host->setGeometry(Twips::toPixels(left), Twips::toPixels(top), Twips::toPixels(width),
@@ -287,14 +287,14 @@ void QtWebBrowser::Move(int left, int top, int width, int height)
     }
 }
 
-QString QtWebBrowser::LocationURL() const
+QString QtWebBrowser::locationUrl() const
 {
     return m_location;
 }
 
 /// The engine keeps the address on its way to itself from the moment on in which the opener may
 /// have written into the window.
-QString QtWebBrowser::AddressBeforePage(const QString &asked) const
+QString QtWebBrowser::addressBeforePage(const QString &asked) const
 {
     if (!m_adopted)
         return asked;
@@ -302,7 +302,7 @@ QString QtWebBrowser::AddressBeforePage(const QString &asked) const
     return safe.isEmpty() ? u"about:blank"_s : QString::fromLatin1(safe.toEncoded());
 }
 
-void QtWebBrowser::OuterHTML(const std::function<void(const QString &)> &done)
+void QtWebBrowser::outerHtml(const std::function<void(const QString &)> &done)
 {
     if (!m_page) {
         done({});

@@ -30,34 +30,34 @@ public:
     QWidget *widget() override;
     void setEvents(WebBrowserEvents *events) override;
     void setQuestions(PageQuestions *questions) override;
-    void Navigate(const QString &url) override;
-    void NavigateForPage(const QString &url) override;
-    void NavigateLater(const QString &url) override;
-    void NavigateNow() override;
-    bool Waiting() const override { return m_waiting; }
-    bool GoBack() override;
-    bool GoForward() override;
-    QList<HistoryStep> HistorySteps() const override;
-    bool GoTo(int offset) override;
-    void Refresh() override;
-    void Refresh2(int level) override;
-    void Stop() override;
-    bool ExecWB(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
+    void navigate(const QString &url) override;
+    void navigateForPage(const QString &url) override;
+    void navigateLater(const QString &url) override;
+    void navigateNow() override;
+    bool isWaiting() const override { return m_waiting; }
+    bool goBack() override;
+    bool goForward() override;
+    QList<HistoryStep> historySteps() const override;
+    bool goTo(int offset) override;
+    void refresh() override;
+    void refresh2(int level) override;
+    void stop() override;
+    bool execWB(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
                 QVariant *out = nullptr) override;
-    int QueryStatusWB(OleCmd command) override;
-    void SetFocus() override;
-    void Find() override;
-    void Move(int left, int top, int width, int height) override;
-    QString LocationURL() const override;
-    QString AddressBeforePage(const QString &asked) const override;
-    bool HasDocument() const override { return m_hasDocument; }
-    void ClearDocument() override { }
-    void OuterHTML(const std::function<void(const QString &)> &done) override;
-    bool Busy() const override { return m_busy; }
+    int queryStatusWB(OleCmd command) override;
+    void setFocus() override;
+    void find() override;
+    void move(int left, int top, int width, int height) override;
+    QString locationUrl() const override;
+    QString addressBeforePage(const QString &asked) const override;
+    bool hasDocument() const override { return m_hasDocument; }
+    void clearDocument() override { }
+    void outerHtml(const std::function<void(const QString &)> &done) override;
+    bool isBusy() const override { return m_busy; }
     Arrival ArrivedBy() const override { return m_arrival; }
-    WindowRequest CurrentRequest() const override { return m_request; }
+    WindowRequest currentRequest() const override { return m_request; }
     void setRefusesUnaskedWindows(bool refuses) override;
-    bool Silent() const override { return m_silent; }
+    bool isSilent() const override { return m_silent; }
     void setSilent(bool silent) override { m_silent = silent; }
     void setRegisterAsBrowser(bool) override { }
     void setShown(bool shown) override;

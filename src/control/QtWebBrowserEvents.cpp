@@ -52,7 +52,7 @@ bool mayBeFrame(const QUrl &url)
 
 QString statusText(const QString &key, const QString &text)
 {
-    return GetLanguageText(u"frmBrowser"_s, key, text);
+    return languageText(u"frmBrowser"_s, key, text);
 }
 }
 
@@ -62,7 +62,7 @@ bool QtWebBrowser::raiseBeforeNavigate(const QUrl &url)
     placeAsRequested();
     m_requested = QRect();
     if (m_events)
-        m_events->BeforeNavigate2(encoded(url), m_flags, cancel);
+        m_events->beforeNavigate2(encoded(url), m_flags, cancel);
     // A handler may have closed the window, and then nothing more is to be loaded.
     return m_events && !cancel;
 }
@@ -207,7 +207,7 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
     m_busy = true;
     // Whether the address may be shown ahead of its page is known from here on.
     if (m_adopted && !m_hasDocument && m_events)
-        m_events->LocationChange(m_location);
+        m_events->locationChange(m_location);
     showStatus(statusText(u"strOpening"_s, u"Opening page"_s) + u' ' + shownAddress(m_pending)
                + u"..."_s);
 }
@@ -283,7 +283,7 @@ void QtWebBrowser::commit(const QString &url, bool arrived)
         m_history.skipCurrent(m_page);
     forgetLinks();
     if (m_events)
-        m_events->NavigateComplete2(m_location);
+        m_events->navigateComplete2(m_location);
 }
 
 void QtWebBrowser::onFrameLoaded(const QString &url, bool isMainFrame)
@@ -291,7 +291,7 @@ void QtWebBrowser::onFrameLoaded(const QString &url, bool isMainFrame)
     if (isMainFrame)
         completeDocument(m_location);
     else if (m_events)
-        m_events->DocumentComplete(url);
+        m_events->documentComplete(url);
 }
 
 void QtWebBrowser::completeDocument(const QString &url)
@@ -299,7 +299,7 @@ void QtWebBrowser::completeDocument(const QString &url)
     if (m_stage != Stage::Committed || std::exchange(m_completed, true))
         return;
     if (m_events)
-        m_events->DocumentComplete(url);
+        m_events->documentComplete(url);
 }
 
 void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
@@ -355,7 +355,7 @@ void QtWebBrowser::tellIfNothingCame()
                               const EngineCallbackScope scope;
                               if (self && self->m_events && isEmpty.toBool() && self->holdsNoPage()
                                   && self->m_stage == Stage::None)
-                                  self->m_events->NothingCame();
+                                  self->m_events->nothingCame();
                           });
 }
 
@@ -368,7 +368,7 @@ bool QtWebBrowser::holdsNoPage() const
 void QtWebBrowser::tellGivenUp()
 {
     if (m_events && m_stage == Stage::None && m_handedOver.isEmpty() && m_replacing.isEmpty())
-        m_events->NavigationGivenUp();
+        m_events->navigationGivenUp();
 }
 
 /// Comes when a page has taken the place of another, before any of its scripts runs, and when a
@@ -378,7 +378,7 @@ void QtWebBrowser::onUrlChanged()
     const QUrl address = committedAddress();
     if (address.isEmpty()) {
         if (m_adopted && m_events)
-            m_events->LocationChange(m_location);
+            m_events->locationChange(m_location);
         return;
     }
     const QUrl before(m_location);
@@ -395,12 +395,12 @@ void QtWebBrowser::onUrlChanged()
         m_indicators->distrust();
     m_location = encoded(address);
     if (m_events)
-        m_events->LocationChange(m_location);
+        m_events->locationChange(m_location);
 }
 
 void QtWebBrowser::showStatus(const QString &text)
 {
     m_status = text;
     if (m_events)
-        m_events->StatusTextChange(text);
+        m_events->statusTextChange(text);
 }

@@ -42,7 +42,7 @@ void QtWebBrowser::usePage(WebPage *page)
     m_view = new WebView(m_page, m_host);
     connect(m_view, &WebView::gotFocus, this, [this] {
         if (m_events)
-            m_events->GotFocus();
+            m_events->gotFocus();
     });
     connect(m_view, &WebView::eventCame, this, [this](const QEvent &event) { m_act.note(event); });
     connect(m_view, &WebView::dropped, this,
@@ -90,12 +90,12 @@ void QtWebBrowser::connectLoading()
     connect(m_page, &WebPage::frameLoaded, this, &QtWebBrowser::onFrameLoaded);
     connect(m_page, &WebPage::scriptFailed, this, [this](const ScriptError &error) {
         if (m_events && !m_silent)
-            m_events->ScriptFailed(error);
+            m_events->scriptFailed(error);
     });
     connect(m_page, &WebPage::resendRequested, this, &QtWebBrowser::onResendRequested);
     connect(m_page, &WebPage::retryRequested, this, [this] {
         if (m_showsError)
-            QTimer::singleShot(0, this, [this] { Refresh(); });
+            QTimer::singleShot(0, this, [this] { refresh(); });
     });
 }
 
@@ -104,17 +104,17 @@ void QtWebBrowser::connectPage()
     connect(m_page, &QWebEnginePage::titleChanged, m_title, &TitleThrottle::put);
     connect(m_page, &QWebEnginePage::iconChanged, this, [this](const QIcon &icon) {
         if (m_events)
-            m_events->IconChange(icon);
+            m_events->iconChange(icon);
     });
     connect(m_page, &QWebEnginePage::linkHovered, this, [this](const QString &url) {
         const EngineCallbackScope scope;
         if (m_events)
-            m_events->StatusTextChange(url.isEmpty() ? m_status : shownAddress(url));
+            m_events->statusTextChange(url.isEmpty() ? m_status : shownAddress(url));
     });
     connect(m_page, &QWebEnginePage::newWindowRequested, this, &QtWebBrowser::onNewWindowRequested);
     connect(m_page, &WebPage::linkWindowRequested, this, [this](const QUrl &url) {
         if (m_events)
-            m_events->OpenLinkInNewWindow(QString::fromLatin1(url.toEncoded()));
+            m_events->openLinkInNewWindow(QString::fromLatin1(url.toEncoded()));
     });
     connect(m_page, &QWebEnginePage::geometryChangeRequested, this,
             &QtWebBrowser::onGeometryRequested);
@@ -152,7 +152,7 @@ void QtWebBrowser::onNewWindowRequested(QWebEngineNewWindowRequest &request)
     bool cancel = false;
     m_request = {QString::fromLatin1(request.requestedUrl().toEncoded()),
                  request.isUserInitiated()};
-    m_events->NewWindow2(target, cancel);
+    m_events->newWindow2(target, cancel);
     auto *control = qobject_cast<QtWebBrowser *>(target);
     if (!control || cancel)
         return;
@@ -167,11 +167,11 @@ bool QtWebBrowser::opensDropped(const QUrl &url)
         return false;
     QTimer::singleShot(0, m_page,
                        [self = QPointer(this), addresses = std::exchange(m_dropped, {})] {
-                           self->Navigate(addresses.first());
+                           self->navigate(addresses.first());
                            for (const QString &other : addresses.mid(1)) {
                                // Events run while a window opens.
                                if (self && self->m_events)
-                                   self->m_events->OpenLinkInNewWindow(other);
+                                   self->m_events->openLinkInNewWindow(other);
                            }
                        });
     return true;
@@ -244,7 +244,7 @@ void QtWebBrowser::onCloseRequested()
     const EngineCallbackScope scope;
     bool cancel = false;
     if (m_events)
-        m_events->WindowClosing(m_adopted, cancel);
+        m_events->windowClosing(m_adopted, cancel);
 }
 
 void QtWebBrowser::onRendererGone()

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"PageQuestions"_s, QString::fromLatin1(key), english);
+    return languageText(u"PageQuestions"_s, QString::fromLatin1(key), english);
 }
 }
 
@@ -88,9 +88,9 @@ void QtWebBrowser::onSignedIn()
 {
     if (m_page->mayAskAgain()) {
         if (isUnderWay())
-            Navigate(QString::fromLatin1(m_pending.toEncoded()));
+            navigate(QString::fromLatin1(m_pending.toEncoded()));
         else
-            Refresh();
+            refresh();
         return;
     }
     PageQuestion question;

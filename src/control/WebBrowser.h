@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <functional>
 
-/// Commands that `WebBrowser::ExecWB` runs on the current document.
+/// Commands that `WebBrowser::execWB` runs on the current document.
 enum class OleCmd {
     SaveAs = 4,
     Print = 6,
@@ -24,13 +24,13 @@ enum class OleCmd {
 
 enum class OleExecOpt { Default = 0, DoNotPromptUser = 2 };
 
-/// Bits of `WebBrowser::QueryStatusWB`.
+/// Bits of `WebBrowser::queryStatusWB`.
 namespace OleCmdStatus {
 inline constexpr int Supported = 1;
 inline constexpr int Enabled = 2;
 }
 
-/// Navigation flags a window sets in `BeforeNavigate2`.
+/// Navigation flags a window sets in `beforeNavigate2`.
 namespace NavFlags {
 inline constexpr int NoHistory = 2;
 inline constexpr int NoWriteToCache = 8;
@@ -71,40 +71,40 @@ struct HistoryStep {
 class WebBrowserEvents {
 public:
     virtual ~WebBrowserEvents() = default;
-    virtual void StatusTextChange(const QString &text) = 0;
-    virtual void TitleChange(const QString &text) = 0;
+    virtual void statusTextChange(const QString &text) = 0;
+    virtual void titleChange(const QString &text) = 0;
     /// The page's own picture; null while it has none.
-    virtual void IconChange(const QIcon &icon) = 0;
-    virtual void BeforeNavigate2(const QString &url, int &flags, bool &cancel) = 0;
+    virtual void iconChange(const QIcon &icon) = 0;
+    virtual void beforeNavigate2(const QString &url, int &flags, bool &cancel) = 0;
     /// A page asks for a window: `target` is the engine control that is to show it.
-    virtual void NewWindow2(WebBrowser *&target, bool &cancel) = 0;
+    virtual void newWindow2(WebBrowser *&target, bool &cancel) = 0;
     /// The user chose the page's own menu item that opens a link in a new window.
-    virtual void OpenLinkInNewWindow(const QString &) { }
+    virtual void openLinkInNewWindow(const QString &) { }
     /// A navigation ended and brought no page: the window shows what it showed before.
-    virtual void NavigationGivenUp() { }
+    virtual void navigationGivenUp() { }
     /// A reload would send the form once more that the page is the answer to. `again` does so.
-    virtual void ConfirmResend(const std::function<void()> &) { }
+    virtual void confirmResend(const std::function<void()> &) { }
     /// The page at `url` is shown from now on (its first bytes have arrived).
-    virtual void NavigateComplete2(const QString &url) = 0;
+    virtual void navigateComplete2(const QString &url) = 0;
     /// The window's first navigation is over and brought no page: a download, or an answer without
     /// contents. Not raised when it was stopped by a command, or where a script has put something
     /// into the window.
-    virtual void NothingCame() { }
+    virtual void nothingCame() { }
     /// The page's address changed without a navigation (a fragment, a history state), or ahead of
-    /// `NavigateComplete2`. Empty: that of a window without a page of its own, which may be another
-    /// `AddressBeforePage` now.
-    virtual void LocationChange(const QString &url) = 0;
+    /// `navigateComplete2`. Empty: that of a window without a page of its own, which may be another
+    /// `addressBeforePage` now.
+    virtual void locationChange(const QString &url) = 0;
     /// Raised for every frame of a page, the page itself last.
-    virtual void DocumentComplete(const QString &url) = 0;
+    virtual void documentComplete(const QString &url) = 0;
     /// The page's script asks for its window to be closed.
-    virtual void WindowClosing(bool isChildWindow, bool &cancel) = 0;
+    virtual void windowClosing(bool isChildWindow, bool &cancel) = 0;
     /// Greater than 0 while the page is secure.
-    virtual void SetSecureLockIcon(int secureLockIcon) = 0;
-    virtual void PrivacyImpactedStateChange(bool impacted) = 0;
+    virtual void setSecureLockIcon(int secureLockIcon) = 0;
+    virtual void privacyImpactedStateChange(bool impacted) = 0;
     /// The keyboard focus has come to the page.
-    virtual void GotFocus() = 0;
+    virtual void gotFocus() = 0;
     /// A script of the page failed; never raised while the control is silent.
-    virtual void ScriptFailed(const ScriptError &) { }
+    virtual void scriptFailed(const ScriptError &) { }
 };
 
 /// The engine control of one browser window. Exactly what the rest of the program uses; another
@@ -125,61 +125,61 @@ public:
     virtual void setQuestions(PageQuestions *) { }
 
     /// Loads `url`, completed as a browser does (no scheme: http or a local path).
-    virtual void Navigate(const QString &url) = 0;
+    virtual void navigate(const QString &url) = 0;
     /// The same for an address that a page has asked for.
-    virtual void NavigateForPage(const QString &url) { Navigate(url); }
-    /// The control is at `url` from now on, for `LocationURL` and all who ask it, but holds no
-    /// page; one that was there goes. `NavigateNow` or `Navigate` ends the wait, a refresh does
+    virtual void navigateForPage(const QString &url) { navigate(url); }
+    /// The control is at `url` from now on, for `locationUrl` and all who ask it, but holds no
+    /// page; one that was there goes. `navigateNow` or `Navigate` ends the wait, a refresh does
     /// not. Never inside an engine callback.
-    virtual void NavigateLater(const QString &url) = 0;
+    virtual void navigateLater(const QString &url) = 0;
     /// Loads the address the control waits at; nothing when it does not wait.
-    virtual void NavigateNow() = 0;
-    virtual bool Waiting() const = 0;
-    virtual bool GoBack() = 0;
-    virtual bool GoForward() = 0;
+    virtual void navigateNow() = 0;
+    virtual bool isWaiting() const = 0;
+    virtual bool goBack() = 0;
+    virtual bool goForward() = 0;
     /// The pages Back and Forward would come to, in the order of the history.
-    virtual QList<HistoryStep> HistorySteps() const = 0;
-    /// Goes to a page of `HistorySteps`; false when there is none at that place.
-    virtual bool GoTo(int offset) = 0;
-    virtual void Refresh() = 0;
+    virtual QList<HistoryStep> historySteps() const = 0;
+    /// Goes to a page of `historySteps`; false when there is none at that place.
+    virtual bool goTo(int offset) = 0;
+    virtual void refresh() = 0;
     /// Level 3 reloads past the cache; other levels reload plainly.
-    virtual void Refresh2(int level) = 0;
-    virtual void Stop() = 0;
+    virtual void refresh2(int level) = 0;
+    virtual void stop() = 0;
 
     /// Runs a command. A null `in` or `out` is an argument left out.
-    virtual bool ExecWB(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
+    virtual bool execWB(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
                         QVariant *out = nullptr) = 0;
     /// `OleCmdStatus` bits.
-    virtual int QueryStatusWB(OleCmd command) = 0;
-    virtual void SetFocus() = 0;
+    virtual int queryStatusWB(OleCmd command) = 0;
+    virtual void setFocus() = 0;
     /// Opens the engine's own bar for finding text in the page, and gives it the focus.
-    virtual void Find() = 0;
+    virtual void find() = 0;
     /// Places the control inside its window; twips.
-    virtual void Move(int left, int top, int width, int height) = 0;
+    virtual void move(int left, int top, int width, int height) = 0;
 
     /// The page's address in encoded form, byte-exact; empty when nothing was opened yet.
-    virtual QString LocationURL() const = 0;
+    virtual QString locationUrl() const = 0;
     /// What stands for the window's address before it has a page: `asked`, unless a page opened
     /// the window and may have written into it.
-    virtual QString AddressBeforePage(const QString &asked) const { return asked; }
+    virtual QString addressBeforePage(const QString &asked) const { return asked; }
     /// False until the first document is there.
-    virtual bool HasDocument() const = 0;
+    virtual bool hasDocument() const = 0;
     /// Clears the current document; the page shown is not affected.
-    virtual void ClearDocument() = 0;
+    virtual void clearDocument() = 0;
     /// The live markup of the page (`document.documentElement.outerHTML`), handed over later;
     /// empty when the page goes away meanwhile.
-    virtual void OuterHTML(const std::function<void(const QString &)> &done) = 0;
-    virtual bool Busy() const = 0;
+    virtual void outerHtml(const std::function<void(const QString &)> &done) = 0;
+    virtual bool isBusy() const = 0;
     /// How the navigation of the whole page that was last asked for came about.
     virtual Arrival ArrivedBy() const { return Arrival::ByAddress; }
     /// True: the page's scripts get null at once for windows that the user did nothing for, and
-    /// `NewWindow2` is not raised for them.
+    /// `newWindow2` is not raised for them.
     virtual void setRefusesUnaskedWindows(bool) { }
-    /// The request that `NewWindow2` is being raised for.
-    virtual WindowRequest CurrentRequest() const { return {}; }
+    /// The request that `newWindow2` is being raised for.
+    virtual WindowRequest currentRequest() const { return {}; }
 
     /// True: script errors are not shown.
-    virtual bool Silent() const = 0;
+    virtual bool isSilent() const = 0;
     virtual void setSilent(bool silent) = 0;
     virtual void setRegisterAsBrowser(bool on) = 0;
     /// False while the window is wholly covered: the page is told that it is hidden and costs

@@ -5,7 +5,7 @@
 class QWidget;
 
 /// The application's loaded forms, in the order in which they were loaded: the frame, browser and
-/// source windows, dialogs. A form's name is its objectName ("frmBrowser").
+/// source windows, dialogs. A form's name is its objectName ("BrowserWindow").
 namespace Forms {
 /// Called by a form as it loads; it leaves the collection by itself when it is destroyed.
 void add(QWidget *form);

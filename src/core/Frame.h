@@ -26,15 +26,15 @@ public:
 
     /// A new browser window on `url` (empty: the home page). `state` 2 maximizes it; any other
     /// value leaves the state to the frame.
-    virtual void OpenBrowserWindow(const QString &url, int state) = 0;
+    virtual void openBrowserWindow(const QString &url, int state) = 0;
     /// Sends the active window to `url`, or opens a first, maximized one.
-    virtual void NavigateActive(const QString &url) = 0;
+    virtual void navigateActive(const QString &url) = 0;
     /// The state to open a window with: 2 when there is no active child, else 0.
-    virtual int NewWindowState() const = 0;
+    virtual int newWindowState() const = 0;
     /// Opens every address of a profile file; false when there is none.
     virtual bool openProfile(const QString &file, bool quiet) = 0;
 
-    virtual WindowTabs &tbWindows() = 0;
+    virtual WindowTabs &windowTabs() = 0;
     /// The shared address bar: its text, and its list of reached addresses.
     virtual void setAddressText(const QString &url) = 0;
     virtual void addAddress(const QString &url, bool showText) = 0;
@@ -52,6 +52,6 @@ public:
     virtual void setButtonPressed(const QString &key, bool pressed) = 0;
 
     /// Navigation flags for every window: 2 keeps pages out of the history, 8 out of the cache.
-    virtual int brwFlags() const = 0;
-    virtual void setBrwFlags(int flags) = 0;
+    virtual int navigationFlags() const = 0;
+    virtual void setNavigationFlags(int flags) = 0;
 };

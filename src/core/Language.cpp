@@ -1,8 +1,8 @@
 #include "Language.h"
 
 #include "AppFolder.h"
+#include "IniStore.h"
 #include "LanguageListener.h"
-#include "modINI.h"
 
 using namespace Qt::StringLiterals;
 
@@ -26,10 +26,10 @@ void setLanguageListener(LanguageListener listener)
     theListener = listener;
 }
 
-QString GetLanguageText(const QString &section, const QString &key, const QString &text)
+QString languageText(const QString &section, const QString &key, const QString &text)
 {
     if (theListener)
         theListener(section, key);
     const QString file = AppFolder::appData("Languages/"_L1 + currentName + ".ini"_L1);
-    return ReadINI(section, key, text, file);
+    return readIni(section, key, text, file);
 }

@@ -8,4 +8,4 @@ void setLanguageName(const QString &name);
 
 /// The text under `key` of `section` in the current language's file, read anew at each call, or
 /// `text` where the file has none. Callers pass what the control shows now.
-QString GetLanguageText(const QString &section, const QString &key, const QString &text);
+QString languageText(const QString &section, const QString &key, const QString &text);

@@ -1,9 +1,9 @@
 #include "Settings.h"
 
 #include "AppFolder.h"
+#include "IniStore.h"
 #include "ProgramInfo.h"
 #include "TextRules.h"
-#include "modINI.h"
 
 using namespace Qt::StringLiterals;
 
@@ -11,7 +11,7 @@ namespace Settings {
 
 QString read(const Key &key)
 {
-    return ReadINI(QString::fromLatin1(key.section), QString::fromLatin1(key.name),
+    return readIni(QString::fromLatin1(key.section), QString::fromLatin1(key.name),
                    QString::fromLatin1(key.missing), AppFolder::settingsPath());
 }
 
@@ -32,7 +32,7 @@ bool isOne(const Key &key)
 
 WriteResult write(const Key &key, const QString &value)
 {
-    return WriteINI(QString::fromLatin1(key.section), QString::fromLatin1(key.name), value,
+    return writeIni(QString::fromLatin1(key.section), QString::fromLatin1(key.name), value,
                     AppFolder::settingsPath());
 }
 
@@ -43,7 +43,7 @@ WriteResult writeBoolean(const Key &key, bool value)
 
 QString homeUrl()
 {
-    return ReadINI(u"Settings"_s, u"Home-URL"_s, ProgramInfo::homeUrl(), AppFolder::settingsPath());
+    return readIni(u"Settings"_s, u"Home-URL"_s, ProgramInfo::homeUrl(), AppFolder::settingsPath());
 }
 
 }

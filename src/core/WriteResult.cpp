@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 namespace {
 QString told(const char *key, const QString &english)
 {
-    return GetLanguageText(u"WriteResult"_s, QString::fromLatin1(key), english);
+    return languageText(u"WriteResult"_s, QString::fromLatin1(key), english);
 }
 
 WriteResult::Failure failureOf(const std::error_code &error)

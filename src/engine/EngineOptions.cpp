@@ -1,9 +1,9 @@
 #include "EngineOptions.h"
 
 #include "AppFolder.h"
+#include "IniStore.h"
 #include "Log.h"
 #include "TextRules.h"
-#include "modINI.h"
 
 #include <QFileInfo>
 #include <QHash>
@@ -110,7 +110,7 @@ QHash<QString, QString> storedTexts(const QString &path)
         return {};
     }
     const QStringList keys = allKeys();
-    const QStringList values = ReadINIValues(section, keys, path);
+    const QStringList values = readIniValues(section, keys, path);
     QHash<QString, QString> result;
     for (qsizetype i = 0; i < keys.size(); ++i) {
         if (!values.at(i).isEmpty())
@@ -217,7 +217,7 @@ WriteResult EngineOptions::write() const
     for (const Text &option : texts)
         add(option.key, this->*option.value);
     add(proxyKey, nameOf(proxy));
-    return WriteINIEntries(entries, path());
+    return writeIniEntries(entries, path());
 }
 
 namespace EngineOptionText {

@@ -52,7 +52,7 @@ QMultiHash<QString, QPointer<WebPage>> &asking()
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"LoginDialog"_s, QString::fromLatin1(key), english);
+    return languageText(u"LoginDialog"_s, QString::fromLatin1(key), english);
 }
 
 /// With the port, which the engine does not tell.
@@ -86,8 +86,8 @@ PageQuestion questionOf(const Asker &asker, bool wasWrong)
     question.title = asker.isProxy ? text("strProxyQuestion", u"The proxy asks you to sign in:"_s)
                                    : text("strQuestion", u"This site asks you to sign in:"_s);
     question.text = wordsOf(asker, wasWrong);
-    question.yes = GetLanguageText(u"PageQuestions"_s, u"cmdOK"_s, u"OK"_s);
-    question.no = GetLanguageText(u"PageQuestions"_s, u"cmdCancel"_s, u"Cancel"_s);
+    question.yes = languageText(u"PageQuestions"_s, u"cmdOK"_s, u"OK"_s);
+    question.no = languageText(u"PageQuestions"_s, u"cmdCancel"_s, u"Cancel"_s);
     question.noHolds = true;
     question.staysAt = asker.address;
     return question;

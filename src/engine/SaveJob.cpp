@@ -21,7 +21,7 @@ QList<SaveJob *> jobs;
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"PageSaver"_s, QString::fromLatin1(key), english);
+    return languageText(u"PageSaver"_s, QString::fromLatin1(key), english);
 }
 }
 

@@ -20,7 +20,7 @@ using Answer = PageQuestion::Answer;
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"PageQuestions"_s, QString::fromLatin1(key), english);
+    return languageText(u"PageQuestions"_s, QString::fromLatin1(key), english);
 }
 
 /// Pages that another made have no site of their own.

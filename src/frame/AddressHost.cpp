@@ -1,14 +1,14 @@
 #include "AddressHost.h"
 
+#include "AddressBox.h"
 #include "Twips.h"
-#include "brwURL.h"
 
 namespace {
 constexpr int rightMarginTwips = 200;
 constexpr int usableWidth = 80;
 }
 
-AddressHost::AddressHost(brwURL &bar, QWidget *parent)
+AddressHost::AddressHost(AddressBox &bar, QWidget *parent)
     : QWidget(parent)
     , m_bar(bar)
 {

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class brwURL;
+class AddressBox;
 
 /// Holds the address bar in its band. The bar's right edge stays 200 twips short of the frame's
 /// width, or ends with the band where the band ends earlier.
@@ -10,7 +10,7 @@ class AddressHost : public QWidget {
     Q_OBJECT
 
 public:
-    AddressHost(brwURL &bar, QWidget *parent = nullptr);
+    AddressHost(AddressBox &bar, QWidget *parent = nullptr);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -22,5 +22,5 @@ protected:
 private:
     void place();
 
-    brwURL &m_bar;
+    AddressBox &m_bar;
 };

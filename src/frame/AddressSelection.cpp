@@ -1,8 +1,8 @@
 #include "AddressSelection.h"
 
-#include "brwURL.h"
+#include "AddressBox.h"
 
-AddressSelection::AddressSelection(brwURL &bar)
+AddressSelection::AddressSelection(AddressBox &bar)
     : m_bar(bar)
     , m_isAll(bar.isAllSelected())
 {

@@ -6,12 +6,12 @@
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "Frame.h"
+#include "IniStore.h"
 #include "LinksBar.h"
 #include "Settings.h"
 #include "TextRules.h"
 #include "ToolBarCommands.h"
 #include "WebBrowser.h"
-#include "modINI.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,7 +21,7 @@ void applyKillPopups(Frame &frame)
 {
     QAction *item = frame.menuItem(u"mnuToolsKillPopUps"_s);
     // Missing, the key leaves the mark as it stands: the frame may be applying settings again.
-    const QString stored = ReadINI(u"Settings"_s, u"Kill-Popups"_s, booleanText(item->isChecked()),
+    const QString stored = readIni(u"Settings"_s, u"Kill-Popups"_s, booleanText(item->isChecked()),
                                    AppFolder::settingsPath());
     if (const auto on = textToBoolean(stored)) {
         item->setChecked(*on);
@@ -79,11 +79,11 @@ void applyNavigationFlags(Frame &frame)
     const bool cache = frame.menuItem(u"mnuToolsAddFilesToCache"_s)->isChecked();
     // With just one of the two, pages stay out of the history whichever one it is: on purpose.
     if (history && cache)
-        frame.setBrwFlags(0);
+        frame.setNavigationFlags(0);
     else if (!history && !cache)
-        frame.setBrwFlags(NavFlags::NoHistory + NavFlags::NoWriteToCache);
+        frame.setNavigationFlags(NavFlags::NoHistory + NavFlags::NoWriteToCache);
     else
-        frame.setBrwFlags(NavFlags::NoHistory);
+        frame.setNavigationFlags(NavFlags::NoHistory);
 }
 
 }

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QMenu>
 
+#include "BrowserWindow.h"
 #include "Frame.h"
 #include "HistoryMenu.h"
 #include "Language.h"
@@ -11,7 +12,6 @@
 #include "ToolBar.h"
 #include "WebBrowser.h"
 #include "Yield.h"
-#include "frmBrowser.h"
 
 using namespace Qt::StringLiterals;
 
@@ -54,7 +54,7 @@ void translateToolTips(ToolBar &bar)
     for (int index = 1; index <= bar.buttonCount(); ++index) {
         const QString key = bar.buttonKey(index);
         if (!key.isEmpty())
-            bar.setToolTip(index, GetLanguageText(u"frmMain-Toolbar"_s, key, bar.toolTip(index)));
+            bar.setToolTip(index, languageText(u"frmMain-Toolbar"_s, key, bar.toolTip(index)));
     }
 }
 
@@ -118,7 +118,7 @@ void CommandBars::clickBrowser(const QString &key)
     if (key == "Search"_L1)
         m_frame.run(u"mnuViewSearchBar"_s);
     else if (key == "Home"_L1)
-        m_frame.NavigateActive(Settings::homeUrl());
+        m_frame.navigateActive(Settings::homeUrl());
     else
         actOnPage(key);
     letPendingEventsRun();
@@ -126,18 +126,18 @@ void CommandBars::clickBrowser(const QString &key)
 
 void CommandBars::actOnPage(const QString &key)
 {
-    const frmBrowser *active = activeBrowser(m_frame);
+    const BrowserWindow *active = activeBrowser(m_frame);
     if (!active)
         return;
-    WebBrowser &page = *active->brwWebBrowser();
+    WebBrowser &page = *active->browser();
     if (key == "Back"_L1)
-        page.GoBack();
+        page.goBack();
     else if (key == "Forward"_L1)
-        page.GoForward();
+        page.goForward();
     else if (key == "Stop"_L1)
-        page.Stop();
+        page.stop();
     else if (key == "Refresh"_L1)
-        page.Refresh2(refreshCompletely);
+        page.refresh2(refreshCompletely);
 }
 
 void CommandBars::dropDown(const QString &key, const QPoint &place)
@@ -150,11 +150,11 @@ void CommandBars::dropDown(const QString &key, const QPoint &place)
 
 void CommandBars::showHistory(const QString &key, const QPoint &place)
 {
-    const frmBrowser *active = activeBrowser(m_frame);
+    const BrowserWindow *active = activeBrowser(m_frame);
     if (!active || (key != "Back"_L1 && key != "Forward"_L1))
         return;
     const auto direction = key == "Back"_L1 ? HistoryDirection::Back : HistoryDirection::Forward;
-    QMenu *menu = makeHistoryMenu(*active->brwWebBrowser(), direction, m_frame.window());
+    QMenu *menu = makeHistoryMenu(*active->browser(), direction, m_frame.window());
     if (menu)
         menu->popup(place);
 }

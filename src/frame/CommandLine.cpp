@@ -19,7 +19,7 @@ constexpr int column = 12;
 
 QString text(const QString &key, const QString &english)
 {
-    return GetLanguageText(u"CommandLine"_s, key, english);
+    return languageText(u"CommandLine"_s, key, english);
 }
 
 QString usage(const QString &program)

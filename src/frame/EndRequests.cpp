@@ -1,13 +1,13 @@
 #include "EndRequests.h"
 
 #include "EndSignals.h"
-#include "frmMain.h"
+#include "MainWindow.h"
 
 #include <QGuiApplication>
 
 namespace {
 
-void end(frmMain &frame)
+void end(MainWindow &frame)
 {
     frame.leave();
     // It may be in the middle of opening windows, which ends with that.
@@ -19,7 +19,7 @@ void end(frmMain &frame)
 
 }
 
-void followEndRequests(frmMain &frame)
+void followEndRequests(MainWindow &frame)
 {
     auto *requests = new EndSignals(&frame);
     QObject::connect(requests, &EndSignals::received, &frame, [&frame] { end(frame); });

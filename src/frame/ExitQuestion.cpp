@@ -12,7 +12,7 @@ bool mayExit(QWidget *frame)
     if (!Settings::isOne(Settings::AskOnExit))
         return true;
     const QString text =
-        GetLanguageText(u"frmMain"_s, u"alertExit"_s, u"Are you sure you wish to exit"_s);
+        languageText(u"frmMain"_s, u"alertExit"_s, u"Are you sure you wish to exit"_s);
     return MsgBox::askAndWait(frame, text + u' ' + ProgramInfo::title() + u'?')
         == MsgBox::Answer::Yes;
 }

@@ -14,15 +14,16 @@ namespace {
 constexpr int maximized = 2;
 }
 
-QPointer<frmBrowser> openBrowserWindow(Frame &frame, const QString &url, int state, Loading loading)
+QPointer<BrowserWindow> openBrowserWindow(Frame &frame, const QString &url, int state,
+                                          Loading loading)
 {
-    if (const frmBrowser *active = activeBrowser(frame))
-        frame.tbWindows().setPressed(WindowTabs::key(active->hWnd()), false);
+    if (const BrowserWindow *active = activeBrowser(frame))
+        frame.windowTabs().setPressed(WindowTabs::key(active->hWnd()), false);
 
-    const QPointer form = new frmBrowser(frame);
-    form->StartingLoad = loading;
-    form->StartingAddress = url.isEmpty() ? Settings::homeUrl() : url;
-    form->brwWebBrowser()->setSilent(frame.menuItem(u"mnuToolsScriptErrorSuppress"_s)->isChecked());
+    const QPointer form = new BrowserWindow(frame);
+    form->startingLoad = loading;
+    form->startingAddress = url.isEmpty() ? Settings::homeUrl() : url;
+    form->browser()->setSilent(frame.menuItem(u"mnuToolsScriptErrorSuppress"_s)->isChecked());
     frame.adopt(form);
     if (state == maximized)
         form->showMaximized();
@@ -34,8 +35,8 @@ QPointer<frmBrowser> openBrowserWindow(Frame &frame, const QString &url, int sta
 
 void navigateActive(Frame &frame, const QString &url)
 {
-    if (const frmBrowser *active = activeBrowser(frame))
-        active->brwWebBrowser()->Navigate(url);
+    if (const BrowserWindow *active = activeBrowser(frame))
+        active->browser()->navigate(url);
     else
-        frame.OpenBrowserWindow(url, maximized);
+        frame.openBrowserWindow(url, maximized);
 }

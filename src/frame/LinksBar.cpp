@@ -26,7 +26,7 @@ LinksBar::LinksBar(Frame &frame, ToolBar &bar, QObject *parent)
     , m_bar(bar)
 {
     connect(&m_bar, &ToolBar::buttonClicked, this, [this](const QString &, int index) {
-        m_frame.NavigateActive(m_bar.toolTip(index));
+        m_frame.navigateActive(m_bar.toolTip(index));
         letPendingEventsRun();
     });
     m_start.setSingleShot(true);
@@ -76,8 +76,8 @@ void LinksBar::addSome()
         return;
     stop();
     if (m_bar.buttonCount() == 0)
-        m_bar.setEmptyText(GetLanguageText(u"LinksBar"_s, u"strEmpty"_s,
-                                           u"Favorites in the folder Links are shown here"_s));
+        m_bar.setEmptyText(languageText(u"LinksBar"_s, u"strEmpty"_s,
+                                        u"Favorites in the folder Links are shown here"_s));
 }
 
 void LinksBar::fillIfEmpty()

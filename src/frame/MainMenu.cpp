@@ -53,6 +53,6 @@ void MainMenu::translate()
             continue;
         const QString name = QString::fromLatin1(entry.name);
         QAction *action = m_actions.value(name);
-        action->setText(GetLanguageText(u"frmMain"_s, name, action->text()));
+        action->setText(languageText(u"frmMain"_s, name, action->text()));
     }
 }

@@ -330,7 +330,7 @@ void MdiArea::paintEvent(QPaintEvent *event)
     const QString key = QKeySequence(Qt::CTRL | Qt::Key_N).toString(QKeySequence::NativeText);
     painter.drawText(viewport()->rect().adjusted(20, 20, -20, -20),
                      int(Qt::AlignCenter) | int(Qt::TextWordWrap),
-                     GetLanguageText(u"frmMain"_s, u"strNoWindow"_s,
-                                     u"Type an address, or press %1 for a new window"_s)
+                     languageText(u"frmMain"_s, u"strNoWindow"_s,
+                                  u"Type an address, or press %1 for a new window"_s)
                          .replace("%1"_L1, key));
 }

@@ -1,5 +1,6 @@
 #include "WindowMenu.h"
 
+#include "BrowserWindow.h"
 #include "Forms.h"
 #include "Frame.h"
 #include "Language.h"
@@ -8,7 +9,6 @@
 #include "TabStrip.h"
 #include "ToolTipText.h"
 #include "Yield.h"
-#include "frmBrowser.h"
 
 #include <QAction>
 #include <QMdiSubWindow>
@@ -41,13 +41,13 @@ public:
 };
 
 /// The window of a tab; null when it is gone.
-frmBrowser *windowOfTab(const QString &key)
+BrowserWindow *windowOfTab(const QString &key)
 {
     bool isNumber = false;
     const int wanted = key.mid(1).toInt(&isNumber);
     if (!isNumber)
         return nullptr;
-    for (frmBrowser *window : browserForms()) {
+    for (BrowserWindow *window : browserForms()) {
         if (window->hWnd() == wanted)
             return window;
     }
@@ -61,12 +61,12 @@ void bringToFront(Frame &frame, QMdiSubWindow *window)
             area->restore(window);
         area->setActiveSubWindow(window);
     }
-    const auto *browser = qobject_cast<frmBrowser *>(window);
+    const auto *browser = qobject_cast<BrowserWindow *>(window);
     if (!browser)
         return;
     // Out of the address field: what was typed there for another page would keep the text from
     // telling which page this is.
-    browser->brwWebBrowser()->SetFocus();
+    browser->browser()->setFocus();
     frame.setAddressText(browser->shownAddress());
 }
 
@@ -74,9 +74,9 @@ void bringToFront(Frame &frame, QMdiSubWindow *window)
 QString listedName(const QMdiSubWindow &child)
 {
     QString name = child.windowTitle().simplified();
-    const auto *browser = qobject_cast<const frmBrowser *>(&child);
+    const auto *browser = qobject_cast<const BrowserWindow *>(&child);
     if (name.isEmpty() && browser)
-        name = shownAddress(browser->brwWebBrowser()->LocationURL()).simplified();
+        name = shownAddress(browser->browser()->locationUrl()).simplified();
     return name.isEmpty() ? u"Loading..."_s : name;
 }
 
@@ -106,7 +106,7 @@ void listWindows(QMenu &menu, Frame &frame, const MdiArea &area)
     for (QMdiSubWindow *child : children)
         addWindowItem(menu, frame, child, child == active);
     if (children.isEmpty()) {
-        menu.addAction(GetLanguageText(u"frmMain"_s, u"strNoOpenBrowsers"_s, u"(None)"_s))
+        menu.addAction(languageText(u"frmMain"_s, u"strNoOpenBrowsers"_s, u"(None)"_s))
             ->setEnabled(false);
     }
 }
@@ -117,7 +117,7 @@ void openInNewWindows(Frame &frame, const QStringList &addresses)
     if (addresses.isEmpty())
         return;
     QTimer::singleShot(0, frame.window(), [&frame, addresses] {
-        frame.OpenBrowserWindow(addresses.first(), frame.NewWindowState());
+        frame.openBrowserWindow(addresses.first(), frame.newWindowState());
         openInNewWindows(frame, addresses.mid(1));
     });
 }
@@ -126,7 +126,7 @@ void openInNewWindows(Frame &frame, const QStringList &addresses)
 
 void activateTab(Frame &frame, const QString &key)
 {
-    if (frmBrowser *window = windowOfTab(key))
+    if (BrowserWindow *window = windowOfTab(key))
         bringToFront(frame, window);
     letPendingEventsRun();
 }
@@ -160,7 +160,7 @@ void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
     QObject::connect(&strip, &TabStrip::tabClicked, &strip,
                      [&frame](const QString &key) { activateTab(frame, key); });
     QObject::connect(&strip, &TabStrip::tabMiddleClicked, &strip, [](const QString &key) {
-        if (frmBrowser *window = windowOfTab(key))
+        if (BrowserWindow *window = windowOfTab(key))
             window->close();
     });
     QObject::connect(

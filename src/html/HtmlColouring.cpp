@@ -116,7 +116,7 @@ private:
 
 namespace HtmlColouring {
 
-QString fcnGetRTFColor(const QVariant &Color)
+QString rtfColour(const QVariant &Color)
 {
     int red = 0;
     int green = 0;
@@ -137,21 +137,21 @@ QString fcnGetRTFColor(const QVariant &Color)
     return uR"(\red%1\green%2\blue%3;)"_s.arg(red).arg(green).arg(blue);
 }
 
-QString ReplaceText(const QString &patrn, const QString &replStr, const QString &textStr)
+QString replaceText(const QString &pattern, const QString &replacement, const QString &text)
 {
-    const QRegularExpression expression(patrn, QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpression expression(pattern, QRegularExpression::CaseInsensitiveOption);
     if (!expression.isValid()) {
-        qCWarning(lcFiles) << "not a regular expression:" << patrn;
-        return textStr;
+        qCWarning(lcFiles) << "not a regular expression:" << pattern;
+        return text;
     }
-    return RegExpText::replaceAll(expression, replStr, textStr);
+    return RegExpText::replaceAll(expression, replacement, text);
 }
 
 QString documentHead(const std::array<int, slotCount> &colours)
 {
     QStringList entries;
     for (const int colour : colours)
-        entries.append(fcnGetRTFColor(colour));
+        entries.append(rtfColour(colour));
     return documentHead(uR"({\colortbl)"_s + entries.join(u';') + ";}"_L1);
 }
 

@@ -15,12 +15,13 @@ inline constexpr std::array<int, slotCount> defaultColours = {0x000000, 0xFF0000
 
 /// The colour table's entry for a 32-bit integer 0x00BBGGRR or a text ending in "RRGGBB".
 /// Any other type is a mistake in the program and ends it.
-QString fcnGetRTFColor(const QVariant &Color);
+QString rtfColour(const QVariant &Color);
 
-/// `textStr` with every match of the expression `patrn`, whatever its case, replaced by `replStr`,
-/// in which $1 to $99, $&, $`, $' and $$ have their meaning. An expression that is none leaves
-/// the text as it is. Time may grow with the square of the text on expressions that allow it.
-QString ReplaceText(const QString &patrn, const QString &replStr, const QString &textStr);
+/// `text` with every match of the expression `pattern`, whatever its case, replaced by
+/// `replacement`, in which $1 to $99, $&, $`, $' and $$ have their meaning. An expression that is
+/// none leaves the text as it is. Time may grow with the square of the text on expressions that
+/// allow it.
+QString replaceText(const QString &pattern, const QString &replacement, const QString &text);
 
 /// What a document begins with, up to the text itself.
 QString documentHead(const std::array<int, slotCount> &colours = defaultColours);

@@ -18,7 +18,7 @@ constexpr int longestWait = 15'000;
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"PageProperties"_s, QString::fromLatin1(key), english);
+    return languageText(u"PageProperties"_s, QString::fromLatin1(key), english);
 }
 
 QString described(const QSslCertificate &certificate)

@@ -14,7 +14,7 @@ namespace {
 /// The dialog calls the file as the document, whatever is in that, but for its last ending.
 QString documentName(const QString &title)
 {
-    const QString otherwise = GetLanguageText(u"PageSaver"_s, u"strPage"_s, u"Page"_s);
+    const QString otherwise = languageText(u"PageSaver"_s, u"strPage"_s, u"Page"_s);
     return FileName::from(title, u".pdf"_s, otherwise);
 }
 }

@@ -22,7 +22,7 @@ constexpr char dialogProperty[] = "printDialog";
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"PagePrinter"_s, QString::fromLatin1(key), english);
+    return languageText(u"PagePrinter"_s, QString::fromLatin1(key), english);
 }
 
 /// `file` and `why` are empty where there are none.

@@ -37,7 +37,7 @@ const QString factScript = uR"((() => {
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"PageProperties"_s, QString::fromLatin1(key), english);
+    return languageText(u"PageProperties"_s, QString::fromLatin1(key), english);
 }
 
 QString sizeText(qint64 bytes)

@@ -17,7 +17,7 @@ using Kind = SavePageDialog::Kind;
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"PageSaver"_s, QString::fromLatin1(key), english);
+    return languageText(u"PageSaver"_s, QString::fromLatin1(key), english);
 }
 
 void tellFailure(QWidget *owner, const QString &file)

@@ -22,7 +22,7 @@ constexpr qreal leastRoom = 20;
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"PageSetup"_s, QString::fromLatin1(key), english);
+    return languageText(u"PageSetup"_s, QString::fromLatin1(key), english);
 }
 
 QString nameOf(QString caption)

@@ -28,7 +28,7 @@ constexpr int fitWidth = -1;
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"frmPrintPreview"_s, QString::fromLatin1(key), english);
+    return languageText(u"frmPrintPreview"_s, QString::fromLatin1(key), english);
 }
 }
 

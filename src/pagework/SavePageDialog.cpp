@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"PageSaver"_s, QString::fromLatin1(key), english);
+    return languageText(u"PageSaver"_s, QString::fromLatin1(key), english);
 }
 
 /// The first is the one that names get.

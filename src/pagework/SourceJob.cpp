@@ -19,7 +19,7 @@ int lastNumber = 0;
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"PageSaver"_s, QString::fromLatin1(key), english);
+    return languageText(u"PageSaver"_s, QString::fromLatin1(key), english);
 }
 }
 

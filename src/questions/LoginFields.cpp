@@ -18,7 +18,7 @@ LoginFields::LoginFields(const QString &user, QWidget *parent)
     form->setContentsMargins({});
     const auto addRow = [form](QLineEdit *field, const QString &name, const QString &english) {
         field->setObjectName(name);
-        form->addRow(GetLanguageText(u"LoginDialog"_s, name, english), field);
+        form->addRow(languageText(u"LoginDialog"_s, name, english), field);
         QString plain = qobject_cast<QLabel *>(form->labelForField(field))->text();
         field->setAccessibleName(plain.remove(u'&').remove(u':'));
     };

@@ -61,9 +61,9 @@ PageQuestionBox::PageQuestionBox(const PageQuestion &question, bool offersSilenc
         layout()->addWidget(m_fields);
     }
     if (offersSilence) {
-        m_silence = new QCheckBox(GetLanguageText(u"PageQuestions"_s, u"chkNoMore"_s,
-                                                  u"No more questions from this page"_s),
-                                  this);
+        m_silence = new QCheckBox(
+            languageText(u"PageQuestions"_s, u"chkNoMore"_s, u"No more questions from this page"_s),
+            this);
         m_silence->setObjectName("chkNoMore"_L1);
         m_silence->setAccessibleName(m_silence->text());
         layout()->addWidget(m_silence);

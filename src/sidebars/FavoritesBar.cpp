@@ -1,18 +1,18 @@
 #include "FavoritesBar.h"
+#include "AddFavoriteDialog.h"
+#include "BrowserWindow.h"
 #include "FavoriteNode.h"
 #include "FavoritesTree.h"
+#include "FindFiles.h"
 #include "Frame.h"
 #include "InternetShortcut.h"
 #include "Log.h"
+#include "OrganizeFavoritesDialog.h"
 #include "SideBarControls.h"
+#include "SpecialFolders.h"
 #include "Twips.h"
 #include "WebBrowser.h"
 #include "Yield.h"
-#include "frmAddFavorite.h"
-#include "frmBrowser.h"
-#include "frmOrganizeFavorites.h"
-#include "modFindFiles.h"
-#include "modSpecialFolders.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -50,7 +50,7 @@ FavoritesBar::FavoritesBar(Frame &frame, QWidget *parent)
     , m_cmdOrganize(new QPushButton(u"&Organize"_s, this))
     , m_cmdExit(makeCloseButton(this))
     , m_tvFavorites(new FavoritesTree(this))
-    , m_mnuContext(new QMenu(u"&Context Menu"_s, this))
+    , m_contextMenu(new QMenu(u"&Context Menu"_s, this))
 {
     // Shown by its command only, whatever shows the window it is in.
     hide();
@@ -61,9 +61,9 @@ FavoritesBar::FavoritesBar(Frame &frame, QWidget *parent)
     makeContextMenu();
     m_slice.setInterval(0);
     connect(&m_slice, &QTimer::timeout, this, &FavoritesBar::continueRefresh);
-    connect(m_cmdAdd, &QPushButton::clicked, this, &FavoritesBar::AddCurrentPage);
-    connect(m_cmdOrganize, &QPushButton::clicked, this, &FavoritesBar::Organize);
-    connect(m_cmdExit, &QToolButton::clicked, this, &FavoritesBar::ControlExit);
+    connect(m_cmdAdd, &QPushButton::clicked, this, &FavoritesBar::addCurrentPage);
+    connect(m_cmdOrganize, &QPushButton::clicked, this, &FavoritesBar::organize);
+    connect(m_cmdExit, &QToolButton::clicked, this, &FavoritesBar::exitRequested);
     connect(m_tvFavorites, &FavoritesTree::nodeClicked, this,
             [this](FavoriteNode *node, const QPoint &at) { nodeClicked(*node, at); });
 }
@@ -75,30 +75,30 @@ FavoritesBar::~FavoritesBar()
 
 void FavoritesBar::makeContextMenu()
 {
-    m_mnuContext->setObjectName("mnuContext"_L1);
+    m_contextMenu->setObjectName("mnuContext"_L1);
     const auto add = [this](const char *name, const QString &caption) {
-        QAction *item = m_mnuContext->addAction(caption);
+        QAction *item = m_contextMenu->addAction(caption);
         item->setObjectName(QLatin1StringView(name));
         return item;
     };
     connect(add("mnuOpenLink", u"Open Link"_s), &QAction::triggered, this, &FavoritesBar::openLink);
     connect(add("mnuOpenNew", u"Open Link in New Window"_s), &QAction::triggered, this,
             &FavoritesBar::openNew);
-    m_mnuContext->addSeparator()->setObjectName("mnuContextBar0"_L1);
+    m_contextMenu->addSeparator()->setObjectName("mnuContextBar0"_L1);
     add("mnuCancel", u"&Cancel"_s);
-    connect(m_mnuContext, &QMenu::aboutToHide, this, &FavoritesBar::contextMenuClosed);
+    connect(m_contextMenu, &QMenu::aboutToHide, this, &FavoritesBar::contextMenuClosed);
 }
 
 void FavoritesBar::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    if (m_Initialised)
+    if (m_initialised)
         return;
-    m_Initialised = true;
-    Refresh();
+    m_initialised = true;
+    refresh();
 }
 
-void FavoritesBar::Refresh()
+void FavoritesBar::refresh()
 {
     // Folders that an unfinished refresh was still to open again stay on its list.
     for (auto node = m_nodes.cbegin(); node != m_nodes.cend(); ++node) {
@@ -109,17 +109,17 @@ void FavoritesBar::Refresh()
     removeAllNodes();
     // Most likely there are about as many again.
     m_nodes.reserve(before);
-    m_FavoritesRoot = GetSpecialFolder(favoritesFolderNumber);
-    if (m_FavoritesRoot.isEmpty()) {
+    m_favoritesRoot = specialFolder(favoritesFolderNumber);
+    if (m_favoritesRoot.isEmpty()) {
         endRefresh();
         return;
     }
     m_files = 0;
     m_folders = 0;
     m_walk =
-        std::make_unique<FolderWalk>(m_FavoritesRoot, u"*.url"_s, m_files, m_folders,
+        std::make_unique<FolderWalk>(m_favoritesRoot, u"*.url"_s, m_files, m_folders,
                                      [this](const QString &path, const FolderListing::Entry &entry,
-                                            bool isFile) { AddNode(path, entry, isFile); });
+                                            bool isFile) { addNode(path, entry, isFile); });
     m_slice.start();
 }
 
@@ -132,7 +132,7 @@ void FavoritesBar::continueRefresh()
             return;
     }
     if (m_walk->overflowed())
-        qCWarning(lcFiles) << "too many favorites; shown are the first of" << m_FavoritesRoot;
+        qCWarning(lcFiles) << "too many favorites; shown are the first of" << m_favoritesRoot;
     endRefresh();
 }
 
@@ -163,13 +163,13 @@ void FavoritesBar::reopenFolders()
     m_wereOpen.clear();
 }
 
-std::optional<qint64> FavoritesBar::FindFavorites(QString &Path, const QString &SearchStr,
-                                                  qint16 &FileCount, qint16 &DirCount)
+std::optional<qint64> FavoritesBar::findFavorites(QString &Path, const QString &pattern,
+                                                  qint16 &fileCount, qint16 &dirCount)
 {
     const QPointer<FavoritesBar> self(this);
-    FolderWalk walk(Path, SearchStr, FileCount, DirCount,
+    FolderWalk walk(Path, pattern, fileCount, dirCount,
                     [&self](const QString &path, const FolderListing::Entry &entry, bool isFile) {
-                        self->AddNode(path, entry, isFile);
+                        self->addNode(path, entry, isFile);
                     });
     QElapsedTimer sinceYield;
     sinceYield.start();
@@ -187,11 +187,11 @@ std::optional<qint64> FavoritesBar::FindFavorites(QString &Path, const QString &
 }
 
 // A node whose key is there already, or whose folder is not, is left out.
-void FavoritesBar::AddNode(const QString &Path, const FolderListing::Entry &entry, bool IsFile)
+void FavoritesBar::addNode(const QString &Path, const FolderListing::Entry &entry, bool IsFile)
 {
     const QString &Name = entry.name;
     const QString key = IsFile ? Path + Name : Path + Name + u'/';
-    const bool atTop = Path == m_FavoritesRoot;
+    const bool atTop = Path == m_favoritesRoot;
     FavoriteNode *parent = atTop ? nullptr : m_nodes.value(Path);
     if (!atTop && !parent)
         return;
@@ -228,9 +228,9 @@ void FavoritesBar::nodeClicked(FavoriteNode &node, const QPoint &at)
             node.setExpanded(!node.isExpanded());
         return;
     }
-    m_CurrentNode = Opened{node.key(), node.tag()};
+    m_currentNode = Opened{node.key(), node.tag()};
     ++m_menusOpened;
-    m_mnuContext->popup(at);
+    m_contextMenu->popup(at);
 }
 
 // The menu hides before its chosen item acts, so the node is forgotten only after that, and not
@@ -241,47 +241,47 @@ void FavoritesBar::contextMenuClosed()
         this,
         [this, closed = m_menusOpened] {
             if (closed == m_menusOpened)
-                m_CurrentNode.reset();
+                m_currentNode.reset();
         },
         Qt::QueuedConnection);
 }
 
 void FavoritesBar::openLink()
 {
-    if (m_CurrentNode)
-        m_frame.NavigateActive(QString(m_CurrentNode->tag));
+    if (m_currentNode)
+        m_frame.navigateActive(QString(m_currentNode->tag));
 }
 
 void FavoritesBar::openNew()
 {
-    if (m_CurrentNode)
-        m_frame.OpenBrowserWindow(QString(m_CurrentNode->tag), m_frame.NewWindowState());
+    if (m_currentNode)
+        m_frame.openBrowserWindow(QString(m_currentNode->tag), m_frame.newWindowState());
 }
 
-void FavoritesBar::AddCurrentPage()
+void FavoritesBar::addCurrentPage()
 {
     if (!m_frame.activeChild())
         return;
-    const frmBrowser *page = activeBrowser(m_frame);
-    const QString url = page ? page->brwWebBrowser()->LocationURL() : QString();
-    const QString root = GetSpecialFolder(favoritesFolderNumber);
+    const BrowserWindow *page = activeBrowser(m_frame);
+    const QString url = page ? page->browser()->locationUrl() : QString();
+    const QString root = specialFolder(favoritesFolderNumber);
     if (url.isEmpty() || root.isEmpty()) {
         QApplication::beep();
         return;
     }
-    auto *dialog = new frmAddFavorite({url, page->windowTitle(), root}, m_frame.window());
-    connect(dialog, &frmAddFavorite::changed, this, [this] {
-        if (m_Initialised)
-            Refresh();
+    auto *dialog = new AddFavoriteDialog({url, page->windowTitle(), root}, m_frame.window());
+    connect(dialog, &AddFavoriteDialog::changed, this, [this] {
+        if (m_initialised)
+            refresh();
     });
     dialog->open();
 }
 
-void FavoritesBar::Organize()
+void FavoritesBar::organize()
 {
-    const QString root = GetSpecialFolder(favoritesFolderNumber);
+    const QString root = specialFolder(favoritesFolderNumber);
     if (!root.isEmpty())
-        (new frmOrganizeFavorites(root, m_frame.window()))->open();
+        (new OrganizeFavoritesDialog(root, m_frame.window()))->open();
 }
 
 QSize FavoritesBar::sizeHint() const

@@ -29,31 +29,31 @@ public:
     /// Builds the tree anew, a few nodes at a time while the interface lives on; `refreshed` tells
     /// of the end. A refresh while one is under way starts over. Folders that were open are open
     /// again.
-    void Refresh();
+    void refresh();
     /// True from the first show on, which fills the tree.
-    bool Initialised() const { return m_Initialised; }
+    bool isInitialised() const { return m_initialised; }
     /// True until the tree shows all there is.
     bool isRefreshing() const { return m_walk != nullptr; }
 
     /// Walks `Path`, adds a node for everything in it, and returns the summed size of the files
-    /// that match `SearchStr`; nothing when there were more files or folders than a count can
+    /// that match `pattern`; nothing when there were more files or folders than a count can
     /// hold. `Path` gets the trailing slash it lacks. Pending events run meanwhile.
-    std::optional<qint64> FindFavorites(QString &Path, const QString &SearchStr, qint16 &FileCount,
-                                        qint16 &DirCount);
+    std::optional<qint64> findFavorites(QString &Path, const QString &pattern, qint16 &fileCount,
+                                        qint16 &dirCount);
 
     /// Asks for a name and a folder for the active window's page, and writes the shortcut. Beeps
     /// when there is no page to add.
-    void AddCurrentPage();
+    void addCurrentPage();
 
     /// Opens the dialog that puts the favorites in order. The tree is not built anew after it.
-    void Organize();
+    void organize();
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 signals:
     /// The close button was pressed.
-    void ControlExit();
+    void exitRequested();
     /// `Refresh` has come to its end.
     void refreshed();
 
@@ -73,7 +73,7 @@ private:
     void removeAllNodes();
     void reopenFolders();
     void showFinishedNode();
-    void AddNode(const QString &Path, const FolderListing::Entry &entry, bool IsFile);
+    void addNode(const QString &Path, const FolderListing::Entry &entry, bool IsFile);
     void nodeClicked(FavoriteNode &node, const QPoint &at);
     void contextMenuClosed();
     void openLink();
@@ -84,12 +84,12 @@ private:
     QPushButton *m_cmdOrganize;
     QToolButton *m_cmdExit;
     FavoritesTree *m_tvFavorites;
-    QMenu *m_mnuContext;
+    QMenu *m_contextMenu;
 
-    QString m_FavoritesRoot;
-    bool m_Initialised = false;
+    QString m_favoritesRoot;
+    bool m_initialised = false;
     /// The shortcut whose menu is open. A copy: the tree may be built anew meanwhile.
-    std::optional<Opened> m_CurrentNode;
+    std::optional<Opened> m_currentNode;
     int m_menusOpened = 0;
 
     QHash<QString, FavoriteNode *> m_nodes;

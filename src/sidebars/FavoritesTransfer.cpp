@@ -6,9 +6,9 @@
 #include "FileWriter.h"
 #include "Frame.h"
 #include "Language.h"
+#include "SkippedDialog.h"
+#include "SpecialFolders.h"
 #include "TransferStrip.h"
-#include "frmSkipped.h"
-#include "modSpecialFolders.h"
 
 #include <QApplication>
 #include <QMainWindow>
@@ -25,7 +25,7 @@ constexpr int progressMs = 50;
 
 QString text(const QString &key, const QString &english)
 {
-    return GetLanguageText(u"frmFavoritesTransfer"_s, key, english);
+    return languageText(u"frmFavoritesTransfer"_s, key, english);
 }
 }
 
@@ -62,21 +62,21 @@ QString FavoritesTransfer::askForFile(bool save)
     CommonDialog dialog;
     const QString section = u"frmMain"_s;
     dialog.setDialogTitle(
-        save ? GetLanguageText(section, u"mnuFavoritesExport"_s, u"Export Favorites"_s)
-             : GetLanguageText(section, u"mnuFavoritesImport"_s, u"Import Favorites"_s));
+        save ? languageText(section, u"mnuFavoritesExport"_s, u"Export Favorites"_s)
+             : languageText(section, u"mnuFavoritesImport"_s, u"Import Favorites"_s));
     dialog.setDefaultExt(u".html"_s);
     dialog.setFilter(u"HTM File (*.htm)|*.htm|HTML File (*.html)|*.html"_s);
     dialog.setInitDir(AppFolder::path());
     QWidget *owner = m_frame.window();
     const int result =
-        save ? dialog.ShowSave(owner, secondFilter) : dialog.ShowOpen(owner, secondFilter);
-    return result == confirmed ? dialog.FileName() : QString();
+        save ? dialog.showSave(owner, secondFilter) : dialog.showOpen(owner, secondFilter);
+    return result == confirmed ? dialog.fileName() : QString();
 }
 
-void FavoritesTransfer::Export()
+void FavoritesTransfer::exportFile()
 {
     const QString file = askForFile(true);
-    const QString root = GetSpecialFolder(favoritesFolderNumber);
+    const QString root = specialFolder(favoritesFolderNumber);
     if (file.isEmpty())
         return;
     if (isRunning() || root.isEmpty())
@@ -86,10 +86,10 @@ void FavoritesTransfer::Export()
         [this, file, root] { runExport(file, root); }, [this] { tellExport(); });
 }
 
-void FavoritesTransfer::Import()
+void FavoritesTransfer::importFile()
 {
     const QString file = askForFile(false);
-    const QString root = GetSpecialFolder(favoritesFolderNumber);
+    const QString root = specialFolder(favoritesFolderNumber);
     if (file.isEmpty())
         return;
     if (isRunning() || root.isEmpty())
@@ -185,5 +185,5 @@ void FavoritesTransfer::tellExport()
 
 void FavoritesTransfer::showList()
 {
-    (new frmSkipped(m_imported, m_frame.window()))->show();
+    (new SkippedDialog(m_imported, m_frame.window()))->show();
 }

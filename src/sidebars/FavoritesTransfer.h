@@ -23,9 +23,9 @@ public:
 
     /// Asks for a file and writes all favorites to it; an export that is stopped before it writes
     /// leaves the file alone.
-    void Export();
+    void exportFile();
     /// Asks for a file and brings its links into the Favorites folder.
-    void Import();
+    void importFile();
 
     bool isRunning() const { return m_thread != nullptr; }
     /// Ends what is under way; what was brought in stays.

@@ -1,12 +1,12 @@
 #include "LinksFolder.h"
 #include "InternetShortcut.h"
-#include "modSpecialFolders.h"
+#include "SpecialFolders.h"
 
 using namespace Qt::StringLiterals;
 
 LinksReading::LinksReading()
 {
-    const QString favorites = GetSpecialFolder(favoritesFolderNumber);
+    const QString favorites = specialFolder(favoritesFolderNumber);
     if (favorites.isEmpty())
         return;
     m_folder = favorites + "/Links/"_L1;

@@ -32,7 +32,7 @@ constexpr int nameWidth = 320;
 
 QString text(const QString &key, const QString &english)
 {
-    return GetLanguageText(u"frmOrganizeFavorites"_s, key, english);
+    return languageText(u"frmOrganizeFavorites"_s, key, english);
 }
 
 // Favorites before folders, as in the favorites bar, each by upper-cased name or by date.

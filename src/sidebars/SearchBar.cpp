@@ -1,4 +1,5 @@
 #include "SearchBar.h"
+#include "AddressBox.h"
 #include "AppFolder.h"
 #include "KeyCodes.h"
 #include "Language.h"
@@ -6,7 +7,6 @@
 #include "MsgBox.h"
 #include "SearchEngines.h"
 #include "SideBarControls.h"
-#include "brwURL.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -33,7 +33,7 @@ QString historySection()
 
 QString translated(const QString &key, const QString &text)
 {
-    return GetLanguageText(u"SearchBox"_s, key, text);
+    return languageText(u"SearchBox"_s, key, text);
 }
 
 // A caption as it is read out: without the marks of its access key.
@@ -59,44 +59,44 @@ SearchBar::SearchBar(QWidget *parent)
     , m_lblSearchEngine(named(new QLabel(u"Search Engine:"_s), "lblSearchEngine"))
     , m_cboSearchEngine(named(new QComboBox, "cboSearchEngine"))
     , m_lblSearchQuery(named(new QLabel(u"Search Query:"_s), "lblSearchQuery"))
-    , m_brwSearch(named(new brwURL, "brwSearch"))
+    , m_query(named(new AddressBox, "brwSearch"))
     , m_lblClearSearches(named(new LinkLabel(u"Clear Searches"_s), "lblClearSearches"))
     , m_cmdSearch(named(new QPushButton(u"&Search"_s), "cmdSearch"))
     , m_chkNewWindow(named(new QCheckBox(u"Open In New Window"_s), "chkNewWindow"))
     , m_cmdExit(makeCloseButton(this))
-    , m_strEngineDataNotFound(u"Error: Engine data not found!"_s)
-    , m_strNoSearchEngineSelected(u"Error: No Search Engine Selected!"_s)
-    , m_strYouMustEnterSearchCriteria(u"Error: You must enter a search criteria!"_s)
+    , m_engineDataNotFound(u"Error: Engine data not found!"_s)
+    , m_noEngineSelected(u"Error: No Search Engine Selected!"_s)
+    , m_criteriaMissing(u"Error: You must enter a search criteria!"_s)
 {
     // Shown by its command only, whatever shows the window it is in.
     hide();
     m_cmdExit->setText(u"X"_s);
     nameControls();
-    m_brwSearch->setLineBreakText(u" "_s);
+    m_query->setLineBreakText(u" "_s);
     m_lblSearchEngine->setBuddy(m_cboSearchEngine);
-    m_lblSearchQuery->setBuddy(m_brwSearch);
+    m_lblSearchQuery->setBuddy(m_query);
     makeLayout();
-    setTabOrder(m_cboSearchEngine, m_brwSearch);
-    setTabOrder(m_brwSearch, m_chkNewWindow);
+    setTabOrder(m_cboSearchEngine, m_query);
+    setTabOrder(m_query, m_chkNewWindow);
     setTabOrder(m_chkNewWindow, m_lblClearSearches);
     setTabOrder(m_lblClearSearches, m_cmdSearch);
     setTabOrder(m_cmdSearch, m_cmdExit);
-    connect(m_cmdSearch, &QPushButton::clicked, this, &SearchBar::cmdSearch_Click);
-    connect(m_cmdExit, &QToolButton::clicked, this, &SearchBar::ExitSearch);
-    connect(m_lblClearSearches, &LinkLabel::clicked, m_brwSearch, &brwURL::ClearList);
-    connect(m_brwSearch, &brwURL::KeyPress, this, [this](int &keyAscii) {
+    connect(m_cmdSearch, &QPushButton::clicked, this, &SearchBar::startSearch);
+    connect(m_cmdExit, &QToolButton::clicked, this, &SearchBar::exitRequested);
+    connect(m_lblClearSearches, &LinkLabel::clicked, m_query, &AddressBox::clearList);
+    connect(m_query, &AddressBox::keyPress, this, [this](int &keyAscii) {
         if (keyAscii != KeyCodes::Enter)
             return;
         keyAscii = 0;
-        cmdSearch_Click();
+        startSearch();
     });
 }
 
 SearchBar::~SearchBar()
 {
     // Never shown, its list was never loaded, and saving it would lose the one in the file.
-    if (m_Initialised)
-        m_brwSearch->SaveList(historySection(), m_IniFile, historyLength).leaveToLog();
+    if (m_initialised)
+        m_query->saveListTo(historySection(), m_iniFile, historyLength).leaveToLog();
 }
 
 void SearchBar::makeLayout()
@@ -117,7 +117,7 @@ void SearchBar::makeLayout()
     rows->addWidget(m_cboSearchEngine);
     rows->addSpacing(rows->spacing());
     rows->addWidget(m_lblSearchQuery);
-    rows->addWidget(m_brwSearch);
+    rows->addWidget(m_query);
     rows->addWidget(m_chkNewWindow);
     rows->addLayout(bottom);
 
@@ -134,13 +134,11 @@ void SearchBar::makeLayout()
     whole->addStretch(1);
 }
 
-void SearchBar::LoadLang()
+void SearchBar::loadLanguage()
 {
-    m_strEngineDataNotFound = translated(u"strEngineDataNotFound"_s, m_strEngineDataNotFound);
-    m_strNoSearchEngineSelected =
-        translated(u"strNoSearchEngineSelected"_s, m_strNoSearchEngineSelected);
-    m_strYouMustEnterSearchCriteria =
-        translated(u"strYouMustEnterSearchCriteria"_s, m_strYouMustEnterSearchCriteria);
+    m_engineDataNotFound = translated(u"strEngineDataNotFound"_s, m_engineDataNotFound);
+    m_noEngineSelected = translated(u"strNoSearchEngineSelected"_s, m_noEngineSelected);
+    m_criteriaMissing = translated(u"strYouMustEnterSearchCriteria"_s, m_criteriaMissing);
     translate(*m_lblSearchEngine);
     translate(*m_lblSearchQuery);
     translate(*m_lblClearSearches);
@@ -155,12 +153,12 @@ void SearchBar::nameControls()
 {
     m_cmdExit->setAccessibleName(withoutMarks(m_cmdExit->text()));
     m_cboSearchEngine->setAccessibleName(withoutMarks(m_lblSearchEngine->text()));
-    m_brwSearch->setFieldName(withoutMarks(m_lblSearchQuery->text()));
+    m_query->setFieldName(withoutMarks(m_lblSearchQuery->text()));
 }
 
-void SearchBar::SetFocus()
+void SearchBar::setFocus()
 {
-    m_brwSearch->setFocus();
+    m_query->setFocus();
 }
 
 QSize SearchBar::sizeHint() const
@@ -171,49 +169,50 @@ QSize SearchBar::sizeHint() const
 void SearchBar::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    if (m_Initialised)
+    if (m_initialised)
         return;
-    m_Initialised = true;
-    m_IniFile = AppFolder::appData(u"SearchEngines.ini"_s);
+    m_initialised = true;
+    m_iniFile = AppFolder::appData(u"SearchEngines.ini"_s);
     loadFile();
 }
 
 void SearchBar::loadFile()
 {
-    m_cboSearchEngine->addItems(SearchEngines::names(m_IniFile));
+    m_cboSearchEngine->addItems(SearchEngines::names(m_iniFile));
     // By itself the list would have its first entry selected.
     m_cboSearchEngine->setCurrentIndex(
-        SearchEngines::preselected(m_IniFile, m_cboSearchEngine->count()));
-    m_brwSearch->LoadList(historySection(), m_IniFile, historyLength, false);
+        SearchEngines::preselected(m_iniFile, m_cboSearchEngine->count()));
+    m_query->loadList(historySection(), m_iniFile, historyLength, false);
 }
 
-void SearchBar::cmdSearch_Click()
+void SearchBar::startSearch()
 {
-    const QString query = m_brwSearch->Text();
+    const QString query = m_query->text();
     if (query.isEmpty()) {
-        refuse(m_strYouMustEnterSearchCriteria);
+        refuse(m_criteriaMissing);
         return;
     }
-    m_brwSearch->AddItem(query, true);
+    m_query->addItem(query, true);
     const QString engine = m_cboSearchEngine->currentText();
     if (engine.isEmpty()) {
-        refuse(m_strNoSearchEngineSelected);
+        refuse(m_noEngineSelected);
         return;
     }
-    const QString address = SearchEngines::addressTemplate(m_IniFile, engine);
+    const QString address = SearchEngines::addressTemplate(m_iniFile, engine);
     if (address.isEmpty()) {
-        refuse(m_strEngineDataNotFound);
+        refuse(m_engineDataNotFound);
         return;
     }
     // Opening a window lets events run, and the program may be closed by one of them.
     const QPointer<SearchBar> self(this);
-    emit Search(m_chkNewWindow->isChecked() ? 1 : 0, SearchEngines::searchAddress(address, query));
+    emit searchRequested(m_chkNewWindow->isChecked() ? 1 : 0,
+                         SearchEngines::searchAddress(address, query));
     if (self)
-        SearchEngines::keepSelection(m_IniFile, m_cboSearchEngine->currentIndex());
+        SearchEngines::keepSelection(m_iniFile, m_cboSearchEngine->currentIndex());
 }
 
 void SearchBar::refuse(const QString &message)
 {
     MsgBox::inform(window(), message);
-    SetFocus();
+    setFocus();
 }

@@ -9,7 +9,7 @@ class QComboBox;
 class QLabel;
 class QPushButton;
 class QToolButton;
-class brwURL;
+class AddressBox;
 
 /// The side bar that turns a query into the address of a search engine's answer.
 class SearchBar : public QWidget {
@@ -21,17 +21,17 @@ public:
     ~SearchBar() override;
 
     /// Puts captions and messages into the current language; what it lacks stays as it is.
-    void LoadLang();
+    void loadLanguage();
     /// Puts the keyboard focus into the query box.
-    void SetFocus();
+    void setFocus();
 
     QSize sizeHint() const override;
 
 signals:
     /// The close button was pressed.
-    void ExitSearch();
+    void exitRequested();
     /// Open `URL`; in a new window when `NewWindow` is 1, else (0) in the active one.
-    void Search(int NewWindow, const QString &URL);
+    void searchRequested(int NewWindow, const QString &URL);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -40,21 +40,21 @@ private:
     void makeLayout();
     void nameControls();
     void loadFile();
-    void cmdSearch_Click();
+    void startSearch();
     void refuse(const QString &message);
 
     QLabel *m_lblSearchEngine;
     QComboBox *m_cboSearchEngine;
     QLabel *m_lblSearchQuery;
-    brwURL *m_brwSearch;
+    AddressBox *m_query;
     LinkLabel *m_lblClearSearches;
     QPushButton *m_cmdSearch;
     QCheckBox *m_chkNewWindow;
     QToolButton *m_cmdExit;
 
-    QString m_IniFile;
-    bool m_Initialised = false;
-    QString m_strEngineDataNotFound;
-    QString m_strNoSearchEngineSelected;
-    QString m_strYouMustEnterSearchCriteria;
+    QString m_iniFile;
+    bool m_initialised = false;
+    QString m_engineDataNotFound;
+    QString m_noEngineSelected;
+    QString m_criteriaMissing;
 };

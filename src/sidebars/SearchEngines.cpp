@@ -1,7 +1,7 @@
 #include "SearchEngines.h"
+#include "IniStore.h"
 #include "TextEncoding.h"
 #include "TextRules.h"
-#include "modINI.h"
 
 #include <QRegularExpression>
 
@@ -76,8 +76,8 @@ namespace SearchEngines {
 
 QStringList names(const QString &file)
 {
-    const auto count = textToNumber(ReadINI(u"Engines"_s, u"Count"_s, u"0"_s, file));
-    const auto bytes = ReadINIFile(file);
+    const auto count = textToNumber(readIni(u"Engines"_s, u"Count"_s, u"0"_s, file));
+    const auto bytes = readIniFile(file);
     if (!count || !bytes)
         return {};
     QStringList result;
@@ -92,7 +92,7 @@ QStringList names(const QString &file)
 
 int preselected(const QString &file, int count)
 {
-    const auto index = textToNumber(ReadINI(u"Data"_s, u"SearchSelection"_s, u"0"_s, file));
+    const auto index = textToNumber(readIni(u"Data"_s, u"SearchSelection"_s, u"0"_s, file));
     if (!index || *index < 0 || std::nearbyint(*index) >= count)
         return -1;
     return static_cast<int>(std::nearbyint(*index));
@@ -100,12 +100,12 @@ int preselected(const QString &file, int count)
 
 QString addressTemplate(const QString &file, const QString &name)
 {
-    return ReadINI(u"Engine URLs"_s, name, {}, file);
+    return readIni(u"Engine URLs"_s, name, {}, file);
 }
 
 void keepSelection(const QString &file, int index)
 {
-    WriteINI(u"Data"_s, u"DefaultSelection"_s, QString::number(index), file).leaveToLog();
+    writeIni(u"Data"_s, u"DefaultSelection"_s, QString::number(index), file).leaveToLog();
 }
 
 QString searchAddress(const QString &addressTemplate, const QString &query)

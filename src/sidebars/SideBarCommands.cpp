@@ -1,10 +1,10 @@
 #include "SideBarCommands.h"
+#include "BrowserWindow.h"
 #include "FavoritesBar.h"
 #include "FavoritesTransfer.h"
 #include "Frame.h"
 #include "SearchBar.h"
 #include "Settings.h"
-#include "frmBrowser.h"
 
 #include <QAction>
 
@@ -51,7 +51,7 @@ void toggleSearchBar(Frame &frame, FavoritesBar &favorites, SearchBar &search)
     search.setVisible(shown);
     Settings::writeBoolean(Settings::SearchBar, shown).leaveToLog();
     if (shown)
-        search.SetFocus();
+        search.setFocus();
     frame.setButtonPressed(side.button, shown);
 }
 
@@ -70,9 +70,9 @@ void toggleFavoritesBar(Frame &frame, FavoritesBar &favorites, SearchBar &search
 void open(Frame &frame, int newWindow, const QString &url)
 {
     if (newWindow == 1)
-        frame.OpenBrowserWindow(url, frame.NewWindowState());
+        frame.openBrowserWindow(url, frame.newWindowState());
     else
-        frame.NavigateActive(url);
+        frame.navigateActive(url);
 }
 }
 
@@ -81,18 +81,18 @@ void registerSideBarCommands(Frame &frame, FavoritesBar &favorites, SearchBar &s
     frame.handle(u"mnuViewSearchBar"_s, [&] { toggleSearchBar(frame, favorites, search); });
     frame.handle(u"mnuNavigationSearchTheWeb"_s, [&] { frame.run(u"mnuViewSearchBar"_s); });
     frame.handle(u"mnuFavoritesShow"_s, [&] { toggleFavoritesBar(frame, favorites, search); });
-    frame.handle(u"mnuFavoritesAdd"_s, [&] { favorites.AddCurrentPage(); });
-    frame.handle(u"mnuFavoritesOrganize"_s, [&] { favorites.Organize(); });
+    frame.handle(u"mnuFavoritesAdd"_s, [&] { favorites.addCurrentPage(); });
+    frame.handle(u"mnuFavoritesOrganize"_s, [&] { favorites.organize(); });
     auto *transfer = new FavoritesTransfer(frame);
-    frame.handle(u"mnuFavoritesExport"_s, [transfer] { transfer->Export(); });
-    frame.handle(u"mnuFavoritesImport"_s, [transfer] { transfer->Import(); });
+    frame.handle(u"mnuFavoritesExport"_s, [transfer] { transfer->exportFile(); });
+    frame.handle(u"mnuFavoritesImport"_s, [transfer] { transfer->importFile(); });
     frame.beforeOpening(u"mnuFavorites"_s, [&] {
         frame.menuItem(u"mnuFavoritesAdd"_s)->setEnabled(activeBrowser(frame) != nullptr);
     });
-    QObject::connect(&favorites, &FavoritesBar::ControlExit, &favorites,
+    QObject::connect(&favorites, &FavoritesBar::exitRequested, &favorites,
                      [&] { hide(frame, favoritesBar(favorites)); });
-    QObject::connect(&search, &SearchBar::ExitSearch, &search,
+    QObject::connect(&search, &SearchBar::exitRequested, &search,
                      [&] { hide(frame, searchBar(search)); });
-    QObject::connect(&search, &SearchBar::Search, &search,
+    QObject::connect(&search, &SearchBar::searchRequested, &search,
                      [&](int newWindow, const QString &url) { open(frame, newWindow, url); });
 }

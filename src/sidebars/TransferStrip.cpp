@@ -15,7 +15,7 @@ constexpr int gap = 6;
 
 QString text(const QString &key, const QString &english)
 {
-    return GetLanguageText(u"frmFavoritesTransfer"_s, key, english);
+    return languageText(u"frmFavoritesTransfer"_s, key, english);
 }
 }
 

@@ -30,8 +30,8 @@ qsizetype lastOf(QStringView text, char16_t one, char16_t other)
 /// Puts a tab before the selection and after each of its line breaks, and selects it again.
 void indent(RichTextBox &box)
 {
-    const int start = box.SelStart();
-    const QString text = u'\t' + box.SelText().replace("\r\n"_L1, "\r\n\t"_L1);
+    const int start = box.selStart();
+    const QString text = u'\t' + box.selText().replace("\r\n"_L1, "\r\n\t"_L1);
     box.setSelText(text);
     box.setSelStart(start);
     box.setSelLength(int(text.size()));
@@ -115,7 +115,7 @@ bool press(RichTextBox &box, QChar character)
     if (character == u'>')
         box.setSelColor(0);
     if (character == u'\t') {
-        if (box.SelLength() == 0)
+        if (box.selLength() == 0)
             return false;
         indent(box);
         return true;

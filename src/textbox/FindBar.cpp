@@ -24,7 +24,7 @@ constexpr qsizetype atOnce = 1'000'000;
 
 QString text(const char *key, const QString &english)
 {
-    return GetLanguageText(u"frmSource"_s, QString::fromLatin1(key), english);
+    return languageText(u"frmSource"_s, QString::fromLatin1(key), english);
 }
 
 }
@@ -81,7 +81,7 @@ void FindBar::addButton(const char *name, const QString &caption, void (FindBar:
 void FindBar::open()
 {
     show();
-    const QString selected = m_box->SelText();
+    const QString selected = m_box->selText();
     if (!selected.isEmpty() && !selected.contains(u'\n'))
         m_text->setText(selected);
     m_text->selectAll();

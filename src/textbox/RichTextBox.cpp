@@ -38,12 +38,12 @@ RichTextBox::RichTextBox(QWidget *parent)
     });
 }
 
-QString RichTextBox::Text() const
+QString RichTextBox::text() const
 {
     return LineEnds::fromLf(buffer().text());
 }
 
-int RichTextBox::TextLength() const
+int RichTextBox::textLength() const
 {
     return int(buffer().size()) + rows().lineCount() - 1;
 }
@@ -88,7 +88,7 @@ int RichTextBox::toPosition(qsizetype at) const
     return int(at) + rows().lineOf(rows().rowAt(at));
 }
 
-int RichTextBox::SelStart() const
+int RichTextBox::selStart() const
 {
     return toPosition(selectionStart());
 }
@@ -104,7 +104,7 @@ void RichTextBox::setCaret(qsizetype at)
     ensureCaretVisible();
 }
 
-int RichTextBox::SelLength() const
+int RichTextBox::selLength() const
 {
     return toPosition(selectionEnd()) - toPosition(selectionStart());
 }
@@ -113,7 +113,7 @@ void RichTextBox::setSelLength(int length)
 {
     const qsizetype start = selectionStart();
     // The sum of two great numbers would be none.
-    const qint64 end = qMin(qint64(toPosition(start)) + qMax(0, length), qint64(TextLength()));
+    const qint64 end = qMin(qint64(toPosition(start)) + qMax(0, length), qint64(textLength()));
     select(start, toBuffer(int(end)));
 }
 
@@ -122,7 +122,7 @@ void RichTextBox::selectUnseen(int start, int length)
     select(toBuffer(start), toBuffer(start + length));
 }
 
-QString RichTextBox::SelText() const
+QString RichTextBox::selText() const
 {
     return LineEnds::fromLf(plainSelection());
 }
@@ -231,7 +231,7 @@ void RichTextBox::moveText(qsizetype to)
     Q_EMIT changed();
 }
 
-int RichTextBox::SelColor() const
+int RichTextBox::selColor() const
 {
     if (hasSelection())
         return buffer().colourAt(selectionStart());
@@ -248,7 +248,7 @@ void RichTextBox::setSelColor(int colour)
     viewport()->update();
 }
 
-QString RichTextBox::SelRTF() const
+QString RichTextBox::selRtf() const
 {
     const qsizetype start = selectionStart();
     const qsizetype length = selectionEnd() - start;
@@ -258,12 +258,12 @@ QString RichTextBox::SelRTF() const
                       QByteArrayView(buffer().colours()).sliced(start, length), buffer().palette());
 }
 
-QString RichTextBox::TextRTF() const
+QString RichTextBox::textRtf() const
 {
     return Rtf::write(buffer().text(), buffer().colours(), buffer().palette());
 }
 
-void RichTextBox::setTextRTF(const QString &rtf)
+void RichTextBox::setTextRtf(const QString &rtf)
 {
     if (!Rtf::isRtf(rtf)) {
         setText(rtf);

@@ -20,31 +20,31 @@ class RichTextBox : public TextView {
 public:
     explicit RichTextBox(QWidget *parent = nullptr);
 
-    QString Text() const;
+    QString text() const;
     void setText(const QString &text);
-    int TextLength() const;
+    int textLength() const;
 
-    int SelStart() const;
+    int selStart() const;
     /// Puts the caret there, nothing selected.
     void setSelStart(int position);
-    int SelLength() const;
+    int selLength() const;
     void setSelLength(int length);
     /// Selects without scrolling there.
     void selectUnseen(int start, int length);
-    QString SelText() const;
+    QString selText() const;
     /// The same as other programs take it: a line break is one line feed.
     QString plainSelection() const;
     /// Replaces the selection; the caret is after what was put in.
     void setSelText(const QString &text);
 
     /// The colour of the selection's first character, or the one that typed text will have.
-    int SelColor() const;
+    int selColor() const;
     void setSelColor(int colour);
-    QString SelRTF() const;
-    QString TextRTF() const;
+    QString selRtf() const;
+    QString textRtf() const;
     /// Takes rich text, or plain text where it is none. When only colours differ, the caret and
     /// what can be undone stay.
-    void setTextRTF(const QString &document);
+    void setTextRtf(const QString &document);
     /// All text in the colour of text that was given none.
     void clearColours();
 

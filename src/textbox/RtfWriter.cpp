@@ -10,7 +10,7 @@ QString colourTable(const QList<int> &palette)
     // The leading empty entry is text's own colour, as it is the palette's first.
     QString table = uR"({\colortbl )"_s;
     for (qsizetype i = 1; i < palette.size(); ++i)
-        table += u';' + HtmlColouring::fcnGetRTFColor(palette.at(i)).chopped(1);
+        table += u';' + HtmlColouring::rtfColour(palette.at(i)).chopped(1);
     return table + ";}"_L1;
 }
 

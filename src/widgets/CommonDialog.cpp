@@ -52,7 +52,7 @@ CommonDialog::CommonDialog()
 {
 }
 
-QString CommonDialog::FileName() const
+QString CommonDialog::fileName() const
 {
     return withoutNuls(m_file);
 }
@@ -62,7 +62,7 @@ void CommonDialog::setFileName(const QString &name)
     m_file = name + nul;
 }
 
-QString CommonDialog::Filter() const
+QString CommonDialog::filter() const
 {
     QString filter = m_filter;
     return filter.replace(nul, u'|');
@@ -74,7 +74,7 @@ void CommonDialog::setFilter(const QString &filter)
     m_filter.replace(u'|', nul).append(QString(2, nul));
 }
 
-QString CommonDialog::FileTitle() const
+QString CommonDialog::fileTitle() const
 {
     return m_fileTitle;
 }
@@ -84,7 +84,7 @@ void CommonDialog::setFileTitle(const QString &title)
     m_fileTitle = title;
 }
 
-QString CommonDialog::DialogTitle() const
+QString CommonDialog::dialogTitle() const
 {
     return withoutNuls(m_title);
 }
@@ -94,7 +94,7 @@ void CommonDialog::setDialogTitle(const QString &title)
     m_title = title;
 }
 
-QString CommonDialog::InitDir() const
+QString CommonDialog::initDir() const
 {
     return withoutNuls(m_initDir);
 }
@@ -104,7 +104,7 @@ void CommonDialog::setInitDir(const QString &folder)
     m_initDir = folder + nul;
 }
 
-QString CommonDialog::DefaultExt() const
+QString CommonDialog::defaultExt() const
 {
     return m_defaultExt;
 }
@@ -115,19 +115,19 @@ void CommonDialog::setDefaultExt(const QString &extension)
     m_defaultExt.remove(u'.');
 }
 
-int CommonDialog::FilterIndex() const
+int CommonDialog::filterIndex() const
 {
     return m_filterIndex;
 }
 
-int CommonDialog::ShowOpen(QWidget *OwnerForm, int FilterIndex)
+int CommonDialog::showOpen(QWidget *owner, int filterIndex)
 {
-    return show(FileDialogRequest::Kind::Open, OwnerForm, FilterIndex);
+    return show(FileDialogRequest::Kind::Open, owner, filterIndex);
 }
 
-int CommonDialog::ShowSave(QWidget *OwnerForm, int FilterIndex)
+int CommonDialog::showSave(QWidget *owner, int filterIndex)
 {
-    return show(FileDialogRequest::Kind::Save, OwnerForm, FilterIndex);
+    return show(FileDialogRequest::Kind::Save, owner, filterIndex);
 }
 
 int CommonDialog::show(FileDialogRequest::Kind kind, QWidget *owner, int filterIndex)
@@ -153,7 +153,7 @@ int CommonDialog::show(FileDialogRequest::Kind kind, QWidget *owner, int filterI
     return 1;
 }
 
-QString CommonDialog::GetFolderName(const QString &Title)
+QString CommonDialog::getFolderName(const QString &Title)
 {
     FileDialogRequest request;
     request.kind = FileDialogRequest::Kind::Folder;

@@ -14,38 +14,38 @@ public:
     CommonDialog();
 
     /// The chosen name; also the name offered first. A cancelled dialog leaves it as it was, so
-    /// the result of ShowOpen or ShowSave must be tested first.
-    QString FileName() const;
+    /// the result of showOpen or showSave must be tested first.
+    QString fileName() const;
     void setFileName(const QString &name);
 
     /// Descriptions and patterns in turn, parted by "|"; several patterns by ";".
-    QString Filter() const;
+    QString filter() const;
     void setFilter(const QString &filter);
 
     /// The chosen name without its folder, once a dialog was confirmed.
-    QString FileTitle() const;
+    QString fileTitle() const;
     void setFileTitle(const QString &title);
 
-    QString DialogTitle() const;
+    QString dialogTitle() const;
     void setDialogTitle(const QString &title);
 
-    QString InitDir() const;
+    QString initDir() const;
     void setInitDir(const QString &folder);
 
     /// What a name without extension gets, kept without dots; "txt" until set, empty for none.
-    QString DefaultExt() const;
+    QString defaultExt() const;
     void setDefaultExt(const QString &extension);
 
     /// The filter chosen in the last dialog that was confirmed, counted from 1.
-    int FilterIndex() const;
+    int filterIndex() const;
 
     /// Asks for an existing file. Not 0 when the user confirmed.
-    int ShowOpen(QWidget *OwnerForm, int FilterIndex);
+    int showOpen(QWidget *owner, int filterIndex);
     /// Asks for a name to save under, with a question before an existing file is taken.
-    int ShowSave(QWidget *OwnerForm, int FilterIndex);
+    int showSave(QWidget *owner, int filterIndex);
 
     /// The folder the user picked, or nothing.
-    QString GetFolderName(const QString &Title);
+    QString getFolderName(const QString &Title);
 
 private:
     int show(FileDialogRequest::Kind kind, QWidget *owner, int filterIndex);

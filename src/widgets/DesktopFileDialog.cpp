@@ -100,8 +100,8 @@ void DesktopFileDialog::accept()
         && !QFileInfo(path).dir().exists()) {
         QMessageBox::warning(this, windowTitle(),
                              path + u'\n'
-                                 + GetLanguageText(u"CommonDialog"_s, u"strNoFolder"_s,
-                                                   u"The folder does not exist."_s));
+                                 + languageText(u"CommonDialog"_s, u"strNoFolder"_s,
+                                                u"The folder does not exist."_s));
         return;
     }
     QFileDialog::accept();

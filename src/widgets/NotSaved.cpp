@@ -12,8 +12,7 @@ namespace NotSaved {
 
 void tell(QWidget *owner, const QString &path, const WriteResult &result)
 {
-    QString message =
-        GetLanguageText(u"NotSaved"_s, u"strNotSaved"_s, u"This could not be saved:"_s);
+    QString message = languageText(u"NotSaved"_s, u"strNotSaved"_s, u"This could not be saved:"_s);
     message += u'\n' + QDir::toNativeSeparators(path);
     if (const QString why = result.text(); !why.isEmpty())
         message += u"\n\n"_s + why;

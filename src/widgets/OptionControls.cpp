@@ -22,7 +22,7 @@ void name(QLabel &label, QWidget &control)
 QLabel *nextStartNote(QWidget &control)
 {
     const QString text =
-        GetLanguageText(u"frmInternetOptions"_s, u"strNextStart"_s, u"from the next start on"_s);
+        languageText(u"frmInternetOptions"_s, u"strNextStart"_s, u"from the next start on"_s);
     auto *note = new QLabel(text);
     note->setObjectName("lblNextStart"_L1);
     note->setForegroundRole(QPalette::PlaceholderText);

@@ -48,7 +48,7 @@ void startPlayer()
 
 }
 
-void PlayStartSound()
+void playStartSound()
 {
     QTimer::singleShot(delay, Qt::CoarseTimer, qApp, startPlayer);
 }

@@ -1,6 +1,6 @@
 #include "CoveredWindows.h"
 
-#include "frmBrowser.h"
+#include "BrowserWindow.h"
 
 #include <QMdiArea>
 #include <QRegion>
@@ -9,9 +9,9 @@
 namespace {
 constexpr char pendingProperty[] = "coveredWindowsPending";
 
-QRect pageOf(const frmBrowser &window)
+QRect pageOf(const BrowserWindow &window)
 {
-    const QWidget *page = window.brwWebBrowser()->widget();
+    const QWidget *page = window.browser()->widget();
     return {page->mapTo(&window, QPoint(0, 0)) + window.pos(), page->size()};
 }
 
@@ -20,11 +20,11 @@ void refreshNow(QMdiArea *area)
     QRegion covered;
     const QList<QMdiSubWindow *> windows = area->subWindowList(QMdiArea::StackingOrder);
     for (auto window = windows.crbegin(); window != windows.crend(); ++window) {
-        auto *browserWindow = qobject_cast<frmBrowser *>(*window);
+        auto *browserWindow = qobject_cast<BrowserWindow *>(*window);
         if (browserWindow && !browserWindow->isUnloaded()) {
             const QRegion page(pageOf(*browserWindow) & area->viewport()->rect());
-            browserWindow->brwWebBrowser()->setShown(!browserWindow->isMinimized()
-                                                     && !page.subtracted(covered).isEmpty());
+            browserWindow->browser()->setShown(!browserWindow->isMinimized()
+                                               && !page.subtracted(covered).isEmpty());
         }
         if (!(*window)->isHidden())
             covered += (*window)->geometry();

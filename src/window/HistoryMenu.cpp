@@ -16,7 +16,7 @@ constexpr int captionLetters = 40;
 
 QList<HistoryStep> stepsOf(const WebBrowser &browser, HistoryDirection direction)
 {
-    QList<HistoryStep> steps = browser.HistorySteps();
+    QList<HistoryStep> steps = browser.historySteps();
     steps.removeIf([direction](const HistoryStep &step) {
         return (step.offset < 0) != (direction == HistoryDirection::Back);
     });
@@ -50,7 +50,7 @@ QMenu *makeHistoryMenu(WebBrowser &browser, HistoryDirection direction, QWidget 
         item->setToolTip(shownAddress(step.url));
         // The window may be closed by its page while the menu is open.
         QObject::connect(item, &QAction::triggered, &browser,
-                         [&browser, offset = step.offset] { browser.GoTo(offset); });
+                         [&browser, offset = step.offset] { browser.goTo(offset); });
     }
     return menu;
 }

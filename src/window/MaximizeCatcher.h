@@ -4,7 +4,7 @@
 
 class Frame;
 class QTimer;
-class frmBrowser;
+class BrowserWindow;
 
 /// Puts the engine control of one browser window back in its place once, shortly after each page
 /// has finished loading, while the frame's Maximize Catcher item is checked.
@@ -13,13 +13,13 @@ class MaximizeCatcher : public QObject {
 
 public:
     /// Becomes a child of `window`.
-    MaximizeCatcher(frmBrowser &window, const Frame &frame);
+    MaximizeCatcher(BrowserWindow &window, const Frame &frame);
 
 private:
     void arm();
-    void tmrMaxCatch_Timer();
+    void catchUp();
 
-    frmBrowser &m_window;
+    BrowserWindow &m_window;
     const Frame &m_frame;
-    QTimer *m_tmrMaxCatch;
+    QTimer *m_timer;
 };

@@ -2,10 +2,10 @@
 
 #include <QAction>
 
+#include "BrowserWindow.h"
 #include "Frame.h"
 #include "Settings.h"
 #include "WebBrowser.h"
-#include "frmBrowser.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,27 +14,27 @@ namespace {
 void onActivePage(Frame &frame, const QString &item, void (*act)(WebBrowser &))
 {
     frame.handle(item, [&frame, act] {
-        if (const frmBrowser *active = activeBrowser(frame))
-            act(*active->brwWebBrowser());
+        if (const BrowserWindow *active = activeBrowser(frame))
+            act(*active->browser());
     });
 }
 
 void onEveryPage(Frame &frame, const QString &item, void (*act)(WebBrowser &))
 {
     frame.handle(item, [act] {
-        for (const frmBrowser *form : browserForms())
-            act(*form->brwWebBrowser());
+        for (const BrowserWindow *form : browserForms())
+            act(*form->browser());
     });
 }
 
 void stop(WebBrowser &page)
 {
-    page.Stop();
+    page.stop();
 }
 
 void refresh(WebBrowser &page)
 {
-    page.Refresh();
+    page.refresh();
 }
 
 void enableItems(Frame &frame)
@@ -50,13 +50,13 @@ void enableItems(Frame &frame)
 
 void registerNavigationCommands(Frame &frame)
 {
-    onActivePage(frame, u"mnuNavigationBackwards"_s, [](WebBrowser &page) { page.GoBack(); });
-    onActivePage(frame, u"mnuNavigationForwards"_s, [](WebBrowser &page) { page.GoForward(); });
+    onActivePage(frame, u"mnuNavigationBackwards"_s, [](WebBrowser &page) { page.goBack(); });
+    onActivePage(frame, u"mnuNavigationForwards"_s, [](WebBrowser &page) { page.goForward(); });
     onActivePage(frame, u"mnuNavigationStop"_s, stop);
     onActivePage(frame, u"mnuNavigationRefresh"_s, refresh);
     onEveryPage(frame, u"mnuNavigationStopAll"_s, stop);
     onEveryPage(frame, u"mnuNavigationRefreshAll"_s, refresh);
     frame.handle(u"mnuNavigationStartPage"_s,
-                 [&frame] { frame.NavigateActive(Settings::homeUrl()); });
+                 [&frame] { frame.navigateActive(Settings::homeUrl()); });
     frame.beforeOpening(u"mnuNavigation"_s, [&frame] { enableItems(frame); });
 }

@@ -38,11 +38,11 @@ void PopupBudget::ask()
 {
     m_answer = Answer::Asked;
     const QString question =
-        GetLanguageText(u"frmBrowser"_s, u"strManyWindows"_s,
-                        u"This page has opened many windows by itself and wants to open more. "
-                        u"Do you want to allow this?"_s);
+        languageText(u"frmBrowser"_s, u"strManyWindows"_s,
+                     u"This page has opened many windows by itself and wants to open more. "
+                     u"Do you want to allow this?"_s);
     const QString title =
-        GetLanguageText(u"frmBrowser"_s, u"strManyWindowsTitle"_s, u"Allow More Windows?"_s);
+        languageText(u"frmBrowser"_s, u"strManyWindowsTitle"_s, u"Allow More Windows?"_s);
     MsgBox::askBeside(m_owner, question, title, [self = weak_from_this()](MsgBox::Answer answer) {
         const std::shared_ptr<PopupBudget> budget = self.lock();
         if (!budget)

@@ -1,9 +1,9 @@
 #include "PopupCommands.h"
 
+#include "BlockedListDialog.h"
 #include "EngineProfile.h"
 #include "Frame.h"
 #include "Settings.h"
-#include "frmBlockedURLs.h"
 
 #include <QAction>
 
@@ -32,7 +32,7 @@ void registerPopupCommands(Frame &frame)
         Settings::writeBoolean(Settings::SmartPopupKiller, item->isChecked()).leaveToLog();
     });
     frame.handle(u"mnuToolsSmartPopupBlockerList"_s,
-                 [&frame] { (new frmBlockedURLs(frame))->open(); });
+                 [&frame] { (new BlockedListDialog(frame))->open(); });
     frame.handle(u"mnuToolsMaximizeCatcher"_s, [&frame] {
         QAction *item = frame.menuItem(u"mnuToolsMaximizeCatcher"_s);
         item->setChecked(!item->isChecked());

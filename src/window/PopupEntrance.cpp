@@ -1,15 +1,15 @@
 #include "PopupEntrance.h"
 
+#include "BrowserWindow.h"
 #include "Frame.h"
 #include "WebBrowser.h"
-#include "frmBrowser.h"
 
 #include <QApplication>
 #include <QMdiArea>
 #include <QTimer>
 #include <utility>
 
-PopupEntrance::PopupEntrance(frmBrowser &window, Frame &frame)
+PopupEntrance::PopupEntrance(BrowserWindow &window, Frame &frame)
     : m_window(window)
     , m_frame(frame)
 {
@@ -18,7 +18,7 @@ PopupEntrance::PopupEntrance(frmBrowser &window, Frame &frame)
 void PopupEntrance::hold(QWidget &keeper)
 {
     m_window.setParent(&keeper);
-    m_unplaced = m_window.brwWebBrowser()->widget()->geometry();
+    m_unplaced = m_window.browser()->widget()->geometry();
 }
 
 void PopupEntrance::comeUp()
@@ -27,7 +27,7 @@ void PopupEntrance::comeUp()
         return;
     m_windowBefore = m_frame.activeChild();
     m_focusBefore = QApplication::focusWidget();
-    QWidget *control = m_window.brwWebBrowser()->widget();
+    QWidget *control = m_window.browser()->widget();
     const QRect wanted = control->geometry();
     m_frame.adopt(&m_window);
     // Being shown, the window lays itself out and fills itself with the control.

@@ -6,7 +6,7 @@
 class Frame;
 class QMdiSubWindow;
 class QWidget;
-class frmBrowser;
+class BrowserWindow;
 
 /// How a window that a page asked for comes up, and what it takes from the user by that: the active
 /// window and the keyboard. A window that may have to close itself again stays hidden until that is
@@ -14,7 +14,7 @@ class frmBrowser;
 class PopupEntrance {
 public:
     /// `window` is new, and not among the frame's yet.
-    PopupEntrance(frmBrowser &window, Frame &frame);
+    PopupEntrance(BrowserWindow &window, Frame &frame);
 
     /// Keeps the window hidden until it comes up. The area of inner windows does not know of it
     /// meanwhile, and may not: it takes its newest child for the active one as soon as that goes.
@@ -29,7 +29,7 @@ public:
     void giveBack();
 
 private:
-    frmBrowser &m_window;
+    BrowserWindow &m_window;
     Frame &m_frame;
     /// The active window and the focus before this one came up.
     QPointer<QMdiSubWindow> m_windowBefore;

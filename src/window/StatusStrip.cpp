@@ -54,14 +54,14 @@ void paintEye(QPainter &painter, const QRectF &box)
 
 QString privacyTip()
 {
-    return GetLanguageText(u"frmBrowser"_s, u"strPrivacyTip"_s,
-                           u"Cookies of other sites were refused on this page"_s);
+    return languageText(u"frmBrowser"_s, u"strPrivacyTip"_s,
+                        u"Cookies of other sites were refused on this page"_s);
 }
 
 QString secureTip()
 {
-    return GetLanguageText(u"frmBrowser"_s, u"strSecureTip"_s,
-                           u"The connection to this page is secure"_s);
+    return languageText(u"frmBrowser"_s, u"strSecureTip"_s,
+                        u"The connection to this page is secure"_s);
 }
 }
 

@@ -1,5 +1,5 @@
 // What the address bar shows of addresses that would mislead, and that it still means them.
-#include "brwURL.h"
+#include "AddressBox.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -29,13 +29,13 @@ private:
     QComboBox *combo() const { return m_field->findChild<QComboBox *>(u"cboAddress"_s); }
 
     std::unique_ptr<QWidget> m_window;
-    brwURL *m_field = nullptr;
+    AddressBox *m_field = nullptr;
 };
 
 void tst_addressshown::init()
 {
     m_window = std::make_unique<QWidget>();
-    m_field = new brwURL(m_window.get());
+    m_field = new AddressBox(m_window.get());
     m_field->resize(500, 30);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
@@ -80,12 +80,12 @@ void tst_addressshown::shows()
     QFETCH(const QString, shown);
     m_field->setText(address);
     QCOMPARE(edit()->text(), shown);
-    QCOMPARE(m_field->Text(), address);
+    QCOMPARE(m_field->text(), address);
     m_field->setText(u"http://another.example/"_s);
-    QCOMPARE(m_field->Text(), u"http://another.example/"_s);
-    m_field->AddItem(address, true);
+    QCOMPARE(m_field->text(), u"http://another.example/"_s);
+    m_field->addItem(address, true);
     QCOMPARE(edit()->text(), shown);
-    QCOMPARE(m_field->Text(), address);
+    QCOMPARE(m_field->text(), address);
     QCOMPARE(m_field->listItem(0), address);
 }
 
@@ -95,22 +95,22 @@ void tst_addressshown::editedTextIsWhatItShows()
     edit()->setFocus();
     edit()->end(false);
     QTest::keyClick(edit(), Qt::Key_X);
-    QCOMPARE(m_field->Text(), u"https://evil.example/x"_s);
+    QCOMPARE(m_field->text(), u"https://evil.example/x"_s);
 }
 
 void tst_addressshown::chosenEntryIsShownAndMeant()
 {
     const QString address = u"https://www.bank.example@evil.example/"_s;
-    m_field->AddItem(address, false);
+    m_field->addItem(address, false);
     combo()->setCurrentIndex(0);
     emit combo()->activated(0);
     QCOMPARE(edit()->text(), u"https://evil.example/"_s);
-    QCOMPARE(m_field->Text(), address);
+    QCOMPARE(m_field->text(), address);
 }
 
 void tst_addressshown::rowsOfTheList()
 {
-    m_field->AddItem(u"https://www.bank.example@evil.example/"_s, false);
+    m_field->addItem(u"https://www.bank.example@evil.example/"_s, false);
     edit()->setFocus();
     combo()->showPopup();
     const auto *rows = qobject_cast<QStyledItemDelegate *>(combo()->view()->itemDelegate());
@@ -122,7 +122,7 @@ void tst_addressshown::rowsOfTheList()
 
 void tst_addressshown::isNotCompleted()
 {
-    m_field->AddItem(u"https://www.bank.example@evil.example/"_s, false);
+    m_field->addItem(u"https://www.bank.example@evil.example/"_s, false);
     edit()->setFocus();
     QTest::keyClicks(edit(), u"https://www.bank"_s);
     QCOMPARE(edit()->text(), u"https://www.bank"_s);

@@ -1,7 +1,7 @@
 #include "FavoritesHome.h"
+#include "FindFiles.h"
+#include "SpecialFolders.h"
 #include "StripNulls.h"
-#include "modFindFiles.h"
-#include "modSpecialFolders.h"
 
 #include <QTest>
 #include <limits>
@@ -75,13 +75,13 @@ tst_FindFiles::Result tst_FindFiles::walk(qint16 files, qint16 folders) const
 
 void tst_FindFiles::favoritesFolder()
 {
-    QCOMPARE(GetSpecialFolder(6), m_home->home() + "/Favorites"_L1);
+    QCOMPARE(specialFolder(6), m_home->home() + "/Favorites"_L1);
 }
 
 void tst_FindFiles::otherFoldersHaveNoPath()
 {
     for (const int number : {-1, 0, 5, 7, 1000})
-        QCOMPARE(GetSpecialFolder(number), QString());
+        QCOMPARE(specialFolder(number), QString());
 }
 
 void tst_FindFiles::stripNulls_data()
@@ -99,8 +99,8 @@ void tst_FindFiles::stripNulls()
 {
     QFETCH(QString, text);
     QFETCH(QString, stripped);
-    QCOMPARE(StripNulls(text), stripped);
-    QCOMPARE(StripNulls(QStringView(text)), QStringView(stripped));
+    QCOMPARE(::stripNulls(text), stripped);
+    QCOMPARE(::stripNulls(QStringView(text)), QStringView(stripped));
 }
 
 void tst_FindFiles::pathGetsItsSlash()

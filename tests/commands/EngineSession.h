@@ -64,13 +64,13 @@ protected:
     QString url(const QString &path) const { return m_session->server.url(path); }
     void go(const QString &address) const
     {
-        m_session->frame->NavigateActive(address);
+        m_session->frame->navigateActive(address);
         QTRY_VERIFY2(m_session->shows(address), qPrintable(address));
     }
     /// What `code` gives in a world of the program's own, with scripts switched off too.
     QString script(const QString &code) const
     {
-        auto *browser = qobject_cast<QtWebBrowser *>(m_session->active()->brwWebBrowser());
+        auto *browser = qobject_cast<QtWebBrowser *>(m_session->active()->browser());
         // An answer may come when nobody waits for it any more.
         auto result = std::make_shared<std::optional<QString>>();
         browser->page()->runJavaScript(

@@ -8,16 +8,16 @@
 #include <QtTest>
 #include <memory>
 
+#include "AddressBox.h"
 #include "AllCommands.h"
+#include "BrowserWindow.h"
 #include "Forms.h"
+#include "MainWindow.h"
+#include "StartUp.h"
 #include "TabStrip.h"
 #include "TempAppFolder.h"
 #include "TestServer.h"
 #include "WebBrowser.h"
-#include "brwURL.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
-#include "modMain.h"
 
 /// The whole program in a folder of its own, with a server to browse. The settings ask for no
 /// splash and no exit question, and make the server's "/home" the home page, unless a test writes
@@ -38,7 +38,7 @@ public:
 
     void start(const QString &commandLine = {})
     {
-        frame = std::make_unique<frmMain>();
+        frame = std::make_unique<MainWindow>();
         registerAllCommands(*frame);
         frame->setCommandLine(commandLine);
         startUp(*frame);
@@ -53,18 +53,21 @@ public:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    frmBrowser *active() const { return activeBrowser(*frame); }
+    BrowserWindow *active() const { return activeBrowser(*frame); }
     int windows() const { return int(browserForms().size()); }
-    QString location() const { return active()->brwWebBrowser()->LocationURL(); }
-    brwURL &address() const { return *frame->findChild<brwURL *>(QStringLiteral("brwURL1")); }
+    QString location() const { return active()->browser()->locationUrl(); }
+    AddressBox &address() const
+    {
+        return *frame->findChild<AddressBox *>(QStringLiteral("brwURL1"));
+    }
     TabStrip &tabs() const { return *frame->findChild<TabStrip *>(); }
     QAction *item(const char *name) const { return frame->menuItem(QString::fromLatin1(name)); }
     void choose(const char *name) const { item(name)->trigger(); }
     /// True once the active window shows the page at `url` and has finished loading it.
     bool shows(const QString &url) const
     {
-        return active() && location() == url && !active()->brwWebBrowser()->Busy()
-            && active()->brwWebBrowser()->HasDocument();
+        return active() && location() == url && !active()->browser()->isBusy()
+            && active()->browser()->hasDocument();
     }
     /// Types into the address bar's field, as a user does.
     void typeAddress(const QString &text) const
@@ -78,5 +81,5 @@ public:
 
     TempAppFolder folder;
     TestServer server;
-    std::unique_ptr<frmMain> frame;
+    std::unique_ptr<MainWindow> frame;
 };

@@ -39,7 +39,7 @@ private slots:
 private:
     FakeWebBrowser &page() const
     {
-        return *static_cast<FakeWebBrowser *>(m_session->active()->brwWebBrowser());
+        return *static_cast<FakeWebBrowser *>(m_session->active()->browser());
     }
     /// What the page was asked to do; menus that get ready also ask it for its zoom.
     QList<FakeWebBrowser::Exec> calls() const
@@ -75,7 +75,7 @@ void tst_EditMenu::init()
     m_session->start(u"http://one/"_s);
     m_session->frame->activateWindow();
     QTRY_VERIFY(m_session->frame->isActiveWindow());
-    page().SetFocus();
+    page().setFocus();
     QApplication::clipboard()->setText(u"before"_s);
 }
 
@@ -149,7 +149,7 @@ void tst_EditMenu::addressBarIsTheTargetWhileItHasTheFocus()
          {"mnuEditCut", "mnuEditCopy", "mnuEditPaste", "mnuEditSelectAll", "mnuEditSelectNone"})
         m_session->choose(item);
     QVERIFY(calls().isEmpty());
-    page().SetFocus();
+    page().setFocus();
     m_session->choose("mnuEditSelectAll");
     QCOMPARE(calls().size(), 1);
 }
@@ -160,7 +160,7 @@ void tst_EditMenu::cutRemovesOnlyTheSelectedPart()
     m_session->address().setSelStart(7);
     m_session->address().setSelLength(4);
     m_session->choose("mnuEditCut");
-    QCOMPARE(m_session->address().Text(), u"http://three"_s);
+    QCOMPARE(m_session->address().text(), u"http://three"_s);
     QCOMPARE(clipboard(), u"two/"_s);
 }
 
@@ -171,7 +171,7 @@ void tst_EditMenu::nothingSelectedLeavesTheClipboard()
     m_session->choose("mnuEditCopy");
     m_session->choose("mnuEditCut");
     QCOMPARE(clipboard(), u"before"_s);
-    QCOMPARE(m_session->address().Text(), u"http://two/"_s);
+    QCOMPARE(m_session->address().text(), u"http://two/"_s);
 }
 
 void tst_EditMenu::pasteReplacesTheSelection()
@@ -180,9 +180,9 @@ void tst_EditMenu::pasteReplacesTheSelection()
     m_session->address().setSelStart(7);
     m_session->address().setSelLength(3);
     m_session->choose("mnuEditPaste");
-    QCOMPARE(m_session->address().Text(), u"http://before/"_s);
+    QCOMPARE(m_session->address().text(), u"http://before/"_s);
     m_session->choose("mnuEditPaste");
-    QCOMPARE(m_session->address().Text(), u"http://beforebefore/"_s);
+    QCOMPARE(m_session->address().text(), u"http://beforebefore/"_s);
 }
 
 void tst_EditMenu::pasteOfAnImageRemovesTheSelection()
@@ -193,17 +193,17 @@ void tst_EditMenu::pasteOfAnImageRemovesTheSelection()
     QApplication::clipboard()->setMimeData(data);
     m_session->choose("mnuEditSelectAll");
     m_session->choose("mnuEditPaste");
-    QCOMPARE(m_session->address().Text(), QString());
+    QCOMPARE(m_session->address().text(), QString());
 }
 
 void tst_EditMenu::selectAllAndNoneInTheAddressBar()
 {
     focusAddress(u"http://two/"_s);
     m_session->choose("mnuEditSelectAll");
-    QCOMPARE(m_session->address().SelText(), u"http://two/"_s);
+    QCOMPARE(m_session->address().selText(), u"http://two/"_s);
     m_session->choose("mnuEditSelectNone");
-    QCOMPARE(m_session->address().SelLength(), 0);
-    QCOMPARE(m_session->address().SelStart(), 11);
+    QCOMPARE(m_session->address().selLength(), 0);
+    QCOMPARE(m_session->address().selStart(), 11);
 }
 
 void tst_EditMenu::withoutAWindowTheAddressBarStillWorks()
@@ -215,7 +215,7 @@ void tst_EditMenu::withoutAWindowTheAddressBarStillWorks()
     QCOMPARE(clipboard(), u"http://two/"_s);
     m_session->choose("mnuEditSelectNone");
     m_session->choose("mnuEditPaste");
-    QCOMPARE(m_session->address().Text(), u"http://two/http://two/"_s);
+    QCOMPARE(m_session->address().text(), u"http://two/http://two/"_s);
 }
 
 void tst_EditMenu::withoutAWindowAndFocusElsewhereNothingHappens()
@@ -228,7 +228,7 @@ void tst_EditMenu::withoutAWindowAndFocusElsewhereNothingHappens()
     QTRY_VERIFY(other.hasFocus());
     for (const char *item : {"mnuEditSelectAll", "mnuEditCut", "mnuEditCopy", "mnuEditPaste"})
         m_session->choose(item);
-    QCOMPARE(m_session->address().Text(), u"http://two/"_s);
+    QCOMPARE(m_session->address().text(), u"http://two/"_s);
     QCOMPARE(clipboard(), u"before"_s);
 }
 
@@ -240,7 +240,7 @@ void tst_EditMenu::undoNeedsThePageAsActiveControl()
     QTRY_VERIFY(other.hasFocus());
     m_session->choose("mnuEditUndo");
     QVERIFY(calls().isEmpty());
-    page().SetFocus();
+    page().setFocus();
     m_session->choose("mnuEditUndo");
     QCOMPARE(calls().size(), 1);
 }
@@ -249,9 +249,9 @@ void tst_EditMenu::undoIsThePagesAloneThoughTheAddressBarIsFocused()
 {
     focusAddress(u"http://two/"_s);
     QTest::keyClicks(&addressEdit(), u"x"_s);
-    const QString text = m_session->address().Text();
+    const QString text = m_session->address().text();
     m_session->choose("mnuEditUndo");
-    QCOMPARE(m_session->address().Text(), text);
+    QCOMPARE(m_session->address().text(), text);
     QCOMPARE(calls().size(), 1);
 }
 
@@ -289,7 +289,7 @@ void tst_EditMenu::fieldsOfTheFrameAreTheTargetWhileTheyHaveTheFocus()
     m_session->choose("mnuEditUndo");
     QCOMPARE(field.text(), u"one twoone two"_s);
     QVERIFY2(calls().isEmpty(), "the page is not meant");
-    page().SetFocus();
+    page().setFocus();
     m_session->choose("mnuEditPaste");
     QCOMPARE(calls().size(), 1);
 }
@@ -310,18 +310,18 @@ void tst_EditMenu::readOnlyFieldIsNotPastedInto()
 void tst_EditMenu::searchBarIsTheTargetWhileItHasTheFocus()
 {
     m_session->choose("mnuViewSearchBar");
-    auto *query = m_session->frame->findChild<brwURL *>(u"brwSearch"_s);
+    auto *query = m_session->frame->findChild<AddressBox *>(u"brwSearch"_s);
     QVERIFY(query && query->isVisible());
     auto *field = query->findChild<QLineEdit *>();
     field->setFocus();
     QTRY_VERIFY(field->hasFocus());
     QApplication::clipboard()->setText(u"two\nwords"_s);
     m_session->choose("mnuEditPaste");
-    QCOMPARE(query->Text(), u"two words"_s);
+    QCOMPARE(query->text(), u"two words"_s);
     m_session->choose("mnuEditSelectAll");
     m_session->choose("mnuEditCut");
     QCOMPARE(clipboard(), u"two words"_s);
-    QCOMPARE(query->Text(), QString());
+    QCOMPARE(query->text(), QString());
     QVERIFY(calls().isEmpty());
 }
 
@@ -344,7 +344,7 @@ void tst_EditMenu::menuOpenedByKeyboardLeavesTheTarget()
     QTest::keyClick(&addressEdit(), Qt::Key_E, Qt::AltModifier);
     QTRY_VERIFY(QApplication::activePopupWidget());
     QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_A);
-    QCOMPARE(m_session->address().SelText(), u"http://two/"_s);
+    QCOMPARE(m_session->address().selText(), u"http://two/"_s);
     QVERIFY(calls().isEmpty());
 }
 

@@ -12,12 +12,12 @@
 #include "AppFolder.h"
 #include "EndRequests.h"
 #include "FakeWebBrowser.h"
+#include "MainWindow.h"
 #include "RichTextBox.h"
+#include "SourceEditor.h"
+#include "SourceWindow.h"
+#include "StartUp.h"
 #include "TempAppFolder.h"
-#include "frmMain.h"
-#include "frmSource.h"
-#include "modMain.h"
-#include "txtHTML.h"
 
 using namespace Qt::StringLiterals;
 
@@ -46,11 +46,11 @@ void sayReadyInDialog(QObject *owner)
 }
 
 /// What the program is doing when it is to end.
-void play(const QString &scene, frmMain &frame)
+void play(const QString &scene, MainWindow &frame)
 {
     if (scene == "source"_L1) {
-        frmSource *window = frmSource::openOn(u"<p>"_s, u"http://one/"_s);
-        QTest::keyClicks(&window->txtHTML1().rtf1(), u"typed"_s);
+        SourceWindow *window = SourceWindow::openOn(u"<p>"_s, u"http://one/"_s);
+        QTest::keyClicks(&window->editor().box(), u"typed"_s);
         sayReady();
     } else if (scene == "question"_L1) {
         sayReadyInDialog(&frame);
@@ -76,7 +76,7 @@ int runProgram()
 {
     AppFolder::setPath(qEnvironmentVariable(folderVariable));
     FakeEngine engine;
-    frmMain frame;
+    MainWindow frame;
     registerAllCommands(frame);
     followEndRequests(frame);
     startUp(frame);

@@ -22,7 +22,7 @@ private slots:
 private:
     FakeWebBrowser &page() const
     {
-        return *static_cast<FakeWebBrowser *>(m_session->active()->brwWebBrowser());
+        return *static_cast<FakeWebBrowser *>(m_session->active()->browser());
     }
     /// What the page was asked to do; menus that get ready also ask it for its zoom.
     QList<FakeWebBrowser::Exec> calls() const

@@ -13,10 +13,10 @@
 #include <QtTest>
 
 #include "FakeEngineData.h"
+#include "IniStore.h"
+#include "InternetOptionsDialog.h"
 #include "ProgramWithoutEngine.h"
 #include "Unlogged.h"
-#include "frmInternetOptions.h"
-#include "modINI.h"
 
 using namespace Qt::StringLiterals;
 
@@ -66,9 +66,9 @@ private slots:
 private:
     void open(const char *item = "mnuToolsInternetOptions") { m_program->choose(item); }
     void openAdvanced() { open("mnuToolsAdvancedInternetOptions"); }
-    static frmInternetOptions *form()
+    static InternetOptionsDialog *form()
     {
-        return qobject_cast<frmInternetOptions *>(Forms::named("frmInternetOptions").value(0));
+        return qobject_cast<InternetOptionsDialog *>(Forms::named("frmInternetOptions").value(0));
     }
     template <typename Control> static Control *find(const char *name)
     {
@@ -89,7 +89,7 @@ private:
     }
     QString stored(const char *key) const
     {
-        return ReadINI(u"Engine"_s, QString::fromLatin1(key), u"(none)"_s,
+        return readIni(u"Engine"_s, QString::fromLatin1(key), u"(none)"_s,
                        m_program->folder.file(u"AppData/Engine.ini"_s));
     }
     void fakePanel(const QByteArray &script) const;
@@ -185,7 +185,7 @@ void tst_InternetOptions::itemsOpenTheirPages()
 void tst_InternetOptions::secondItemTurnsThePageOfTheOpenDialog()
 {
     open();
-    const frmInternetOptions *first = form();
+    const InternetOptionsDialog *first = form();
     m_program->frame->run(u"mnuToolsAdvancedInternetOptions"_s);
     QCOMPARE(Forms::named("frmInternetOptions").size(), 1);
     QCOMPARE(form(), first);

@@ -12,13 +12,13 @@
 #include "CoolBar.h"
 #include "DialogRoom.h"
 #include "FakeEngineData.h"
+#include "InternetOptionsDialog.h"
 #include "Language.h"
 #include "LanguageKeys.h"
 #include "MenuTable.h"
+#include "OptionsDialog.h"
 #include "ProgramWithoutEngine.h"
 #include "ToolBar.h"
-#include "frmInternetOptions.h"
-#include "frmOptions.h"
 
 using namespace Qt::StringLiterals;
 
@@ -53,9 +53,9 @@ private:
     void languageRows() const;
     LanguageKeys wanted() const;
     QMap<QString, QString> texts(const QString &language) const;
-    static frmOptions *form()
+    static OptionsDialog *form()
     {
-        return qobject_cast<frmOptions *>(Forms::named("frmOptions").value(0));
+        return qobject_cast<OptionsDialog *>(Forms::named("frmOptions").value(0));
     }
     void takeLanguage(const QString &name) const;
 
@@ -265,10 +265,9 @@ void tst_Languages::whatIsNamedLikeATextIsOne()
 
 void tst_Languages::whatIsLookedUpIsChecked()
 {
-    QCOMPARE(GetLanguageText(u"PageSaver"_s, u"strComplete"_s, u"English"_s),
-             u"Web page, complete"_s);
+    QCOMPARE(languageText(u"PageSaver"_s, u"strComplete"_s, u"English"_s), u"Web page, complete"_s);
     QEXPECT_FAIL("", "in no language", Continue);
-    GetLanguageText(u"PageSaver"_s, u"strMissing"_s, u"English"_s);
+    languageText(u"PageSaver"_s, u"strMissing"_s, u"English"_s);
 }
 
 void tst_Languages::englishIsWhatTheProgramSays()
@@ -340,7 +339,7 @@ void tst_Languages::internetOptionsNeedNoScroller()
     QFETCH(QString, language);
     setLanguageName(language);
     const FakeData data;
-    frmInternetOptions::showOver(*m_program->frame, frmInternetOptions::Page::Advanced);
+    InternetOptionsDialog::showOver(*m_program->frame, InternetOptionsDialog::Page::Advanced);
     QWidget *dialog = Forms::named("frmInternetOptions").value(0);
     QVERIFY(QTest::qWaitForWindowExposed(dialog, longestWait));
     const QWidget &scroller =
@@ -354,7 +353,7 @@ void tst_Languages::internetOptionsNeedNoScroller()
 void tst_Languages::walkThroughTheLanguagesWithTenWindows()
 {
     for (int number = 2; number <= 10; ++number)
-        m_program->frame->OpenBrowserWindow(u"http://page%1/"_s.arg(number), 0);
+        m_program->frame->openBrowserWindow(u"http://page%1/"_s.arg(number), 0);
     QCOMPARE(FakeWebBrowser::made().size(), 10);
     m_program->choose("mnuToolsOptions");
     QVERIFY(QTest::qWaitForWindowExposed(form(), longestWait));

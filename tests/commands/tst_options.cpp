@@ -10,11 +10,11 @@
 
 #include "AppFolder.h"
 #include "FileFaults.h"
+#include "OptionsDialog.h"
 #include "ProgramInfo.h"
 #include "ProgramWithoutEngine.h"
 #include "ToolBar.h"
 #include "Unlogged.h"
-#include "frmOptions.h"
 
 using namespace Qt::StringLiterals;
 
@@ -55,15 +55,15 @@ private slots:
     void languageFilesInOtherEncodings();
 
 private:
-    frmOptions *open();
+    OptionsDialog *open();
     template <typename Control> Control *find(const char *name) const
     {
         return form()->findChild<Control *>(QString::fromLatin1(name));
     }
-    static frmOptions *form()
+    static OptionsDialog *form()
     {
         const QList<QWidget *> forms = Forms::named("frmOptions");
-        return forms.isEmpty() ? nullptr : qobject_cast<frmOptions *>(forms.first());
+        return forms.isEmpty() ? nullptr : qobject_cast<OptionsDialog *>(forms.first());
     }
     void click(const char *name) const
     {
@@ -96,7 +96,7 @@ void tst_Options::cleanup()
     m_program.reset();
 }
 
-frmOptions *tst_Options::open()
+OptionsDialog *tst_Options::open()
 {
     m_program->choose("mnuToolsOptions");
     return form();
@@ -296,7 +296,7 @@ void tst_Options::applyActsOnTwoMarksAndTheButtonOnly()
         QCOMPARE(m_program->isChecked("mnuToolsMaximizeCatcher"), on);
     }
     QVERIFY(!m_program->isChecked("mnuToolsScriptErrorSuppress"));
-    QVERIFY(!FakeWebBrowser::made().first()->Silent());
+    QVERIFY(!FakeWebBrowser::made().first()->isSilent());
     QVERIFY(m_program->isChecked("mnuViewToolBarTabStrip"));
 }
 
@@ -446,7 +446,7 @@ void tst_Options::withoutAChoiceTheLanguageStays()
 
 void tst_Options::secondCallShowsTheSameDialog()
 {
-    const frmOptions *first = open();
+    const OptionsDialog *first = open();
     m_program->frame->run(u"mnuToolsOptions"_s);
     QCOMPARE(Forms::named("frmOptions").size(), 1);
     QCOMPARE(form(), first);

@@ -10,8 +10,8 @@
 #include "FileFaults.h"
 #include "ProfilePages.h"
 #include "Session.h"
+#include "SourceWindow.h"
 #include "Unlogged.h"
-#include "frmSource.h"
 
 using namespace Qt::StringLiterals;
 
@@ -116,8 +116,8 @@ void tst_ProfileCommands::answer(const QString &name)
 QStringList tst_ProfileCommands::locations() const
 {
     QStringList result;
-    for (const frmBrowser *window : browserForms())
-        result.append(window->brwWebBrowser()->LocationURL());
+    for (const BrowserWindow *window : browserForms())
+        result.append(window->browser()->locationUrl());
     return result;
 }
 
@@ -131,18 +131,19 @@ int tst_ProfileCommands::pages()
 /// How many pages were asked for and have not come.
 int tst_ProfileCommands::loading()
 {
-    return int(std::count_if(
-        FakeWebBrowser::made().cbegin(), FakeWebBrowser::made().cend(),
-        [](const FakeWebBrowser *browser) { return !browser->waiting && !browser->hasDocument; }));
+    return int(std::count_if(FakeWebBrowser::made().cbegin(), FakeWebBrowser::made().cend(),
+                             [](const FakeWebBrowser *browser) {
+                                 return !browser->waiting && !browser->holdsDocument;
+                             }));
 }
 
 void tst_ProfileCommands::endLoads()
 {
     const QList<FakeWebBrowser *> all = FakeWebBrowser::made();
     for (FakeWebBrowser *browser : all) {
-        if (browser->waiting || browser->hasDocument)
+        if (browser->waiting || browser->holdsDocument)
             continue;
-        browser->hasDocument = true;
+        browser->holdsDocument = true;
         emit browser->loadEnded();
     }
 }
@@ -151,7 +152,7 @@ void tst_ProfileCommands::saveWritesEveryBrowserWindow()
 {
     m_session->start(u"http://first/"_s);
     m_session->choose("mnuFileNewBlankPage");
-    frmSource *source = frmSource::openOn(u"<p>source"_s, u"http://first/"_s);
+    SourceWindow *source = SourceWindow::openOn(u"<p>source"_s, u"http://first/"_s);
     QVERIFY2(Forms::all().contains(source), "the source viewer is a form among the windows");
     m_session->choose("mnuFileNewBlankPage");
     FakeWebBrowser::made().at(0)->location = u"about:blank"_s;
@@ -254,7 +255,7 @@ void tst_ProfileCommands::openAddsWindowsInOrderAndCascades()
     QCOMPARE(locations(),
              (QStringList{u"http://first/"_s, u"http://a/"_s, u"http://b/"_s, u"profile.orp"_s}));
     QPoint before(-1, -1);
-    for (const frmBrowser *window : browserForms()) {
+    for (const BrowserWindow *window : browserForms()) {
         QVERIFY(!window->isMaximized());
         QVERIFY2(window->x() > before.x() && window->y() > before.y(), "one after the other");
         before = window->pos();
@@ -447,12 +448,12 @@ void tst_ProfileCommands::waitingWindowLoadsWhenGoneTo()
     m_session->start(profileOf(30));
     QTRY_VERIFY(loading() >= 8);
     strip().findChild<QAbstractButton *>()->click();
-    frmBrowser *window = browserForms().at(20);
-    QVERIFY(window->brwWebBrowser()->Waiting());
+    BrowserWindow *window = browserForms().at(20);
+    QVERIFY(window->browser()->isWaiting());
     QTest::mouseClick(m_session->tabs().tab(window->tabKey()), Qt::LeftButton);
     QCOMPARE(m_session->active(), window);
-    QCOMPARE(m_session->address().Text(), u"http://h/21"_s);
-    QTRY_VERIFY(!window->brwWebBrowser()->Waiting());
+    QCOMPARE(m_session->address().text(), u"http://h/21"_s);
+    QTRY_VERIFY(!window->browser()->isWaiting());
 }
 
 void tst_ProfileCommands::visitedPageIsKept()
@@ -480,7 +481,7 @@ void tst_ProfileCommands::closedWindowsAreNotCounted()
     for (int i = 0; i < 5; ++i)
         browserForms().first()->close();
     QTRY_COMPARE(progress(), u"0 of 15 pages loaded"_s);
-    for (frmBrowser *window : browserForms())
+    for (BrowserWindow *window : browserForms())
         window->close();
     QTRY_VERIFY(strip().isHidden());
 }

@@ -4,7 +4,7 @@
 
 #include "FakeWebBrowser.h"
 #include "ProgramWithoutEngine.h"
-#include "frmSource.h"
+#include "SourceWindow.h"
 
 /// The program on a screen that has less room than its windows like best, as small ones with large
 /// letters have.
@@ -39,7 +39,7 @@ void tst_SmallScreen::firstSizeFits()
     program.start();
     QWidget *window = program.frame.get();
     if (!isFrame)
-        window = frmSource::openOn(QStringLiteral("<p>"), QStringLiteral("http://one/"));
+        window = SourceWindow::openOn(QStringLiteral("<p>"), QStringLiteral("http://one/"));
     QVERIFY(QTest::qWaitForWindowExposed(window));
     const auto fits = [window] { return room().contains(window->frameGeometry()); };
     QTRY_VERIFY2(fits(), qPrintable(QDebug::toString(window->frameGeometry())));

@@ -1,8 +1,8 @@
 #include <QMdiSubWindow>
 #include <QtTest>
 
+#include "BrowserWindow.h"
 #include "ProgramWithoutEngine.h"
-#include "frmBrowser.h"
 
 using namespace Qt::StringLiterals;
 
@@ -26,7 +26,7 @@ private slots:
 
 private:
     void mark(const char *name, bool on) const { m_program->item(name)->setChecked(on); }
-    int flags() const { return m_program->frame->brwFlags(); }
+    int flags() const { return m_program->frame->navigationFlags(); }
 
     std::unique_ptr<ProgramWithoutEngine> m_program;
 };
@@ -55,7 +55,7 @@ void tst_Tools::everyMenuItemHasAHandler()
             if (type == QtCriticalMsg)
                 complaints.append(message);
         });
-    frmMain frame;
+    MainWindow frame;
     registerAllCommands(frame);
     qInstallMessageHandler(before);
     QCOMPARE(complaints, QStringList());
@@ -129,8 +129,8 @@ void tst_Tools::togglesAreStoredAsBooleanText()
 
 void tst_Tools::scriptErrorsAreSuppressedInEveryBrowserWindowOnly()
 {
-    m_program->frame->OpenBrowserWindow(u"http://two/"_s, 0);
-    m_program->frame->OpenBrowserWindow(u"http://three/"_s, 0);
+    m_program->frame->openBrowserWindow(u"http://two/"_s, 0);
+    m_program->frame->openBrowserWindow(u"http://three/"_s, 0);
     auto *source = new QMdiSubWindow;
     source->setObjectName("frmSource"_L1);
     Forms::add(source);
@@ -141,7 +141,7 @@ void tst_Tools::scriptErrorsAreSuppressedInEveryBrowserWindowOnly()
         m_program->choose("mnuToolsScriptErrorSuppress");
         QCOMPARE(m_program->isChecked("mnuToolsScriptErrorSuppress"), silent);
         for (const FakeWebBrowser *engine : FakeWebBrowser::made())
-            QCOMPARE(engine->Silent(), silent);
+            QCOMPARE(engine->isSilent(), silent);
     }
     QCOMPARE(m_program->folder.readSettings(), before);
 }
@@ -152,14 +152,14 @@ void tst_Tools::scriptErrorShortcutWorksFromTheFrame()
     QVERIFY(QTest::qWaitForWindowActive(m_program->frame.get()));
     QTest::keyClick(m_program->frame.get(), Qt::Key_S, Qt::ControlModifier);
     QTRY_VERIFY(m_program->isChecked("mnuToolsScriptErrorSuppress"));
-    QVERIFY(FakeWebBrowser::made().first()->Silent());
+    QVERIFY(FakeWebBrowser::made().first()->isSilent());
 }
 
 void tst_Tools::newWindowsTakeTheScriptErrorMark()
 {
     m_program->choose("mnuToolsScriptErrorSuppress");
-    m_program->frame->OpenBrowserWindow(u"http://two/"_s, 0);
-    QVERIFY(FakeWebBrowser::made().last()->Silent());
+    m_program->frame->openBrowserWindow(u"http://two/"_s, 0);
+    QVERIFY(FakeWebBrowser::made().last()->isSilent());
 }
 
 QTEST_MAIN(tst_Tools)

@@ -7,8 +7,8 @@
 #include <unistd.h>
 
 #include "FileFaults.h"
+#include "IniStore.h"
 #include "UrlProfile.h"
-#include "modINI.h"
 
 using namespace Qt::StringLiterals;
 
@@ -33,7 +33,7 @@ QStringList oneByOne(const QString &path, qint32 count)
 {
     QStringList result;
     for (qint32 i = 1; i <= count; ++i) {
-        const QString value = ReadINI(u"Profile_URLS"_s, u"URL"_s + QString::number(i), {}, path);
+        const QString value = readIni(u"Profile_URLS"_s, u"URL"_s + QString::number(i), {}, path);
         if (!value.isEmpty())
             result.append(value);
     }

@@ -2,9 +2,9 @@
 #include "FavoritesBar.h"
 #include "RichTextBox.h"
 #include "Session.h"
+#include "SourceEditor.h"
+#include "SourceWindow.h"
 #include "TabButton.h"
-#include "frmSource.h"
-#include "txtHTML.h"
 
 #include <QAbstractScrollArea>
 #include <QDir>
@@ -39,7 +39,7 @@ private slots:
 private:
     FakeWebBrowser &page() const
     {
-        return *static_cast<FakeWebBrowser *>(m_session->active()->brwWebBrowser());
+        return *static_cast<FakeWebBrowser *>(m_session->active()->browser());
     }
     QStringList marked() const
     {
@@ -73,7 +73,7 @@ void tst_ViewMenu::init()
     m_session->start(u"http://one/"_s);
     m_session->frame->activateWindow();
     QTRY_VERIFY(m_session->frame->isActiveWindow());
-    page().SetFocus();
+    page().setFocus();
     page().executed.clear();
 }
 
@@ -185,7 +185,7 @@ void tst_ViewMenu::refreshesTheFavoritesWhileTheyHaveTheFocus()
     auto *bar = m_session->frame->findChild<FavoritesBar *>(u"FavoritesBar1"_s);
     m_session->choose("mnuFavoritesShow");
     QTRY_VERIFY(bar->isVisible());
-    QTRY_VERIFY(bar->Initialised() && !bar->isRefreshing());
+    QTRY_VERIFY(bar->isInitialised() && !bar->isRefreshing());
     auto *tree = bar->findChild<QAbstractScrollArea *>();
     QVERIFY(tree);
     focus(tree);
@@ -196,7 +196,7 @@ void tst_ViewMenu::refreshesTheFavoritesWhileTheyHaveTheFocus()
     QCOMPARE(enabled.size(), 2);
     QVERIFY(m_session->item("mnuViewRefresh")->isEnabled());
     QCOMPARE(page().refreshes, 0);
-    page().SetFocus();
+    page().setFocus();
     m_session->choose("mnuViewRefresh");
     QCOMPARE(page().refreshes, 1);
     QCOMPARE(refreshed.size(), 1);
@@ -210,10 +210,10 @@ void tst_ViewMenu::documentHTMLOpensAWindowEachTime()
     m_session->choose("mnuViewDocumentHTML");
     QTRY_COMPARE(Forms::named("frmSource").size(), 2);
     for (QWidget *form : Forms::named("frmSource")) {
-        const txtHTML &editor = qobject_cast<frmSource *>(form)->txtHTML1();
-        QCOMPARE(editor.Text(), u"<html><b>bold</b></html>"_s);
-        QCOMPARE(editor.SelStart(), 0);
-        QCOMPARE(editor.SelLength(), 0);
+        const SourceEditor &editor = qobject_cast<SourceWindow *>(form)->editor();
+        QCOMPARE(editor.text(), u"<html><b>bold</b></html>"_s);
+        QCOMPARE(editor.selStart(), 0);
+        QCOMPARE(editor.selLength(), 0);
         QVERIFY(form->isVisible());
         QVERIFY(!form->isModal());
     }
@@ -268,8 +268,9 @@ void tst_ViewMenu::closingTheFrameKeepsEditedSource()
     page().markup = u"<html></html>"_s;
     m_session->choose("mnuViewDocumentHTML");
     QTRY_COMPARE(Forms::named("frmSource").size(), 1);
-    const QPointer<frmSource> source = qobject_cast<frmSource *>(Forms::named("frmSource").first());
-    QTest::keyClicks(&source->txtHTML1().rtf1(), u"mine"_s);
+    const QPointer<SourceWindow> source =
+        qobject_cast<SourceWindow *>(Forms::named("frmSource").first());
+    QTest::keyClicks(&source->editor().box(), u"mine"_s);
     m_session->frame->close();
     QTRY_VERIFY(!source);
     const QDir folder(m_session->folder.file(u"AppData/Recovered"_s));

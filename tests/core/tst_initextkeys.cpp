@@ -1,5 +1,5 @@
+#include "IniStore.h"
 #include "IniText.h"
-#include "modINI.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -63,10 +63,10 @@ void tst_IniTextKeys::valuesOfAFile()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"list.ini"_s);
-    QCOMPARE(ReadINIValues(u"List"_s, {u"a"_s}, path), QStringList{QString()});
-    QVERIFY(WriteINIEntries({{u"List"_s, u"a"_s, QString(1200, u'x')}, {u"List"_s, u"b"_s, u"2"_s}},
+    QCOMPARE(readIniValues(u"List"_s, {u"a"_s}, path), QStringList{QString()});
+    QVERIFY(writeIniEntries({{u"List"_s, u"a"_s, QString(1200, u'x')}, {u"List"_s, u"b"_s, u"2"_s}},
                             path));
-    QCOMPARE(ReadINIValues(u"list"_s, {u"B"_s, u"c"_s, u"A"_s}, path),
+    QCOMPARE(readIniValues(u"list"_s, {u"B"_s, u"c"_s, u"A"_s}, path),
              (QStringList{u"2"_s, QString(), QString(999, u'x')}));
 }
 

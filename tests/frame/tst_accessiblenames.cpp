@@ -7,15 +7,15 @@
 #include <QMenuBar>
 #include <QtTest>
 
+#include "BrowserWindow.h"
 #include "FakeWebBrowser.h"
+#include "MainWindow.h"
 #include "MdiArea.h"
 #include "MenuTable.h"
 #include "StatusStrip.h"
 #include "TabStrip.h"
 #include "TempAppFolder.h"
 #include "ToolBar.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
 
 using namespace Qt::StringLiterals;
 
@@ -39,10 +39,10 @@ private slots:
     void namedControlsAreFoundByName();
 
 private:
-    frmBrowser *open(const QString &url);
+    BrowserWindow *open(const QString &url);
 
     std::unique_ptr<TempAppFolder> m_folder;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
     WebBrowserMaker m_maker;
 };
 
@@ -104,7 +104,7 @@ void tst_AccessibleNames::init()
     QVERIFY(m_folder->writeSettings("[Options]\r\nShow-Splash=0\r\n[Settings]\r\nAskOnExit=0\r\n"
                                     "[View]\r\nSearchBar=True\r\n"));
     m_maker = setWebBrowserMaker([](QWidget *host) { return new FakeWebBrowser(host); });
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
     m_frame->setCommandLine(u"http://one.example/"_s);
     m_frame->load();
     m_frame->translate();
@@ -118,16 +118,16 @@ void tst_AccessibleNames::cleanup()
     m_folder.reset();
 }
 
-frmBrowser *tst_AccessibleNames::open(const QString &url)
+BrowserWindow *tst_AccessibleNames::open(const QString &url)
 {
-    m_frame->OpenBrowserWindow(url, 0);
+    m_frame->openBrowserWindow(url, 0);
     return activeBrowser(*m_frame);
 }
 
 void tst_AccessibleNames::frameIsNamedByItsTitle()
 {
-    frmBrowser *window = activeBrowser(*m_frame);
-    FakeWebBrowser::made().last()->events->TitleChange(u"A page"_s);
+    BrowserWindow *window = activeBrowser(*m_frame);
+    FakeWebBrowser::made().last()->events->titleChange(u"A page"_s);
     QTRY_VERIFY(window->isMaximized());
     QCOMPARE(nameOf(m_frame.get()), u"Orvane - [A page]"_s);
     window->showNormal();
@@ -200,23 +200,23 @@ void tst_AccessibleNames::addressEditKeepsItsNameInAnyLanguage()
 
 void tst_AccessibleNames::tabsHaveCaptionAndToolTip()
 {
-    const frmBrowser *window = open(u"http://two.example/"_s);
+    const BrowserWindow *window = open(u"http://two.example/"_s);
     QWidget *tab = m_frame->findChild<TabStrip *>()->tab(window->tabKey());
     QVERIFY(tab);
     QCOMPARE(tab->objectName(), window->tabKey());
     QCOMPARE(nameOf(tab), u"Loading..."_s);
-    FakeWebBrowser::made().last()->events->TitleChange(u"  fish & chips for everyone "_s);
+    FakeWebBrowser::made().last()->events->titleChange(u"  fish & chips for everyone "_s);
     QCOMPARE(nameOf(tab), u"Fish & Chi..."_s);
     QCOMPARE(descriptionOf(tab), u"fish & chips for everyone"_s);
 }
 
 void tst_AccessibleNames::windowsHaveTheirCaptions()
 {
-    frmBrowser *window = open(u"http://two.example/"_s);
+    BrowserWindow *window = open(u"http://two.example/"_s);
     QCOMPARE(nameOf(window), u"http://two.example/"_s);
-    FakeWebBrowser::made().last()->events->TitleChange(u" A  page "_s);
+    FakeWebBrowser::made().last()->events->titleChange(u" A  page "_s);
     QCOMPARE(nameOf(window), u"A  page"_s);
-    FakeWebBrowser::made().last()->events->StatusTextChange(u"Done"_s);
+    FakeWebBrowser::made().last()->events->statusTextChange(u"Done"_s);
     QCOMPARE(nameOf(window->statusBar()), u"Done"_s);
 }
 

@@ -1,9 +1,9 @@
+#include "AddressBox.h"
+#include "BrowserWindow.h"
 #include "FakeWebBrowser.h"
 #include "FavoritesHome.h"
+#include "MainWindow.h"
 #include "TempAppFolder.h"
-#include "brwURL.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
 
 #include <QInputMethodEvent>
 #include <QLineEdit>
@@ -39,7 +39,7 @@ private:
         else
             m_frame->setAddressText(url);
     }
-    brwURL &bar() const { return *m_frame->findChild<brwURL *>(u"brwURL1"_s); }
+    AddressBox &bar() const { return *m_frame->findChild<AddressBox *>(u"brwURL1"_s); }
     QLineEdit &field() const { return *bar().findChild<QLineEdit *>(); }
     void click() const { QTest::mouseClick(&field(), Qt::LeftButton, {}, QPoint(20, 5)); }
     void type(const QString &text) const { QTest::keyClicks(&field(), text); }
@@ -47,7 +47,7 @@ private:
     std::unique_ptr<TempAppFolder> m_folder;
     std::unique_ptr<FavoritesHome> m_home;
     std::unique_ptr<FakeEngine> m_engine;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
 };
 
 void tst_AddressField::init()
@@ -57,7 +57,7 @@ void tst_AddressField::init()
     QVERIFY(m_folder->writeSettings("[Options]\r\nShow-Splash=0\r\n[Settings]\r\nAskOnExit=0\r\n"));
     m_home = std::make_unique<FavoritesHome>();
     m_engine = std::make_unique<FakeEngine>();
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
     m_frame->setCommandLine(u"http://one.example/"_s);
     m_frame->load();
     m_frame->activateWindow();
@@ -100,13 +100,13 @@ void tst_AddressField::allSelectedStaysSo()
     QString shown;
     for (const int how : std::as_const(changes)) {
         shown = u"http://late.example/%1"_s.arg(shown.size());
-        change(Change(how), shown);
+        change(changed(how), shown);
         QCOMPARE(field().selectedText(), shown);
     }
     type(u"xyz"_s);
-    QCOMPARE(bar().Text(), u"xyz"_s);
+    QCOMPARE(bar().text(), u"xyz"_s);
     change(Change::Arrival, u"http://latest.example/"_s);
-    QCOMPARE(bar().Text(), u"xyz"_s);
+    QCOMPARE(bar().text(), u"xyz"_s);
 }
 
 void tst_AddressField::emptyFieldIsReplaced()
@@ -115,7 +115,7 @@ void tst_AddressField::emptyFieldIsReplaced()
     click();
     change(Change::Arrival, u"http://late.example/"_s);
     type(u"xyz"_s);
-    QCOMPARE(bar().Text(), u"xyz"_s);
+    QCOMPARE(bar().text(), u"xyz"_s);
 }
 
 void tst_AddressField::pressedButNotReleased()
@@ -124,7 +124,7 @@ void tst_AddressField::pressedButNotReleased()
     change(Change::Arrival, u"http://late.example/"_s);
     QTest::mouseRelease(&field(), Qt::LeftButton, {}, QPoint(20, 5));
     type(u"xyz"_s);
-    QCOMPARE(bar().Text(), u"xyz"_s);
+    QCOMPARE(bar().text(), u"xyz"_s);
 }
 
 void tst_AddressField::longAddress()
@@ -132,11 +132,11 @@ void tst_AddressField::longAddress()
     const QString address = u"http://late.example/"_s + QString(100'000, u'x');
     click();
     change(Change::Arrival, address);
-    QCOMPARE(bar().Text(), address);
+    QCOMPARE(bar().text(), address);
     change(Change::Address, u"http://short.example/"_s);
     QCOMPARE(field().selectedText(), u"http://short.example/"_s);
     type(u"xyz"_s);
-    QCOMPARE(bar().Text(), u"xyz"_s);
+    QCOMPARE(bar().text(), u"xyz"_s);
 }
 
 void tst_AddressField::caretGoesWhereItDid()
@@ -145,7 +145,7 @@ void tst_AddressField::caretGoesWhereItDid()
     bar().setSelStart(3);
     change(Change::Arrival, u"http://late.example/"_s);
     QVERIFY(!field().hasSelectedText());
-    QCOMPARE(field().cursorPosition(), int(bar().Text().size()));
+    QCOMPARE(field().cursorPosition(), int(bar().text().size()));
     bar().setSelStart(2);
     bar().setSelLength(3);
     change(Change::Address, u"http://later.example/"_s);
@@ -179,11 +179,11 @@ void tst_AddressField::editedTextStays()
         if (how == "selected"_L1)
             field().selectAll();
     }
-    const QString before = bar().Text();
+    const QString before = bar().text();
     const QString selected = field().selectedText();
     change(Change::Arrival, u"http://late.example/"_s);
     change(Change::Address, u"http://later.example/"_s);
-    QCOMPARE(bar().Text(), before);
+    QCOMPARE(bar().text(), before);
     QCOMPARE(field().selectedText(), selected);
 }
 

@@ -6,10 +6,10 @@
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "LinksBar.h"
+#include "MainWindow.h"
 #include "SearchBar.h"
 #include "TempAppFolder.h"
 #include "ToolBar.h"
-#include "frmMain.h"
 
 using namespace Qt::StringLiterals;
 
@@ -42,14 +42,14 @@ private:
     CoolBar &bar() const { return *m_frame->findChild<CoolBar *>(); }
 
     std::unique_ptr<TempAppFolder> m_folder;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
 };
 
 void tst_ApplySettings::init()
 {
     m_folder = std::make_unique<TempAppFolder>();
     QVERIFY(m_folder->isValid());
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
 }
 
 void tst_ApplySettings::cleanup()
@@ -84,7 +84,7 @@ void tst_ApplySettings::withoutSettingsEverythingIsAsDesigned()
     QVERIFY(checked("mnuToolsSmartPopupKiller"));
     QVERIFY(!checked("mnuToolsScriptErrorSuppress"));
     QVERIFY(!checked("mnuToolsMaximizeCatcher"));
-    QCOMPARE(m_frame->brwFlags(), 0);
+    QCOMPARE(m_frame->navigationFlags(), 0);
 }
 
 void tst_ApplySettings::marksFollowStoredValues_data()
@@ -220,7 +220,7 @@ void tst_ApplySettings::navigationFlags()
     m_folder->setSetting(u"Settings"_s, u"AddToHistory"_s, history);
     m_folder->setSetting(u"Settings"_s, u"AddToCache"_s, cache);
     apply();
-    QCOMPARE(m_frame->brwFlags(), flags);
+    QCOMPARE(m_frame->navigationFlags(), flags);
 }
 
 void tst_ApplySettings::missingKillPopupsKeepsTheMark()

@@ -1,14 +1,14 @@
+#include "AddressBox.h"
 #include "BandGrip.h"
+#include "BrowserWindow.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "FakeWebBrowser.h"
 #include "FavoritesHome.h"
 #include "LinksBar.h"
+#include "MainWindow.h"
 #include "TempAppFolder.h"
 #include "ToolBar.h"
-#include "brwURL.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -59,7 +59,7 @@ private:
     std::unique_ptr<TempAppFolder> m_folder;
     std::unique_ptr<FavoritesHome> m_home;
     std::unique_ptr<FakeEngine> m_engine;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
 };
 
 namespace {
@@ -74,7 +74,7 @@ void tst_BandKeys::init()
     m_home = std::make_unique<FavoritesHome>();
     m_home->writeLink(u"Links/News.url"_s, "http://news/");
     m_engine = std::make_unique<FakeEngine>();
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
     m_frame->setCommandLine(u"http://one.example/"_s);
     m_frame->load();
     m_frame->translate();

@@ -2,9 +2,9 @@
 #include "CoolBar.h"
 #include "FakeWebBrowser.h"
 #include "FavoritesHome.h"
+#include "MainWindow.h"
 #include "MdiArea.h"
 #include "TempAppFolder.h"
-#include "frmMain.h"
 
 #include <QAction>
 #include <QtTest>
@@ -36,7 +36,7 @@ private:
     std::unique_ptr<TempAppFolder> m_folder;
     std::unique_ptr<FavoritesHome> m_home;
     std::unique_ptr<FakeEngine> m_engine;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
 };
 
 void tst_BandRestart::init()
@@ -61,7 +61,7 @@ void tst_BandRestart::start()
     if (m_frame)
         QVERIFY(m_frame->close());
     m_frame.reset();
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
     m_frame->setCommandLine(u"http://one.example/"_s);
     m_frame->load();
     QVERIFY(QTest::qWaitForWindowExposed(m_frame.get()));

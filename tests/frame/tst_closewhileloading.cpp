@@ -2,11 +2,11 @@
 #include <QTimer>
 #include <QtTest>
 
+#include "BrowserWindow.h"
 #include "FakeWebBrowser.h"
 #include "Forms.h"
+#include "MainWindow.h"
 #include "TempAppFolder.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,7 +23,7 @@ private slots:
 
 private:
     std::unique_ptr<TempAppFolder> m_folder;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
     WebBrowserMaker m_maker;
 };
 
@@ -33,7 +33,7 @@ void tst_CloseWhileLoading::init()
     QVERIFY(m_folder->isValid());
     QVERIFY(m_folder->writeSettings("[Settings]\r\nAskOnExit=0\r\n"));
     m_maker = setWebBrowserMaker([](QWidget *host) { return new FakeWebBrowser(host); });
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
 }
 
 void tst_CloseWhileLoading::cleanup()
@@ -66,7 +66,7 @@ void tst_CloseWhileLoading::nothingOpensInAClosedFrame()
     QVERIFY(FakeWebBrowser::made().isEmpty());
     QCOMPARE(profiles, 0);
 
-    m_frame->NavigateActive(u"http://two.example/"_s);
+    m_frame->navigateActive(u"http://two.example/"_s);
     QVERIFY(FakeWebBrowser::made().isEmpty());
 }
 

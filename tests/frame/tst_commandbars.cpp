@@ -3,11 +3,11 @@
 #include "FavoritesBar.h"
 #include "FavoritesHome.h"
 #include "Language.h"
+#include "MainWindow.h"
 #include "SearchBar.h"
 #include "TempAppFolder.h"
 #include "ToolBar.h"
 #include "ToolBarButton.h"
-#include "frmMain.h"
 
 #include <QAction>
 #include <QMdiSubWindow>
@@ -54,7 +54,7 @@ private:
     std::unique_ptr<TempAppFolder> m_folder;
     std::unique_ptr<FavoritesHome> m_home;
     std::unique_ptr<FakeEngine> m_engine;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
 };
 
 void tst_CommandBars::init()
@@ -63,7 +63,7 @@ void tst_CommandBars::init()
     QVERIFY(m_folder->isValid());
     m_home = std::make_unique<FavoritesHome>();
     m_engine = std::make_unique<FakeEngine>();
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
     m_frame->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_frame.get()));
     QTRY_VERIFY(button(u"Search"_s) && button(u"FontSize"_s));
@@ -93,7 +93,7 @@ bool tst_CommandBars::isPressed(const QString &key) const
 
 FakeWebBrowser *tst_CommandBars::openPage(const QString &url) const
 {
-    m_frame->OpenBrowserWindow(url, 0);
+    m_frame->openBrowserWindow(url, 0);
     return FakeWebBrowser::made().last();
 }
 

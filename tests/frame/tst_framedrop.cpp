@@ -3,13 +3,13 @@
 #include <QMdiArea>
 #include <QtTest>
 
+#include "AddressBox.h"
+#include "BrowserWindow.h"
 #include "DragAndDrop.h"
 #include "FakeWebBrowser.h"
+#include "MainWindow.h"
 #include "TabStrip.h"
 #include "TempAppFolder.h"
-#include "brwURL.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
 
 using namespace Qt::StringLiterals;
 
@@ -47,13 +47,13 @@ private:
     QWidget *place(const QString &name) const;
     QLineEdit *addressField() const
     {
-        return m_frame->findChild<brwURL *>(u"brwURL1"_s)->findChild<QLineEdit *>();
+        return m_frame->findChild<AddressBox *>(u"brwURL1"_s)->findChild<QLineEdit *>();
     }
     TabStrip *strip() const { return m_frame->findChild<TabStrip *>(); }
 
     std::unique_ptr<FakeEngine> m_engine;
     std::unique_ptr<TempAppFolder> m_folder;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
     QStringList m_opened;
 };
 
@@ -62,7 +62,7 @@ void tst_FrameDrop::init()
     m_folder = std::make_unique<TempAppFolder>();
     QVERIFY(m_folder->isValid());
     m_engine = std::make_unique<FakeEngine>();
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
     m_opened.clear();
     m_frame->setProfileOpener([this](const QString &file, bool quiet) {
         m_opened.append(quiet ? "quiet "_L1 + file : file);
@@ -146,15 +146,15 @@ QWidget *tst_FrameDrop::place(const QString &name) const
     if (name == "address bar"_L1)
         return addressField();
     if (name == "search box"_L1)
-        return m_frame->findChild<brwURL *>(u"brwSearch"_s)->findChild<QLineEdit *>();
+        return m_frame->findChild<AddressBox *>(u"brwSearch"_s)->findChild<QLineEdit *>();
     if (name == "area"_L1)
         return m_frame->findChild<QMdiArea *>()->viewport();
     if (name == "frame"_L1)
         return m_frame.get();
-    m_frame->OpenBrowserWindow(u"http://one.example/"_s, 0);
+    m_frame->openBrowserWindow(u"http://one.example/"_s, 0);
     if (name == "tab"_L1)
         return strip()->tab(browserForms().first()->tabKey());
-    return browserForms().first()->brwWebBrowser()->widget();
+    return browserForms().first()->browser()->widget();
 }
 
 void tst_FrameDrop::profileOpensWhereverItIsDropped_data()
@@ -204,7 +204,7 @@ void tst_FrameDrop::stripOpensNewWindows()
 {
     QFETCH(const QStringList, dragged);
     QFETCH(const QStringList, opened);
-    m_frame->OpenBrowserWindow(u"http://first.example/"_s, 0);
+    m_frame->openBrowserWindow(u"http://first.example/"_s, 0);
     QList<QUrl> urls;
     for (const QString &address : dragged)
         urls.append(QUrl(address));
@@ -258,7 +258,7 @@ void tst_FrameDrop::addressBarTakesTheAddress()
     m_frame->show();
     m_frame->activateWindow();
     QTRY_VERIFY(m_frame->isActiveWindow());
-    m_frame->OpenBrowserWindow(u"http://first.example/"_s, 0);
+    m_frame->openBrowserWindow(u"http://first.example/"_s, 0);
     // One that begins as what is dropped must not be added to it.
     m_frame->addAddress(text + "/more"_L1, false);
     addressField()->setText(u"what was there"_s);

@@ -1,13 +1,13 @@
+#include "AddressBox.h"
 #include "FakeWebBrowser.h"
 #include "FavoritesBar.h"
 #include "FavoritesHome.h"
 #include "FrameBody.h"
+#include "MainWindow.h"
 #include "MdiArea.h"
 #include "SearchBar.h"
 #include "TempAppFolder.h"
 #include "ToolBar.h"
-#include "brwURL.h"
-#include "frmMain.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -56,7 +56,7 @@ private:
     std::unique_ptr<TempAppFolder> m_folder;
     std::unique_ptr<FavoritesHome> m_home;
     std::unique_ptr<FakeEngine> m_engine;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
 };
 
 void tst_FrameSideBars::init()
@@ -66,7 +66,7 @@ void tst_FrameSideBars::init()
     m_folder->setSetting(u"Options"_s, u"Show-Splash"_s, u"0"_s);
     m_home = std::make_unique<FavoritesHome>();
     m_engine = std::make_unique<FakeEngine>();
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
 }
 
 void tst_FrameSideBars::cleanup()
@@ -103,7 +103,7 @@ void tst_FrameSideBars::writeEngines() const
 
 void tst_FrameSideBars::type(const QString &query) const
 {
-    search().findChild<brwURL *>(u"brwSearch"_s)->setText(query);
+    search().findChild<AddressBox *>(u"brwSearch"_s)->setText(query);
     search().findChild<QPushButton *>(u"cmdSearch"_s)->click();
 }
 
@@ -189,7 +189,7 @@ void tst_FrameSideBars::queryHasTheFocus()
 {
     showFrame();
     press(Qt::Key_F3);
-    const auto *query = search().findChild<brwURL *>(u"brwSearch"_s);
+    const auto *query = search().findChild<AddressBox *>(u"brwSearch"_s);
     QTRY_VERIFY(query->isAncestorOf(QApplication::focusWidget()));
 }
 
@@ -197,7 +197,7 @@ void tst_FrameSideBars::searchOpensInTheActiveWindow()
 {
     writeEngines();
     showFrame();
-    m_frame->OpenBrowserWindow(u"http://start/"_s, 2);
+    m_frame->openBrowserWindow(u"http://start/"_s, 2);
     press(Qt::Key_F3);
     type(u"a&b=c d"_s);
     QCOMPARE(FakeWebBrowser::made().size(), 1);
@@ -209,7 +209,7 @@ void tst_FrameSideBars::searchOpensInANewWindow()
 {
     writeEngines();
     showFrame();
-    m_frame->OpenBrowserWindow(u"http://start/"_s, 2);
+    m_frame->openBrowserWindow(u"http://start/"_s, 2);
     press(Qt::Key_F3);
     search().findChild<QCheckBox *>(u"chkNewWindow"_s)->setChecked(true);
     type(u"cats"_s);

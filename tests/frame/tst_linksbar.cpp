@@ -1,4 +1,5 @@
 #include "ApplySettings.h"
+#include "BrowserWindow.h"
 #include "ChevronButton.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
@@ -6,12 +7,11 @@
 #include "FavoritesHome.h"
 #include "Forms.h"
 #include "LinksBar.h"
+#include "MainWindow.h"
 #include "SearchBar.h"
 #include "TempAppFolder.h"
 #include "ToolBar.h"
 #include "ToolBarButton.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -62,7 +62,7 @@ private:
     std::unique_ptr<TempAppFolder> m_folder;
     std::unique_ptr<FavoritesHome> m_home;
     std::unique_ptr<FakeEngine> m_engine;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
 };
 
 void tst_LinksBar::init()
@@ -71,7 +71,7 @@ void tst_LinksBar::init()
     QVERIFY(m_folder->isValid());
     m_home = std::make_unique<FavoritesHome>();
     m_engine = std::make_unique<FakeEngine>();
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
 }
 
 void tst_LinksBar::cleanup()
@@ -175,7 +175,7 @@ void tst_LinksBar::clickOpensTheAddressInTheActiveWindow()
     m_home->writeLink(u"Links/b.url"_s, "http://b/?c=d");
     links().rebuild(true);
     showFrame();
-    m_frame->OpenBrowserWindow(u"http://start/"_s, 2);
+    m_frame->openBrowserWindow(u"http://start/"_s, 2);
     QTRY_VERIFY(button(3));
     FakeWebBrowser *page = FakeWebBrowser::made().last();
     QTest::mouseClick(button(3), Qt::LeftButton);
@@ -205,7 +205,7 @@ void tst_LinksBar::chevronOpensTheAddressToo()
     links().rebuild(true);
     showFrame();
     QTRY_VERIFY(band().hasChevron());
-    m_frame->OpenBrowserWindow(u"http://start/"_s, 2);
+    m_frame->openBrowserWindow(u"http://start/"_s, 2);
     QObject owner;
     const QList<QAction *> rest = bar().overflowActions(&owner);
     QVERIFY(!rest.isEmpty());
@@ -393,7 +393,7 @@ void tst_LinksBar::menuOfThousands()
         m_home->writeLink(u"Links/a & %1.url"_s.arg(i, 4, 10, QChar(u'0')),
                           "http://" + QByteArray::number(i) + '/');
     showFrame();
-    m_frame->OpenBrowserWindow(u"http://start/"_s, 2);
+    m_frame->openBrowserWindow(u"http://start/"_s, 2);
     links().rebuild(true);
     QTRY_VERIFY(!links().isPending());
     QTRY_VERIFY(band().hasChevron());

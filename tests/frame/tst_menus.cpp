@@ -3,9 +3,9 @@
 #include <QMenuBar>
 #include <QtTest>
 
+#include "MainWindow.h"
 #include "MenuTable.h"
 #include "TempAppFolder.h"
-#include "frmMain.h"
 
 using namespace Qt::StringLiterals;
 
@@ -30,14 +30,14 @@ private:
     QStringList entries(const QString &menu) const;
 
     std::unique_ptr<TempAppFolder> m_folder;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
 };
 
 void tst_Menus::init()
 {
     m_folder = std::make_unique<TempAppFolder>();
     QVERIFY(m_folder->isValid());
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
 }
 
 void tst_Menus::cleanup()

@@ -11,12 +11,12 @@
 #include <QVBoxLayout>
 #include <memory>
 
+#include "BrowserWindow.h"
 #include "FakeWebBrowser.h"
 #include "Forms.h"
 #include "Frame.h"
 #include "MdiArea.h"
 #include "TabStrip.h"
-#include "frmBrowser.h"
 
 using namespace Qt::StringLiterals;
 
@@ -66,11 +66,11 @@ public:
     QWidget *window() override { return &m_window; }
     void adopt(QMdiSubWindow *child) override { area->adopt(child); }
     QMdiSubWindow *activeChild() const override { return area->activeChild(); }
-    void OpenBrowserWindow(const QString &, int) override { }
-    void NavigateActive(const QString &) override { }
-    int NewWindowState() const override { return activeChild() ? 0 : 2; }
+    void openBrowserWindow(const QString &, int) override { }
+    void navigateActive(const QString &) override { }
+    int newWindowState() const override { return activeChild() ? 0 : 2; }
     bool openProfile(const QString &, bool) override { return false; }
-    WindowTabs &tbWindows() override { return *strip; }
+    WindowTabs &windowTabs() override { return *strip; }
     void setAddressText(const QString &url) override { addressText = url; }
     void addAddress(const QString &, bool) override { }
     QAction *menuItem(const QString &name) const override
@@ -89,12 +89,12 @@ public:
             m_handlers[name]();
     }
     void setButtonPressed(const QString &, bool) override { }
-    int brwFlags() const override { return 0; }
-    void setBrwFlags(int) override { }
+    int navigationFlags() const override { return 0; }
+    void setNavigationFlags(int) override { }
 
-    frmBrowser *open(const QString &title, bool maximized = false)
+    BrowserWindow *open(const QString &title, bool maximized = false)
     {
-        auto *child = new frmBrowser(*this);
+        auto *child = new BrowserWindow(*this);
         adopt(child);
         if (maximized)
             child->showMaximized();
@@ -105,12 +105,12 @@ public:
         return child;
     }
 
-    static FakeWebBrowser *page(const frmBrowser *window)
+    static FakeWebBrowser *page(const BrowserWindow *window)
     {
-        return static_cast<FakeWebBrowser *>(window->brwWebBrowser());
+        return static_cast<FakeWebBrowser *>(window->browser());
     }
 
-    QWidget *tab(const frmBrowser *window) const { return strip->tab(window->tabKey()); }
+    QWidget *tab(const BrowserWindow *window) const { return strip->tab(window->tabKey()); }
 
     TabStrip *strip = nullptr;
     MdiArea *area = nullptr;
@@ -197,7 +197,7 @@ void tst_WindowMenu::enabledOnlyWithAnActiveChild()
         QVERIFY(item("mnuWindowOpenBrowsers")->isEnabled());
     };
     check(false);
-    frmBrowser *child = m_frame->open(u"Page"_s);
+    BrowserWindow *child = m_frame->open(u"Page"_s);
     check(true);
     child->showMinimized();
     check(true);
@@ -222,8 +222,8 @@ void tst_WindowMenu::minimizeAllLeavesOtherForms()
     Forms::add(&viewer);
     viewer.show();
     QVERIFY(QTest::qWaitForWindowExposed(&viewer));
-    frmBrowser *one = m_frame->open(u"One"_s);
-    frmBrowser *two = m_frame->open(u"Two"_s, true);
+    BrowserWindow *one = m_frame->open(u"One"_s);
+    BrowserWindow *two = m_frame->open(u"Two"_s, true);
     item("mnuWindowMinimizeAll")->trigger();
     QVERIFY(one->isMinimized() && two->isMinimized());
     QVERIFY(!viewer.isMinimized());
@@ -235,8 +235,8 @@ void tst_WindowMenu::minimizeAllLeavesOtherForms()
 
 void tst_WindowMenu::arrangements()
 {
-    frmBrowser *one = m_frame->open(u"One"_s);
-    frmBrowser *two = m_frame->open(u"Two"_s);
+    BrowserWindow *one = m_frame->open(u"One"_s);
+    BrowserWindow *two = m_frame->open(u"Two"_s);
     const QRect area = m_frame->area->viewport()->rect();
     item("mnuWindowTileHorizontal")->trigger();
     QCOMPARE(one->width(), area.width());
@@ -253,7 +253,7 @@ void tst_WindowMenu::arrangements()
 void tst_WindowMenu::openBrowsersListsWindows()
 {
     m_frame->open(u"Q&A of the day"_s);
-    frmBrowser *two = m_frame->open(u"Two"_s);
+    BrowserWindow *two = m_frame->open(u"Two"_s);
     m_frame->open(u"Three"_s);
     m_frame->area->setActiveSubWindow(two);
     QCOMPARE(listed(), (QStringList{u"Q&&A of the day"_s, u"*Two"_s, u"Three"_s}));
@@ -266,7 +266,7 @@ void tst_WindowMenu::openBrowsersListsWindows()
 
 void tst_WindowMenu::openBrowsersNamesUntitledWindows()
 {
-    frmBrowser *window = m_frame->open(u"  "_s);
+    BrowserWindow *window = m_frame->open(u"  "_s);
     TestFrame::page(window)->location = u"http://host/a&b"_s;
     QCOMPARE(listed(), QStringList{u"*http://host/a&&b"_s});
     TestFrame::page(window)->location.clear();
@@ -275,8 +275,8 @@ void tst_WindowMenu::openBrowsersNamesUntitledWindows()
 
 void tst_WindowMenu::openBrowsersActivates()
 {
-    frmBrowser *one = m_frame->open(u"One"_s);
-    frmBrowser *two = m_frame->open(u"Two"_s);
+    BrowserWindow *one = m_frame->open(u"One"_s);
+    BrowserWindow *two = m_frame->open(u"Two"_s);
     listed();
     m_frame->openBrowsers->actions().at(0)->trigger();
     QCOMPARE(m_frame->activeChild(), one);
@@ -329,8 +329,8 @@ void tst_WindowMenu::openBrowsersTwoHundred()
 
 void tst_WindowMenu::windowGoneWhileListed()
 {
-    frmBrowser *one = m_frame->open(u"One"_s);
-    frmBrowser *two = m_frame->open(u"Two"_s);
+    BrowserWindow *one = m_frame->open(u"One"_s);
+    BrowserWindow *two = m_frame->open(u"Two"_s);
     listed();
     delete one;
     m_frame->openBrowsers->actions().at(0)->trigger();
@@ -339,7 +339,7 @@ void tst_WindowMenu::windowGoneWhileListed()
 
 void tst_WindowMenu::tabClickActivates()
 {
-    frmBrowser *one = m_frame->open(u"One"_s);
+    BrowserWindow *one = m_frame->open(u"One"_s);
     m_frame->open(u"Two"_s);
     m_frame->addressText.clear();
     QTest::mouseClick(m_frame->tab(one), Qt::LeftButton);
@@ -350,10 +350,10 @@ void tst_WindowMenu::tabClickActivates()
 
 void tst_WindowMenu::tabClickRestoresMinimized()
 {
-    frmBrowser *one = m_frame->open(u"One"_s);
+    BrowserWindow *one = m_frame->open(u"One"_s);
     one->showMaximized();
     one->showMinimized();
-    frmBrowser *two = m_frame->open(u"Two"_s);
+    BrowserWindow *two = m_frame->open(u"Two"_s);
     two->showNormal();
     QTest::mouseClick(m_frame->tab(one), Qt::LeftButton);
     QVERIFY(!one->isMinimized() && !one->isMaximized());
@@ -369,9 +369,9 @@ void tst_WindowMenu::tabClickRestoresMinimized()
 
 void tst_WindowMenu::tabClickUnderMaximized()
 {
-    frmBrowser *one = m_frame->open(u"One"_s);
+    BrowserWindow *one = m_frame->open(u"One"_s);
     one->showMinimized();
-    frmBrowser *two = m_frame->open(u"Two"_s);
+    BrowserWindow *two = m_frame->open(u"Two"_s);
     two->showMaximized();
     QTest::mouseClick(m_frame->tab(one), Qt::LeftButton);
     QCOMPARE(m_frame->activeChild(), one);
@@ -393,7 +393,7 @@ void tst_WindowMenu::tabOfAGoneWindow()
     QFETCH(QString, key);
     QWidget withoutNumber;
     Forms::add(&withoutNumber);
-    frmBrowser *one = m_frame->open(u"One"_s);
+    BrowserWindow *one = m_frame->open(u"One"_s);
     m_frame->addressText = u"kept"_s;
     activateTab(*m_frame, key);
     QCOMPARE(m_frame->activeChild(), one);
@@ -402,8 +402,8 @@ void tst_WindowMenu::tabOfAGoneWindow()
 
 void tst_WindowMenu::middleClickCloses()
 {
-    const frmBrowser *one = m_frame->open(u"One"_s);
-    const frmBrowser *two = m_frame->open(u"Two"_s);
+    const BrowserWindow *one = m_frame->open(u"One"_s);
+    const BrowserWindow *two = m_frame->open(u"Two"_s);
     const QString kept = two->tabKey();
     QTest::mouseClick(m_frame->tab(one), Qt::MiddleButton);
     QTRY_COMPARE(m_frame->area->childWindows().size(), 1);
@@ -415,7 +415,7 @@ void tst_WindowMenu::rightReleaseShowsTheList()
 {
     QTest::mouseClick(m_frame->strip, Qt::RightButton);
     QVERIFY(!m_frame->openBrowsers->isVisible());
-    frmBrowser *one = m_frame->open(u"One"_s);
+    BrowserWindow *one = m_frame->open(u"One"_s);
     QWidget *tab = m_frame->tab(one);
     QTest::mousePress(tab, Qt::RightButton);
     QVERIFY(!m_frame->openBrowsers->isVisible());

@@ -1,3 +1,4 @@
+#include "AddFavoriteDialog.h"
 #include "BookmarkWriter.h"
 #include "FakeFrame.h"
 #include "FakeWebBrowser.h"
@@ -6,7 +7,6 @@
 #include "FavoritesHome.h"
 #include "FolderTree.h"
 #include "TempAppFolder.h"
-#include "frmAddFavorite.h"
 
 #include <QAccessible>
 #include <QLineEdit>
@@ -53,8 +53,11 @@ private slots:
     void translation();
 
 private:
-    frmAddFavorite *open(const QString &url, const QString &title);
-    frmAddFavorite *dialog() const { return m_frame->window()->findChild<frmAddFavorite *>(); }
+    AddFavoriteDialog *open(const QString &url, const QString &title);
+    AddFavoriteDialog *dialog() const
+    {
+        return m_frame->window()->findChild<AddFavoriteDialog *>();
+    }
     template <typename Control> Control *control(const QString &name) const
     {
         return dialog()->findChild<Control *>(name);
@@ -88,13 +91,13 @@ void tst_AddFavorite::cleanup()
 }
 
 // The dialog for a page of that address and title.
-frmAddFavorite *tst_AddFavorite::open(const QString &url, const QString &title)
+AddFavoriteDialog *tst_AddFavorite::open(const QString &url, const QString &title)
 {
-    frmBrowser *page = m_frame->open(u"http://start/"_s);
-    static_cast<FakeWebBrowser *>(page->brwWebBrowser())->location = url;
+    BrowserWindow *page = m_frame->open(u"http://start/"_s);
+    static_cast<FakeWebBrowser *>(page->browser())->location = url;
     page->setWindowTitle(title);
     m_frame->area->setActiveSubWindow(page);
-    m_bar->AddCurrentPage();
+    m_bar->addCurrentPage();
     return dialog();
 }
 
@@ -176,7 +179,7 @@ void tst_AddFavorite::shortcutThatCannotBeWritten()
 
 void tst_AddFavorite::noWindow()
 {
-    m_bar->AddCurrentPage();
+    m_bar->addCurrentPage();
     QVERIFY(!dialog());
 }
 
@@ -196,8 +199,8 @@ void tst_AddFavorite::titleAndAddressOfThePage()
 
 void tst_AddFavorite::buttonOpensTheDialog()
 {
-    frmBrowser *page = m_frame->open(u"http://start/"_s);
-    static_cast<FakeWebBrowser *>(page->brwWebBrowser())->location = u"http://a/"_s;
+    BrowserWindow *page = m_frame->open(u"http://start/"_s);
+    static_cast<FakeWebBrowser *>(page->browser())->location = u"http://a/"_s;
     m_bar->findChild<QPushButton *>(u"cmdAdd"_s)->click();
     QVERIFY(dialog());
 }

@@ -148,10 +148,10 @@ void tst_FavoritesBar::nothingIsReadBeforeTheFirstShow()
     m_frame->window()->hide();
     m_frame->window()->show();
     QVERIFY(m_bar->isHidden());
-    QVERIFY(!m_bar->Initialised());
+    QVERIFY(!m_bar->isInitialised());
     QVERIFY(!m_bar->isRefreshing());
     fill();
-    QVERIFY(m_bar->Initialised());
+    QVERIFY(m_bar->isInitialised());
     QCOMPARE(texts(), QStringList{u"a"_s});
     // The tree is filled on the first show only.
     m_bar->hide();
@@ -229,7 +229,7 @@ void tst_FavoritesBar::duplicateKeysAreDropped()
     QString path = m_home->favorites();
     qint16 files = 0;
     qint16 folders = 0;
-    m_bar->FindFavorites(path, u"*.url"_s, files, folders);
+    m_bar->findFavorites(path, u"*.url"_s, files, folders);
     const QStringList expected{u"a"_s, u"b"_s};
     QCOMPARE(texts(), expected);
     QCOMPARE(files, qint16(2));
@@ -244,7 +244,7 @@ void tst_FavoritesBar::nodesWithoutAFolderAreDropped()
     QString path = elsewhere.path();
     qint16 files = 0;
     qint16 folders = 0;
-    m_bar->FindFavorites(path, u"*.url"_s, files, folders);
+    m_bar->findFavorites(path, u"*.url"_s, files, folders);
     QCOMPARE(files, qint16(1));
     QCOMPARE(texts(), QStringList{u"a"_s});
 }
@@ -256,7 +256,7 @@ void tst_FavoritesBar::walkByHand()
     QString path = m_home->favorites();
     qint16 files = 1;
     qint16 folders = 2;
-    QCOMPARE(m_bar->FindFavorites(path, u"*.url"_s, files, folders), std::optional<qint64>(15));
+    QCOMPARE(m_bar->findFavorites(path, u"*.url"_s, files, folders), std::optional<qint64>(15));
     QCOMPARE(path, m_home->favorites() + u'/');
     QCOMPARE(files, qint16(3));
     QCOMPARE(folders, qint16(3));
@@ -268,7 +268,7 @@ void tst_FavoritesBar::walkOverflow()
     QString path = m_home->favorites();
     qint16 files = 32767;
     qint16 folders = 0;
-    QVERIFY(!m_bar->FindFavorites(path, u"*.url"_s, files, folders).has_value());
+    QVERIFY(!m_bar->findFavorites(path, u"*.url"_s, files, folders).has_value());
 }
 
 void tst_FavoritesBar::missingFolder()
@@ -292,7 +292,7 @@ void tst_FavoritesBar::refreshShowsWhatIsThere()
     QVERIFY(QFile::remove(m_home->path(u"a.url"_s)));
     QVERIFY(m_home->writeLink(u"b.url"_s, "http://b/"));
     const QSignalSpy done(m_bar, &FavoritesBar::refreshed);
-    m_bar->Refresh();
+    m_bar->refresh();
     QTRY_COMPARE(done.size(), 1);
     QCOMPARE(texts(), QStringList{u"b"_s});
 }
@@ -303,9 +303,9 @@ void tst_FavoritesBar::refreshInARefresh()
         QVERIFY(m_home->writeLink(u"%1.url"_s.arg(i), "http://a/"));
     const QSignalSpy done(m_bar, &FavoritesBar::refreshed);
     m_bar->show();
-    m_bar->Refresh();
+    m_bar->refresh();
     QCoreApplication::processEvents();
-    m_bar->Refresh();
+    m_bar->refresh();
     QTRY_VERIFY(!m_bar->isRefreshing());
     QVERIFY(!done.isEmpty());
     QCOMPARE(texts().size(), 300);
@@ -318,8 +318,8 @@ void tst_FavoritesBar::refreshKeepsFoldersOpen()
     fill();
     node(u"f"_s)->setExpanded(true);
     node(u"g"_s)->setExpanded(true);
-    m_bar->Refresh();
-    m_bar->Refresh();
+    m_bar->refresh();
+    m_bar->refresh();
     QTRY_VERIFY(!m_bar->isRefreshing());
     QVERIFY(node(u"f"_s)->isExpanded());
     QVERIFY(node(u"g"_s)->isExpanded());
@@ -466,7 +466,7 @@ void tst_FavoritesBar::menuOutlivesARefresh()
     click(node(u"a"_s));
     QTRY_VERIFY(menu()->isVisible());
     QVERIFY(QFile::remove(m_home->path(u"a.url"_s)));
-    m_bar->Refresh();
+    m_bar->refresh();
     QTRY_VERIFY(!m_bar->isRefreshing());
     choose("mnuOpenLink");
     QTRY_COMPARE(m_frame->navigated, QStringList{u"http://a/"_s});
@@ -526,7 +526,7 @@ void tst_FavoritesBar::narrowerThanTheButtons()
 void tst_FavoritesBar::closeButton()
 {
     m_bar->show();
-    const QSignalSpy exited(m_bar, &FavoritesBar::ControlExit);
+    const QSignalSpy exited(m_bar, &FavoritesBar::exitRequested);
     QTest::mouseClick(control(u"cmdExit"_s), Qt::LeftButton);
     QCOMPARE(exited.size(), 1);
     QVERIFY(m_bar->isVisible());

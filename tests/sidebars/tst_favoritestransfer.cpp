@@ -9,9 +9,9 @@
 #include "FolderLock.h"
 #include "SearchBar.h"
 #include "SideBarCommands.h"
+#include "SkippedDialog.h"
 #include "TempAppFolder.h"
 #include "Unlogged.h"
-#include "frmSkipped.h"
 
 #include <QLabel>
 #include <QProgressBar>

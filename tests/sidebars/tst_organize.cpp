@@ -3,11 +3,11 @@
 #include "FakeWebBrowser.h"
 #include "FavoritesBar.h"
 #include "FavoritesHome.h"
+#include "OrganizeFavoritesDialog.h"
 #include "OrganizeTree.h"
 #include "SearchBar.h"
 #include "SideBarCommands.h"
 #include "TempAppFolder.h"
-#include "frmOrganizeFavorites.h"
 
 #include <QAccessible>
 #include <QDateTime>
@@ -68,9 +68,9 @@ private:
     void press(const QString &name) const { dialog()->findChild<QPushButton *>(name)->click(); }
     void type(const QString &name) const;
     bool exists(const QString &name) const { return QFileInfo::exists(m_home->path(name)); }
-    frmOrganizeFavorites *dialog() const
+    OrganizeFavoritesDialog *dialog() const
     {
-        return m_frame->window()->findChild<frmOrganizeFavorites *>();
+        return m_frame->window()->findChild<OrganizeFavoritesDialog *>();
     }
     OrganizeTree *tree() const { return dialog()->findChild<OrganizeTree *>(u"tvOrganize"_s); }
 

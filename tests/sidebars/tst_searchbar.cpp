@@ -1,9 +1,9 @@
+#include "AddressBox.h"
 #include "DialogRoom.h"
 #include "Language.h"
 #include "LinkLabel.h"
 #include "SearchBar.h"
 #include "TempAppFolder.h"
-#include "brwURL.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -74,7 +74,7 @@ private:
     {
         return m_bar->findChild<Control *>(name);
     }
-    brwURL *field() const { return control<brwURL>(u"brwSearch"_s); }
+    AddressBox *field() const { return control<AddressBox>(u"brwSearch"_s); }
     QComboBox *engines() const { return control<QComboBox>(u"cboSearchEngine"_s); }
     void type(const QString &query) const { field()->setText(query); }
     void click(const QString &name) const
@@ -172,7 +172,7 @@ void tst_SearchBar::smallestBarCutsNothing()
 void tst_SearchBar::nothingIsReadBeforeTheFirstShow()
 {
     QVERIFY(m_folder->write(fileName, twoEngines));
-    m_bar->LoadLang();
+    m_bar->loadLanguage();
     QVERIFY(m_bar->isHidden());
     QCOMPARE(engines()->count(), 0);
 }
@@ -219,27 +219,27 @@ void tst_SearchBar::historyComesOutReversed()
 void tst_SearchBar::queryBoxStartsEmpty()
 {
     show(twoEngines + "[RecentSearches]\nItem0=zero\n");
-    QCOMPARE(field()->Text(), QString());
+    QCOMPARE(field()->text(), QString());
 }
 
 void tst_SearchBar::searchRaisesTheAddress()
 {
     show();
-    const QSignalSpy searched(m_bar, &SearchBar::Search);
+    const QSignalSpy searched(m_bar, &SearchBar::searchRequested);
     type(u"a&b=c"_s);
     click(u"cmdSearch"_s);
     QCOMPARE(searched.size(), 1);
     QCOMPARE(searched.first().at(0).toInt(), 0);
     QCOMPARE(searched.first().at(1).toString(), u"https://a/?q=a%26b%3Dc"_s);
-    QCOMPARE(field()->Text(), u"a&b=c"_s);
-    QCOMPARE(field()->SelStart(), 5);
+    QCOMPARE(field()->text(), u"a&b=c"_s);
+    QCOMPARE(field()->selStart(), 5);
     QCOMPARE(message(), QString());
 }
 
 void tst_SearchBar::searchInANewWindow()
 {
     show();
-    const QSignalSpy searched(m_bar, &SearchBar::Search);
+    const QSignalSpy searched(m_bar, &SearchBar::searchRequested);
     control<QCheckBox>(u"chkNewWindow"_s)->setChecked(true);
     type(u"x"_s);
     click(u"cmdSearch"_s);
@@ -252,7 +252,8 @@ void tst_SearchBar::searchWritesTheSelection()
     show("[Engines]\nCount=2\nURL1=A\nURL2=B\n[Engine URLs]\nB=https://b/\n"
          "[Data]\nSearchSelection=1\n");
     QByteArray whenRaised;
-    connect(m_bar, &SearchBar::Search, this, [&] { whenRaised = m_folder->read(fileName); });
+    connect(m_bar, &SearchBar::searchRequested, this,
+            [&] { whenRaised = m_folder->read(fileName); });
     type(u"x"_s);
     click(u"cmdSearch"_s);
     QVERIFY(!whenRaised.isEmpty());
@@ -263,8 +264,8 @@ void tst_SearchBar::searchWritesTheSelection()
 void tst_SearchBar::enterSearches()
 {
     show();
-    const QSignalSpy searched(m_bar, &SearchBar::Search);
-    m_bar->SetFocus();
+    const QSignalSpy searched(m_bar, &SearchBar::searchRequested);
+    m_bar->setFocus();
     QTRY_VERIFY(field()->findChild<QComboBox *>()->hasFocus());
     for (const char letter : {'c', 'a', 't', 's'})
         QTest::keyClick(m_window->windowHandle(), letter);
@@ -286,7 +287,7 @@ void tst_SearchBar::searchKeepsTheFocus()
 void tst_SearchBar::emptyQueryIsRefused()
 {
     show();
-    const QSignalSpy searched(m_bar, &SearchBar::Search);
+    const QSignalSpy searched(m_bar, &SearchBar::searchRequested);
     engines()->setFocus();
     click(u"cmdSearch"_s);
     QCOMPARE(message(), u"Error: You must enter a search criteria!"_s);
@@ -298,7 +299,7 @@ void tst_SearchBar::emptyQueryIsRefused()
 void tst_SearchBar::noEngineIsRefused()
 {
     show({});
-    const QSignalSpy searched(m_bar, &SearchBar::Search);
+    const QSignalSpy searched(m_bar, &SearchBar::searchRequested);
     type(u"x"_s);
     click(u"cmdSearch"_s);
     QCOMPARE(message(), u"Error: No Search Engine Selected!"_s);
@@ -309,7 +310,7 @@ void tst_SearchBar::noEngineIsRefused()
 void tst_SearchBar::noTemplateIsRefused()
 {
     show();
-    const QSignalSpy searched(m_bar, &SearchBar::Search);
+    const QSignalSpy searched(m_bar, &SearchBar::searchRequested);
     engines()->setCurrentIndex(1);
     type(u"x"_s);
     click(u"cmdSearch"_s);
@@ -340,7 +341,8 @@ void tst_SearchBar::repeatedQueryIsOneEntry()
 void tst_SearchBar::barMayGoInASearch()
 {
     show();
-    connect(m_bar, &SearchBar::Search, this, [this] { delete std::exchange(m_bar, nullptr); });
+    connect(m_bar, &SearchBar::searchRequested, this,
+            [this] { delete std::exchange(m_bar, nullptr); });
     type(u"x"_s);
     QMetaObject::invokeMethod(
         m_bar, [bar = m_bar] { bar->findChild<QPushButton *>(u"cmdSearch"_s)->click(); });
@@ -355,7 +357,7 @@ void tst_SearchBar::clearSearches()
     const QByteArray before = m_folder->read(fileName);
     click(u"lblClearSearches"_s);
     QCOMPARE(field()->listCount(), 0);
-    QCOMPARE(field()->Text(), u"x"_s);
+    QCOMPARE(field()->text(), u"x"_s);
     QCOMPARE(m_folder->read(fileName), before);
     m_window.reset();
     QVERIFY(m_folder->read(fileName).contains("Item0=\r\n"));
@@ -397,7 +399,7 @@ void tst_SearchBar::unshownBarWritesNothing()
 void tst_SearchBar::exitIsRaised()
 {
     show();
-    const QSignalSpy exited(m_bar, &SearchBar::ExitSearch);
+    const QSignalSpy exited(m_bar, &SearchBar::exitRequested);
     click(u"cmdExit"_s);
     QCOMPARE(exited.size(), 1);
 }
@@ -412,7 +414,7 @@ void tst_SearchBar::translation()
                                     "cboSearchEngine=nein\nbrwSearch=nein\n"));
     show();
     setLanguageName(u"Deutsch"_s);
-    m_bar->LoadLang();
+    m_bar->loadLanguage();
     QCOMPARE(control<QLabel>(u"lblSearchEngine"_s)->text(), u"Suchmaschine:"_s);
     QCOMPARE(control<QLabel>(u"lblSearchQuery"_s)->text(), u"Suche:"_s);
     QCOMPARE(control<LinkLabel>(u"lblClearSearches"_s)->text(), u"Leeren"_s);
@@ -420,12 +422,12 @@ void tst_SearchBar::translation()
     QCOMPARE(control<QCheckBox>(u"chkNewWindow"_s)->text(), u"Neues Fenster"_s);
     QCOMPARE(control<QToolButton>(u"cmdExit"_s)->text(), u"Z"_s);
     QCOMPARE(engines()->currentText(), u"A"_s);
-    QCOMPARE(field()->Text(), QString());
+    QCOMPARE(field()->text(), QString());
     click(u"cmdSearch"_s);
     QCOMPARE(message(), u"Leer!"_s);
     // What a language lacks stays in the last one.
     setLanguageName(u"English"_s);
-    m_bar->LoadLang();
+    m_bar->loadLanguage();
     QCOMPARE(control<QLabel>(u"lblSearchEngine"_s)->text(), u"Suchmaschine:"_s);
 }
 
@@ -433,7 +435,7 @@ void tst_SearchBar::emptyTranslation()
 {
     QVERIFY(m_folder->writeLanguage(u"Leer"_s, "[SearchBox]\ncmdSearch=\n"));
     setLanguageName(u"Leer"_s);
-    m_bar->LoadLang();
+    m_bar->loadLanguage();
     QCOMPARE(control<QPushButton>(u"cmdSearch"_s)->text(), QString());
 }
 

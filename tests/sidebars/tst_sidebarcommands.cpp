@@ -1,3 +1,4 @@
+#include "AddFavoriteDialog.h"
 #include "FakeFrame.h"
 #include "FakeWebBrowser.h"
 #include "FavoritesBar.h"
@@ -5,7 +6,6 @@
 #include "SearchBar.h"
 #include "SideBarCommands.h"
 #include "TempAppFolder.h"
-#include "frmAddFavorite.h"
 
 #include <QComboBox>
 #include <QTest>
@@ -165,14 +165,14 @@ void tst_SideBarCommands::closeButtonOfTheFavorites()
 
 void tst_SideBarCommands::searchInTheActiveWindow()
 {
-    emit m_search->Search(0, u"http://a/?q=x"_s);
+    emit m_search->searchRequested(0, u"http://a/?q=x"_s);
     QCOMPARE(m_frame->navigated, QStringList{u"http://a/?q=x"_s});
     QVERIFY(m_frame->opened.isEmpty());
 }
 
 void tst_SideBarCommands::searchInANewWindow()
 {
-    emit m_search->Search(1, u"http://a/?q=x"_s);
+    emit m_search->searchRequested(1, u"http://a/?q=x"_s);
     QCOMPARE(m_frame->opened.size(), 1);
     QCOMPARE(m_frame->opened.first().url, u"http://a/?q=x"_s);
     QCOMPARE(m_frame->opened.first().state, 2);
@@ -190,10 +190,10 @@ void tst_SideBarCommands::addNeedsAWindow()
 
 void tst_SideBarCommands::addOpensTheDialog()
 {
-    frmBrowser *page = m_frame->open(u"http://a/"_s);
-    static_cast<FakeWebBrowser *>(page->brwWebBrowser())->location = u"http://a/"_s;
+    BrowserWindow *page = m_frame->open(u"http://a/"_s);
+    static_cast<FakeWebBrowser *>(page->browser())->location = u"http://a/"_s;
     m_frame->run(u"mnuFavoritesAdd"_s);
-    QVERIFY(m_frame->window()->findChild<frmAddFavorite *>());
+    QVERIFY(m_frame->window()->findChild<AddFavoriteDialog *>());
 }
 
 QTEST_MAIN(tst_SideBarCommands)

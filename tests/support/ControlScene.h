@@ -23,14 +23,14 @@ struct ControlScene {
     /// Opens `url` and waits for its end.
     void open(const QString &url)
     {
-        browser->Navigate(url);
+        browser->navigate(url);
         waitFor(url);
     }
     /// Waits until the page at `url` is there as a whole.
     void waitFor(const QString &url)
     {
-        QTRY_COMPARE(browser->LocationURL(), url);
-        QTRY_VERIFY(!browser->Busy());
+        QTRY_COMPARE(browser->locationUrl(), url);
+        QTRY_VERIFY(!browser->isBusy());
     }
     /// What `code` gives in the page.
     QString script(const QString &code)

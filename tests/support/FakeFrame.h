@@ -1,8 +1,8 @@
 #pragma once
 
+#include "BrowserWindow.h"
 #include "Frame.h"
 #include "WindowTabs.h"
-#include "frmBrowser.h"
 
 #include <QAction>
 #include <QMainWindow>
@@ -82,18 +82,18 @@ public:
     }
     ~FakeFrame() override
     {
-        const QList<frmBrowser *> windows = browserForms();
+        const QList<BrowserWindow *> windows = browserForms();
         qDeleteAll(windows);
     }
 
     QWidget *window() override { return &m_window; }
     void adopt(QMdiSubWindow *child) override { area->addSubWindow(child); }
     QMdiSubWindow *activeChild() const override { return area->currentSubWindow(); }
-    void OpenBrowserWindow(const QString &url, int state) override { opened.append({url, state}); }
-    void NavigateActive(const QString &url) override { navigated.append(url); }
-    int NewWindowState() const override { return activeChild() ? 0 : 2; }
+    void openBrowserWindow(const QString &url, int state) override { opened.append({url, state}); }
+    void navigateActive(const QString &url) override { navigated.append(url); }
+    int newWindowState() const override { return activeChild() ? 0 : 2; }
     bool openProfile(const QString &, bool) override { return false; }
-    WindowTabs &tbWindows() override { return tabs; }
+    WindowTabs &windowTabs() override { return tabs; }
     void setAddressText(const QString &url) override
     {
         addressText = url;
@@ -123,14 +123,14 @@ public:
             handlers[name]();
     }
     void setButtonPressed(const QString &key, bool pressed) override { buttons[key] = pressed; }
-    int brwFlags() const override { return flags; }
-    void setBrwFlags(int value) override { flags = value; }
+    int navigationFlags() const override { return flags; }
+    void setNavigationFlags(int value) override { flags = value; }
 
     /// A window as the frame makes one: shown, and opened on `url`.
-    frmBrowser *open(const QString &url, bool maximized = false)
+    BrowserWindow *open(const QString &url, bool maximized = false)
     {
-        auto *form = new frmBrowser(*this);
-        form->StartingAddress = url;
+        auto *form = new BrowserWindow(*this);
+        form->startingAddress = url;
         adopt(form);
         if (maximized)
             form->showMaximized();
@@ -138,7 +138,7 @@ public:
             form->show();
         return form;
     }
-    FakeTabs::Tab tabOf(const frmBrowser *form)
+    FakeTabs::Tab tabOf(const BrowserWindow *form)
     {
         const FakeTabs::Tab *tab = tabs.find(form->tabKey());
         return tab ? *tab : FakeTabs::Tab();

@@ -8,7 +8,7 @@
 /// An engine control without an engine: it counts what it is asked and does what the test says.
 class FakeWebBrowser : public WebBrowser {
 public:
-    /// One call of `ExecWB`; how many arguments were given is part of what callers promise.
+    /// One call of `execWB`; how many arguments were given is part of what callers promise.
     struct Exec {
         OleCmd command;
         OleExecOpt option;
@@ -35,46 +35,46 @@ public:
 
     QWidget *widget() override { return m_widget; }
     void setEvents(WebBrowserEvents *value) override { events = value; }
-    void Navigate(const QString &url) override
+    void navigate(const QString &url) override
     {
         waiting = false;
         navigated.append(url);
     }
-    void NavigateForPage(const QString &url) override { navigatedForPage.append(url); }
-    void NavigateLater(const QString &url) override
+    void navigateForPage(const QString &url) override { navigatedForPage.append(url); }
+    void navigateLater(const QString &url) override
     {
         ++waits;
         waiting = true;
         location = url;
     }
-    void NavigateNow() override
+    void navigateNow() override
     {
         if (waiting)
-            Navigate(location);
+            navigate(location);
     }
-    bool Waiting() const override { return waiting; }
-    bool GoBack() override { return ++backs, canGoBack; }
-    bool GoForward() override { return ++forwards, canGoForward; }
-    QList<HistoryStep> HistorySteps() const override { return history; }
-    bool GoTo(int offset) override { return wentTo.append(offset), true; }
-    void Refresh() override { ++refreshes; }
-    void Refresh2(int level) override { refreshLevels.append(level); }
-    void Stop() override { ++stops; }
-    bool ExecWB(OleCmd command, OleExecOpt option, const QVariant *in, QVariant *out) override
+    bool isWaiting() const override { return waiting; }
+    bool goBack() override { return ++backs, canGoBack; }
+    bool goForward() override { return ++forwards, canGoForward; }
+    QList<HistoryStep> historySteps() const override { return history; }
+    bool goTo(int offset) override { return wentTo.append(offset), true; }
+    void refresh() override { ++refreshes; }
+    void refresh2(int level) override { refreshLevels.append(level); }
+    void stop() override { ++stops; }
+    bool execWB(OleCmd command, OleExecOpt option, const QVariant *in, QVariant *out) override
     {
         executed.append({command, option, in != nullptr, out != nullptr, in ? *in : QVariant()});
         if (out)
             *out = result;
         return succeeds;
     }
-    int QueryStatusWB(OleCmd) override { return status; }
-    void SetFocus() override
+    int queryStatusWB(OleCmd) override { return status; }
+    void setFocus() override
     {
         ++focused;
         m_widget->setFocus();
     }
-    void Find() override { ++finds; }
-    void Move(int left, int top, int width, int height) override
+    void find() override { ++finds; }
+    void move(int left, int top, int width, int height) override
     {
         moves.append(QRect(left, top, width, height));
         if (m_widget) {
@@ -82,18 +82,18 @@ public:
                                   Twips::toPixels(width), Twips::toPixels(height));
         }
     }
-    QString LocationURL() const override { return location; }
-    bool HasDocument() const override { return hasDocument; }
-    void ClearDocument() override { ++cleared; }
-    void OuterHTML(const std::function<void(const QString &)> &done) override
+    QString locationUrl() const override { return location; }
+    bool hasDocument() const override { return holdsDocument; }
+    void clearDocument() override { ++cleared; }
+    void outerHtml(const std::function<void(const QString &)> &done) override
     {
         ++markupAsked;
         done(markup);
     }
-    bool Busy() const override { return busy; }
+    bool isBusy() const override { return busy; }
     Arrival ArrivedBy() const override { return arrival; }
-    WindowRequest CurrentRequest() const override { return request; }
-    bool Silent() const override { return silent; }
+    WindowRequest currentRequest() const override { return request; }
+    bool isSilent() const override { return silent; }
     void setSilent(bool value) override { silent = value; }
     void setRegisterAsBrowser(bool on) override { registered = on; }
     void setShown(bool value) override { shown = value; }
@@ -125,7 +125,7 @@ public:
     QList<int> wentTo;
     bool canGoBack = true;
     bool canGoForward = true;
-    bool hasDocument = false;
+    bool holdsDocument = false;
     bool busy = false;
     bool waiting = false;
     bool silent = false;

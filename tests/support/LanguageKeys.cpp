@@ -52,8 +52,8 @@ void addLiterals(LanguageKeys &keys, const QString &source, const QString &secti
 void addFile(LanguageKeys &keys, const QString &source)
 {
     static const QRegularExpression direct(
-        uR"re(GetLanguageText\(\s*u"([\w-]+)"_s,\s*u"(\w+)"_s,\s*(u"[^"]*"(?:_s)?(?:\s*u?"[^"]*"(?:_s)?)*)?)re"_s);
-    static const QRegularExpression helper(uR"re(GetLanguageText\(\s*u"([\w-]+)"_s,\s*[^u])re"_s);
+        uR"re(languageText\(\s*u"([\w-]+)"_s,\s*u"(\w+)"_s,\s*(u"[^"]*"(?:_s)?(?:\s*u?"[^"]*"(?:_s)?)*)?)re"_s);
+    static const QRegularExpression helper(uR"re(languageText\(\s*u"([\w-]+)"_s,\s*[^u])re"_s);
     static const QRegularExpression quotes(uR"(^u"|"(_s)?$)"_s);
     for (auto found = direct.globalMatch(source); found.hasNext();) {
         const QRegularExpressionMatch match = found.next();

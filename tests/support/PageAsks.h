@@ -1,7 +1,7 @@
 #pragma once
 
+#include "BrowserWindow.h"
 #include "PageQuestionBox.h"
-#include "frmBrowser.h"
 
 #include <QCheckBox>
 #include <QLabel>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "BlockedList.h"
 #include "FakeFrame.h"
 #include "PopupCommands.h"
-#include "PopupURLs.h"
 #include "QtWebBrowser.h"
 #include "TempAppFolder.h"
 #include "TestServer.h"
@@ -18,7 +18,7 @@ public:
     PopupScene()
     {
         registerPopupCommands(frame);
-        LoadPopupURLs();
+        loadBlockedList();
     }
     ~PopupScene() { check(QStringLiteral("mnuToolsKillPopUps"), false); }
     PopupScene(const PopupScene &) = delete;
@@ -32,30 +32,28 @@ public:
     void block(const QString &patterns) const
     {
         folder.write(QStringLiteral("AppData/PopupURLs.txt"), patterns.toUtf8());
-        LoadPopupURLs();
+        loadBlockedList();
     }
 
     /// A window of the user's on a page with this markup, arrived.
-    frmBrowser *openPage(const QByteArray &html, bool maximized = false)
+    BrowserWindow *openPage(const QByteArray &html, bool maximized = false)
     {
         server.page("/opener", "<title>opener</title><body>" + html);
-        frmBrowser *form = frame.open(server.url(QStringLiteral("/opener")), maximized);
+        BrowserWindow *form = frame.open(server.url(QStringLiteral("/opener")), maximized);
         if (!maximized)
             form->resize(600, 400);
         waitUntilLoaded(form);
         return form;
     }
-    static void waitUntilLoaded(const frmBrowser *form)
+    static void waitUntilLoaded(const BrowserWindow *form)
     {
-        [&] {
-            QTRY_VERIFY(form->brwWebBrowser()->HasDocument() && !form->brwWebBrowser()->Busy());
-        }();
+        [&] { QTRY_VERIFY(form->browser()->hasDocument() && !form->browser()->isBusy()); }();
     }
-    static QtWebBrowser *control(const frmBrowser *form)
+    static QtWebBrowser *control(const BrowserWindow *form)
     {
-        return qobject_cast<QtWebBrowser *>(form->brwWebBrowser());
+        return qobject_cast<QtWebBrowser *>(form->browser());
     }
-    static QVariant script(const frmBrowser *form, const QString &code)
+    static QVariant script(const BrowserWindow *form, const QString &code)
     {
         QVariant result;
         bool answered = false;
@@ -67,7 +65,7 @@ public:
         return result;
     }
     /// Presses the mouse on the element with that id, as the user does.
-    static void click(const frmBrowser *form, const QString &id,
+    static void click(const BrowserWindow *form, const QString &id,
                       Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers keys = {})
     {
         QWebEngineView *view = QWebEngineView::forPage(control(form)->page());
@@ -83,9 +81,9 @@ public:
         QTest::mouseClick(view->focusProxy(), button, keys, point);
     }
     /// The windows but the first.
-    static QList<frmBrowser *> popups() { return browserForms().mid(1); }
+    static QList<BrowserWindow *> popups() { return browserForms().mid(1); }
     /// The newest window's control once a second window is there.
-    static frmBrowser *waitForPopup()
+    static BrowserWindow *waitForPopup()
     {
         [] { QTRY_COMPARE(popups().size(), 1); }();
         return popups().value(0);

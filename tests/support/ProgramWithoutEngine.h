@@ -6,9 +6,9 @@
 #include "AllCommands.h"
 #include "FakeWebBrowser.h"
 #include "Forms.h"
+#include "MainWindow.h"
+#include "StartUp.h"
 #include "TempAppFolder.h"
-#include "frmMain.h"
-#include "modMain.h"
 
 /// The whole program in a folder of its own, its windows on engine controls without an engine.
 /// The settings ask for no splash and no exit question unless a test writes others before `start`.
@@ -29,7 +29,7 @@ public:
 
     void start()
     {
-        frame = std::make_unique<frmMain>();
+        frame = std::make_unique<MainWindow>();
         registerAllCommands(*frame);
         startUp(*frame);
     }
@@ -39,5 +39,5 @@ public:
 
     TempAppFolder folder;
     FakeEngine engine;
-    std::unique_ptr<frmMain> frame;
+    std::unique_ptr<MainWindow> frame;
 };

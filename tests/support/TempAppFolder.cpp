@@ -1,9 +1,9 @@
 #include "TempAppFolder.h"
 
 #include "AppFolder.h"
+#include "IniStore.h"
 #include "Language.h"
 #include "LookUpCheck.h"
-#include "modINI.h"
 
 #include <QDir>
 #include <QFile>
@@ -98,11 +98,11 @@ bool TempAppFolder::writeLanguage(const QString &name, const QByteArray &bytes) 
 bool TempAppFolder::setSetting(const QString &section, const QString &key,
                                const QString &value) const
 {
-    return bool(WriteINI(section, key, value, settingsFile()));
+    return bool(writeIni(section, key, value, settingsFile()));
 }
 
 QString TempAppFolder::setting(const QString &section, const QString &key,
                                const QString &text) const
 {
-    return ReadINI(section, key, text, settingsFile());
+    return readIni(section, key, text, settingsFile());
 }

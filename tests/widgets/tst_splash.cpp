@@ -1,8 +1,8 @@
 #include "AppFolder.h"
 #include "Forms.h"
 #include "ProgramInfo.h"
+#include "Splash.h"
 #include "TempAppFolder.h"
-#include "frmSplash.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -42,7 +42,7 @@ private:
 
     std::unique_ptr<TempAppFolder> m_folder;
     std::unique_ptr<QWidget> m_frame;
-    QPointer<frmSplash> m_splash;
+    QPointer<Splash> m_splash;
 };
 
 void tst_splash::init()

@@ -46,7 +46,7 @@ bool tst_startsound::isLogged(const QString &text)
     log.clear();
     const auto before = qInstallMessageHandler(
         [](QtMsgType, const QMessageLogContext &, const QString &line) { log.append(line); });
-    PlayStartSound();
+    playStartSound();
     const bool found = QTest::qWaitFor([&text] {
         return std::any_of(log.cbegin(), log.cend(),
                            [&text](const QString &line) { return line.startsWith(text); });
@@ -70,7 +70,7 @@ void tst_startsound::writePlayer() const
 void tst_startsound::playsTheFileOfTheApplicationFolder()
 {
     writePlayer();
-    PlayStartSound();
+    playStartSound();
     QTRY_VERIFY(QFile::exists(path(u"played"_s)));
     QCOMPARE(m_folder->read(u"played"_s), path(u"AppData/Drums.wav"_s).toUtf8());
 }
@@ -78,7 +78,7 @@ void tst_startsound::playsTheFileOfTheApplicationFolder()
 void tst_startsound::returnsBeforeAnythingIsStarted()
 {
     writePlayer();
-    PlayStartSound();
+    playStartSound();
     QCoreApplication::processEvents();
     QVERIFY(!QFile::exists(path(u"played"_s)));
     QTRY_VERIFY(QFile::exists(path(u"played"_s)));

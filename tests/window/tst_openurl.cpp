@@ -1,4 +1,4 @@
-#include "frmOpenURL.h"
+#include "OpenAddressDialog.h"
 
 #include <QDesktopServices>
 #include <QGroupBox>
@@ -54,7 +54,7 @@ private:
 
     std::unique_ptr<TempAppFolder> m_folder;
     std::unique_ptr<FakeFrame> m_frame;
-    QPointer<frmOpenURL> m_dialog;
+    QPointer<OpenAddressDialog> m_dialog;
     QPointer<QLineEdit> m_field;
 };
 
@@ -74,7 +74,7 @@ void tst_OpenUrl::cleanup()
 
 void tst_OpenUrl::show()
 {
-    m_dialog = new frmOpenURL(*m_frame);
+    m_dialog = new OpenAddressDialog(*m_frame);
     m_dialog->open();
     m_field = m_dialog->findChild<QLineEdit *>(u"txtOpenURL"_s);
     QVERIFY(QTest::qWaitForWindowActive(m_dialog));

@@ -55,23 +55,23 @@ private slots:
     void catcherMarkTouchesNothingElse();
 
 private:
-    frmBrowser *openWindow();
-    FakeWebBrowser *engineOf(const frmBrowser *form)
+    BrowserWindow *openWindow();
+    FakeWebBrowser *engineOf(const BrowserWindow *form)
     {
-        return static_cast<FakeWebBrowser *>(form->brwWebBrowser());
+        return static_cast<FakeWebBrowser *>(form->browser());
     }
-    frmBrowser *openPopup();
+    BrowserWindow *openPopup();
     /// The window made last, shown or not.
-    static frmBrowser *newest()
+    static BrowserWindow *newest()
     {
         QWidget *widget = FakeWebBrowser::made().last()->widget();
-        while (widget && !qobject_cast<frmBrowser *>(widget))
+        while (widget && !qobject_cast<BrowserWindow *>(widget))
             widget = widget->parentWidget();
-        return qobject_cast<frmBrowser *>(widget);
+        return qobject_cast<BrowserWindow *>(widget);
     }
-    bool ask(const frmBrowser *opener, const QString &url = address, bool byUser = false);
+    bool ask(const BrowserWindow *opener, const QString &url = address, bool byUser = false);
     QList<QMessageBox *> questions() const;
-    bool navigate(const frmBrowser *form, const QString &url, int *flags = nullptr);
+    bool navigate(const BrowserWindow *form, const QString &url, int *flags = nullptr);
 
     std::unique_ptr<FakeEngine> m_engine;
     std::unique_ptr<PopupScene> m_scene;
@@ -90,27 +90,27 @@ void tst_popuporder::cleanup()
     m_engine.reset();
 }
 
-frmBrowser *tst_popuporder::openWindow()
+BrowserWindow *tst_popuporder::openWindow()
 {
-    frmBrowser *form = m_scene->frame.open(u"http://opener.example/"_s);
+    BrowserWindow *form = m_scene->frame.open(u"http://opener.example/"_s);
     form->resize(600, 400);
     return form;
 }
 
 /// One request of the page; true when it got a window.
-bool tst_popuporder::ask(const frmBrowser *opener, const QString &url, bool byUser)
+bool tst_popuporder::ask(const BrowserWindow *opener, const QString &url, bool byUser)
 {
     engineOf(opener)->request = {url, byUser};
     WebBrowser *target = nullptr;
     bool cancel = false;
-    engineOf(opener)->events->NewWindow2(target, cancel);
+    engineOf(opener)->events->newWindow2(target, cancel);
     return target && !cancel;
 }
 
-frmBrowser *tst_popuporder::openPopup()
+BrowserWindow *tst_popuporder::openPopup()
 {
-    frmBrowser *opener = openWindow();
-    frmBrowser *popup = ask(opener, address, true) ? newest() : nullptr;
+    BrowserWindow *opener = openWindow();
+    BrowserWindow *popup = ask(opener, address, true) ? newest() : nullptr;
     if (!popup)
         return nullptr;
     popup->resize(600, 400);
@@ -123,11 +123,11 @@ QList<QMessageBox *> tst_popuporder::questions() const
     return m_scene->frame.window()->findChildren<QMessageBox *>();
 }
 
-bool tst_popuporder::navigate(const frmBrowser *form, const QString &url, int *flags)
+bool tst_popuporder::navigate(const BrowserWindow *form, const QString &url, int *flags)
 {
     int own = -1;
     bool cancel = false;
-    engineOf(form)->events->BeforeNavigate2(url, flags ? *flags : own, cancel);
+    engineOf(form)->events->beforeNavigate2(url, flags ? *flags : own, cancel);
     return !cancel;
 }
 
@@ -135,10 +135,10 @@ void tst_popuporder::matchDoesNothingElse()
 {
     m_scene->smart();
     m_scene->block(u"*popup*"_s);
-    QPointer<frmBrowser> popup = openPopup();
+    QPointer<BrowserWindow> popup = openPopup();
     QVERIFY(popup);
     FakeWebBrowser *engine = engineOf(popup);
-    engine->hasDocument = true;
+    engine->holdsDocument = true;
     engine->widget()->setGeometry(10, 10, 50, 50);
     QVERIFY(popup->isHidden());
     m_scene->frame.flags = 10;
@@ -160,10 +160,10 @@ void tst_popuporder::windowThatMayBeClosedIsHeldBack()
 {
     m_scene->smart();
     m_scene->block(u"*advert*"_s);
-    frmBrowser *opener = openWindow();
+    BrowserWindow *opener = openWindow();
     const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
     QVERIFY(ask(opener, address, true));
-    frmBrowser *popup = newest();
+    BrowserWindow *popup = newest();
     QVERIFY(popup != opener);
     QVERIFY(popup->isHidden());
     QCOMPARE(m_scene->frame.activeChild(), opener);
@@ -180,10 +180,10 @@ void tst_popuporder::heldBackWindowIsFitted()
 {
     m_scene->smart();
     m_scene->block(u"*advert*"_s);
-    frmBrowser *opener = openWindow();
+    BrowserWindow *opener = openWindow();
     opener->showMaximized();
     QVERIFY(ask(opener, address, true));
-    frmBrowser *popup = newest();
+    BrowserWindow *popup = newest();
     engineOf(popup)->widget()->setGeometry(12, 34, 300, 200);
     QVERIFY(navigate(popup, address));
     QVERIFY(!popup->isMaximized());
@@ -194,7 +194,7 @@ void tst_popuporder::heldBackWindowIsFitted()
     m_scene->frame.area->setActiveSubWindow(opener);
     opener->showMaximized();
     QVERIFY(ask(opener, address, true));
-    frmBrowser *other = newest();
+    BrowserWindow *other = newest();
     QVERIFY(navigate(other, address));
     QVERIFY(other->isMaximized());
 }
@@ -216,7 +216,7 @@ void tst_popuporder::windowWithoutANavigationComesUpAtLast()
     m_scene->smart();
     m_scene->block(u"*advert*"_s);
     QVERIFY(ask(openWindow(), u"about:blank#blocked"_s, true));
-    frmBrowser *popup = newest();
+    BrowserWindow *popup = newest();
     QVERIFY(popup->isHidden());
     QTRY_VERIFY(popup->isVisible());
     QCOMPARE(m_scene->frame.activeChild(), popup);
@@ -228,9 +228,9 @@ void tst_popuporder::unaskedOneComesUpWhenThereIsSomethingInIt()
 {
     m_scene->smart();
     m_scene->block(u"*advert*"_s);
-    frmBrowser *opener = openWindow();
+    BrowserWindow *opener = openWindow();
     QVERIFY(ask(opener, u"about:blank#blocked"_s, false));
-    frmBrowser *popup = newest();
+    BrowserWindow *popup = newest();
     engineOf(popup)->markup = u"<html><head></head><body></body></html>"_s;
     QTRY_VERIFY(engineOf(popup)->markupAsked > 1);
     QVERIFY(popup->isHidden());
@@ -247,13 +247,13 @@ void tst_popuporder::blockedOneLeavesTheActiveWindowAlone()
     m_scene->smart();
     m_scene->block(u"*advert*"_s);
     openWindow();
-    frmBrowser *opener = openWindow();
+    BrowserWindow *opener = openWindow();
     openWindow();
     m_scene->frame.area->setActiveSubWindow(opener);
     const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
     for (const bool byUser : {true, false}) {
         QVERIFY(ask(opener, address, byUser));
-        const QPointer<frmBrowser> popup = newest();
+        const QPointer<BrowserWindow> popup = newest();
         QVERIFY(!navigate(popup, u"http://advert.example/"_s));
         QTRY_VERIFY(!popup);
         QCOMPARE(m_scene->frame.activeChild(), opener);
@@ -265,14 +265,14 @@ void tst_popuporder::blockedWindowsThatWereSeenCount()
 {
     m_scene->smart();
     m_scene->block(u"*advert*"_s);
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     for (int i = 0; i < 60; ++i) {
         QVERIFY(ask(opener));
         QVERIFY(!navigate(newest(), u"http://advert.example/"_s));
     }
     // One that is seen, and then sent to a blocked address, and one that only is sent there.
     QVERIFY(ask(opener, u"about:blank#blocked"_s));
-    const QPointer<frmBrowser> popup = newest();
+    const QPointer<BrowserWindow> popup = newest();
     engineOf(popup)->markup = u"<html><head></head><body>text</body></html>"_s;
     QTRY_VERIFY(popup->isVisible());
     QVERIFY(!navigate(popup, u"http://advert.example/"_s));
@@ -288,11 +288,11 @@ void tst_popuporder::sentToABlockedAddressFromTheFrontGivesBack()
     m_scene->smart();
     m_scene->block(u"*advert*"_s);
     openWindow();
-    frmBrowser *opener = openWindow();
+    BrowserWindow *opener = openWindow();
     openWindow();
     m_scene->frame.area->setActiveSubWindow(opener);
     QVERIFY(ask(opener, u"about:blank#blocked"_s, true));
-    const QPointer<frmBrowser> popup = newest();
+    const QPointer<BrowserWindow> popup = newest();
     QTRY_COMPARE(m_scene->frame.activeChild(), popup.data());
     QVERIFY(!navigate(popup, u"http://advert.example/"_s));
     QTRY_VERIFY(!popup);
@@ -301,7 +301,7 @@ void tst_popuporder::sentToABlockedAddressFromTheFrontGivesBack()
 
 void tst_popuporder::firstNavigationFitsTheWindow()
 {
-    frmBrowser *popup = openPopup();
+    BrowserWindow *popup = openPopup();
     QVERIFY(popup);
     popup->showMaximized();
     engineOf(popup)->widget()->setGeometry(12, 34, 300, 200);
@@ -316,9 +316,9 @@ void tst_popuporder::firstNavigationFitsTheWindow()
 
 void tst_popuporder::filledWindowIsNotFitted()
 {
-    frmBrowser *popup = openPopup();
+    BrowserWindow *popup = openPopup();
     QVERIFY(popup);
-    popup->Form_Resize();
+    popup->layOut();
     const QRect before = popup->geometry();
     QVERIFY(navigate(popup, address));
     QCOMPARE(popup->geometry(), before);
@@ -327,7 +327,7 @@ void tst_popuporder::filledWindowIsNotFitted()
 
 void tst_popuporder::onlyTheFirstNavigationFits()
 {
-    frmBrowser *popup = openPopup();
+    BrowserWindow *popup = openPopup();
     QVERIFY(popup);
     QVERIFY(navigate(popup, address));
     const QRect before = popup->geometry();
@@ -354,12 +354,12 @@ void tst_popuporder::blankFirstNavigationIsCancelled_data()
 void tst_popuporder::blankFirstNavigationIsCancelled()
 {
     QFETCH(const QString, url);
-    QFETCH(const bool, hasDocument);
+    QFETCH(const bool, holdsDocument);
     m_scene->smart();
     m_scene->block(u"*popup*"_s);
-    frmBrowser *popup = openPopup();
+    BrowserWindow *popup = openPopup();
     QVERIFY(popup);
-    engineOf(popup)->hasDocument = hasDocument;
+    engineOf(popup)->holdsDocument = holdsDocument;
     QTEST(navigate(popup, url), "proceeds");
     QVERIFY(!popup->isUnloaded());
     QVERIFY(!popup->Popup);
@@ -368,9 +368,9 @@ void tst_popuporder::blankFirstNavigationIsCancelled()
 
 void tst_popuporder::documentIsClearedAndFlagsAreSet()
 {
-    frmBrowser *popup = openPopup();
+    BrowserWindow *popup = openPopup();
     QVERIFY(popup);
-    engineOf(popup)->hasDocument = true;
+    engineOf(popup)->holdsDocument = true;
     m_scene->frame.flags = 10;
     int flags = 0;
     QVERIFY(navigate(popup, address, &flags));
@@ -381,10 +381,10 @@ void tst_popuporder::documentIsClearedAndFlagsAreSet()
 void tst_popuporder::popupIsSetUp()
 {
     m_scene->check(u"mnuToolsScriptErrorSuppress"_s, true);
-    frmBrowser *popup = openPopup();
+    BrowserWindow *popup = openPopup();
     QVERIFY(popup);
     QVERIFY(popup->Popup);
-    QVERIFY(popup->StartingAddress.isEmpty());
+    QVERIFY(popup->startingAddress.isEmpty());
     QVERIFY(engineOf(popup)->registered);
     QVERIFY(engineOf(popup)->silent);
     QVERIFY(engineOf(popup)->navigated.isEmpty());
@@ -396,7 +396,7 @@ void tst_popuporder::killPopupsMakesNothing()
     m_scene->kill();
     m_scene->smart();
     m_scene->block(u"*"_s);
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     QVERIFY(!ask(opener, address, true));
     for (int i = 0; i < 1000; ++i)
         QVERIFY(!ask(opener));
@@ -406,7 +406,7 @@ void tst_popuporder::killPopupsMakesNothing()
 
 void tst_popuporder::fiftyUnaskedWindowsThenOneQuestion()
 {
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     for (int i = 0; i < 50; ++i)
         QVERIFY(ask(opener));
     QVERIFY(questions().isEmpty());
@@ -420,7 +420,7 @@ void tst_popuporder::fiftyUnaskedWindowsThenOneQuestion()
 
 void tst_popuporder::answerYesOpensThoseThatWaited()
 {
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     for (int i = 0; i < 53; ++i)
         ask(opener, address + QString::number(i));
     QCOMPARE(browserForms().size(), 51);
@@ -434,7 +434,7 @@ void tst_popuporder::answerYesOpensThoseThatWaited()
 
 void tst_popuporder::killPopupsHoldsBackThoseThatWaited()
 {
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     for (int i = 0; i < 53; ++i)
         ask(opener);
     m_scene->kill();
@@ -452,7 +452,7 @@ void tst_popuporder::killPopupsHoldsBackThoseThatWaited()
 
 void tst_popuporder::answerNoForgetsThem()
 {
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     for (int i = 0; i < 53; ++i)
         ask(opener);
     questions().first()->button(QMessageBox::No)->click();
@@ -465,28 +465,28 @@ void tst_popuporder::answerNoForgetsThem()
 
 void tst_popuporder::anotherSiteBeginsAnew()
 {
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     engineOf(opener)->location = u"http://opener.example/"_s;
-    engineOf(opener)->events->NavigateComplete2(u"http://opener.example/"_s);
+    engineOf(opener)->events->navigateComplete2(u"http://opener.example/"_s);
     for (int i = 0; i < 51; ++i)
         ask(opener);
     questions().first()->button(QMessageBox::No)->click();
     engineOf(opener)->location = u"http://opener.example/other"_s;
-    engineOf(opener)->events->NavigateComplete2(u"http://opener.example/other"_s);
+    engineOf(opener)->events->navigateComplete2(u"http://opener.example/other"_s);
     QVERIFY(!ask(opener));
     engineOf(opener)->location = u"http://another.example/"_s;
-    engineOf(opener)->events->NavigateComplete2(u"http://another.example/"_s);
+    engineOf(opener)->events->navigateComplete2(u"http://another.example/"_s);
     QVERIFY(ask(opener));
 }
 
 void tst_popuporder::pagesOwnNavigationsDoNot()
 {
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     int opened = 0;
     for (int host = 0; host < 5; ++host) {
         engineOf(opener)->arrival = Arrival::ByPage;
         engineOf(opener)->location = u"http://host%1.example/"_s.arg(host);
-        engineOf(opener)->events->NavigateComplete2(engineOf(opener)->location);
+        engineOf(opener)->events->navigateComplete2(engineOf(opener)->location);
         for (int i = 0; i < 20; ++i)
             opened += ask(opener);
     }
@@ -496,24 +496,24 @@ void tst_popuporder::pagesOwnNavigationsDoNot()
 
 void tst_popuporder::namedAddressBeginsAnewWhereverItIs()
 {
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     QVERIFY(ask(opener));
-    const frmBrowser *popup = browserForms().last();
+    const BrowserWindow *popup = browserForms().last();
     for (int i = 0; i < 50; ++i)
         ask(opener);
     questions().first()->button(QMessageBox::No)->click();
-    for (const frmBrowser *form : {opener, popup}) {
+    for (const BrowserWindow *form : {opener, popup}) {
         QVERIFY(!ask(form));
         engineOf(form)->arrival = Arrival::ByAddress;
         engineOf(form)->location = u"http://opener.example/"_s;
-        engineOf(form)->events->NavigateComplete2(engineOf(form)->location);
+        engineOf(form)->events->navigateComplete2(engineOf(form)->location);
         QVERIFY(ask(form));
     }
 }
 
 void tst_popuporder::windowsThatWaitedBeginNothing()
 {
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     for (int i = 0; i < 51; ++i)
         ask(opener);
     questions().first()->button(QMessageBox::Yes)->click();
@@ -523,11 +523,11 @@ void tst_popuporder::windowsThatWaitedBeginNothing()
 
 void tst_popuporder::windowsOpenedUnaskedShareTheAccount()
 {
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     QVERIFY(ask(opener));
-    const frmBrowser *popup = browserForms().last();
+    const BrowserWindow *popup = browserForms().last();
     engineOf(popup)->location = u"http://elsewhere.example/"_s;
-    engineOf(popup)->events->NavigateComplete2(u"http://elsewhere.example/"_s);
+    engineOf(popup)->events->navigateComplete2(u"http://elsewhere.example/"_s);
     for (int i = 0; i < 49; ++i)
         QVERIFY(ask(popup));
     QVERIFY(!ask(popup));
@@ -537,7 +537,7 @@ void tst_popuporder::windowsOpenedUnaskedShareTheAccount()
 
 void tst_popuporder::askedForWindowsAreNotCounted()
 {
-    const frmBrowser *opener = openWindow();
+    const BrowserWindow *opener = openWindow();
     for (int i = 0; i < 60; ++i)
         QVERIFY(ask(opener, address, true));
     QVERIFY(ask(opener));
@@ -547,12 +547,12 @@ void tst_popuporder::askedForWindowsAreNotCounted()
 void tst_popuporder::catcherMovesTwice()
 {
     m_scene->check(u"mnuToolsMaximizeCatcher"_s, true);
-    frmBrowser *form = openWindow();
+    BrowserWindow *form = openWindow();
     auto *timer = form->findChild<QTimer *>(u"tmrMaxCatch"_s);
     QVERIFY(timer);
     QVERIFY(!timer->isActive());
     QCOMPARE(timer->interval(), 750);
-    engineOf(form)->events->DocumentComplete(address);
+    engineOf(form)->events->documentComplete(address);
     QVERIFY(timer->isActive());
     engineOf(form)->moves.clear();
     QTRY_VERIFY(!timer->isActive());
@@ -564,23 +564,23 @@ void tst_popuporder::catcherMovesTwice()
 
 void tst_popuporder::catcherIsOffWithoutTheMark()
 {
-    frmBrowser *form = openWindow();
-    engineOf(form)->events->DocumentComplete(address);
+    BrowserWindow *form = openWindow();
+    engineOf(form)->events->documentComplete(address);
     QVERIFY(!form->findChild<QTimer *>(u"tmrMaxCatch"_s)->isActive());
 }
 
 void tst_popuporder::catcherIsStoppedByAPageAfterTheMarkIsGone()
 {
     const QString item = u"mnuToolsMaximizeCatcher"_s;
-    frmBrowser *form = openWindow();
+    BrowserWindow *form = openWindow();
     const auto *timer = form->findChild<QTimer *>(u"tmrMaxCatch"_s);
     m_scene->frame.run(item);
     QVERIFY(m_scene->frame.menuItem(item)->isChecked());
     QVERIFY(!timer->isActive());
-    engineOf(form)->events->DocumentComplete(address);
+    engineOf(form)->events->documentComplete(address);
     m_scene->frame.run(item);
     QVERIFY(timer->isActive());
-    engineOf(form)->events->DocumentComplete(address);
+    engineOf(form)->events->documentComplete(address);
     QVERIFY(!timer->isActive());
 }
 

@@ -10,8 +10,8 @@
 #include "FakeFrame.h"
 #include "FakeWebBrowser.h"
 #include "ScriptError.h"
+#include "ScriptErrorsDialog.h"
 #include "TempAppFolder.h"
-#include "frmScriptErrors.h"
 
 using namespace Qt::StringLiterals;
 
@@ -38,14 +38,14 @@ private:
     FakeWebBrowser &engine() const { return *FakeWebBrowser::made().last(); }
     void fail(const QString &message, int line = 3) const
     {
-        engine().events->ScriptFailed({message, line, 7, u"http://page/script.js"_s});
+        engine().events->scriptFailed({message, line, 7, u"http://page/script.js"_s});
     }
     void browseTo(const QString &url) const
     {
         engine().location = url;
-        engine().events->NavigateComplete2(url);
+        engine().events->navigateComplete2(url);
     }
-    frmScriptErrors *form() const { return m_window->findChild<frmScriptErrors *>(); }
+    ScriptErrorsDialog *form() const { return m_window->findChild<ScriptErrorsDialog *>(); }
     QString shown() const { return form()->findChild<QPlainTextEdit *>()->toPlainText(); }
     QString position() const { return form()->findChild<QLabel *>()->text(); }
     QPushButton *button(const char *name) const
@@ -56,7 +56,7 @@ private:
     std::unique_ptr<TempAppFolder> m_folder;
     std::unique_ptr<FakeEngine> m_engine;
     std::unique_ptr<FakeFrame> m_frame;
-    frmBrowser *m_window = nullptr;
+    BrowserWindow *m_window = nullptr;
 };
 
 void tst_ScriptErrors::init()
@@ -92,7 +92,7 @@ void tst_ScriptErrors::oneWindowCollectsThemAll()
     QTRY_VERIFY(form()->isVisible());
     fail(u"Uncaught three"_s);
     QTRY_COMPARE(position(), u"Error 1 of 3"_s);
-    QCOMPARE(m_window->findChildren<frmScriptErrors *>().size(), 1);
+    QCOMPARE(m_window->findChildren<ScriptErrorsDialog *>().size(), 1);
     QCOMPARE(shown(), u"Uncaught one\nLine: 3\nColumn: 7\nAddress: http://page/script.js"_s);
     QVERIFY(!button("cmdPrevious")->isEnabled());
     button("cmdNext")->click();
@@ -131,7 +131,7 @@ void tst_ScriptErrors::errorsWithoutEndAreBounded()
     for (int number = 0; number < 5000; ++number)
         fail(u"Uncaught %1"_s.arg(number));
     QTRY_VERIFY(form()->isVisible());
-    QCOMPARE(position(), u"Error 1 of %1"_s.arg(frmScriptErrors::most));
+    QCOMPARE(position(), u"Error 1 of %1"_s.arg(ScriptErrorsDialog::most));
 }
 
 void tst_ScriptErrors::copyTakesTheErrorShown()
@@ -174,9 +174,9 @@ void tst_ScriptErrors::pageThatIsIgnoredIsNotShown()
 void tst_ScriptErrors::anotherBrowserWindowHasItsOwn()
 {
     fail(u"Uncaught one"_s);
-    frmBrowser *other = m_frame->open(u"http://other/"_s);
+    BrowserWindow *other = m_frame->open(u"http://other/"_s);
     fail(u"Uncaught two"_s);
-    auto *second = other->findChild<frmScriptErrors *>();
+    auto *second = other->findChild<ScriptErrorsDialog *>();
     QTRY_VERIFY(form()->isVisible() && second->isVisible());
     QVERIFY(form() != second);
 }
@@ -185,14 +185,14 @@ void tst_ScriptErrors::itGoesWithItsBrowserWindow()
 {
     fail(u"Uncaught one"_s);
     QTRY_VERIFY(form()->isVisible());
-    const QPointer<frmScriptErrors> window = form();
+    const QPointer<ScriptErrorsDialog> window = form();
     m_window->close();
     QTRY_VERIFY(!window);
 }
 
 void tst_ScriptErrors::unknownPlacesAreLeftOpen()
 {
-    engine().events->ScriptFailed({u"Uncaught (in promise) x"_s, 0, 0, {}});
+    engine().events->scriptFailed({u"Uncaught (in promise) x"_s, 0, 0, {}});
     QTRY_VERIFY(form()->isVisible());
     QVERIFY(shown().contains("Line: -\nColumn: -"_L1));
 }

@@ -35,7 +35,7 @@ void tst_Accelerators::init()
                            "<script>f.focus(); f.setSelectionRange(4, 4);</script>");
     m_session->start(m_session->server.url(u"/field"_s));
     QTRY_VERIFY(m_session->shows(m_session->server.url(u"/field"_s)));
-    m_session->active()->brwWebBrowser()->SetFocus();
+    m_session->active()->browser()->setFocus();
     QTRY_VERIFY(field()->hasFocus());
     QTRY_VERIFY2(field()->inputMethodQuery(Qt::ImEnabled).toBool(), "the field takes text");
 }

@@ -33,8 +33,8 @@ private slots:
     void popupOfATimerIsNamedWhenItComes();
 
 private:
-    QString shown() const { return m_session->address().Text(); }
-    void clickTab(const frmBrowser *window) const
+    QString shown() const { return m_session->address().text(); }
+    void clickTab(const BrowserWindow *window) const
     {
         QTest::mouseClick(m_session->tabs().tab(window->tabKey()), Qt::LeftButton);
     }
@@ -72,13 +72,13 @@ void tst_addressbar::addressNotReachedIsTakenBack()
 
 void tst_addressbar::typedTextIsKept()
 {
-    m_session->active()->brwWebBrowser()->Navigate(url(u"/nothing"_s));
+    m_session->active()->browser()->navigate(url(u"/nothing"_s));
     auto *edit = m_session->frame->findChild<QLineEdit *>();
     edit->setFocus();
     edit->selectAll();
     QTest::keyClicks(edit, u"half an addr"_s);
     QTRY_COMPARE(m_session->server.count("/nothing"), 1);
-    QTRY_VERIFY(!m_session->active()->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!m_session->active()->browser()->isBusy());
     QCOMPARE(shown(), u"half an addr"_s);
 }
 
@@ -99,9 +99,9 @@ void tst_addressbar::mailAddressGoesToTheMailProgram()
     QCOMPARE(program.opened, QList<QUrl>{QUrl(u"mailto:a@b.example"_s)});
     QCOMPARE(shown(), url(u"/home"_s));
     // Not for a page, a list or a file, which the user need not have read.
-    m_session->frame->NavigateActive(u"mailto:c@d.example"_s);
+    m_session->frame->navigateActive(u"mailto:c@d.example"_s);
     script(u"location = 'mailto:e@f.example'; 1"_s);
-    QTRY_VERIFY(!m_session->active()->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!m_session->active()->browser()->isBusy());
     QDesktopServices::unsetUrlHandler(u"mailto"_s);
     QCOMPARE(program.opened.size(), 1);
 }

@@ -45,10 +45,7 @@ private:
     QVariant ask(const QString &script) const;
     QString field() const { return ask(u"f.value"_s).toString(); }
     void openMenus() const;
-    int pasteStatus() const
-    {
-        return m_session->active()->brwWebBrowser()->QueryStatusWB(OleCmd::Paste);
-    }
+    int pasteStatus() const { return m_session->active()->browser()->queryStatusWB(OleCmd::Paste); }
     void focusAddress(const QString &text) const;
     void useEverything();
 
@@ -77,7 +74,7 @@ void tst_ClipboardOwners::openFieldPage()
     QTRY_VERIFY(m_session->shows(m_session->server.url(u"/field"_s)));
     m_session->frame->activateWindow();
     QTRY_VERIFY(m_session->frame->isActiveWindow());
-    m_session->active()->brwWebBrowser()->SetFocus();
+    m_session->active()->browser()->setFocus();
     QTRY_VERIFY_WITH_TIMEOUT(ask(u"document.hasFocus()"_s).toBool(), 20000);
     ask(u"f.focus(), f.select()"_s);
     QTRY_COMPARE(pasteStatus(), 3);
@@ -159,7 +156,7 @@ void tst_ClipboardOwners::textOfAnotherProgram()
     focusAddress(u"x"_s);
     m_session->choose("mnuEditSelectAll");
     m_session->choose("mnuEditPaste");
-    QCOMPARE(m_session->address().Text(), u"of another program"_s);
+    QCOMPARE(m_session->address().text(), u"of another program"_s);
 }
 
 void tst_ClipboardOwners::textWithItsEncodingOnly_data()
@@ -189,7 +186,7 @@ void tst_ClipboardOwners::textWithItsEncodingOnly()
     endOwner();
     own(u"encoded"_s);
     paste();
-    QCOMPARE(m_session->address().Text(), u"of another program"_s);
+    QCOMPARE(m_session->address().text(), u"of another program"_s);
 }
 
 void tst_ClipboardOwners::textThatStaysWhenTheProgramEnds()
@@ -276,7 +273,7 @@ void tst_ClipboardOwners::hugeText()
     QVERIFY2(clock.elapsed() < 2000, "the text is not fetched to look");
     focusAddress(u"address"_s);
     m_session->choose("mnuEditPaste");
-    QVERIFY(m_session->address().Text().size() > 1000);
+    QVERIFY(m_session->address().text().size() > 1000);
 }
 
 /// The engine takes minutes to lay out a line as long as this. The program goes on meanwhile, and
@@ -285,7 +282,7 @@ void tst_ClipboardOwners::hugeTextIntoAPage()
 {
     own(u"huge"_s);
     QTRY_COMPARE(pasteStatus(), 3);
-    const QPointer<frmBrowser> busy = m_session->active();
+    const QPointer<BrowserWindow> busy = m_session->active();
     QSignalSpy ended(&page(), &QWebEnginePage::renderProcessTerminated);
     m_session->choose("mnuEditPaste");
     m_session->choose("mnuFileNewHomePage");
@@ -322,7 +319,7 @@ void tst_ClipboardOwners::imageOnly()
     useEverything();
     QVERIFY(!m_session->item("mnuFileNewFromClipboard")->isEnabled());
     QCOMPARE(field(), u"one"_s);
-    m_session->active()->brwWebBrowser()->SetFocus();
+    m_session->active()->browser()->setFocus();
     ask(u"document.body.insertAdjacentHTML('beforeend', '<p id=r contenteditable>rich'), r.focus()"_s);
     QTRY_COMPARE(pasteStatus(), 3);
     m_session->choose("mnuEditPaste");

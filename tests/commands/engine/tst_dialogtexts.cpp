@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "../Session.h"
+#include "AddFavoriteDialog.h"
 #include "BookmarkImport.h"
 #include "CrashNotice.h"
 #include "DialogRoom.h"
@@ -13,6 +14,7 @@
 #include "Language.h"
 #include "LoginFields.h"
 #include "MsgBox.h"
+#include "OrganizeFavoritesDialog.h"
 #include "PageFindBar.h"
 #include "PageProperties.h"
 #include "PageQuestionBox.h"
@@ -21,13 +23,11 @@
 #include "ProfileProgress.h"
 #include "QtTexts.h"
 #include "QtWebBrowser.h"
+#include "ScriptErrorsDialog.h"
 #include "SearchBar.h"
+#include "SkippedDialog.h"
 #include "TransferStrip.h"
 #include "WebPage.h"
-#include "frmAddFavorite.h"
-#include "frmOrganizeFavorites.h"
-#include "frmScriptErrors.h"
-#include "frmSkipped.h"
 
 /// Every dialog, bar and strip of the program in every language: each text has the room it needs,
 /// and no two controls have the same access key.
@@ -55,7 +55,7 @@ private:
     Opener bar(const std::function<QWidget *(QWidget *)> &make);
     WebPage *webPage() const
     {
-        return qobject_cast<QtWebBrowser *>(m_session->active()->brwWebBrowser())->page();
+        return qobject_cast<QtWebBrowser *>(m_session->active()->browser())->page();
     }
 
     std::unique_ptr<FavoritesHome> m_home;
@@ -87,10 +87,10 @@ QWidget *shown(QWidget *window)
 PageQuestion pageQuestion(const QString &section, const QString &key)
 {
     PageQuestion question;
-    question.title = GetLanguageText(section, key, u"?"_s);
-    question.text = GetLanguageText(u"LoginDialog"_s, u"strWrong"_s, u"?"_s);
-    question.yes = GetLanguageText(u"PageQuestions"_s, u"cmdLeave"_s, u"?"_s);
-    question.no = GetLanguageText(u"PageQuestions"_s, u"cmdStay"_s, u"?"_s);
+    question.title = languageText(section, key, u"?"_s);
+    question.text = languageText(u"LoginDialog"_s, u"strWrong"_s, u"?"_s);
+    question.yes = languageText(u"PageQuestions"_s, u"cmdLeave"_s, u"?"_s);
+    question.no = languageText(u"PageQuestions"_s, u"cmdStay"_s, u"?"_s);
     return question;
 }
 
@@ -210,7 +210,7 @@ void tst_DialogTexts::describePageDialogs()
          })},
         {u"script errors"_s,
          [owner] {
-             auto *errors = new frmScriptErrors(owner, [] { return u"http://page/"_s; });
+             auto *errors = new ScriptErrorsDialog(owner, [] { return u"http://page/"_s; });
              errors->add({u"Uncaught Error: first"_s, 12345, 678, u"http://page/"_s});
              errors->add({u"Uncaught Error: second"_s, 12345, 678, u"http://page/"_s});
              [errors] { QTRY_VERIFY(errors->isVisible()); }();
@@ -227,12 +227,12 @@ void tst_DialogTexts::describeFavorites()
     m_dialogs += {
         {u"add favorite"_s,
          [this, owner] {
-             return shown(
-                 new frmAddFavorite({u"http://page/"_s, u"A page"_s, m_home->favorites()}, owner));
+             return shown(new AddFavoriteDialog(
+                 {u"http://page/"_s, u"A page"_s, m_home->favorites()}, owner));
          }},
         {u"organize favorites"_s,
-         [this, owner] { return shown(new frmOrganizeFavorites(m_home->favorites(), owner)); }},
-        {u"left out"_s, [owner] { return shown(new frmSkipped(outcome(), owner)); }},
+         [this, owner] { return shown(new OrganizeFavoritesDialog(m_home->favorites(), owner)); }},
+        {u"left out"_s, [owner] { return shown(new SkippedDialog(outcome(), owner)); }},
     };
 }
 
@@ -258,18 +258,17 @@ void tst_DialogTexts::describeStrips()
          })},
         {u"search bar"_s, bar([](QWidget *place) {
              auto *search = new SearchBar(place);
-             search->LoadLang();
+             search->loadLanguage();
              return search;
          })},
         {u"message"_s,
          [owner] {
-             MsgBox::inform(owner,
-                            GetLanguageText(u"frmBlockedURLs"_s, u"sPatternMatch"_s, u"?"_s));
+             MsgBox::inform(owner, languageText(u"frmBlockedURLs"_s, u"sPatternMatch"_s, u"?"_s));
              return owner->findChild<QWidget *>(u"MsgBox"_s);
          }},
         {u"question"_s,
          [owner] {
-             MsgBox::ask(owner, GetLanguageText(u"frmMain"_s, u"alertExit"_s, u"?"_s), {}, {});
+             MsgBox::ask(owner, languageText(u"frmMain"_s, u"alertExit"_s, u"?"_s), {}, {});
              return owner->findChild<QWidget *>(u"MsgBox"_s);
          }},
     };

@@ -104,18 +104,17 @@ void tst_engineoptions_engine::windowsSourceAndErrorPageWithoutScripts()
     go(url(u"/link"_s));
     script(u"document.getElementById('a').click()"_s);
     QTRY_COMPARE(m_session->windows(), 2);
-    QTRY_COMPARE(browserForms().last()->brwWebBrowser()->LocationURL(), url(u"/two"_s));
-    QTRY_VERIFY(browserForms().last()->brwWebBrowser()->HasDocument());
+    QTRY_COMPARE(browserForms().last()->browser()->locationUrl(), url(u"/two"_s));
+    QTRY_VERIFY(browserForms().last()->browser()->hasDocument());
     QString markup;
-    browserForms().last()->brwWebBrowser()->OuterHTML(
-        [&markup](const QString &text) { markup = text; });
+    browserForms().last()->browser()->outerHtml([&markup](const QString &text) { markup = text; });
     QTRY_VERIFY(markup.contains("Second page"_L1));
 
     QTcpServer closed;
     QVERIFY(closed.listen(QHostAddress::LocalHost));
     const QString dead = "http://127.0.0.1:"_L1 + QString::number(closed.serverPort()) + u'/';
     closed.close();
-    m_session->frame->NavigateActive(dead);
+    m_session->frame->navigateActive(dead);
     QTRY_COMPARE(script(u"document.querySelectorAll('#tryAgain').length"_s), u"1"_s);
     QVERIFY(closed.listen(QHostAddress::LocalHost, quint16(QUrl(dead).port())));
     script(u"document.getElementById('tryAgain').click()"_s);
@@ -198,7 +197,7 @@ void tst_engineoptions_engine::pdfIsShownOrDownloaded()
     openAdvanced();
     find<QCheckBox>("chkPdf")->setChecked(false);
     save();
-    m_session->frame->NavigateActive(url(u"/kept.pdf"_s));
+    m_session->frame->navigateActive(url(u"/kept.pdf"_s));
     QTRY_VERIFY(QFile::exists(folder + "/kept.pdf"_L1));
     QTRY_COMPARE(m_session->location(), url(u"/shown.pdf"_s));
 }
@@ -214,7 +213,7 @@ void tst_engineoptions_engine::downloadsGoToTheFolder()
     const QString folder = m_session->folder.file(u"a/new folder"_s);
     find<QLineEdit>("txtDownloads")->setText(folder);
     save();
-    m_session->frame->NavigateActive(url(u"/file.bin"_s));
+    m_session->frame->navigateActive(url(u"/file.bin"_s));
     QTRY_COMPARE(m_session->folder.read(u"a/new folder/file.bin"_s), "bytes");
 }
 
@@ -229,7 +228,7 @@ void tst_engineoptions_engine::folderThatCannotBeMadeGivesTheDesktops()
     options.downloadFolder = m_session->folder.file(u"in-the-way"_s);
     start(options);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^cannot download to"_s));
-    m_session->frame->NavigateActive(url(u"/other.bin"_s));
+    m_session->frame->navigateActive(url(u"/other.bin"_s));
     const QString there =
         QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) + "/other.bin"_L1;
     QTRY_VERIFY(QFile::exists(there));
@@ -290,7 +289,7 @@ void tst_engineoptions_engine::proxyIsUsedAndLeft()
     find<QComboBox>("cboProxy")->setCurrentIndex(1);
     save();
     proxy.forgetRequests();
-    m_session->frame->NavigateActive(u"http://some.test/b"_s);
+    m_session->frame->navigateActive(u"http://some.test/b"_s);
     // Whoever is asked for the name may take its time.
     QTRY_COMPARE_WITH_TIMEOUT(script(u"document.querySelectorAll('#tryAgain').length"_s), u"1"_s,
                               60000);
@@ -331,13 +330,13 @@ void tst_engineoptions_engine::deadProxyIsHarmless()
     if (!silent)
         dead.close();
     start(options);
-    m_session->frame->NavigateActive(u"http://some.test/x"_s);
+    m_session->frame->navigateActive(u"http://some.test/x"_s);
     if (silent) {
         QTRY_VERIFY(dead.hasPendingConnections());
-        QVERIFY(m_session->active()->brwWebBrowser()->Busy());
+        QVERIFY(m_session->active()->browser()->isBusy());
         m_session->choose("mnuNavigationStop");
     }
-    QTRY_VERIFY(!m_session->active()->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!m_session->active()->browser()->isBusy());
     // The frame goes on: windows, local pages, the dialog.
     go(url(u"/one"_s));
     openAdvanced();

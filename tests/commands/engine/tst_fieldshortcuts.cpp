@@ -34,7 +34,7 @@ private:
     void clickInEditMenu(const char *item);
     QLineEdit &queryField() const
     {
-        return *m_session->frame->findChild<brwURL *>(u"brwSearch"_s)->findChild<QLineEdit *>();
+        return *m_session->frame->findChild<AddressBox *>(u"brwSearch"_s)->findChild<QLineEdit *>();
     }
     QWebEnginePage &page() const
     {
@@ -80,12 +80,11 @@ void tst_FieldShortcuts::openFieldPage()
     QTRY_VERIFY(m_session->shows(url));
     m_session->frame->activateWindow();
     QTRY_VERIFY(m_session->frame->isActiveWindow());
-    m_session->active()->brwWebBrowser()->SetFocus();
+    m_session->active()->browser()->setFocus();
     QTRY_VERIFY_WITH_TIMEOUT(ask(u"document.hasFocus()"_s).toBool(), 20000);
     ask(u"f.focus(), f.select()"_s);
     QTRY_COMPARE_WITH_TIMEOUT(page().selectedText(), u"of the page"_s, 20000);
-    QTRY_COMPARE_WITH_TIMEOUT(m_session->active()->brwWebBrowser()->QueryStatusWB(OleCmd::Cut), 3,
-                              20000);
+    QTRY_COMPARE_WITH_TIMEOUT(m_session->active()->browser()->queryStatusWB(OleCmd::Cut), 3, 20000);
 }
 
 /// Presses a key with control as the window system tells it: to the window, which has to find out

@@ -136,7 +136,7 @@ void tst_Help::makersPageOpensInAWindow()
     m_session->choose("mnuHelpKelmarsh");
     QCOMPARE(m_session->windows(), 2);
     QCOMPARE(m_session->active()->windowTitle(), ProgramInfo::homeUrl());
-    QCOMPARE(m_session->address().Text(), ProgramInfo::homeUrl());
+    QCOMPARE(m_session->address().text(), ProgramInfo::homeUrl());
 }
 
 void tst_Help::updaterThatDoesNotStart_data()

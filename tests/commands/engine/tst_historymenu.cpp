@@ -40,7 +40,7 @@ void tst_HistoryMenu::init()
 
 void tst_HistoryMenu::open(const QString &path)
 {
-    m_session->frame->NavigateActive(m_session->server.url(path));
+    m_session->frame->navigateActive(m_session->server.url(path));
     QTRY_VERIFY(m_session->shows(m_session->server.url(path)));
 }
 

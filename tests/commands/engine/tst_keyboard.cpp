@@ -47,9 +47,9 @@ private:
     bool isOnAGrip() const { return qobject_cast<BandGrip *>(QApplication::focusWidget()); }
     bool pageHasKeyboard() const
     {
-        const frmBrowser *active = m_session->active();
-        return active && active->brwWebBrowser()->widget()->isVisible()
-            && active->brwWebBrowser()->widget()->isAncestorOf(QApplication::focusWidget());
+        const BrowserWindow *active = m_session->active();
+        return active && active->browser()->widget()->isVisible()
+            && active->browser()->widget()->isAncestorOf(QApplication::focusWidget());
     }
     void type(Qt::Key key) const { QTest::keyClick(QApplication::focusWidget(), key); }
     /// What is typed reaches the page of the active window, which shows it in its title.
@@ -76,7 +76,7 @@ void tst_Keyboard::init()
 
 void tst_Keyboard::openSecond() const
 {
-    m_session->frame->OpenBrowserWindow(url(u"/more"_s), 0);
+    m_session->frame->openBrowserWindow(url(u"/more"_s), 0);
     QTRY_VERIFY(m_session->shows(url(u"/more"_s)));
     QTRY_VERIFY(pageHasKeyboard());
 }
@@ -107,7 +107,7 @@ QStringList tst_Keyboard::rows() const
 void tst_Keyboard::typeIntoThePage() const
 {
     QVERIFY(pageHasKeyboard());
-    const frmBrowser *window = m_session->active();
+    const BrowserWindow *window = m_session->active();
     QTRY_VERIFY(window->windowTitle().startsWith(u'-'));
     // The engine drops what is typed until the page is painted.
     const auto arrives = [this, window] {
@@ -307,7 +307,7 @@ void tst_Keyboard::restoreAllLeavesTheAddressAlone()
 
 void tst_Keyboard::closedWindowHandsTheKeyboardOn()
 {
-    const frmBrowser *first = m_session->active();
+    const BrowserWindow *first = m_session->active();
     openSecond();
     m_session->choose("mnuFileClose");
     QTRY_COMPARE(m_session->active(), first);
@@ -317,7 +317,7 @@ void tst_Keyboard::closedWindowHandsTheKeyboardOn()
 
 void tst_Keyboard::minimizedPageHasNoKeyboard()
 {
-    frmBrowser *window = m_session->active();
+    BrowserWindow *window = m_session->active();
     m_session->choose("mnuWindowMinimizeAll");
     QVERIFY(!isOnAGrip());
     QVERIFY(!pageHasKeyboard());

@@ -119,11 +119,11 @@ void tst_LanguageWalk::everyLanguageAndBack()
 {
     const QStringList paths{u"/home"_s, u"/one"_s, u"/two"_s};
     for (int number = 1; number < 10; ++number)
-        m_session->frame->OpenBrowserWindow(m_session->server.url(paths.at(number % 3)), 0);
+        m_session->frame->openBrowserWindow(m_session->server.url(paths.at(number % 3)), 0);
     QCOMPARE(m_session->windows(), 10);
-    for (const frmBrowser *window : browserForms()) {
-        const WebBrowser &engine = *window->brwWebBrowser();
-        QTRY_VERIFY(engine.HasDocument() && !engine.Busy());
+    for (const BrowserWindow *window : browserForms()) {
+        const WebBrowser &engine = *window->browser();
+        QTRY_VERIFY(engine.hasDocument() && !engine.isBusy());
         QTRY_VERIFY(!window->windowTitle().startsWith("http"_L1));
     }
     m_session->choose("mnuToolsOptions");
@@ -141,8 +141,8 @@ void tst_LanguageWalk::everyLanguageAndBack()
     }
     apply(u"English"_s);
     QCOMPARE(texts(), english);
-    for (const frmBrowser *window : browserForms())
-        QVERIFY(window->brwWebBrowser()->HasDocument());
+    for (const BrowserWindow *window : browserForms())
+        QVERIFY(window->browser()->hasDocument());
 }
 
 void tst_LanguageWalk::qtsOwnTextsFollow()

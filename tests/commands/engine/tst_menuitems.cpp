@@ -92,7 +92,7 @@ void tst_MenuItems::init()
     QTRY_VERIFY(m_session->shows(url(u"/page"_s)));
     m_session->frame->activateWindow();
     QTRY_VERIFY(m_session->frame->isActiveWindow());
-    m_session->active()->brwWebBrowser()->SetFocus();
+    m_session->active()->browser()->setFocus();
     QTRY_VERIFY(engineWidget()->hasFocus());
     setFileDialogAnswerer([this](const FileDialogRequest &) {
         return std::optional<FileDialogAnswer>({profile(), 1});
@@ -118,13 +118,12 @@ QVariant tst_MenuItems::ask(const QString &script) const
 /// The page's field has the keyboard and its text is selected, as the program knows.
 void tst_MenuItems::selectField()
 {
-    m_session->active()->brwWebBrowser()->SetFocus();
+    m_session->active()->browser()->setFocus();
     // A page hears of its focus only while its window is active, which may come late.
     QTRY_VERIFY_WITH_TIMEOUT(ask(u"document.hasFocus()"_s).toBool(), 20000);
     ask(u"f = document.getElementById('f'), f.focus(), f.select()"_s);
     QTRY_COMPARE_WITH_TIMEOUT(page().selectedText(), u"field"_s, 20000);
-    QTRY_COMPARE_WITH_TIMEOUT(m_session->active()->brwWebBrowser()->QueryStatusWB(OleCmd::Cut), 3,
-                              20000);
+    QTRY_COMPARE_WITH_TIMEOUT(m_session->active()->browser()->queryStatusWB(OleCmd::Cut), 3, 20000);
 }
 
 void tst_MenuItems::closeDialog()
@@ -172,7 +171,7 @@ void tst_MenuItems::describeFile()
                                          }};
     m_items[u"mnuFileClose"_s] = {{}, noWindow};
     m_items[u"mnuFileCloseAll"_s] = {
-        [this] { m_session->frame->OpenBrowserWindow(url(u"/two"_s), 0); }, noWindow};
+        [this] { m_session->frame->openBrowserWindow(url(u"/two"_s), 0); }, noWindow};
     m_items[u"mnuFileProperties"_s] = {{}, [] { return dialogIs("dlgProperties"); }};
     m_items[u"mnuFilePageSetup"_s] = {{}, [] { return dialogIs("dlgPageSetup"); }};
     m_items[u"mnuFilePrint"_s] = {{}, [] { return dialogIs("dlgPrint"); }};
@@ -253,7 +252,7 @@ void tst_MenuItems::describeTools()
     const auto setting = [this](const char *key, const QString &value) {
         return m_session->folder.setting(u"Settings"_s, QLatin1String(key)) == value;
     };
-    const auto engine = [this]() -> WebBrowser & { return *m_session->active()->brwWebBrowser(); };
+    const auto engine = [this]() -> WebBrowser & { return *m_session->active()->browser(); };
     m_items[u"mnuToolsOptions"_s] = {{}, [] { return dialogIs("frmOptions"); }};
     m_items[u"mnuToolsSmartPopupBlockerList"_s] = {{}, [] { return dialogIs("frmBlockedURLs"); }};
     const auto pageIs = [](int page) {
@@ -263,11 +262,11 @@ void tst_MenuItems::describeTools()
     m_items[u"mnuToolsInternetOptions"_s] = {{}, [pageIs] { return pageIs(0); }};
     m_items[u"mnuToolsAdvancedInternetOptions"_s] = {{}, [pageIs] { return pageIs(1); }};
     describeSwitch(u"mnuToolsAddPagesToHistory"_s, [this, setting] {
-        return m_session->frame->brwFlags() == NavFlags::NoHistory
+        return m_session->frame->navigationFlags() == NavFlags::NoHistory
             && setting("AddToHistory", u"False"_s);
     });
     describeSwitch(u"mnuToolsAddFilesToCache"_s, [this, setting] {
-        return m_session->frame->brwFlags() == NavFlags::NoHistory
+        return m_session->frame->navigationFlags() == NavFlags::NoHistory
             && setting("AddToCache", u"False"_s);
     });
     describeSwitch(u"mnuToolsKillPopUps"_s, [this] {
@@ -276,7 +275,7 @@ void tst_MenuItems::describeTools()
     });
     describeSwitch(u"mnuToolsSmartPopupKiller"_s, [] { return true; });
     describeSwitch(u"mnuToolsMaximizeCatcher"_s, [] { return true; });
-    describeSwitch(u"mnuToolsScriptErrorSuppress"_s, [engine] { return engine().Silent(); });
+    describeSwitch(u"mnuToolsScriptErrorSuppress"_s, [engine] { return engine().isSilent(); });
 }
 
 /// The items of the four menus.

@@ -59,9 +59,9 @@ void tst_Newcomer::firstSession()
         return m_session->shows(server.url(u"/two"_s));
     };
     QTRY_VERIFY(followed());
-    QTRY_COMPARE(m_session->address().Text(), server.url(u"/two"_s));
+    QTRY_COMPARE(m_session->address().text(), server.url(u"/two"_s));
 
-    frmBrowser *first = m_session->active();
+    BrowserWindow *first = m_session->active();
     QTest::keyClick(m_session->frame.get(), Qt::Key_N, Qt::ControlModifier);
     QTRY_COMPARE(m_session->windows(), 2);
     QVERIFY(m_session->active() != first);
@@ -96,10 +96,10 @@ void tst_Newcomer::addressWithoutAWindowOpensAMaximizedOne()
 void tst_Newcomer::blankPageBesideAMaximizedWindow()
 {
     m_session->start();
-    frmBrowser *first = m_session->active();
+    BrowserWindow *first = m_session->active();
     m_session->choose("mnuFileNewBlankPage");
     QCOMPARE(m_session->windows(), 2);
-    frmBrowser *second = m_session->active();
+    BrowserWindow *second = m_session->active();
     QVERIFY(second != first);
     QTRY_COMPARE(m_session->location(), u"about:blank"_s);
     QTRY_VERIFY(m_session->tabs().isPressed(second->tabKey()));
@@ -109,7 +109,7 @@ void tst_Newcomer::blankPageBesideAMaximizedWindow()
 void tst_Newcomer::blankPageBesideANormalWindow()
 {
     m_session->start();
-    frmBrowser *first = m_session->active();
+    BrowserWindow *first = m_session->active();
     first->showNormal();
     m_session->choose("mnuFileNewBlankPage");
     QCOMPARE(m_session->windows(), 2);
@@ -165,7 +165,7 @@ void tst_Newcomer::escapeRestoresThePagesAddress()
     edit->selectAll();
     QTest::keyClicks(edit, u"half an addr"_s);
     QTest::keyClick(edit, Qt::Key_Escape);
-    QCOMPARE(m_session->address().Text(), m_session->server.url(u"/one"_s));
+    QCOMPARE(m_session->address().text(), m_session->server.url(u"/one"_s));
 }
 
 void tst_Newcomer::backAndForwardButtons()

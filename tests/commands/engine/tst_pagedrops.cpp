@@ -66,7 +66,7 @@ void tst_pagedrops::pageOpensWhatIsDropped()
     QVERIFY(DragAndDrop({what}, what.toString()).drop(view()));
     QTRY_VERIFY(m_session->shows(what.toString(QUrl::FullyEncoded)));
     QCOMPARE(m_session->windows(), 1);
-    QVERIFY(m_session->active()->brwWebBrowser()->GoBack());
+    QVERIFY(m_session->active()->browser()->goBack());
 }
 
 void tst_pagedrops::severalOpenHereAndInNewWindows()
@@ -133,14 +133,14 @@ void tst_pagedrops::scriptIsNotRun()
     QTRY_VERIFY(m_session->shows(url(u"/one"_s)));
     QCOMPARE(m_session->windows(), 1);
     QCOMPARE(m_session->active()->windowTitle(), u"the quick brown fox"_s);
-    QVERIFY(m_session->active()->brwWebBrowser()->GoBack());
+    QVERIFY(m_session->active()->browser()->goBack());
     QTRY_VERIFY(m_session->shows(url(u"/home"_s)));
     QCOMPARE(script(u"document.title"_s), u"home page"_s);
 }
 
 void tst_pagedrops::findFieldLeavesFilesToTheFrame()
 {
-    m_session->active()->brwWebBrowser()->Find();
+    m_session->active()->browser()->find();
     auto *field = m_session->active()->findChild<QLineEdit *>();
     QVERIFY(field);
     const QUrl page = file(u"a.html"_s, "x");

@@ -1,15 +1,15 @@
 // Pages that ask for windows without end, in the whole program.
 #include "AllCommands.h"
+#include "BlockedList.h"
+#include "BrowserWindow.h"
 #include "EngineTest.h"
 #include "Forms.h"
+#include "MainWindow.h"
 #include "PopupScene.h"
-#include "PopupURLs.h"
 #include "QtWebBrowser.h"
 #include "TempAppFolder.h"
 #include "TestServer.h"
 #include "WebPage.h"
-#include "frmBrowser.h"
-#include "frmMain.h"
 
 #include <QAction>
 #include <QMdiArea>
@@ -46,7 +46,7 @@ private:
 
     std::unique_ptr<TempAppFolder> m_folder;
     std::unique_ptr<TestServer> m_server;
-    std::unique_ptr<frmMain> m_frame;
+    std::unique_ptr<MainWindow> m_frame;
 };
 
 void tst_popupstorms::init()
@@ -56,7 +56,7 @@ void tst_popupstorms::init()
     QVERIFY(m_folder->isValid() && m_server->isListening());
     QVERIFY(m_folder->setSetting(u"Options"_s, u"Show-Splash"_s, u"0"_s));
     m_server->page("/p", "<title>popup</title>");
-    m_frame = std::make_unique<frmMain>();
+    m_frame = std::make_unique<MainWindow>();
     registerAllCommands(*m_frame);
 }
 
@@ -97,14 +97,14 @@ void tst_popupstorms::closeAll()
 {
     m_frame->run(u"mnuFileCloseAll"_s);
     QTRY_COMPARE(browserForms().size(), 0);
-    QTRY_VERIFY(m_frame->findChildren<frmBrowser *>().isEmpty());
+    QTRY_VERIFY(m_frame->findChildren<BrowserWindow *>().isEmpty());
 }
 
 /// After all windows are closed: whatever was still on its way has come by the time that another
 /// page is there.
 void tst_popupstorms::proveNothingElseOpens()
 {
-    m_frame->OpenBrowserWindow(m_server->url(u"/p"_s), 0);
+    m_frame->openBrowserWindow(m_server->url(u"/p"_s), 0);
     QTRY_COMPARE(browserForms().size(), 1);
     QTRY_COMPARE(browserForms().first()->windowTitle(), u"popup"_s);
     QCOMPARE(browserForms().size(), 1);
@@ -114,7 +114,7 @@ void tst_popupstorms::proveNothingElseOpens()
 int tst_popupstorms::told(const QString &expression)
 {
     int result = 0;
-    auto *control = qobject_cast<QtWebBrowser *>(browserForms().first()->brwWebBrowser());
+    auto *control = qobject_cast<QtWebBrowser *>(browserForms().first()->browser());
     if (!control || !control->page())
         return 0;
     // The page waits for this program at each window, so events are dealt with as they come.
@@ -220,7 +220,7 @@ void tst_popupstorms::clickedLinkToAnotherSiteBeginsAnew()
     questions().first()->button(QMessageBox::No)->click();
     QTRY_VERIFY(questions().isEmpty());
     QCOMPARE(browserForms().size(), 51);
-    frmBrowser *opener = browserForms().first();
+    BrowserWindow *opener = browserForms().first();
     m_frame->findChild<QMdiArea *>()->setActiveSubWindow(opener);
     PopupScene::click(opener, u"a"_s);
     QTRY_COMPARE(opener->windowTitle(), u"more"_s);

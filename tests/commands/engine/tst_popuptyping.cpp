@@ -22,9 +22,9 @@ private slots:
 
 private:
     static void targetRows();
-    frmBrowser *openAttacker(const QByteArray &attempt);
-    void waitUntilThePageTakesKeys(const frmBrowser *form);
-    int tried(const frmBrowser *form);
+    BrowserWindow *openAttacker(const QByteArray &attempt);
+    void waitUntilThePageTakesKeys(const BrowserWindow *form);
+    int tried(const BrowserWindow *form);
 };
 
 namespace {
@@ -66,7 +66,7 @@ void tst_popuptyping::targetRows()
 }
 
 /// A page that tries every 150 ms, in the active window.
-frmBrowser *tst_popuptyping::openAttacker(const QByteArray &attempt)
+BrowserWindow *tst_popuptyping::openAttacker(const QByteArray &attempt)
 {
     m_session->server.page("/attack",
                            "<title>attack</title><input id=f autofocus><script>tried=0;"
@@ -76,7 +76,7 @@ frmBrowser *tst_popuptyping::openAttacker(const QByteArray &attempt)
     return m_session->active();
 }
 
-int tst_popuptyping::tried(const frmBrowser *form)
+int tst_popuptyping::tried(const BrowserWindow *form)
 {
     return PopupScene::script(form, u"tried"_s).toInt();
 }
@@ -84,7 +84,7 @@ int tst_popuptyping::tried(const frmBrowser *form)
 void tst_popuptyping::addressBarKeepsEveryKey()
 {
     QFETCH(const QByteArray, attempt);
-    frmBrowser *attacker = openAttacker(attempt);
+    BrowserWindow *attacker = openAttacker(attempt);
     QLineEdit *field = addressField(*m_session);
     field->setFocus();
     field->selectAll();
@@ -107,7 +107,7 @@ void tst_popuptyping::addressBarKeepsEveryKey()
 }
 
 /// The engine lets keys go that come before the page was painted.
-void tst_popuptyping::waitUntilThePageTakesKeys(const frmBrowser *form)
+void tst_popuptyping::waitUntilThePageTakesKeys(const BrowserWindow *form)
 {
     const auto takes = [form, this] {
         QTest::keyClick(engineWidget(*m_session), Qt::Key_X);
@@ -122,7 +122,7 @@ void tst_popuptyping::waitUntilThePageTakesKeys(const frmBrowser *form)
 void tst_popuptyping::pageFieldKeepsEveryKey()
 {
     QFETCH(const QByteArray, attempt);
-    frmBrowser *attacker = openAttacker(attempt);
+    BrowserWindow *attacker = openAttacker(attempt);
     PopupScene::click(attacker, u"f"_s);
     QTRY_COMPARE(PopupScene::script(attacker, u"document.activeElement.id"_s).toString(), u"f"_s);
     waitUntilThePageTakesKeys(attacker);
@@ -142,7 +142,7 @@ void tst_popuptyping::pageFieldKeepsEveryKey()
 
 void tst_popuptyping::selectionInTheAddressBarStays()
 {
-    frmBrowser *attacker = openAttacker("window.open('/ads/x')");
+    BrowserWindow *attacker = openAttacker("window.open('/ads/x')");
     QLineEdit *field = addressField(*m_session);
     field->setFocus();
     field->setSelection(2, 5);

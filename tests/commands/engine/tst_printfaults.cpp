@@ -235,7 +235,7 @@ void tst_PrintFaults::anotherSiteWhilePrinting()
     QTRY_VERIFY_WITH_TIMEOUT(!shown || shown->isVisible(), 20000);
     QVERIFY2(shown, "it is printing");
     const QString next = m_session->server.url(u"/one"_s).replace(u"127.0.0.1"_s, u"localhost"_s);
-    m_session->frame->NavigateActive(next);
+    m_session->frame->navigateActive(next);
     QTRY_COMPARE_WITH_TIMEOUT(ok.count(), 1, 20000);
     QTRY_VERIFY(!shown);
     QTRY_VERIFY(m_session->shows(next));
@@ -271,15 +271,15 @@ void tst_PrintFaults::deadPageTakesAndTellsNoZoomWrongly()
     QTRY_COMPARE(ended.size(), 1);
     m_session->choose("mnuViewFontSize24");
     QVariant level;
-    WebBrowser &browser = *m_session->active()->brwWebBrowser();
-    QVERIFY(browser.ExecWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &level));
+    WebBrowser &browser = *m_session->active()->browser();
+    QVERIFY(browser.execWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &level));
     QCOMPARE(level.toInt(), 4);
     for (const char *item :
          {"mnuFileSaveAs", "mnuFilePrint", "mnuFilePrintPreview", "mnuFileProperties",
           "mnuEditFind", "mnuEditCopy", "mnuEditPaste", "mnuEditSelectAll", "mnuViewDocumentHTML"})
         m_session->choose(item);
     QVERIFY(!QApplication::activeModalWidget());
-    browser.Refresh();
+    browser.refresh();
     QTRY_VERIFY(m_session->shows(m_session->server.url(u"/long"_s)));
     QCOMPARE(page().zoomFactor(), 1.5);
 }
@@ -306,7 +306,7 @@ void tst_PrintFaults::pageThatIsStillLoading()
     m_session->server.reply("/stall", stall);
     m_session->start(m_session->server.url(u"/stall"_s));
     QTRY_COMPARE(m_session->server.count("/stall"), 1);
-    QTRY_VERIFY(m_session->active()->brwWebBrowser()->Busy());
+    QTRY_VERIFY(m_session->active()->browser()->isBusy());
     if (!body.isEmpty())
         QTRY_COMPARE(page().title(), u"Part"_s);
 

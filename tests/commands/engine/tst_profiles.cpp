@@ -37,7 +37,7 @@ private:
     QString profile(const QStringList &addresses) const;
     QString url(const QString &path) const { return m_session->server.url(path); }
     bool allShown() const;
-    QWidget *page() const { return m_session->active()->brwWebBrowser()->widget()->focusProxy(); }
+    QWidget *page() const { return m_session->active()->browser()->widget()->focusProxy(); }
     static bool drop(QWidget *target, const QString &file);
     QStatusBar &strip() const { return *m_session->frame->findChild<QStatusBar *>(); }
 
@@ -64,10 +64,10 @@ QString tst_Profiles::profile(const QStringList &addresses) const
 /// True once every window shows its page.
 bool tst_Profiles::allShown() const
 {
-    const QList<frmBrowser *> windows = browserForms();
-    return std::all_of(windows.cbegin(), windows.cend(), [](const frmBrowser *window) {
-        const WebBrowser *browser = window->brwWebBrowser();
-        return browser->HasDocument() && !browser->Busy();
+    const QList<BrowserWindow *> windows = browserForms();
+    return std::all_of(windows.cbegin(), windows.cend(), [](const BrowserWindow *window) {
+        const WebBrowser *browser = window->browser();
+        return browser->hasDocument() && !browser->isBusy();
     });
 }
 
@@ -93,8 +93,8 @@ void tst_Profiles::savedPagesComeBack()
     const QStringList addresses{url(u"/one"_s), url(u"/two?a=b;c&d=%C3%BC#part"_s),
                                 url(u"/home"_s)};
     m_session->start(addresses.at(0));
-    m_session->frame->OpenBrowserWindow(addresses.at(1), 0);
-    m_session->frame->OpenBrowserWindow(addresses.at(2), 0);
+    m_session->frame->openBrowserWindow(addresses.at(1), 0);
+    m_session->frame->openBrowserWindow(addresses.at(2), 0);
     QTRY_VERIFY(allShown());
     const QString file = m_session->folder.file(u"Profiles/day.orp"_s);
     setFileDialogAnswerer([file](const FileDialogRequest &) -> std::optional<FileDialogAnswer> {
@@ -104,9 +104,9 @@ void tst_Profiles::savedPagesComeBack()
     m_session->choose("mnuFileProfiles");
     QCOMPARE(m_session->windows(), 6);
     QTRY_VERIFY(allShown());
-    const QList<frmBrowser *> windows = browserForms();
+    const QList<BrowserWindow *> windows = browserForms();
     for (int i = 0; i < 6; ++i) {
-        QCOMPARE(windows.at(i)->brwWebBrowser()->LocationURL(), addresses.at(i % 3));
+        QCOMPARE(windows.at(i)->browser()->locationUrl(), addresses.at(i % 3));
         QVERIFY(!windows.at(i)->isMaximized());
         if (i > 0)
             QVERIFY(windows.at(i)->pos() != windows.at(i - 1)->pos());
@@ -121,7 +121,7 @@ void tst_Profiles::sourceOfAPageComesBackAsThat()
     m_session->start(addresses.at(0));
     QTRY_VERIFY(allShown());
     QCOMPARE(m_session->location(), addresses.at(0));
-    m_session->frame->OpenBrowserWindow(addresses.at(1), 0);
+    m_session->frame->openBrowserWindow(addresses.at(1), 0);
     QTRY_VERIFY(allShown());
     m_session->active()->findChild<QWebEngineView *>()->page()->triggerAction(
         QWebEnginePage::ViewSource);
@@ -135,9 +135,9 @@ void tst_Profiles::sourceOfAPageComesBackAsThat()
     m_session->choose("mnuFileProfiles");
     QCOMPARE(m_session->windows(), 6);
     QTRY_VERIFY(allShown());
-    const QList<frmBrowser *> windows = browserForms();
+    const QList<BrowserWindow *> windows = browserForms();
     for (int i = 0; i < 6; ++i)
-        QCOMPARE(windows.at(i)->brwWebBrowser()->LocationURL(), addresses.at(i % 3));
+        QCOMPARE(windows.at(i)->browser()->locationUrl(), addresses.at(i % 3));
 }
 
 void tst_Profiles::commandLineOpensAProfile_data()
@@ -201,7 +201,7 @@ void tst_Profiles::droppedOnAPage()
     QVERIFY(drop(page(), profile({url(u"/one"_s), url(u"/two"_s)})));
     QTRY_COMPARE(m_session->windows(), 3);
     QTRY_VERIFY(allShown());
-    QCOMPARE(browserForms().first()->brwWebBrowser()->LocationURL(), url(u"/home"_s));
+    QCOMPARE(browserForms().first()->browser()->locationUrl(), url(u"/home"_s));
 }
 
 void tst_Profiles::otherDropsArePages()
@@ -230,23 +230,23 @@ void tst_Profiles::pageThatMadeRoomComesAgain()
 {
     m_session->start(url(u"/one"_s));
     QTRY_VERIFY(m_session->shows(url(u"/one"_s)));
-    WebBrowser *browser = m_session->active()->brwWebBrowser();
-    browser->NavigateLater(browser->LocationURL());
-    QVERIFY(browser->Waiting());
-    QCOMPARE(browser->LocationURL(), url(u"/one"_s));
-    QVERIFY(!browser->HasDocument());
-    browser->Refresh();
-    QVERIFY(browser->Waiting());
+    WebBrowser *browser = m_session->active()->browser();
+    browser->navigateLater(browser->locationUrl());
+    QVERIFY(browser->isWaiting());
+    QCOMPARE(browser->locationUrl(), url(u"/one"_s));
+    QVERIFY(!browser->hasDocument());
+    browser->refresh();
+    QVERIFY(browser->isWaiting());
     QSignalSpy ended(browser, &WebBrowser::loadEnded);
-    browser->NavigateNow();
-    QVERIFY(!browser->Waiting());
-    QCOMPARE(browser->LocationURL(), url(u"/one"_s));
+    browser->navigateNow();
+    QVERIFY(!browser->isWaiting());
+    QCOMPARE(browser->locationUrl(), url(u"/one"_s));
     QTRY_COMPARE(ended.count(), 1);
     QVERIFY(m_session->shows(url(u"/one"_s)));
     QCOMPARE(m_session->server.count("/one"), 2);
-    browser->Navigate(url(u"/two"_s));
+    browser->navigate(url(u"/two"_s));
     QTRY_VERIFY(m_session->shows(url(u"/two"_s)));
-    QVERIFY(browser->GoBack());
+    QVERIFY(browser->goBack());
     QTRY_VERIFY(m_session->shows(url(u"/one"_s)));
 }
 
@@ -289,11 +289,11 @@ void tst_Profiles::sixtyPages()
     QVERIFY2(most <= 50, qPrintable(QString::number(most)));
     for (const QString &address : std::as_const(addresses))
         QCOMPARE(m_session->server.count(QUrl(address).path().toUtf8()), 1);
-    const QList<frmBrowser *> forms = browserForms();
+    const QList<BrowserWindow *> forms = browserForms();
     for (int i = 1; i <= 60; ++i)
         QTRY_COMPARE(forms.at(i - 1)->windowTitle(), u"p"_s + QString::number(i) + u"0"_s);
-    QVERIFY(forms.last()->brwWebBrowser()->HistorySteps().isEmpty());
-    QVERIFY(browserForms().first()->brwWebBrowser()->Waiting());
+    QVERIFY(forms.last()->browser()->historySteps().isEmpty());
+    QVERIFY(browserForms().first()->browser()->isWaiting());
     QTest::mouseClick(m_session->tabs().tab(browserForms().first()->tabKey()), Qt::LeftButton);
     QTRY_VERIFY(m_session->shows(addresses.first()));
 }

@@ -371,8 +371,8 @@ void tst_SaveFaults::proposedNames()
         title.isEmpty() ? QByteArray("text") : "<title>" + title.toUtf8() + "</title>x";
     m_session->server.reply(path.toUtf8(), {200, body, type, {}});
     m_session->start(m_session->server.url(path));
-    QTRY_VERIFY(m_session->active()->brwWebBrowser()->HasDocument()
-                && !m_session->active()->brwWebBrowser()->Busy());
+    QTRY_VERIFY(m_session->active()->browser()->hasDocument()
+                && !m_session->active()->browser()->isBusy());
     m_session->choose("mnuFileSaveAs");
     auto *dialog = PageDialogs::waitFor<QFileDialog>();
     QVERIFY(dialog);

@@ -38,7 +38,7 @@ private:
     void openProfile(int count) const;
     bool isSeen() const
     {
-        const auto *browser = qobject_cast<QtWebBrowser *>(m_session->active()->brwWebBrowser());
+        const auto *browser = qobject_cast<QtWebBrowser *>(m_session->active()->browser());
         return browser->page()->isVisible()
             && browser->page()->lifecycleState() == QWebEnginePage::LifecycleState::Active;
     }
@@ -46,7 +46,7 @@ private:
     /// The widget that the keyboard and the mouse of the active page go to.
     QWidget *page() const
     {
-        return m_session->active()->brwWebBrowser()->widget()->focusProxy()->focusProxy();
+        return m_session->active()->browser()->widget()->focusProxy()->focusProxy();
     }
 
     std::unique_ptr<Session> m_session;
@@ -132,7 +132,7 @@ void tst_ScreenReader::profileIsReadWhileItLoads()
 void tst_ScreenReader::closedWindowsAreReadNoMore()
 {
     m_session->start(url(u"/one"_s));
-    m_session->frame->OpenBrowserWindow(url(u"/two"_s), 0);
+    m_session->frame->openBrowserWindow(url(u"/two"_s), 0);
     QTRY_VERIFY(read().contains(u"Second page"_s));
     m_session->active()->close();
     read();
@@ -157,9 +157,9 @@ void tst_ScreenReader::crashedPageIsRead()
 {
     m_session->start(url(u"/one"_s));
     QTRY_VERIFY(m_session->shows(url(u"/one"_s)));
-    m_session->frame->NavigateActive(url(u"/two"_s));
+    m_session->frame->navigateActive(url(u"/two"_s));
     QTRY_VERIFY(read().contains(u"Second page"_s));
-    auto *browser = qobject_cast<QtWebBrowser *>(m_session->active()->brwWebBrowser());
+    auto *browser = qobject_cast<QtWebBrowser *>(m_session->active()->browser());
     ::kill(pid_t(browser->page()->renderProcessPid()), SIGKILL);
     const auto readOn = [this, browser] {
         read();
@@ -178,7 +178,7 @@ void tst_ScreenReader::crashedPageIsRead()
     else if (then == "back"_L1)
         m_session->choose("mnuNavigationBackwards");
     else if (then == "navigate"_L1)
-        m_session->frame->NavigateActive(url(u"/one"_s));
+        m_session->frame->navigateActive(url(u"/one"_s));
     else
         m_session->active()->close();
     if (then == "close"_L1) {
@@ -191,7 +191,7 @@ void tst_ScreenReader::crashedPageIsRead()
     QTRY_VERIFY(read().contains(then == "reload"_L1 ? u"Second page"_s : u"two"_s));
     QTRY_VERIFY(isSeen());
     QTRY_VERIFY(!m_session->active()->findChild<QPushButton *>(u"cmdReload"_s));
-    QCOMPARE(browser->HistorySteps().size(), then == "navigate"_L1 ? 2 : 1);
+    QCOMPARE(browser->historySteps().size(), then == "navigate"_L1 ? 2 : 1);
 }
 
 void tst_ScreenReader::fullScreenIsRead()
@@ -203,7 +203,7 @@ void tst_ScreenReader::fullScreenIsRead()
                            " document.fullscreenElement ? 'full' : 'not'</script>");
     m_session->start(url(u"/full"_s));
     QTRY_VERIFY(read().contains(u"Wide page"_s));
-    const frmBrowser *window = m_session->active();
+    const BrowserWindow *window = m_session->active();
     QWidget *view = page();
     const auto readUntil = [&](const QString &title) {
         read();

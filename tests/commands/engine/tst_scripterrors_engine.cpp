@@ -3,7 +3,7 @@
 
 #include "../Session.h"
 #include "EngineTest.h"
-#include "frmScriptErrors.h"
+#include "ScriptErrorsDialog.h"
 
 using namespace Qt::StringLiterals;
 
@@ -20,7 +20,10 @@ private slots:
     void suppressedErrorsAreNotShown();
 
 private:
-    frmScriptErrors *form() const { return m_session->active()->findChild<frmScriptErrors *>(); }
+    ScriptErrorsDialog *form() const
+    {
+        return m_session->active()->findChild<ScriptErrorsDialog *>();
+    }
     QString shown() const
     {
         return form() ? form()->findChild<QPlainTextEdit *>()->toPlainText() : QString();
@@ -80,7 +83,7 @@ void tst_ScriptErrors_Engine::suppressedErrorsAreNotShown()
 {
     m_session->folder.setSetting(u"Settings"_s, u"Suppress-Script-Errors"_s, u"1"_s);
     open("missing();");
-    QVERIFY(m_session->active()->brwWebBrowser()->Silent());
+    QVERIFY(m_session->active()->browser()->isSilent());
     QVERIFY(!form());
 }
 

@@ -49,8 +49,8 @@ void tst_shownnames::userNameInTheAddress()
     start();
     const QString plain = url(u"/one"_s);
     const QString disguised = QString(plain).replace("http://"_L1, "http://www.bank.example@"_L1);
-    m_session->frame->NavigateActive(disguised);
-    QTRY_COMPARE(m_session->active()->brwWebBrowser()->Busy(), false);
+    m_session->frame->navigateActive(disguised);
+    QTRY_COMPARE(m_session->active()->browser()->isBusy(), false);
     QTRY_COMPARE(m_session->server.count("/one"), 1);
     QTRY_COMPARE(bar()->text(), plain);
     QVERIFY(!m_session->active()->windowTitle().contains(u"bank"_s));
@@ -69,7 +69,7 @@ void tst_shownnames::addressOnTheWay()
     start();
     const QString plain = url(u"/hang"_s);
     const QString disguised = QString(plain).replace("http://"_L1, "http://www.bank.example@"_L1);
-    m_session->frame->OpenBrowserWindow(disguised, 0);
+    m_session->frame->openBrowserWindow(disguised, 0);
     QTRY_COMPARE(m_session->server.count("/hang"), 1);
     QCOMPARE(m_session->active()->windowTitle(), plain);
     QCOMPARE(bar()->text(), plain);
@@ -102,7 +102,7 @@ void tst_shownnames::linkUnderThePointer()
                                + link.toUtf8() + "'>www.bank.example</a>");
     start();
     go(url(u"/links"_s));
-    QWidget *page = m_session->active()->brwWebBrowser()->widget();
+    QWidget *page = m_session->active()->browser()->widget();
     for (int x = 20; x < 60 && !status().startsWith(shown); ++x) {
         QTest::mouseMove(page->window(), page->mapTo(page->window(), QPoint(x, 40)));
         QCoreApplication::processEvents();
@@ -114,7 +114,7 @@ void tst_shownnames::errorPage()
 {
     start();
     const QString address = u"http://www.bank.example@127.0.0.1:1/\u202Ex"_s;
-    m_session->frame->NavigateActive(address);
+    m_session->frame->navigateActive(address);
     QTRY_VERIFY(script(u"document.querySelector('code')?.textContent ?? ''"_s).startsWith(u"http"));
     QCOMPARE(script(u"document.querySelector('code').textContent"_s),
              u"http://127.0.0.1:1/%E2%80%AEx"_s);

@@ -63,7 +63,7 @@ void tst_StartUp::addressOnTheCommandLineIsOpenedMaximized()
     QVERIFY(m_session->active()->isMaximized());
     QTRY_VERIFY(m_session->shows(m_session->server.url(u"/one"_s)));
     QCOMPARE(m_session->server.count("/home"), 0);
-    QTRY_COMPARE(m_session->address().Text(), m_session->server.url(u"/one"_s));
+    QTRY_COMPARE(m_session->address().text(), m_session->server.url(u"/one"_s));
 }
 
 void tst_StartUp::quotesAroundTheAddressGo_data()
@@ -166,7 +166,7 @@ void tst_StartUp::missingHomeUrlGivesTheMakersPage()
     m_session->folder.writeSettings("[Options]\r\nShow-Splash=0\r\n[Settings]\r\nAskOnExit=0\r\n");
     m_session->start();
     QCOMPARE(m_session->active()->windowTitle(), ProgramInfo::homeUrl());
-    QCOMPARE(m_session->address().Text(), ProgramInfo::homeUrl());
+    QCOMPARE(m_session->address().text(), ProgramInfo::homeUrl());
 }
 
 void tst_StartUp::noAnswerKeepsEverythingAndSavesNothing()

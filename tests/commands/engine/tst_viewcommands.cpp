@@ -3,8 +3,8 @@
 
 #include "../Session.h"
 #include "EngineTest.h"
-#include "frmSource.h"
-#include "txtHTML.h"
+#include "SourceEditor.h"
+#include "SourceWindow.h"
 
 using namespace Qt::StringLiterals;
 
@@ -101,13 +101,13 @@ void tst_ViewCommands::documentHTMLIsTheLiveMarkup()
     QTRY_COMPARE(Forms::named("frmSource").size(), 1);
     m_session->choose("mnuViewDocumentHTML");
     QTRY_COMPARE(Forms::named("frmSource").size(), 2);
-    const auto *source = qobject_cast<frmSource *>(Forms::named("frmSource").first());
-    const QString text = source->txtHTML1().Text();
+    const auto *source = qobject_cast<SourceWindow *>(Forms::named("frmSource").first());
+    const QString text = source->editor().text();
     QVERIFY2(text.startsWith("<html><head><title>Live</title>"_L1), qPrintable(text));
     QVERIFY(text.contains("after the script</p>"_L1));
     QVERIFY(!text.contains("doctype"_L1, Qt::CaseInsensitive));
-    QCOMPARE(source->txtHTML1().SelStart(), 0);
-    QCOMPARE(source->txtHTML1().SelLength(), 0);
+    QCOMPARE(source->editor().selStart(), 0);
+    QCOMPARE(source->editor().selLength(), 0);
     QVERIFY(source->windowTitle().contains(m_session->server.url(u"/live"_s)));
     m_session->choose("mnuFileCloseAll");
     QTRY_VERIFY(Forms::named("frmSource").isEmpty());
@@ -122,10 +122,10 @@ void tst_ViewCommands::documentHTMLWhileLoadingOpensNothing()
     openOne();
     m_session->typeAddress(m_session->server.url(u"/silent"_s));
     QTRY_COMPARE(m_session->server.count("/silent"), 1);
-    QTRY_VERIFY(m_session->active()->brwWebBrowser()->Busy());
+    QTRY_VERIFY(m_session->active()->browser()->isBusy());
     m_session->choose("mnuViewDocumentHTML");
     m_session->choose("mnuNavigationStop");
-    QTRY_VERIFY(!m_session->active()->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!m_session->active()->browser()->isBusy());
     QVERIFY(Forms::named("frmSource").isEmpty());
     m_session->choose("mnuViewDocumentHTML");
     QTRY_COMPARE(Forms::named("frmSource").size(), 1);

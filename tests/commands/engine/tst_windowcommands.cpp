@@ -7,10 +7,10 @@
 #include "../Session.h"
 #include "Answer.h"
 #include "EngineTest.h"
+#include "OpenAddressDialog.h"
 #include "ProgramInfo.h"
+#include "SourceWindow.h"
 #include "TextRules.h"
-#include "frmOpenURL.h"
-#include "frmSource.h"
 
 using namespace Qt::StringLiterals;
 
@@ -66,7 +66,10 @@ private:
     void openMenu(const char *name) const;
     void openSecond(const char *path);
     QStringList enabledOf(const QStringList &names) const;
-    QWidget *tab(const frmBrowser *window) const { return m_session->tabs().tab(window->tabKey()); }
+    QWidget *tab(const BrowserWindow *window) const
+    {
+        return m_session->tabs().tab(window->tabKey());
+    }
 
     std::unique_ptr<Session> m_session;
 };
@@ -89,7 +92,7 @@ void tst_WindowCommands::openMenu(const char *name) const
 
 void tst_WindowCommands::openSecond(const char *path)
 {
-    m_session->frame->OpenBrowserWindow(url(path), 0);
+    m_session->frame->openBrowserWindow(url(path), 0);
     QTRY_VERIFY(m_session->shows(url(path)));
 }
 
@@ -131,7 +134,7 @@ void tst_WindowCommands::openUrlWithoutAWindowOpensOneOnce()
 
 void tst_WindowCommands::closeLeavesTheSourceWindow()
 {
-    frmSource::openOn(u"<p>"_s, url("/one"));
+    SourceWindow::openOn(u"<p>"_s, url("/one"));
     m_session->choose("mnuFileClose");
     QTRY_COMPARE(m_session->windows(), 0);
     QCOMPARE(Forms::named("frmSource").size(), 1);
@@ -144,7 +147,7 @@ void tst_WindowCommands::closeAllTakesTheSourceWindow()
 {
     openSecond("/two");
     m_session->choose("mnuWindowMinimizeAll");
-    frmSource::openOn(u"<p>"_s, url("/one"));
+    SourceWindow::openOn(u"<p>"_s, url("/one"));
     m_session->choose("mnuFileCloseAll");
     QTRY_VERIFY(Forms::named("frmSource").isEmpty());
     QCOMPARE(m_session->windows(), 0);
@@ -187,7 +190,7 @@ void tst_WindowCommands::closeNeverPrompts()
                            "<title>stay</title><script>onbeforeunload = e => "
                            "{ e.preventDefault(); return e.returnValue = 'stay' }</script>");
     openSecond("/leave");
-    QTest::mouseClick(m_session->active()->brwWebBrowser()->widget(), Qt::LeftButton);
+    QTest::mouseClick(m_session->active()->browser()->widget(), Qt::LeftButton);
     m_session->choose("mnuFileClose");
     QTRY_COMPARE(m_session->windows(), 1);
     QVERIFY(!QApplication::activeModalWidget());
@@ -237,7 +240,7 @@ void tst_WindowCommands::controlNOpensOneWindow()
     QFETCH(QString, receiver);
     QWidget *target = m_session->frame.get();
     if (receiver == "page"_L1)
-        target = m_session->active()->brwWebBrowser()->widget()->focusProxy();
+        target = m_session->active()->browser()->widget()->focusProxy();
     else if (receiver == "window"_L1)
         target = m_session->active();
     QVERIFY(target);
@@ -300,7 +303,7 @@ void tst_WindowCommands::startPageWithoutASetting()
 void tst_WindowCommands::refreshAllReloadsEveryPage()
 {
     openSecond("/two");
-    frmSource *source = frmSource::openOn(u"<p>"_s, url("/one"));
+    SourceWindow *source = SourceWindow::openOn(u"<p>"_s, url("/one"));
     m_session->server.forgetRequests();
     m_session->choose("mnuNavigationRefreshAll");
     QTRY_COMPARE(m_session->server.count("/one"), 1);
@@ -314,16 +317,16 @@ void tst_WindowCommands::stopAllStopsEveryPage()
     slow.silent = true;
     for (const char *path : {"/slow", "/slower"}) {
         m_session->server.reply(path, slow);
-        m_session->frame->OpenBrowserWindow(url(path), 0);
+        m_session->frame->openBrowserWindow(url(path), 0);
     }
-    const QList<frmBrowser *> windows = browserForms();
+    const QList<BrowserWindow *> windows = browserForms();
     QTRY_COMPARE(m_session->server.count("/slow"), 1);
     QTRY_COMPARE(m_session->server.count("/slower"), 1);
-    QVERIFY(windows.at(1)->brwWebBrowser()->Busy());
-    QVERIFY(windows.at(2)->brwWebBrowser()->Busy());
+    QVERIFY(windows.at(1)->browser()->isBusy());
+    QVERIFY(windows.at(2)->browser()->isBusy());
     m_session->choose("mnuNavigationStopAll");
-    QTRY_VERIFY(!windows.at(1)->brwWebBrowser()->Busy());
-    QTRY_VERIFY(!windows.at(2)->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!windows.at(1)->browser()->isBusy());
+    QTRY_VERIFY(!windows.at(2)->browser()->isBusy());
 }
 
 void tst_WindowCommands::searchTheWebTogglesTheSideBar()
@@ -347,9 +350,9 @@ void tst_WindowCommands::titleOnTheTab()
 
 void tst_WindowCommands::middleClickClosesItsWindow()
 {
-    frmBrowser *first = m_session->active();
+    BrowserWindow *first = m_session->active();
     openSecond("/two");
-    frmBrowser *second = m_session->active();
+    BrowserWindow *second = m_session->active();
     QTest::mouseClick(tab(first), Qt::MiddleButton);
     QTRY_COMPARE(m_session->windows(), 1);
     QCOMPARE(m_session->active(), second);
@@ -376,22 +379,22 @@ void tst_WindowCommands::rightReleaseListsTheWindows()
 
 void tst_WindowCommands::tabClickShowsTheAddressOverUnsentText()
 {
-    frmBrowser *first = m_session->active();
+    BrowserWindow *first = m_session->active();
     openSecond("/two");
-    frmBrowser *second = m_session->active();
+    BrowserWindow *second = m_session->active();
     auto *field = m_session->frame->findChild<QLineEdit *>();
-    for (frmBrowser *wanted : {first, first, second}) {
+    for (BrowserWindow *wanted : {first, first, second}) {
         field->setFocus();
         QTest::keyClicks(field, u"half an addr"_s);
         QTest::mouseClick(tab(wanted), Qt::LeftButton);
         QCOMPARE(m_session->active(), wanted);
-        QCOMPARE(m_session->address().Text(), wanted->brwWebBrowser()->LocationURL());
+        QCOMPARE(m_session->address().text(), wanted->browser()->locationUrl());
     }
 }
 
 void tst_WindowCommands::tabOfAMinimizedWindow()
 {
-    frmBrowser *first = m_session->active();
+    BrowserWindow *first = m_session->active();
     openSecond("/two");
     m_session->choose("mnuWindowMinimizeAll");
     QVERIFY(first->isMinimized());
@@ -400,7 +403,7 @@ void tst_WindowCommands::tabOfAMinimizedWindow()
     QCOMPARE(m_session->active(), first);
     QVERIFY(!first->isMinimized());
     QVERIFY(!first->isMaximized());
-    QCOMPARE(m_session->address().Text(), url("/one"));
+    QCOMPARE(m_session->address().text(), url("/one"));
 }
 
 void tst_WindowCommands::pageIconOnTabAndWindow()
@@ -421,10 +424,10 @@ void tst_WindowCommands::pageIconOnTabAndWindow()
     auto *button = qobject_cast<QAbstractButton *>(tab(m_session->active()));
     QVERIFY(button);
     QVERIFY2(!button->icon().isNull(), "image 1");
-    m_session->frame->NavigateActive(url("/icon"));
+    m_session->frame->navigateActive(url("/icon"));
     QTRY_COMPARE(colourOf(button->icon()), QColor(Qt::red));
     QCOMPARE(colourOf(m_session->active()->windowIcon()), QColor(Qt::red));
-    m_session->frame->NavigateActive(url("/two"));
+    m_session->frame->navigateActive(url("/two"));
     QTRY_VERIFY(m_session->shows(url("/two")));
     QTRY_VERIFY(colourOf(button->icon()) != QColor(Qt::red));
     QVERIFY(!button->icon().isNull());
@@ -457,12 +460,12 @@ void tst_WindowCommands::keysKeepAllInStep_data()
 void tst_WindowCommands::keysKeepAllInStep()
 {
     QFETCH(Qt::Key, key);
-    frmBrowser *first = m_session->active();
+    BrowserWindow *first = m_session->active();
     openSecond("/two");
-    frmBrowser *second = m_session->active();
-    const auto isInStep = [this](const frmBrowser *window, const char *path) {
+    BrowserWindow *second = m_session->active();
+    const auto isInStep = [this](const BrowserWindow *window, const char *path) {
         return m_session->active() == window && m_session->tabs().isPressed(window->tabKey())
-            && m_session->address().Text() == url(path)
+            && m_session->address().text() == url(path)
             && m_session->frame->windowTitle() == "Orvane - ["_L1 + window->windowTitle() + u']';
     };
     QTRY_VERIFY(isInStep(second, "/two"));
@@ -476,14 +479,13 @@ void tst_WindowCommands::keysKeepAllInStep()
 
 void tst_WindowCommands::controlF4Closes()
 {
-    frmBrowser *first = m_session->active();
+    BrowserWindow *first = m_session->active();
     openSecond("/two");
-    QTest::keyClick(m_session->active()->brwWebBrowser()->widget(), Qt::Key_F4,
-                    Qt::ControlModifier);
+    QTest::keyClick(m_session->active()->browser()->widget(), Qt::Key_F4, Qt::ControlModifier);
     QTRY_COMPARE(m_session->windows(), 1);
     QTRY_COMPARE(m_session->active(), first);
     QTRY_VERIFY(m_session->tabs().isPressed(first->tabKey()));
-    QTRY_COMPARE(m_session->address().Text(), url("/one"));
+    QTRY_COMPARE(m_session->address().text(), url("/one"));
 }
 
 void tst_WindowCommands::captionOfTheFrame()
@@ -509,8 +511,8 @@ void tst_WindowCommands::titleIsShownAsItStands()
 {
     QFETCH(QString, title);
     m_session->server.page("/title", "<title>" + title.toLatin1() + "</title>");
-    const frmBrowser *window = m_session->active();
-    m_session->frame->NavigateActive(url("/title"));
+    const BrowserWindow *window = m_session->active();
+    m_session->frame->navigateActive(url("/title"));
     QTRY_COMPARE(window->windowTitle(), title);
     const QString caption = "Orvane - ["_L1 + title + u']';
     QTRY_COMPARE(m_session->frame->windowTitle(), caption);
@@ -527,7 +529,7 @@ void tst_WindowCommands::lastWindowLeavesTheAddress()
 {
     m_session->choose("mnuFileClose");
     QTRY_VERIFY(!m_session->frame->activeChild());
-    QCOMPARE(m_session->address().Text(), url("/one"));
+    QCOMPARE(m_session->address().text(), url("/one"));
 }
 
 void tst_WindowCommands::openMenuKeepsTheTypedText()
@@ -549,18 +551,18 @@ void tst_WindowCommands::unsentTextSurvivesAPageThatFinishes()
     field->setFocus();
     field->selectAll();
     QTest::keyClicks(field, u"zzz"_s);
-    m_session->active()->brwWebBrowser()->Navigate(url("/two"));
+    m_session->active()->browser()->navigate(url("/two"));
     QTRY_VERIFY(m_session->shows(url("/two")));
-    QCOMPARE(m_session->address().Text(), u"zzz"_s);
+    QCOMPARE(m_session->address().text(), u"zzz"_s);
     QCOMPARE(m_session->address().listItem(0), url("/two"));
     QTest::keyClick(field, Qt::Key_Escape);
-    QCOMPARE(m_session->address().Text(), url("/two"));
+    QCOMPARE(m_session->address().text(), url("/two"));
 }
 
 void tst_WindowCommands::manyWindowsCloseAtOnce()
 {
     for (int i = 0; i < 30; ++i)
-        m_session->frame->OpenBrowserWindow(u"About:Blank"_s, 0);
+        m_session->frame->openBrowserWindow(u"About:Blank"_s, 0);
     QCOMPARE(m_session->windows(), 31);
     QVERIFY(m_session->active()->isMaximized());
     QVERIFY(tab(m_session->active())->visibleRegion().boundingRect()
@@ -583,13 +585,13 @@ void tst_WindowCommands::acceleratorsInTheAddressField()
     QTest::keyClick(field, Qt::Key_Insert, Qt::ControlModifier);
     QTRY_COMPARE(m_session->windows(), 2);
     QTRY_COMPARE(m_session->server.count("/slow"), 1);
-    const frmBrowser *second = m_session->active();
-    QVERIFY(second->brwWebBrowser()->Busy());
+    const BrowserWindow *second = m_session->active();
+    QVERIFY(second->browser()->isBusy());
     field->setFocus();
     field->selectAll();
     const QString before = field->text();
     QTest::keyClick(field, Qt::Key_Delete, Qt::ShiftModifier);
-    QTRY_VERIFY(!second->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!second->browser()->isBusy());
     QVERIFY(!before.isEmpty());
     QCOMPARE(field->text(), before);
 }

@@ -59,12 +59,12 @@ void tst_consoleflood::rests()
     QFETCH(const QByteArray, flood);
     m_scene->server.page("/flood", "<!doctype html><body><script>" + flood + "</script>");
     m_scene->server.page("/next", "<title>Next</title>");
-    m_scene->browser->Navigate(m_scene->server.url(u"/flood"_s));
-    QTRY_VERIFY(m_scene->browser->HasDocument());
+    m_scene->browser->navigate(m_scene->server.url(u"/flood"_s));
+    QTRY_VERIFY(m_scene->browser->hasDocument());
     const qint64 flooding = process();
     QTRY_COMPARE(stateOf(flooding), 'T');
     QTRY_VERIFY(stateOf(flooding) != 'T');
-    m_scene->browser->Navigate(m_scene->server.url(u"/next"_s));
+    m_scene->browser->navigate(m_scene->server.url(u"/next"_s));
     QTRY_COMPARE_WITH_TIMEOUT(m_scene->browser->page()->title(), u"Next"_s, 20000);
     QTRY_VERIFY(stateOf(flooding) != 'T');
 }
@@ -74,7 +74,7 @@ void tst_consoleflood::chattyPageDoesNotRest()
     m_scene->server.page("/chatty",
                          "<title>x</title><script>for (let i = 0; i < 800; ++i) console.log(i);"
                          "document.title = 'told'</script>");
-    m_scene->browser->Navigate(m_scene->server.url(u"/chatty"_s));
+    m_scene->browser->navigate(m_scene->server.url(u"/chatty"_s));
     while (m_scene->browser->page() == nullptr || m_scene->browser->page()->title() != "told"_L1) {
         QVERIFY(!m_scene->browser->page() || process() == 0 || stateOf(process()) != 'T');
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -86,8 +86,8 @@ void tst_consoleflood::closedPageLeavesNothingStopped()
     m_scene->server.page("/flood",
                          "<script>setInterval(() => { for (let i = 0; i < 500; ++i)"
                          " console.log(i) })</script>");
-    m_scene->browser->Navigate(m_scene->server.url(u"/flood"_s));
-    QTRY_VERIFY(m_scene->browser->HasDocument());
+    m_scene->browser->navigate(m_scene->server.url(u"/flood"_s));
+    QTRY_VERIFY(m_scene->browser->hasDocument());
     const qint64 flooding = process();
     QTRY_COMPARE(stateOf(flooding), 'T');
     m_scene.reset();

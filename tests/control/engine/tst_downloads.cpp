@@ -53,7 +53,7 @@ private:
     }
     bool arrived(const QString &address) const
     {
-        return m_events->count("complete "_L1 + address) > 0 && !m_browser->Busy();
+        return m_events->count("complete "_L1 + address) > 0 && !m_browser->isBusy();
     }
     static QStringList allKept()
     {
@@ -97,7 +97,7 @@ void tst_downloads::cleanup()
 
 void tst_downloads::showPage()
 {
-    m_browser->Navigate(url(u"/a"_s));
+    m_browser->navigate(url(u"/a"_s));
     QTRY_VERIFY(arrived(url(u"/a"_s)));
     QTRY_COMPARE(m_events->titles.value(m_events->titles.size() - 1), u"Page A"_s);
     m_events->lines.clear();
@@ -119,14 +119,14 @@ void tst_downloads::windowStaysOnItsPage()
     QFETCH(QString, file);
     showPage();
     m_browser->page()->settings()->setAttribute(QWebEngineSettings::PdfViewerEnabled, false);
-    m_browser->Navigate(url(path));
+    m_browser->navigate(url(path));
     QTRY_VERIFY(QFile::exists(kept(file)));
-    QTRY_VERIFY(!m_browser->Busy());
-    QTRY_COMPARE(m_browser->LocationURL(), url(u"/a"_s));
+    QTRY_VERIFY(!m_browser->isBusy());
+    QTRY_COMPARE(m_browser->locationUrl(), url(u"/a"_s));
     QTRY_COMPARE(m_browser->page()->url().toString(), url(u"/a"_s));
-    QCOMPARE(m_browser->LocationURL(), url(u"/a"_s));
+    QCOMPARE(m_browser->locationUrl(), url(u"/a"_s));
     QCOMPARE(m_events->navigation(), QStringList("before "_L1 + url(path)));
-    QVERIFY(m_browser->HasDocument());
+    QVERIFY(m_browser->hasDocument());
     QCOMPARE(m_browser->page()->history()->count(), 1);
     QVERIFY2(!m_events->statuses.last().contains(path), qPrintable(m_events->statuses.last()));
 }
@@ -136,19 +136,19 @@ void tst_downloads::fileFromALinkLeavesThePage()
     showPage();
     m_browser->page()->runJavaScript(u"document.getElementById('f').click()"_s);
     QTRY_VERIFY(QFile::exists(kept(u"attached.html"_s)));
-    QTRY_VERIFY(!m_browser->Busy());
-    QTRY_COMPARE(m_browser->LocationURL(), url(u"/a"_s));
+    QTRY_VERIFY(!m_browser->isBusy());
+    QTRY_COMPARE(m_browser->locationUrl(), url(u"/a"_s));
     QCOMPARE(m_events->navigation(), QStringList("before "_L1 + url(u"/attached.html"_s)));
 }
 
 void tst_downloads::windowWithoutAPageStaysWithoutOne()
 {
-    m_browser->Navigate(url(u"/bytes.bin"_s));
+    m_browser->navigate(url(u"/bytes.bin"_s));
     QTRY_VERIFY(QFile::exists(kept(u"bytes.bin"_s)));
-    QTRY_VERIFY(!m_browser->Busy());
+    QTRY_VERIFY(!m_browser->isBusy());
     QCOMPARE(m_events->navigation(), QStringList("before "_L1 + url(u"/bytes.bin"_s)));
-    QCOMPARE(m_browser->LocationURL(), QString());
-    QVERIFY(!m_browser->HasDocument());
+    QCOMPARE(m_browser->locationUrl(), QString());
+    QVERIFY(!m_browser->hasDocument());
 }
 
 /// The window is free as soon as it is known to be a file, however long that takes to come.
@@ -160,10 +160,10 @@ void tst_downloads::stalledFileLeavesTheWindowFree()
     stalled.stallAfterHeaders = true;
     m_server->reply("/stalled.bin", stalled);
     showPage();
-    m_browser->Navigate(url(u"/stalled.bin"_s));
+    m_browser->navigate(url(u"/stalled.bin"_s));
     QTRY_COMPARE(m_server->count("/stalled.bin"), 1);
-    QTRY_VERIFY(!m_browser->Busy());
-    QTRY_COMPARE(m_browser->LocationURL(), url(u"/a"_s));
+    QTRY_VERIFY(!m_browser->isBusy());
+    QTRY_COMPARE(m_browser->locationUrl(), url(u"/a"_s));
     QCOMPARE(m_events->navigation(), QStringList("before "_L1 + url(u"/stalled.bin"_s)));
 }
 
@@ -176,9 +176,9 @@ void tst_downloads::connectionBreaksAfterTheWindowClosed()
     m_server->reply("/stalled.bin", stalled);
     const QSignalSpy requests(engineProfile(), &QWebEngineProfile::downloadRequested);
     showPage();
-    m_browser->Navigate(url(u"/stalled.bin"_s));
+    m_browser->navigate(url(u"/stalled.bin"_s));
     QTRY_COMPARE(requests.count(), 1);
-    QTRY_VERIFY(!m_browser->Busy());
+    QTRY_VERIFY(!m_browser->isBusy());
     m_scene.reset();
     QTRY_VERIFY(requests.count() > 1);
 }
@@ -198,10 +198,10 @@ void tst_downloads::windowClosedAsTheFileBegins()
         ControlScene closing;
         closing.open(url(u"/a"_s));
         QSignalSpy ended(closing.browser, &WebBrowser::loadEnded);
-        closing.browser->Navigate(url(QString::fromLatin1(path)));
+        closing.browser->navigate(url(QString::fromLatin1(path)));
         QTRY_VERIFY(!ended.isEmpty());
         delete closing.browser->page();
-        m_browser->Navigate(url(u"/a?"_s + QString::number(round)));
+        m_browser->navigate(url(u"/a?"_s + QString::number(round)));
         QTRY_VERIFY(m_events->count("complete "_L1 + url(u"/a?"_s + QString::number(round))) == 1);
     }
 }
@@ -212,17 +212,17 @@ void tst_downloads::pageThatIsSlowToLeave()
                    "<title>Slow</title><script>addEventListener('beforeunload', () => {"
                    "const start = Date.now(); while (Date.now() - start < 200); })</script>");
     const QString slow = url(u"/slow"_s);
-    m_browser->Navigate(slow);
+    m_browser->navigate(slow);
     QTRY_VERIFY(arrived(slow));
     m_events->lines.clear();
-    m_browser->Navigate(url(u"/bytes.bin"_s));
+    m_browser->navigate(url(u"/bytes.bin"_s));
     QTRY_VERIFY(QFile::exists(kept(u"bytes.bin"_s)));
-    QTRY_VERIFY(!m_browser->Busy());
-    QCOMPARE(m_browser->LocationURL(), slow);
+    QTRY_VERIFY(!m_browser->isBusy());
+    QCOMPARE(m_browser->locationUrl(), slow);
     QCOMPARE(m_events->navigation(), QStringList("before "_L1 + url(u"/bytes.bin"_s)));
     m_events->lines.clear();
     const QString next = url(u"/b"_s);
-    m_browser->Navigate(next);
+    m_browser->navigate(next);
     QTRY_VERIFY(arrived(next));
     QCOMPARE(m_events->navigation(),
              QStringList({"before "_L1 + next, "navigated "_L1 + next, "complete "_L1 + next}));
@@ -233,27 +233,27 @@ void tst_downloads::pageThatIsSlowToLeaveKeepsItsOwnAddresses()
     m_server->page("/slow",
                    "<title>Slow</title><script>addEventListener('beforeunload', () => {"
                    "history.pushState(null, '', '/pushed'); })</script>");
-    m_browser->Navigate(url(u"/slow"_s));
+    m_browser->navigate(url(u"/slow"_s));
     QTRY_VERIFY(arrived(url(u"/slow"_s)));
-    m_browser->Navigate(url(u"/bytes.bin"_s));
+    m_browser->navigate(url(u"/bytes.bin"_s));
     QTRY_VERIFY(QFile::exists(kept(u"bytes.bin"_s)));
-    QTRY_VERIFY(!m_browser->Busy());
-    QTRY_COMPARE(m_browser->LocationURL(), url(u"/pushed"_s));
+    QTRY_VERIFY(!m_browser->isBusy());
+    QTRY_COMPARE(m_browser->locationUrl(), url(u"/pushed"_s));
 }
 
 void tst_downloads::nextPageComesAsEver()
 {
     showPage();
-    m_browser->Navigate(url(u"/bytes.bin"_s));
+    m_browser->navigate(url(u"/bytes.bin"_s));
     QTRY_VERIFY(QFile::exists(kept(u"bytes.bin"_s)));
-    QTRY_VERIFY(!m_browser->Busy());
+    QTRY_VERIFY(!m_browser->isBusy());
     m_events->lines.clear();
     const QString next = url(u"/b"_s);
-    m_browser->Navigate(next);
+    m_browser->navigate(next);
     QTRY_VERIFY(arrived(next));
     QCOMPARE(m_events->navigation(),
              QStringList({"before "_L1 + next, "navigated "_L1 + next, "complete "_L1 + next}));
-    QCOMPARE(m_browser->LocationURL(), next);
+    QCOMPARE(m_browser->locationUrl(), next);
 }
 
 /// Alone, and nowhere but in the folder for it.
@@ -261,7 +261,7 @@ void tst_downloads::arrives(const QString &name) const
 {
     QTRY_COMPARE(allKept(), QStringList(name));
     QTRY_COMPARE(QFileInfo(kept(name)).size(), 5);
-    QVERIFY(!m_browser->Busy());
+    QVERIFY(!m_browser->isBusy());
 }
 
 void tst_downloads::namesFromTheServer_data()
@@ -295,7 +295,7 @@ void tst_downloads::namesFromTheServer()
         200, "bytes", "application/x-parcel", {{"Content-Disposition", header}}};
     m_server->reply("/", reply);
     showPage();
-    m_browser->Navigate(url(u"/"_s));
+    m_browser->navigate(url(u"/"_s));
     arrives(name);
 }
 
@@ -339,7 +339,7 @@ void tst_downloads::namesFromTheAddress()
     QFETCH(QString, name);
     m_server->reply(path, {200, "bytes", "application/x-parcel", {}});
     showPage();
-    m_browser->Navigate(url(QString::fromLatin1(path)));
+    m_browser->navigate(url(QString::fromLatin1(path)));
     arrives(name);
 }
 
@@ -362,7 +362,7 @@ void tst_downloads::longNamesArrive()
                      {{"Content-Disposition", "attachment; filename*=UTF-8''" + wanted}}});
     showPage();
     for (int number = 1; number <= 2; ++number) {
-        m_browser->Navigate(url(u"/long"_s));
+        m_browser->navigate(url(u"/long"_s));
         QTRY_COMPARE(allKept().size(), number);
         QTRY_VERIFY(!allKept().join(u'\n').contains(".download"_L1));
         for (const QString &name : allKept()) {
@@ -383,7 +383,7 @@ void tst_downloads::whatIsThereStays()
     QVERIFY(write(u"bytes.bin"_s) && write(u"bytes (1).bin.download"_s));
     QVERIFY(QFile::link(u"/nowhere/at/all"_s, kept(u"bytes (2).bin"_s)));
     showPage();
-    m_browser->Navigate(url(u"/bytes.bin"_s));
+    m_browser->navigate(url(u"/bytes.bin"_s));
     QTRY_COMPARE(QFileInfo(kept(u"bytes (3).bin"_s)).size(), 5);
     QCOMPARE(QFileInfo(kept(u"bytes.bin"_s)).size(), 4);
     QCOMPARE(QFileInfo(kept(u"bytes (1).bin.download"_s)).size(), 4);

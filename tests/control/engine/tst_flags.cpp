@@ -33,7 +33,7 @@ private:
         return engineProfile()->visitedLinksContainsUrl(QUrl(m_scene->server.url(path)));
     }
     void open(const QString &path) { m_scene->open(m_scene->server.url(path)); }
-    QString at() const { return QUrl(m_scene->browser->LocationURL()).path(); }
+    QString at() const { return QUrl(m_scene->browser->locationUrl()).path(); }
     int entries() const { return int(m_scene->browser->page()->history()->count()); }
     static bool cacheHolds(const QByteArray &text);
 
@@ -89,7 +89,7 @@ void tst_flags::shellNavigationReplacesTheEntry()
     QVERIFY(visited(u"/b"_s));
     QCOMPARE(m_scene->events.count("before "_L1 + m_scene->server.url(u"/c"_s)), 1);
     m_scene->events.flagsToSet = 0;
-    QVERIFY(m_scene->browser->GoBack());
+    QVERIFY(m_scene->browser->goBack());
     QTRY_COMPARE(at(), u"/a"_s);
 }
 
@@ -101,7 +101,7 @@ void tst_flags::replacedEntryIsReachedByBack()
     m_scene->events.flagsToSet = 0;
     open(u"/d"_s);
     QCOMPARE(entries(), 2);
-    QVERIFY(m_scene->browser->GoBack());
+    QVERIFY(m_scene->browser->goBack());
     QTRY_COMPARE(at(), u"/b"_s);
 }
 
@@ -114,10 +114,10 @@ void tst_flags::linksOfThePageAreSkipped()
     QVERIFY(!visited(u"/c"_s));
     m_scene->events.flagsToSet = 0;
     open(u"/d"_s);
-    QVERIFY(m_scene->browser->GoBack());
+    QVERIFY(m_scene->browser->goBack());
     m_scene->waitFor(m_scene->server.url(u"/a"_s));
-    QVERIFY(!m_scene->browser->GoBack());
-    QVERIFY(m_scene->browser->GoForward());
+    QVERIFY(!m_scene->browser->goBack());
+    QVERIFY(m_scene->browser->goForward());
     m_scene->waitFor(m_scene->server.url(u"/d"_s));
 }
 
@@ -131,7 +131,7 @@ void tst_flags::formsOfThePageAreSkipped()
     QCOMPARE(m_scene->server.requests("/d").first().method, "POST");
     m_scene->events.flagsToSet = 0;
     open(u"/b"_s);
-    QVERIFY(m_scene->browser->GoBack());
+    QVERIFY(m_scene->browser->goBack());
     m_scene->waitFor(m_scene->server.url(u"/a"_s));
 }
 
@@ -141,7 +141,7 @@ void tst_flags::redirectsLeaveNoLink()
     m_scene->server.redirect("/second", "/b");
     open(u"/a"_s);
     m_scene->events.flagsToSet = NavFlags::NoHistory;
-    m_scene->browser->Navigate(m_scene->server.url(u"/first"_s));
+    m_scene->browser->navigate(m_scene->server.url(u"/first"_s));
     m_scene->waitFor(m_scene->server.url(u"/b"_s));
     QCOMPARE(entries(), 1);
     QVERIFY(!visited(u"/first"_s) && !visited(u"/second"_s) && !visited(u"/b"_s));
@@ -171,7 +171,7 @@ void tst_flags::refusedAddressLeavesNothing()
     m_scene->events.flagsToSet = NavFlags::NoHistory;
     m_scene->events.refuse = true;
     const QString b = m_scene->server.url(u"/b"_s);
-    m_scene->browser->Navigate(b);
+    m_scene->browser->navigate(b);
     QTRY_COMPARE(m_scene->events.count("before "_L1 + b), 1);
     m_scene->events.refuse = false;
     open(u"/c"_s);
@@ -205,7 +205,7 @@ void tst_flags::nothingIsWrittenToTheCache()
     // What is written, is written in turn: the next one is there, so the one before would be.
     m_scene->events.flagsToSet = 0;
     m_scene->events.titles.append(QString());
-    m_scene->browser->Navigate(m_scene->server.url(u"/page-plain?again"_s));
+    m_scene->browser->navigate(m_scene->server.url(u"/page-plain?again"_s));
     QTRY_COMPARE(m_scene->events.titles.last(), u"fetched"_s);
     QTRY_VERIFY(cacheHolds("page-plain?again"));
     QVERIFY(!cacheHolds("page-secret"));

@@ -99,9 +99,9 @@ void tst_indicators::secureWhileThePageStillLoads()
     silent.silent = true;
     server->reply("/never.png", silent);
     server->page("/slow", "<title>Slow</title><img src=/never.png>");
-    m_scene->browser->Navigate(server->url(u"/slow"_s));
+    m_scene->browser->navigate(server->url(u"/slow"_s));
     QTRY_VERIFY(m_scene->events.secure);
-    QVERIFY(m_scene->browser->Busy());
+    QVERIFY(m_scene->browser->isBusy());
 }
 
 void tst_indicators::nextPageIsJudgedAnew()
@@ -112,7 +112,7 @@ void tst_indicators::nextPageIsJudgedAnew()
     QVERIFY(m_scene->events.secure);
     m_scene->open(m_scene->server.url(u"/a"_s));
     QVERIFY(!m_scene->events.secure);
-    QVERIFY(m_scene->browser->GoBack());
+    QVERIFY(m_scene->browser->goBack());
     m_scene->waitFor(server->url(u"/a"_s));
     QTRY_VERIFY(m_scene->events.secure);
     m_scene->open(u"http://127.0.0.1:1/"_s);
@@ -169,7 +169,7 @@ void tst_indicators::cookieOfAnotherSiteIsRefused()
 {
     m_scene->open(m_scene->server.url(u"/tracked"_s));
     QTRY_VERIFY(m_scene->events.privacy);
-    m_scene->browser->Refresh();
+    m_scene->browser->refresh();
     QTRY_COMPARE(m_other->count("/image.svg"), 2);
     QVERIFY(!m_other->requests("/image.svg").last().headers.contains("cookie"));
     QTRY_VERIFY(m_scene->events.privacy);

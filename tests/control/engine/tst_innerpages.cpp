@@ -81,10 +81,10 @@ void tst_innerpages::typed()
 {
     QFETCH(const QString, address);
     m_scene->open(m_scene->server.url(u"/a"_s));
-    m_scene->browser->Navigate(address);
+    m_scene->browser->navigate(address);
     QVERIFY(m_scene->events.statuses.last().startsWith("This address is not opened"_L1));
-    QVERIFY(!m_scene->browser->Busy());
-    QCOMPARE(m_scene->browser->LocationURL(), m_scene->server.url(u"/a"_s));
+    QVERIFY(!m_scene->browser->isBusy());
+    QCOMPARE(m_scene->browser->locationUrl(), m_scene->server.url(u"/a"_s));
     QCOMPARE(m_scene->script(u"document.title"_s), u"Page A"_s);
     m_scene->server.page("/b", "b");
     m_scene->open(m_scene->server.url(u"/b"_s));
@@ -93,18 +93,18 @@ void tst_innerpages::typed()
 /// In a window that waited at the address, as those of a profile do.
 void tst_innerpages::typedFirst()
 {
-    m_scene->browser->NavigateLater(u"chrome://inducebrowsercrashforrealz"_s);
-    m_scene->browser->NavigateNow();
+    m_scene->browser->navigateLater(u"chrome://inducebrowsercrashforrealz"_s);
+    m_scene->browser->navigateNow();
     QVERIFY(m_scene->events.statuses.last().startsWith("This address is not opened"_L1));
     QCOMPARE(m_scene->events.titles.last(), u"chrome://inducebrowsercrashforrealz"_s);
-    QVERIFY(!m_scene->browser->HasDocument());
+    QVERIFY(!m_scene->browser->hasDocument());
     m_scene->open(m_scene->server.url(u"/a"_s));
 }
 
 void tst_innerpages::harmlessPageOpens()
 {
     m_scene->open(u"chrome://histograms/"_s);
-    QVERIFY(m_scene->browser->HasDocument());
+    QVERIFY(m_scene->browser->hasDocument());
 }
 
 void tst_innerpages::pageReachesNoInnerFile_data()
@@ -156,7 +156,7 @@ void tst_innerpages::pageReachesNoInnerFile()
 {
     QFETCH(const QByteArray, attack);
     m_scene->server.page("/hostile", hostilePage(attack));
-    m_scene->browser->Navigate(m_scene->server.url(u"/hostile"_s));
+    m_scene->browser->navigate(m_scene->server.url(u"/hostile"_s));
     QTRY_VERIFY(m_scene->browser->page()->title().startsWith("got: "_L1));
     QCOMPARE(m_scene->browser->page()->title(), u"got: nothing"_s);
 }
@@ -210,11 +210,11 @@ void tst_innerpages::pageGoesToNone()
     server.page("/hostile",
                 hostilePage(attack.replace("$address", address)
                             + "; await new Promise(d => setTimeout(d, 400));"));
-    m_scene->browser->Navigate(server.url(u"/hostile"_s));
-    QTRY_VERIFY(m_scene->browser->HasDocument());
+    m_scene->browser->navigate(server.url(u"/hostile"_s));
+    QTRY_VERIFY(m_scene->browser->hasDocument());
     QTRY_VERIFY(m_scene->browser->page()->title() == "got: nothing"_L1
                 || server.count("/redirect") > 0);
-    QTRY_VERIFY(!m_scene->browser->Busy());
+    QTRY_VERIFY(!m_scene->browser->isBusy());
     server.page("/after", "<title>After</title>");
     m_scene->open(server.url(u"/after"_s));
     QTRY_COMPARE(m_scene->browser->page()->title(), u"After"_s);
@@ -239,7 +239,7 @@ void tst_innerpages::windowOfItsOwnGoesToNone()
                     "const s = w.document.createElement('script'); s.src = '$inner';"
                     "w.document.body.append(s); await new Promise(d => setTimeout(d, 500));"
                     "return w.QWebChannel && 'ran'"));
-    m_scene->browser->Navigate(m_scene->server.url(u"/hostile"_s));
+    m_scene->browser->navigate(m_scene->server.url(u"/hostile"_s));
     QTRY_VERIFY(m_scene->browser->page()->title().startsWith("got: "_L1));
     QCOMPARE(m_scene->browser->page()->title(), u"got: nothing"_s);
     QCOMPARE(events.lines.filter(u"qrc"_s), QStringList());

@@ -310,16 +310,16 @@ void tst_localfiles::webReachesNoFile()
     m_scene->events.nextTarget = &popup;
     m_scene->server.page("/a", hostilePage(attack, folder()));
     m_scene->server.redirect("/to-file", QByteArray(folder().toEncoded() + "/other.html"));
-    m_scene->browser->Navigate(m_scene->server.url(u"/a"_s));
+    m_scene->browser->navigate(m_scene->server.url(u"/a"_s));
     if (qstrcmp(QTest::currentDataTag(), "redirect") != 0) {
         QCOMPARE(read(), nothing);
-        QCOMPARE(m_scene->browser->LocationURL(), m_scene->server.url(u"/a"_s));
+        QCOMPARE(m_scene->browser->locationUrl(), m_scene->server.url(u"/a"_s));
     } else {
         QTRY_VERIFY(m_scene->server.count("/to-file") == 1);
-        QTRY_VERIFY(!m_scene->browser->Busy());
+        QTRY_VERIFY(!m_scene->browser->isBusy());
     }
-    QVERIFY(!m_scene->browser->LocationURL().startsWith("file:"_L1));
-    QVERIFY(!popup.LocationURL().startsWith("file:"_L1));
+    QVERIFY(!m_scene->browser->locationUrl().startsWith("file:"_L1));
+    QVERIFY(!popup.locationUrl().startsWith("file:"_L1));
     m_scene->browser->dropPage();
     popup.dropPage();
 }

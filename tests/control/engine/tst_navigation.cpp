@@ -84,33 +84,33 @@ void tst_navigation::eventsComeInOrder()
 {
     warmUpEngine();
     const QString url = m_server->url(u"/a"_s);
-    QVERIFY(!m_browser->HasDocument());
-    QCOMPARE(m_browser->LocationURL(), QString());
-    m_browser->Navigate(url);
+    QVERIFY(!m_browser->hasDocument());
+    QCOMPARE(m_browser->locationUrl(), QString());
+    m_browser->navigate(url);
     QTRY_VERIFY(arrived(url));
-    QTRY_VERIFY(!m_browser->Busy());
+    QTRY_VERIFY(!m_browser->isBusy());
     const QStringList expected{"before "_L1 + url, "navigated "_L1 + url, "complete "_L1 + url};
     QCOMPARE(m_events->navigation(), expected);
     QTRY_COMPARE(m_events->titles.last(), u"Page A"_s);
-    QVERIFY(m_browser->HasDocument());
-    QCOMPARE(m_browser->LocationURL(), url);
+    QVERIFY(m_browser->hasDocument());
+    QCOMPARE(m_browser->locationUrl(), url);
     QCOMPARE(m_browser->page()->history()->count(), 1);
 }
 
 void tst_navigation::aboutBlankHasItsEvents()
 {
-    m_browser->Navigate(u"About:Blank"_s);
+    m_browser->navigate(u"About:Blank"_s);
     QTRY_VERIFY2(arrived(u"about:blank"_s), qPrintable(m_events->lines.join(u'|')));
     const QStringList expected{u"before about:blank"_s, u"navigated about:blank"_s,
                                u"complete about:blank"_s};
     QCOMPARE(m_events->navigation(), expected);
-    QCOMPARE(m_browser->LocationURL(), u"about:blank"_s);
-    QTRY_VERIFY(!m_browser->Busy());
+    QCOMPARE(m_browser->locationUrl(), u"about:blank"_s);
+    QTRY_VERIFY(!m_browser->isBusy());
     m_events->lines.clear();
-    m_browser->Navigate(m_server->url(u"/a"_s));
+    m_browser->navigate(m_server->url(u"/a"_s));
     QTRY_VERIFY2(arrived(m_server->url(u"/a"_s)), qPrintable(m_events->lines.join(u"|"_s)));
     m_events->lines.clear();
-    m_browser->Navigate(u"about:blank"_s);
+    m_browser->navigate(u"about:blank"_s);
     QTRY_VERIFY2(arrived(u"about:blank"_s), qPrintable(m_events->lines.join(u'|')));
     QCOMPARE(m_events->navigation(), expected);
 }
@@ -121,12 +121,12 @@ void tst_navigation::aboutBlankOverALoadHasItsEvents()
     silent.silent = true;
     m_server->reply("/never.png", silent);
     m_server->page("/slow", "<title>Slow</title><img src=/never.png>");
-    m_browser->Navigate(m_server->url(u"/slow"_s));
+    m_browser->navigate(m_server->url(u"/slow"_s));
     QTRY_COMPARE(m_events->titles.value(m_events->titles.size() - 1), u"Slow"_s);
     m_events->lines.clear();
-    m_browser->Navigate(u"about:blank"_s);
+    m_browser->navigate(u"about:blank"_s);
     QTRY_VERIFY2(arrived(u"about:blank"_s), qPrintable(m_events->lines.join(u'|')));
-    QTRY_VERIFY(!m_browser->Busy());
+    QTRY_VERIFY(!m_browser->isBusy());
     const QStringList expected{u"before about:blank"_s, u"navigated about:blank"_s,
                                u"complete about:blank"_s};
     QCOMPARE(m_events->navigation(), expected);
@@ -135,20 +135,20 @@ void tst_navigation::aboutBlankOverALoadHasItsEvents()
 void tst_navigation::aboutBlankIsRefused()
 {
     const QString a = m_server->url(u"/a"_s);
-    m_browser->Navigate(a);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    m_browser->navigate(a);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(a));
     m_events->refuse = true;
-    m_browser->Navigate(u"about:blank"_s);
+    m_browser->navigate(u"about:blank"_s);
     QCOMPARE(m_events->count(u"before about:blank"_s), 1);
     QCOMPARE(script(u"document.title"_s), u"Page A"_s);
-    QCOMPARE(m_browser->LocationURL(), a);
+    QCOMPARE(m_browser->locationUrl(), a);
 }
 
 void tst_navigation::redirectIsOneNavigation()
 {
     m_server->redirect("/first", "/second");
     m_server->redirect("/second", "/b");
-    m_browser->Navigate(m_server->url(u"/first"_s));
+    m_browser->navigate(m_server->url(u"/first"_s));
     const QString end = m_server->url(u"/b"_s);
     QTRY_VERIFY(arrived(end));
     const QStringList expected{"before "_L1 + m_server->url(u"/first"_s), "navigated "_L1 + end,
@@ -159,10 +159,10 @@ void tst_navigation::redirectIsOneNavigation()
 void tst_navigation::reloadHasItsEvents()
 {
     const QString url = m_server->url(u"/a"_s);
-    m_browser->Navigate(url);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(url));
+    m_browser->navigate(url);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(url));
     m_events->lines.clear();
-    m_browser->Refresh();
+    m_browser->refresh();
     QTRY_VERIFY(arrived(url));
     const QStringList expected{"before "_L1 + url, "navigated "_L1 + url, "complete "_L1 + url};
     QCOMPARE(m_events->navigation(), expected);
@@ -172,7 +172,7 @@ void tst_navigation::framesCompleteBeforeThePage()
 {
     m_server->page("/framed", "<title>F</title><iframe src=/a></iframe><iframe src=/b></iframe>");
     const QString url = m_server->url(u"/framed"_s);
-    m_browser->Navigate(url);
+    m_browser->navigate(url);
     QTRY_VERIFY(arrived(url));
     QCOMPARE(m_events->navigation().last(), "complete "_L1 + url);
     QVERIFY(arrived(m_server->url(u"/a"_s)));
@@ -185,25 +185,25 @@ void tst_navigation::framesCompleteBeforeThePage()
 void tst_navigation::fragmentChangesTheAddressOnly()
 {
     const QString url = m_server->url(u"/a"_s);
-    m_browser->Navigate(url);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(url));
+    m_browser->navigate(url);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(url));
     m_events->lines.clear();
-    m_browser->Navigate(url + "#part"_L1);
-    QTRY_COMPARE(m_browser->LocationURL(), url + "#part"_L1);
+    m_browser->navigate(url + "#part"_L1);
+    QTRY_COMPARE(m_browser->locationUrl(), url + "#part"_L1);
     QCOMPARE(m_events->count("location "_L1 + url + "#part"_L1), 1);
     QCOMPARE(m_events->count("navigated "_L1 + url + "#part"_L1), 0);
-    QVERIFY(!m_browser->Busy());
+    QVERIFY(!m_browser->isBusy());
 }
 
 void tst_navigation::historyStateChangesTheAddressOnly()
 {
     const QString url = m_server->url(u"/a"_s);
-    m_browser->Navigate(url);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(url));
+    m_browser->navigate(url);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(url));
     m_events->lines.clear();
     script(u"history.pushState(null, '', '/pushed')"_s);
     const QString pushed = m_server->url(u"/pushed"_s);
-    QTRY_COMPARE(m_browser->LocationURL(), pushed);
+    QTRY_COMPARE(m_browser->locationUrl(), pushed);
     QCOMPARE(m_events->navigation(), QStringList{"location "_L1 + pushed});
 }
 
@@ -211,29 +211,29 @@ void tst_navigation::locationIsByteExact()
 {
     m_server->page("/x%20y", "<title>E</title>");
     m_server->page("/go", "<title>G</title><script>location='/x%20y?q=%C3%A4+%2b%41%7e'</script>");
-    m_browser->Navigate(m_server->url(u"/go"_s));
-    QTRY_COMPARE(m_browser->LocationURL(), m_server->url(u"/x%20y?q=%C3%A4+%2b%41%7e"_s));
+    m_browser->navigate(m_server->url(u"/go"_s));
+    QTRY_COMPARE(m_browser->locationUrl(), m_server->url(u"/x%20y?q=%C3%A4+%2b%41%7e"_s));
 }
 
 void tst_navigation::backAndForward()
 {
-    QVERIFY(!m_browser->GoBack());
+    QVERIFY(!m_browser->goBack());
     const QString a = m_server->url(u"/a"_s);
     const QString b = m_server->url(u"/b"_s);
-    m_browser->Navigate(a);
+    m_browser->navigate(a);
     QTRY_VERIFY(arrived(a));
-    QVERIFY(!m_browser->GoBack());
-    QVERIFY(!m_browser->GoForward());
+    QVERIFY(!m_browser->goBack());
+    QVERIFY(!m_browser->goForward());
     script(u"document.getElementById('b').click()"_s);
     QTRY_VERIFY(arrived(b));
     m_events->lines.clear();
-    QVERIFY(m_browser->GoBack());
+    QVERIFY(m_browser->goBack());
     QTRY_VERIFY(arrived(a));
-    QCOMPARE(m_browser->LocationURL(), a);
+    QCOMPARE(m_browser->locationUrl(), a);
     QCOMPARE(m_events->navigation().first(), "before "_L1 + a);
-    QVERIFY(m_browser->GoForward());
+    QVERIFY(m_browser->goForward());
     QTRY_VERIFY(arrived(b));
-    QCOMPARE(m_browser->LocationURL(), b);
+    QCOMPARE(m_browser->locationUrl(), b);
 }
 
 void tst_navigation::busyUntilLoaded()
@@ -242,27 +242,27 @@ void tst_navigation::busyUntilLoaded()
     silent.silent = true;
     m_server->reply("/never.png", silent);
     m_server->page("/slow", "<title>Slow</title><img src=/never.png>");
-    m_browser->Navigate(m_server->url(u"/slow"_s));
+    m_browser->navigate(m_server->url(u"/slow"_s));
     QTRY_COMPARE(m_events->titles.value(m_events->titles.size() - 1), u"Slow"_s);
-    QVERIFY(m_browser->Busy());
-    QVERIFY(m_browser->HasDocument());
-    m_browser->Stop();
-    QTRY_VERIFY(!m_browser->Busy());
+    QVERIFY(m_browser->isBusy());
+    QVERIFY(m_browser->hasDocument());
+    m_browser->stop();
+    QTRY_VERIFY(!m_browser->isBusy());
 }
 
 void tst_navigation::stopEndsALoad()
 {
     const QString a = m_server->url(u"/a"_s);
-    m_browser->Navigate(a);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    m_browser->navigate(a);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(a));
     TestServer::Reply silent;
     silent.silent = true;
     m_server->reply("/never", silent);
-    m_browser->Navigate(m_server->url(u"/never"_s));
-    QTRY_VERIFY(m_browser->Busy() && m_server->count("/never") == 1);
-    m_browser->Stop();
-    QTRY_VERIFY(!m_browser->Busy());
-    QCOMPARE(m_browser->LocationURL(), a);
+    m_browser->navigate(m_server->url(u"/never"_s));
+    QTRY_VERIFY(m_browser->isBusy() && m_server->count("/never") == 1);
+    m_browser->stop();
+    QTRY_VERIFY(!m_browser->isBusy());
+    QCOMPARE(m_browser->locationUrl(), a);
     QVERIFY(!arrived(m_server->url(u"/never"_s)));
 }
 
@@ -270,17 +270,17 @@ void tst_navigation::refusedNavigationLeavesThePage()
 {
     const QString a = m_server->url(u"/a"_s);
     const QString b = m_server->url(u"/b"_s);
-    m_browser->Navigate(a);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    m_browser->navigate(a);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(a));
     m_events->refuse = true;
-    m_browser->Navigate(b);
+    m_browser->navigate(b);
     QTRY_COMPARE(m_events->count("before "_L1 + b), 1);
     m_events->refuse = false;
     m_events->lines.clear();
-    m_browser->Refresh();
+    m_browser->refresh();
     QTRY_VERIFY(arrived(a));
-    QTRY_VERIFY(!m_browser->Busy());
-    QCOMPARE(m_browser->LocationURL(), a);
+    QTRY_VERIFY(!m_browser->isBusy());
+    QCOMPARE(m_browser->locationUrl(), a);
     QCOMPARE(m_server->count("/b"), 0);
     const QStringList expected{"before "_L1 + a, "navigated "_L1 + a, "complete "_L1 + a};
     QCOMPARE(m_events->navigation(), expected);
@@ -292,19 +292,19 @@ void tst_navigation::noContentLeavesThePage()
     nothing.status = 204;
     m_server->reply("/nothing", nothing);
     const QString a = m_server->url(u"/a"_s);
-    m_browser->Navigate(a);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
-    m_browser->Navigate(m_server->url(u"/nothing"_s));
+    m_browser->navigate(a);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(a));
+    m_browser->navigate(m_server->url(u"/nothing"_s));
     QTRY_VERIFY(m_server->count("/nothing") == 1);
-    QTRY_VERIFY(!m_browser->Busy());
-    QCOMPARE(m_browser->LocationURL(), a);
+    QTRY_VERIFY(!m_browser->isBusy());
+    QCOMPARE(m_browser->locationUrl(), a);
 }
 
 void tst_navigation::notFoundShowsTheServersPage()
 {
     const QString url = m_server->url(u"/missing"_s);
-    m_browser->Navigate(url);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(url));
+    m_browser->navigate(url);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(url));
     QTRY_COMPARE(m_events->titles.last(), u"Not here"_s);
     QCOMPARE(script(u"document.getElementById('missing').textContent"_s), u"Not here"_s);
 }
@@ -318,15 +318,15 @@ void tst_navigation::refreshCompletelyBypassesTheCache()
     m_server->reply("/style.css", image);
     m_server->page("/styled", "<title>S</title><link rel=stylesheet href=/style.css>");
     const QString url = m_server->url(u"/styled"_s);
-    m_browser->Navigate(url);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(url));
+    m_browser->navigate(url);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(url));
     QCOMPARE(m_server->count("/style.css"), 1);
-    m_browser->Refresh();
+    m_browser->refresh();
     QTRY_COMPARE(m_server->count("/styled"), 2);
     QTRY_COMPARE(m_events->count("complete "_L1 + url), 2);
-    QTRY_VERIFY(!m_browser->Busy());
+    QTRY_VERIFY(!m_browser->isBusy());
     QCOMPARE(m_server->count("/style.css"), 1);
-    m_browser->Refresh2(3);
+    m_browser->refresh2(3);
     QTRY_COMPARE(m_events->count("complete "_L1 + url), 3);
     QCOMPARE(m_server->count("/style.css"), 2);
 }
@@ -334,12 +334,12 @@ void tst_navigation::refreshCompletelyBypassesTheCache()
 void tst_navigation::scriptAddressDoesNotRun()
 {
     const QString a = m_server->url(u"/a"_s);
-    m_browser->Navigate(a);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
-    m_browser->Navigate(u"javascript:document.title='ran'"_s);
-    m_browser->Navigate(u"  JavaScript:document.title='ran'"_s);
+    m_browser->navigate(a);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(a));
+    m_browser->navigate(u"javascript:document.title='ran'"_s);
+    m_browser->navigate(u"  JavaScript:document.title='ran'"_s);
     QCOMPARE(script(u"document.title"_s), u"Page A"_s);
-    QCOMPARE(m_browser->LocationURL(), a);
+    QCOMPARE(m_browser->locationUrl(), a);
 }
 
 void tst_navigation::emptyAddressesAskAndDoNothing_data()
@@ -353,29 +353,29 @@ void tst_navigation::emptyAddressesAskAndDoNothing_data()
 void tst_navigation::emptyAddressesAskAndDoNothing()
 {
     QFETCH(QString, address);
-    m_browser->Navigate(address);
+    m_browser->navigate(address);
     QCOMPARE(m_events->lines.size(), 1);
     QVERIFY(m_events->lines.first().startsWith("before "_L1));
-    QVERIFY(!m_browser->HasDocument());
+    QVERIFY(!m_browser->hasDocument());
     const QString a = m_server->url(u"/a"_s);
-    m_browser->Navigate(a);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
-    m_browser->Navigate(address);
+    m_browser->navigate(a);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(a));
+    m_browser->navigate(address);
     QCOMPARE(script(u"document.title"_s), u"Page A"_s);
-    QCOMPARE(m_browser->LocationURL(), a);
+    QCOMPARE(m_browser->locationUrl(), a);
 }
 
 void tst_navigation::textThatIsNoAddressIsTold()
 {
-    m_browser->Navigate(u"hello world"_s);
+    m_browser->navigate(u"hello world"_s);
     QCOMPARE(m_events->statuses.last(), u"This is not an address: hello world"_s);
     QCOMPARE(m_events->titles.last(), u"hello world"_s);
     const QString a = m_server->url(u"/a"_s);
-    m_browser->Navigate(a);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
-    m_browser->Navigate(u"hello world"_s);
+    m_browser->navigate(a);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(a));
+    m_browser->navigate(u"hello world"_s);
     QCOMPARE(m_events->statuses.last(), u"This is not an address: hello world"_s);
-    QCOMPARE(m_browser->LocationURL(), a);
+    QCOMPARE(m_browser->locationUrl(), a);
     QCOMPARE(script(u"document.title"_s), u"Page A"_s);
 }
 
@@ -396,16 +396,16 @@ void tst_navigation::addressOfAnotherProgramIsTold()
 {
     QFETCH(const QString, text);
     const QString told = u"Addresses of this kind are not opened here: "_s + text.left(200);
-    m_browser->Navigate(text);
+    m_browser->navigate(text);
     QCOMPARE(m_events->statuses.last(), told);
     QCOMPARE(m_events->titles.last(), text);
-    QVERIFY(!m_browser->Busy());
+    QVERIFY(!m_browser->isBusy());
     const QString a = m_server->url(u"/a"_s);
-    m_browser->Navigate(a);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
-    m_browser->Navigate(text);
+    m_browser->navigate(a);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(a));
+    m_browser->navigate(text);
     QCOMPARE(m_events->statuses.last(), told);
-    QCOMPARE(m_browser->LocationURL(), a);
+    QCOMPARE(m_browser->locationUrl(), a);
     QCOMPARE(script(u"document.title"_s), u"Page A"_s);
     QCOMPARE(m_events->statuses.last(), told);
 }
@@ -413,12 +413,12 @@ void tst_navigation::addressOfAnotherProgramIsTold()
 void tst_navigation::markup()
 {
     QString seen = u"nothing yet"_s;
-    m_browser->OuterHTML([&seen](const QString &html) { seen = html; });
+    m_browser->outerHtml([&seen](const QString &html) { seen = html; });
     QCOMPARE(seen, QString());
-    m_browser->Navigate(m_server->url(u"/b"_s));
+    m_browser->navigate(m_server->url(u"/b"_s));
     QTRY_VERIFY(arrived(m_server->url(u"/b"_s)));
     script(u"document.body.innerHTML = '<p>changed by script</p>'"_s);
-    m_browser->OuterHTML([&seen](const QString &html) { seen = html; });
+    m_browser->outerHtml([&seen](const QString &html) { seen = html; });
     QTRY_COMPARE(
         seen,
         u"<html><head><title>Page B</title></head><body><p>changed by script</p></body></html>"_s);
@@ -427,8 +427,8 @@ void tst_navigation::markup()
 void tst_navigation::statusTexts()
 {
     const QString a = m_server->url(u"/a"_s);
-    m_browser->Navigate(a);
-    QTRY_VERIFY(!m_browser->Busy() && arrived(a));
+    m_browser->navigate(a);
+    QTRY_VERIFY(!m_browser->isBusy() && arrived(a));
     QCOMPARE(m_events->statuses.first(), "Opening page "_L1 + a + "..."_L1);
     QCOMPARE(m_events->statuses.last(), u"Done"_s);
 }

@@ -30,8 +30,8 @@ private slots:
     void fullScreenComesAndGoes();
 
 private:
-    int status(OleCmd command) { return m_scene->browser->QueryStatusWB(command); }
-    bool run(OleCmd command) { return m_scene->browser->ExecWB(command, OleExecOpt::Default); }
+    int status(OleCmd command) { return m_scene->browser->queryStatusWB(command); }
+    bool run(OleCmd command) { return m_scene->browser->execWB(command, OleExecOpt::Default); }
     void open(const QString &path) { m_scene->open(m_scene->server.url(path)); }
     static QDir downloads()
     {
@@ -79,7 +79,7 @@ void tst_pagecommands::copyAndSelectAll()
 void tst_pagecommands::cutNeedsAFieldWithASelection()
 {
     open(u"/field"_s);
-    m_scene->browser->SetFocus();
+    m_scene->browser->setFocus();
     run(OleCmd::SelectAll);
     QTRY_VERIFY(m_scene->browser->page()->hasSelection());
     QVERIFY(status(OleCmd::Cut) != 3);
@@ -93,7 +93,7 @@ void tst_pagecommands::cutNeedsAFieldWithASelection()
 void tst_pagecommands::pasteComesFromTheClipboard()
 {
     open(u"/field"_s);
-    m_scene->browser->SetFocus();
+    m_scene->browser->setFocus();
     m_scene->script(u"i.focus(); i.select()"_s);
     QGuiApplication::clipboard()->setText(u"ümläut \u20ac"_s);
     QTRY_COMPARE(status(OleCmd::Paste), 3);
@@ -104,7 +104,7 @@ void tst_pagecommands::pasteComesFromTheClipboard()
 void tst_pagecommands::undoTakesTypingBack()
 {
     open(u"/field"_s);
-    m_scene->browser->SetFocus();
+    m_scene->browser->setFocus();
     m_scene->script(u"i.focus(); i.select()"_s);
     QGuiApplication::clipboard()->setText(u"new"_s);
     QTRY_COMPARE(status(OleCmd::Paste), 3);
@@ -117,7 +117,7 @@ void tst_pagecommands::undoTakesTypingBack()
 void tst_pagecommands::readOnlyFieldIsNotCut()
 {
     open(u"/field"_s);
-    m_scene->browser->SetFocus();
+    m_scene->browser->setFocus();
     m_scene->script(u"r.focus(); r.select()"_s);
     QTRY_COMPARE(status(OleCmd::Copy), 3);
     QVERIFY(status(OleCmd::Cut) != 3);
@@ -130,7 +130,7 @@ void tst_pagecommands::zoomLevels()
     QVariant level;
     const auto current = [&] {
         level = QVariant();
-        m_scene->browser->ExecWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &level);
+        m_scene->browser->execWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &level);
         return level.toInt();
     };
     QCOMPARE(current(), 2);
@@ -138,7 +138,7 @@ void tst_pagecommands::zoomLevels()
     QList<int> widths;
     for (int wanted = 0; wanted <= 4; ++wanted) {
         const QVariant in = wanted;
-        QVERIFY(m_scene->browser->ExecWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &in));
+        QVERIFY(m_scene->browser->execWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &in));
         QCOMPARE(current(), wanted);
         if (wanted != 2)
             QTRY_VERIFY(m_scene->script(u"innerWidth"_s).toInt() != middle);
@@ -178,7 +178,7 @@ void tst_pagecommands::downloadLandsInTheFolder()
     file.headers = {{"Content-Disposition", "attachment; filename=\"some file.bin\""}};
     m_scene->server.reply("/get", file);
     open(u"/field"_s);
-    m_scene->browser->Navigate(m_scene->server.url(u"/get"_s));
+    m_scene->browser->navigate(m_scene->server.url(u"/get"_s));
     const QString path = downloads().filePath(u"some file.bin"_s);
     QTRY_VERIFY(QFileInfo::exists(path));
     QTRY_COMPARE(QFileInfo(path).size(), 9);
@@ -196,9 +196,9 @@ void tst_pagecommands::downloadOfTheSameNameIsKeptApart()
     m_scene->server.reply("/get", file);
     open(u"/field"_s);
     for (int count = 1; count <= 3; ++count) {
-        m_scene->browser->Navigate(m_scene->server.url(u"/get"_s));
+        m_scene->browser->navigate(m_scene->server.url(u"/get"_s));
         QTRY_COMPARE(downloads().entryList({u"twice*.bin"_s}, QDir::Files).size(), count);
-        QTRY_VERIFY(!m_scene->browser->Busy());
+        QTRY_VERIFY(!m_scene->browser->isBusy());
     }
 }
 
@@ -209,10 +209,10 @@ void tst_pagecommands::downloadLeavesThePage()
     file.body = "x";
     m_scene->server.reply("/blob.bin", file);
     open(u"/field"_s);
-    m_scene->browser->Navigate(m_scene->server.url(u"/blob.bin"_s));
+    m_scene->browser->navigate(m_scene->server.url(u"/blob.bin"_s));
     QTRY_VERIFY(downloads().exists(u"blob.bin"_s));
-    QTRY_VERIFY(!m_scene->browser->Busy());
-    QCOMPARE(m_scene->browser->LocationURL(), m_scene->server.url(u"/field"_s));
+    QTRY_VERIFY(!m_scene->browser->isBusy());
+    QCOMPARE(m_scene->browser->locationUrl(), m_scene->server.url(u"/field"_s));
     QCOMPARE(m_scene->script(u"document.title"_s), u"F"_s);
 }
 

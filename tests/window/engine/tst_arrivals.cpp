@@ -21,9 +21,9 @@ private slots:
     void addressForAPage();
 
 private:
-    static Arrival arrival(const frmBrowser *form) { return form->brwWebBrowser()->ArrivedBy(); }
+    static Arrival arrival(const BrowserWindow *form) { return form->browser()->ArrivedBy(); }
     /// Waits for the page "/next" on the other host.
-    void waitForNext(const frmBrowser *form);
+    void waitForNext(const BrowserWindow *form);
 
     std::unique_ptr<PopupScene> m_scene;
 };
@@ -38,7 +38,7 @@ void tst_arrivals::init()
     m_scene->server.redirect("/to", "/next");
 }
 
-void tst_arrivals::waitForNext(const frmBrowser *form)
+void tst_arrivals::waitForNext(const BrowserWindow *form)
 {
     QTRY_COMPARE(form->windowTitle(), u"next"_s);
 }
@@ -71,7 +71,7 @@ void tst_arrivals::pagesOwnDoing_data()
 void tst_arrivals::pagesOwnDoing()
 {
     QFETCH(const QByteArray, hop);
-    frmBrowser *form = m_scene->openPage(
+    BrowserWindow *form = m_scene->openPage(
         "<script>go=()=>setTimeout(()=>{next=`http://other.localhost:${location.port}/next`;" + hop
         + "},1)</script>");
     QCOMPARE(arrival(form), Arrival::ByAddress);
@@ -93,7 +93,7 @@ void tst_arrivals::usersSteps_data()
 void tst_arrivals::usersSteps()
 {
     QFETCH(const QByteArray, html);
-    frmBrowser *form = m_scene->openPage(html);
+    BrowserWindow *form = m_scene->openPage(html);
     PopupScene::click(form, u"b"_s);
     waitForNext(form);
     QCOMPARE(arrival(form), Arrival::ByStep);
@@ -101,8 +101,8 @@ void tst_arrivals::usersSteps()
 
 void tst_arrivals::keyboardFollowsLinks()
 {
-    frmBrowser *form = m_scene->openPage("<a id=b href=/next>link</a>");
-    form->brwWebBrowser()->SetFocus();
+    BrowserWindow *form = m_scene->openPage("<a id=b href=/next>link</a>");
+    form->browser()->setFocus();
     PopupScene::script(form, u"document.getElementById('b').focus()"_s);
     QWidget *engine = QWebEngineView::forPage(PopupScene::control(form)->page())->focusProxy();
     QTest::keyClick(engine, Qt::Key_Return);
@@ -116,12 +116,12 @@ void tst_arrivals::oneClickIsOneStep()
     m_scene->server.page("/hop",
                          "<title>hop</title><script>onload=()=>setTimeout(()=>{"
                          "location='/next'},1)</script>");
-    frmBrowser *form = m_scene->openPage("<a id=b href=/hop>link</a>");
+    BrowserWindow *form = m_scene->openPage("<a id=b href=/hop>link</a>");
     PopupScene::click(form, u"b"_s);
     waitForNext(form);
     QCOMPARE(arrival(form), Arrival::ByPage);
 
-    frmBrowser *other = m_scene->openPage("<input id=b>");
+    BrowserWindow *other = m_scene->openPage("<input id=b>");
     QWidget *engine = QWebEngineView::forPage(PopupScene::control(other)->page())->focusProxy();
     QTest::keyClicks(engine, u"text"_s);
     QTest::mouseMove(engine, QPoint(5, 5));
@@ -132,25 +132,25 @@ void tst_arrivals::oneClickIsOneStep()
 
 void tst_arrivals::namedAddresses()
 {
-    frmBrowser *form = m_scene->openPage("page");
-    form->brwWebBrowser()->Navigate(m_scene->server.url(u"/to"_s));
+    BrowserWindow *form = m_scene->openPage("page");
+    form->browser()->navigate(m_scene->server.url(u"/to"_s));
     waitForNext(form);
     QCOMPARE(arrival(form), Arrival::ByAddress);
-    form->brwWebBrowser()->Navigate(u"about:blank"_s);
-    QTRY_COMPARE(form->brwWebBrowser()->LocationURL(), u"about:blank"_s);
+    form->browser()->navigate(u"about:blank"_s);
+    QTRY_COMPARE(form->browser()->locationUrl(), u"about:blank"_s);
     QCOMPARE(arrival(form), Arrival::ByAddress);
 }
 
 void tst_arrivals::stepsThroughTheHistory()
 {
-    frmBrowser *form = m_scene->openPage("page");
-    form->brwWebBrowser()->Navigate(m_scene->server.url(u"/next"_s));
+    BrowserWindow *form = m_scene->openPage("page");
+    form->browser()->navigate(m_scene->server.url(u"/next"_s));
     waitForNext(form);
-    QTRY_VERIFY(!form->brwWebBrowser()->Busy());
-    QVERIFY(form->brwWebBrowser()->GoBack());
+    QTRY_VERIFY(!form->browser()->isBusy());
+    QVERIFY(form->browser()->goBack());
     QTRY_COMPARE(form->windowTitle(), u"opener"_s);
     QCOMPARE(arrival(form), Arrival::ByStep);
-    QTRY_VERIFY(!form->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!form->browser()->isBusy());
     PopupScene::script(form, u"history.forward(); 1"_s);
     waitForNext(form);
     QCOMPARE(arrival(form), Arrival::ByPage);
@@ -158,11 +158,11 @@ void tst_arrivals::stepsThroughTheHistory()
 
 void tst_arrivals::addressForAPage()
 {
-    frmBrowser *form = m_scene->openPage("page");
-    form->brwWebBrowser()->NavigateForPage(m_scene->server.url(u"/next"_s));
+    BrowserWindow *form = m_scene->openPage("page");
+    form->browser()->navigateForPage(m_scene->server.url(u"/next"_s));
     waitForNext(form);
     QCOMPARE(arrival(form), Arrival::ByPage);
-    form->brwWebBrowser()->Navigate(m_scene->server.url(u"/opener"_s));
+    form->browser()->navigate(m_scene->server.url(u"/opener"_s));
     QTRY_COMPARE(form->windowTitle(), u"opener"_s);
     QCOMPARE(arrival(form), Arrival::ByAddress);
 }

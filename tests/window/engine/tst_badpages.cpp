@@ -37,13 +37,13 @@ private slots:
 
 private:
     QString script(const QString &code);
-    QtWebBrowser *browser() { return static_cast<QtWebBrowser *>(m_form->brwWebBrowser()); }
+    QtWebBrowser *browser() { return static_cast<QtWebBrowser *>(m_form->browser()); }
     void openAndWait(const QString &url);
     void clickInPage(const QString &id);
 
     std::unique_ptr<TestServer> m_server;
     std::unique_ptr<FakeFrame> m_frame;
-    frmBrowser *m_form = nullptr;
+    BrowserWindow *m_form = nullptr;
 };
 
 void tst_badpages::init()
@@ -74,8 +74,8 @@ QString tst_badpages::script(const QString &code)
 
 void tst_badpages::openAndWait(const QString &url)
 {
-    browser()->Navigate(url);
-    QTRY_VERIFY(browser()->HasDocument() && !browser()->Busy());
+    browser()->navigate(url);
+    QTRY_VERIFY(browser()->hasDocument() && !browser()->isBusy());
 }
 
 /// Clicks on an element as a user does, if it is there; a page takes the mouse once it is painted.
@@ -119,7 +119,7 @@ void tst_badpages::unreachable()
     m_server->reply("/hangup", hangUp);
     const QString url = address.startsWith(u'/') ? m_server->url(address) : address;
     openAndWait(url);
-    QCOMPARE(browser()->LocationURL(), url);
+    QCOMPARE(browser()->locationUrl(), url);
     QTRY_COMPARE(script(u"document.querySelector('h1').textContent"_s),
                  u"This page cannot be shown"_s);
     const QString text = script(u"document.querySelector('main').innerText"_s);
@@ -160,7 +160,7 @@ void tst_badpages::tryAgainLoadsThePage()
     m_server->page("/later", "<title>At last</title>");
     script(u"document.getElementById('tryAgain').click()"_s);
     QTRY_COMPARE(m_form->windowTitle(), u"At last"_s);
-    QCOMPARE(browser()->LocationURL(), url);
+    QCOMPARE(browser()->locationUrl(), url);
     QCOMPARE(browser()->page()->history()->count(), 1);
 }
 
@@ -188,7 +188,7 @@ void tst_badpages::refreshTriesAgain()
     openAndWait(m_server->url(u"/later"_s));
     QTRY_COMPARE(script(u"!!document.getElementById('tryAgain')"_s), u"true"_s);
     m_server->page("/later", "<title>At last</title>");
-    browser()->Refresh();
+    browser()->refresh();
     QTRY_COMPARE(m_form->windowTitle(), u"At last"_s);
 }
 
@@ -198,11 +198,11 @@ void tst_badpages::backLeavesTheErrorPage()
     hangUp.hangUp = true;
     m_server->reply("/bad", hangUp);
     openAndWait(m_server->url(u"/a"_s));
-    browser()->Navigate(m_server->url(u"/bad"_s));
-    QTRY_COMPARE(browser()->LocationURL(), m_server->url(u"/bad"_s));
-    QTRY_VERIFY(!browser()->Busy());
-    QVERIFY(browser()->GoBack());
-    QTRY_COMPARE(browser()->LocationURL(), m_server->url(u"/a"_s));
+    browser()->navigate(m_server->url(u"/bad"_s));
+    QTRY_COMPARE(browser()->locationUrl(), m_server->url(u"/bad"_s));
+    QTRY_VERIFY(!browser()->isBusy());
+    QVERIFY(browser()->goBack());
+    QTRY_COMPARE(browser()->locationUrl(), m_server->url(u"/a"_s));
     QTRY_COMPARE(m_form->windowTitle(), u"Page A"_s);
 }
 
@@ -222,13 +222,13 @@ void tst_badpages::stalledAfterHeaders()
     stalled.stallAfterHeaders = true;
     stalled.body = "<title>Half</title><p>half";
     m_server->reply("/half", stalled);
-    browser()->Navigate(m_server->url(u"/half"_s));
+    browser()->navigate(m_server->url(u"/half"_s));
     QTRY_COMPARE(m_form->windowTitle(), u"Half"_s);
-    QVERIFY(browser()->Busy());
-    QCOMPARE(browser()->LocationURL(), m_server->url(u"/half"_s));
-    browser()->Navigate(m_server->url(u"/a"_s));
+    QVERIFY(browser()->isBusy());
+    QCOMPARE(browser()->locationUrl(), m_server->url(u"/half"_s));
+    browser()->navigate(m_server->url(u"/a"_s));
     QTRY_COMPARE(m_form->windowTitle(), u"Page A"_s);
-    QTRY_VERIFY(!browser()->Busy());
+    QTRY_VERIFY(!browser()->isBusy());
 }
 
 void tst_badpages::neverAnswering()
@@ -236,10 +236,10 @@ void tst_badpages::neverAnswering()
     TestServer::Reply silent;
     silent.silent = true;
     m_server->reply("/never", silent);
-    browser()->Navigate(m_server->url(u"/never"_s));
+    browser()->navigate(m_server->url(u"/never"_s));
     QTRY_COMPARE(m_server->count("/never"), 1);
     QTRY_VERIFY(m_form->statusBar()->text().startsWith(u" Opening page "_s));
-    browser()->Navigate(m_server->url(u"/a"_s));
+    browser()->navigate(m_server->url(u"/a"_s));
     QTRY_COMPARE(m_form->windowTitle(), u"Page A"_s);
     QTRY_COMPARE(m_form->statusBar()->text(), u" Done"_s);
 }
@@ -272,9 +272,9 @@ void tst_badpages::endedPageCanBeReloaded()
     browser()->page()->load(QUrl(u"chrome://kill"_s));
     QPushButton *reload = nullptr;
     QTRY_VERIFY((reload = m_form->findChild<QPushButton *>(u"cmdReload"_s)));
-    QVERIFY(!browser()->Busy());
+    QVERIFY(!browser()->isBusy());
     const int before = m_server->count("/a");
-    browser()->Navigate(m_server->url(u"/a"_s));
+    browser()->navigate(m_server->url(u"/a"_s));
     QTRY_COMPARE(m_server->count("/a"), before + 1);
     QTRY_VERIFY(!m_form->findChild<QPushButton *>(u"cmdReload"_s));
 }
@@ -292,8 +292,8 @@ void tst_badpages::reloadByMouse()
                       reload->mapTo(m_frame->window(), reload->rect().center()));
     QTRY_COMPARE(m_server->count("/a"), before + 1);
     QTRY_VERIFY(!m_form->findChild<QPushButton *>(u"cmdReload"_s));
-    QTRY_VERIFY(!browser()->Busy());
-    QCOMPARE(browser()->LocationURL(), m_server->url(u"/a"_s));
+    QTRY_VERIFY(!browser()->isBusy());
+    QCOMPARE(browser()->locationUrl(), m_server->url(u"/a"_s));
     QCOMPARE(m_form->windowTitle(), u"Page A"_s);
 }
 

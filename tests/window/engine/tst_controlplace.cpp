@@ -60,8 +60,8 @@ private:
     void catching(bool on) const { m_scene->check(u"mnuToolsMaximizeCatcher"_s, on); }
 
     std::unique_ptr<PopupScene> m_scene;
-    frmBrowser *m_opener = nullptr;
-    frmBrowser *m_popup = nullptr;
+    BrowserWindow *m_opener = nullptr;
+    BrowserWindow *m_popup = nullptr;
 };
 
 void tst_controlplace::init()
@@ -124,7 +124,7 @@ void tst_controlplace::moveKeepsTheSizeOfNow()
     openPopup();
     script(u"resizeTo(222, 111)"_s);
     QTRY_COMPARE(place().size(), QSize(222, 111));
-    m_popup->Form_Resize();
+    m_popup->layOut();
     QCOMPARE(place(), full());
     script(u"moveTo(12, 34)"_s);
     QTRY_COMPARE(place(), full().translated(12, 34));

@@ -38,7 +38,7 @@ private:
         reply.type = type;
         m_scene->server.reply(path, reply);
     }
-    QString tab(const frmBrowser *form) { return m_scene->frame.tabOf(form).caption; }
+    QString tab(const BrowserWindow *form) { return m_scene->frame.tabOf(form).caption; }
 
     std::unique_ptr<PopupScene> m_scene;
 };
@@ -84,11 +84,11 @@ void tst_emptywindows::nothingToShowClosesTheWindow()
 {
     QFETCH(const QByteArray, html);
     // Beside the opener another window, which must not get in front.
-    frmBrowser *opener = m_scene->openPage(html);
+    BrowserWindow *opener = m_scene->openPage(html);
     m_scene->frame.open(m_scene->server.url(u"/p"_s));
     QTRY_COMPARE(browserForms().size(), 2);
     m_scene->frame.area->setActiveSubWindow(opener);
-    opener->brwWebBrowser()->SetFocus();
+    opener->browser()->setFocus();
     const QWidget *focus = QApplication::focusWidget();
     QVERIFY(focus);
     PopupScene::click(opener, u"b"_s);
@@ -103,7 +103,7 @@ void tst_emptywindows::downloadIsKept()
 {
     const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
     answer("/kept.bin", 200, QByteArray(300000, 'x'), "application/octet-stream");
-    frmBrowser *opener = m_scene->openPage("<a id=b href=/kept.bin target=_blank>d</a>");
+    BrowserWindow *opener = m_scene->openPage("<a id=b href=/kept.bin target=_blank>d</a>");
     PopupScene::click(opener, u"b"_s);
     QTRY_COMPARE(QFileInfo(folder.filePath(u"kept.bin"_s)).size(), 300000);
     QTRY_COMPARE(m_scene->frame.area->subWindowList().size(), 1);
@@ -120,73 +120,74 @@ void tst_emptywindows::usersOwnWindowStays()
 {
     QFETCH(const QString, path);
     const QString address = m_scene->server.url(path);
-    frmBrowser *fresh = m_scene->frame.open(address);
+    BrowserWindow *fresh = m_scene->frame.open(address);
     QTRY_VERIFY(tab(fresh) != u"Loading..."_s);
     QCOMPARE(fresh->windowTitle(), address);
-    frmBrowser *shown = m_scene->openPage("page");
-    shown->brwWebBrowser()->Navigate(address);
+    BrowserWindow *shown = m_scene->openPage("page");
+    shown->browser()->navigate(address);
     QTRY_COMPARE(m_scene->server.count(path.toLatin1()), 2);
-    QTRY_VERIFY(!shown->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!shown->browser()->isBusy());
     QCOMPARE(PopupScene::script(shown, u"document.title"_s).toString(), u"opener"_s);
-    QCOMPARE(browserForms(), (QList<frmBrowser *>{fresh, shown}));
+    QCOMPARE(browserForms(), (QList<BrowserWindow *>{fresh, shown}));
 }
 
 /// A window that a page asked for is the user's as soon as he names an address there.
 void tst_emptywindows::usersAddressInAPopupClosesNothing()
 {
-    frmBrowser *opener = m_scene->openPage("<button id=b onclick=\"window.open('')\">b</button>");
+    BrowserWindow *opener =
+        m_scene->openPage("<button id=b onclick=\"window.open('')\">b</button>");
     PopupScene::click(opener, u"b"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
-    popup->brwWebBrowser()->Navigate(m_scene->server.url(u"/none"_s));
+    popup->browser()->navigate(m_scene->server.url(u"/none"_s));
     QTRY_COMPARE(m_scene->server.count("/none"), 1);
-    QTRY_VERIFY(!popup->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!popup->browser()->isBusy());
     PopupScene::script(popup, u"1"_s);
-    QCOMPARE(PopupScene::popups(), QList<frmBrowser *>{popup});
+    QCOMPARE(PopupScene::popups(), QList<BrowserWindow *>{popup});
 }
 
 void tst_emptywindows::writtenWindowStays()
 {
-    frmBrowser *opener = m_scene->openPage(
+    BrowserWindow *opener = m_scene->openPage(
         "<button id=b onclick=\"w=window.open('');w.document.write('<title>Written</title>text');"
         "w.document.close();setTimeout(()=>{w.location='/none'},1)\">b</button>");
     PopupScene::click(opener, u"b"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(m_scene->server.count("/none"), 1);
-    QTRY_VERIFY(!popup->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!popup->browser()->isBusy());
     QTRY_COMPARE(popup->windowTitle(), u"Written"_s);
     QCOMPARE(PopupScene::script(popup, u"document.body.textContent"_s).toString(), u"text"_s);
-    QCOMPARE(PopupScene::popups(), QList<frmBrowser *>{popup});
+    QCOMPARE(PopupScene::popups(), QList<BrowserWindow *>{popup});
 }
 
 void tst_emptywindows::windowWithAPageStays()
 {
-    frmBrowser *opener =
+    BrowserWindow *opener =
         m_scene->openPage("<button id=b onclick=\"w=window.open('/p')\">b</button>");
     PopupScene::click(opener, u"b"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"popup"_s);
     PopupScene::script(opener, u"w.location='/dl'; 1"_s);
     QTRY_COMPARE(m_scene->server.count("/dl"), 1);
-    QTRY_VERIFY(!popup->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!popup->browser()->isBusy());
     QCOMPARE(PopupScene::script(popup, u"document.title"_s).toString(), u"popup"_s);
 }
 
 void tst_emptywindows::stoppedWindowStays()
 {
-    frmBrowser *opener =
+    BrowserWindow *opener =
         m_scene->openPage("<button id=b onclick=\"w=window.open('/hang')\">b</button>");
     PopupScene::click(opener, u"b"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(m_scene->server.count("/hang"), 1);
     QCOMPARE(tab(popup), u"Loading..."_s);
-    popup->brwWebBrowser()->Stop();
+    popup->browser()->stop();
     QTRY_COMPARE(tab(popup), u"About:blan..."_s);
     PopupScene::script(popup, u"1"_s);
-    QCOMPARE(PopupScene::popups(), QList<frmBrowser *>{popup});
+    QCOMPARE(PopupScene::popups(), QList<BrowserWindow *>{popup});
 }
 
 void tst_emptywindows::emptyWindowIsNamed_data()
@@ -204,8 +205,8 @@ void tst_emptywindows::emptyWindowIsNamed_data()
 void tst_emptywindows::emptyWindowIsNamed()
 {
     QFETCH(const QByteArray, code);
-    frmBrowser *opener = m_scene->openPage("<button id=b onclick=\"" + code
-                                           + ";setTimeout(()=>window.done=1)\">b</button>");
+    BrowserWindow *opener = m_scene->openPage("<button id=b onclick=\"" + code
+                                              + ";setTimeout(()=>window.done=1)\">b</button>");
     PopupScene::click(opener, u"b"_s);
     QTRY_VERIFY(PopupScene::script(opener, u"window.done"_s).toInt() == 1);
     // It has a name, or it is gone.
@@ -215,7 +216,7 @@ void tst_emptywindows::emptyWindowIsNamed()
             [](const FakeTabs::Tab &each) { return each.caption == "Loading..."_L1; });
     };
     QTRY_VERIFY(!loading());
-    for (const frmBrowser *popup : PopupScene::popups())
+    for (const BrowserWindow *popup : PopupScene::popups())
         QVERIFY(!popup->windowTitle().isEmpty());
 }
 
@@ -236,7 +237,7 @@ void tst_emptywindows::textThatIsNoAddressNamesItsWindow()
 {
     QFETCH(const QString, text);
     QFETCH(const QString, caption);
-    const frmBrowser *form = m_scene->frame.open(text);
+    const BrowserWindow *form = m_scene->frame.open(text);
     QTRY_VERIFY(tab(form) != u"Loading..."_s);
     if (!caption.isEmpty())
         QCOMPARE(tab(form), caption);

@@ -33,19 +33,19 @@ private slots:
     void windowOpenedOverAnotherHidesIt();
 
 private:
-    QtWebBrowser *browserOf(const frmBrowser *form)
+    QtWebBrowser *browserOf(const BrowserWindow *form)
     {
-        return static_cast<QtWebBrowser *>(form->brwWebBrowser());
+        return static_cast<QtWebBrowser *>(form->browser());
     }
-    bool pageHasFocus(const frmBrowser *form)
+    bool pageHasFocus(const BrowserWindow *form)
     {
         const QWidget *focus = QApplication::focusWidget();
         return focus && browserOf(form)->widget()->isAncestorOf(focus);
     }
-    QString script(const frmBrowser *form, const QString &code);
-    frmBrowser *open(const QString &path);
-    void go(const frmBrowser *form, const QString &url);
-    bool isHidden(const frmBrowser *form)
+    QString script(const BrowserWindow *form, const QString &code);
+    BrowserWindow *open(const QString &path);
+    void go(const BrowserWindow *form, const QString &url);
+    bool isHidden(const BrowserWindow *form)
     {
         return script(form, u"document.visibilityState"_s) == "hidden"_L1;
     }
@@ -78,7 +78,7 @@ void tst_focus::cleanup()
     m_server.reset();
 }
 
-QString tst_focus::script(const frmBrowser *form, const QString &code)
+QString tst_focus::script(const BrowserWindow *form, const QString &code)
 {
     QString result;
     bool answered = false;
@@ -90,26 +90,26 @@ QString tst_focus::script(const frmBrowser *form, const QString &code)
     return result;
 }
 
-frmBrowser *tst_focus::open(const QString &path)
+BrowserWindow *tst_focus::open(const QString &path)
 {
-    frmBrowser *form = m_frame->open(m_server->url(path));
+    BrowserWindow *form = m_frame->open(m_server->url(path));
     [&] {
-        QTRY_COMPARE(browserOf(form)->LocationURL(), m_server->url(path));
-        QTRY_VERIFY(!browserOf(form)->Busy());
+        QTRY_COMPARE(browserOf(form)->locationUrl(), m_server->url(path));
+        QTRY_VERIFY(!browserOf(form)->isBusy());
     }();
     return form;
 }
 
-void tst_focus::go(const frmBrowser *form, const QString &url)
+void tst_focus::go(const BrowserWindow *form, const QString &url)
 {
-    form->brwWebBrowser()->Navigate(url);
-    QTRY_COMPARE(browserOf(form)->LocationURL(), url);
-    QTRY_VERIFY(!browserOf(form)->Busy());
+    form->browser()->navigate(url);
+    QTRY_COMPARE(browserOf(form)->locationUrl(), url);
+    QTRY_VERIFY(!browserOf(form)->isBusy());
 }
 
 void tst_focus::typingIsNeverInterrupted()
 {
-    QList<frmBrowser *> forms;
+    QList<BrowserWindow *> forms;
     for (int i = 0; i < 20; ++i)
         forms.append(m_frame->open({}));
     m_field->setFocus();
@@ -118,14 +118,14 @@ void tst_focus::typingIsNeverInterrupted()
         if (i % 10 == 0) {
             // Every second one goes to another site, and gets another widget for it.
             const QString host = i % 20 == 0 ? u"127.0.0.1"_s : u"localhost"_s;
-            forms.at(i / 10)->brwWebBrowser()->Navigate(m_server->url(u"/greedy"_s, host));
+            forms.at(i / 10)->browser()->navigate(m_server->url(u"/greedy"_s, host));
         }
         const QChar key(u'a' + i % 26);
         typed.append(key);
         QVERIFY(QApplication::focusWidget() == m_field);
         QTest::keyClick(QApplication::focusWidget(), char(key.unicode()), Qt::NoModifier, 5);
     }
-    for (const frmBrowser *form : std::as_const(forms))
+    for (const BrowserWindow *form : std::as_const(forms))
         QTRY_COMPARE(form->windowTitle(), u"Greedy"_s);
     QCOMPARE(m_field->text(), typed);
     QVERIFY(m_field->hasFocus());
@@ -133,14 +133,14 @@ void tst_focus::typingIsNeverInterrupted()
 
 void tst_focus::pageHasTheFocusInTheFirstWindow()
 {
-    const frmBrowser *form = open(u"/a"_s);
+    const BrowserWindow *form = open(u"/a"_s);
     QTRY_VERIFY(pageHasFocus(form));
     QTRY_COMPARE(script(form, u"String(document.hasFocus())"_s), u"true"_s);
 }
 
 void tst_focus::pageThatMissedTheFocusIsToldAgain()
 {
-    const frmBrowser *form = open(u"/a"_s);
+    const BrowserWindow *form = open(u"/a"_s);
     QTRY_VERIFY(pageHasFocus(form));
     QTRY_COMPARE(script(form, u"String(document.hasFocus())"_s), u"true"_s);
     // The widget has the keyboard, and the page does not know.
@@ -154,7 +154,7 @@ void tst_focus::pageThatMissedTheFocusIsToldAgain()
 
 void tst_focus::pageKeepsTheFocusAcrossSites()
 {
-    const frmBrowser *form = open(u"/a"_s);
+    const BrowserWindow *form = open(u"/a"_s);
     QTRY_VERIFY(pageHasFocus(form));
     m_server->page("/keys",
                    "<title></title><body>text<script>"
@@ -171,7 +171,7 @@ void tst_focus::pageKeepsTheFocusAcrossSites()
 
 void tst_focus::pageKeepsTheFocusOnAnErrorPage()
 {
-    const frmBrowser *form = open(u"/a"_s);
+    const BrowserWindow *form = open(u"/a"_s);
     QTRY_VERIFY(pageHasFocus(form));
     go(form, u"http://127.0.0.1:1/"_s);
     QTRY_VERIFY(pageHasFocus(form));
@@ -181,7 +181,7 @@ void tst_focus::pageKeepsTheFocusOnAnErrorPage()
 
 void tst_focus::fieldKeepsTheFocusAcrossSites()
 {
-    const frmBrowser *form = open(u"/a"_s);
+    const BrowserWindow *form = open(u"/a"_s);
     m_field->setFocus();
     go(form, m_server->url(u"/greedy"_s, u"localhost"_s));
     go(form, m_server->url(u"/greedy"_s));
@@ -190,7 +190,7 @@ void tst_focus::fieldKeepsTheFocusAcrossSites()
 
 void tst_focus::fieldKeepsTheFocusOnAnErrorPage()
 {
-    const frmBrowser *form = open(u"/a"_s);
+    const BrowserWindow *form = open(u"/a"_s);
     m_field->setFocus();
     go(form, u"http://127.0.0.1:1/"_s);
     QVERIFY(m_field->hasFocus());
@@ -198,8 +198,8 @@ void tst_focus::fieldKeepsTheFocusOnAnErrorPage()
 
 void tst_focus::windowSwitchGivesTheFocusToItsPage()
 {
-    frmBrowser *first = open(u"/a"_s);
-    const frmBrowser *second = open(u"/a"_s);
+    BrowserWindow *first = open(u"/a"_s);
+    const BrowserWindow *second = open(u"/a"_s);
     QTRY_VERIFY(pageHasFocus(second));
     m_frame->area->setActiveSubWindow(first);
     QTRY_VERIFY(pageHasFocus(first));
@@ -207,7 +207,7 @@ void tst_focus::windowSwitchGivesTheFocusToItsPage()
 
 void tst_focus::pageBehindLeavesTheFieldAlone()
 {
-    const frmBrowser *first = open(u"/a"_s);
+    const BrowserWindow *first = open(u"/a"_s);
     open(u"/greedy"_s);
     m_field->setFocus();
     go(first, m_server->url(u"/greedy"_s, u"localhost"_s));
@@ -217,10 +217,10 @@ void tst_focus::pageBehindLeavesTheFieldAlone()
 
 void tst_focus::dialogGivesTheFocusBack()
 {
-    const frmBrowser *form = open(u"/a"_s);
+    const BrowserWindow *form = open(u"/a"_s);
     for (const bool inPage : {true, false}) {
         if (inPage)
-            form->brwWebBrowser()->widget()->setFocus();
+            form->browser()->widget()->setFocus();
         else
             m_field->setFocus();
         QTRY_COMPARE(pageHasFocus(form), inPage);
@@ -237,8 +237,8 @@ void tst_focus::dialogGivesTheFocusBack()
 
 void tst_focus::closedWindowHandsTheFocusOn()
 {
-    const frmBrowser *first = open(u"/a"_s);
-    frmBrowser *second = open(u"/a"_s);
+    const BrowserWindow *first = open(u"/a"_s);
+    BrowserWindow *second = open(u"/a"_s);
     QTRY_VERIFY(pageHasFocus(second));
     second->unload();
     QTRY_VERIFY(pageHasFocus(first));
@@ -246,7 +246,7 @@ void tst_focus::closedWindowHandsTheFocusOn()
 
 void tst_focus::minimizedPageIsHidden()
 {
-    frmBrowser *form = open(u"/a"_s);
+    BrowserWindow *form = open(u"/a"_s);
     QVERIFY(!isHidden(form));
     form->showMinimized();
     QTRY_VERIFY(isHidden(form));
@@ -256,8 +256,8 @@ void tst_focus::minimizedPageIsHidden()
 
 void tst_focus::coveredPageIsHidden()
 {
-    frmBrowser *behind = open(u"/a"_s);
-    frmBrowser *front = open(u"/a"_s);
+    BrowserWindow *behind = open(u"/a"_s);
+    BrowserWindow *front = open(u"/a"_s);
     QVERIFY(!isHidden(behind) && !isHidden(front));
     front->showMaximized();
     QTRY_VERIFY(isHidden(behind));
@@ -271,8 +271,8 @@ void tst_focus::coveredPageIsHidden()
 
 void tst_focus::windowOpenedOverAnotherHidesIt()
 {
-    const frmBrowser *behind = open(u"/a"_s);
-    frmBrowser *front = m_frame->open(m_server->url(u"/a"_s), true);
+    const BrowserWindow *behind = open(u"/a"_s);
+    BrowserWindow *front = m_frame->open(m_server->url(u"/a"_s), true);
     QTRY_VERIFY(isHidden(behind));
     front->unload();
     QTRY_VERIFY(!isHidden(behind));

@@ -97,7 +97,7 @@ private:
     QString script(const QString &code) { return PopupScene::script(m_form, code).toString(); }
 
     std::unique_ptr<PopupScene> m_scene;
-    frmBrowser *m_form = nullptr;
+    BrowserWindow *m_form = nullptr;
 };
 
 void tst_forgedlines::init()
@@ -117,7 +117,7 @@ void tst_forgedlines::verifyUnchanged(const QString &address)
 {
     // Whatever was sent before this has arrived with the answer.
     script(u"1"_s);
-    QCOMPARE(m_form->brwWebBrowser()->LocationURL(), address);
+    QCOMPARE(m_form->browser()->locationUrl(), address);
     QCOMPARE(m_scene->frame.addressText, address);
     QVERIFY(!m_form->statusBar()->secureShown());
     for (const FakeFrame::Address &reached : m_scene->frame.addresses)
@@ -215,8 +215,8 @@ void tst_forgedlines::knownMarkChangesNothingWhileAPageIsOnItsWay()
             PageScripts::mark(), place));
         verifyUnchanged(address);
     }
-    m_form->brwWebBrowser()->Stop();
-    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    m_form->browser()->stop();
+    QTRY_VERIFY(!m_form->browser()->isBusy());
     verifyUnchanged(address);
 }
 

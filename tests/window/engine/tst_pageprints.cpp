@@ -29,7 +29,7 @@ private:
     QList<QPrintDialog *> dialogs() const;
 
     std::unique_ptr<PopupScene> m_scene;
-    QPointer<frmBrowser> m_form;
+    QPointer<BrowserWindow> m_form;
 };
 
 void tst_pageprints::init()
@@ -100,7 +100,7 @@ void tst_pageprints::endlessPrintsCanBeEnded()
 /// The user's own print dialog is the only one while it is open.
 void tst_pageprints::chosenPrintIsLeftAlone()
 {
-    QVERIFY(m_form->brwWebBrowser()->ExecWB(OleCmd::Print, OleExecOpt::Default));
+    QVERIFY(m_form->browser()->execWB(OleCmd::Print, OleExecOpt::Default));
     QTRY_COMPARE(dialogs().size(), 1);
     QVERIFY(dialogs().first()->isModal());
     PopupScene::script(m_form, u"for (let i = 0; i < 5; i++) print(); 1"_s);
@@ -126,14 +126,14 @@ void tst_pageprints::dialogGoesWithThePage()
     if (closes)
         m_form->close();
     else
-        m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/b"_s));
+        m_form->browser()->navigate(m_scene->server.url(u"/b"_s));
     QTRY_VERIFY(dialogs().isEmpty());
 }
 
 void tst_pageprints::pageBehindOpensNoDialog()
 {
     m_scene->server.page("/other", "<title>other</title>");
-    const frmBrowser *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    const BrowserWindow *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
     QTRY_COMPARE(other->windowTitle(), u"other"_s);
     PopupScene::script(m_form, u"print(); 1"_s);
     QTRY_VERIFY(PageAsks::shownIn(m_form));
@@ -151,11 +151,11 @@ void tst_pageprints::windowsThatCloseThemselves()
                        u"let n = 0; const t = setInterval(() => { const w = open('/p'); w.close();"
                        "w.close(); if (++n == 10) clearInterval(t) }, 100); 1"_s);
     QTRY_COMPARE_WITH_TIMEOUT(PopupScene::popups().size(), 10, 20000);
-    for (const QPointer<frmBrowser> window : PopupScene::popups())
+    for (const QPointer<BrowserWindow> window : PopupScene::popups())
         QTRY_COMPARE(PageAsks::countIn(window), 1);
     QVERIFY(!QApplication::activeModalWidget());
     QVERIFY(!m_scene->frame.window()->findChild<QWidget *>(u"MsgBox"_s));
-    for (const QPointer<frmBrowser> window : PopupScene::popups()) {
+    for (const QPointer<BrowserWindow> window : PopupScene::popups()) {
         m_scene->frame.area->setActiveSubWindow(window);
         QTRY_VERIFY(PageAsks::shownIn(window)->isAncestorOf(QApplication::focusWidget()));
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);

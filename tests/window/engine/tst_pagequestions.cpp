@@ -45,7 +45,7 @@ private slots:
 
 private:
     void start(const QString &code) { run(m_form, code); }
-    static void run(frmBrowser *form, const QString &code)
+    static void run(BrowserWindow *form, const QString &code)
     {
         PopupScene::control(form)->page()->runJavaScript("setTimeout(() => { "_L1 + code
                                                          + " }, 0); 1"_L1);
@@ -53,7 +53,7 @@ private:
     QString title() const { return m_form->windowTitle(); }
 
     std::unique_ptr<PopupScene> m_scene;
-    QPointer<frmBrowser> m_form;
+    QPointer<BrowserWindow> m_form;
 };
 
 void tst_pagequestions::init()
@@ -71,7 +71,7 @@ void tst_pagequestions::cleanup()
 
 void tst_pagequestions::alertIsShownInItsWindow()
 {
-    m_form->brwWebBrowser()->SetFocus();
+    m_form->browser()->setFocus();
     const WhenAsked asked(m_form, [this](PageQuestionBox *box) {
         QVERIFY(!QApplication::activeModalWidget());
         QVERIFY(!QApplication::activePopupWidget());
@@ -90,7 +90,7 @@ void tst_pagequestions::alertIsShownInItsWindow()
     QTRY_COMPARE(title(), u"after"_s);
     QCOMPARE(asked.count(), 1);
     QTRY_COMPARE(PageAsks::countIn(m_form), 0);
-    const QWidget *control = m_form->brwWebBrowser()->widget();
+    const QWidget *control = m_form->browser()->widget();
     QTRY_VERIFY(control->isAncestorOf(QApplication::focusWidget()));
 }
 
@@ -122,7 +122,7 @@ void tst_pagequestions::confirmAndPrompt()
     QFETCH(QString, call);
     QFETCH(int, key);
     QFETCH(QString, result);
-    m_form->brwWebBrowser()->SetFocus();
+    m_form->browser()->setFocus();
     const WhenAsked asked(m_form, [key](PageQuestionBox *box) {
         QTRY_VERIFY(box->isAncestorOf(QApplication::focusWidget()));
         if (auto *field = box->findChild<QLineEdit *>()) {
@@ -139,7 +139,7 @@ void tst_pagequestions::confirmAndPrompt()
 
 void tst_pagequestions::tabStaysInside()
 {
-    m_form->brwWebBrowser()->SetFocus();
+    m_form->browser()->setFocus();
     const WhenAsked asked(m_form, [](PageQuestionBox *box) {
         QTRY_VERIFY(box->isAncestorOf(QApplication::focusWidget()));
         QSet<QWidget *> seen;
@@ -198,7 +198,7 @@ void tst_pagequestions::restIsUsableMeanwhile()
         m_form->move(10, 20);
         QVERIFY(box->isVisible());
         // A press on the page reaches nobody.
-        m_form->brwWebBrowser()->SetFocus();
+        m_form->browser()->setFocus();
         QTRY_VERIFY(box->isAncestorOf(QApplication::focusWidget()));
         PageAsks::yes(box)->click();
     });
@@ -235,7 +235,8 @@ void tst_pagequestions::silencedPageLeavesTheRestUsable()
     start(u"while (true) alert()"_s);
     QTRY_COMPARE(asked.count(), 2);
     m_scene->server.page("/other", "<title>other</title>");
-    const frmBrowser *other = m_scene->frame.open(m_scene->server.url(u"/other"_s, u"localhost"_s));
+    const BrowserWindow *other =
+        m_scene->frame.open(m_scene->server.url(u"/other"_s, u"localhost"_s));
     QTRY_COMPARE_WITH_TIMEOUT(other->windowTitle(), u"other"_s, 20000);
     m_form->unload();
     QTRY_VERIFY(!m_form);
@@ -257,7 +258,7 @@ void tst_pagequestions::userDoingSomethingEndsTheSilence()
     start(u"alert(4); document.title = 'c'"_s);
     QTRY_COMPARE(title(), u"c"_s);
     QCOMPARE(asked.count(), 2);
-    m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/opener"_s));
+    m_form->browser()->navigate(m_scene->server.url(u"/opener"_s));
     QTRY_COMPARE(title(), u"opener"_s);
     start(u"alert(5); document.title = 'd'"_s);
     QTRY_COMPARE(title(), u"d"_s);
@@ -267,7 +268,7 @@ void tst_pagequestions::userDoingSomethingEndsTheSilence()
 void tst_pagequestions::otherWindowEndsTheWait()
 {
     m_scene->server.page("/other", "<title>other</title>");
-    frmBrowser *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    BrowserWindow *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
     QTRY_COMPARE(other->windowTitle(), u"other"_s);
     m_scene->frame.area->setActiveSubWindow(m_form);
     const WhenAsked asked(m_form, [this, other](PageQuestionBox *) {
@@ -282,9 +283,9 @@ void tst_pagequestions::otherWindowEndsTheWait()
 void tst_pagequestions::pageBehindDoesNotWait()
 {
     m_scene->server.page("/other", "<title>other</title>");
-    frmBrowser *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    BrowserWindow *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
     QTRY_COMPARE(other->windowTitle(), u"other"_s);
-    other->brwWebBrowser()->SetFocus();
+    other->browser()->setFocus();
     start(u"for (let i = 0; i < 100; i++) alert('behind ' + i); document.title = 'went on'"_s);
     QTRY_COMPARE(title(), u"went on"_s);
     // One of them is there to be read, and the keyboard stays where it was.
@@ -317,7 +318,7 @@ void tst_pagequestions::closingTheWindow()
 {
     QFETCH(int, way);
     m_scene->server.page("/other", "<title>other</title>");
-    const frmBrowser *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    const BrowserWindow *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
     QTRY_COMPARE(other->windowTitle(), u"other"_s);
     m_scene->frame.area->setActiveSubWindow(m_form);
     const QPointer<WebPage> page = PopupScene::control(m_form)->page();
@@ -339,7 +340,7 @@ void tst_pagequestions::closingTheWindow()
 void tst_pagequestions::closingAnotherWindow()
 {
     m_scene->server.page("/other", "<title>other</title>");
-    const QPointer<frmBrowser> other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    const QPointer<BrowserWindow> other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
     QTRY_COMPARE(other->windowTitle(), u"other"_s);
     m_scene->frame.area->setActiveSubWindow(m_form);
     const WhenAsked asked(m_form, [other](PageQuestionBox *box) {
@@ -356,19 +357,19 @@ void tst_pagequestions::typedAddressEndsIt()
 {
     m_scene->server.page("/b", "<title>b</title>");
     const WhenAsked asked(m_form, [this](PageQuestionBox *) {
-        m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/b"_s));
+        m_form->browser()->navigate(m_scene->server.url(u"/b"_s));
     });
     start(u"alert('x')"_s);
     QTRY_COMPARE(title(), u"b"_s);
     QCOMPARE(asked.count(), 1);
     QTRY_COMPARE(PageAsks::countIn(m_form), 0);
-    QVERIFY(m_form->brwWebBrowser()->GoBack());
+    QVERIFY(m_form->browser()->goBack());
     QTRY_COMPARE(title(), u"opener"_s);
 }
 
 void tst_pagequestions::stopEndsIt()
 {
-    const WhenAsked asked(m_form, [this](PageQuestionBox *) { m_form->brwWebBrowser()->Stop(); });
+    const WhenAsked asked(m_form, [this](PageQuestionBox *) { m_form->browser()->stop(); });
     start(u"document.title = 'said ' + confirm('?')"_s);
     QTRY_COMPARE(title(), u"said false"_s);
 }
@@ -406,12 +407,12 @@ void tst_pagequestions::leavingIsAsked()
         QCOMPARE(PageAsks::no(box)->text(), u"Stay"_s);
         (leave ? PageAsks::yes(box) : PageAsks::no(box))->click();
     });
-    m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/b"_s));
+    m_form->browser()->navigate(m_scene->server.url(u"/b"_s));
     QTRY_COMPARE(asked.count(), 1);
     if (leave) {
         QTRY_COMPARE(title(), u"b"_s);
     } else {
-        QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+        QTRY_VERIFY(!m_form->browser()->isBusy());
         QCOMPARE(PopupScene::script(m_form, u"document.title"_s).toString(), u"ready"_s);
     }
 }

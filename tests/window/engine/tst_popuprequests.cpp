@@ -39,8 +39,8 @@ private slots:
 private:
     void userRows();
     void unaskedRows();
-    frmBrowser *open(const QByteArray &html, bool refusing);
-    void trigger(frmBrowser *opener, const QString &how);
+    BrowserWindow *open(const QByteArray &html, bool refusing);
+    void trigger(BrowserWindow *opener, const QString &how);
 
     std::unique_ptr<PopupScene> m_scene;
 };
@@ -114,7 +114,7 @@ void tst_popuprequests::unaskedRows()
 }
 
 /// The opener with a second button, whose window proves that nothing else is on its way.
-frmBrowser *tst_popuprequests::open(const QByteArray &html, bool refusing)
+BrowserWindow *tst_popuprequests::open(const QByteArray &html, bool refusing)
 {
     m_scene->kill(refusing);
     const QByteArray marker = "<p><button id=m onclick=\"window.open('/marker')\">m</button>";
@@ -123,7 +123,7 @@ frmBrowser *tst_popuprequests::open(const QByteArray &html, bool refusing)
     return m_scene->openPage(html + marker + told);
 }
 
-void tst_popuprequests::trigger(frmBrowser *opener, const QString &how)
+void tst_popuprequests::trigger(BrowserWindow *opener, const QString &how)
 {
     const Qt::MouseButton button = how == "middle"_L1 ? Qt::MiddleButton : Qt::LeftButton;
     Qt::KeyboardModifiers keys;
@@ -138,16 +138,16 @@ void tst_popuprequests::userRequests()
     QFETCH(const QByteArray, html);
     QFETCH(const QString, how);
     QFETCH(const QString, address);
-    frmBrowser *opener = open(html, false);
+    BrowserWindow *opener = open(html, false);
     trigger(opener, how);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QVERIFY(popup->isVisible());
     QCOMPARE(m_scene->frame.tabs.tabs.size(), 2);
     if (address.startsWith(u'/'))
-        QTRY_VERIFY(popup->brwWebBrowser()->LocationURL().startsWith(m_scene->server.url(address)));
+        QTRY_VERIFY(popup->browser()->locationUrl().startsWith(m_scene->server.url(address)));
     else
-        QTRY_VERIFY(popup->brwWebBrowser()->LocationURL().startsWith(address));
+        QTRY_VERIFY(popup->browser()->locationUrl().startsWith(address));
     QCOMPARE(popup->Popup, address.isEmpty());
 }
 
@@ -155,14 +155,14 @@ void tst_popuprequests::refusedUserRequests()
 {
     QFETCH(const QByteArray, html);
     QFETCH(const QString, how);
-    frmBrowser *opener = open(html, true);
+    BrowserWindow *opener = open(html, true);
     const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
     trigger(opener, how);
     m_scene->kill(false);
     PopupScene::click(opener, u"m"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
-    QTRY_COMPARE(popup->brwWebBrowser()->LocationURL(), m_scene->server.url(u"/marker"_s));
+    QTRY_COMPARE(popup->browser()->locationUrl(), m_scene->server.url(u"/marker"_s));
     QCOMPARE(PopupScene::popups().size(), 1);
     QCOMPARE(m_scene->server.count("/p"), 0);
     for (const QList<QVariant> &call : activated) {
@@ -175,15 +175,15 @@ void tst_popuprequests::requestsWithoutTheUser()
 {
     QFETCH(const QByteArray, html);
     open(html, false);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
-    QTRY_COMPARE(popup->brwWebBrowser()->LocationURL(), m_scene->server.url(u"/p"_s));
+    QTRY_COMPARE(popup->browser()->locationUrl(), m_scene->server.url(u"/p"_s));
 }
 
 void tst_popuprequests::refusedRequestsGiveNull()
 {
     QFETCH(const QByteArray, html);
-    frmBrowser *opener = open(html, true);
+    BrowserWindow *opener = open(html, true);
     QTRY_COMPARE(PopupScene::script(opener, u"window.done"_s).toInt(), 1);
     QVERIFY(PopupScene::script(opener, u"window.w === null"_s).toBool());
     QCOMPARE(PopupScene::popups().size(), 0);
@@ -192,7 +192,7 @@ void tst_popuprequests::refusedRequestsGiveNull()
 
 void tst_popuprequests::refusedWindowOfAClickReportsClosed()
 {
-    frmBrowser *opener = open("<button id=b onclick=\"w=window.open('/p')\">b</button>", true);
+    BrowserWindow *opener = open("<button id=b onclick=\"w=window.open('/p')\">b</button>", true);
     trigger(opener, u"click"_s);
     QTRY_VERIFY(PopupScene::script(opener, u"w === null || w.closed"_s).toBool());
     PopupScene::script(opener, u"w && w.location.replace('/p')"_s);
@@ -203,7 +203,7 @@ void tst_popuprequests::refusedWindowOfAClickReportsClosed()
 
 void tst_popuprequests::markIsFollowedWhereverItIsSet()
 {
-    frmBrowser *opener = open({}, false);
+    BrowserWindow *opener = open({}, false);
     const QString ask = u"window.w = window.open('/p'); window.w === null"_s;
     m_scene->frame.run(u"mnuToolsKillPopUps"_s);
     QVERIFY(PopupScene::script(opener, ask).toBool());
@@ -221,23 +221,23 @@ void tst_popuprequests::newWindowGetsItsProperties()
     TestServer::Reply none;
     none.silent = true;
     m_scene->server.reply("/hang", none);
-    frmBrowser *opener = open("<button id=b onclick=\"window.open('/hang')\">b</button>", false);
-    opener->brwWebBrowser()->setSilent(false);
+    BrowserWindow *opener = open("<button id=b onclick=\"window.open('/hang')\">b</button>", false);
+    opener->browser()->setSilent(false);
     trigger(opener, u"click"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
-    QVERIFY(popup->brwWebBrowser()->Silent());
+    QVERIFY(popup->browser()->isSilent());
     QCOMPARE(m_scene->frame.tabOf(popup).caption, u"Loading..."_s);
     QCOMPARE(m_scene->frame.activeChild(), popup);
 }
 
 void tst_popuprequests::emptyWindowCanBeWrittenInto()
 {
-    frmBrowser *opener = open("<button id=b onclick=\"w=window.open('');"
-                              "w.document.write('<title>Written</title>text')\">b</button>",
-                              false);
+    BrowserWindow *opener = open("<button id=b onclick=\"w=window.open('');"
+                                 "w.document.write('<title>Written</title>text')\">b</button>",
+                                 false);
     trigger(opener, u"click"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"Written"_s);
 }
@@ -245,16 +245,16 @@ void tst_popuprequests::emptyWindowCanBeWrittenInto()
 void tst_popuprequests::allowedWindowKnowsItsOpener()
 {
     m_scene->server.page("/p", "<title>popup</title><script>opener.told='yes'</script>");
-    frmBrowser *opener = open("<button id=b onclick=\"window.open('/p')\">b</button>", false);
+    BrowserWindow *opener = open("<button id=b onclick=\"window.open('/p')\">b</button>", false);
     trigger(opener, u"click"_s);
     QTRY_COMPARE(PopupScene::script(opener, u"window.told"_s).toString(), u"yes"_s);
 }
 
 void tst_popuprequests::allowedWindowCanBeClosedByItsOpener()
 {
-    frmBrowser *opener = open("<button id=b onclick=\"w=window.open('/p')\">b</button>", false);
+    BrowserWindow *opener = open("<button id=b onclick=\"w=window.open('/p')\">b</button>", false);
     trigger(opener, u"click"_s);
-    QPointer<frmBrowser> popup = PopupScene::waitForPopup();
+    QPointer<BrowserWindow> popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"popup"_s);
     PopupScene::script(opener, u"w.close(); 1"_s);
@@ -269,11 +269,11 @@ void tst_popuprequests::allowedWindowCanBeClosedByItsOpener()
 void tst_popuprequests::namedWindowIsReused()
 {
     m_scene->server.page("/q", "<title>second</title>");
-    frmBrowser *opener = open("<button id=b onclick=\"window.open('/p','n')\">b</button>"
-                              "<a id=c href=/q target=n>c</a>",
-                              false);
+    BrowserWindow *opener = open("<button id=b onclick=\"window.open('/p','n')\">b</button>"
+                                 "<a id=c href=/q target=n>c</a>",
+                                 false);
     trigger(opener, u"click"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"popup"_s);
     m_scene->frame.area->setActiveSubWindow(opener);
@@ -284,12 +284,12 @@ void tst_popuprequests::namedWindowIsReused()
 
 void tst_popuprequests::featuresGiveTheWindowItsSize()
 {
-    frmBrowser *opener = open("<button id=b onclick=\"window.open('/p','n','left=20,top=30,"
-                              "width=320,height=240')\">b</button>",
-                              false);
+    BrowserWindow *opener = open("<button id=b onclick=\"window.open('/p','n','left=20,top=30,"
+                                 "width=320,height=240')\">b</button>",
+                                 false);
     opener->showMaximized();
     trigger(opener, u"click"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_VERIFY(!popup->Popup);
     QVERIFY(!popup->isMaximized());
@@ -300,7 +300,7 @@ void tst_popuprequests::featuresGiveTheWindowItsSize()
 
 void tst_popuprequests::pagesMenuIsNeverRefused()
 {
-    frmBrowser *opener = open("<a id=b href=/p>link</a>", true);
+    BrowserWindow *opener = open("<a id=b href=/p>link</a>", true);
     QWebEngineView *view = QWebEngineView::forPage(PopupScene::control(opener)->page());
     PopupScene::click(opener, u"b"_s, Qt::RightButton);
     QMenu *menu = nullptr;

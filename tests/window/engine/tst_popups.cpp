@@ -28,12 +28,12 @@ private slots:
     void blankWindowIsUsable();
 
 private:
-    QString script(const frmBrowser *form, const QString &code);
-    frmBrowser *openOpener();
-    frmBrowser *popUp(const QString &features, const QString &path = u"/popup"_s);
-    static QtWebBrowser *browserOf(const frmBrowser *form)
+    QString script(const BrowserWindow *form, const QString &code);
+    BrowserWindow *openOpener();
+    BrowserWindow *popUp(const QString &features, const QString &path = u"/popup"_s);
+    static QtWebBrowser *browserOf(const BrowserWindow *form)
     {
-        return static_cast<QtWebBrowser *>(form->brwWebBrowser());
+        return static_cast<QtWebBrowser *>(form->browser());
     }
 
     std::unique_ptr<TestServer> m_server;
@@ -54,7 +54,7 @@ void tst_popups::cleanup()
     m_server.reset();
 }
 
-QString tst_popups::script(const frmBrowser *form, const QString &code)
+QString tst_popups::script(const BrowserWindow *form, const QString &code)
 {
     QString result;
     bool answered = false;
@@ -66,16 +66,16 @@ QString tst_popups::script(const frmBrowser *form, const QString &code)
     return result;
 }
 
-frmBrowser *tst_popups::openOpener()
+BrowserWindow *tst_popups::openOpener()
 {
-    frmBrowser *form = m_frame->open(m_server->url(u"/opener"_s), true);
+    BrowserWindow *form = m_frame->open(m_server->url(u"/opener"_s), true);
     [form] { QTRY_COMPARE(form->windowTitle(), u"Opener"_s); }();
     return form;
 }
 
-frmBrowser *tst_popups::popUp(const QString &features, const QString &path)
+BrowserWindow *tst_popups::popUp(const QString &features, const QString &path)
 {
-    const frmBrowser *opener = openOpener();
+    const BrowserWindow *opener = openOpener();
     script(opener, u"w = window.open('%1', '_blank', '%2'); 1"_s.arg(path, features));
     [] { QTRY_COMPARE(browserForms().size(), 2); }();
     return browserForms().last();
@@ -83,17 +83,17 @@ frmBrowser *tst_popups::popUp(const QString &features, const QString &path)
 
 void tst_popups::windowIsOpenedInPlace()
 {
-    frmBrowser *popup = popUp({});
+    BrowserWindow *popup = popUp({});
     QTRY_COMPARE(popup->windowTitle(), u"Popup"_s);
     QVERIFY(!popup->Popup);
-    QCOMPARE(browserOf(popup)->LocationURL(), m_server->url(u"/popup"_s));
+    QCOMPARE(browserOf(popup)->locationUrl(), m_server->url(u"/popup"_s));
     QCOMPARE(script(popup, u"String(!!window.opener)"_s), u"true"_s);
     QCOMPARE(m_frame->tabs.tabs.size(), 2);
 }
 
 void tst_popups::requestedSizeFitsTheWindow()
 {
-    frmBrowser *popup = popUp(u"width=320,height=240,left=40,top=30"_s);
+    BrowserWindow *popup = popUp(u"width=320,height=240,left=40,top=30"_s);
     QTRY_COMPARE(popup->windowTitle(), u"Popup"_s);
     QVERIFY(!popup->isMaximized());
     QCOMPARE(popup->geometry(), QRect(40, 30, 320 + 57, 240 + 59));
@@ -104,17 +104,17 @@ void tst_popups::requestedSizeFitsTheWindow()
 
 void tst_popups::blankWindowIsUsable()
 {
-    frmBrowser *popup = popUp({}, {});
+    BrowserWindow *popup = popUp({}, {});
     // The empty document that it begins with is no navigation.
     QVERIFY(popup->Popup);
-    const frmBrowser *opener = browserForms().first();
+    const BrowserWindow *opener = browserForms().first();
     script(opener, u"w.document.body.textContent = 'written'; 1"_s);
     QCOMPARE(script(popup, u"document.body.textContent"_s), u"written"_s);
 }
 
 void tst_popups::killedWindowIsNotMade()
 {
-    const frmBrowser *opener = openOpener();
+    const BrowserWindow *opener = openOpener();
     m_frame->menuItem(u"mnuToolsKillPopUps"_s)->setChecked(true);
     script(opener, u"w = window.open('/popup'); 1"_s);
     QTRY_COMPARE(script(opener, u"String(w === null || w.closed)"_s), u"true"_s);
@@ -124,20 +124,20 @@ void tst_popups::killedWindowIsNotMade()
 
 void tst_popups::scriptMovesTheControl()
 {
-    frmBrowser *popup = popUp(u"width=400,height=300"_s);
+    BrowserWindow *popup = popUp(u"width=400,height=300"_s);
     QTRY_COMPARE(popup->windowTitle(), u"Popup"_s);
-    QTRY_VERIFY(!browserOf(popup)->Busy());
+    QTRY_VERIFY(!browserOf(popup)->isBusy());
     const QRect window = popup->geometry();
     script(popup, u"resizeTo(222, 111); 1"_s);
     QTRY_COMPARE(browserOf(popup)->widget()->size(), QSize(222, 111));
     QCOMPARE(popup->geometry(), window);
-    popup->Form_Resize();
+    popup->layOut();
     QCOMPARE(browserOf(popup)->widget()->width(), popup->widget()->width());
 }
 
 void tst_popups::closingIsAskedAndRefused()
 {
-    frmBrowser *popup = popUp({});
+    BrowserWindow *popup = popUp({});
     QTRY_COMPARE(popup->windowTitle(), u"Popup"_s);
     script(popup, u"setTimeout(() => window.close(), 0); 1"_s);
     QMessageBox *box = nullptr;
@@ -150,7 +150,7 @@ void tst_popups::closingIsAskedAndRefused()
 
 void tst_popups::closingIsAskedAndGranted()
 {
-    const QPointer<frmBrowser> popup = popUp({});
+    const QPointer<BrowserWindow> popup = popUp({});
     QTRY_COMPARE(popup->windowTitle(), u"Popup"_s);
     script(popup, u"setTimeout(() => window.close(), 0); 1"_s);
     QMessageBox *box = nullptr;
@@ -162,7 +162,7 @@ void tst_popups::closingIsAskedAndGranted()
 
 void tst_popups::closedOpenerLeavesTheWindow()
 {
-    const frmBrowser *popup = popUp({});
+    const BrowserWindow *popup = popUp({});
     QTRY_COMPARE(popup->windowTitle(), u"Popup"_s);
     browserForms().first()->unload();
     QTRY_COMPARE(m_frame->area->subWindowList().size(), 1);

@@ -37,7 +37,7 @@ private:
     void send(const QString &method, const QString &action);
 
     std::unique_ptr<PopupScene> m_scene;
-    frmBrowser *m_form = nullptr;
+    BrowserWindow *m_form = nullptr;
 };
 
 void tst_resend::init()
@@ -63,7 +63,7 @@ void tst_resend::send(const QString &method, const QString &action)
     PopupScene::script(m_form,
                        u"f.method = '%1'; f.action = '%2'; f.submit(); 1"_s.arg(method, action));
     QTRY_COMPARE(m_form->windowTitle(), u"Ordered"_s);
-    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!m_form->browser()->isBusy());
     QCOMPARE(sent(), 1);
 }
 
@@ -86,16 +86,16 @@ void tst_resend::answerToAFormIsNotSentAgainUnasked()
     WebPage *page = PopupScene::control(m_form)->page();
     Answer no(QMessageBox::No);
     if (way == 0)
-        m_form->brwWebBrowser()->Refresh();
+        m_form->browser()->refresh();
     else if (way == 1)
-        m_form->brwWebBrowser()->Refresh2(3);
+        m_form->browser()->refresh2(3);
     else
         page->action(way == 2 ? QWebEnginePage::Reload : QWebEnginePage::ReloadAndBypassCache)
             ->trigger();
     QTRY_COMPARE(no.count(), 1);
     QVERIFY(no.text().contains("form"_L1));
     PopupScene::script(m_form, u"1"_s);
-    QVERIFY(!m_form->brwWebBrowser()->Busy());
+    QVERIFY(!m_form->browser()->isBusy());
     QCOMPARE(sent(), 1);
     QVERIFY(m_scene->server.requests("/order").last().method == "POST");
 }
@@ -105,10 +105,10 @@ void tst_resend::yesSendsItOnce()
     send(u"post"_s, u"/order"_s);
     for (int times = 2; times < 4; ++times) {
         Answer yes(QMessageBox::Yes);
-        m_form->brwWebBrowser()->Refresh();
+        m_form->browser()->refresh();
         QTRY_COMPARE(yes.count(), 1);
         QTRY_COMPARE(sent(), times);
-        QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+        QTRY_VERIFY(!m_form->browser()->isBusy());
         QCOMPARE(m_scene->server.requests("/order").last().body, "a=1");
     }
 }
@@ -117,21 +117,21 @@ void tst_resend::askedOnceAtATime()
 {
     send(u"post"_s, u"/order"_s);
     for (int i = 0; i < 5; ++i)
-        m_form->brwWebBrowser()->Refresh();
+        m_form->browser()->refresh();
     QCOMPARE(questions().size(), 1);
     questions().first()->button(QMessageBox::No)->click();
     QTRY_VERIFY(questions().isEmpty());
-    m_form->brwWebBrowser()->Refresh();
+    m_form->browser()->refresh();
     QCOMPARE(questions().size(), 1);
     // The page may be another one when the answer comes.
-    m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/opener"_s));
+    m_form->browser()->navigate(m_scene->server.url(u"/opener"_s));
     QTRY_COMPARE(m_form->windowTitle(), u"opener"_s);
-    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!m_form->browser()->isBusy());
     const int opened = m_scene->server.count("/opener");
     questions().first()->button(QMessageBox::Yes)->click();
     QTRY_VERIFY(questions().isEmpty());
     PopupScene::script(m_form, u"1"_s);
-    QVERIFY(!m_form->brwWebBrowser()->Busy());
+    QVERIFY(!m_form->browser()->isBusy());
     QCOMPARE(sent(), 1);
     QCOMPARE(m_scene->server.count("/opener"), opened);
 }
@@ -149,7 +149,7 @@ void tst_resend::nothingIsAskedElsewhere()
     QFETCH(const QString, method);
     QFETCH(const QString, action);
     send(method, action);
-    m_form->brwWebBrowser()->Refresh();
+    m_form->browser()->refresh();
     QTRY_COMPARE(sent(), 2);
     QVERIFY(questions().isEmpty());
     QCOMPARE(m_scene->server.requests("/order").last().method, "GET");
@@ -158,8 +158,8 @@ void tst_resend::nothingIsAskedElsewhere()
 void tst_resend::tryAgainAsksToo()
 {
     PopupScene::script(m_form, u"f.method = 'post'; f.action = '/broken'; f.submit(); 1"_s);
-    QTRY_COMPARE(m_form->brwWebBrowser()->LocationURL(), m_scene->server.url(u"/broken"_s));
-    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    QTRY_COMPARE(m_form->browser()->locationUrl(), m_scene->server.url(u"/broken"_s));
+    QTRY_VERIFY(!m_form->browser()->isBusy());
     QTRY_COMPARE(PopupScene::script(m_form, u"String(!!document.getElementById('tryAgain'))"_s),
                  u"true"_s);
     const int before = m_scene->server.count("/broken");
@@ -168,7 +168,7 @@ void tst_resend::tryAgainAsksToo()
     QTRY_COMPARE(no.count(), 1);
     QCOMPARE(m_scene->server.count("/broken"), before);
     Answer yes(QMessageBox::Yes);
-    m_form->brwWebBrowser()->Refresh();
+    m_form->browser()->refresh();
     QTRY_COMPARE(yes.count(), 1);
     QTRY_VERIFY(m_scene->server.count("/broken") > before);
 }
@@ -186,9 +186,9 @@ void tst_resend::crashedPageIsLeftWithoutSending()
 {
     send(u"post"_s, u"/order"_s);
     crash();
-    m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/opener"_s));
+    m_form->browser()->navigate(m_scene->server.url(u"/opener"_s));
     QTRY_COMPARE(m_form->windowTitle(), u"opener"_s);
-    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!m_form->browser()->isBusy());
     QCOMPARE(sent(), 1);
     QVERIFY(questions().isEmpty());
 }
@@ -198,14 +198,14 @@ void tst_resend::crashedPageAsksToo()
     send(u"post"_s, u"/order"_s);
     crash();
     Answer no(QMessageBox::No);
-    m_form->brwWebBrowser()->Refresh();
+    m_form->browser()->refresh();
     QTRY_COMPARE(no.count(), 1);
     QCOMPARE(sent(), 1);
     Answer yes(QMessageBox::Yes);
-    m_form->brwWebBrowser()->Refresh();
+    m_form->browser()->refresh();
     QTRY_COMPARE(yes.count(), 1);
     QTRY_VERIFY(sent() > 1);
-    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!m_form->browser()->isBusy());
     QTRY_COMPARE(PopupScene::script(m_form, u"document.title"_s).toString(), u"Ordered"_s);
     QCOMPARE(sent(), 2);
 }
@@ -213,22 +213,22 @@ void tst_resend::crashedPageAsksToo()
 void tst_resend::nextPageIsFree()
 {
     send(u"post"_s, u"/order"_s);
-    m_form->brwWebBrowser()->Navigate(u"about:blank"_s);
-    QTRY_COMPARE(m_form->brwWebBrowser()->LocationURL(), u"about:blank"_s);
-    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
-    m_form->brwWebBrowser()->Refresh();
+    m_form->browser()->navigate(u"about:blank"_s);
+    QTRY_COMPARE(m_form->browser()->locationUrl(), u"about:blank"_s);
+    QTRY_VERIFY(!m_form->browser()->isBusy());
+    m_form->browser()->refresh();
     QVERIFY(questions().isEmpty());
     // A form that brought no page leaves the one shown as it was.
     TestServer::Reply nothing;
     nothing.status = 204;
     m_scene->server.reply("/nothing", nothing);
-    m_form->brwWebBrowser()->Navigate(m_scene->server.url(u"/opener"_s));
+    m_form->browser()->navigate(m_scene->server.url(u"/opener"_s));
     QTRY_COMPARE(m_form->windowTitle(), u"opener"_s);
-    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!m_form->browser()->isBusy());
     PopupScene::script(m_form, u"f.method = 'post'; f.action = '/nothing'; f.submit(); 1"_s);
     QTRY_COMPARE(m_scene->server.count("/nothing"), 1);
-    QTRY_VERIFY(!m_form->brwWebBrowser()->Busy());
-    m_form->brwWebBrowser()->Refresh();
+    QTRY_VERIFY(!m_form->browser()->isBusy());
+    m_form->browser()->refresh();
     QVERIFY(questions().isEmpty());
 }
 

@@ -49,7 +49,7 @@ private:
     int countWith(const QByteArray &path, const QByteArray &password) const;
 
     std::unique_ptr<PopupScene> m_scene;
-    QPointer<frmBrowser> m_form;
+    QPointer<BrowserWindow> m_form;
 };
 
 namespace {
@@ -171,7 +171,7 @@ void tst_signin::cancelShowsTheAnswerAndHolds()
     QTRY_VERIFY(m_scene->server.count("/private") > before + 5);
     QVERIFY(!question());
     QCOMPARE(title(), u"Outside"_s);
-    m_form->brwWebBrowser()->Navigate(url(u"/private"_s));
+    m_form->browser()->navigate(url(u"/private"_s));
     QTRY_VERIFY(question());
 }
 
@@ -258,10 +258,10 @@ void tst_signin::questionGoesWithItsPage()
     open(u"/private"_s);
     QTRY_VERIFY(question());
     QTRY_COMPARE(title(), u"Outside"_s);
-    m_form->brwWebBrowser()->Navigate(url(u"/b"_s));
+    m_form->browser()->navigate(url(u"/b"_s));
     QTRY_COMPARE(title(), u"b"_s);
     QVERIFY(!question());
-    m_form->brwWebBrowser()->Navigate(url(u"/private"_s));
+    m_form->browser()->navigate(url(u"/private"_s));
     QTRY_VERIFY(question());
     m_form->unload();
     QTRY_VERIFY(!m_form);
@@ -291,7 +291,7 @@ void tst_signin::signingInServesAllWindows()
     protect("/private", "Realm");
     open(u"/private"_s);
     QTRY_VERIFY(question());
-    frmBrowser *other = m_scene->frame.open(url(u"/private"_s));
+    BrowserWindow *other = m_scene->frame.open(url(u"/private"_s));
     QTRY_VERIFY(PageAsks::shownIn(other));
     // Each in its own window, and both can be used.
     QCOMPARE(PageAsks::countIn(m_form), 1);

@@ -82,8 +82,8 @@ private slots:
     void closedPopupIsClosedForItsOpener();
 
 private:
-    frmBrowser *openerOf(const QByteArray &code, bool maximized = false);
-    void proveNothingElseOpens(const frmBrowser *opener);
+    BrowserWindow *openerOf(const QByteArray &code, bool maximized = false);
+    void proveNothingElseOpens(const BrowserWindow *opener);
 
     std::unique_ptr<PopupScene> m_scene;
 };
@@ -99,7 +99,7 @@ void tst_smartpopups::init()
     m_scene->server.redirect("/go", "/ads/x");
 }
 
-frmBrowser *tst_smartpopups::openerOf(const QByteArray &code, bool maximized)
+BrowserWindow *tst_smartpopups::openerOf(const QByteArray &code, bool maximized)
 {
     return m_scene->openPage("<button id=b onclick=\"w=" + code
                                  + ";window.done=1\">b</button>"
@@ -109,7 +109,7 @@ frmBrowser *tst_smartpopups::openerOf(const QByteArray &code, bool maximized)
 
 /// What was asked for is dealt with in order, so a later window that is there proves that nothing
 /// is on its way any more.
-void tst_smartpopups::proveNothingElseOpens(const frmBrowser *opener)
+void tst_smartpopups::proveNothingElseOpens(const BrowserWindow *opener)
 {
     QTRY_COMPARE(PopupScene::popups().size(), 0);
     PopupScene::click(opener, u"m"_s);
@@ -121,7 +121,7 @@ void tst_smartpopups::proveNothingElseOpens(const frmBrowser *opener)
 void tst_smartpopups::matchLeavesNothing()
 {
     m_scene->block(u"*/ads/*\r\n"_s);
-    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    BrowserWindow *opener = openerOf("window.open('/ads/x')");
     const int processes = renderers();
     QVERIFY(processes > 0);
     QWidget *focus = QWebEngineView::forPage(PopupScene::control(opener)->page())->focusProxy();
@@ -142,7 +142,7 @@ void tst_smartpopups::matchLeavesNothing()
 void tst_smartpopups::matchIsNeverShown()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener = openerOf("window.open('/ads/x','','width=300,height=200')");
+    BrowserWindow *opener = openerOf("window.open('/ads/x','','width=300,height=200')");
     const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
     const QSignalSpy focused(qApp, &QApplication::focusChanged);
     PopupScene::click(opener, u"b"_s);
@@ -157,10 +157,10 @@ void tst_smartpopups::matchIsNeverShown()
 void tst_smartpopups::noMatchComesUpAsItWasAskedFor()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener =
+    BrowserWindow *opener =
         openerOf("window.open('/p','','left=20,top=30,width=320,height=240')", true);
     PopupScene::click(opener, u"b"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"popup"_s);
     QVERIFY(!popup->isMaximized());
@@ -172,9 +172,10 @@ void tst_smartpopups::noMatchComesUpAsItWasAskedFor()
 void tst_smartpopups::filledByItsOpenerItComesUp()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener = openerOf("window.open('');w.document.write('<title>Written</title>text')");
+    BrowserWindow *opener =
+        openerOf("window.open('');w.document.write('<title>Written</title>text')");
     PopupScene::click(opener, u"b"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"Written"_s);
     QTRY_COMPARE(m_scene->frame.activeChild(), popup);
@@ -183,12 +184,12 @@ void tst_smartpopups::filledByItsOpenerItComesUp()
 void tst_smartpopups::emptyWindowSentOnLaterTakesNothing()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener =
+    BrowserWindow *opener =
         m_scene->openPage("<script>go=()=>setTimeout(()=>{w=window.open('')},1)</script>");
     const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
     PopupScene::script(opener, u"go()"_s);
-    QTRY_COMPARE(opener->findChildren<frmBrowser *>().size(), 1);
-    const QPointer<frmBrowser> popup = opener->findChild<frmBrowser *>();
+    QTRY_COMPARE(opener->findChildren<BrowserWindow *>().size(), 1);
+    const QPointer<BrowserWindow> popup = opener->findChild<BrowserWindow *>();
     PopupScene::script(opener, u"w.location='/ads/x'; 1"_s);
     QTRY_VERIFY(!popup);
     QCOMPARE(activated.size(), 0);
@@ -198,13 +199,13 @@ void tst_smartpopups::emptyWindowSentOnLaterTakesNothing()
 void tst_smartpopups::unaskedWindowComesUpWithWhatIsWrittenIntoIt()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener =
+    BrowserWindow *opener =
         m_scene->openPage("<script>go=()=>setTimeout(()=>{w=window.open('')},1)</script>");
     PopupScene::script(opener, u"go()"_s);
-    QTRY_COMPARE(opener->findChildren<frmBrowser *>().size(), 1);
+    QTRY_COMPARE(opener->findChildren<BrowserWindow *>().size(), 1);
     QVERIFY(PopupScene::popups().isEmpty());
     PopupScene::script(opener, u"w.document.body.textContent='written'; 1"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QVERIFY(popup->isVisible());
     QCOMPARE(m_scene->frame.activeChild(), popup);
@@ -214,7 +215,7 @@ void tst_smartpopups::unaskedWindowComesUpWithWhatIsWrittenIntoIt()
 void tst_smartpopups::maximizedOpenerStaysMaximized()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener = openerOf("window.open('/ads/x')", true);
+    BrowserWindow *opener = openerOf("window.open('/ads/x')", true);
     QVERIFY(opener->isMaximized());
     PopupScene::click(opener, u"b"_s);
     QTRY_VERIFY(PopupScene::script(opener, u"window.w && w.closed"_s).toBool());
@@ -226,7 +227,7 @@ void tst_smartpopups::maximizedOpenerStaysMaximized()
 void tst_smartpopups::focusInTheFrameStaysThere()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener =
+    BrowserWindow *opener =
         m_scene->openPage("<script>go=()=>setTimeout(()=>{w=window.open('/ads/x')},1)</script>");
     auto *main = qobject_cast<QMainWindow *>(m_scene->frame.window());
     auto *field = new QLineEdit(main);
@@ -243,9 +244,9 @@ void tst_smartpopups::focusInTheFrameStaysThere()
 void tst_smartpopups::noMatchStaysAlsoLater()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener = openerOf("window.open('/p')");
+    BrowserWindow *opener = openerOf("window.open('/p')");
     PopupScene::click(opener, u"b"_s);
-    QPointer<frmBrowser> popup = PopupScene::waitForPopup();
+    QPointer<BrowserWindow> popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"popup"_s);
     QVERIFY(!popup->Popup);
@@ -255,9 +256,9 @@ void tst_smartpopups::noMatchStaysAlsoLater()
 
 void tst_smartpopups::emptyListLetsEverythingOpen()
 {
-    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    BrowserWindow *opener = openerOf("window.open('/ads/x')");
     PopupScene::click(opener, u"b"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
 }
@@ -266,9 +267,9 @@ void tst_smartpopups::switchedOffLetsEverythingOpen()
 {
     m_scene->block(u"*"_s);
     m_scene->smart(false);
-    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    BrowserWindow *opener = openerOf("window.open('/ads/x')");
     PopupScene::click(opener, u"b"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
 }
@@ -277,7 +278,7 @@ void tst_smartpopups::killPopupsWins()
 {
     m_scene->block(u"*/ads/*"_s);
     m_scene->kill();
-    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    BrowserWindow *opener = openerOf("window.open('/ads/x')");
     const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
     PopupScene::click(opener, u"b"_s);
     QTRY_VERIFY(PopupScene::script(opener, u"window.done && (!w || w.closed)"_s).toBool());
@@ -289,7 +290,7 @@ void tst_smartpopups::killPopupsWins()
 void tst_smartpopups::starBlocksEveryPopup()
 {
     m_scene->block(u"*"_s);
-    frmBrowser *opener = openerOf("window.open('/p')");
+    BrowserWindow *opener = openerOf("window.open('/p')");
     PopupScene::click(opener, u"b"_s);
     QTRY_VERIFY(PopupScene::script(opener, u"window.w && w.closed"_s).toBool());
     QCOMPARE(m_scene->server.count("/p"), 0);
@@ -299,9 +300,9 @@ void tst_smartpopups::starBlocksEveryPopup()
 void tst_smartpopups::letterCaseCounts()
 {
     m_scene->block(u"*/ADS/*"_s);
-    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    BrowserWindow *opener = openerOf("window.open('/ads/x')");
     PopupScene::click(opener, u"b"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
 }
@@ -309,9 +310,9 @@ void tst_smartpopups::letterCaseCounts()
 void tst_smartpopups::redirectTargetsAreNotTested()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener = openerOf("window.open('/go')");
+    BrowserWindow *opener = openerOf("window.open('/go')");
     PopupScene::click(opener, u"b"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
 }
@@ -319,9 +320,9 @@ void tst_smartpopups::redirectTargetsAreNotTested()
 void tst_smartpopups::emptyWindowIsTestedWhenItIsSentSomewhere()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener = openerOf("window.open('')");
+    BrowserWindow *opener = openerOf("window.open('')");
     PopupScene::click(opener, u"b"_s);
-    QPointer<frmBrowser> popup = PopupScene::waitForPopup();
+    QPointer<BrowserWindow> popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QVERIFY(popup->Popup);
     PopupScene::script(opener, u"w.location='/ads/x'; 1"_s);
@@ -332,9 +333,9 @@ void tst_smartpopups::emptyWindowIsTestedWhenItIsSentSomewhere()
 void tst_smartpopups::explicitAboutBlankIsAFirstAddress()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener = openerOf("window.open('about:blank')");
+    BrowserWindow *opener = openerOf("window.open('about:blank')");
     PopupScene::click(opener, u"b"_s);
-    frmBrowser *popup = PopupScene::waitForPopup();
+    BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_VERIFY(!popup->Popup);
     PopupScene::script(opener, u"w.location='/ads/x'; 1"_s);
@@ -344,7 +345,7 @@ void tst_smartpopups::explicitAboutBlankIsAFirstAddress()
 void tst_smartpopups::aboutBlankOnTheListCloses()
 {
     m_scene->block(u"about:blank"_s);
-    frmBrowser *opener = openerOf("window.open('about:blank')");
+    BrowserWindow *opener = openerOf("window.open('about:blank')");
     PopupScene::click(opener, u"b"_s);
     QTRY_VERIFY(PopupScene::script(opener, u"window.w && w.closed"_s).toBool());
     proveNothingElseOpens(opener);
@@ -354,14 +355,14 @@ void tst_smartpopups::listOnDiskCountsFromTheNextLoad()
 {
     m_scene->block(u"nothing"_s);
     QVERIFY(m_scene->folder.write(u"AppData/PopupURLs.txt"_s, "*/p\n"));
-    frmBrowser *opener = openerOf("window.open('/p')");
+    BrowserWindow *opener = openerOf("window.open('/p')");
     PopupScene::click(opener, u"b"_s);
-    QPointer<frmBrowser> popup = PopupScene::waitForPopup();
+    QPointer<BrowserWindow> popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"popup"_s);
     popup->unload();
     QTRY_VERIFY(!popup);
-    LoadPopupURLs();
+    loadBlockedList();
     PopupScene::script(opener, u"w=null; window.done=0"_s);
     PopupScene::click(opener, u"b"_s);
     QTRY_VERIFY(PopupScene::script(opener, u"window.done && w.closed"_s).toBool());
@@ -371,16 +372,16 @@ void tst_smartpopups::listOnDiskCountsFromTheNextLoad()
 void tst_smartpopups::usersWindowsAreNotTested()
 {
     m_scene->block(u"*"_s);
-    frmBrowser *form = m_scene->frame.open(m_scene->server.url(u"/ads/x"_s));
+    BrowserWindow *form = m_scene->frame.open(m_scene->server.url(u"/ads/x"_s));
     QTRY_COMPARE(form->windowTitle(), u"ad"_s);
-    form->brwWebBrowser()->Navigate(m_scene->server.url(u"/p"_s));
+    form->browser()->navigate(m_scene->server.url(u"/p"_s));
     QTRY_COMPARE(form->windowTitle(), u"popup"_s);
 }
 
 void tst_smartpopups::closedPopupIsClosedForItsOpener()
 {
     m_scene->block(u"*/ads/*"_s);
-    frmBrowser *opener = openerOf("window.open('/ads/x')");
+    BrowserWindow *opener = openerOf("window.open('/ads/x')");
     PopupScene::click(opener, u"b"_s);
     QTRY_VERIFY(PopupScene::script(opener, u"window.w && w.closed"_s).toBool());
     PopupScene::script(opener, u"w.location='/p'; 1"_s);

@@ -56,24 +56,24 @@ private slots:
     void minimizedFrameHidesSilentPagesOnly();
 
 private:
-    static WebPage *pageOf(const frmBrowser *form)
+    static WebPage *pageOf(const BrowserWindow *form)
     {
-        return static_cast<QtWebBrowser *>(form->brwWebBrowser())->page();
+        return static_cast<QtWebBrowser *>(form->browser())->page();
     }
-    static QString script(const frmBrowser *form, const QString &code);
+    static QString script(const BrowserWindow *form, const QString &code);
     /// What the engine has said of the page, and what the page itself knows.
-    static bool isVisible(const frmBrowser *form)
+    static bool isVisible(const BrowserWindow *form)
     {
         return pageOf(form)->isVisible()
             && script(form, u"document.visibilityState"_s) == "visible"_L1;
     }
-    static bool isHidden(const frmBrowser *form)
+    static bool isHidden(const BrowserWindow *form)
     {
         return !pageOf(form)->isVisible()
             && script(form, u"document.visibilityState"_s) == "hidden"_L1;
     }
-    frmBrowser *open();
-    frmBrowser *openSounding();
+    BrowserWindow *open();
+    BrowserWindow *openSounding();
 
     std::unique_ptr<TestServer> m_server;
     std::unique_ptr<FakeFrame> m_frame;
@@ -94,7 +94,7 @@ void tst_soundingpages::cleanup()
     m_server.reset();
 }
 
-QString tst_soundingpages::script(const frmBrowser *form, const QString &code)
+QString tst_soundingpages::script(const BrowserWindow *form, const QString &code)
 {
     QString result;
     bool answered = false;
@@ -106,16 +106,16 @@ QString tst_soundingpages::script(const frmBrowser *form, const QString &code)
     return result;
 }
 
-frmBrowser *tst_soundingpages::open()
+BrowserWindow *tst_soundingpages::open()
 {
-    frmBrowser *form = m_frame->open(m_server->url(u"/a"_s));
-    [&] { QTRY_VERIFY(form->brwWebBrowser()->HasDocument() && !form->brwWebBrowser()->Busy()); }();
+    BrowserWindow *form = m_frame->open(m_server->url(u"/a"_s));
+    [&] { QTRY_VERIFY(form->browser()->hasDocument() && !form->browser()->isBusy()); }();
     return form;
 }
 
-frmBrowser *tst_soundingpages::openSounding()
+BrowserWindow *tst_soundingpages::openSounding()
 {
-    frmBrowser *form = open();
+    BrowserWindow *form = open();
     const auto *view = form->findChild<QWebEngineView *>();
     // A page takes a click only once it is painted.
     [&] {
@@ -131,9 +131,9 @@ frmBrowser *tst_soundingpages::openSounding()
 
 void tst_soundingpages::coveredPageGoesOnWhileItSounds()
 {
-    const frmBrowser *music = openSounding();
-    const frmBrowser *silent = open();
-    frmBrowser *front = open();
+    const BrowserWindow *music = openSounding();
+    const BrowserWindow *silent = open();
+    BrowserWindow *front = open();
     front->showMaximized();
     QTRY_VERIFY(isHidden(silent));
     QVERIFY(isVisible(music));
@@ -144,8 +144,8 @@ void tst_soundingpages::coveredPageGoesOnWhileItSounds()
 
 void tst_soundingpages::minimizedPageGoesOnWhileItSounds()
 {
-    frmBrowser *music = openSounding();
-    frmBrowser *silent = open();
+    BrowserWindow *music = openSounding();
+    BrowserWindow *silent = open();
     music->showMinimized();
     silent->showMinimized();
     QTRY_VERIFY(isHidden(silent));
@@ -159,15 +159,15 @@ void tst_soundingpages::minimizedPageGoesOnWhileItSounds()
 
 void tst_soundingpages::soundThatStartsBehindIsNoticed()
 {
-    frmBrowser *covered = openSounding();
-    frmBrowser *minimized = openSounding();
+    BrowserWindow *covered = openSounding();
+    BrowserWindow *minimized = openSounding();
     minimized->showMinimized();
-    frmBrowser *front = open();
+    BrowserWindow *front = open();
     front->showMaximized();
-    for (const frmBrowser *form : {covered, minimized})
+    for (const BrowserWindow *form : {covered, minimized})
         script(form, u"end()"_s);
     QTRY_VERIFY(isHidden(covered) && isHidden(minimized));
-    for (const frmBrowser *form : {covered, minimized}) {
+    for (const BrowserWindow *form : {covered, minimized}) {
         script(form, u"start()"_s);
         QTRY_VERIFY(isVisible(form));
         QVERIFY(pageOf(form)->recentlyAudible());
@@ -176,8 +176,8 @@ void tst_soundingpages::soundThatStartsBehindIsNoticed()
 
 void tst_soundingpages::minimizedFrameHidesSilentPagesOnly()
 {
-    const frmBrowser *music = openSounding();
-    const frmBrowser *silent = open();
+    const BrowserWindow *music = openSounding();
+    const BrowserWindow *silent = open();
     m_frame->window()->showMinimized();
     QTRY_VERIFY(isHidden(silent));
     QVERIFY(isVisible(music));

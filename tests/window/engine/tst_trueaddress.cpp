@@ -33,15 +33,15 @@ private:
     QString bank(const QString &path) const { return m_bank->url(path, u"localhost"_s); }
     QString own(const QString &path) const { return m_scene->server.url(path); }
     QString shown() const { return m_scene->frame.addressText; }
-    void run(const frmBrowser *form, const QString &code)
+    void run(const BrowserWindow *form, const QString &code)
     {
         PopupScene::script(form, QString(code).replace("BANK"_L1, bank({})) + u"; 1"_s);
     }
-    frmBrowser *openPopup(const QString &code);
+    BrowserWindow *openPopup(const QString &code);
 
     std::unique_ptr<PopupScene> m_scene;
     std::unique_ptr<TestServer> m_bank;
-    frmBrowser *m_opener = nullptr;
+    BrowserWindow *m_opener = nullptr;
 };
 
 void tst_trueaddress::init()
@@ -77,7 +77,7 @@ void tst_trueaddress::cleanup()
     m_bank.reset();
 }
 
-frmBrowser *tst_trueaddress::openPopup(const QString &code)
+BrowserWindow *tst_trueaddress::openPopup(const QString &code)
 {
     run(m_opener, code);
     return m_scene->waitForPopup();
@@ -123,10 +123,10 @@ void tst_trueaddress::openersContentsHaveNoOtherAddress()
 {
     QFETCH(const QString, open);
     QFETCH(const QString, then);
-    frmBrowser *popup = openPopup(open);
+    BrowserWindow *popup = openPopup(open);
     QVERIFY(popup);
     if (open.contains("nothing"_L1) || open.contains("file"_L1))
-        QTRY_VERIFY(!popup->brwWebBrowser()->Busy());
+        QTRY_VERIFY(!popup->browser()->isBusy());
     run(m_opener, then);
     QTRY_COMPARE(popup->windowTitle(), u"FAKE"_s);
     QTRY_COMPARE(PopupScene::script(m_opener, u"String(!!w.document.querySelector('#fake'))"_s),
@@ -136,7 +136,7 @@ void tst_trueaddress::openersContentsHaveNoOtherAddress()
     for (int round = 0; round < 3; ++round) {
         QTRY_VERIFY2(honest.contains(shown()), qPrintable(shown()));
         QVERIFY2(honest.contains(popup->shownAddress()), qPrintable(popup->shownAddress()));
-        QVERIFY(!popup->brwWebBrowser()->LocationURL().contains("localhost"_L1));
+        QVERIFY(!popup->browser()->locationUrl().contains("localhost"_L1));
         QVERIFY(!popup->statusBar()->secureShown());
         // Activating it anew changes nothing, nor does what is still on its way.
         m_scene->frame.area->setActiveSubWindow(m_opener);
@@ -148,11 +148,11 @@ void tst_trueaddress::openersContentsHaveNoOtherAddress()
 
 void tst_trueaddress::untouchedWindowShowsWhereItIsGoing()
 {
-    const frmBrowser *popup = openPopup(u"w = window.open('BANK/hang')"_s);
+    const BrowserWindow *popup = openPopup(u"w = window.open('BANK/hang')"_s);
     QVERIFY(popup);
     QTRY_COMPARE(shown(), bank(u"/hang"_s));
-    QCOMPARE(popup->brwWebBrowser()->LocationURL(), QString());
-    popup->brwWebBrowser()->Stop();
+    QCOMPARE(popup->browser()->locationUrl(), QString());
+    popup->browser()->stop();
     QTRY_COMPARE(shown(), u"about:blank"_s);
 }
 
@@ -182,16 +182,16 @@ void tst_trueaddress::shownPageKeepsItsAddress_data()
 void tst_trueaddress::shownPageKeepsItsAddress()
 {
     QFETCH(const QString, then);
-    const frmBrowser *popup = openPopup(u"w = window.open('BANK/page', 'named')"_s);
+    const BrowserWindow *popup = openPopup(u"w = window.open('BANK/page', 'named')"_s);
     QVERIFY(popup);
-    QTRY_COMPARE(popup->brwWebBrowser()->LocationURL(), bank(u"/page"_s));
-    QTRY_VERIFY(!popup->brwWebBrowser()->Busy());
+    QTRY_COMPARE(popup->browser()->locationUrl(), bank(u"/page"_s));
+    QTRY_VERIFY(!popup->browser()->isBusy());
     run(m_opener, then.arg(own({})));
     if (then.contains("%1"_L1))
         QTRY_COMPARE(m_scene->server.requests().last().path.startsWith("/opener"), false);
     run(popup, u"1"_s);
     QCOMPARE(PopupScene::script(popup, u"location.href"_s).toString(), bank(u"/page"_s));
-    QCOMPARE(popup->brwWebBrowser()->LocationURL(), bank(u"/page"_s));
+    QCOMPARE(popup->browser()->locationUrl(), bank(u"/page"_s));
     QCOMPARE(shown(), bank(u"/page"_s));
 }
 
@@ -214,23 +214,23 @@ void tst_trueaddress::stepBackThatHangsIsNotShown()
         reply.silent = !answers;
         return reply;
     });
-    m_opener->brwWebBrowser()->Navigate(bank(u"/once"_s));
-    QTRY_COMPARE(m_opener->brwWebBrowser()->LocationURL(), bank(u"/once"_s));
-    QTRY_VERIFY(!m_opener->brwWebBrowser()->Busy());
+    m_opener->browser()->navigate(bank(u"/once"_s));
+    QTRY_COMPARE(m_opener->browser()->locationUrl(), bank(u"/once"_s));
+    QTRY_VERIFY(!m_opener->browser()->isBusy());
     answers = false;
     m_scene->server.page("/steps", "<title>Steps</title>FAKE");
-    m_opener->brwWebBrowser()->Navigate(own(u"/steps"_s));
+    m_opener->browser()->navigate(own(u"/steps"_s));
     QTRY_COMPARE(shown(), own(u"/steps"_s));
-    QTRY_VERIFY(!m_opener->brwWebBrowser()->Busy());
+    QTRY_VERIFY(!m_opener->browser()->isBusy());
     if (!place.isEmpty()) {
-        m_opener->brwWebBrowser()->Navigate(own(u"/steps"_s) + place);
+        m_opener->browser()->navigate(own(u"/steps"_s) + place);
         QTRY_COMPARE(shown(), own(u"/steps"_s) + place);
     }
     run(m_opener,
         u"history.go(%1); setInterval(() => history.replaceState(0, '', '?' + Math.random() + location.hash), 50)"_s
             .arg(place.isEmpty() ? -1 : -2));
     QTRY_COMPARE(m_bank->count("/once"), 2);
-    QTRY_VERIFY(m_opener->brwWebBrowser()->LocationURL().startsWith(own(u"/steps"_s)));
+    QTRY_VERIFY(m_opener->browser()->locationUrl().startsWith(own(u"/steps"_s)));
     run(m_opener, u"history.replaceState(0, '', '/steps' + location.hash)"_s);
     QVERIFY2(!shown().contains("once"_L1), qPrintable(shown()));
     QVERIFY(shown().startsWith(own(u"/steps"_s)));
@@ -238,17 +238,17 @@ void tst_trueaddress::stepBackThatHangsIsNotShown()
 
 void tst_trueaddress::stalledPageOfAnotherSiteIsNamedAtOnce()
 {
-    m_opener->brwWebBrowser()->Navigate(bank(u"/page"_s));
+    m_opener->browser()->navigate(bank(u"/page"_s));
     QTRY_COMPARE(shown(), bank(u"/page"_s));
     run(m_opener, u"location = '"_s + own(u"/stalled"_s) + u"'"_s);
     QTRY_COMPARE(shown(), own(u"/stalled"_s));
-    QCOMPARE(m_opener->brwWebBrowser()->LocationURL(), own(u"/stalled"_s));
+    QCOMPARE(m_opener->browser()->locationUrl(), own(u"/stalled"_s));
 }
 
 void tst_trueaddress::activationAlwaysSetsTheAddress()
 {
     run(m_opener, u"setTimeout(() => w = window.open(''), 10)"_s);
-    frmBrowser *popup = m_scene->waitForPopup();
+    BrowserWindow *popup = m_scene->waitForPopup();
     QVERIFY(popup);
     m_scene->frame.area->setActiveSubWindow(m_opener);
     QTRY_COMPARE(shown(), own(u"/opener"_s));
@@ -264,13 +264,13 @@ void tst_trueaddress::activationAlwaysSetsTheAddress()
 
 void tst_trueaddress::popupBehindLeavesTheBar()
 {
-    frmBrowser *popup = openPopup(u"w = window.open('', 'named')"_s);
+    BrowserWindow *popup = openPopup(u"w = window.open('', 'named')"_s);
     QVERIFY(popup);
     m_scene->frame.area->setActiveSubWindow(m_opener);
     QTRY_COMPARE(shown(), own(u"/opener"_s));
     run(m_opener, u"w.location = 'BANK/page'"_s);
-    QTRY_COMPARE(popup->brwWebBrowser()->LocationURL(), bank(u"/page"_s));
-    QTRY_VERIFY(!popup->brwWebBrowser()->Busy());
+    QTRY_COMPARE(popup->browser()->locationUrl(), bank(u"/page"_s));
+    QTRY_VERIFY(!popup->browser()->isBusy());
     QCOMPARE(shown(), own(u"/opener"_s));
 }
 
@@ -288,22 +288,22 @@ void tst_trueaddress::addressNotReachedIsTakenBack()
     QFETCH(const QString, path);
     // As after Enter in the bar.
     m_scene->frame.addressText = bank(path);
-    m_opener->brwWebBrowser()->Navigate(bank(path));
+    m_opener->browser()->navigate(bank(path));
     QTRY_VERIFY(!m_bank->requests().isEmpty());
     if (path == "/hang"_L1)
-        m_opener->brwWebBrowser()->Stop();
+        m_opener->browser()->stop();
     QTRY_COMPARE(shown(), own(u"/opener"_s));
-    QCOMPARE(m_opener->brwWebBrowser()->LocationURL(), own(u"/opener"_s));
-    QVERIFY(!m_opener->brwWebBrowser()->Busy());
+    QCOMPARE(m_opener->browser()->locationUrl(), own(u"/opener"_s));
+    QVERIFY(!m_opener->browser()->isBusy());
 }
 
 void tst_trueaddress::addressOfAFirstLoadStays()
 {
-    const frmBrowser *form = m_scene->frame.open(bank(u"/hang"_s));
+    const BrowserWindow *form = m_scene->frame.open(bank(u"/hang"_s));
     QTRY_COMPARE(m_bank->count("/hang"), 1);
     QCOMPARE(shown(), bank(u"/hang"_s));
-    form->brwWebBrowser()->Stop();
-    QTRY_VERIFY(!form->brwWebBrowser()->Busy());
+    form->browser()->stop();
+    QTRY_VERIFY(!form->browser()->isBusy());
     QCOMPARE(shown(), bank(u"/hang"_s));
 }
 

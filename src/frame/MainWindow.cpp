@@ -1,0 +1,343 @@
+#include "MainWindow.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QTimer>
+
+#include "AddressBox.h"
+#include "AddressHost.h"
+#include "AddressSelection.h"
+#include "ApplySettings.h"
+#include "BandFocus.h"
+#include "BandLayout.h"
+#include "BlockedList.h"
+#include "BrowserWindow.h"
+#include "Clipboard.h"
+#include "CommandBars.h"
+#include "CommandLine.h"
+#include "CoolBand.h"
+#include "CoolBar.h"
+#include "DraggedUrls.h"
+#include "ExitQuestion.h"
+#include "Factory.h"
+#include "FavoritesBar.h"
+#include "FocusReturn.h"
+#include "Forms.h"
+#include "FrameBody.h"
+#include "Language.h"
+#include "LinksBar.h"
+#include "MailProgram.h"
+#include "MdiArea.h"
+#include "NavigationCommands.h"
+#include "PlainCaption.h"
+#include "PopupCommands.h"
+#include "ProgramIcon.h"
+#include "ProgramInfo.h"
+#include "ScreenFit.h"
+#include "SearchBar.h"
+#include "Settings.h"
+#include "SideBarCommands.h"
+#include "Splash.h"
+#include "TabStrip.h"
+#include "ThemedIcon.h"
+#include "ToolBar.h"
+#include "ToolBarCommands.h"
+#include "WebBrowser.h"
+#include "WindowMenu.h"
+#include "Yield.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int maximized = 2;
+constexpr int normal = 0;
+constexpr int keyEnter = 13;
+constexpr int keyEscape = 27;
+constexpr QSize designSize(1100, 760);
+
+template <typename Bar> Bar *named(Bar *bar, const char *name)
+{
+    bar->setObjectName(QLatin1StringView(name));
+    return bar;
+}
+
+}
+
+MainWindow::MainWindow()
+    : m_menu(*menuBar(), *this)
+    , m_commands(m_menu, this)
+    , m_windows(new MdiArea)
+    , m_coolBar(named(new CoolBar, "CoolBar1"))
+    , m_body(new FrameBody(*m_coolBar, *m_windows, this))
+    , m_functionsBar(named(new ToolBar, "tbFunctions"))
+    , m_browserBar(named(new ToolBar, "tbBrowser"))
+    , m_linksToolBar(named(new ToolBar, "tbLinks"))
+    , m_tabs(named(new TabStrip(themedIcon(u"page"_s)), "tbWindows"))
+    , m_addressBox(named(new AddressBox, "brwURL1"))
+    , m_commandBars(new CommandBars(*this, *m_functionsBar, *m_browserBar, this))
+    , m_links(new LinksBar(*this, *m_linksToolBar, this))
+    , m_favoritesBar(named(new FavoritesBar(*this), "FavoritesBar1"))
+    , m_searchBar(named(new SearchBar, "SearchBar1"))
+{
+    setObjectName("frmMain"_L1);
+    new PlainCaption(*this);
+    setWindowTitle(ProgramInfo::title());
+    setWindowIcon(programIcon());
+    setContextMenuPolicy(Qt::NoContextMenu);
+    setAcceptDrops(true);
+    setCentralWidget(m_body);
+    resizeToScreen(*this, designSize);
+    m_body->addSideBar(*m_favoritesBar);
+    m_body->addSideBar(*m_searchBar);
+    makeBands();
+    connectAddressBar();
+    new BandFocus(*this, *m_coolBar, {m_favoritesBar, m_searchBar}, [this] {
+        const BrowserWindow *active = activeBrowser(*this);
+        if (active)
+            active->browser()->setFocus();
+        return active != nullptr;
+    });
+    new FocusReturn(*this, [this] { m_windows->takeFocus(); });
+    registerCommands();
+    connect(m_windows, &MdiArea::activeChildChanged, &m_commands, &CommandTable::refreshRules);
+    watchClipboard();
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, &m_commands,
+            &CommandTable::refreshRules);
+}
+
+void MainWindow::registerCommands()
+{
+    QMenu &openBrowsers = *m_menu.menu(u"mnuWindowOpenBrowsers"_s);
+    registerWindowCommands(*this, *m_windows, openBrowsers);
+    connectTabStrip(*m_tabs, *this, openBrowsers);
+    registerToolBarCommands(*this, *m_coolBar, *m_body, *m_links);
+    registerNavigationCommands(*this);
+    registerPopupCommands(*this);
+    registerSideBarCommands(*this, *m_favoritesBar, *m_searchBar);
+}
+
+MainWindow::~MainWindow()
+{
+    // Hiding moves the focus, and open windows take their tabs with them: both while all is there.
+    hide();
+    delete m_windows;
+}
+
+void MainWindow::makeBands()
+{
+    auto *icon = named(new QLabel, "pctIcon");
+    icon->setAlignment(Qt::AlignCenter);
+    icon->setFixedWidth(28);
+    m_coolBar->addBand(u"Functions"_s, m_functionsBar, {}, 3600, false);
+    m_coolBar->addBand(u"Browser"_s, m_browserBar, {}, 3600, false)->setName(u"Navigation"_s);
+    m_coolBar->addBand(u"Address"_s, new AddressHost(*m_addressBox), u"Address:"_s, 24000, true)
+        ->setName(u"Address Bar"_s);
+    m_coolBar->addBand(u"Links"_s, m_linksToolBar, {}, 24000, true)->setName(u"Favorite Links"_s);
+    m_coolBar->addBand(u"Tabs"_s, m_tabs, {}, 24000, true)->setName(u"Tab Strip"_s);
+    m_coolBar->addBand(u"Icon"_s, icon, {}, 600, false);
+}
+
+void MainWindow::connectAddressBar()
+{
+    connect(m_addressBox, &AddressBox::clicked, this, &MainWindow::navigateToAddress);
+    connect(m_addressBox, &AddressBox::keyDown, this, [this](int &keyCode, int &) {
+        if (m_addressBox->keyIsReleased())
+            return;
+        if (keyCode == keyEnter)
+            navigateToAddress();
+        else if (keyCode == keyEscape)
+            restoreAddress();
+    });
+}
+
+void MainWindow::navigateToAddress()
+{
+    if (openInMailProgram(m_addressBox->text())) {
+        restoreAddress();
+        return;
+    }
+    navigateActive(m_addressBox->text());
+    if (const BrowserWindow *active = activeBrowser(*this))
+        active->browser()->setFocus();
+}
+
+void MainWindow::restoreAddress()
+{
+    if (const BrowserWindow *active = activeBrowser(*this))
+        m_addressBox->setText(active->shownAddress());
+}
+
+void MainWindow::load()
+{
+    if (m_loaded)
+        return;
+    m_loaded = true;
+    Forms::add(this);
+    m_commandLine = startAddress(unquoted(m_commandLine), QDir::currentPath());
+    findChild<QLabel *>(u"pctIcon"_s)
+        ->setPixmap(windowIcon().pixmap(QSize(16, 16), devicePixelRatio()));
+    applySettings(*this, *m_coolBar, *m_searchBar, *m_links);
+    restoreBandLayout(*m_coolBar);
+    show();
+    letPendingEventsRun();
+    if (!m_closed && Settings::isOne(Settings::ShowSplash))
+        showSplash(this);
+    letPendingEventsRun();
+    loadBlockedList();
+    openFirstWindow();
+}
+
+void MainWindow::openFirstWindow()
+{
+    if (!isProfileName(m_commandLine))
+        openBrowserWindow(m_commandLine, maximized);
+    else if (!openProfile(m_commandLine, true) || (isVisible() && !activeChild()))
+        // Also for a profile that counts addresses and holds none: the frame would stay empty.
+        openBrowserWindow(m_commandLine, normal);
+}
+
+void MainWindow::translate()
+{
+    m_menu.translate();
+    m_commandBars->translate();
+    CoolBand &address = *m_coolBar->band(u"Address"_s);
+    address.setCaption(languageText(u"frmMain"_s, u"lblAddress"_s, address.caption()));
+    m_coolBar->translate();
+    m_searchBar->loadLanguage();
+}
+
+void MainWindow::adopt(QMdiSubWindow *child)
+{
+    m_windows->adopt(child);
+}
+
+QMdiSubWindow *MainWindow::activeChild() const
+{
+    return m_windows->activeChild();
+}
+
+void MainWindow::openBrowserWindow(const QString &url, int state)
+{
+    if (!m_closed)
+        ::openBrowserWindow(*this, url, state);
+}
+
+void MainWindow::navigateActive(const QString &url)
+{
+    ::navigateActive(*this, url);
+}
+
+int MainWindow::newWindowState() const
+{
+    return activeChild() ? normal : maximized;
+}
+
+bool MainWindow::openProfile(const QString &file, bool quiet)
+{
+    return !m_closed && m_profileOpener && m_profileOpener(file, quiet);
+}
+
+WindowTabs &MainWindow::windowTabs()
+{
+    return *m_tabs;
+}
+
+void MainWindow::setAddressText(const QString &url)
+{
+    // What the user is typing is worth more than what a page has to say.
+    if (m_addressBox->hasUnsentEdits())
+        return;
+    const AddressSelection selection(*m_addressBox);
+    m_addressBox->setText(url);
+}
+
+void MainWindow::addAddress(const QString &url, bool showText)
+{
+    const AddressSelection selection(*m_addressBox);
+    m_addressBox->addItem(url, showText && !m_addressBox->hasUnsentEdits());
+}
+
+QAction *MainWindow::menuItem(const QString &name) const
+{
+    return m_menu.action(name);
+}
+
+void MainWindow::handle(const QString &menuName, const Handler &handler)
+{
+    m_commands.handle(menuName, handler);
+}
+
+void MainWindow::beforeOpening(const QString &menuName, const Handler &rule)
+{
+    m_commands.beforeOpening(menuName, rule);
+}
+
+void MainWindow::run(const QString &menuName)
+{
+    m_commands.run(menuName);
+}
+
+void MainWindow::setButtonPressed(const QString &key, bool pressed)
+{
+    m_commandBars->setPressed(key, pressed);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    // While it is asked, the system may end the program.
+    if (!m_closed && !mayExit(this) && !m_closed) {
+        event->ignore();
+        return;
+    }
+    leave();
+    event->accept();
+}
+
+void MainWindow::leave()
+{
+    if (m_closed)
+        return;
+    findChild<QLabel *>(u"pctIcon"_s)->clear();
+    saveBandLayout(*m_coolBar);
+    m_closed = true;
+    unloadForms();
+    QCoreApplication::quit();
+}
+
+void MainWindow::unloadForms()
+{
+    for (QWidget *form : Forms::all()) {
+        if (form != this)
+            form->close();
+    }
+    Forms::remove(this);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    // Anything else was offered to what lies under the pointer first.
+    if (isProfileDragged(*event->mimeData()))
+        acceptAsCopy(*event);
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    const QString file = firstDraggedFile(*event->mimeData());
+    if (file.isEmpty() || QFileInfo(file).isDir())
+        return;
+    acceptAsCopy(*event);
+    // Opening takes its time, and the program the file comes from waits for the drop to end.
+    QTimer::singleShot(0, this, [this, file] {
+        if (!openProfile(file, false))
+            QApplication::beep();
+    });
+}

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include "CommandTable.h"
+#include "Frame.h"
+#include "MainMenu.h"
+#include "StartUp.h"
+
+class CommandBars;
+class CoolBar;
+class FavoritesBar;
+class FrameBody;
+class LinksBar;
+class MdiArea;
+class SearchBar;
+class TabStrip;
+class ToolBar;
+class AddressBox;
+
+/// The one frame window: menu bar, tool bar strip, address bar and tabs around the browser
+/// windows. It puts the parts together and answers for them; what each does is theirs.
+class MainWindow : public QMainWindow, public Frame, public StartUpFrame {
+    Q_OBJECT
+
+public:
+    MainWindow();
+    ~MainWindow() override;
+
+    /// What the program was started on: an address or a profile file, perhaps in double quotes.
+    void setCommandLine(const QString &text) { m_commandLine = text; }
+    /// To be called once every command group has registered its handlers.
+    void closeCommandTable() { m_commands.close(); }
+    /// True once the user has left the program, perhaps while it was still starting: nothing opens
+    /// in the frame any more.
+    bool isClosed() const { return m_closed; }
+    /// Ends the program without the question: what is kept at the end is kept, every form closes,
+    /// and the event loop is left. Also while a dialog is open.
+    void leave();
+
+    /// Opens a profile file for `openProfile`; arguments and result are the same.
+    using ProfileOpener = std::function<bool(const QString &file, bool quiet)>;
+    void setProfileOpener(const ProfileOpener &opener) { m_profileOpener = opener; }
+
+    // StartUpFrame
+    void load() override;
+    void translate() override;
+
+    // Frame
+    QWidget *window() override { return this; }
+    void adopt(QMdiSubWindow *child) override;
+    QMdiSubWindow *activeChild() const override;
+    void openBrowserWindow(const QString &url, int state) override;
+    void navigateActive(const QString &url) override;
+    int newWindowState() const override;
+    bool openProfile(const QString &file, bool quiet) override;
+    WindowTabs &windowTabs() override;
+    void setAddressText(const QString &url) override;
+    void addAddress(const QString &url, bool showText) override;
+    QAction *menuItem(const QString &name) const override;
+    void handle(const QString &menuName, const Handler &handler) override;
+    void beforeOpening(const QString &menuName, const Handler &rule) override;
+    void run(const QString &menuName) override;
+    void setButtonPressed(const QString &key, bool pressed) override;
+    int navigationFlags() const override { return m_navigationFlags; }
+    void setNavigationFlags(int flags) override { m_navigationFlags = flags; }
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    void makeBands();
+    void connectAddressBar();
+    void registerCommands();
+    void openFirstWindow();
+    void navigateToAddress();
+    void restoreAddress();
+    void unloadForms();
+
+    MainMenu m_menu;
+    CommandTable m_commands;
+    MdiArea *m_windows;
+    CoolBar *m_coolBar;
+    FrameBody *m_body;
+    ToolBar *m_functionsBar;
+    ToolBar *m_browserBar;
+    ToolBar *m_linksToolBar;
+    TabStrip *m_tabs;
+    AddressBox *m_addressBox;
+    CommandBars *m_commandBars;
+    LinksBar *m_links;
+    FavoritesBar *m_favoritesBar;
+    SearchBar *m_searchBar;
+    ProfileOpener m_profileOpener;
+    QString m_commandLine;
+    int m_navigationFlags = 0;
+    bool m_loaded = false;
+    bool m_closed = false;
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QDialog>
+
+class OrganizeTree;
+class QPushButton;
+
+/// Organize Favorites: the favorites as a tree, with buttons that make folders, rename and delete.
+class OrganizeFavoritesDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    /// `root` is the Favorites folder without a trailing slash.
+    OrganizeFavoritesDialog(const QString &root, QWidget *owner);
+
+private:
+    void makeForm();
+    QPushButton *makeButton(const QString &name, const QString &english);
+    void makeFolder();
+
+    OrganizeTree *m_tvFavorites;
+};

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "CommonDialog.h"
+#include "WriteResult.h"
+
+#include <QMainWindow>
+#include <functional>
+
+class FindBar;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QProgressBar;
+class SourceEditor;
+
+/// A window with an editor for HTML source, of a page or of a file. It has no link to where the
+/// source came from. It deletes itself when closed; text that was edited and not saved is then
+/// kept as a copy in AppData/Recovered.
+class SourceWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    SourceWindow();
+    ~SourceWindow() override;
+
+    /// Opens a window on a page's markup, the caret at its start.
+    static SourceWindow *openOn(const QString &html, const QString &address);
+    /// What Help > About does; it is given the window to stand over.
+    static void setAboutHandler(const std::function<void(QWidget *)> &handler);
+
+    SourceEditor &editor() const { return *m_editor; }
+    /// What the title names: a page's address or a file.
+    void setSubject(const QString &subject);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    QMenu *addMenu(const char *name, const QString &caption);
+    QAction *addItem(QMenu *menu, const char *name, const QString &caption,
+                     void (SourceWindow::*handler)());
+    /// The item is for the source, or for the field that has the focus in its place.
+    void addEditItem(const char *name, const QString &caption, void (SourceEditor::*handler)(),
+                     void (*inField)(QLineEdit &field));
+    void addSeparator(QMenu *menu, const char *name);
+    void buildMenus();
+    void buildStatusBar();
+    QAction *addTool(const char *name, const QString &caption, const QKeySequence &shortcut);
+    void connectEditor();
+
+    void fileOpen();
+    void fileSave();
+    void fileExit();
+    void helpAbout();
+    void openFile(const QString &file);
+    void goToLine();
+    void setEdited(bool edited);
+    WriteResult keepCopy() const;
+
+    SourceEditor *m_editor;
+    FindBar *m_findBar;
+    QMenu *m_editMenu = nullptr;
+    QLabel *m_state = nullptr;
+    QProgressBar *m_progress = nullptr;
+    CommonDialog m_dialog;
+    QString m_subject;
+    bool m_edited = false;
+    /// That closing the window loses its text.
+    bool m_toldOfLoss = false;
+};

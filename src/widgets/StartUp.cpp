@@ -1,0 +1,22 @@
+#include "StartUp.h"
+
+#include "AppFolder.h"
+#include "Language.h"
+#include "QtTexts.h"
+#include "Settings.h"
+
+using namespace Qt::StringLiterals;
+
+void useStoredLanguage()
+{
+    AppFolder::setSettingsPath(AppFolder::appData(u"Settings.ini"_s));
+    setLanguageName(Settings::read(Settings::Language));
+}
+
+void startUp(StartUpFrame &frame)
+{
+    useStoredLanguage();
+    QtTexts::follow(languageName());
+    frame.load();
+    frame.translate();
+}

@@ -1,0 +1,249 @@
+#include "BlockedListDialog.h"
+
+#include "BlockedList.h"
+#include "Forms.h"
+#include "Frame.h"
+#include "Language.h"
+#include "LikeOperator.h"
+#include "MsgBox.h"
+#include "NotSaved.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize comfortableSize(520, 380);
+/// Characters of one pattern. Many may come together: they are parted before this cuts them.
+constexpr qsizetype longestPattern = 32767;
+/// Patterns that one message names.
+constexpr qsizetype mostNamed = 10;
+
+QString text(const QString &key, const QString &english)
+{
+    return languageText(u"frmBlockedURLs"_s, key, english);
+}
+
+bool isLineBreak(QChar c)
+{
+    return c == u'\n' || c == u'\r';
+}
+
+/// The lines that hold something. A file would take a break within a pattern for the end of it.
+QStringList linesOf(const QString &text)
+{
+    QString lines = text;
+    lines.replace(u'\r', u'\n');
+    return lines.split(u'\n', Qt::SkipEmptyParts);
+}
+
+QPushButton *makeButton(const QString &name, const QString &caption)
+{
+    auto *button = new QPushButton(text(name, caption));
+    button->setObjectName(name);
+    button->setEnabled(false);
+    return button;
+}
+
+}
+
+BlockedListDialog::BlockedListDialog(Frame &frame)
+    : QDialog(frame.window())
+    , m_txtBlockURL(new QLineEdit)
+    , m_lstBlockedURLs(new QListWidget)
+    , m_cmdBlock(makeButton(u"cmdBlock"_s, u"&Block"_s))
+    , m_cmdRemove(makeButton(u"cmdRemove"_s, u"&Remove"_s))
+    , m_cmdSaveList(makeButton(u"cmdSaveList"_s, u"&Save List"_s))
+{
+    setObjectName("frmBlockedURLs"_L1);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(text(u"Caption"_s, u"Smart Popup Blocker URLs"_s));
+    arrange();
+    connect(m_txtBlockURL, &QLineEdit::textChanged, this, &BlockedListDialog::enableBlock);
+    connect(m_lstBlockedURLs, &QListWidget::itemSelectionChanged, this,
+            &BlockedListDialog::showSelected);
+    connect(m_cmdBlock, &QPushButton::clicked, this, &BlockedListDialog::block);
+    connect(m_cmdRemove, &QPushButton::clicked, this, &BlockedListDialog::removeSelected);
+    connect(m_cmdSaveList, &QPushButton::clicked, this, &BlockedListDialog::saveList);
+    load();
+}
+
+void BlockedListDialog::arrange()
+{
+    m_txtBlockURL->setObjectName("txtBlockURL"_L1);
+    m_txtBlockURL->setMaxLength(std::numeric_limits<int>::max());
+    m_txtBlockURL->setAccessibleName(text(u"txtBlockURL"_s, u"Pattern to block"_s));
+    m_txtBlockURL->setPlaceholderText(text(u"strPattern"_s, u"Pattern, such as *//ads.*"_s));
+    m_lstBlockedURLs->setObjectName("lstBlockedURLs"_L1);
+    m_lstBlockedURLs->setAccessibleName(text(u"lstBlockedURLs"_s, u"Blocked patterns"_s));
+    m_lstBlockedURLs->setUniformItemSizes(true);
+    m_lstBlockedURLs->installEventFilter(this);
+    // Enter in the text box presses it.
+    m_cmdBlock->setDefault(true);
+
+    auto *top = new QHBoxLayout;
+    top->addWidget(m_txtBlockURL);
+    top->addWidget(m_cmdBlock);
+    auto *bottom = new QHBoxLayout;
+    bottom->addWidget(m_cmdRemove);
+    bottom->addStretch();
+    bottom->addWidget(m_cmdSaveList);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(top);
+    layout->addWidget(m_lstBlockedURLs);
+    layout->addLayout(bottom);
+    setSizeGripEnabled(true);
+    resize(comfortableSize);
+    m_txtBlockURL->setFocus();
+}
+
+void BlockedListDialog::load()
+{
+    Forms::add(this);
+    QStringList entries = blockedList();
+    entries.removeAll(QString());
+    m_lstBlockedURLs->addItems(entries);
+}
+
+void BlockedListDialog::enableBlock()
+{
+    const QString typed = m_txtBlockURL->text();
+    if (std::any_of(typed.cbegin(), typed.cend(), isLineBreak))
+        takeLines(linesOf(typed));
+    else if (typed.size() > longestPattern)
+        m_txtBlockURL->setText(typed.left(longestPattern));
+    m_cmdBlock->setEnabled(!m_txtBlockURL->text().isEmpty());
+}
+
+/// Several lines put in are a pattern each; a single one is left to be looked at.
+void BlockedListDialog::takeLines(const QStringList &lines)
+{
+    if (lines.size() < 2) {
+        m_txtBlockURL->setText(lines.value(0));
+        return;
+    }
+    QStringList refused;
+    for (const QString &line : lines) {
+        if (!add(line))
+            refused.append(line);
+    }
+    m_txtBlockURL->clear();
+    if (!refused.isEmpty())
+        tellRefused(refused);
+}
+
+QString BlockedListDialog::selectedEntry() const
+{
+    const QList<QListWidgetItem *> selected = m_lstBlockedURLs->selectedItems();
+    return selected.isEmpty() ? QString() : selected.first()->text();
+}
+
+void BlockedListDialog::showSelected()
+{
+    m_cmdRemove->setEnabled(!selectedEntry().isEmpty());
+}
+
+void BlockedListDialog::block()
+{
+    const QString typed = m_txtBlockURL->text();
+    if (typed.isEmpty())
+        return;
+    if (add(typed))
+        m_txtBlockURL->clear();
+    else
+        tellRefused({typed});
+}
+
+/// False, and nothing added, for a pattern that covers an entry of the list.
+bool BlockedListDialog::add(const QString &typed)
+{
+    const LikePattern pattern(typed);
+    for (int row = 0; row < m_lstBlockedURLs->count(); ++row) {
+        if (pattern.matches(m_lstBlockedURLs->item(row)->text()))
+            return false;
+    }
+    m_lstBlockedURLs->addItem(typed);
+    m_lstBlockedURLs->setCurrentRow(m_lstBlockedURLs->count() - 1);
+    m_cmdSaveList->setEnabled(true);
+    return true;
+}
+
+/// One pattern stays in the box; of several, which ones is told.
+void BlockedListDialog::tellRefused(const QStringList &patterns)
+{
+    QString message =
+        text(u"sPatternMatch"_s, u"There is already a pattern match for this url in the list!"_s);
+    if (m_txtBlockURL->text().isEmpty()) {
+        message += "\n\n"_L1 + patterns.first(qMin(mostNamed, patterns.size())).join(u'\n');
+        if (patterns.size() > mostNamed)
+            message += u"\n\u2026"_s;
+    }
+    MsgBox::inform(this, message);
+}
+
+void BlockedListDialog::removeSelected()
+{
+    if (m_lstBlockedURLs->selectedItems().isEmpty())
+        return;
+    const int row = m_lstBlockedURLs->row(m_lstBlockedURLs->selectedItems().first());
+    delete m_lstBlockedURLs->takeItem(row);
+    // Nothing is selected now; the keyboard goes on from the entry that moved up.
+    const int next = std::min(row, m_lstBlockedURLs->count() - 1);
+    m_lstBlockedURLs->setCurrentRow(next, QItemSelectionModel::Clear);
+    m_cmdSaveList->setEnabled(true);
+    m_lstBlockedURLs->setFocus();
+}
+
+void BlockedListDialog::saveList()
+{
+    QStringList entries;
+    entries.reserve(m_lstBlockedURLs->count());
+    for (int row = 0; row < m_lstBlockedURLs->count(); ++row)
+        entries.append(m_lstBlockedURLs->item(row)->text());
+    if (const WriteResult result = saveBlockedList(entries); !result) {
+        NotSaved::tell(this, popupURLsFile(), result);
+        return;
+    }
+    loadBlockedList();
+    m_cmdSaveList->setEnabled(false);
+    m_lstBlockedURLs->clearSelection();
+    m_txtBlockURL->setFocus();
+}
+
+bool BlockedListDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_lstBlockedURLs && event->type() == QEvent::KeyPress
+        && listKey(static_cast<QKeyEvent *>(event)->key()))
+        return true;
+    return QDialog::eventFilter(watched, event);
+}
+
+/// True for a key that the list leaves to the dialog.
+bool BlockedListDialog::listKey(int key)
+{
+    switch (key) {
+    case Qt::Key_Delete:
+        removeSelected();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        // Would press the button that belongs to the text box.
+        return true;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        if (!m_lstBlockedURLs->selectedItems().isEmpty() || !m_lstBlockedURLs->currentItem())
+            return false;
+        m_lstBlockedURLs->currentItem()->setSelected(true);
+        return true;
+    default:
+        return false;
+    }
+}

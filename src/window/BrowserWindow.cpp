@@ -1,0 +1,260 @@
+#include "BrowserWindow.h"
+
+#include "BrowserTabs.h"
+#include "CoveredWindows.h"
+#include "Forms.h"
+#include "Frame.h"
+#include "MaximizeCatcher.h"
+#include "PageQuestions.h"
+#include "PopupBudget.h"
+#include "PopupEntrance.h"
+#include "ShownAddress.h"
+#include "ShownText.h"
+#include "StatusStrip.h"
+#include "TextRules.h"
+#include "Twips.h"
+#include "WindowTabs.h"
+#include "Yield.h"
+
+#include <QAction>
+#include <QKeyEvent>
+#include <QMdiArea>
+#include <QMenu>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+int lastWindowNumber = 0;
+}
+
+BrowserWindow::BrowserWindow(Frame &frame)
+    : m_frame(frame)
+    , m_client(new QWidget)
+    , m_budget(std::make_shared<PopupBudget>())
+    , m_hWnd(++lastWindowNumber)
+{
+    setObjectName(u"frmBrowser"_s);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowIcon(BrowserTabs::pageIcon());
+    setWidget(m_client);
+    m_browser = makeWebBrowser(m_client);
+    m_browser->setObjectName(u"brwWebBrowser"_s);
+    m_browser->widget()->setObjectName(u"brwWebBrowser"_s);
+    m_browser->setEvents(this);
+    connect(m_browser, &WebBrowser::loadEnded, this, &BrowserWindow::nameIfNameless);
+    m_status = new StatusStrip(m_client);
+    m_questions = new PageQuestions(m_client);
+    m_browser->setQuestions(m_questions);
+    m_client->setFocusProxy(m_browser->widget());
+    m_client->installEventFilter(this);
+    new MaximizeCatcher(*this, frame);
+
+    // The system menu's own keys (Ctrl+W) would make those of the frame's menu ambiguous.
+    const QList<QAction *> systemActions = systemMenu()->actions();
+    for (QAction *action : systemActions)
+        action->setShortcuts(QList<QKeySequence>());
+
+    connect(this, &QMdiSubWindow::windowStateChanged, this,
+            [this](Qt::WindowStates before, Qt::WindowStates now) {
+                const bool activated = !(before & Qt::WindowActive) && (now & Qt::WindowActive);
+                if (activated && m_loaded && !m_unloaded) {
+                    pressTab();
+                    m_frame.setAddressText(shownAddress());
+                }
+                // What was left undone in the meantime; the client area may have kept its size.
+                if ((before & Qt::WindowMinimized) && !(now & Qt::WindowMinimized))
+                    layOut();
+            });
+}
+
+BrowserWindow::~BrowserWindow()
+{
+    disconnect(this, &QMdiSubWindow::windowStateChanged, this, nullptr);
+    m_client->removeEventFilter(this);
+    unloadWindow();
+}
+
+QString BrowserWindow::tabKey() const
+{
+    return WindowTabs::key(m_hWnd);
+}
+
+QString BrowserWindow::shownAddress() const
+{
+    const QString address = m_browser->locationUrl();
+    return address.isEmpty() ? m_browser->addressBeforePage(m_opening) : address;
+}
+
+/// In the shared address bar, while this window is the one it is for.
+void BrowserWindow::showAddress()
+{
+    if (isActiveChild())
+        m_frame.setAddressText(shownAddress());
+}
+
+int BrowserWindow::innerWidth() const
+{
+    return Twips::fromPixels(m_client->width());
+}
+
+int BrowserWindow::innerHeight() const
+{
+    return Twips::fromPixels(m_client->height());
+}
+
+void BrowserWindow::setVisible(bool visible)
+{
+    if (visible && !m_loaded && !m_unloaded) {
+        m_loaded = true;
+        load();
+    }
+    QMdiSubWindow::setVisible(visible);
+}
+
+/// Three quarters of the frame's room, as new inner windows are; the page gives no size of its own.
+QSize BrowserWindow::sizeHint() const
+{
+    const QMdiArea *area = mdiArea();
+    return area ? area->viewport()->size() * 3 / 4 : QMdiSubWindow::sizeHint();
+}
+
+void BrowserWindow::load()
+{
+    Forms::add(this);
+    if (!startingAddress.isEmpty()) {
+        setWindowTitle(shownText(::shownAddress(startingAddress)));
+        if (startingLoad == Loading::Now)
+            m_browser->navigate(startingAddress);
+        else
+            m_browser->navigateLater(startingAddress);
+        m_frame.setAddressText(startingAddress);
+        m_opening = std::exchange(startingAddress, {});
+    } else if (Popup) {
+        m_opening = u"about:blank"_s;
+    }
+    m_frame.windowTabs().addTab(tabKey(), u"Loading..."_s);
+    // Known at once where there was nothing to load.
+    if (m_named)
+        showTitle();
+}
+
+/// Where loading has ended, whatever came of it, the tab does not go on saying that it loads.
+void BrowserWindow::nameIfNameless()
+{
+    if (m_named || Popup || m_unloaded)
+        return;
+    const QString name = windowTitle().isEmpty() ? m_browser->locationUrl() : windowTitle();
+    titleChange(trimBlanks(name).isEmpty() ? u"about:blank"_s : name);
+}
+
+void BrowserWindow::unloadWindow()
+{
+    if (std::exchange(m_unloaded, true))
+        return;
+    m_browser->setEvents(nullptr);
+    m_questions->endAll();
+    m_frame.windowTabs().removeTab(tabKey());
+    Forms::remove(this);
+}
+
+void BrowserWindow::unload()
+{
+    if (m_unloaded)
+        return;
+    unloadWindow();
+    close();
+}
+
+void BrowserWindow::closeEvent(QCloseEvent *event)
+{
+    unloadWindow();
+    QMdiArea *area = mdiArea();
+    QMdiSubWindow::closeEvent(event);
+    CoveredWindows::refresh(area);
+}
+
+bool BrowserWindow::event(QEvent *event)
+{
+    const bool handled = QMdiSubWindow::event(event);
+    switch (event->type()) {
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::ZOrderChange:
+    case QEvent::Show:
+    case QEvent::Hide:
+        CoveredWindows::refresh(mdiArea());
+        break;
+    default:
+        break;
+    }
+    return handled;
+}
+
+bool BrowserWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_client && event->type() == QEvent::Resize)
+        layOut();
+    return QMdiSubWindow::eventFilter(watched, event);
+}
+
+void BrowserWindow::layOut()
+{
+    placeControl();
+    placeStatusBar();
+}
+
+void BrowserWindow::placeControl()
+{
+    const int height = innerHeight() - Twips::fromPixels(m_status->stripHeight());
+    // A minimized window has no room for the control, which then keeps its place.
+    if (height >= 0 && !isMinimized())
+        m_browser->move(0, 0, innerWidth(), height);
+}
+
+void BrowserWindow::placeStatusBar()
+{
+    const int height = m_status->stripHeight();
+    m_status->setGeometry(0, m_client->height() - height, m_client->width(), height);
+}
+
+void BrowserWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (!keyDown(event->key(), event->modifiers()))
+        QMdiSubWindow::keyPressEvent(event);
+}
+
+bool BrowserWindow::keyDown(int keyCode, Qt::KeyboardModifiers shift)
+{
+    if (keyCode != Qt::Key_N || shift != Qt::ControlModifier)
+        return false;
+    m_frame.openBrowserWindow(m_browser->locationUrl(), 0);
+    letPendingEventsRun();
+    return true;
+}
+
+bool BrowserWindow::isActiveChild() const
+{
+    return m_frame.activeChild() == this;
+}
+
+bool BrowserWindow::menuChecked(const char *menuName) const
+{
+    const QAction *action = m_frame.menuItem(QString::fromLatin1(menuName));
+    return action && action->isChecked();
+}
+
+BrowserWindow *activeBrowser(const Frame &frame)
+{
+    return qobject_cast<BrowserWindow *>(frame.activeChild());
+}
+
+QList<BrowserWindow *> browserForms()
+{
+    QList<BrowserWindow *> windows;
+    const QList<QWidget *> forms = Forms::named("frmBrowser");
+    for (QWidget *form : forms) {
+        if (auto *window = qobject_cast<BrowserWindow *>(form))
+            windows.append(window);
+    }
+    return windows;
+}

@@ -1,0 +1,142 @@
+#pragma once
+
+#include "WebBrowser.h"
+
+#include <QList>
+#include <QMdiSubWindow>
+#include <QPointer>
+#include <memory>
+
+class Frame;
+class PageQuestions;
+class PopupBudget;
+class PopupEntrance;
+class QWidget;
+class StatusStrip;
+class ScriptErrorsDialog;
+
+/// When a window loads its starting address: as it loads itself, or when its turn comes.
+enum class Loading { Now, Later };
+
+/// The inner window that shows one web page: engine control, status bar, and their reflection in
+/// the window's tab and the shared address bar. The creator sets the public members, hands the
+/// window to `Frame::adopt` and shows it; the first show loads it.
+class BrowserWindow : public QMdiSubWindow, private WebBrowserEvents {
+    Q_OBJECT
+
+public:
+    explicit BrowserWindow(Frame &frame);
+    ~BrowserWindow() override;
+
+    /// Opened when the window loads; empty: the window opens nothing itself.
+    QString startingAddress;
+    /// Later: the window comes up at the address without its page.
+    Loading startingLoad = Loading::Now;
+    /// True from a page's request for this window until its first navigation.
+    bool Popup = false;
+
+    /// A number of our own, unique for the life of the program.
+    int hWnd() const { return m_hWnd; }
+    WebBrowser *browser() const { return m_browser; }
+    StatusStrip *statusBar() const { return m_status; }
+    /// What its pages ask the user.
+    PageQuestions *questions() const { return m_questions; }
+
+    /// The address that stands for the window: its page's, and until there is one what it was
+    /// opened on, or "about:blank" where another page may have put its own contents into it.
+    QString shownAddress() const;
+    /// The key of this window's tab.
+    QString tabKey() const;
+    /// Size of the client area, twips.
+    int innerWidth() const;
+    int innerHeight() const;
+
+    /// Closes the window without asking; safe inside an engine callback. Its tab is gone and no
+    /// event reaches it when this returns; the object itself goes later.
+    void unload();
+    bool isUnloaded() const { return m_unloaded; }
+
+    void setVisible(bool visible) override;
+    QSize sizeHint() const override;
+
+signals:
+    /// A page, or a frame of it, has finished loading.
+    void documentCompleted(const QString &url);
+
+public slots:
+    /// Puts the engine control back in its place.
+    void layOut();
+
+protected:
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void statusTextChange(const QString &text) override;
+    void titleChange(const QString &text) override;
+    void iconChange(const QIcon &icon) override;
+    void beforeNavigate2(const QString &url, int &flags, bool &cancel) override;
+    void newWindow2(WebBrowser *&target, bool &cancel) override;
+    void openLinkInNewWindow(const QString &url) override;
+    void navigationGivenUp() override;
+    void confirmResend(const std::function<void()> &again) override;
+    void navigateComplete2(const QString &url) override;
+    void nothingCame() override;
+    void locationChange(const QString &url) override;
+    void documentComplete(const QString &url) override;
+    void windowClosing(bool isChildWindow, bool &cancel) override;
+    void setSecureLockIcon(int secureLockIcon) override;
+    void privacyImpactedStateChange(bool impacted) override;
+    void gotFocus() override;
+    void scriptFailed(const ScriptError &error) override;
+
+    void load();
+    void unloadWindow();
+    bool keyDown(int keyCode, Qt::KeyboardModifiers shift);
+    /// Puts the engine control at 0, 0 over the client area less the status bar.
+    void placeControl();
+    void fitToControl();
+    void placeStatusBar();
+    void showTitle();
+    void nameIfNameless();
+    BrowserWindow *makePopup(const QString &url, bool unasked);
+    void firstNavigationIsLate();
+    void openWaitingPopup(const QString &url);
+    bool closedAsBlocked(const QString &url, bool &cancel);
+    void renewBudget();
+    bool isActiveChild() const;
+    void showAddress();
+    void pressTab();
+    bool menuChecked(const char *menuName) const;
+
+    Frame &m_frame;
+    QWidget *m_client = nullptr;
+    WebBrowser *m_browser = nullptr;
+    StatusStrip *m_status = nullptr;
+    PageQuestions *m_questions = nullptr;
+    /// Made with the first error; it goes with this window.
+    ScriptErrorsDialog *m_scriptErrors = nullptr;
+    /// Shared with the windows that pages of this one open by themselves.
+    std::shared_ptr<PopupBudget> m_budget;
+    /// What the window was opened on.
+    QString m_opening;
+    /// The site whose pages the budget is for.
+    QString m_budgetHost;
+    /// Only of a window that a page asked for.
+    std::unique_ptr<PopupEntrance> m_entrance;
+    int m_hWnd = 0;
+    bool m_openedUnasked = false;
+    /// The caption is the page's, or stands for it where none came.
+    bool m_named = false;
+    bool m_loaded = false;
+    bool m_unloaded = false;
+    bool m_resendQuestionOpen = false;
+};
+
+/// The frame's active browser window; null when there is none.
+BrowserWindow *activeBrowser(const Frame &frame);
+
+/// All browser windows, in the order in which they were loaded.
+QList<BrowserWindow *> browserForms();

@@ -1,0 +1,203 @@
+// What a browser window does when its engine tells of something.
+#include "BrowserTabs.h"
+#include "BrowserWindow.h"
+#include "Frame.h"
+#include "Language.h"
+#include "MsgBox.h"
+#include "PageQuestions.h"
+#include "PopupBudget.h"
+#include "PopupEntrance.h"
+#include "ScriptError.h"
+#include "ScriptErrorsDialog.h"
+#include "ShownText.h"
+#include "StatusStrip.h"
+#include "TextRules.h"
+#include "Twips.h"
+#include "WindowTabs.h"
+#include "Yield.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// What a window has around its page: frame, title bar and status bar as the page reckons them.
+constexpr int widthAroundPage = 850;
+constexpr int heightAroundPage = 885;
+}
+
+void BrowserWindow::statusTextChange(const QString &text)
+{
+    m_status->setText(u' ' + text);
+}
+
+void BrowserWindow::titleChange(const QString &text)
+{
+    m_named = true;
+    setWindowTitle(trimBlanks(shownText(text)));
+    showTitle();
+}
+
+void BrowserWindow::showTitle()
+{
+    const QString title = windowTitle();
+    m_frame.windowTabs().setCaption(tabKey(), tabCaption(title));
+    m_frame.windowTabs().setToolTip(tabKey(), title);
+}
+
+void BrowserWindow::iconChange(const QIcon &icon)
+{
+    setWindowIcon(icon.isNull() ? BrowserTabs::pageIcon() : icon);
+    m_frame.windowTabs().setIcon(tabKey(), icon);
+}
+
+void BrowserWindow::beforeNavigate2(const QString &url, int &flags, bool &cancel)
+{
+    if (Popup) {
+        if (closedAsBlocked(url, cancel))
+            return;
+        if (m_entrance)
+            m_entrance->comeUp();
+        fitToControl();
+        m_opening = url;
+        showAddress();
+        Popup = false;
+    }
+    if (m_browser->hasDocument())
+        m_browser->clearDocument();
+    else if (url.isEmpty() || url == "http:///"_L1)
+        cancel = true;
+    flags = m_frame.navigationFlags();
+}
+
+void BrowserWindow::fitToControl()
+{
+    const QRect control = m_browser->widget()->geometry();
+    const int roomBelow = m_status->stripHeight();
+    const QRect filled(0, 0, m_client->width(), m_client->height() - roomBelow);
+    if (control.size() != filled.size()) {
+        showNormal();
+        setGeometry(control.left(), control.top(),
+                    control.width() + Twips::toPixels(widthAroundPage),
+                    control.height() + Twips::toPixels(heightAroundPage));
+    }
+    placeControl();
+    layOut();
+}
+
+void BrowserWindow::newWindow2(WebBrowser *&target, bool &cancel)
+{
+    letPendingEventsRun();
+    if (menuChecked("mnuToolsKillPopUps")) {
+        cancel = true;
+        return;
+    }
+    const WindowRequest request = m_browser->currentRequest();
+    if (!request.userInitiated && !m_budget->mayOpen(request.url, this, [this](const QString &url) {
+            openWaitingPopup(url);
+        })) {
+        m_browser->setRefusesUnaskedWindows(m_budget->isClosed());
+        cancel = true;
+        return;
+    }
+    target = makePopup(request.url, !request.userInitiated)->browser();
+    cancel = false;
+}
+
+void BrowserWindow::navigateComplete2(const QString &)
+{
+    renewBudget();
+    if (m_scriptErrors)
+        m_scriptErrors->pageChanged();
+    m_frame.addAddress(m_browser->locationUrl(), isActiveChild());
+}
+
+/// A download or an answer without a page leaves nothing to look at in a window made for it.
+void BrowserWindow::nothingCame()
+{
+    if (!m_entrance || m_browser->ArrivedBy() == Arrival::ByAddress)
+        return;
+    m_entrance->giveBack();
+    unload();
+}
+
+void BrowserWindow::scriptFailed(const ScriptError &error)
+{
+    if (!m_scriptErrors)
+        m_scriptErrors = new ScriptErrorsDialog(this, [this] { return m_browser->locationUrl(); });
+    m_scriptErrors->add(error);
+}
+
+void BrowserWindow::locationChange(const QString &)
+{
+    showAddress();
+}
+
+void BrowserWindow::navigationGivenUp()
+{
+    showAddress();
+}
+
+void BrowserWindow::confirmResend(const std::function<void()> &again)
+{
+    if (std::exchange(m_resendQuestionOpen, true))
+        return;
+    const QString text =
+        languageText(u"frmBrowser"_s, u"strResend"_s,
+                     u"This page is the answer to a form. To show it anew, the form must be "
+                     u"sent again, and what it did, such as an order, may happen a second "
+                     u"time. Send it again?"_s);
+    MsgBox::ask(this, text, {},
+                [window = QPointer<BrowserWindow>(this), again](MsgBox::Answer answer) {
+                    if (!window)
+                        return;
+                    window->m_resendQuestionOpen = false;
+                    if (answer == MsgBox::Answer::Yes)
+                        again();
+                });
+}
+
+void BrowserWindow::documentComplete(const QString &url)
+{
+    emit documentCompleted(url);
+}
+
+void BrowserWindow::windowClosing(bool, bool &cancel)
+{
+    // The page stays as it is; the window goes by itself when the user agrees.
+    cancel = true;
+    PageQuestion question;
+    question.kind = u"close"_s;
+    question.title = u"Allow Window Close?"_s;
+    question.text = u"This window is attempting to close itself!\r\nDo you want to allow this?"_s;
+    question.yes = languageText(u"PageQuestions"_s, u"cmdYes"_s, u"Yes"_s);
+    question.no = languageText(u"PageQuestions"_s, u"cmdNo"_s, u"No"_s);
+    question.done = [this](PageQuestion::Answer answer) {
+        if (answer == PageQuestion::Answer::Yes)
+            unload();
+    };
+    m_questions->ask(question);
+}
+
+void BrowserWindow::setSecureLockIcon(int secureLockIcon)
+{
+    m_status->setSecureShown(secureLockIcon > 0);
+}
+
+void BrowserWindow::privacyImpactedStateChange(bool impacted)
+{
+    m_status->setPrivacyShown(impacted);
+}
+
+void BrowserWindow::pressTab()
+{
+    WindowTabs &tabs = m_frame.windowTabs();
+    if (!tabs.isPressed(tabKey()))
+        tabs.setPressed(tabKey(), true);
+}
+
+void BrowserWindow::gotFocus()
+{
+    if (m_frame.windowTabs().isPressed(tabKey()))
+        return;
+    pressTab();
+    m_frame.setAddressText(shownAddress());
+}

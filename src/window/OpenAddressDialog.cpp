@@ -1,0 +1,72 @@
+#include "OpenAddressDialog.h"
+
+#include <QDialogButtonBox>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "Forms.h"
+#include "Frame.h"
+#include "Language.h"
+#include "MailProgram.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int comfortableWidth = 420;
+
+QPushButton *addButton(QDialogButtonBox &box, const QString &name, const QString &caption,
+                       QDialogButtonBox::ButtonRole role)
+{
+    QPushButton *button = box.addButton(languageText(u"frmOpenURL"_s, name, caption), role);
+    button->setObjectName(name);
+    return button;
+}
+
+}
+
+OpenAddressDialog::OpenAddressDialog(Frame &frame)
+    : QDialog(frame.window())
+    , m_frame(frame)
+    , m_txtOpenURL(new QLineEdit(u"http://"_s))
+{
+    setObjectName("frmOpenURL"_L1);
+    setAttribute(Qt::WA_DeleteOnClose);
+    Forms::add(this);
+
+    auto *group = new QGroupBox;
+    group->setObjectName("Frame1"_L1);
+    auto *groupLayout = new QVBoxLayout(group);
+    groupLayout->addWidget(m_txtOpenURL);
+    m_txtOpenURL->setObjectName("txtOpenURL"_L1);
+    m_txtOpenURL->setMinimumWidth(comfortableWidth);
+
+    auto *buttons = new QDialogButtonBox;
+    QPushButton *open =
+        addButton(*buttons, u"cmdOpenURL"_s, u"&Open"_s, QDialogButtonBox::ActionRole);
+    QPushButton *cancel =
+        addButton(*buttons, u"cmdCancel"_s, u"&Cancel"_s, QDialogButtonBox::RejectRole);
+    // The dialog's default button is what Enter in the field presses: once.
+    open->setDefault(true);
+    connect(open, &QPushButton::clicked, this, &OpenAddressDialog::openAddress);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::close);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(group);
+    layout->addWidget(buttons);
+    setWindowTitle(languageText(u"frmOpenURL"_s, u"Caption"_s, u"Open URL"_s));
+    m_txtOpenURL->setAccessibleName(windowTitle());
+    m_txtOpenURL->setFocus();
+    // A whole address can be put in at once; without a scheme it is opened as http all the same.
+    m_txtOpenURL->selectAll();
+}
+
+void OpenAddressDialog::openAddress()
+{
+    const QString url = m_txtOpenURL->text();
+    close();
+    if (!openInMailProgram(url))
+        m_frame.navigateActive(url);
+}

@@ -1,0 +1,191 @@
+#include "ScriptErrorsDialog.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+#include "Forms.h"
+#include "Language.h"
+#include "ShownAddress.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int comfortableWidth = 460;
+/// A page that fails without end redraws the window this often at most, milliseconds.
+constexpr int refreshInterval = 100;
+constexpr int longestMessage = 5000;
+
+QString text(const QString &key, const QString &english)
+{
+    return languageText(u"frmScriptErrors"_s, key, english);
+}
+
+QPushButton *makeButton(const char *name)
+{
+    auto *button = new QPushButton;
+    button->setObjectName(QLatin1StringView(name));
+    button->setAutoDefault(false);
+    return button;
+}
+
+}
+
+ScriptErrorsDialog::ScriptErrorsDialog(QWidget *owner, const std::function<QString()> &page)
+    : QDialog(owner)
+    , m_page(page)
+{
+    setObjectName("frmScriptErrors"_L1);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    Forms::add(this);
+    m_refresh.setSingleShot(true);
+    m_refresh.setInterval(refreshInterval);
+    connect(&m_refresh, &QTimer::timeout, this, &ScriptErrorsDialog::refresh);
+    buildControls();
+}
+
+void ScriptErrorsDialog::buildControls()
+{
+    m_lblPosition = new QLabel;
+    m_lblPosition->setObjectName("lblPosition"_L1);
+    m_txtError = new QPlainTextEdit;
+    m_txtError->setObjectName("txtError"_L1);
+    m_txtError->setReadOnly(true);
+    m_txtError->setTabChangesFocus(true);
+    m_txtError->setMinimumWidth(comfortableWidth);
+    m_chkIgnorePage = new QCheckBox;
+    m_chkIgnorePage->setObjectName("chkIgnorePage"_L1);
+    auto *row = new QHBoxLayout;
+    row->addWidget(m_cmdPrevious = makeButton("cmdPrevious"));
+    row->addWidget(m_cmdNext = makeButton("cmdNext"));
+    row->addStretch();
+    row->addWidget(m_cmdCopy = makeButton("cmdCopy"));
+    row->addWidget(m_cmdClose = makeButton("cmdClose"));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_lblPosition);
+    layout->addWidget(m_txtError, 1);
+    layout->addWidget(m_chkIgnorePage);
+    layout->addLayout(row);
+    connect(m_cmdPrevious, &QPushButton::clicked, this, [this] { step(-1); });
+    connect(m_cmdNext, &QPushButton::clicked, this, [this] { step(1); });
+    connect(m_cmdCopy, &QPushButton::clicked, this, &ScriptErrorsDialog::copy);
+    connect(m_cmdClose, &QPushButton::clicked, this, &QDialog::close);
+    connect(m_chkIgnorePage, &QCheckBox::clicked, this, &ScriptErrorsDialog::ignorePage);
+}
+
+void ScriptErrorsDialog::translate()
+{
+    setWindowTitle(text(u"Caption"_s, u"Script Errors"_s));
+    m_txtError->setAccessibleName(text(u"txtError"_s, u"Script error"_s));
+    m_chkIgnorePage->setText(text(u"chkIgnorePage"_s, u"&Do not show errors of this page"_s));
+    m_cmdPrevious->setText(text(u"cmdPrevious"_s, u"&Previous"_s));
+    m_cmdNext->setText(text(u"cmdNext"_s, u"&Next"_s));
+    m_cmdCopy->setText(text(u"cmdCopy"_s, u"&Copy"_s));
+    m_cmdClose->setText(text(u"cmdClose"_s, u"Close"_s));
+}
+
+void ScriptErrorsDialog::add(const ScriptError &error)
+{
+    if (m_ignored.contains(m_page()))
+        return;
+    Entry entry{error, {}};
+    entry.error.message.truncate(longestMessage);
+    const bool isKnown =
+        std::any_of(m_entries.cbegin(), m_entries.cend(),
+                    [&entry](const Entry &each) { return each.error == entry.error; });
+    if (isKnown || m_entries.size() == most)
+        return;
+    m_entries.append(entry);
+    if (!m_dismissed && !m_refresh.isActive())
+        m_refresh.start();
+}
+
+void ScriptErrorsDialog::pageChanged()
+{
+    // The first errors of a page can be told before the page is: those that wait stay.
+    if (!std::exchange(m_dismissed, false))
+        return;
+    m_entries.clear();
+    m_current = 0;
+}
+
+void ScriptErrorsDialog::nameThePage()
+{
+    const QString page = m_page();
+    const bool ignored = m_ignored.contains(page);
+    m_entries.removeIf([ignored](const Entry &entry) { return ignored && entry.page.isEmpty(); });
+    for (Entry &entry : m_entries) {
+        if (entry.page.isEmpty())
+            entry.page = page;
+    }
+}
+
+void ScriptErrorsDialog::refresh()
+{
+    nameThePage();
+    if (m_entries.isEmpty())
+        return;
+    if (!isVisible())
+        translate();
+    showEntry();
+    show();
+}
+
+void ScriptErrorsDialog::showEntry()
+{
+    const Entry &entry = m_entries.at(m_current);
+    m_lblPosition->setText(
+        text(u"strPosition"_s, u"Error %1 of %2"_s).arg(m_current + 1).arg(m_entries.size()));
+    const QString shown = details(entry);
+    if (m_txtError->toPlainText() != shown)
+        m_txtError->setPlainText(shown);
+    m_chkIgnorePage->setChecked(m_ignored.contains(entry.page));
+    m_cmdPrevious->setEnabled(m_current > 0);
+    m_cmdNext->setEnabled(m_current + 1 < m_entries.size());
+}
+
+QString ScriptErrorsDialog::details(const Entry &entry) const
+{
+    const auto number = [](int value) { return value > 0 ? QString::number(value) : u"-"_s; };
+    return QStringList{
+        entry.error.message, text(u"strLine"_s, u"Line:"_s) + u' ' + number(entry.error.line),
+        text(u"strColumn"_s, u"Column:"_s) + u' ' + number(entry.error.column),
+        text(u"strAddress"_s, u"Address:"_s) + u' ' + shownAddress(entry.error.address)}
+        .join(u'\n');
+}
+
+void ScriptErrorsDialog::step(int count)
+{
+    m_current = std::clamp<qsizetype>(m_current + count, 0, m_entries.size() - 1);
+    showEntry();
+}
+
+void ScriptErrorsDialog::copy() const
+{
+    QApplication::clipboard()->setText(details(m_entries.at(m_current)));
+}
+
+void ScriptErrorsDialog::ignorePage(bool ignore)
+{
+    const QString &page = m_entries.at(m_current).page;
+    if (ignore)
+        m_ignored.insert(page);
+    else
+        m_ignored.remove(page);
+}
+
+void ScriptErrorsDialog::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    // Minimizing the frame hides it too, but that is not the user's closing of it.
+    if (!event->spontaneous())
+        m_dismissed = true;
+}
