@@ -100,7 +100,7 @@ void tst_AddressField::allSelectedStaysSo()
     QString shown;
     for (const int how : std::as_const(changes)) {
         shown = u"http://late.example/%1"_s.arg(shown.size());
-        change(changed(how), shown);
+        change(Change(how), shown);
         QCOMPARE(field().selectedText(), shown);
     }
     type(u"xyz"_s);
