@@ -3,7 +3,7 @@
 #include "EngineOptions.h"
 #include "EngineProfile.h"
 #include "LivePages.h"
-#include "PageJobs.h"
+#include "PageHold.h"
 #include "ProgramInfo.h"
 
 #include <QCoreApplication>
@@ -120,7 +120,7 @@ void warmUpEngine()
 void stopEngine()
 {
     LivePages::deleteAll();
-    PageJobs::finishAll();
+    PageHold::finishAll();
     // What was closed last waits for its deletion still; the profile must outlive it.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     dropEngineProfile();

@@ -8,8 +8,8 @@
 #include "Language.h"
 #include "LivePages.h"
 #include "PageCommands.h"
+#include "PageHold.h"
 #include "PageIndicators.h"
-#include "PageJobs.h"
 #include "PageQuestions.h"
 #include "RefusedAddress.h"
 #include "ShownAddress.h"
@@ -83,7 +83,7 @@ void QtWebBrowser::deletePage()
         m_page->disconnect(this);
     if (m_questions)
         m_questions->endAll();
-    if (m_page && (PageJobs::takeOver(m_view, m_page) || m_page->outlives(m_view))) {
+    if (m_page && PageHold::takeOver(m_view, m_page)) {
         if (m_host)
             m_host->giveUpView();
         m_view.clear();

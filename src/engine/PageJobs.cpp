@@ -1,19 +1,15 @@
 #include "PageJobs.h"
 
-#include "Log.h"
+#include "PageHold.h"
 
-#include <QEventLoop>
 #include <QPrinter>
-#include <QTimer>
 #include <QWebEngineScript>
 #include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr int longestWait = 30'000;
 constexpr int neededAnswers = 2;
-int takenOver = 0;
 }
 
 PageJobs::PageJobs(QWebEnginePage *page)
@@ -28,6 +24,8 @@ PageJobs::PageJobs(QWebEnginePage *page)
             waitForProcess(neededAnswers);
     });
 }
+
+PageJobs::~PageJobs() = default;
 
 PageJobs *PageJobs::of(QWebEnginePage *page)
 {
@@ -66,6 +64,8 @@ void PageJobs::startNext()
     if (m_running || m_waiting.isEmpty())
         return;
     m_running = true;
+    if (!m_hold)
+        m_hold = std::make_unique<PageHold>(m_page, PageHold::AtExit::Stays);
     m_begun = false;
     m_current = m_waiting.dequeue();
     const int number = ++m_number;
@@ -139,13 +139,8 @@ void PageJobs::finish(const QByteArray &pdf, bool printed)
     startNext();
     const QPointer<PageJobs> self(this);
     job.done(pdf, printed);
-    if (!self || m_running || !m_takenOver)
-        return;
-    --takenOver;
-    m_takenOver = false;
-    if (m_view)
-        m_view->deleteLater();
-    m_page->deleteLater();
+    if (self && !m_running)
+        m_hold.reset();
 }
 
 /// The engine never answers for a page whose process has ended.
@@ -168,39 +163,4 @@ void PageJobs::rendererChanged()
     }
     m_jammed = true;
     end(m_number, {}, false);
-}
-
-bool PageJobs::takeOver(QWebEngineView *view, QWebEnginePage *page)
-{
-    auto *jobs = page->findChild<PageJobs *>(QString(), Qt::FindDirectChildrenOnly);
-    if (!jobs || !jobs->m_running)
-        return false;
-    jobs->m_takenOver = true;
-    ++takenOver;
-    jobs->m_view = view;
-    if (view) {
-        view->hide();
-        view->setParent(nullptr);
-    }
-    return true;
-}
-
-void PageJobs::finishAll()
-{
-    QEventLoop loop;
-    QTimer poll;
-    QTimer limit;
-    limit.setSingleShot(true);
-    QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&loop] {
-        if (takenOver == 0)
-            loop.quit();
-    });
-    if (takenOver == 0)
-        return;
-    poll.start(10);
-    limit.start(longestWait);
-    loop.exec();
-    if (takenOver > 0)
-        qCWarning(lcEngine) << "print jobs given up:" << takenOver;
 }

@@ -8,9 +8,9 @@
 #include <functional>
 #include <memory>
 
+class PageHold;
 class QPrinter;
 class QWebEnginePage;
-class QWebEngineView;
 
 /// One page's print jobs. The engine can do one at a time, loses a second one without a word, and
 /// ends the program when the page is deleted during one: so they wait for each other, and a page
@@ -31,11 +31,6 @@ public:
     /// Prints on a real printer.
     static void print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer,
                       QObject *receiver, const PrintDone &done);
-    /// Takes a page with jobs, and its view, over from its window, and deletes both after the last
-    /// job. False when the page has none.
-    static bool takeOver(QWebEngineView *view, QWebEnginePage *page);
-    /// Waits until no page taken over is left; before the engine's profile goes.
-    static void finishAll();
 
 private:
     struct Job {
@@ -46,6 +41,7 @@ private:
     };
 
     explicit PageJobs(QWebEnginePage *page);
+    ~PageJobs() override;
     static PageJobs *of(QWebEnginePage *page);
     void add(const Job &job);
     void startNext();
@@ -57,7 +53,8 @@ private:
     void rendererChanged();
 
     QWebEnginePage *m_page;
-    QPointer<QWebEngineView> m_view;
+    /// While jobs run.
+    std::unique_ptr<PageHold> m_hold;
     QQueue<Job> m_waiting;
     Job m_current;
     int m_number = 0;
@@ -66,5 +63,4 @@ private:
     bool m_begun = false;
     /// The engine holds a job that it will never answer, and takes no other.
     bool m_jammed = false;
-    bool m_takenOver = false;
 };

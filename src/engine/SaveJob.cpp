@@ -3,6 +3,7 @@
 #include "Downloads.h"
 #include "JobProgress.h"
 #include "Language.h"
+#include "Log.h"
 #include "SaveStage.h"
 
 #include <QCoreApplication>
@@ -30,6 +31,7 @@ SaveJob::SaveJob(QWebEnginePage *page, const QString &file,
     : QObject(page)
     , m_page(page)
     , m_owner(owner)
+    , m_hold(std::make_unique<PageHold>(page, PageHold::AtExit::GoesWithPage))
     , m_stage(std::make_shared<SaveStage>(file))
     , m_format(format)
 {
@@ -130,6 +132,7 @@ void SaveJob::giveUp()
     if (!std::exchange(m_over, true))
         tell(false);
     m_stage->discard();
+    m_hold.reset();
     if (engineIsThrough)
         deleteLater();
     else
@@ -172,8 +175,10 @@ void SaveJob::closeProgress()
 void SaveJob::tell(bool done)
 {
     closeProgress();
-    if (done)
+    if (done) {
         emit saved();
-    else if (!m_cancelled)
+    } else if (!m_cancelled) {
+        qCWarning(lcEngine) << "not saved:" << m_page->url();
         emit failed();
+    }
 }

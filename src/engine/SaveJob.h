@@ -4,13 +4,16 @@
 #include <QWebEngineDownloadRequest>
 #include <memory>
 
+#include "PageHold.h"
+
 class SaveStage;
 class QProgressDialog;
 class QWebEnginePage;
 class QWidget;
 
 /// One saving of a page by the engine, with its progress. What is there already is replaced only
-/// by what is whole. The job deletes itself at the end, and ends with its page.
+/// by what is whole. The job deletes itself at the end, and keeps its
+/// page until then, though its window closes.
 class SaveJob : public QObject {
     Q_OBJECT
 
@@ -41,6 +44,8 @@ private:
     QPointer<QWidget> m_owner;
     QPointer<QWebEngineDownloadRequest> m_request;
     QPointer<QProgressDialog> m_progress;
+    /// While something may come of it.
+    std::unique_ptr<PageHold> m_hold;
     /// Putting the files in place outlasts the job.
     std::shared_ptr<SaveStage> m_stage;
     QWebEngineDownloadRequest::SavePageFormat m_format;

@@ -2,6 +2,7 @@
 
 #include "CacheBypass.h"
 #include "Log.h"
+#include "PageHold.h"
 #include "PageLogin.h"
 #include "PageQuestions.h"
 #include "PageScripts.h"
@@ -153,34 +154,15 @@ PageQuestions *WebPage::questions() const
     return m_questions;
 }
 
-bool WebPage::outlives(QWidget *view)
-{
-    if (!m_awaitsAnswer)
-        return false;
-    m_isLeft = true;
-    m_leftView = view;
-    if (view) {
-        view->hide();
-        view->setParent(nullptr);
-    }
-    return true;
-}
-
 /// One call at a time: while it lasts, no script runs.
 template <typename Ask> auto WebPage::whileAwaited(const Ask &ask)
 {
+    const PageHold hold(this, PageHold::AtExit::Stays);
     const bool nested = std::exchange(m_awaitsAnswer, true);
     const auto done = qScopeGuard([this, nested] {
         m_awaitsAnswer = nested;
-        if (nested)
-            return;
-        if (m_isLeft) {
-            if (m_leftView)
-                m_leftView->deleteLater();
-            deleteLater();
-        } else {
+        if (!nested)
             QMetaObject::invokeMethod(this, &WebPage::answerGiven, Qt::QueuedConnection);
-        }
     });
     return ask();
 }

@@ -33,9 +33,6 @@ public:
     /// The engine waits for the user's answer to a script. Until `answerGiven` neither page nor
     /// view may be deleted, and nothing may be loaded.
     bool awaitsAnswer() const { return m_awaitsAnswer; }
-    /// When it awaits an answer, takes itself and its view over from the window that goes, and
-    /// deletes both afterwards. False when it may be deleted now.
-    bool outlives(QWidget *view);
     /// Keeps what the page loads from now on out of the disk cache.
     void setCacheBypass(bool on);
     /// A page that took over the contents of a request for a window has lost its interceptor.
@@ -108,8 +105,6 @@ private:
     /// The page on its way is asked for with a form.
     bool m_sendsForm = false;
     bool m_awaitsAnswer = false;
-    QPointer<QWidget> m_leftView;
-    bool m_isLeft = false;
     /// Of the error that is about to be reported; 0: unknown.
     int m_errorColumn = 0;
 };

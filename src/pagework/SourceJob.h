@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <QTimer>
 
+#include "PageHold.h"
+
 class QProgressDialog;
 class QWidget;
 class WebPage;
@@ -11,8 +13,8 @@ class WebPage;
 /// Saves what a page was made from, in one file: the bytes as its server sent them, where they can
 /// be had without asking for more than the page's own address (from the engine's cache, else by one
 /// more request unless the page may be the answer to a form), and a local file as it is. Where they
-/// cannot, what the live document holds as UTF-8. The job deletes itself at the end, and ends with
-/// its page.
+/// cannot, what the live document holds as UTF-8. The job deletes itself at the end, and keeps its
+/// page until then, though its window closes.
 class SourceJob : public QObject {
     Q_OBJECT
 
@@ -44,6 +46,7 @@ private:
     void end(bool done);
 
     WebPage *m_page;
+    PageHold m_hold;
     QPointer<QProgressDialog> m_progress;
     QTimer m_limit;
     QString m_file;

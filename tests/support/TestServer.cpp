@@ -212,8 +212,21 @@ void TestServer::read(QTcpSocket *socket)
     emit requested(request.path);
 }
 
+void TestServer::release()
+{
+    m_held.clear();
+    for (const auto &[socket, request] : std::exchange(m_waiting, {})) {
+        if (socket)
+            answer(socket, request);
+    }
+}
+
 void TestServer::answer(QTcpSocket *socket, const Request &request)
 {
+    if (m_held.contains(pathOnly(request.path))) {
+        m_waiting.append({socket, request});
+        return;
+    }
     Reply reply;
     const auto handler = m_handlers.constFind(pathOnly(request.path));
     if (handler != m_handlers.constEnd()) {

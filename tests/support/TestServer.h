@@ -66,6 +66,10 @@ public:
     /// Bytes that answer range requests as a file server does.
     void file(const QByteArray &path, const QByteArray &bytes, const QByteArray &type);
 
+    /// Requests for `path` are answered no sooner than with `release`.
+    void hold(const QByteArray &path) { m_held.insert(path); }
+    void release();
+
     QList<Request> requests() const { return m_requests; }
     QList<Request> requests(const QByteArray &path) const;
     int count(const QByteArray &path) const { return int(requests(path).size()); }
@@ -86,4 +90,6 @@ private:
     QHash<QByteArray, Handler> m_handlers;
     QHash<QTcpSocket *, QByteArray> m_pending;
     QList<Request> m_requests;
+    QSet<QByteArray> m_held;
+    QList<std::pair<QPointer<QTcpSocket>, Request>> m_waiting;
 };

@@ -2,12 +2,14 @@
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <csignal>
 
 #include "../PageDialogs.h"
 #include "Answer.h"
 #include "EngineTest.h"
+#include "PageHold.h"
 #include "SaveJob.h"
 #include "SmallDisk.h"
 #include "SourceJob.h"
@@ -60,6 +62,14 @@ private slots:
     void cancelLeavesNothing();
     void rendererThatDies_data() { kinds(); }
     void rendererThatDies();
+    void windowClosedInTheMiddle_data() { kinds(); }
+    void windowClosedInTheMiddle();
+    void windowClosedBeforeItFails_data() { kinds(); }
+    void windowClosedBeforeItFails();
+    void cancelAfterTheWindowClosed_data();
+    void cancelAfterTheWindowClosed();
+    void programEndedInTheMiddle_data() { kinds(); }
+    void programEndedInTheMiddle();
 
 private:
     enum Kind { Complete, SingleFile, SourceOnly };
@@ -68,6 +78,7 @@ private:
     void open(const QString &path);
     void openPageWithPicture();
     void waitForJobs();
+    void saveAndCloseInTheMiddle(int kind);
     void showsItsPicture(const QString &file);
     static QStringList in(const QString &folder)
     {
@@ -85,6 +96,7 @@ private:
         return name + (kind == SingleFile ? u".mhtml"_s : u".html"_s);
     }
 
+    QPointer<QWebEnginePage> m_page;
     std::unique_ptr<QTemporaryDir> m_files;
     std::unique_ptr<Session> m_session;
 };
@@ -670,6 +682,89 @@ void tst_SaveFaults::rendererThatDies()
     QTRY_VERIFY(m_session->shows(m_session->server.url(u"/one"_s)));
     PageDialogs::save(*m_session, path(named(u"next"_s, kind)), kind);
     QTRY_VERIFY(PageDialogs::read(path(named(u"next"_s, kind))).contains("quick brown fox"));
+}
+
+/// The server keeps back what is asked for last, until it is released.
+void tst_SaveFaults::saveAndCloseInTheMiddle(int kind)
+{
+    const auto fresh = [this](const QByteArray &path, const QByteArray &bytes,
+                              const QByteArray &type) {
+        m_session->server.reply(path, {200, bytes, type, {{"Cache-Control", "no-store"}}});
+    };
+    fresh("/page", "<title>A</title>words<img src=/late.svg>", "text/html");
+    fresh("/late.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='7' height='5'/>",
+          "image/svg+xml");
+    open(u"/page"_s);
+    const QByteArray last = kind == SourceOnly ? "/page" : "/late.svg";
+    m_session->server.hold(last);
+    const QPointer page(&PageDialogs::page(*m_session));
+    PageDialogs::save(*m_session, path(named(u"page"_s, kind)), kind);
+    // An archive is made of what is at hand.
+    if (kind != SingleFile)
+        QTRY_COMPARE(m_session->server.count(last), 2);
+    m_session->active()->close();
+    QTRY_COMPARE(m_session->windows(), 0);
+    QVERIFY(page);
+    m_page = page;
+}
+
+void tst_SaveFaults::windowClosedInTheMiddle()
+{
+    QFETCH(int, kind);
+    saveAndCloseInTheMiddle(kind);
+    m_session->server.release();
+    QTRY_VERIFY(!m_page);
+    QVERIFY(PageDialogs::read(path(named(u"page"_s, kind))).contains("words"));
+    if (kind == Complete)
+        showsItsPicture(path(u"page.html"_s));
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
+void tst_SaveFaults::windowClosedBeforeItFails()
+{
+    QFETCH(int, kind);
+    saveAndCloseInTheMiddle(kind);
+    QVERIFY(QDir(m_files->path()).removeRecursively());
+    // Or the engine makes the folder again.
+    QVERIFY(write(m_files->path(), "x"));
+    const auto removed = qScopeGuard([this] { QFile::remove(m_files->path()); });
+    Answer ok(QMessageBox::Ok);
+    m_session->server.release();
+    QTRY_COMPARE(ok.count(), 1);
+    QTRY_VERIFY(!m_page);
+    QVERIFY2(!QApplication::activeModalWidget(), "told once");
+}
+
+/// A single file is made at once.
+void tst_SaveFaults::cancelAfterTheWindowClosed_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::newRow("complete") << int(Complete);
+    QTest::newRow("source only") << int(SourceOnly);
+}
+
+void tst_SaveFaults::cancelAfterTheWindowClosed()
+{
+    QFETCH(int, kind);
+    saveAndCloseInTheMiddle(kind);
+    auto *progress = m_session->frame->findChild<QProgressDialog *>(u"dlgSaving"_s);
+    QVERIFY(progress);
+    QTRY_VERIFY(progress->isVisible());
+    progress->findChild<QPushButton *>()->click();
+    QTRY_VERIFY(!m_page);
+    QCOMPARE(in(m_files->path()), QStringList());
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
+void tst_SaveFaults::programEndedInTheMiddle()
+{
+    QFETCH(int, kind);
+    saveAndCloseInTheMiddle(kind);
+    m_session->end();
+    QMetaObject::invokeMethod(&m_session->server, &TestServer::release, Qt::QueuedConnection);
+    PageHold::finishAll();
+    QTRY_VERIFY(!m_page);
+    QVERIFY(PageDialogs::read(path(named(u"page"_s, kind))).contains("words"));
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_SaveFaults)
