@@ -14,7 +14,7 @@ class BandFocus : public QObject {
     Q_OBJECT
 
 public:
-    /// `focusPage` gives the page the focus; it returns false when there is none.
+    /// `focusPage` gives the page the focus; it returns false when none is seen.
     BandFocus(QWidget &window, CoolBar &bar, const QList<QWidget *> &others,
               const std::function<bool()> &focusPage);
 

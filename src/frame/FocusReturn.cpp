@@ -17,8 +17,8 @@ void FocusReturn::watch(const QWidget *old, const QWidget *now)
         return;
     if (now && now->window() == &m_window && isOutOfReach(old))
         m_giveBack();
-    // Whoever took it away may be about to give it to something else.
-    else if (!now && m_window.isActiveWindow())
+    // Whoever took it away may be about to give it to something else, or to show what has it.
+    else if ((!now && m_window.isActiveWindow()) || isOutOfReach(now))
         QMetaObject::invokeMethod(this, &FocusReturn::returnFromNowhere, Qt::QueuedConnection);
 }
 
@@ -30,6 +30,7 @@ bool FocusReturn::isOutOfReach(const QWidget *widget) const
 
 void FocusReturn::returnFromNowhere()
 {
-    if (!QApplication::focusWidget() && m_window.isVisible() && m_window.isActiveWindow())
+    const QWidget *now = QApplication::focusWidget();
+    if ((!now || isOutOfReach(now)) && m_window.isVisible() && m_window.isActiveWindow())
         m_giveBack();
 }

@@ -7,7 +7,7 @@ class QWidget;
 
 /// Sees to it that the keyboard of a window is where the user would look for it: when what has it
 /// is hidden, disabled or deleted, the toolkit takes it on to the next control in the row, where
-/// the next arrow key may rearrange the bars, or to none.
+/// the next arrow key may rearrange the bars, or to none; and it gives it to what nobody sees.
 class FocusReturn : public QObject {
     Q_OBJECT
 

@@ -32,6 +32,7 @@
 #include "FocusReturn.h"
 #include "Forms.h"
 #include "FrameBody.h"
+#include "GripGuard.h"
 #include "Language.h"
 #include "LinksBar.h"
 #include "MailProgram.h"
@@ -102,11 +103,14 @@ MainWindow::MainWindow()
     connectAddressBar();
     new BandFocus(*this, *m_coolBar, {m_favoritesBar, m_searchBar}, [this] {
         const BrowserWindow *active = activeBrowser(*this);
-        if (active)
+        const bool isSeen = active && active->browser()->widget()->isVisible();
+        if (isSeen)
             active->browser()->setFocus();
-        return active != nullptr;
+        return isSeen;
     });
-    new FocusReturn(*this, [this] { m_windows->takeFocus(); });
+    const auto giveBack = [this] { m_windows->takeFocus(); };
+    new FocusReturn(*this, giveBack);
+    new GripGuard(*this, *m_coolBar, giveBack);
     registerCommands();
     connect(m_windows, &MdiArea::activeChildChanged, &m_commands, &CommandTable::refreshRules);
     watchClipboard();

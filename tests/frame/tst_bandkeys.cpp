@@ -1,6 +1,7 @@
 #include "AddressBox.h"
 #include "BandGrip.h"
 #include "BrowserWindow.h"
+#include "ChevronButton.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "FakeWebBrowser.h"
@@ -32,6 +33,8 @@ private slots:
     void shiftMovesTheEdge();
     void spaceMakesWideAndNarrow();
     void otherKeysDoNothing();
+    void arrowsInButtonsReachNoGripper_data();
+    void arrowsInButtonsReachNoGripper();
     void movesAreKept();
     void gripsForScreenReaders_data();
     void gripsForScreenReaders();
@@ -301,6 +304,40 @@ void tst_BandKeys::otherKeysDoNothing()
     press(Qt::Key_Down, Qt::ShiftModifier);
     press(Qt::Key_A);
     QCOMPARE(rows(), designRows);
+}
+
+void tst_BandKeys::arrowsInButtonsReachNoGripper_data()
+{
+    QTest::addColumn<int>("key");
+    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down})
+        QTest::newRow(qPrintable(QKeySequence(key).toString())) << int(key);
+}
+
+/// A second one would move the band.
+void tst_BandKeys::arrowsInButtonsReachNoGripper()
+{
+    QFETCH(int, key);
+    m_frame->resize(420, 600);
+    const QString before = rows();
+    for (const char *item : {"mnuViewSearchBar", "mnuFavoritesShow"}) {
+        m_frame->run(QString::fromLatin1(item));
+        QTRY_VERIFY(!bar().findChildren<ChevronButton *>().isEmpty());
+        const QList<QAbstractButton *> buttons = m_frame->findChildren<QAbstractButton *>();
+        for (QAbstractButton *button : buttons) {
+            if (!button->isVisible() || !button->isEnabled()
+                || !(button->focusPolicy() & Qt::TabFocus))
+                continue;
+            button->setFocus();
+            QVERIFY(button->hasFocus());
+            for (int i = 0; i < 3; ++i) {
+                press(Qt::Key(key));
+                QVERIFY2(!qobject_cast<BandGrip *>(QApplication::focusWidget()),
+                         qPrintable(button->objectName() + button->accessibleName()));
+            }
+        }
+        m_frame->run(QString::fromLatin1(item));
+    }
+    QCOMPARE(rows(), before);
 }
 
 void tst_BandKeys::movesAreKept()

@@ -36,6 +36,8 @@ private slots:
     void restoreAllLeavesTheAddressAlone();
     void closedWindowHandsTheKeyboardOn();
     void minimizedPageHasNoKeyboard();
+    void minimizedPageGetsNoKeyboard_data();
+    void minimizedPageGetsNoKeyboard();
 
 private:
     QString url(const QString &path) const { return m_session->server.url(path); }
@@ -324,6 +326,45 @@ void tst_Keyboard::minimizedPageHasNoKeyboard()
     window->showNormal();
     QTRY_VERIFY(pageHasKeyboard());
     typeIntoThePage();
+}
+
+void tst_Keyboard::minimizedPageGetsNoKeyboard_data()
+{
+    QTest::addColumn<QString>("way");
+    for (const char *way : {"F6", "Shift+F6", "Enter", "find", "menu bar"})
+        QTest::newRow(way) << QString::fromLatin1(way);
+}
+
+/// A key that is typed next would reach a page that nobody sees.
+void tst_Keyboard::minimizedPageGetsNoKeyboard()
+{
+    QFETCH(QString, way);
+    const QWidget *page = m_session->active()->browser()->widget();
+    if (way == "menu bar"_L1)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Alt);
+    m_session->frame->run(u"mnuWindowMinimizeAll"_s);
+    if (way == "menu bar"_L1) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    } else if (way == "Enter"_L1) {
+        focus(u"brwURL1"_s);
+        type(Qt::Key_Return);
+    } else if (way == "find"_L1) {
+        m_session->frame->run(u"mnuEditFind"_s);
+    } else {
+        // All the way around, past where the page would be.
+        for (int i = 0; i < 12; ++i) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6,
+                            way == "F6"_L1 ? Qt::NoModifier : Qt::ShiftModifier);
+            QVERIFY(QApplication::focusWidget() && QApplication::focusWidget()->isVisible());
+        }
+    }
+    const auto isSeen = [] {
+        const QWidget *focus = QApplication::focusWidget();
+        return focus && focus->isVisible();
+    };
+    QTRY_VERIFY(isSeen());
+    QVERIFY(!isOnAGrip());
+    QVERIFY(!page->isAncestorOf(QApplication::focusWidget()));
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_Keyboard)
