@@ -20,9 +20,11 @@ int runFrame()
     frame.setCommandLine(QCoreApplication::arguments().mid(1).join(u' '));
     followEndRequests(frame);
     startUp(frame);
-    startCleaning();
     // Left while it was starting: there is no window whose closing would end the loop.
-    return frame.isClosed() ? 0 : QCoreApplication::exec();
+    if (frame.isClosed())
+        return 0;
+    startCleaning();
+    return QCoreApplication::exec();
 }
 
 void print(int argc, char **argv)

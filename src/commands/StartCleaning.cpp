@@ -6,9 +6,12 @@
 #include "RecoveredText.h"
 #include "SpecialFolders.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QStandardPaths>
 #include <QThreadPool>
+#include <atomic>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -29,11 +32,14 @@ QStringList folders()
 void startCleaning()
 {
     const QString favorites = specialFolder(favoritesFolderNumber);
-    QThreadPool::globalInstance()->start([all = folders(), favorites] {
+    // The end of the program waits for it.
+    auto isEnding = std::make_shared<std::atomic<bool>>(false);
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, [isEnding] { *isEnding = true; });
+    QThreadPool::globalInstance()->start([all = folders(), favorites, isEnding] {
         Leftovers::removeNoted();
         for (const QString &folder : all)
             Leftovers::removeIn(folder);
         if (!favorites.isEmpty())
-            Leftovers::removeIn(favorites, Leftovers::Depth::Tree);
+            Leftovers::removeIn(favorites, Leftovers::Depth::Tree, *isEnding);
     });
 }

@@ -68,12 +68,13 @@ void removeUnowned(const QString &path)
         qCWarning(lcFiles) << "cannot remove" << path << "that was left unfinished";
 }
 
-/// Capitals within the six letters: endings that people give have none there.
+/// Six letters in which capitals are strewn: people give words as endings, "backup", "BACKUP" or
+/// "BackUp". What happens to look like one stays.
 bool isOfOlderProgram(const QString &name)
 {
     static const QRegularExpression shape(
         uR"(^(Settings\.ini|Engine\.ini|PopupURLs\.txt|Source-[-0-9]+\.html|.*\.orp)\.)"
-        uR"((?=.*[a-z])[A-Za-z](?=[a-z]*[A-Z])[A-Za-z]{5}$)"_s);
+        uR"((?=.*[a-z])(?!([A-Z]?[a-z]+)([A-Z][a-z]+)*$)[A-Za-z]{6}$)"_s);
     return shape.match(name).hasMatch();
 }
 
@@ -86,7 +87,9 @@ QStringList entries(const QString &folder)
 
 namespace Leftovers {
 
-void removeIn(const QString &folder, Depth depth)
+const std::atomic<bool> neverStops = false;
+
+void removeIn(const QString &folder, Depth depth, const std::atomic<bool> &stop)
 {
     if (!QFileInfo(folder).isDir())
         return;
@@ -102,7 +105,7 @@ void removeIn(const QString &folder, Depth depth)
         return;
     QDirIterator below(folder, QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot,
                        QDirIterator::Subdirectories);
-    while (below.hasNext()) {
+    while (!stop && below.hasNext()) {
         const QString path = below.next();
         if (StageName::matches(below.fileName()))
             removeUnowned(path);

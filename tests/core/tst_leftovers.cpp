@@ -33,6 +33,7 @@ private slots:
     void ownedOnesStay();
     void linksAreNotFollowed();
     void onlyTheTreeGoesDeep();
+    void walkEndsWithTheProgram();
     void missingFolders();
     void stageFolderGoesWithItsObject();
     void stageFolderOfARunningProgramStays();
@@ -72,8 +73,8 @@ void tst_leftovers::nobodysGo()
     QVERIFY(put(u".orvane-ABCDEF/page.html"_s));
     QVERIFY(put(u".orvane-ABCDEF/page_files/deep/x.png"_s));
     for (const QString &name :
-         {u"Settings.ini.aBcDeF"_s, u"Engine.ini.QrsTuv"_s, u"PopupURLs.txt.abcdeF"_s,
-          u"Work.orp.abcDef"_s, u"Source-20260101-101010-123-00.html.xYzabc"_s})
+         {u"Settings.ini.aBcDeF"_s, u"Engine.ini.QrsTUv"_s, u"PopupURLs.txt.abcdeF"_s,
+          u"Work.orp.abcDEf"_s, u"Source-20260101-101010-123-00.html.xYZabc"_s})
         QVERIFY(put(name));
     clean();
     QCOMPARE(entries(), QStringList());
@@ -101,7 +102,11 @@ void tst_leftovers::theUsersStay_data()
                              ".Orvane-abcdef",
                              ".orvane-abcdef.txt",
                              "Work.orp",
-                             "Work.orp.second"})
+                             "Work.orp.second",
+                             "Work.orp.BackUp",
+                             "Work.orp.myCopy",
+                             "Settings.ini.SaveMe",
+                             "Engine.ini.oldOne"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
@@ -154,6 +159,14 @@ void tst_leftovers::onlyTheTreeGoesDeep()
     clean(Leftovers::Depth::Tree);
     QVERIFY(!QFileInfo::exists(path(u"News/Old/.orvane-abcdef"_s)));
     QVERIFY(QFileInfo::exists(path(u"News/Old/a.url"_s)));
+}
+
+void tst_leftovers::walkEndsWithTheProgram()
+{
+    QVERIFY(put(u"News/Old/.orvane-abcdef"_s));
+    const std::atomic<bool> stop = true;
+    Leftovers::removeIn(path({}), Leftovers::Depth::Tree, stop);
+    QVERIFY(QFileInfo::exists(path(u"News/Old/.orvane-abcdef"_s)));
 }
 
 void tst_leftovers::missingFolders()
