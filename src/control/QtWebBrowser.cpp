@@ -31,14 +31,13 @@ bool isNothing(const QString &text)
 
 QString whyNoPage(const QUrl &address)
 {
-    const QString section = u"frmBrowser"_s;
     if (address.isEmpty())
-        return languageText(section, u"strNoAddress"_s, u"This is not an address:"_s);
+        return languageText(u"frmBrowser"_s, u"strNoAddress"_s, u"This is not an address:"_s);
     if (isRefusedAddress(address)) {
-        return languageText(section, u"strRefusedAddress"_s,
+        return languageText(u"frmBrowser"_s, u"strRefusedAddress"_s,
                             u"This address is not opened, it could end the program:"_s);
     }
-    return languageText(section, u"strOtherProgram"_s,
+    return languageText(u"frmBrowser"_s, u"strOtherProgram"_s,
                         u"Addresses of this kind are not opened here:"_s);
 }
 }

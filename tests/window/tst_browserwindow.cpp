@@ -224,7 +224,7 @@ void tst_browserwindow::beforeNavigateCopiesTheFlags()
 void tst_browserwindow::blankFirstNavigationIsCancelled_data()
 {
     QTest::addColumn<QString>("url");
-    QTest::addColumn<bool>("hasDocument");
+    QTest::addColumn<bool>("holdsDocument");
     QTest::addColumn<bool>("cancelled");
     QTest::newRow("empty, new") << QString() << false << true;
     QTest::newRow("no host, new") << u"http:///"_s << false << true;

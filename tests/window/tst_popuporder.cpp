@@ -342,7 +342,7 @@ void tst_popuporder::onlyTheFirstNavigationFits()
 void tst_popuporder::blankFirstNavigationIsCancelled_data()
 {
     QTest::addColumn<QString>("url");
-    QTest::addColumn<bool>("hasDocument");
+    QTest::addColumn<bool>("holdsDocument");
     QTest::addColumn<bool>("proceeds");
     QTest::newRow("empty") << QString() << false << false;
     QTest::newRow("no host") << u"http:///"_s << false << false;
