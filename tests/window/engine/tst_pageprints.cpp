@@ -146,10 +146,11 @@ void tst_pageprints::pageBehindOpensNoDialog()
 void tst_pageprints::windowsThatCloseThemselves()
 {
     QVERIFY(QTest::qWaitForWindowActive(m_scene->frame.window()));
-    m_scene->server.page("/p", "<title>p</title><script>close()</script>");
+    m_scene->server.page("/p",
+                         "<title>p</title><script>onload = () => setInterval(close, 50)</script>");
     PopupScene::script(m_form,
-                       u"let n = 0; const t = setInterval(() => { const w = open('/p'); w.close();"
-                       "w.close(); if (++n == 10) clearInterval(t) }, 100); 1"_s);
+                       u"let n = 0; const t = setInterval(() => { open('/p');"
+                       "if (++n == 10) clearInterval(t) }, 100); 1"_s);
     QTRY_COMPARE_WITH_TIMEOUT(PopupScene::popups().size(), 10, 20000);
     for (const QPointer<BrowserWindow> window : PopupScene::popups())
         QTRY_COMPARE(PageAsks::countIn(window), 1);
