@@ -25,12 +25,13 @@ struct Actions {
     void (*field)(QLineEdit &field);
 };
 
-/// The field of the frame that the user works in, of whatever is docked there; null for the page
-/// and for the address bar, which have rules of their own.
+/// The field beside the page that the user works in, of whatever its window shows there: the find
+/// bar, a question. Null elsewhere: while the side bars have the focus, the page is still meant.
 QLineEdit *otherField(Frame &frame, const AddressFocus &focus)
 {
     QLineEdit *field = FieldEdit::focused(*frame.window());
-    return field && !focus.isSet() && !focus.bar().isAncestorOf(field) ? field : nullptr;
+    const QWidget *active = frame.activeChild();
+    return field && !focus.isSet() && active && active->isAncestorOf(field) ? field : nullptr;
 }
 
 void onTarget(Frame &frame, const AddressFocus &focus, const QString &item, const Actions &actions)
