@@ -4,10 +4,10 @@
 #include "Forms.h"
 #include "Frame.h"
 #include "Language.h"
-#include "LikeOperator.h"
 #include "MsgBox.h"
 #include "NotSaved.h"
 
+#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -24,6 +24,8 @@ namespace {
 constexpr QSize comfortableSize(520, 380);
 /// Characters of one pattern. Many may come together: they are parted before this cuts them.
 constexpr qsizetype longestPattern = 32767;
+/// For one part of what is put in, in which nothing else can be done; milliseconds.
+constexpr int longestPart = 30;
 /// Patterns that one message names.
 constexpr qsizetype mostNamed = 10;
 
@@ -67,6 +69,9 @@ BlockedListDialog::BlockedListDialog(Frame &frame)
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(text(u"Caption"_s, u"Smart Popup Blocker URLs"_s));
     arrange();
+    m_nextSome.setInterval(0);
+    m_nextSome.setSingleShot(true);
+    connect(&m_nextSome, &QTimer::timeout, this, &BlockedListDialog::takeSome);
     connect(m_txtBlockURL, &QLineEdit::textChanged, this, &BlockedListDialog::enableBlock);
     connect(m_lstBlockedURLs, &QListWidget::itemSelectionChanged, this,
             &BlockedListDialog::showSelected);
@@ -110,7 +115,14 @@ void BlockedListDialog::load()
     Forms::add(this);
     QStringList entries = blockedList();
     entries.removeAll(QString());
-    m_lstBlockedURLs->addItems(entries);
+    append(entries);
+}
+
+void BlockedListDialog::append(const QStringList &patterns)
+{
+    for (const QString &pattern : patterns)
+        m_entries.append(pattern);
+    m_lstBlockedURLs->addItems(patterns);
 }
 
 void BlockedListDialog::enableBlock()
@@ -130,13 +142,47 @@ void BlockedListDialog::takeLines(const QStringList &lines)
         m_txtBlockURL->setText(lines.value(0));
         return;
     }
-    QStringList refused;
-    for (const QString &line : lines) {
-        if (!add(line))
-            refused.append(line);
-    }
+    m_incoming = lines;
+    m_taken = 0;
     m_txtBlockURL->clear();
-    if (!refused.isEmpty())
+    // Until all are in, there is nothing whole to be saved.
+    m_txtBlockURL->setReadOnly(true);
+    takeSome();
+}
+
+/// The first part at once, the others as the program has time.
+void BlockedListDialog::takeSome()
+{
+    QElapsedTimer time;
+    time.start();
+    QStringList taken;
+    while (m_taken < m_incoming.size() && !time.hasExpired(longestPart)) {
+        const QString &line = m_incoming.at(m_taken++);
+        if (m_entries.isAnyCoveredBy(line)) {
+            m_refused.append(line);
+        } else {
+            m_entries.append(line);
+            taken.append(line);
+        }
+    }
+    m_lstBlockedURLs->addItems(taken);
+    m_isChanged |= !taken.isEmpty();
+    if (m_taken < m_incoming.size()) {
+        m_cmdSaveList->setEnabled(false);
+        m_nextSome.start();
+    } else {
+        endTaking();
+    }
+}
+
+void BlockedListDialog::endTaking()
+{
+    m_txtBlockURL->setReadOnly(false);
+    if (m_refused.size() < m_incoming.size())
+        m_lstBlockedURLs->setCurrentRow(m_lstBlockedURLs->count() - 1);
+    m_incoming.clear();
+    m_cmdSaveList->setEnabled(m_isChanged);
+    if (const QStringList refused = std::exchange(m_refused, {}); !refused.isEmpty())
         tellRefused(refused);
 }
 
@@ -156,24 +202,15 @@ void BlockedListDialog::block()
     const QString typed = m_txtBlockURL->text();
     if (typed.isEmpty())
         return;
-    if (add(typed))
-        m_txtBlockURL->clear();
-    else
+    if (m_entries.isAnyCoveredBy(typed)) {
         tellRefused({typed});
-}
-
-/// False, and nothing added, for a pattern that covers an entry of the list.
-bool BlockedListDialog::add(const QString &typed)
-{
-    const LikePattern pattern(typed);
-    for (int row = 0; row < m_lstBlockedURLs->count(); ++row) {
-        if (pattern.matches(m_lstBlockedURLs->item(row)->text()))
-            return false;
+        return;
     }
-    m_lstBlockedURLs->addItem(typed);
+    append({typed});
     m_lstBlockedURLs->setCurrentRow(m_lstBlockedURLs->count() - 1);
+    m_isChanged = true;
     m_cmdSaveList->setEnabled(true);
-    return true;
+    m_txtBlockURL->clear();
 }
 
 /// One pattern stays in the box; of several, which ones is told.
@@ -195,10 +232,12 @@ void BlockedListDialog::removeSelected()
         return;
     const int row = m_lstBlockedURLs->row(m_lstBlockedURLs->selectedItems().first());
     delete m_lstBlockedURLs->takeItem(row);
+    m_entries.removeAt(row);
     // Nothing is selected now; the keyboard goes on from the entry that moved up.
     const int next = std::min(row, m_lstBlockedURLs->count() - 1);
     m_lstBlockedURLs->setCurrentRow(next, QItemSelectionModel::Clear);
-    m_cmdSaveList->setEnabled(true);
+    m_isChanged = true;
+    m_cmdSaveList->setEnabled(m_incoming.isEmpty());
     m_lstBlockedURLs->setFocus();
 }
 
@@ -213,6 +252,7 @@ void BlockedListDialog::saveList()
         return;
     }
     loadBlockedList();
+    m_isChanged = false;
     m_cmdSaveList->setEnabled(false);
     m_lstBlockedURLs->clearSelection();
     m_txtBlockURL->setFocus();

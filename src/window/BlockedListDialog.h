@@ -1,6 +1,10 @@
 #pragma once
 
 #include <QDialog>
+#include <QStringList>
+#include <QTimer>
+
+#include "PatternEntries.h"
 
 class Frame;
 class QLineEdit;
@@ -28,10 +32,21 @@ private:
     void saveList();
 
     void takeLines(const QStringList &lines);
-    bool add(const QString &pattern);
+    void takeSome();
+    void endTaking();
+    void append(const QStringList &patterns);
     void tellRefused(const QStringList &patterns);
     QString selectedEntry() const;
     bool listKey(int key);
+
+    PatternEntries m_entries;
+    /// Put in and not yet looked at, and those of them that the list covers already.
+    QStringList m_incoming;
+    QStringList m_refused;
+    qsizetype m_taken = 0;
+    /// Since the list was read or saved.
+    bool m_isChanged = false;
+    QTimer m_nextSome;
 
     QLineEdit *m_txtBlockURL;
     QListWidget *m_lstBlockedURLs;

@@ -47,6 +47,7 @@ private slots:
     void linesPutInAreAPatternEach();
     void linesThatAreRefusedAreTold();
     void manyLinesAreAllTaken();
+    void moreLinesThanCanBeTakenAtOnce();
     void removing();
     void deleteKeyRemoves();
     void deleteKeyGoesOnFromTheNextEntry();
@@ -339,9 +340,33 @@ void tst_blockedlistdialog::manyLinesAreAllTaken()
     openOn("");
     QGuiApplication::clipboard()->setText(lines.join(u'\n'));
     box()->paste();
+    QTRY_COMPARE(list()->count(), lines.size());
     QCOMPARE(entries(), lines);
+    QTRY_VERIFY(!box()->isReadOnly());
     box()->setText(QString(100'000, u'x'));
     QCOMPARE(box()->text().size(), 32767);
+}
+
+void tst_blockedlistdialog::moreLinesThanCanBeTakenAtOnce()
+{
+    QStringList lines;
+    for (int i = 0; i < 200'000; ++i)
+        lines.append(u"http://ads%1.example.com/"_s.arg(i));
+    openOn("http://ads7.example.com/\r\n");
+    QGuiApplication::clipboard()->setText(lines.join(u'\n'));
+    box()->paste();
+    QVERIFY2(list()->count() < lines.size(), "the rest comes as there is time");
+    QVERIFY(box()->isReadOnly() && box()->text().isEmpty());
+    QVERIFY(!button(u"cmdSaveList"_s)->isEnabled());
+    list()->setCurrentRow(0);
+    QTest::mouseClick(button(u"cmdRemove"_s), Qt::LeftButton);
+    QVERIFY(!button(u"cmdSaveList"_s)->isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(!box()->isReadOnly(), 60000);
+    lines.removeAt(7);
+    QCOMPARE(entries(), lines);
+    QVERIFY(message());
+    QVERIFY(message()->text().endsWith("http://ads7.example.com/"_L1));
+    QVERIFY(button(u"cmdSaveList"_s)->isEnabled());
 }
 
 void tst_blockedlistdialog::removing()
