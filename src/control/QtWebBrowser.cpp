@@ -235,20 +235,6 @@ void QtWebBrowser::reload(QWebEnginePage::WebAction action)
     m_page->triggerAction(action);
 }
 
-/// A form is never sent again unasked: it may order something a second time.
-void QtWebBrowser::onResendRequested(QWebEnginePage::WebAction action)
-{
-    if (!m_events)
-        return;
-    m_events->confirmResend([self = QPointer(this), page = m_page, action] {
-        // The user may be elsewhere by the time of the answer.
-        if (!self || !page || page != self->m_page || page->mayAskAgain())
-            return;
-        self->leaveCrashed();
-        page->resend(action);
-    });
-}
-
 void QtWebBrowser::stop()
 {
     m_stopped = true;

@@ -123,6 +123,7 @@ private:
     void onPrintRequested();
     void openPrintDialog();
     void onSignedIn();
+    void askToSend(QWebEnginePage::WebAction action, const QString &words);
     void placeAsRequested();
     void showStatus(const QString &text);
     void applyShown();

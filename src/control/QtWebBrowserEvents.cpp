@@ -73,10 +73,6 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
         return mayBeFrame(url) && raiseBeforeNavigate(url);
     m_handedOver.clear();
     m_dropped.clear();
-    const bool chosen = type == QWebEnginePage::NavigationTypeLinkClicked
-        || type == QWebEnginePage::NavigationTypeFormSubmitted;
-    if (chosen && m_view && m_view->takePress())
-        noteUserAction();
     const bool redirected = type == QWebEnginePage::NavigationTypeRedirect && isUnderWay();
     if (isRefusedAddress(url)) {
         tellNoPage(encoded(url), url);
@@ -90,6 +86,8 @@ bool QtWebBrowser::ask(const QUrl &url, int type, bool isMainFrame)
     const bool replacing = !m_replacing.isEmpty() && samePage(m_replacing, url);
     if (!redirected && !replacing) {
         m_arrival = arrivalOf(type);
+        if (m_arrival == Arrival::ByStep)
+            noteUserAction();
         m_stopped = false;
         if (!raiseBeforeNavigate(url)) {
             ++m_refusals;

@@ -93,15 +93,35 @@ void QtWebBrowser::onSignedIn()
             refresh();
         return;
     }
+    askToSend(QWebEnginePage::Reload,
+              text("strSendAgain", u"What you entered must be sent once more. Send it?"_s));
+}
+
+/// A form is never sent again unasked: it may order something a second time.
+void QtWebBrowser::onResendRequested(QWebEnginePage::WebAction action)
+{
+    // No script reloads in this way.
+    noteUserAction();
+    askToSend(action,
+              languageText(u"frmBrowser"_s, u"strResend"_s,
+                           u"This page is the answer to a form. To show it anew, the form "
+                           "must be sent again, and what it did, such as an order, may "
+                           "happen a second time. Send it again?"_s));
+}
+
+void QtWebBrowser::askToSend(QWebEnginePage::WebAction action, const QString &words)
+{
     PageQuestion question;
     question.kind = u"sendAgain"_s;
     question.title = shownSite(QUrl(m_location));
-    question.text = text("strSendAgain", u"What you entered must be sent once more. Send it?"_s);
+    question.text = words;
     question.yes = text("cmdYes", u"Yes"_s);
     question.no = text("cmdNo", u"No"_s);
-    question.done = [this](PageQuestion::Answer answer) {
-        if (answer == PageQuestion::Answer::Yes && m_page)
-            m_page->resend(QWebEnginePage::Reload);
+    question.done = [this, page = m_page, action](PageQuestion::Answer answer) {
+        if (answer != PageQuestion::Answer::Yes || !page || page != m_page || page->mayAskAgain())
+            return;
+        leaveCrashed();
+        page->resend(action);
     };
     if (m_questions)
         m_questions->ask(question);

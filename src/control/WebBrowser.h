@@ -82,8 +82,6 @@ public:
     virtual void openLinkInNewWindow(const QString &) { }
     /// A navigation ended and brought no page: the window shows what it showed before.
     virtual void navigationGivenUp() { }
-    /// A reload would send the form once more that the page is the answer to. `again` does so.
-    virtual void confirmResend(const std::function<void()> &) { }
     /// The page at `url` is shown from now on (its first bytes have arrived).
     virtual void navigateComplete2(const QString &url) = 0;
     /// The window's first navigation is over and brought no page: a download, or an answer without

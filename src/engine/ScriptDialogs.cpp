@@ -23,21 +23,25 @@ QString text(const char *key, const QString &english)
     return languageText(u"PageQuestions"_s, QString::fromLatin1(key), english);
 }
 
-/// Pages that another made have no site of their own.
-QString speaker(const WebPage &page, const QUrl &origin)
+/// Documents that another made have no site of their own, and the engine does not tell whose they
+/// are: inside a page that has one they may be anybody's, and must not speak in its name.
+QString headline(const WebPage &page, const QUrl &origin)
 {
+    const QString from = text("strMessageFrom", u"Message from"_s) + u' ';
     const QString site = shownSite(origin);
     if (!site.isEmpty())
-        return site;
-    const QString address = shownSite(page.url());
-    return address.isEmpty() ? u"about:blank"_s : address;
+        return from + site;
+    const QString around = shownSite(page.url());
+    if (!page.url().host().isEmpty())
+        return text("strMessageFromFrame", u"Message from a frame in"_s) + u' ' + around;
+    return from + (around.isEmpty() || around == "about:"_L1 ? u"about:blank"_s : around);
 }
 
 PageQuestion questionOf(const WebPage &page, const QUrl &origin, const QString &message)
 {
     PageQuestion question;
     question.kind = u"script"_s;
-    question.title = text("strMessageFrom", u"Message from"_s) + u' ' + speaker(page, origin);
+    question.title = headline(page, origin);
     question.text = message.left(longestMessage);
     question.yes = text("cmdOK", u"OK"_s);
     return question;

@@ -12,9 +12,6 @@
 #include <QWebEnginePage>
 
 namespace {
-/// From a press to what the page makes of it, milliseconds.
-constexpr qint64 longestWayToThePage = 1000;
-
 /// Copying with Ctrl+Insert and cutting with Shift+Delete stay with a page's field.
 bool isPageKey(const QKeyEvent &event)
 {
@@ -52,7 +49,6 @@ bool WebView::eventFilter(QObject *watched, QEvent *event)
         static_cast<QChildEvent *>(event)->child()->installEventFilter(this);
         keepFocus();
     }
-    notePress(*event);
     if (watched != this)
         emit eventCame(*event);
     // In a field of a page the engine would keep Ctrl+K and others from the menus.
@@ -61,24 +57,6 @@ bool WebView::eventFilter(QObject *watched, QEvent *event)
         return true;
     }
     return QWebEngineView::eventFilter(watched, event);
-}
-
-void WebView::notePress(const QEvent &event)
-{
-    const auto isReturn = [&event] {
-        const int key = static_cast<const QKeyEvent &>(event).key();
-        return key == Qt::Key_Return || key == Qt::Key_Enter;
-    };
-    if (event.type() == QEvent::MouseButtonRelease
-        || (event.type() == QEvent::KeyPress && isReturn()))
-        m_press.start();
-}
-
-bool WebView::takePress()
-{
-    const bool taken = m_press.isValid() && !m_press.hasExpired(longestWayToThePage);
-    m_press.invalidate();
-    return taken;
 }
 
 /// Refused here, a drag is offered to the widgets around the view, and stays with the one that

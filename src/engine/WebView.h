@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QWebEngineView>
 
 /// The widget that paints a page; tells when the keyboard focus comes to the page, and when
@@ -14,8 +13,6 @@ public:
 
     /// Tells the page of the keyboard once more, where the view has it.
     void renewFocus();
-    /// Whether the user has just pressed the mouse or Return in the page; once for each press.
-    bool takePress();
 
 signals:
     void gotFocus();
@@ -36,7 +33,4 @@ protected:
 private:
     bool holdsFocus(const QWidget *focus) const;
     void keepFocus();
-    void notePress(const QEvent &event);
-
-    QElapsedTimer m_press;
 };

@@ -35,17 +35,26 @@ bool PageQuestions::ask(const PageQuestion &question)
     return true;
 }
 
-void PageQuestions::put(qsizetype place, const PageQuestion &question, bool waits)
+int PageQuestions::put(qsizetype place, const PageQuestion &question, bool waits)
 {
+    const int number = ++m_lastNumber;
     auto *box = new PageQuestionBox(question, m_asked > 0, m_client);
     box->hide();
     box->setKeepsFocus(waits);
     ++m_asked;
-    m_entries.insert(place, {question, box, waits});
+    m_entries.insert(place, {question, box, number, waits});
     connect(box, &PageQuestionBox::answered, this,
-            [this, kind = question.kind](Answer answer) { finish(kind, answer); });
+            [this, number](Answer answer) { finish(number, answer); });
     if (place == 0)
         showFirst();
+    return number;
+}
+
+qsizetype PageQuestions::placeOf(int number) const
+{
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [number](const Entry &each) { return each.number == number; });
+    return found == m_entries.end() ? -1 : found - m_entries.begin();
 }
 
 bool PageQuestions::isAsking(const QString &kind) const
@@ -63,17 +72,14 @@ bool PageQuestions::mayGoAhead()
 }
 
 /// The answer may close the window.
-void PageQuestions::finish(const QString &kind, Answer answer)
+void PageQuestions::finish(int number, Answer answer)
 {
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&kind](const Entry &each) {
-        return each.question.kind == kind;
-    });
-    if (found == m_entries.end())
+    const qsizetype place = placeOf(number);
+    if (place < 0)
         return;
-    const Entry entry = *found;
-    m_entries.erase(found);
+    const Entry entry = m_entries.takeAt(place);
     if (answer == Answer::No && entry.question.noHolds)
-        m_refused.insert(kind);
+        m_refused.insert(entry.question.kind);
     // Hidden, it would hand the keyboard to whatever comes next.
     if (entry.box && entry.box->isAncestorOf(QApplication::focusWidget()))
         m_client->setFocus();
@@ -102,16 +108,16 @@ void PageQuestions::userActed()
 
 void PageQuestions::pageChanged(const QUrl &url)
 {
-    QStringList over;
+    QList<int> over;
     for (const Entry &each : std::as_const(m_entries)) {
         const QUrl stays = each.question.staysAt;
         if (stays.isEmpty()
             || stays.adjusted(QUrl::RemoveFragment) != url.adjusted(QUrl::RemoveFragment))
-            over.append(each.question.kind);
+            over.append(each.number);
     }
     m_takenBack += int(over.size());
-    for (const QString &kind : std::as_const(over))
-        finish(kind, Answer::Ended);
+    for (const int number : std::as_const(over))
+        finish(number, Answer::Ended);
     if (m_takenBack >= mostTakenBack && !std::exchange(m_silenced, true))
         qCInfo(lcEngine) << "a page that takes its questions back is not heard:" << url.host();
 }
@@ -119,10 +125,14 @@ void PageQuestions::pageChanged(const QUrl &url)
 void PageQuestions::endAll()
 {
     while (!m_entries.isEmpty())
-        finish(m_entries.constLast().question.kind, Answer::Ended);
+        finish(m_entries.constLast().number, Answer::Ended);
 }
 
 void PageQuestions::end(const QString &kind)
 {
-    finish(kind, Answer::Ended);
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&kind](const Entry &each) {
+        return each.question.kind == kind;
+    });
+    if (found != m_entries.end())
+        finish(found->number, Answer::Ended);
 }

@@ -28,7 +28,8 @@ public:
     bool ask(const PageQuestion &question);
     /// For an engine that waits for the answer: asks at once, and returns with it. While that
     /// lasts, all pages stand still, so that it ends with `Ended` as soon as the window is no
-    /// longer the one in front, and at once where it is not. May return after the window has gone.
+    /// longer the one in front, and at once where it is not; what only tells something stays there
+    /// to be read. May return after the window has gone.
     Answer askAndWait(PageQuestion question);
     /// A question of that kind is shown or waits.
     bool isAsking(const QString &kind) const;
@@ -36,7 +37,7 @@ public:
     /// it; it counts as a question.
     bool mayGoAhead();
     bool isSilenced() const { return m_silenced; }
-    /// The window is the frame's active one, and seen.
+    /// The window is the frame's active one, seen, and no dialog keeps the user from it.
     bool isInFront() const;
 
     /// The user typed an address, clicked a link, chose a favorite, went back or loaded anew.
@@ -58,11 +59,16 @@ private:
     struct Entry {
         PageQuestion question;
         QPointer<PageQuestionBox> box;
+        int number = 0;
         bool waits = false;
     };
 
-    void put(qsizetype place, const PageQuestion &question, bool waits);
-    void finish(const QString &kind, Answer answer);
+    /// The number of the new entry.
+    int put(qsizetype place, const PageQuestion &question, bool waits);
+    void finish(int number, Answer answer);
+    /// Nobody waits any more for the answer.
+    void release(int number);
+    qsizetype placeOf(int number) const;
     void showFirst();
     void placeBox();
     void followFocus(QWidget *old, QWidget *now);
@@ -73,6 +79,7 @@ private:
     /// Keeps the mouse off a page that stands still.
     QPointer<QWidget> m_cover;
     QList<Entry> m_entries;
+    int m_lastNumber = 0;
     /// Since the user did something himself.
     int m_asked = 0;
     int m_takenBack = 0;

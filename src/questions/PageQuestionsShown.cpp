@@ -8,6 +8,7 @@
 #include <QMdiSubWindow>
 #include <QPainter>
 #include <QTimer>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +29,21 @@ protected:
     void wheelEvent(QWheelEvent *) override { }
     void contextMenuEvent(QContextMenuEvent *) override { }
 };
+
+bool isBehindDialog(const QWidget *frame)
+{
+    if (!QApplication::activeModalWidget())
+        return false;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [frame](const QWidget *each) {
+        if (each == frame || !each->isModal() || !each->isVisible())
+            return false;
+        const QWidget *owner = each->parentWidget();
+        while (owner && owner->window() != frame)
+            owner = owner->window()->parentWidget();
+        return owner || each->windowModality() == Qt::ApplicationModal;
+    });
+}
 }
 
 PageQuestionBox *PageQuestions::shownBox() const
@@ -103,7 +119,8 @@ bool PageQuestions::isInFront() const
     const auto *window = qobject_cast<const QMdiSubWindow *>(m_client->parentWidget());
     const QMdiArea *area = window ? window->mdiArea() : nullptr;
     return area && area->currentSubWindow() == window && window->isVisible()
-        && !window->isMinimized() && !window->window()->isMinimized();
+        && !window->isMinimized() && !window->window()->isMinimized()
+        && !isBehindDialog(window->window());
 }
 
 bool PageQuestions::eventFilter(QObject *watched, QEvent *event)

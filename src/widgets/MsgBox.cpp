@@ -41,10 +41,13 @@ MsgBox::Answer answerOf(int result)
     return result == QMessageBox::Yes ? MsgBox::Answer::Yes : MsgBox::Answer::No;
 }
 
-QMessageBox *makeAnsweredLater(QWidget *owner, const QString &text, const QString &title,
-                               const std::function<void(MsgBox::Answer)> &done)
+}
+
+namespace MsgBox {
+
+void ask(QWidget *owner, const QString &text, const QString &title,
+         const std::function<void(Answer)> &done)
 {
-    using MsgBox::Answer;
     QMessageBox *box = makeQuestion(owner, text, title);
     // Whichever comes first answers: the user, or the box going away with its owner.
     auto answerOnce = [pending = std::make_shared<bool>(true), done](Answer answer) {
@@ -54,25 +57,7 @@ QMessageBox *makeAnsweredLater(QWidget *owner, const QString &text, const QStrin
     QObject::connect(box, &QDialog::finished, box,
                      [answerOnce](int result) { answerOnce(answerOf(result)); });
     QObject::connect(box, &QObject::destroyed, qApp, [answerOnce] { answerOnce(Answer::No); });
-    return box;
-}
-
-}
-
-namespace MsgBox {
-
-void ask(QWidget *owner, const QString &text, const QString &title,
-         const std::function<void(Answer)> &done)
-{
-    makeAnsweredLater(owner, text, title, done)->open();
-}
-
-void askBeside(QWidget *owner, const QString &text, const QString &title,
-               const std::function<void(Answer)> &done)
-{
-    QMessageBox *box = makeAnsweredLater(owner, text, title, done);
-    box->setModal(false);
-    box->show();
+    box->open();
 }
 
 Answer askAndWait(QWidget *owner, const QString &text, const QString &title)

@@ -14,10 +14,6 @@ enum class Answer { No, Yes };
 void ask(QWidget *owner, const QString &text, const QString &title,
          const std::function<void(Answer)> &done);
 
-/// The same beside the windows, which stay usable meanwhile.
-void askBeside(QWidget *owner, const QString &text, const QString &title,
-               const std::function<void(Answer)> &done);
-
 /// The same, waiting: for the few places where the caller must know before it returns (the exit
 /// question). Never called inside an engine callback.
 Answer askAndWait(QWidget *owner, const QString &text, const QString &title = {});

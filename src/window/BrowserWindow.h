@@ -81,7 +81,6 @@ private:
     void newWindow2(WebBrowser *&target, bool &cancel) override;
     void openLinkInNewWindow(const QString &url) override;
     void navigationGivenUp() override;
-    void confirmResend(const std::function<void()> &again) override;
     void navigateComplete2(const QString &url) override;
     void nothingCame() override;
     void locationChange(const QString &url) override;
@@ -132,7 +131,6 @@ private:
     bool m_named = false;
     bool m_loaded = false;
     bool m_unloaded = false;
-    bool m_resendQuestionOpen = false;
 };
 
 /// The frame's active browser window; null when there is none.

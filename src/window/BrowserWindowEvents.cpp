@@ -3,7 +3,6 @@
 #include "BrowserWindow.h"
 #include "Frame.h"
 #include "Language.h"
-#include "MsgBox.h"
 #include "PageQuestions.h"
 #include "PopupBudget.h"
 #include "PopupEntrance.h"
@@ -15,6 +14,8 @@
 #include "Twips.h"
 #include "WindowTabs.h"
 #include "Yield.h"
+
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -91,9 +92,9 @@ void BrowserWindow::newWindow2(WebBrowser *&target, bool &cancel)
         return;
     }
     const WindowRequest request = m_browser->currentRequest();
-    if (!request.userInitiated && !m_budget->mayOpen(request.url, this, [this](const QString &url) {
-            openWaitingPopup(url);
-        })) {
+    if (!request.userInitiated
+        && !m_budget->mayOpen(request.url, QUrl(m_browser->locationUrl()), *m_questions,
+                              [this](const QString &url) { openWaitingPopup(url); })) {
         m_browser->setRefusesUnaskedWindows(m_budget->isClosed());
         cancel = true;
         return;
@@ -134,25 +135,6 @@ void BrowserWindow::locationChange(const QString &)
 void BrowserWindow::navigationGivenUp()
 {
     showAddress();
-}
-
-void BrowserWindow::confirmResend(const std::function<void()> &again)
-{
-    if (std::exchange(m_resendQuestionOpen, true))
-        return;
-    const QString text =
-        languageText(u"frmBrowser"_s, u"strResend"_s,
-                     u"This page is the answer to a form. To show it anew, the form must be "
-                     u"sent again, and what it did, such as an order, may happen a second "
-                     u"time. Send it again?"_s);
-    MsgBox::ask(this, text, {},
-                [window = QPointer<BrowserWindow>(this), again](MsgBox::Answer answer) {
-                    if (!window)
-                        return;
-                    window->m_resendQuestionOpen = false;
-                    if (answer == MsgBox::Answer::Yes)
-                        again();
-                });
 }
 
 void BrowserWindow::documentComplete(const QString &url)

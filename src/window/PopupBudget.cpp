@@ -1,14 +1,16 @@
 #include "PopupBudget.h"
 
 #include "Language.h"
-#include "MsgBox.h"
+#include "PageQuestions.h"
+#include "ShownAddress.h"
 
 #include <QTimer>
-#include <QWidget>
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
-bool PopupBudget::mayOpen(const QString &url, QWidget *owner, const Open &open)
+bool PopupBudget::mayOpen(const QString &url, const QUrl &asker, PageQuestions &questions,
+                          const Open &open)
 {
     if (m_answer == Answer::Yes && m_waiting.isEmpty())
         return true;
@@ -21,9 +23,9 @@ bool PopupBudget::mayOpen(const QString &url, QWidget *owner, const Open &open)
     if (m_waiting.size() < waitingWindows)
         m_waiting.append(url);
     if (m_answer == Answer::None) {
-        m_owner = owner;
+        m_questions = &questions;
         m_open = open;
-        ask();
+        ask(asker);
     }
     return false;
 }
@@ -34,36 +36,48 @@ void PopupBudget::giveBack()
         --m_opened;
 }
 
-void PopupBudget::ask()
+void PopupBudget::ask(const QUrl &asker)
 {
     m_answer = Answer::Asked;
-    const QString question =
+    PageQuestion question;
+    question.kind = u"windows"_s;
+    question.title = shownSite(asker);
+    question.text =
         languageText(u"frmBrowser"_s, u"strManyWindows"_s,
                      u"This page has opened many windows by itself and wants to open more. "
                      u"Do you want to allow this?"_s);
-    const QString title =
-        languageText(u"frmBrowser"_s, u"strManyWindowsTitle"_s, u"Allow More Windows?"_s);
-    MsgBox::askBeside(m_owner, question, title, [self = weak_from_this()](MsgBox::Answer answer) {
+    question.yes = languageText(u"PageQuestions"_s, u"cmdYes"_s, u"Yes"_s);
+    question.no = languageText(u"PageQuestions"_s, u"cmdNo"_s, u"No"_s);
+    question.done = [self = weak_from_this()](PageQuestion::Answer answer) {
         const std::shared_ptr<PopupBudget> budget = self.lock();
         if (!budget)
             return;
-        const bool yes = answer == MsgBox::Answer::Yes;
-        budget->m_answer = yes ? Answer::Yes : Answer::No;
-        if (yes)
-            budget->openNext();
-        else
-            budget->m_waiting.clear();
-    });
+        // A page that has gone was not answered; the next one may ask.
+        const bool ended = answer == PageQuestion::Answer::Ended;
+        const bool yes = answer == PageQuestion::Answer::Yes;
+        budget->take(ended ? Answer::None : yes ? Answer::Yes : Answer::No);
+    };
+    if (!m_questions->ask(question))
+        take(Answer::No);
+}
+
+void PopupBudget::take(Answer answer)
+{
+    m_answer = answer;
+    if (answer == Answer::Yes)
+        openNext();
+    else
+        m_waiting.clear();
 }
 
 void PopupBudget::openNext()
 {
-    if (!m_owner)
+    if (!m_questions)
         m_waiting.clear();
     if (m_waiting.isEmpty())
         return;
     m_open(m_waiting.takeFirst());
-    QTimer::singleShot(0, m_owner.data(), [self = weak_from_this()] {
+    QTimer::singleShot(0, m_questions.data(), [self = weak_from_this()] {
         if (const std::shared_ptr<PopupBudget> budget = self.lock())
             budget->openNext();
     });

@@ -1,11 +1,11 @@
 // In which order a browser window deals with a popup's first navigation, and the maximize catcher.
 #include "FakeWebBrowser.h"
+#include "PageAsks.h"
+#include "PageQuestions.h"
 #include "PopupScene.h"
 #include "StatusStrip.h"
 
-#include <QMessageBox>
 #include <QPointer>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTimer>
 #include <QtTest>
@@ -44,6 +44,8 @@ private slots:
     void killPopupsHoldsBackThoseThatWaited();
     void answerNoForgetsThem();
     void anotherSiteBeginsAnew();
+    void questionGoesWithItsPage();
+    void silencedPageOpensNoMore();
     void pagesOwnNavigationsDoNot();
     void namedAddressBeginsAnewWhereverItIs();
     void windowsThatWaitedBeginNothing();
@@ -70,7 +72,7 @@ private:
         return qobject_cast<BrowserWindow *>(widget);
     }
     bool ask(const BrowserWindow *opener, const QString &url = address, bool byUser = false);
-    QList<QMessageBox *> questions() const;
+    QList<PageQuestionBox *> questions() const;
     bool navigate(const BrowserWindow *form, const QString &url, int *flags = nullptr);
 
     std::unique_ptr<FakeEngine> m_engine;
@@ -118,9 +120,11 @@ BrowserWindow *tst_popuporder::openPopup()
     return popup;
 }
 
-QList<QMessageBox *> tst_popuporder::questions() const
+QList<PageQuestionBox *> tst_popuporder::questions() const
 {
-    return m_scene->frame.window()->findChildren<QMessageBox *>();
+    QList<PageQuestionBox *> all = m_scene->frame.window()->findChildren<PageQuestionBox *>();
+    all.removeIf([](const PageQuestionBox *each) { return each->isHidden(); });
+    return all;
 }
 
 bool tst_popuporder::navigate(const BrowserWindow *form, const QString &url, int *flags)
@@ -413,8 +417,7 @@ void tst_popuporder::fiftyUnaskedWindowsThenOneQuestion()
     for (int i = 0; i < 200; ++i)
         QVERIFY(!ask(opener));
     QCOMPARE(questions().size(), 1);
-    QVERIFY(questions().first()->isVisible());
-    QVERIFY(!questions().first()->isModal());
+    QVERIFY(opener->isAncestorOf(questions().first()));
     QCOMPARE(browserForms().size(), 51);
 }
 
@@ -424,7 +427,7 @@ void tst_popuporder::answerYesOpensThoseThatWaited()
     for (int i = 0; i < 53; ++i)
         ask(opener, address + QString::number(i));
     QCOMPARE(browserForms().size(), 51);
-    questions().first()->button(QMessageBox::Yes)->click();
+    PageAsks::yes(questions().first())->click();
     QTRY_COMPARE(browserForms().size(), 54);
     QCOMPARE(engineOf(browserForms().last())->navigatedForPage, QStringList{address + "52"_L1});
     QVERIFY(browserForms().last()->Popup);
@@ -438,7 +441,7 @@ void tst_popuporder::killPopupsHoldsBackThoseThatWaited()
     for (int i = 0; i < 53; ++i)
         ask(opener);
     m_scene->kill();
-    questions().first()->button(QMessageBox::Yes)->click();
+    PageAsks::yes(questions().first())->click();
     // One of those that waited is dealt with in each turn of the event loop.
     int turns = 0;
     QTimer everyTurn;
@@ -455,7 +458,7 @@ void tst_popuporder::answerNoForgetsThem()
     const BrowserWindow *opener = openWindow();
     for (int i = 0; i < 53; ++i)
         ask(opener);
-    questions().first()->button(QMessageBox::No)->click();
+    PageAsks::no(questions().first())->click();
     QTRY_VERIFY(questions().isEmpty());
     QVERIFY(!ask(opener));
     QVERIFY(questions().isEmpty());
@@ -470,13 +473,42 @@ void tst_popuporder::anotherSiteBeginsAnew()
     engineOf(opener)->events->navigateComplete2(u"http://opener.example/"_s);
     for (int i = 0; i < 51; ++i)
         ask(opener);
-    questions().first()->button(QMessageBox::No)->click();
+    PageAsks::no(questions().first())->click();
     engineOf(opener)->location = u"http://opener.example/other"_s;
     engineOf(opener)->events->navigateComplete2(u"http://opener.example/other"_s);
     QVERIFY(!ask(opener));
     engineOf(opener)->location = u"http://another.example/"_s;
     engineOf(opener)->events->navigateComplete2(u"http://another.example/"_s);
     QVERIFY(ask(opener));
+}
+
+/// Who closes the page or its question without an answer has allowed nothing, and refused nothing.
+void tst_popuporder::questionGoesWithItsPage()
+{
+    BrowserWindow *opener = openWindow();
+    for (int i = 0; i < 53; ++i)
+        ask(opener);
+    opener->questions()->pageChanged(QUrl(u"http://opener.example/other"_s));
+    QTRY_VERIFY(questions().isEmpty());
+    QCOMPARE(browserForms().size(), 51);
+    QVERIFY(!ask(opener));
+    QCOMPARE(questions().size(), 1);
+    PageAsks::yes(questions().first())->click();
+    QTRY_COMPARE(browserForms().size(), 52);
+}
+
+/// A page that is not heard any more may not ask for windows either.
+void tst_popuporder::silencedPageOpensNoMore()
+{
+    BrowserWindow *opener = openWindow();
+    for (int i = 0; i < 50; ++i)
+        ask(opener);
+    for (int i = 0; i < 3; ++i) {
+        QVERIFY(!ask(opener));
+        opener->questions()->pageChanged(QUrl(u"http://opener.example/"_s + QString::number(i)));
+    }
+    QVERIFY(!ask(opener));
+    QVERIFY(questions().isEmpty());
 }
 
 void tst_popuporder::pagesOwnNavigationsDoNot()
@@ -501,7 +533,7 @@ void tst_popuporder::namedAddressBeginsAnewWhereverItIs()
     const BrowserWindow *popup = browserForms().last();
     for (int i = 0; i < 50; ++i)
         ask(opener);
-    questions().first()->button(QMessageBox::No)->click();
+    PageAsks::no(questions().first())->click();
     for (const BrowserWindow *form : {opener, popup}) {
         QVERIFY(!ask(form));
         engineOf(form)->arrival = Arrival::ByAddress;
@@ -516,7 +548,7 @@ void tst_popuporder::windowsThatWaitedBeginNothing()
     const BrowserWindow *opener = openWindow();
     for (int i = 0; i < 51; ++i)
         ask(opener);
-    questions().first()->button(QMessageBox::Yes)->click();
+    PageAsks::yes(questions().first())->click();
     QTRY_COMPARE(browserForms().size(), 52);
     QCOMPARE(engineOf(browserForms().last())->navigatedForPage, QStringList{address});
 }

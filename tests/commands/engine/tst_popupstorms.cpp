@@ -5,6 +5,7 @@
 #include "EngineTest.h"
 #include "Forms.h"
 #include "MainWindow.h"
+#include "PageAsks.h"
 #include "PopupScene.h"
 #include "QtWebBrowser.h"
 #include "TempAppFolder.h"
@@ -14,7 +15,6 @@
 #include <QAction>
 #include <QMdiArea>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTestEventLoop>
@@ -41,7 +41,12 @@ private:
     void verifyMenuAnswers();
     void closeAll();
     void proveNothingElseOpens();
-    QList<QMessageBox *> questions() const { return m_frame->findChildren<QMessageBox *>(); }
+    QList<PageQuestionBox *> questions() const
+    {
+        QList<PageQuestionBox *> all = m_frame->findChildren<PageQuestionBox *>();
+        all.removeIf([](const PageQuestionBox *each) { return each->isHidden(); });
+        return all;
+    }
     int told(const QString &expression);
 
     std::unique_ptr<TempAppFolder> m_folder;
@@ -172,7 +177,11 @@ void tst_popupstorms::withoutSwitchesTheRestWaitsForOneQuestion()
     QTRY_COMPARE_WITH_TIMEOUT(told(u"window.done"_s), 1, 120000);
     QCOMPARE(browserForms().size(), 51);
     QCOMPARE(questions().size(), 1);
-    questions().first()->button(QMessageBox::No)->click();
+    QVERIFY(browserForms().first()->isAncestorOf(questions().first()));
+    QVERIFY(!QApplication::activeModalWidget());
+    QCOMPARE(PageAsks::titleOf(questions().first()),
+             u"http://127.0.0.1:%1"_s.arg(m_server->port()));
+    PageAsks::no(questions().first())->click();
     QTRY_VERIFY(questions().isEmpty());
     QCOMPARE(browserForms().size(), 51);
     closeAll();
@@ -184,7 +193,7 @@ void tst_popupstorms::answerYesOpensTheRest()
     start("storm(55)");
     QTRY_COMPARE_WITH_TIMEOUT(questions().size(), 1, 60000);
     QTRY_COMPARE_WITH_TIMEOUT(told(u"window.done"_s), 1, 60000);
-    questions().first()->button(QMessageBox::Yes)->click();
+    PageAsks::yes(questions().first())->click();
     QTRY_COMPARE_WITH_TIMEOUT(browserForms().size(), 56, 60000);
     verifyMenuAnswers();
 }
@@ -217,7 +226,7 @@ void tst_popupstorms::clickedLinkToAnotherSiteBeginsAnew()
           "link</a>`;storm(51)");
     QTRY_COMPARE_WITH_TIMEOUT(questions().size(), 1, 60000);
     QTRY_COMPARE_WITH_TIMEOUT(told(u"window.done"_s), 1, 60000);
-    questions().first()->button(QMessageBox::No)->click();
+    PageAsks::no(questions().first())->click();
     QTRY_VERIFY(questions().isEmpty());
     QCOMPARE(browserForms().size(), 51);
     BrowserWindow *opener = browserForms().first();

@@ -1,3 +1,4 @@
+#include <QDialog>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QSignalSpy>
@@ -26,11 +27,20 @@ private slots:
     void tabStaysInside();
     void longMessageFits();
     void frameIsNamed();
+    void frameWithoutASiteDoesNotSpeakForThePage_data();
+    void frameWithoutASiteDoesNotSpeakForThePage();
+    void pageWithoutASiteIsNamed_data();
+    void pageWithoutASiteIsNamed();
     void restIsUsableMeanwhile();
     void endlessAlertsCanBeEnded();
     void silencedPageLeavesTheRestUsable();
     void userDoingSomethingEndsTheSilence();
     void otherWindowEndsTheWait();
+    void messageLeftIsThereStill();
+    void messagesLeftDoNotHeapUp();
+    void dialogEndsTheWait();
+    void messageBehindADialogIsThereAfterwards();
+    void nothingWaitsBehindADialog();
     void pageBehindDoesNotWait();
     void minimizingEndsTheWait();
     void closingTheWindow_data();
@@ -184,6 +194,63 @@ void tst_pagequestions::frameIsNamed()
     QTRY_COMPARE(named, QStringList(u"http://localhost:%1"_s.arg(m_scene->server.port())));
 }
 
+void tst_pagequestions::frameWithoutASiteDoesNotSpeakForThePage_data()
+{
+    QTest::addColumn<QString>("document");
+    const QString ask = u"<script>confirm()<\\/script>"_s;
+    QTest::newRow("data") << u"f.src = `data:text/html,"_s + ask + u'`';
+    QTest::newRow("srcdoc") << u"f.srcdoc = `"_s + ask + u'`';
+    QTest::newRow("blob") << u"f.src = URL.createObjectURL(new Blob([`"_s + ask
+            + u"`], {type: 'text/html'}))"_s;
+    QTest::newRow("sandboxed") << u"f.sandbox = 'allow-scripts allow-modals'; f.src = '/asks'"_s;
+    QTest::newRow("written") << u"f.contentDocument.write(`"_s + ask + u"`)"_s;
+}
+
+/// A frame of another site makes one of its own, and that one asks.
+void tst_pagequestions::frameWithoutASiteDoesNotSpeakForThePage()
+{
+    QFETCH(const QString, document);
+    m_scene->server.page("/advert",
+                         "<body><script>const f = document.createElement('iframe');"
+                         "document.body.append(f);"
+                             + document.toUtf8() + "</script>");
+    m_scene->server.page("/asks", "<script>confirm()</script>");
+    QStringList named;
+    const WhenAsked asked(m_form, [&named](PageQuestionBox *box) {
+        named.append(PageAsks::titleOf(box));
+        PageAsks::yes(box)->click();
+    });
+    const QString elsewhere = m_scene->server.url(u"/advert"_s, u"localhost"_s);
+    start("document.body.innerHTML = '<iframe src=\""_L1 + elsewhere + "\"></iframe>'"_L1);
+    QTRY_COMPARE(named.size(), 1);
+    QVERIFY2(named.first() != u"Message from http://127.0.0.1:%1"_s.arg(m_scene->server.port()),
+             qPrintable(named.first()));
+}
+
+void tst_pagequestions::pageWithoutASiteIsNamed_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("data") << u"data:text/html,<script>confirm()</script>"_s
+                          << u"Message from data:"_s;
+    QTest::newRow("data that looks like an address")
+        << u"data:text/html;http://www.bank.example/,<script>confirm()</script>"_s
+        << u"Message from data:"_s;
+}
+
+void tst_pagequestions::pageWithoutASiteIsNamed()
+{
+    QFETCH(const QString, address);
+    QFETCH(const QString, title);
+    QStringList named;
+    const WhenAsked asked(m_form, [&named](PageQuestionBox *box) {
+        named.append(PageAsks::titleOf(box));
+        PageAsks::yes(box)->click();
+    });
+    m_form->browser()->navigate(address);
+    QTRY_COMPARE(named, QStringList(title));
+}
+
 void tst_pagequestions::restIsUsableMeanwhile()
 {
     QLineEdit beside(m_scene->frame.window());
@@ -278,6 +345,82 @@ void tst_pagequestions::otherWindowEndsTheWait()
     QTRY_COMPARE(title(), u"said false"_s);
     QCOMPARE(asked.count(), 1);
     QCOMPARE(PopupScene::script(other, u"1 + 1"_s).toInt(), 2);
+}
+
+/// The page goes on; what it said can be read later.
+void tst_pagequestions::messageLeftIsThereStill()
+{
+    m_scene->server.page("/other", "<title>other</title>");
+    BrowserWindow *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    QTRY_COMPARE(other->windowTitle(), u"other"_s);
+    m_scene->frame.area->setActiveSubWindow(m_form);
+    const WhenAsked asked(m_form, [this, other](PageQuestionBox *) {
+        m_scene->frame.area->setActiveSubWindow(other);
+    });
+    start(u"alert('read me'); document.title = 'after'"_s);
+    QTRY_COMPARE(title(), u"after"_s);
+    m_scene->frame.area->setActiveSubWindow(m_form);
+    QCOMPARE(PageAsks::countIn(m_form), 1);
+    QCOMPARE(PageAsks::textOf(PageAsks::shownIn(m_form)), u"read me"_s);
+    PageAsks::yes(PageAsks::shownIn(m_form))->click();
+    QTRY_COMPARE(PageAsks::countIn(m_form), 0);
+    QCOMPARE(PopupScene::script(m_form, u"1 + 1"_s).toInt(), 2);
+}
+
+void tst_pagequestions::messagesLeftDoNotHeapUp()
+{
+    m_scene->server.page("/other", "<title>other</title>");
+    BrowserWindow *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    QTRY_COMPARE(other->windowTitle(), u"other"_s);
+    m_scene->frame.area->setActiveSubWindow(m_form);
+    const WhenAsked asked(m_form, [this, other](PageQuestionBox *) {
+        m_scene->frame.area->setActiveSubWindow(other);
+    });
+    for (int i = 0; i < 4; ++i) {
+        m_scene->frame.area->setActiveSubWindow(m_form);
+        start(u"alert(%1); document.title = 'after %1'"_s.arg(i));
+        QTRY_COMPARE(title(), u"after %1"_s.arg(i));
+    }
+    m_scene->frame.area->setActiveSubWindow(m_form);
+    QTRY_COMPARE(m_form->findChildren<PageQuestionBox *>().size(), 1);
+    QCOMPARE(PageAsks::textOf(PageAsks::shownIn(m_form)), u"0"_s);
+}
+
+void tst_pagequestions::dialogEndsTheWait()
+{
+    QDialog dialog(m_scene->frame.window());
+    const WhenAsked asked(m_form, [&dialog](PageQuestionBox *) { dialog.open(); });
+    start(u"document.title = 'said ' + confirm('?')"_s);
+    QTRY_COMPARE(title(), u"said false"_s);
+    QVERIFY(dialog.isVisible());
+    QCOMPARE(asked.count(), 1);
+}
+
+void tst_pagequestions::messageBehindADialogIsThereAfterwards()
+{
+    QDialog dialog(m_scene->frame.window());
+    dialog.open();
+    start(u"alert('read me'); document.title = 'after'"_s);
+    QTRY_COMPARE(title(), u"after"_s);
+    dialog.close();
+    QCOMPARE(PageAsks::textOf(PageAsks::shownIn(m_form)), u"read me"_s);
+}
+
+/// A dialog that is waited for returns when it is closed, not when the page has its answer.
+void tst_pagequestions::nothingWaitsBehindADialog()
+{
+    QDialog dialog(m_scene->frame.window());
+    QTimer look;
+    connect(&look, &QTimer::timeout, &dialog, [&] {
+        if (title() == "said falsenull"_L1)
+            dialog.close();
+    });
+    look.start(10);
+    QTimer::singleShot(0, &dialog,
+                       [this] { start(u"document.title = 'said ' + confirm() + prompt()"_s); });
+    dialog.exec();
+    QCOMPARE(title(), u"said falsenull"_s);
+    QCOMPARE(PageAsks::countIn(m_form), 0);
 }
 
 void tst_pagequestions::pageBehindDoesNotWait()

@@ -1,13 +1,13 @@
 // Windows that pages ask for, move and close, in real browser windows.
 #include "EngineTest.h"
 #include "FakeFrame.h"
+#include "PageAsks.h"
 #include "QtWebBrowser.h"
 #include "TestServer.h"
 #include "WebPage.h"
 
-#include <QMessageBox>
 #include <QPointer>
-#include <QPushButton>
+
 #include <QWebEngineHistory>
 
 using namespace Qt::StringLiterals;
@@ -140,10 +140,9 @@ void tst_popups::closingIsAskedAndRefused()
     BrowserWindow *popup = popUp({});
     QTRY_COMPARE(popup->windowTitle(), u"Popup"_s);
     script(popup, u"setTimeout(() => window.close(), 0); 1"_s);
-    QMessageBox *box = nullptr;
-    QTRY_VERIFY((box = m_frame->window()->findChild<QMessageBox *>()) && box->isVisible());
-    box->button(QMessageBox::No)->click();
-    QTRY_VERIFY(m_frame->window()->findChildren<QMessageBox *>().isEmpty());
+    QTRY_COMPARE(PageAsks::countIn(popup), 1);
+    PageAsks::no(PageAsks::shownIn(popup))->click();
+    QTRY_COMPARE(PageAsks::countIn(popup), 0);
     QCOMPARE(browserForms().size(), 2);
     QCOMPARE(script(popup, u"document.title"_s), u"Popup"_s);
 }
@@ -153,9 +152,8 @@ void tst_popups::closingIsAskedAndGranted()
     const QPointer<BrowserWindow> popup = popUp({});
     QTRY_COMPARE(popup->windowTitle(), u"Popup"_s);
     script(popup, u"setTimeout(() => window.close(), 0); 1"_s);
-    QMessageBox *box = nullptr;
-    QTRY_VERIFY((box = m_frame->window()->findChild<QMessageBox *>()) && box->isVisible());
-    box->button(QMessageBox::Yes)->click();
+    QTRY_COMPARE(PageAsks::countIn(popup), 1);
+    PageAsks::yes(PageAsks::shownIn(popup))->click();
     QTRY_VERIFY(!popup);
     QCOMPARE(m_frame->tabs.tabs.size(), 1);
 }

@@ -1,10 +1,9 @@
 // A page that is the answer to a form is reloaded, which sends the form again, only when the user
 // says so.
-#include "Answer.h"
 #include "EngineTest.h"
+#include "PageAsks.h"
 #include "PopupScene.h"
 
-#include <QMessageBox>
 #include <QSignalSpy>
 #include <csignal>
 
@@ -29,10 +28,8 @@ private slots:
 
 private:
     int sent() const { return m_scene->server.count("/order"); }
-    QList<QMessageBox *> questions() const
-    {
-        return m_form->findChildren<QMessageBox *>(u"MsgBox"_s);
-    }
+    int asked() const { return PageAsks::countIn(m_form); }
+    void answer(bool yes);
     void crash();
     void send(const QString &method, const QString &action);
 
@@ -67,6 +64,17 @@ void tst_resend::send(const QString &method, const QString &action)
     QCOMPARE(sent(), 1);
 }
 
+void tst_resend::answer(bool yes)
+{
+    QTRY_COMPARE(asked(), 1);
+    const PageQuestionBox *box = PageAsks::shownIn(m_form);
+    QVERIFY(!QApplication::activeModalWidget());
+    QVERIFY(PageAsks::textOf(box).contains("form"_L1));
+    QCOMPARE(PageAsks::titleOf(box), u"http://127.0.0.1:%1"_s.arg(m_scene->server.port()));
+    (yes ? PageAsks::yes(box) : PageAsks::no(box))->click();
+    QTRY_COMPARE(asked(), 0);
+}
+
 void tst_resend::answerToAFormIsNotSentAgainUnasked_data()
 {
     QTest::addColumn<QString>("action");
@@ -84,7 +92,6 @@ void tst_resend::answerToAFormIsNotSentAgainUnasked()
     QFETCH(const int, way);
     send(u"post"_s, action);
     WebPage *page = PopupScene::control(m_form)->page();
-    Answer no(QMessageBox::No);
     if (way == 0)
         m_form->browser()->refresh();
     else if (way == 1)
@@ -92,8 +99,7 @@ void tst_resend::answerToAFormIsNotSentAgainUnasked()
     else
         page->action(way == 2 ? QWebEnginePage::Reload : QWebEnginePage::ReloadAndBypassCache)
             ->trigger();
-    QTRY_COMPARE(no.count(), 1);
-    QVERIFY(no.text().contains("form"_L1));
+    answer(false);
     PopupScene::script(m_form, u"1"_s);
     QVERIFY(!m_form->browser()->isBusy());
     QCOMPARE(sent(), 1);
@@ -104,9 +110,8 @@ void tst_resend::yesSendsItOnce()
 {
     send(u"post"_s, u"/order"_s);
     for (int times = 2; times < 4; ++times) {
-        Answer yes(QMessageBox::Yes);
         m_form->browser()->refresh();
-        QTRY_COMPARE(yes.count(), 1);
+        answer(true);
         QTRY_COMPARE(sent(), times);
         QTRY_VERIFY(!m_form->browser()->isBusy());
         QCOMPARE(m_scene->server.requests("/order").last().body, "a=1");
@@ -118,18 +123,15 @@ void tst_resend::askedOnceAtATime()
     send(u"post"_s, u"/order"_s);
     for (int i = 0; i < 5; ++i)
         m_form->browser()->refresh();
-    QCOMPARE(questions().size(), 1);
-    questions().first()->button(QMessageBox::No)->click();
-    QTRY_VERIFY(questions().isEmpty());
+    answer(false);
     m_form->browser()->refresh();
-    QCOMPARE(questions().size(), 1);
-    // The page may be another one when the answer comes.
+    QCOMPARE(asked(), 1);
+    // The question goes with its page.
     m_form->browser()->navigate(m_scene->server.url(u"/opener"_s));
     QTRY_COMPARE(m_form->windowTitle(), u"opener"_s);
     QTRY_VERIFY(!m_form->browser()->isBusy());
     const int opened = m_scene->server.count("/opener");
-    questions().first()->button(QMessageBox::Yes)->click();
-    QTRY_VERIFY(questions().isEmpty());
+    QCOMPARE(asked(), 0);
     PopupScene::script(m_form, u"1"_s);
     QVERIFY(!m_form->browser()->isBusy());
     QCOMPARE(sent(), 1);
@@ -151,7 +153,7 @@ void tst_resend::nothingIsAskedElsewhere()
     send(method, action);
     m_form->browser()->refresh();
     QTRY_COMPARE(sent(), 2);
-    QVERIFY(questions().isEmpty());
+    QCOMPARE(asked(), 0);
     QCOMPARE(m_scene->server.requests("/order").last().method, "GET");
 }
 
@@ -163,13 +165,11 @@ void tst_resend::tryAgainAsksToo()
     QTRY_COMPARE(PopupScene::script(m_form, u"String(!!document.getElementById('tryAgain'))"_s),
                  u"true"_s);
     const int before = m_scene->server.count("/broken");
-    Answer no(QMessageBox::No);
     PopupScene::script(m_form, u"document.getElementById('tryAgain').click(); 1"_s);
-    QTRY_COMPARE(no.count(), 1);
+    answer(false);
     QCOMPARE(m_scene->server.count("/broken"), before);
-    Answer yes(QMessageBox::Yes);
     m_form->browser()->refresh();
-    QTRY_COMPARE(yes.count(), 1);
+    answer(true);
     QTRY_VERIFY(m_scene->server.count("/broken") > before);
 }
 
@@ -190,20 +190,18 @@ void tst_resend::crashedPageIsLeftWithoutSending()
     QTRY_COMPARE(m_form->windowTitle(), u"opener"_s);
     QTRY_VERIFY(!m_form->browser()->isBusy());
     QCOMPARE(sent(), 1);
-    QVERIFY(questions().isEmpty());
+    QCOMPARE(asked(), 0);
 }
 
 void tst_resend::crashedPageAsksToo()
 {
     send(u"post"_s, u"/order"_s);
     crash();
-    Answer no(QMessageBox::No);
     m_form->browser()->refresh();
-    QTRY_COMPARE(no.count(), 1);
+    answer(false);
     QCOMPARE(sent(), 1);
-    Answer yes(QMessageBox::Yes);
     m_form->browser()->refresh();
-    QTRY_COMPARE(yes.count(), 1);
+    answer(true);
     QTRY_VERIFY(sent() > 1);
     QTRY_VERIFY(!m_form->browser()->isBusy());
     QTRY_COMPARE(PopupScene::script(m_form, u"document.title"_s).toString(), u"Ordered"_s);
@@ -217,7 +215,7 @@ void tst_resend::nextPageIsFree()
     QTRY_COMPARE(m_form->browser()->locationUrl(), u"about:blank"_s);
     QTRY_VERIFY(!m_form->browser()->isBusy());
     m_form->browser()->refresh();
-    QVERIFY(questions().isEmpty());
+    QCOMPARE(asked(), 0);
     // A form that brought no page leaves the one shown as it was.
     TestServer::Reply nothing;
     nothing.status = 204;
@@ -229,7 +227,7 @@ void tst_resend::nextPageIsFree()
     QTRY_COMPARE(m_scene->server.count("/nothing"), 1);
     QTRY_VERIFY(!m_form->browser()->isBusy());
     m_form->browser()->refresh();
-    QVERIFY(questions().isEmpty());
+    QCOMPARE(asked(), 0);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_resend)
