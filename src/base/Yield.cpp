@@ -4,12 +4,21 @@
 
 namespace {
 int openScopes = 0;
+int running = 0;
 }
 
 void letPendingEventsRun()
 {
-    if (openScopes == 0)
-        QCoreApplication::processEvents();
+    if (openScopes > 0)
+        return;
+    ++running;
+    QCoreApplication::processEvents();
+    --running;
+}
+
+bool arePendingEventsRunning()
+{
+    return running > 0;
 }
 
 EngineCallbackScope::EngineCallbackScope()

@@ -4,6 +4,8 @@
 /// engine callback this returns at once: a nested event loop there stops every page (the callback
 /// is done soon, and the interface lives on then).
 void letPendingEventsRun();
+/// What runs now runs in between: a routine goes on when it returns.
+bool arePendingEventsRunning();
 
 /// Marks the current scope as running inside an engine callback.
 class EngineCallbackScope {

@@ -77,8 +77,8 @@ void alert(WebPage &page, const QUrl &origin, const QString &message)
     PageQuestions *questions = page.questions();
     if (!questions)
         return;
-    // Elsewhere it is there to be read when the user comes to the window.
-    if (questions->isInFront())
+    // Else it is there to be read when the user comes to the window.
+    if (questions->mayWait())
         questions->askAndWait(questionOf(page, origin, message));
     else
         questions->ask(questionOf(page, origin, message));

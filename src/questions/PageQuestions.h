@@ -31,6 +31,8 @@ public:
     /// longer the one in front, and at once where it is not; what only tells something stays there
     /// to be read. May return after the window has gone.
     Answer askAndWait(PageQuestion question);
+    /// Whether it would ask: the window is in front, and nothing but the engine waits.
+    bool mayWait() const;
     /// A question of that kind is shown or waits.
     bool isAsking(const QString &kind) const;
     /// Whether a page may do unasked what it did not do before since the user did something with

@@ -1,6 +1,7 @@
 // Questions whose answer the engine waits for.
 #include "PageQuestionBox.h"
 #include "PageQuestions.h"
+#include "Yield.h"
 
 #include <QEvent>
 #include <QEventLoop>
@@ -63,10 +64,16 @@ void PageQuestions::release(int number)
     asked.done(Answer::Ended);
 }
 
+/// All pages stand still during one, so that a second can only come by way of the first's. Windows
+/// that are being opened, one after the other, would all have to wait as well.
+bool PageQuestions::mayWait() const
+{
+    return !waiting && !arePendingEventsRunning() && isInFront();
+}
+
 PageQuestions::Answer PageQuestions::askAndWait(PageQuestion question)
 {
-    // All pages stand still during one, so that a second can only come by way of the first's.
-    if (m_silenced || waiting || !isInFront())
+    if (m_silenced || !mayWait())
         return Answer::Ended;
     const QPointer<PageQuestions> self(this);
     Answer answer = Answer::Ended;

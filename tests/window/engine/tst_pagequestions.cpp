@@ -1,3 +1,4 @@
+#include <QDeadlineTimer>
 #include <QDialog>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -10,6 +11,7 @@
 #include "PageAsks.h"
 #include "PageQuestions.h"
 #include "PopupScene.h"
+#include "Yield.h"
 
 using namespace Qt::StringLiterals;
 
@@ -41,6 +43,7 @@ private slots:
     void dialogEndsTheWait();
     void messageBehindADialogIsThereAfterwards();
     void nothingWaitsBehindADialog();
+    void nothingWaitsBetweenTheStepsOfALongRoutine();
     void pageBehindDoesNotWait();
     void minimizingEndsTheWait();
     void closingTheWindow_data();
@@ -421,6 +424,17 @@ void tst_pagequestions::nothingWaitsBehindADialog()
     dialog.exec();
     QCOMPARE(title(), u"said falsenull"_s);
     QCOMPARE(PageAsks::countIn(m_form), 0);
+}
+
+void tst_pagequestions::nothingWaitsBetweenTheStepsOfALongRoutine()
+{
+    const WhenAsked asked(m_form, [](PageQuestionBox *box) { PageAsks::yes(box)->click(); });
+    start(u"document.title = 'said ' + confirm('?')"_s);
+    const QDeadlineTimer limit(10000);
+    while (!title().startsWith("said"_L1) && !limit.hasExpired())
+        letPendingEventsRun();
+    QCOMPARE(title(), u"said false"_s);
+    QCOMPARE(asked.count(), 0);
 }
 
 void tst_pagequestions::pageBehindDoesNotWait()
