@@ -2,6 +2,8 @@
 
 #include "Log.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QHash>
 #include <QTimer>
@@ -88,19 +90,13 @@ bool PageHold::takeOver(QWidget *view, QWebEnginePage *page)
 
 void PageHold::finishAll()
 {
-    if (!isAnyLeft())
-        return;
-    QEventLoop loop;
-    QTimer poll;
-    QTimer limit;
-    limit.setSingleShot(true);
-    QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&loop] {
-        if (!isAnyLeft())
-            loop.quit();
-    });
-    poll.start(10);
-    limit.start(longestWait);
-    loop.exec();
+    const QDeadlineTimer limit(longestWait);
+    QTimer wakes;
+    wakes.start(10);
+    // Not a loop of its own: what asked the program to end, and asks again, would end that at once.
+    while (isAnyLeft() && !limit.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
     dropThoseThatMayGo();
 }

@@ -761,9 +761,14 @@ void tst_SaveFaults::programEndedInTheMiddle()
     QFETCH(int, kind);
     saveAndCloseInTheMiddle(kind);
     m_session->end();
+    const auto exit = [] { QCoreApplication::exit(); };
+    QMetaObject::invokeMethod(qApp, exit, Qt::QueuedConnection);
     QMetaObject::invokeMethod(&m_session->server, &TestServer::release, Qt::QueuedConnection);
     PageHold::finishAll();
     QTRY_VERIFY(!m_page);
+    // Loops run again after that.
+    QMetaObject::invokeMethod(qApp, exit, Qt::QueuedConnection);
+    QCoreApplication::exec();
     QVERIFY(PageDialogs::read(path(named(u"page"_s, kind))).contains("words"));
 }
 
