@@ -33,8 +33,9 @@ void BrowserHost::placeChildren()
 {
     QRect page = rect();
     if (m_findBar && m_findBar->isVisibleTo(this)) {
-        page.setBottom(qMax(page.top(), page.bottom() - m_findBar->sizeHint().height()));
-        m_findBar->setGeometry(0, page.bottom() + 1, width(), m_findBar->sizeHint().height());
+        const int barHeight = m_findBar->arrangeFor(width());
+        page.setBottom(qMax(page.top(), page.bottom() - barHeight));
+        m_findBar->setGeometry(0, page.bottom() + 1, width(), barHeight);
     }
     if (m_view && m_view->parentWidget() == this)
         m_view->setGeometry(page);

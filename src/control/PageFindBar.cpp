@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QPushButton>
+#include <QVBoxLayout>
 #include <QWebEngineFindTextResult>
 #include <QWebEnginePage>
 
@@ -17,6 +18,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int longestProposal = 100;
+/// Of what is typed, in view; average letters.
+constexpr int leastCharacters = 20;
 
 QString text(const char *key, const QString &english)
 {
@@ -32,6 +35,9 @@ QString nameOf(QString caption)
 PageFindBar::PageFindBar(QWebEnginePage *page, QWidget *parent)
     : QWidget(parent)
     , m_page(page)
+    , m_upper(new QHBoxLayout)
+    , m_lower(new QHBoxLayout)
+    , m_label(new QLabel(text("lblFind", u"F&ind:"_s), this))
     , m_text(new QLineEdit(this))
     , m_matchCase(new QCheckBox(text("chkMatchCase", u"&Match case"_s), this))
     , m_result(new QLabel(this))
@@ -39,28 +45,27 @@ PageFindBar::PageFindBar(QWebEnginePage *page, QWidget *parent)
     setObjectName("PageFindBar"_L1);
     leaveFilesToTheFrame(*m_text);
     setAutoFillBackground(true);
-    auto *row = new QHBoxLayout(this);
-    row->setContentsMargins(6, 3, 6, 3);
-    auto *label = new QLabel(text("lblFind", u"F&ind:"_s), this);
-    label->setObjectName("lblFind"_L1);
-    label->setBuddy(m_text);
-    row->addWidget(label);
+    auto *rows = new QVBoxLayout(this);
+    rows->setContentsMargins(6, 3, 6, 3);
+    rows->setSpacing(3);
+    rows->addLayout(m_upper);
+    rows->addLayout(m_lower);
+    m_label->setObjectName("lblFind"_L1);
+    m_label->setBuddy(m_text);
     m_text->setObjectName("txtFind"_L1);
-    m_text->setAccessibleName(nameOf(label->text()));
+    m_text->setAccessibleName(nameOf(m_label->text()));
     m_text->setClearButtonEnabled(true);
-    row->addWidget(m_text, 1);
     m_result->setObjectName("lblResult"_L1);
     m_result->setMinimumWidth(fontMetrics().horizontalAdvance(u"0000 of 0000"_s));
-    row->addWidget(m_result);
-    connect(addButton("cmdFindPrevious", u"&Previous"_s), &QPushButton::clicked, this,
-            [this] { find(true); });
-    connect(addButton("cmdFindNext", u"&Next"_s), &QPushButton::clicked, this,
-            [this] { find(false); });
+    m_previous = addButton("cmdFindPrevious", u"&Previous"_s);
+    m_next = addButton("cmdFindNext", u"&Next"_s);
+    connect(m_previous, &QPushButton::clicked, this, [this] { find(true); });
+    connect(m_next, &QPushButton::clicked, this, [this] { find(false); });
     m_matchCase->setObjectName("chkMatchCase"_L1);
     m_matchCase->setAccessibleName(nameOf(m_matchCase->text()));
-    row->addWidget(m_matchCase);
-    connect(addButton("cmdFindClose", u"Close"_s), &QPushButton::clicked, this,
-            &PageFindBar::dismiss);
+    m_close = addButton("cmdFindClose", u"Close"_s);
+    connect(m_close, &QPushButton::clicked, this, &PageFindBar::dismiss);
+    arrange(false);
     connect(m_text, &QLineEdit::textChanged, this, [this] { find(false); });
     connect(m_matchCase, &QCheckBox::toggled, this, &PageFindBar::findAnew);
     connect(page, &QWebEnginePage::loadFinished, this, [this] {
@@ -77,8 +82,35 @@ QPushButton *PageFindBar::addButton(const char *name, const QString &caption)
     button->setObjectName(QLatin1String(name));
     button->setAccessibleName(nameOf(shown));
     button->setAutoDefault(false);
-    layout()->addWidget(button);
     return button;
+}
+
+void PageFindBar::arrange(bool inTwoRows)
+{
+    m_inTwoRows = inTwoRows;
+    QHBoxLayout *rest = inTwoRows ? m_lower : m_upper;
+    // One that is in a row already leaves it.
+    m_upper->addWidget(m_label);
+    m_upper->addWidget(m_text, 1);
+    rest->addWidget(m_result, inTwoRows ? 1 : 0);
+    rest->addWidget(m_previous);
+    rest->addWidget(m_next);
+    m_upper->addWidget(m_matchCase);
+    rest->addWidget(m_close);
+}
+
+int PageFindBar::arrangeFor(int width)
+{
+    int others = 0;
+    for (const QWidget *each : std::initializer_list<const QWidget *>{m_label, m_result, m_previous,
+                                                                      m_next, m_matchCase, m_close})
+        others += each->sizeHint().expandedTo(each->minimumSize()).width() + m_upper->spacing();
+    const int field = fontMetrics().averageCharWidth() * leastCharacters;
+    const QMargins around = layout()->contentsMargins();
+    const bool inTwoRows = width < around.left() + others + field + around.right();
+    if (inTwoRows != m_inTwoRows)
+        arrange(inTwoRows);
+    return sizeHint().height();
 }
 
 void PageFindBar::open()

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class QCheckBox;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -20,6 +21,9 @@ public:
     void open();
     /// Hides the bar; the hit stays selected in the page.
     void dismiss();
+    /// Takes one row, or two where one of `width` pixels leaves too little to type in, and returns
+    /// the height of that.
+    int arrangeFor(int width);
 
 signals:
     void opened();
@@ -30,14 +34,22 @@ protected:
 
 private:
     QPushButton *addButton(const char *name, const QString &caption);
+    void arrange(bool inTwoRows);
     void find(bool backwards);
     void findAnew();
     void showResult(int active, int hits);
 
     QPointer<QWebEnginePage> m_page;
+    QHBoxLayout *m_upper;
+    QHBoxLayout *m_lower;
+    QLabel *m_label;
     QLineEdit *m_text;
     QCheckBox *m_matchCase;
     QLabel *m_result;
+    QPushButton *m_previous;
+    QPushButton *m_next;
+    QPushButton *m_close;
+    bool m_inTwoRows = false;
     /// The engine answers also searches that later ones have overtaken.
     int m_newest = 0;
 };

@@ -1,3 +1,4 @@
+#include <QAbstractButton>
 #include <QAbstractSpinBox>
 #include <QDialog>
 #include <QMenu>
@@ -25,6 +26,8 @@ private slots:
     void everyFieldTakesTheKeys();
     void menuGoesToThePageThoughTheQueryBoxIsFocused();
     void menuOpenedByKeyboardGoesToThePage();
+    void findBarHasRoomToTypeIn_data();
+    void findBarHasRoomToTypeIn();
 
 private:
     void openFieldPage();
@@ -220,6 +223,42 @@ void tst_FieldShortcuts::menuOpenedByKeyboardGoesToThePage()
     QTRY_COMPARE(clipboard(), u"of the page"_s);
     QTRY_COMPARE(pageField(), QString());
     QTRY_VERIFY(ask(u"document.hasFocus()"_s).toBool());
+}
+
+void tst_FieldShortcuts::findBarHasRoomToTypeIn_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("widthLater");
+    QTest::newRow("wide") << 900 << 900;
+    QTest::newRow("smallest screen") << 560 << 560;
+    QTest::newRow("tile") << 400 << 400;
+    QTest::newRow("made narrow") << 900 << 400;
+    QTest::newRow("made wide") << 400 << 900;
+}
+
+/// In a narrow window the bar has two rows, and no caption is cut.
+void tst_FieldShortcuts::findBarHasRoomToTypeIn()
+{
+    QFETCH(int, width);
+    QFETCH(int, widthLater);
+    m_session->active()->showNormal();
+    m_session->active()->resize(width, 400);
+    m_session->choose("mnuEditFind");
+    m_session->active()->resize(widthLater, 400);
+    const auto *bar = m_session->active()->findChild<PageFindBar *>();
+    const auto *field = bar->findChild<QLineEdit *>();
+    QTRY_VERIFY(field->isVisible());
+    QTRY_VERIFY(field->width() > 15 * field->fontMetrics().averageCharWidth());
+    const QList<QAbstractButton *> buttons =
+        bar->findChildren<QAbstractButton *>(Qt::FindDirectChildrenOnly);
+    QCOMPARE(buttons.size(), 4);
+    for (const QAbstractButton *button : buttons) {
+        QVERIFY2(bar->rect().contains(button->geometry()), qPrintable(button->text()));
+        QVERIFY2(button->width() >= button->sizeHint().width(), qPrintable(button->text()));
+    }
+    const bool twoRows = bar->height() > 2 * field->height();
+    QCOMPARE(twoRows, widthLater < 600);
+    QVERIFY(bar->parentWidget()->rect().contains(bar->geometry()));
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_FieldShortcuts)
