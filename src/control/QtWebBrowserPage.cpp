@@ -14,6 +14,7 @@
 #include "WebView.h"
 #include "Yield.h"
 
+#include <QEvent>
 #include <QTimer>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineLoadingInfo>
@@ -28,6 +29,13 @@ bool opensEmpty(const QUrl &url)
 {
     return url.isEmpty() || url == QUrl(u"about:blank#blocked"_s)
         || url.scheme() == "javascript"_L1;
+}
+
+/// The user has gone on since he dropped something: the page has taken it itself.
+bool beginsAnew(const QEvent &event)
+{
+    return event.type() == QEvent::MouseButtonPress || event.type() == QEvent::KeyPress
+        || event.type() == QEvent::TouchBegin;
 }
 }
 
@@ -44,7 +52,11 @@ void QtWebBrowser::usePage(WebPage *page)
         if (m_events)
             m_events->gotFocus();
     });
-    connect(m_view, &WebView::eventCame, this, [this](const QEvent &event) { m_act.note(event); });
+    connect(m_view, &WebView::eventCame, this, [this](const QEvent &event) {
+        m_act.note(event);
+        if (beginsAnew(event))
+            m_dropped.clear();
+    });
     connect(m_view, &WebView::dropped, this,
             [this](const QStringList &addresses) { m_dropped = addresses; });
     connect(m_view, &WebView::visibleChanged, this, &QtWebBrowser::applyShown);

@@ -16,6 +16,7 @@ private slots:
     void pageOpensWhatIsDropped();
     void severalOpenHereAndInNewWindows();
     void pageMayTakeTheDrop();
+    void takenLinkOpensWhereItSays();
     void killPopupsRefusesNoDrop();
     void profileIsTheFrames();
     void folderIsRefused();
@@ -97,6 +98,31 @@ void tst_pagedrops::pageMayTakeTheDrop()
     QCOMPARE(m_session->location(), url(u"/taker"_s));
     QCOMPARE(m_session->windows(), 1);
     QCOMPARE(m_session->server.count("/one"), 0);
+}
+
+/// A page that collects links shows them as links of its own.
+void tst_pagedrops::takenLinkOpensWhereItSays()
+{
+    m_session->server.page("/collector",
+                           "<title>collector</title><body style='height:500px'><script>"
+                           "ondragover=e=>e.preventDefault();"
+                           "ondrop=e=>{e.preventDefault();"
+                           "document.body.innerHTML='<a target=_blank style=\"position:fixed;"
+                           "inset:0\" href=\"'+e.dataTransfer.getData('text/uri-list')+'\">it</a>';"
+                           "document.title='took'}</script>");
+    go(url(u"/collector"_s));
+    QVERIFY(DragAndDrop({QUrl(url(u"/one"_s))}).drop(view()));
+    QTRY_COMPARE(m_session->active()->windowTitle(), u"took"_s);
+    QWidget *page = view()->focusProxy();
+    // The engine drops what is done to a page before that is painted.
+    const auto opens = [this, page] {
+        if (m_session->server.count("/one") == 0)
+            QTest::mouseClick(page, Qt::LeftButton, {}, page->rect().center());
+        return m_session->shows(url(u"/one"_s));
+    };
+    QTRY_VERIFY(opens());
+    QVERIFY(m_session->windows() > 1);
+    QCOMPARE(browserForms().first()->browser()->locationUrl(), url(u"/collector"_s));
 }
 
 void tst_pagedrops::killPopupsRefusesNoDrop()
