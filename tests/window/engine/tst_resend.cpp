@@ -19,6 +19,7 @@ private slots:
     void answerToAFormIsNotSentAgainUnasked();
     void yesSendsItOnce();
     void askedOnceAtATime();
+    void everyWindowAsksForItself();
     void nothingIsAskedElsewhere_data();
     void nothingIsAskedElsewhere();
     void tryAgainAsksToo();
@@ -136,6 +137,28 @@ void tst_resend::askedOnceAtATime()
     QVERIFY(!m_form->browser()->isBusy());
     QCOMPARE(sent(), 1);
     QCOMPARE(m_scene->server.count("/opener"), opened);
+}
+
+/// Many pages loaded anew at once: none of them keeps the user from another.
+void tst_resend::everyWindowAsksForItself()
+{
+    constexpr int windows = 5;
+    send(u"post"_s, u"/order"_s);
+    while (browserForms().size() < windows) {
+        m_form = m_scene->openPage("<form id=f><input name=a value=1></form>");
+        PopupScene::script(m_form, u"f.method = 'post'; f.action = '/order'; f.submit(); 1"_s);
+        QTRY_COMPARE(m_form->windowTitle(), u"Ordered"_s);
+        QTRY_VERIFY(!m_form->browser()->isBusy());
+    }
+    QCOMPARE(sent(), windows);
+    for (const BrowserWindow *form : browserForms())
+        form->browser()->refresh();
+    for (const BrowserWindow *form : browserForms())
+        QCOMPARE(PageAsks::countIn(form), 1);
+    answer(true);
+    QTRY_COMPARE(sent(), windows + 1);
+    QCOMPARE(PageAsks::countIn(browserForms().first()), 1);
+    QCOMPARE(sent(), windows + 1);
 }
 
 void tst_resend::nothingIsAskedElsewhere_data()
