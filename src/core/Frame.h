@@ -38,6 +38,9 @@ public:
     /// The shared address bar: its text, and its list of reached addresses.
     virtual void setAddressText(const QString &url) = 0;
     virtual void addAddress(const QString &url, bool showText) = 0;
+    /// Runs `change`, by which windows come or go that the user did not call: the keyboard, and
+    /// the text that he is typing, stay where they are if that is a field of the frame's own.
+    virtual void keepTyping(const Handler &change) { change(); }
 
     /// The action of a menu item by its name; never null for a name of the menu table.
     virtual QAction *menuItem(const QString &name) const = 0;

@@ -10,6 +10,7 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 #include "AddressBox.h"
@@ -51,6 +52,7 @@
 #include "ThemedIcon.h"
 #include "ToolBar.h"
 #include "ToolBarCommands.h"
+#include "TypingKept.h"
 #include "WebBrowser.h"
 #include "WindowMenu.h"
 #include "Yield.h"
@@ -258,7 +260,7 @@ WindowTabs &MainWindow::windowTabs()
 void MainWindow::setAddressText(const QString &url)
 {
     // What the user is typing is worth more than what a page has to say.
-    if (m_addressBox->hasUnsentEdits())
+    if (m_keepsTyping || m_addressBox->hasUnsentEdits())
         return;
     const AddressSelection selection(*m_addressBox);
     m_addressBox->setText(url);
@@ -267,7 +269,20 @@ void MainWindow::setAddressText(const QString &url)
 void MainWindow::addAddress(const QString &url, bool showText)
 {
     const AddressSelection selection(*m_addressBox);
-    m_addressBox->addItem(url, showText && !m_addressBox->hasUnsentEdits());
+    m_addressBox->addItem(url, showText && !m_keepsTyping && !m_addressBox->hasUnsentEdits());
+}
+
+void MainWindow::keepTyping(const Handler &change)
+{
+    {
+        const QScopedValueRollback keeps(
+            m_keepsTyping, m_keepsTyping || m_addressBox->isAncestorOf(focusWidget()));
+        const TypingKept typing(*m_windows);
+        change();
+    }
+    // Where nothing was typed, the field tells of the window that is active now.
+    if (const BrowserWindow *active = activeBrowser(*this))
+        setAddressText(active->shownAddress());
 }
 
 QAction *MainWindow::menuItem(const QString &name) const

@@ -57,6 +57,7 @@ public:
     WindowTabs &windowTabs() override;
     void setAddressText(const QString &url) override;
     void addAddress(const QString &url, bool showText) override;
+    void keepTyping(const Handler &change) override;
     QAction *menuItem(const QString &name) const override;
     void handle(const QString &menuName, const Handler &handler) override;
     void beforeOpening(const QString &menuName, const Handler &rule) override;
@@ -98,4 +99,6 @@ private:
     int m_navigationFlags = 0;
     bool m_loaded = false;
     bool m_closed = false;
+    /// What the user types is not to be replaced, wherever the keyboard is at the moment.
+    bool m_keepsTyping = false;
 };

@@ -117,7 +117,7 @@ void BrowserWindow::nothingCame()
     if (!m_entrance || m_browser->ArrivedBy() == Arrival::ByAddress)
         return;
     m_entrance->giveBack();
-    unload();
+    m_frame.keepTyping([this] { unload(); });
 }
 
 void BrowserWindow::scriptFailed(const ScriptError &error)

@@ -96,7 +96,7 @@ bool BrowserWindow::closedAsBlocked(const QString &url, bool &cancel)
         m_budget->giveBack();
     if (m_entrance)
         m_entrance->giveBack();
-    unload();
+    m_frame.keepTyping([this] { unload(); });
     return true;
 }
 

@@ -29,9 +29,11 @@ void PopupEntrance::comeUp()
     m_focusBefore = QApplication::focusWidget();
     QWidget *control = m_window.browser()->widget();
     const QRect wanted = control->geometry();
-    m_frame.adopt(&m_window);
-    // Being shown, the window lays itself out and fills itself with the control.
-    m_window.show();
+    m_frame.keepTyping([this] {
+        m_frame.adopt(&m_window);
+        // Being shown, the window lays itself out and fills itself with the control.
+        m_window.show();
+    });
     if (!m_unplaced.isNull() && wanted != m_unplaced)
         control->setGeometry(wanted);
 }
@@ -40,10 +42,13 @@ void PopupEntrance::giveBack()
 {
     if (!m_isUp || !m_windowBefore || m_frame.activeChild() != &m_window)
         return;
-    QTimer::singleShot(0, m_windowBefore.data(), [window = m_windowBefore, focus = m_focusBefore] {
-        if (QMdiArea *area = window->mdiArea())
-            area->setActiveSubWindow(window);
-        if (focus)
-            focus->setFocus();
-    });
+    QTimer::singleShot(0, m_windowBefore.data(),
+                       [&frame = m_frame, window = m_windowBefore, focus = m_focusBefore] {
+                           frame.keepTyping([&] {
+                               if (QMdiArea *area = window->mdiArea())
+                                   area->setActiveSubWindow(window);
+                               if (focus)
+                                   focus->setFocus();
+                           });
+                       });
 }

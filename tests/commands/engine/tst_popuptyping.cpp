@@ -19,6 +19,9 @@ private slots:
     void pageFieldKeepsEveryKey_data() { targetRows(); }
     void pageFieldKeepsEveryKey();
     void selectionInTheAddressBarStays();
+    void windowsThatComeAndGoLeaveTheAddressBarAlone_data();
+    void windowsThatComeAndGoLeaveTheAddressBarAlone();
+    void whatWasSelectedToBeReplacedStaysSelected();
 
 private:
     static void targetRows();
@@ -153,6 +156,54 @@ void tst_popuptyping::selectionInTheAddressBarStays()
     QCOMPARE(field->selectionStart(), 2);
     QCOMPARE(field->selectedText().size(), 5);
     QVERIFY(typesInto(field));
+}
+
+void tst_popuptyping::windowsThatComeAndGoLeaveTheAddressBarAlone_data()
+{
+    QTest::addColumn<QByteArray>("attempt");
+    QTest::newRow("come") << QByteArray("window.open('/p?'+tried)");
+    QTest::newRow("empty") << QByteArray("window.open('')");
+    QTest::newRow("go again") << QByteArray("window.open('/none')");
+    QTest::newRow("one goes again") << QByteArray("window.open('/none','one')");
+}
+
+/// Windows that are on no list come up in front; what is typed around them is not theirs.
+void tst_popuptyping::windowsThatComeAndGoLeaveTheAddressBarAlone()
+{
+    QFETCH(const QByteArray, attempt);
+    m_session->server.page("/p", "<title>popup</title><input autofocus>");
+    TestServer::Reply none;
+    none.status = 204;
+    m_session->server.reply("/none", none);
+    BrowserWindow *attacker = openAttacker("if (window.mayOpen) " + attempt);
+    QLineEdit *field = addressField(*m_session);
+    field->setFocus();
+    field->selectAll();
+    PopupScene::script(attacker, u"mayOpen = true"_s);
+    QString typed;
+    // Not yet as many as the user is asked for.
+    const int before = tried(attacker);
+    while (tried(attacker) < before + 20) {
+        QVERIFY(typesInto(field));
+        const char letter = char('a' + typed.size() % 26);
+        QTest::keyClick(field, letter);
+        typed += QLatin1Char(letter);
+        QCoreApplication::processEvents();
+        QCOMPARE(field->text(), typed);
+    }
+}
+
+void tst_popuptyping::whatWasSelectedToBeReplacedStaysSelected()
+{
+    m_session->server.page("/p", "<title>popup</title><input autofocus>");
+    openAttacker("if (tried == 1) window.open('/p')");
+    QLineEdit *field = addressField(*m_session);
+    field->setFocus();
+    field->selectAll();
+    QTRY_COMPARE(m_session->windows(), 2);
+    QTRY_COMPARE(field->text(), url(u"/p"_s));
+    QVERIFY(typesInto(field));
+    QCOMPARE(field->selectedText(), field->text());
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_popuptyping)
