@@ -1,8 +1,10 @@
 #include "AddressCombo.h"
 #include "AddressBox.h"
 #include "AddressEdit.h"
+#include "ElidedAddress.h"
 #include "ShownAddress.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QListView>
 #include <QScopedValueRollback>
@@ -21,6 +23,18 @@ public:
     QString displayText(const QVariant &value, const QLocale &) const override
     {
         return editableAddress(value.toString());
+    }
+
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        const QStyle *style = option->widget ? option->widget->style() : QApplication::style();
+        const QRect room =
+            style->subElementRect(QStyle::SE_ItemViewItemText, option, option->widget);
+        const int margins =
+            2 * (style->pixelMetric(QStyle::PM_FocusFrameHMargin, option, option->widget) + 1);
+        option->text = elidedAddress(option->text, option->fontMetrics, room.width() - margins,
+                                     Qt::ElideMiddle);
     }
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override

@@ -2,6 +2,7 @@
 
 #include "AddressBox.h"
 #include "DraggedUrls.h"
+#include "ElidedAddress.h"
 #include "FieldKeys.h"
 
 #include <QContextMenuEvent>
@@ -168,8 +169,7 @@ bool AddressEdit::showsStart() const
         && fontMetrics().horizontalAdvance(text()) > width() - 2 * textMargin;
 }
 
-// A long address that nobody edits shows its beginning, where its host is, though the caret
-// stands at its end.
+// A long address that nobody edits shows its host, though the caret stands at its end.
 void AddressEdit::paintEvent(QPaintEvent *event)
 {
     if (!showsStart()) {
@@ -184,7 +184,6 @@ void AddressEdit::paintEvent(QPaintEvent *event)
                            ->subElementRect(QStyle::SE_LineEditContents, &option, this)
                            .adjusted(textMargin, 0, -textMargin, 0);
     painter.setPen(palette().color(QPalette::Text));
-    const QString shown =
-        fontMetrics().elidedText(text().left(longestText), Qt::ElideRight, line.width());
+    const QString shown = elidedAddress(text(), fontMetrics(), line.width(), Qt::ElideRight);
     painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
 }

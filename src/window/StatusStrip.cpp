@@ -1,5 +1,6 @@
 #include "StatusStrip.h"
 
+#include "ElidedAddress.h"
 #include "Language.h"
 #include "Twips.h"
 
@@ -158,8 +159,12 @@ void StatusStrip::paintEvent(QPaintEvent *)
     const int textRight = indicatorRect(1).left() - indicatorGap;
     const QRect textRect(2, 1, textRight - 2, height() - 1);
     painter.setPen(palette().color(QPalette::WindowText));
-    const QString shown = fontMetrics().elidedText(m_text.left(longestPainted), Qt::ElideRight,
-                                                   textRect.width(), Qt::TextSingleLine);
+    // The text begins with a blank.
+    const QString text = m_text.left(longestPainted);
+    const QString blank = text.startsWith(u' ') ? u" "_s : QString();
+    const int room = textRect.width() - fontMetrics().horizontalAdvance(blank);
+    const QString shown =
+        blank + elidedAddress(text.sliced(blank.size()), fontMetrics(), room, Qt::ElideRight);
     painter.drawText(textRect, int(Qt::AlignVCenter | Qt::AlignLeft) | Qt::TextSingleLine, shown);
     if (m_secure)
         paintLock(painter, secureRect());

@@ -1,5 +1,6 @@
 // What the address bar shows of addresses that would mislead, and that it still means them.
 #include "AddressBox.h"
+#include "ElidedAddress.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -23,6 +24,9 @@ private slots:
     void rowsOfTheList();
     void isNotCompleted();
     void pastedDirectionMarks();
+    void narrowFieldShowsTheEndOfTheHost();
+    void cutAddresses_data();
+    void cutAddresses();
 
 private:
     QLineEdit *edit() const { return m_field->findChild<QLineEdit *>(); }
@@ -133,6 +137,52 @@ void tst_addressshown::pastedDirectionMarks()
     edit()->setFocus();
     m_field->setSelText(u"http://a.example/\u202Egpj.exe\u2066"_s);
     QCOMPARE(edit()->text(), u"http://a.example/%E2%80%AEgpj.exe%E2%81%A6"_s);
+}
+
+/// A host can be as long as it likes on the left, where everybody may put anything.
+void tst_addressshown::narrowFieldShowsTheEndOfTheHost()
+{
+    const QString start = u"http://www.bank.example."_s + QString(60, u'a') + u'.';
+    m_field->resize(300, 30);
+    combo()->clearFocus();
+    QVERIFY(!edit()->hasFocus());
+    m_field->setText(start + u"evil.test/login"_s);
+    const QImage evil = edit()->grab().toImage();
+    m_field->setText(start + u"good.test/login"_s);
+    QVERIFY(edit()->grab().toImage() != evil);
+}
+
+void tst_addressshown::cutAddresses_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("room");
+    QTest::addColumn<QString>("shown");
+    const auto row = [](const char *name, const QString &address, const QString &room,
+                        const QString &shown) {
+        QTest::addRow("%s", name) << address << room << shown;
+    };
+    const QString host = u"http://www.bank.example.evil.test"_s;
+    row("fits", host, host, host);
+    row("rest", host + u"/login/very/long"_s, host + u"/log…"_s, host + u"/log…"_s);
+    row("host", host + u"/login"_s, u"http://…evil.test…"_s, u"http://…evil.test…"_s);
+    row("whole labels", host, u"http://…le.evil.test"_s, u"http://…evil.test"_s);
+    row("port", host + u":81"_s, u"http://…evil.test:81"_s, u"http://…evil.test:81"_s);
+    row("inner", u"view-source:"_s + host, u"view-source:http://…evil.test"_s,
+        u"view-source:http://…evil.test"_s);
+    row("address of another in the rest", u"http://evil.test/?https://www.bank.example/"_s,
+        u"http://evil.test/?ht…"_s, u"http://evil.test/?ht…"_s);
+    row("number", u"http://192.168.111.222/"_s, u"http://192.16…"_s, u"http://192.16…"_s);
+    row("no host", u"about:blank#http://www.bank.example"_s, u"about:bl…"_s, u"about:bl…"_s);
+}
+
+void tst_addressshown::cutAddresses()
+{
+    QFETCH(const QString, address);
+    QFETCH(const QString, room);
+    const QFontMetrics metrics = edit()->fontMetrics();
+    // The widths of parts are rounded each by itself.
+    const int width = metrics.horizontalAdvance(room) + 2;
+    QTEST(elidedAddress(address, metrics, width, Qt::ElideRight), "shown");
 }
 
 QTEST_MAIN(tst_addressshown)
