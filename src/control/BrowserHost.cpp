@@ -1,6 +1,7 @@
 #include "BrowserHost.h"
 
 #include "CrashNotice.h"
+#include "FullScreenNotice.h"
 #include "PageFindBar.h"
 #include "WebView.h"
 
@@ -53,12 +54,12 @@ void BrowserHost::answerFullScreen(QWebEngineFullScreenRequest request)
 {
     request.accept();
     if (request.toggleOn())
-        enterFullScreen();
+        enterFullScreen(request.origin());
     else
         leaveFullScreen();
 }
 
-void BrowserHost::enterFullScreen()
+void BrowserHost::enterFullScreen(const QUrl &origin)
 {
     if (!m_view || m_view->parentWidget() != this)
         return;
@@ -70,12 +71,14 @@ void BrowserHost::enterFullScreen()
     m_view->setParent(nullptr, Qt::Window);
     m_view->showFullScreen();
     m_view->setFocus();
+    m_notice = new FullScreenNotice(origin, m_view);
 }
 
 void BrowserHost::leaveFullScreen()
 {
     if (!m_view || m_view->parentWidget() == this)
         return;
+    delete m_notice;
     qDeleteAll(m_view->actions());
     m_view->setParent(this, Qt::Widget);
     m_view->showNormal();

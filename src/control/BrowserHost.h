@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class CrashNotice;
+class FullScreenNotice;
 class PageFindBar;
 class QWebEngineFullScreenRequest;
 class WebView;
@@ -37,11 +38,12 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void enterFullScreen();
+    void enterFullScreen(const QUrl &origin);
     void leaveFullScreen();
     void placeChildren();
 
     QPointer<WebView> m_view;
     QPointer<CrashNotice> m_crash;
     QPointer<PageFindBar> m_findBar;
+    QPointer<FullScreenNotice> m_notice;
 };

@@ -6,6 +6,7 @@
 
 #include <QClipboard>
 #include <QDir>
+#include <QLabel>
 #include <QMimeData>
 
 using namespace Qt::StringLiterals;
@@ -238,10 +239,18 @@ void tst_pagecommands::fullScreenComesAndGoes()
         }());
     }();
     QVERIFY(view->isWindow() && view->isFullScreen());
+    // Nothing else says whose page it is now.
+    const QPointer<QLabel> notice = view->findChild<QLabel *>(u"lblFullScreen"_s);
+    QVERIFY(notice && notice->isVisible());
+    const QString site = m_scene->server.url(u"/"_s).chopped(1);
+    QVERIFY2(notice->text().startsWith(site + u' '), qUtf8Printable(notice->text()));
+    QVERIFY(notice->text().contains(u"Esc"_s));
+    QVERIFY(view->rect().contains(notice->geometry()));
     QTest::keyClick(view, Qt::Key_Escape);
     QTRY_COMPARE(m_scene->events.titles.last(), u"back"_s);
     QTRY_COMPARE(view->parentWidget(), host);
     QCOMPARE(view->geometry(), host->rect());
+    QVERIFY(!notice);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_pagecommands)

@@ -1,0 +1,53 @@
+#include "FullScreenNotice.h"
+
+#include "Language.h"
+#include "ShownAddress.h"
+
+#include <QEvent>
+#include <QTimer>
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+constexpr auto shownFor = 6s;
+/// Pixels.
+constexpr int padding = 12;
+constexpr int fromTop = 24;
+}
+
+FullScreenNotice::FullScreenNotice(const QUrl &origin, QWidget *view)
+    : QLabel(view)
+{
+    setObjectName(u"lblFullScreen"_s);
+    setTextFormat(Qt::PlainText);
+    setText(languageText(u"frmBrowser"_s, u"strFullScreen"_s,
+                         u"%1 fills the screen. Press Esc to leave."_s)
+                .replace("%1"_L1, shownSite(origin)));
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::ToolTipBase);
+    setForegroundRole(QPalette::ToolTipText);
+    setFrameShape(QFrame::Box);
+    setMargin(padding);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    view->installEventFilter(this);
+    place();
+    show();
+    QTimer::singleShot(shownFor, this, &QObject::deleteLater);
+}
+
+/// The page's own widget may come anew, and then over this one.
+bool FullScreenNotice::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize || event->type() == QEvent::ChildAdded)
+        place();
+    return QLabel::eventFilter(watched, event);
+}
+
+void FullScreenNotice::place()
+{
+    adjustSize();
+    move((parentWidget()->width() - width()) / 2, fromTop);
+    raise();
+}
