@@ -48,7 +48,7 @@ void ConsoleBrake::apply(qint64 process)
         return;
     restingProcesses().insert(process);
     m_resting = process;
-    qCInfo(lcEngine) << "process" << process << "floods the program and rests for a moment";
+    qCInfo(lcEngine) << "process" << process << "floods the console and rests for a moment";
     QTimer::singleShot(rest, qApp, [process] { resume(process); });
 #endif
 }

@@ -2,8 +2,7 @@
 
 #include <QElapsedTimer>
 
-/// Holds back the process of a page that tells the console more than anybody reads, or asks its
-/// user more than he hears. The engine
+/// Holds back the process of a page that tells the console more than anybody reads. The engine
 /// hands over every line, from wherever in the page it comes, and nothing else of the page before
 /// it: unbraked, the next navigation waits for seconds behind hundreds of megabytes of lines.
 class ConsoleBrake {

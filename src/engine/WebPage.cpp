@@ -98,17 +98,12 @@ void WebPage::noteArrival()
     m_mayAskAgain = !m_sendsForm || (scheme != "http"_L1 && scheme != "https"_L1);
 }
 
-void WebPage::holdBack()
-{
-    if (m_consoleBrake.isTooMany())
-        m_consoleBrake.apply(renderProcessPid());
-}
-
 void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message,
                                        int line, const QString &source)
 {
     const EngineCallbackScope scope;
-    holdBack();
+    if (m_consoleBrake.isTooMany())
+        m_consoleBrake.apply(renderProcessPid());
     const std::optional<PageScripts::Line> told = PageScripts::parse(message);
     if (!told) {
         if (message.startsWith("Mixed Content"_L1) && !message.contains("automatically upgraded"_L1)
@@ -162,8 +157,6 @@ PageQuestions *WebPage::questions() const
 /// One call at a time: while it lasts, no script runs.
 template <typename Ask> auto WebPage::whileAwaited(const Ask &ask)
 {
-    // So many come only of a page that is not heard.
-    holdBack();
     const PageHold hold(this, PageHold::AtExit::Stays);
     const bool nested = std::exchange(m_awaitsAnswer, true);
     const auto done = qScopeGuard([this, nested] {

@@ -91,8 +91,6 @@ protected:
 
 private:
     void answerRequests();
-    /// A page that tells or asks more than anybody reads rests.
-    void holdBack();
     void reportError(const QString &message, int line, const QString &source);
     template <typename Ask> auto whileAwaited(const Ask &ask);
 
