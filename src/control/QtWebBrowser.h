@@ -67,6 +67,9 @@ public:
     /// Ends the page; the control is as before its first navigation.
     void dropPage();
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
     /// Where the navigation of the main frame stands.
     enum class Stage { None, Asked, Started, Committed };

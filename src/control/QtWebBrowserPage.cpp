@@ -14,6 +14,7 @@
 #include "WebView.h"
 #include "Yield.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QTimer>
 #include <QWebEngineFullScreenRequest>
@@ -24,6 +25,12 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+QEvent::Type discardEvent()
+{
+    static const auto type = QEvent::Type(QEvent::registerEventType());
+    return type;
+}
+
 /// A window that its opener's script fills, or sends somewhere later.
 bool opensEmpty(const QUrl &url)
 {
@@ -268,8 +275,17 @@ void QtWebBrowser::onRendererGone()
     m_indicators->reset(QUrl(m_location));
     m_host->showCrash();
     m_crashed = true;
-    QMetaObject::invokeMethod(this, &QtWebBrowser::discardCrashed, Qt::QueuedConnection);
+    // Ahead of whatever a screen reader asks meanwhile.
+    QCoreApplication::postEvent(this, new QEvent(discardEvent()), Qt::HighEventPriority);
     emit loadEnded();
+}
+
+bool QtWebBrowser::event(QEvent *event)
+{
+    if (event->type() != discardEvent())
+        return WebBrowser::event(event);
+    discardCrashed();
+    return true;
 }
 
 /// What screen readers know of the page leads through what has gone with its process, and would end

@@ -1,5 +1,6 @@
 #include "ScreenReader.h"
 
+#include <QCoreApplication>
 #include <QRect>
 #include <QStringList>
 
@@ -18,6 +19,8 @@ QString ScreenReader::read(QObject *top)
     QAccessible::setActive(true);
     m_texts.clear();
     m_met = 0;
+    // A reader's questions come as events, behind those that are waiting already.
+    QCoreApplication::sendPostedEvents();
     readAgain();
     note(QAccessible::queryAccessibleInterface(top), 0);
     return m_texts.join(u'\n');
