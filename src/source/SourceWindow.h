@@ -40,7 +40,7 @@ private:
     QAction *addItem(QMenu *menu, const char *name, const QString &caption,
                      void (SourceWindow::*handler)());
     /// The item is for the source, or for the field that has the focus in its place.
-    void addEditItem(const char *name, const QString &caption, void (SourceEditor::*handler)(),
+    void addEditItem(const char *name, const QString &caption, void (*inText)(SourceEditor &editor),
                      void (*inField)(QLineEdit &field));
     void addSeparator(QMenu *menu, const char *name);
     void buildMenus();

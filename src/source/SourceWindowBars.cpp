@@ -41,15 +41,16 @@ QAction *SourceWindow::addItem(QMenu *menu, const char *name, const QString &cap
 }
 
 void SourceWindow::addEditItem(const char *name, const QString &caption,
-                               void (SourceEditor::*handler)(), void (*inField)(QLineEdit &field))
+                               void (*inText)(SourceEditor &editor),
+                               void (*inField)(QLineEdit &field))
 {
     QAction *action = m_editMenu->addAction(caption);
     action->setObjectName(QLatin1String(name));
-    connect(action, &QAction::triggered, m_editor, [this, handler, inField] {
+    connect(action, &QAction::triggered, m_editor, [this, inText, inField] {
         if (QLineEdit *field = FieldEdit::focused(*this))
             inField(*field);
         else
-            (m_editor->*handler)();
+            inText(*m_editor);
     });
 }
 
@@ -69,16 +70,22 @@ void SourceWindow::buildMenus()
     addItem(file, "mnuFileExit", u"E&xit"_s, &SourceWindow::fileExit);
 
     m_editMenu = addMenu("mnuEdit", u"&Edit"_s);
-    addEditItem("mnuEditUndo", u"Undo"_s, &SourceEditor::undo,
-                [](QLineEdit &field) { field.undo(); });
+    addEditItem(
+        "mnuEditUndo", u"Undo"_s, [](SourceEditor &editor) { editor.undo(); },
+        [](QLineEdit &field) { field.undo(); });
     addSeparator(m_editMenu, "mnuEditBar0");
-    addEditItem("mnuEditCut", u"Cu&t"_s, &SourceEditor::cut, FieldEdit::cut);
-    addEditItem("mnuEditCopy", u"&Copy"_s, &SourceEditor::copy,
-                [](QLineEdit &field) { field.copy(); });
-    addEditItem("mnuEditPaste", u"&Paste"_s, &SourceEditor::paste, FieldEdit::paste);
+    addEditItem(
+        "mnuEditCut", u"Cu&t"_s, [](SourceEditor &editor) { editor.cut(); }, FieldEdit::cut);
+    addEditItem(
+        "mnuEditCopy", u"&Copy"_s, [](SourceEditor &editor) { editor.copy(); },
+        [](QLineEdit &field) { field.copy(); });
+    addEditItem(
+        "mnuEditPaste", u"&Paste"_s, [](SourceEditor &editor) { editor.paste(); },
+        FieldEdit::paste);
     addSeparator(m_editMenu, "mnuEditBar1");
-    addEditItem("mnuEditSelectAll", u"Select &All"_s, &SourceEditor::selectAll,
-                [](QLineEdit &field) { field.selectAll(); });
+    addEditItem(
+        "mnuEditSelectAll", u"Select &All"_s, [](SourceEditor &editor) { editor.selectAll(); },
+        [](QLineEdit &field) { field.selectAll(); });
 
     QMenu *help = addMenu("mnuHelp", u"&Help"_s);
     addItem(help, "mnuHelpAbout", u"&About"_s, &SourceWindow::helpAbout);
