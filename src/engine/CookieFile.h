@@ -6,6 +6,5 @@
 #include "StoredCookie.h"
 
 /// The cookies in the engine's own file, which the engine does not list. What it has not written
-/// yet is not among them. Nothing, and a line in the log, when the file cannot be read as such or
-/// the machine lacks the library for it.
+/// yet is not among them. Nothing, and a line in the log, when the file cannot be read as such.
 QList<StoredCookie> readCookieFile(const QString &path);

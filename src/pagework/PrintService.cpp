@@ -4,56 +4,16 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QLibrary>
 #include <QPointer>
 #include <QPrintEngine>
 #include <QPrinter>
 #include <QTemporaryFile>
 #include <QThreadPool>
-
-using namespace Qt::StringLiterals;
-
-// The service's library comes with the toolkit's print support and is asked for by name, so that
-// the program builds and runs where there is none.
-namespace {
-struct Option {
-    char *name;
-    char *value;
-};
-using AddOption = int (*)(const char *name, const char *value, int count, Option **options);
-using FreeOptions = void (*)(int count, Option *options);
-using PrintFile = int (*)(const char *printer, const char *file, const char *title, int count,
-                          Option *options);
-using LastError = const char *(*)();
-
-struct Cups {
-    AddOption addOption = nullptr;
-    FreeOptions freeOptions = nullptr;
-    PrintFile printFile = nullptr;
-    LastError lastError = nullptr;
-
-    Cups()
-    {
-#ifdef Q_OS_UNIX
-        QLibrary library(u"cups"_s, 2);
-        addOption = reinterpret_cast<AddOption>(library.resolve("cupsAddOption"));
-        freeOptions = reinterpret_cast<FreeOptions>(library.resolve("cupsFreeOptions"));
-        printFile = reinterpret_cast<PrintFile>(library.resolve("cupsPrintFile"));
-        lastError = reinterpret_cast<LastError>(library.resolve("cupsLastErrorString"));
+#ifdef ORVANE_CUPS
+#include <cups/cups.h>
 #endif
-    }
-    bool isWhole() const
-    {
-        return addOption && freeOptions && printFile && lastError;
-    }
-};
 
-const Cups &cups()
-{
-    static const Cups library;
-    return library;
-}
-
+namespace {
 struct Order {
     QByteArray pdf;
     QByteArray printer;
@@ -61,6 +21,7 @@ struct Order {
     PrintService::Options options;
 };
 
+#ifdef ORVANE_CUPS
 bool print(const Order &order)
 {
     QTemporaryFile file;
@@ -68,18 +29,24 @@ bool print(const Order &order)
         qCWarning(lcEngine) << "not printed:" << file.errorString();
         return false;
     }
-    Option *options = nullptr;
+    cups_option_t *options = nullptr;
     int count = 0;
     for (const auto &[name, value] : order.options)
-        count = cups().addOption(name.constData(), value.constData(), count, &options);
+        count = cupsAddOption(name.constData(), value.constData(), count, &options);
     const int job =
-        cups().printFile(order.printer.constData(), QFile::encodeName(file.fileName()).constData(),
-                         order.title.constData(), count, options);
-    cups().freeOptions(count, options);
+        cupsPrintFile(order.printer.constData(), QFile::encodeName(file.fileName()).constData(),
+                      order.title.constData(), count, options);
+    cupsFreeOptions(count, options);
     if (job == 0)
-        qCWarning(lcEngine) << "not printed:" << cups().lastError();
+        qCWarning(lcEngine) << "not printed:" << cupsLastErrorString();
     return job != 0;
 }
+#else
+bool print(const Order &)
+{
+    return false;
+}
+#endif
 
 QByteArray sidesOf(const QPrinter &printer)
 {
@@ -105,7 +72,11 @@ namespace PrintService {
 
 bool isAvailable()
 {
-    return cups().isWhole();
+#ifdef ORVANE_CUPS
+    return true;
+#else
+    return false;
+#endif
 }
 
 Options optionsOf(QPrinter &printer)
