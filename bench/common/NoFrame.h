@@ -14,9 +14,9 @@ public:
     QWidget *window() override { return m_window; }
     void adopt(QMdiSubWindow *) override { }
     QMdiSubWindow *activeChild() const override { return nullptr; }
-    void openBrowserWindow(const QString &, int) override { }
+    void openBrowserWindow(const QString &, WindowState) override { }
     void navigateActive(const QString &) override { }
-    int newWindowState() const override { return 2; }
+    WindowState newWindowState() const override { return WindowState::Maximized; }
     bool openProfile(const QString &, bool) override { return false; }
     WindowTabs &windowTabs() override { qFatal("no tabs"); }
     void setAddressText(const QString &) override { }

@@ -76,7 +76,7 @@ double ownTime(const QString &file, QSize *pageSize)
     frame.setCommandLine(file);
     startUp(frame);
     for (int i = 0; i < covered; ++i)
-        frame.openBrowserWindow(file, 2);
+        frame.openBrowserWindow(file, WindowState::Maximized);
     wait(settleMs);
     *pageSize = activeBrowser(frame)->browser()->widget()->size();
     const double result = processorTime(getpid());

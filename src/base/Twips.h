@@ -1,6 +1,7 @@
 #pragma once
 
-/// Layout is reckoned in twips, 15 to a (logical) pixel; this is the one place of conversion.
+/// Files and pages may speak of twips, 15 to a (logical) pixel; this is the one place of
+/// conversion.
 namespace Twips {
 inline constexpr int perPixel = 15;
 

@@ -18,12 +18,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int normal = 0;
-
 void newOnCurrentPage(Frame &frame)
 {
     if (const BrowserWindow *active = activeBrowser(frame))
-        frame.openBrowserWindow(active->browser()->locationUrl(), normal);
+        frame.openBrowserWindow(active->browser()->locationUrl(), WindowState::AsOthers);
     else
         frame.openBrowserWindow({}, frame.newWindowState());
 }

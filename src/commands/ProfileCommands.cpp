@@ -25,7 +25,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int normal = 0;
 constexpr int firstFilter = 1;
 
 /// The addresses of all browser windows, in the order in which they were loaded. Other forms only
@@ -142,7 +141,8 @@ void ProfileCommands::openWindows(const QStringList &addresses)
         // Pending events run with every window: the user may have ended this, or the program.
         if (m_pages->stops() != stops || !m_frame.isVisible())
             break;
-        if (BrowserWindow *window = openBrowserWindow(m_frame, address, normal, Loading::Later))
+        if (BrowserWindow *window =
+                openBrowserWindow(m_frame, address, WindowState::AsOthers, Loading::Later))
             m_pages->add(window);
     }
     m_pages->endOpening();

@@ -14,7 +14,6 @@
 #include "RefusedAddress.h"
 #include "ShownAddress.h"
 #include "TitleThrottle.h"
-#include "Twips.h"
 #include "WebPage.h"
 #include "WebView.h"
 
@@ -266,10 +265,8 @@ void QtWebBrowser::find()
 
 void QtWebBrowser::move(int left, int top, int width, int height)
 {
-    if (m_host) {
-        m_host->setGeometry(Twips::toPixels(left), Twips::toPixels(top), Twips::toPixels(width),
-                            Twips::toPixels(height));
-    }
+    if (m_host)
+        m_host->setGeometry(left, top, width, height);
 }
 
 QString QtWebBrowser::locationUrl() const

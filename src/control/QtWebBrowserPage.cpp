@@ -9,7 +9,6 @@
 #include "ScriptedPlace.h"
 #include "ShownAddress.h"
 #include "TitleThrottle.h"
-#include "Twips.h"
 #include "WebPage.h"
 #include "WebView.h"
 #include "Yield.h"

@@ -152,7 +152,7 @@ public:
     virtual void setFocus() = 0;
     /// Opens the engine's own bar for finding text in the page, and gives it the focus.
     virtual void find() = 0;
-    /// Places the control inside its window; twips.
+    /// Places the control inside its window; pixels.
     virtual void move(int left, int top, int width, int height) = 0;
 
     /// The page's address in encoded form, byte-exact; empty when nothing was opened yet.

@@ -8,6 +8,13 @@ class QMdiSubWindow;
 class QWidget;
 class WindowTabs;
 
+/// How a new browser window comes up.
+enum class WindowState {
+    /// As the frame's children do: maximized while the active one is.
+    AsOthers,
+    Maximized,
+};
+
 /// What the rest of the program asks of the one frame window.
 class Frame {
 public:
@@ -24,13 +31,12 @@ public:
     /// is no child.
     virtual QMdiSubWindow *activeChild() const = 0;
 
-    /// A new browser window on `url` (empty: the home page). `state` 2 maximizes it; any other
-    /// value leaves the state to the frame.
-    virtual void openBrowserWindow(const QString &url, int state) = 0;
+    /// A new browser window on `url` (empty: the home page).
+    virtual void openBrowserWindow(const QString &url, WindowState state) = 0;
     /// Sends the active window to `url`, or opens a first, maximized one.
     virtual void navigateActive(const QString &url) = 0;
-    /// The state to open a window with: 2 when there is no active child, else 0.
-    virtual int newWindowState() const = 0;
+    /// The state to open a window with: maximized when there is no active child.
+    virtual WindowState newWindowState() const = 0;
     /// Opens every address of a profile file; false when there is none.
     virtual bool openProfile(const QString &file, bool quiet) = 0;
 

@@ -1,10 +1,9 @@
 #include "AddressHost.h"
 
 #include "AddressBox.h"
-#include "Twips.h"
 
 namespace {
-constexpr int rightMarginTwips = 200;
+constexpr int rightMargin = 13;
 constexpr int usableWidth = 80;
 }
 
@@ -39,7 +38,7 @@ void AddressHost::moveEvent(QMoveEvent *)
 void AddressHost::place()
 {
     const int left = mapTo(window(), QPoint(0, 0)).x();
-    const int room = window()->width() - left - Twips::toPixels(rightMarginTwips);
+    const int room = window()->width() - left - rightMargin;
     const int height = std::min(m_bar.sizeHint().height(), this->height());
     m_bar.setGeometry(0, (this->height() - height) / 2, std::max(0, std::min(width(), room)),
                       height);

@@ -4,7 +4,7 @@
 
 class AddressBox;
 
-/// Holds the address bar in its band. The bar's right edge stays 200 twips short of the frame's
+/// Holds the address bar in its band. The bar's right edge stays 13 pixels short of the frame's
 /// width, or ends with the band where the band ends earlier.
 class AddressHost : public QWidget {
     Q_OBJECT

@@ -2,7 +2,6 @@
 
 #include <QAction>
 
-#include "Frame.h"
 #include "Settings.h"
 #include "WebBrowser.h"
 #include "WindowTabs.h"
@@ -10,11 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-constexpr int maximized = 2;
-}
-
-QPointer<BrowserWindow> openBrowserWindow(Frame &frame, const QString &url, int state,
+QPointer<BrowserWindow> openBrowserWindow(Frame &frame, const QString &url, WindowState state,
                                           Loading loading)
 {
     if (const BrowserWindow *active = activeBrowser(frame))
@@ -25,7 +20,7 @@ QPointer<BrowserWindow> openBrowserWindow(Frame &frame, const QString &url, int 
     form->startingAddress = url.isEmpty() ? Settings::homeUrl() : url;
     form->browser()->setSilent(frame.menuItem(u"mnuToolsScriptErrorSuppress"_s)->isChecked());
     frame.adopt(form);
-    if (state == maximized)
+    if (state == WindowState::Maximized)
         form->showMaximized();
     else
         form->show();
@@ -38,5 +33,5 @@ void navigateActive(Frame &frame, const QString &url)
     if (const BrowserWindow *active = activeBrowser(frame))
         active->browser()->navigate(url);
     else
-        frame.openBrowserWindow(url, maximized);
+        frame.openBrowserWindow(url, WindowState::Maximized);
 }

@@ -61,8 +61,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int maximized = 2;
-constexpr int normal = 0;
 constexpr int keyEnter = 13;
 constexpr int keyEscape = 27;
 constexpr QSize designSize(1100, 760);
@@ -205,10 +203,10 @@ void MainWindow::load()
 void MainWindow::openFirstWindow()
 {
     if (!isProfileName(m_commandLine))
-        openBrowserWindow(m_commandLine, maximized);
+        openBrowserWindow(m_commandLine, WindowState::Maximized);
     else if (!openProfile(m_commandLine, true) || (isVisible() && !activeChild()))
         // Also for a profile that counts addresses and holds none: the frame would stay empty.
-        openBrowserWindow(m_commandLine, normal);
+        openBrowserWindow(m_commandLine, WindowState::AsOthers);
 }
 
 void MainWindow::translate()
@@ -231,7 +229,7 @@ QMdiSubWindow *MainWindow::activeChild() const
     return m_windows->activeChild();
 }
 
-void MainWindow::openBrowserWindow(const QString &url, int state)
+void MainWindow::openBrowserWindow(const QString &url, WindowState state)
 {
     if (!m_closed)
         ::openBrowserWindow(*this, url, state);
@@ -242,9 +240,9 @@ void MainWindow::navigateActive(const QString &url)
     ::navigateActive(*this, url);
 }
 
-int MainWindow::newWindowState() const
+WindowState MainWindow::newWindowState() const
 {
-    return activeChild() ? normal : maximized;
+    return activeChild() ? WindowState::AsOthers : WindowState::Maximized;
 }
 
 bool MainWindow::openProfile(const QString &file, bool quiet)

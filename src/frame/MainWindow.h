@@ -50,9 +50,9 @@ public:
     QWidget *window() override { return this; }
     void adopt(QMdiSubWindow *child) override;
     QMdiSubWindow *activeChild() const override;
-    void openBrowserWindow(const QString &url, int state) override;
+    void openBrowserWindow(const QString &url, WindowState state) override;
     void navigateActive(const QString &url) override;
-    int newWindowState() const override;
+    WindowState newWindowState() const override;
     bool openProfile(const QString &file, bool quiet) override;
     WindowTabs &windowTabs() override;
     void setAddressText(const QString &url) override;

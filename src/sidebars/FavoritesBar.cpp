@@ -10,7 +10,6 @@
 #include "OrganizeFavoritesDialog.h"
 #include "SideBarControls.h"
 #include "SpecialFolders.h"
-#include "Twips.h"
 #include "WebBrowser.h"
 #include "Yield.h"
 
@@ -21,25 +20,21 @@
 #include <QPushButton>
 #include <QToolButton>
 
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 // Time that filling the tree takes from the interface at once.
 constexpr int sliceMs = 25;
-// Twips: the height of the buttons, and both sides of the close button.
-constexpr int buttonHeight = 360;
+// Pixels: the height of the buttons, and both sides of the close button.
+constexpr int buttonHeight = 24;
 constexpr QSize usualSize(240, 400);
 
-// A rectangle in twips; one without a width or a height is none a control can have.
-void place(QWidget &control, int left, int top, int width, int height)
+// A rectangle without a width or a height is none a control can have.
+void place(QWidget &control, const QRect &rect)
 {
-    if (width < 0 || height < 0)
-        return;
-    const int x = Twips::toPixels(left);
-    const int y = Twips::toPixels(top);
-    control.setGeometry(x, y, Twips::toPixels(left + width) - x, Twips::toPixels(top + height) - y);
+    if (rect.width() >= 0 && rect.height() >= 0)
+        control.setGeometry(rect);
 }
 }
 
@@ -293,18 +288,17 @@ QSize FavoritesBar::sizeHint() const
 QSize FavoritesBar::minimumSizeHint() const
 {
     const int widest = std::max(m_cmdAdd->sizeHint().width(), m_cmdOrganize->sizeHint().width());
-    const int height = Twips::toPixels(buttonHeight);
-    return {2 * widest + height, height + m_tvFavorites->minimumSizeHint().height()};
+    return {2 * widest + buttonHeight, buttonHeight + m_tvFavorites->minimumSizeHint().height()};
 }
 
 void FavoritesBar::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    const int W = Twips::fromPixels(width());
-    const int H = Twips::fromPixels(height());
-    const int w = static_cast<int>(std::lround((W - buttonHeight) / 2.0));
-    place(*m_cmdAdd, 0, 0, w, buttonHeight);
-    place(*m_cmdOrganize, w, 0, w, buttonHeight);
-    place(*m_cmdExit, 2 * w, 0, buttonHeight, buttonHeight);
-    place(*m_tvFavorites, 0, buttonHeight, W, H - buttonHeight);
+    // Of an odd number of pixels the first button has one more.
+    const int both = width() - buttonHeight;
+    const int first = (both + 1) / 2;
+    place(*m_cmdAdd, {0, 0, first, buttonHeight});
+    place(*m_cmdOrganize, {first, 0, both - first, buttonHeight});
+    place(*m_cmdExit, {both, 0, buttonHeight, buttonHeight});
+    place(*m_tvFavorites, {0, buttonHeight, width(), height() - buttonHeight});
 }

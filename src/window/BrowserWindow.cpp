@@ -12,7 +12,6 @@
 #include "ShownText.h"
 #include "StatusStrip.h"
 #include "TextRules.h"
-#include "Twips.h"
 #include "WindowTabs.h"
 #include "Yield.h"
 
@@ -94,12 +93,12 @@ void BrowserWindow::showAddress()
 
 int BrowserWindow::innerWidth() const
 {
-    return Twips::fromPixels(m_client->width());
+    return m_client->width();
 }
 
 int BrowserWindow::innerHeight() const
 {
-    return Twips::fromPixels(m_client->height());
+    return m_client->height();
 }
 
 void BrowserWindow::setVisible(bool visible)
@@ -205,7 +204,7 @@ void BrowserWindow::layOut()
 
 void BrowserWindow::placeControl()
 {
-    const int height = innerHeight() - Twips::fromPixels(m_status->stripHeight());
+    const int height = innerHeight() - m_status->stripHeight();
     // A minimized window has no room for the control, which then keeps its place.
     if (height >= 0 && !isMinimized())
         m_browser->move(0, 0, innerWidth(), height);
@@ -227,7 +226,7 @@ bool BrowserWindow::keyDown(int keyCode, Qt::KeyboardModifiers shift)
 {
     if (keyCode != Qt::Key_N || shift != Qt::ControlModifier)
         return false;
-    m_frame.openBrowserWindow(m_browser->locationUrl(), 0);
+    m_frame.openBrowserWindow(m_browser->locationUrl(), WindowState::AsOthers);
     letPendingEventsRun();
     return true;
 }

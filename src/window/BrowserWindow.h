@@ -47,7 +47,7 @@ public:
     QString shownAddress() const;
     /// The key of this window's tab.
     QString tabKey() const;
-    /// Size of the client area, twips.
+    /// Size of the client area, pixels.
     int innerWidth() const;
     int innerHeight() const;
 

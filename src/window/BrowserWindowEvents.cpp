@@ -11,7 +11,6 @@
 #include "ShownText.h"
 #include "StatusStrip.h"
 #include "TextRules.h"
-#include "Twips.h"
 #include "WindowTabs.h"
 #include "Yield.h"
 
@@ -21,8 +20,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 /// What a window has around its page: frame, title bar and status bar as the page reckons them.
-constexpr int widthAroundPage = 850;
-constexpr int heightAroundPage = 885;
+constexpr int widthAroundPage = 57;
+constexpr int heightAroundPage = 59;
 }
 
 void BrowserWindow::statusTextChange(const QString &text)
@@ -76,9 +75,8 @@ void BrowserWindow::fitToControl()
     const QRect filled(0, 0, m_client->width(), m_client->height() - roomBelow);
     if (control.size() != filled.size()) {
         showNormal();
-        setGeometry(control.left(), control.top(),
-                    control.width() + Twips::toPixels(widthAroundPage),
-                    control.height() + Twips::toPixels(heightAroundPage));
+        setGeometry(control.left(), control.top(), control.width() + widthAroundPage,
+                    control.height() + heightAroundPage);
     }
     placeControl();
     layOut();

@@ -3,7 +3,6 @@
 #include "BrowserWindow.h"
 #include "Frame.h"
 #include "StatusStrip.h"
-#include "Twips.h"
 #include "WebBrowser.h"
 #include "Yield.h"
 
@@ -14,8 +13,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int milliseconds = 750;
-/// Twips; where the control stops on its way back.
-constexpr int aside = 45;
+/// Pixels; where the control stops on its way back.
+constexpr int aside = 3;
 }
 
 MaximizeCatcher::MaximizeCatcher(BrowserWindow &window, const Frame &frame)
@@ -43,8 +42,7 @@ void MaximizeCatcher::catchUp()
     m_timer->stop();
     // The control is always moved twice, wherever it is: a page that lost its place in the window
     // is laid out anew by it.
-    const int height =
-        m_window.innerHeight() - Twips::fromPixels(m_window.statusBar()->stripHeight());
+    const int height = m_window.innerHeight() - m_window.statusBar()->stripHeight();
     if (height >= 0 && !m_window.isMinimized())
         m_window.browser()->move(aside, aside, m_window.innerWidth(), height);
     m_window.layOut();

@@ -2,7 +2,6 @@
 
 #include "ElidedAddress.h"
 #include "Language.h"
-#include "Twips.h"
 
 #include <QAccessible>
 #include <QFontMetrics>
@@ -16,7 +15,7 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr int heightInTwips = 255;
+constexpr int usualHeight = 17;
 constexpr int indicatorSize = 13;
 constexpr int indicatorGap = 5;
 /// Longer texts are cut for painting only: measuring a megabyte would hold the frame.
@@ -76,7 +75,7 @@ StatusStrip::StatusStrip(QWidget *parent)
 
 int StatusStrip::stripHeight() const
 {
-    return qMax(Twips::toPixels(heightInTwips), fontMetrics().height() + 2);
+    return qMax(usualHeight, fontMetrics().height() + 2);
 }
 
 void StatusStrip::setText(const QString &text)

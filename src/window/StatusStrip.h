@@ -11,7 +11,7 @@ class StatusStrip : public QWidget {
 public:
     explicit StatusStrip(QWidget *parent);
 
-    /// Height in pixels: 255 twips, more only where the font needs it.
+    /// Height in pixels: 17, more only where the font needs it.
     int stripHeight() const;
 
     /// Panel 1.

@@ -353,7 +353,7 @@ void tst_Languages::internetOptionsNeedNoScroller()
 void tst_Languages::walkThroughTheLanguagesWithTenWindows()
 {
     for (int number = 2; number <= 10; ++number)
-        m_program->frame->openBrowserWindow(u"http://page%1/"_s.arg(number), 0);
+        m_program->frame->openBrowserWindow(u"http://page%1/"_s.arg(number), WindowState::AsOthers);
     QCOMPARE(FakeWebBrowser::made().size(), 10);
     m_program->choose("mnuToolsOptions");
     QVERIFY(QTest::qWaitForWindowExposed(form(), longestWait));

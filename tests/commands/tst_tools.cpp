@@ -129,8 +129,8 @@ void tst_Tools::togglesAreStoredAsBooleanText()
 
 void tst_Tools::scriptErrorsAreSuppressedInEveryBrowserWindowOnly()
 {
-    m_program->frame->openBrowserWindow(u"http://two/"_s, 0);
-    m_program->frame->openBrowserWindow(u"http://three/"_s, 0);
+    m_program->frame->openBrowserWindow(u"http://two/"_s, WindowState::AsOthers);
+    m_program->frame->openBrowserWindow(u"http://three/"_s, WindowState::AsOthers);
     auto *source = new QMdiSubWindow;
     source->setObjectName("frmSource"_L1);
     Forms::add(source);
@@ -158,7 +158,7 @@ void tst_Tools::scriptErrorShortcutWorksFromTheFrame()
 void tst_Tools::newWindowsTakeTheScriptErrorMark()
 {
     m_program->choose("mnuToolsScriptErrorSuppress");
-    m_program->frame->openBrowserWindow(u"http://two/"_s, 0);
+    m_program->frame->openBrowserWindow(u"http://two/"_s, WindowState::AsOthers);
     QVERIFY(FakeWebBrowser::made().last()->isSilent());
 }
 

@@ -120,7 +120,7 @@ void tst_AccessibleNames::cleanup()
 
 BrowserWindow *tst_AccessibleNames::open(const QString &url)
 {
-    m_frame->openBrowserWindow(url, 0);
+    m_frame->openBrowserWindow(url, WindowState::AsOthers);
     return activeBrowser(*m_frame);
 }
 

@@ -93,7 +93,7 @@ bool tst_CommandBars::isPressed(const QString &key) const
 
 FakeWebBrowser *tst_CommandBars::openPage(const QString &url) const
 {
-    m_frame->openBrowserWindow(url, 0);
+    m_frame->openBrowserWindow(url, WindowState::AsOthers);
     return FakeWebBrowser::made().last();
 }
 

@@ -151,7 +151,7 @@ QWidget *tst_FrameDrop::place(const QString &name) const
         return m_frame->findChild<QMdiArea *>()->viewport();
     if (name == "frame"_L1)
         return m_frame.get();
-    m_frame->openBrowserWindow(u"http://one.example/"_s, 0);
+    m_frame->openBrowserWindow(u"http://one.example/"_s, WindowState::AsOthers);
     if (name == "tab"_L1)
         return strip()->tab(browserForms().first()->tabKey());
     return browserForms().first()->browser()->widget();
@@ -204,7 +204,7 @@ void tst_FrameDrop::stripOpensNewWindows()
 {
     QFETCH(const QStringList, dragged);
     QFETCH(const QStringList, opened);
-    m_frame->openBrowserWindow(u"http://first.example/"_s, 0);
+    m_frame->openBrowserWindow(u"http://first.example/"_s, WindowState::AsOthers);
     QList<QUrl> urls;
     for (const QString &address : dragged)
         urls.append(QUrl(address));
@@ -258,7 +258,7 @@ void tst_FrameDrop::addressBarTakesTheAddress()
     m_frame->show();
     m_frame->activateWindow();
     QTRY_VERIFY(m_frame->isActiveWindow());
-    m_frame->openBrowserWindow(u"http://first.example/"_s, 0);
+    m_frame->openBrowserWindow(u"http://first.example/"_s, WindowState::AsOthers);
     // One that begins as what is dropped must not be added to it.
     m_frame->addAddress(text + "/more"_L1, false);
     addressField()->setText(u"what was there"_s);

@@ -197,7 +197,7 @@ void tst_FrameSideBars::searchOpensInTheActiveWindow()
 {
     writeEngines();
     showFrame();
-    m_frame->openBrowserWindow(u"http://start/"_s, 2);
+    m_frame->openBrowserWindow(u"http://start/"_s, WindowState::Maximized);
     press(Qt::Key_F3);
     type(u"a&b=c d"_s);
     QCOMPARE(FakeWebBrowser::made().size(), 1);
@@ -209,7 +209,7 @@ void tst_FrameSideBars::searchOpensInANewWindow()
 {
     writeEngines();
     showFrame();
-    m_frame->openBrowserWindow(u"http://start/"_s, 2);
+    m_frame->openBrowserWindow(u"http://start/"_s, WindowState::Maximized);
     press(Qt::Key_F3);
     search().findChild<QCheckBox *>(u"chkNewWindow"_s)->setChecked(true);
     type(u"cats"_s);

@@ -175,7 +175,7 @@ void tst_LinksBar::clickOpensTheAddressInTheActiveWindow()
     m_home->writeLink(u"Links/b.url"_s, "http://b/?c=d");
     links().rebuild(true);
     showFrame();
-    m_frame->openBrowserWindow(u"http://start/"_s, 2);
+    m_frame->openBrowserWindow(u"http://start/"_s, WindowState::Maximized);
     QTRY_VERIFY(button(3));
     FakeWebBrowser *page = FakeWebBrowser::made().last();
     QTest::mouseClick(button(3), Qt::LeftButton);
@@ -205,7 +205,7 @@ void tst_LinksBar::chevronOpensTheAddressToo()
     links().rebuild(true);
     showFrame();
     QTRY_VERIFY(band().hasChevron());
-    m_frame->openBrowserWindow(u"http://start/"_s, 2);
+    m_frame->openBrowserWindow(u"http://start/"_s, WindowState::Maximized);
     QObject owner;
     const QList<QAction *> rest = bar().overflowActions(&owner);
     QVERIFY(!rest.isEmpty());
@@ -393,7 +393,7 @@ void tst_LinksBar::menuOfThousands()
         m_home->writeLink(u"Links/a & %1.url"_s.arg(i, 4, 10, QChar(u'0')),
                           "http://" + QByteArray::number(i) + '/');
     showFrame();
-    m_frame->openBrowserWindow(u"http://start/"_s, 2);
+    m_frame->openBrowserWindow(u"http://start/"_s, WindowState::Maximized);
     links().rebuild(true);
     QTRY_VERIFY(!links().isPending());
     QTRY_VERIFY(band().hasChevron());

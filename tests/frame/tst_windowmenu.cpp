@@ -66,9 +66,12 @@ public:
     QWidget *window() override { return &m_window; }
     void adopt(QMdiSubWindow *child) override { area->adopt(child); }
     QMdiSubWindow *activeChild() const override { return area->activeChild(); }
-    void openBrowserWindow(const QString &, int) override { }
+    void openBrowserWindow(const QString &, WindowState) override { }
     void navigateActive(const QString &) override { }
-    int newWindowState() const override { return activeChild() ? 0 : 2; }
+    WindowState newWindowState() const override
+    {
+        return activeChild() ? WindowState::AsOthers : WindowState::Maximized;
+    }
     bool openProfile(const QString &, bool) override { return false; }
     WindowTabs &windowTabs() override { return *strip; }
     void setAddressText(const QString &url) override { addressText = url; }

@@ -51,7 +51,7 @@ private slots:
     void enterActs();
     void rightClickShowsTheMenu();
 
-    void layoutInTwips();
+    void layout();
     void narrowerThanTheButtons();
     void closeButton();
 
@@ -441,7 +441,7 @@ void tst_FavoritesBar::openInANewWindow()
     choose("mnuOpenNew");
     QTRY_COMPARE(m_frame->opened.size(), 1);
     QCOMPARE(m_frame->opened.first().url, u"http://a/"_s);
-    QCOMPARE(m_frame->opened.first().state, 2);
+    QCOMPARE(m_frame->opened.first().state, WindowState::Maximized);
     QVERIFY(m_frame->navigated.isEmpty());
 }
 
@@ -500,11 +500,10 @@ void tst_FavoritesBar::rightClickShowsTheMenu()
     QTRY_COMPARE(m_frame->opened.size(), 1);
 }
 
-void tst_FavoritesBar::layoutInTwips()
+void tst_FavoritesBar::layout()
 {
     m_bar->resize(301, 500);
     m_bar->show();
-    // 301 pixels are 4515 twips: the buttons are 2077.5, that is 2078, twips wide.
     QCOMPARE(control(u"cmdAdd"_s)->geometry(), QRect(0, 0, 139, 24));
     QCOMPARE(control(u"cmdOrganize"_s)->geometry(), QRect(139, 0, 138, 24));
     QCOMPARE(control(u"cmdExit"_s)->geometry(), QRect(277, 0, 24, 24));

@@ -175,7 +175,7 @@ void tst_SideBarCommands::searchInANewWindow()
     emit m_search->searchRequested(1, u"http://a/?q=x"_s);
     QCOMPARE(m_frame->opened.size(), 1);
     QCOMPARE(m_frame->opened.first().url, u"http://a/?q=x"_s);
-    QCOMPARE(m_frame->opened.first().state, 2);
+    QCOMPARE(m_frame->opened.first().state, WindowState::Maximized);
     QVERIFY(m_frame->navigated.isEmpty());
 }
 

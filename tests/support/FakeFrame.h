@@ -89,9 +89,15 @@ public:
     QWidget *window() override { return &m_window; }
     void adopt(QMdiSubWindow *child) override { area->addSubWindow(child); }
     QMdiSubWindow *activeChild() const override { return area->currentSubWindow(); }
-    void openBrowserWindow(const QString &url, int state) override { opened.append({url, state}); }
+    void openBrowserWindow(const QString &url, WindowState state) override
+    {
+        opened.append({url, state});
+    }
     void navigateActive(const QString &url) override { navigated.append(url); }
-    int newWindowState() const override { return activeChild() ? 0 : 2; }
+    WindowState newWindowState() const override
+    {
+        return activeChild() ? WindowState::AsOthers : WindowState::Maximized;
+    }
     bool openProfile(const QString &, bool) override { return false; }
     WindowTabs &windowTabs() override { return tabs; }
     void setAddressText(const QString &url) override
@@ -146,7 +152,7 @@ public:
 
     struct Opened {
         QString url;
-        int state = 0;
+        WindowState state = WindowState::AsOthers;
     };
     struct Address {
         QString url;

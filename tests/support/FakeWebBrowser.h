@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Twips.h"
 #include "WebBrowser.h"
 
 #include <QPointer>
@@ -77,10 +76,8 @@ public:
     void move(int left, int top, int width, int height) override
     {
         moves.append(QRect(left, top, width, height));
-        if (m_widget) {
-            m_widget->setGeometry(Twips::toPixels(left), Twips::toPixels(top),
-                                  Twips::toPixels(width), Twips::toPixels(height));
-        }
+        if (m_widget)
+            m_widget->setGeometry(left, top, width, height);
     }
     QString locationUrl() const override { return location; }
     bool hasDocument() const override { return holdsDocument; }
@@ -103,7 +100,7 @@ public:
     QStringList navigatedForPage;
     QList<Exec> executed;
     QList<int> refreshLevels;
-    /// Twips.
+    /// Pixels.
     QList<QRect> moves;
     QString location;
     QString markup;

@@ -588,8 +588,8 @@ void tst_popuporder::catcherMovesTwice()
     QVERIFY(timer->isActive());
     engineOf(form)->moves.clear();
     QTRY_VERIFY(!timer->isActive());
-    const int height = form->innerHeight() - Twips::fromPixels(form->statusBar()->stripHeight());
-    const QList<QRect> expected{QRect(45, 45, form->innerWidth(), height),
+    const int height = form->innerHeight() - form->statusBar()->stripHeight();
+    const QList<QRect> expected{QRect(3, 3, form->innerWidth(), height),
                                 QRect(0, 0, form->innerWidth(), height)};
     QCOMPARE(engineOf(form)->moves, expected);
 }

@@ -126,7 +126,7 @@ void tst_exitwhileasked::messageWhileWindowsOpen()
     });
     look.start(10);
     for (int i = 0; i < 10; ++i)
-        m_session->frame->openBrowserWindow(says, 0);
+        m_session->frame->openBrowserWindow(says, WindowState::AsOthers);
     QTRY_VERIFY(closed);
     QTRY_COMPARE(m_session->windows(), 0);
     QTRY_VERIFY(m_session->frame->findChildren<BrowserWindow *>().isEmpty());

@@ -78,7 +78,7 @@ void tst_Keyboard::init()
 
 void tst_Keyboard::openSecond() const
 {
-    m_session->frame->openBrowserWindow(url(u"/more"_s), 0);
+    m_session->frame->openBrowserWindow(url(u"/more"_s), WindowState::AsOthers);
     QTRY_VERIFY(m_session->shows(url(u"/more"_s)));
     QTRY_VERIFY(pageHasKeyboard());
 }

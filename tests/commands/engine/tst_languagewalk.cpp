@@ -119,7 +119,8 @@ void tst_LanguageWalk::everyLanguageAndBack()
 {
     const QStringList paths{u"/home"_s, u"/one"_s, u"/two"_s};
     for (int number = 1; number < 10; ++number)
-        m_session->frame->openBrowserWindow(m_session->server.url(paths.at(number % 3)), 0);
+        m_session->frame->openBrowserWindow(m_session->server.url(paths.at(number % 3)),
+                                            WindowState::AsOthers);
     QCOMPARE(m_session->windows(), 10);
     for (const BrowserWindow *window : browserForms()) {
         const WebBrowser &engine = *window->browser();

@@ -171,7 +171,8 @@ void tst_MenuItems::describeFile()
                                          }};
     m_items[u"mnuFileClose"_s] = {{}, noWindow};
     m_items[u"mnuFileCloseAll"_s] = {
-        [this] { m_session->frame->openBrowserWindow(url(u"/two"_s), 0); }, noWindow};
+        [this] { m_session->frame->openBrowserWindow(url(u"/two"_s), WindowState::AsOthers); },
+        noWindow};
     m_items[u"mnuFileProperties"_s] = {{}, [] { return dialogIs("dlgProperties"); }};
     m_items[u"mnuFilePageSetup"_s] = {{}, [] { return dialogIs("dlgPageSetup"); }};
     m_items[u"mnuFilePrint"_s] = {{}, [] { return dialogIs("dlgPrint"); }};

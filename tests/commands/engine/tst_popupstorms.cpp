@@ -109,7 +109,7 @@ void tst_popupstorms::closeAll()
 /// page is there.
 void tst_popupstorms::proveNothingElseOpens()
 {
-    m_frame->openBrowserWindow(m_server->url(u"/p"_s), 0);
+    m_frame->openBrowserWindow(m_server->url(u"/p"_s), WindowState::AsOthers);
     QTRY_COMPARE(browserForms().size(), 1);
     QTRY_COMPARE(browserForms().first()->windowTitle(), u"popup"_s);
     QCOMPARE(browserForms().size(), 1);

@@ -93,8 +93,8 @@ void tst_Profiles::savedPagesComeBack()
     const QStringList addresses{url(u"/one"_s), url(u"/two?a=b;c&d=%C3%BC#part"_s),
                                 url(u"/home"_s)};
     m_session->start(addresses.at(0));
-    m_session->frame->openBrowserWindow(addresses.at(1), 0);
-    m_session->frame->openBrowserWindow(addresses.at(2), 0);
+    m_session->frame->openBrowserWindow(addresses.at(1), WindowState::AsOthers);
+    m_session->frame->openBrowserWindow(addresses.at(2), WindowState::AsOthers);
     QTRY_VERIFY(allShown());
     const QString file = m_session->folder.file(u"Profiles/day.orp"_s);
     setFileDialogAnswerer([file](const FileDialogRequest &) -> std::optional<FileDialogAnswer> {
@@ -121,7 +121,7 @@ void tst_Profiles::sourceOfAPageComesBackAsThat()
     m_session->start(addresses.at(0));
     QTRY_VERIFY(allShown());
     QCOMPARE(m_session->location(), addresses.at(0));
-    m_session->frame->openBrowserWindow(addresses.at(1), 0);
+    m_session->frame->openBrowserWindow(addresses.at(1), WindowState::AsOthers);
     QTRY_VERIFY(allShown());
     m_session->active()->findChild<QWebEngineView *>()->page()->triggerAction(
         QWebEnginePage::ViewSource);

@@ -132,7 +132,7 @@ void tst_ScreenReader::profileIsReadWhileItLoads()
 void tst_ScreenReader::closedWindowsAreReadNoMore()
 {
     m_session->start(url(u"/one"_s));
-    m_session->frame->openBrowserWindow(url(u"/two"_s), 0);
+    m_session->frame->openBrowserWindow(url(u"/two"_s), WindowState::AsOthers);
     QTRY_VERIFY(read().contains(u"Second page"_s));
     m_session->active()->close();
     read();

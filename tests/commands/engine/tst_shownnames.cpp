@@ -69,7 +69,7 @@ void tst_shownnames::addressOnTheWay()
     start();
     const QString plain = url(u"/hang"_s);
     const QString disguised = QString(plain).replace("http://"_L1, "http://www.bank.example@"_L1);
-    m_session->frame->openBrowserWindow(disguised, 0);
+    m_session->frame->openBrowserWindow(disguised, WindowState::AsOthers);
     QTRY_COMPARE(m_session->server.count("/hang"), 1);
     QCOMPARE(m_session->active()->windowTitle(), plain);
     QCOMPARE(bar()->text(), plain);

@@ -92,7 +92,7 @@ void tst_WindowCommands::openMenu(const char *name) const
 
 void tst_WindowCommands::openSecond(const char *path)
 {
-    m_session->frame->openBrowserWindow(url(path), 0);
+    m_session->frame->openBrowserWindow(url(path), WindowState::AsOthers);
     QTRY_VERIFY(m_session->shows(url(path)));
 }
 
@@ -317,7 +317,7 @@ void tst_WindowCommands::stopAllStopsEveryPage()
     slow.silent = true;
     for (const char *path : {"/slow", "/slower"}) {
         m_session->server.reply(path, slow);
-        m_session->frame->openBrowserWindow(url(path), 0);
+        m_session->frame->openBrowserWindow(url(path), WindowState::AsOthers);
     }
     const QList<BrowserWindow *> windows = browserForms();
     QTRY_COMPARE(m_session->server.count("/slow"), 1);
@@ -562,7 +562,7 @@ void tst_WindowCommands::unsentTextSurvivesAPageThatFinishes()
 void tst_WindowCommands::manyWindowsCloseAtOnce()
 {
     for (int i = 0; i < 30; ++i)
-        m_session->frame->openBrowserWindow(u"About:Blank"_s, 0);
+        m_session->frame->openBrowserWindow(u"About:Blank"_s, WindowState::AsOthers);
     QCOMPARE(m_session->windows(), 31);
     QVERIFY(m_session->active()->isMaximized());
     QVERIFY(tab(m_session->active())->visibleRegion().boundingRect()
