@@ -72,9 +72,9 @@ QWidget *InternetOptionsDialog::makeButtons()
     const OptionsButtons buttons(translated(u"cmdApply"_s, u"A&pply"_s),
                                  translated(u"cmdCancel"_s, u"&Cancel"_s),
                                  translated(u"cmdSave"_s, u"&Save"_s));
-    connect(buttons.cmdApply, &QPushButton::clicked, this, &InternetOptionsDialog::applyOptions);
-    connect(buttons.cmdCancel, &QPushButton::clicked, this, &QDialog::close);
-    connect(buttons.cmdSave, &QPushButton::clicked, this, [this] {
+    connect(buttons.apply, &QPushButton::clicked, this, &InternetOptionsDialog::applyOptions);
+    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::close);
+    connect(buttons.save, &QPushButton::clicked, this, [this] {
         if (applyOptions())
             close();
     });

@@ -20,8 +20,8 @@ const QPushButton *addButton(QDialogButtonBox &box, const QString &name, const Q
 OptionsButtons::OptionsButtons(const QString &applyCaption, const QString &cancelCaption,
                                const QString &saveCaption)
     : box(new QDialogButtonBox)
-    , cmdApply(addButton(*box, u"cmdApply"_s, applyCaption, QDialogButtonBox::ApplyRole))
-    , cmdCancel(addButton(*box, u"cmdCancel"_s, cancelCaption, QDialogButtonBox::RejectRole))
-    , cmdSave(addButton(*box, u"cmdSave"_s, saveCaption, QDialogButtonBox::YesRole))
+    , apply(addButton(*box, u"cmdApply"_s, applyCaption, QDialogButtonBox::ApplyRole))
+    , cancel(addButton(*box, u"cmdCancel"_s, cancelCaption, QDialogButtonBox::RejectRole))
+    , save(addButton(*box, u"cmdSave"_s, saveCaption, QDialogButtonBox::YesRole))
 {
 }

@@ -13,8 +13,8 @@ struct OptionsButtons {
 
     /// Holds the buttons; the dialog puts it into its layout, which owns it then.
     QDialogButtonBox *box;
-    const QPushButton *cmdApply;
-    const QPushButton *cmdCancel;
+    const QPushButton *apply;
+    const QPushButton *cancel;
     /// Has not the accepting role: the dialog closes itself once the options are applied.
-    const QPushButton *cmdSave;
+    const QPushButton *save;
 };

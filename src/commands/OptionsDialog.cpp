@@ -12,6 +12,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cmath>
 
 #include "AppFolder.h"
@@ -23,7 +24,6 @@
 #include "NotSaved.h"
 #include "OptionsButtons.h"
 #include "ProgramInfo.h"
-#include "Settings.h"
 #include "StartUp.h"
 #include "WebBrowser.h"
 #include "Yield.h"
@@ -36,8 +36,20 @@ constexpr int blankPage = 0;
 constexpr int currentPageIndex = 1;
 constexpr int defaultPage = 2;
 constexpr int comfortableWidth = 440;
-/// The dialog has its own answer for a missing key, "off" as a number.
-constexpr Settings::Key killPopups{"Settings", "Kill-Popups", "0"};
+
+struct LabelledSwitch {
+    const char *group;
+    const Settings::Switch *setting;
+    const char *caption;
+};
+/// From top to bottom.
+constexpr LabelledSwitch labelledSwitches[] = {
+    {"FrameOptions1", &Settings::askOnExit, "Ask On Exit"},
+    {"FrameOptions1", &Settings::showSplash, "Show Splash Screen At Startup"},
+    {"FrameOptions2", &Settings::maximizeCatcher, "Maximize Catcher On By Default"},
+    {"FrameOptions2", &Settings::killPopups, "Kill Popup Windows By Default"},
+    {"FrameOptions2", &Settings::suppressScriptErrors, "Suppress Script Errors By Default"},
+};
 
 QString translated(const QString &key, const QString &text)
 {
@@ -58,9 +70,9 @@ QString plainCaption(QString caption)
 }
 
 /// False when the stored text is no number that fits a check box's 16 bits.
-bool fill(QCheckBox &box, const Settings::Key &key)
+bool fill(QCheckBox &box, const Settings::Switch &setting)
 {
-    const std::optional<double> number = Settings::readNumber(key);
+    const std::optional<double> number = setting.readNumber();
     if (!number)
         return false;
     const double whole = std::nearbyint(*number);
@@ -70,20 +82,10 @@ bool fill(QCheckBox &box, const Settings::Key &key)
     return true;
 }
 
-IniEntry entry(const Settings::Key &key, const QString &value)
-{
-    return {QString::fromLatin1(key.section), QString::fromLatin1(key.name), value};
-}
-
-IniEntry entry(const Settings::Key &key, const QCheckBox &box)
-{
-    return entry(key, box.isChecked() ? u"1"_s : u"0"_s);
-}
-
 QString addressOfCurrentPage(const Frame &frame)
 {
     if (!frame.activeChild())
-        return Settings::homeUrl();
+        return Settings::homeUrl.read();
     const BrowserWindow *active = activeBrowser(frame);
     return active ? active->browser()->locationUrl() : QString();
 }
@@ -119,22 +121,22 @@ OptionsDialog::OptionsDialog(Frame &frame, StartUpFrame &program)
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(makeHomePage());
-    layout->addWidget(makeStartAndExit());
-    layout->addWidget(makePages());
+    layout->addWidget(makeSwitches("FrameOptions1"));
+    layout->addWidget(makeSwitches("FrameOptions2"));
     layout->addWidget(makeLanguage());
     layout->addStretch();
     layout->addWidget(makeButtons());
     // Only inside its dialog does a button become the one that Enter presses.
     findChild<QPushButton *>(u"cmdSave"_s)->setDefault(true);
-    m_txtHomepageURL->setFocus();
+    m_homePage->setFocus();
 }
 
 QWidget *OptionsDialog::makeHomePage()
 {
     QGroupBox *group = makeGroup(u"FrameHomePage"_s, u"&Homepage URL"_s);
-    m_txtHomepageURL = new QLineEdit(ProgramInfo::homeUrl());
-    m_txtHomepageURL->setObjectName("txtHomepageURL"_L1);
-    m_txtHomepageURL->setMinimumWidth(comfortableWidth);
+    m_homePage = new QLineEdit(ProgramInfo::homeUrl());
+    m_homePage->setObjectName("txtHomepageURL"_L1);
+    m_homePage->setMinimumWidth(comfortableWidth);
     auto *row = new QHBoxLayout;
     const auto addButton = [this, row](const QString &name, const QString &caption, int index) {
         auto *button = new QPushButton(caption);
@@ -146,64 +148,50 @@ QWidget *OptionsDialog::makeHomePage()
     addButton(u"cmdHomeURL1"_s, u"C&urrent Page"_s, currentPageIndex);
     addButton(u"cmdHomeURL0"_s, u"&Blank Page"_s, blankPage);
     auto *layout = new QVBoxLayout(group);
-    layout->addWidget(m_txtHomepageURL);
+    layout->addWidget(m_homePage);
     layout->addLayout(row);
     return group;
 }
 
-QCheckBox *OptionsDialog::makeCheckBox(const QString &name, const QString &caption)
+QWidget *OptionsDialog::makeSwitches(const char *groupName)
 {
-    auto *box = new QCheckBox(caption);
-    box->setObjectName(name);
-    return box;
-}
-
-QWidget *OptionsDialog::makeStartAndExit()
-{
-    QGroupBox *group = makeGroup(u"FrameOptions1"_s);
-    m_chkAskOnExit = makeCheckBox(u"chkAskOnExit"_s, u"Ask On Exit"_s);
-    m_chkShowSplashScreen =
-        makeCheckBox(u"chkShowSplashScreen"_s, u"Show Splash Screen At Startup"_s);
+    QGroupBox *group = makeGroup(QString::fromLatin1(groupName));
     auto *layout = new QVBoxLayout(group);
-    layout->addWidget(m_chkAskOnExit);
-    layout->addWidget(m_chkShowSplashScreen);
+    for (const LabelledSwitch &each : labelledSwitches) {
+        if (qstrcmp(each.group, groupName) != 0)
+            continue;
+        auto *box = new QCheckBox(QString::fromLatin1(each.caption));
+        box->setObjectName(QLatin1StringView(each.setting->checkBox));
+        layout->addWidget(box);
+    }
     return group;
 }
 
-QWidget *OptionsDialog::makePages()
+QCheckBox *OptionsDialog::boxOf(const Settings::Switch &setting) const
 {
-    QGroupBox *group = makeGroup(u"FrameOptions2"_s);
-    m_chkMaxCatcher = makeCheckBox(u"chkMaxCatcher"_s, u"Maximize Catcher On By Default"_s);
-    m_chkKillPopups = makeCheckBox(u"chkKillPopups"_s, u"Kill Popup Windows By Default"_s);
-    m_chkSuppressScriptErrors =
-        makeCheckBox(u"chkSuppressScriptErrors"_s, u"Suppress Script Errors By Default"_s);
-    auto *layout = new QVBoxLayout(group);
-    layout->addWidget(m_chkMaxCatcher);
-    layout->addWidget(m_chkKillPopups);
-    layout->addWidget(m_chkSuppressScriptErrors);
-    return group;
+    return findChild<QCheckBox *>(QLatin1StringView(setting.checkBox));
 }
 
 QWidget *OptionsDialog::makeLanguage()
 {
     QGroupBox *group = makeGroup(u"Frame1"_s);
-    m_cboLanguage = new QComboBox;
-    m_cboLanguage->setObjectName("cboLanguage"_L1);
+    m_languages = new QComboBox;
+    m_languages->setObjectName("cboLanguage"_L1);
     auto *label = new QLabel(u"Interface Language:"_s);
     label->setObjectName("lblLanguage"_L1);
-    label->setBuddy(m_cboLanguage);
+    label->setBuddy(m_languages);
     auto *layout = new QHBoxLayout(group);
     layout->addWidget(label);
-    layout->addWidget(m_cboLanguage, 1);
+    layout->addWidget(m_languages, 1);
     return group;
 }
 
 QWidget *OptionsDialog::makeButtons()
 {
     const OptionsButtons buttons(u"&Apply"_s, u"&Cancel"_s, u"&Save"_s);
-    connect(buttons.cmdApply, &QPushButton::clicked, this, &OptionsDialog::applySettings);
-    connect(buttons.cmdCancel, &QPushButton::clicked, this, &QDialog::close);
-    connect(buttons.cmdSave, &QPushButton::clicked, this, [this] {
+    connect(buttons.apply, &QPushButton::clicked, this, &OptionsDialog::applySettings);
+    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::close);
+    connect(buttons.save, &QPushButton::clicked, this, [this] {
         const QPointer<OptionsDialog> self = this;
         if (applySettings() && self)
             self->close();
@@ -222,9 +210,9 @@ void OptionsDialog::applyCaptions()
     auto *label = findChild<QLabel *>(u"lblLanguage"_s);
     label->setText(translated(label->objectName(), label->text()));
     setWindowTitle(translated(u"Caption"_s, windowTitle()));
-    m_txtHomepageURL->setAccessibleName(
+    m_homePage->setAccessibleName(
         plainCaption(findChild<QGroupBox *>(u"FrameHomePage"_s)->title()));
-    m_cboLanguage->setAccessibleName(plainCaption(label->text()));
+    m_languages->setAccessibleName(plainCaption(label->text()));
     letPendingEventsRun();
 }
 
@@ -234,7 +222,7 @@ void OptionsDialog::load()
     applyCaptions();
     if (!self)
         return;
-    m_txtHomepageURL->setText(Settings::homeUrl());
+    m_homePage->setText(Settings::homeUrl.read());
     if (!fillSwitches())
         return;
     letPendingEventsRun();
@@ -244,44 +232,43 @@ void OptionsDialog::load()
 
 bool OptionsDialog::fillSwitches()
 {
-    return fill(*m_chkShowSplashScreen, Settings::ShowSplash)
-        && fill(*m_chkAskOnExit, Settings::AskOnExit) && fill(*m_chkKillPopups, killPopups)
-        && fill(*m_chkSuppressScriptErrors, Settings::SuppressScriptErrors)
-        && fill(*m_chkMaxCatcher, Settings::MaximizeCatcher);
+    return std::all_of(Settings::switches.begin(), Settings::switches.end(),
+                       [this](const Settings::Switch *setting) {
+                           return !setting->checkBox || fill(*boxOf(*setting), *setting);
+                       });
 }
 
 void OptionsDialog::fillLanguages()
 {
-    m_cboLanguage->addItems(languageFiles());
+    m_languages->addItems(languageFiles());
     // Without a match nothing is selected; the list itself would select its first entry.
-    m_cboLanguage->setCurrentIndex(
-        m_cboLanguage->findText(languageName(), Qt::MatchExactly | Qt::MatchCaseSensitive));
+    m_languages->setCurrentIndex(
+        m_languages->findText(languageName(), Qt::MatchExactly | Qt::MatchCaseSensitive));
 }
 
 void OptionsDialog::setHomeAddress(int index)
 {
     if (index == blankPage) {
-        m_txtHomepageURL->setText(u"About:Blank"_s);
+        m_homePage->setText(u"About:Blank"_s);
     } else if (index == currentPageIndex) {
         if (m_currentPage.isEmpty())
-            m_currentPage = Settings::homeUrl();
-        m_txtHomepageURL->setText(m_currentPage);
+            m_currentPage = Settings::homeUrl.read();
+        m_homePage->setText(m_currentPage);
     } else if (index == defaultPage) {
-        m_txtHomepageURL->setText(ProgramInfo::homeUrl());
+        m_homePage->setText(ProgramInfo::homeUrl());
     }
 }
 
 QList<IniEntry> OptionsDialog::entries() const
 {
-    QList<IniEntry> result{{u"Settings"_s, u"Home-URL"_s, m_txtHomepageURL->text()},
-                           entry(Settings::ShowSplash, *m_chkShowSplashScreen),
-                           entry(Settings::AskOnExit, *m_chkAskOnExit),
-                           entry(Settings::KillPopups, *m_chkKillPopups),
-                           entry(Settings::SuppressScriptErrors, *m_chkSuppressScriptErrors),
-                           entry(Settings::MaximizeCatcher, *m_chkMaxCatcher)};
+    QList<IniEntry> result{Settings::homeUrl.entry(m_homePage->text())};
+    for (const Settings::Switch *setting : Settings::switches) {
+        if (setting->checkBox)
+            result.append(setting->entry(boxOf(*setting)->isChecked()));
+    }
     // Without a choice the language stays what it is.
-    if (m_cboLanguage->currentIndex() >= 0)
-        result.append(entry(Settings::Language, m_cboLanguage->currentText()));
+    if (m_languages->currentIndex() >= 0)
+        result.append(Settings::language.entry(m_languages->currentText()));
     return result;
 }
 
@@ -289,14 +276,15 @@ QList<IniEntry> OptionsDialog::entries() const
 bool OptionsDialog::applySettings()
 {
     const QPointer<OptionsDialog> self = this;
-    const QString file = AppFolder::settingsPath();
-    const WriteResult result = writeIniEntries(entries(), file);
-    m_frame.menuItem(u"mnuToolsKillPopUps"_s)->setChecked(m_chkKillPopups->isChecked());
-    m_frame.setButtonPressed(u"PopupKiller"_s, m_chkKillPopups->isChecked());
-    m_frame.menuItem(u"mnuToolsMaximizeCatcher"_s)->setChecked(m_chkMaxCatcher->isChecked());
+    const WriteResult result = Settings::write(entries());
+    for (const Settings::Switch &actsAtOnce : {Settings::killPopups, Settings::maximizeCatcher}) {
+        m_frame.menuItem(QString::fromLatin1(actsAtOnce.menuItem))
+            ->setChecked(boxOf(actsAtOnce)->isChecked());
+    }
+    m_frame.setButtonPressed(u"PopupKiller"_s, boxOf(Settings::killPopups)->isChecked());
     startUp(m_program);
     applyCaptions();
     if (!result && self)
-        NotSaved::tell(this, file, result);
+        NotSaved::tell(this, AppFolder::settingsPath(), result);
     return bool(result);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "IniStore.h"
+#include "Settings.h"
 
 #include <QDialog>
 
@@ -33,12 +33,11 @@ public:
 
 private:
     QWidget *makeHomePage();
-    QWidget *makeStartAndExit();
-    QWidget *makePages();
+    QWidget *makeSwitches(const char *groupName);
     QWidget *makeLanguage();
     QWidget *makeButtons();
-    QCheckBox *makeCheckBox(const QString &name, const QString &caption);
 
+    QCheckBox *boxOf(const Settings::Switch &setting) const;
     void applyCaptions();
     bool fillSwitches();
     void fillLanguages();
@@ -49,11 +48,6 @@ private:
     Frame &m_frame;
     StartUpFrame &m_program;
     QString m_currentPage;
-    QLineEdit *m_txtHomepageURL;
-    QCheckBox *m_chkAskOnExit;
-    QCheckBox *m_chkShowSplashScreen;
-    QCheckBox *m_chkMaxCatcher;
-    QCheckBox *m_chkKillPopups;
-    QCheckBox *m_chkSuppressScriptErrors;
-    QComboBox *m_cboLanguage;
+    QLineEdit *m_homePage;
+    QComboBox *m_languages;
 };

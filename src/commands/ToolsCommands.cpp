@@ -34,7 +34,7 @@ bool isChecked(const Frame &frame, const QString &name)
 void togglePagesToHistory(Frame &frame)
 {
     const bool history = invert(frame, u"mnuToolsAddPagesToHistory"_s);
-    Settings::writeBoolean(Settings::AddToHistory, history).leaveToLog();
+    Settings::addToHistory.write(history).leaveToLog();
     const bool cache = isChecked(frame, u"mnuToolsAddFilesToCache"_s);
     if (history)
         frame.setNavigationFlags(cache ? 0 : NavFlags::NoWriteToCache);
@@ -47,7 +47,7 @@ void togglePagesToHistory(Frame &frame)
 void toggleFilesToCache(Frame &frame)
 {
     const bool cache = invert(frame, u"mnuToolsAddFilesToCache"_s);
-    Settings::writeBoolean(Settings::AddToCache, cache).leaveToLog();
+    Settings::addToCache.write(cache).leaveToLog();
     const bool history = isChecked(frame, u"mnuToolsAddPagesToHistory"_s);
     if (history == cache)
         frame.setNavigationFlags(history ? 0 : neither);

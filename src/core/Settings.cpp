@@ -1,49 +1,90 @@
 #include "Settings.h"
 
 #include "AppFolder.h"
-#include "IniStore.h"
-#include "ProgramInfo.h"
 #include "TextRules.h"
 
 using namespace Qt::StringLiterals;
 
 namespace Settings {
 
-QString read(const Key &key)
+namespace {
+
+QString keyOf(const char *key, int position)
 {
-    return readIni(QString::fromLatin1(key.section), QString::fromLatin1(key.name),
-                   QString::fromLatin1(key.missing), AppFolder::settingsPath());
+    return position > 0 ? QString::fromLatin1(key) + QString::number(position)
+                        : QString::fromLatin1(key);
 }
 
-std::optional<bool> readBoolean(const Key &key)
+template <typename Setting>
+QString stored(const Setting &setting, const QString &missing, int position = 0)
 {
-    return textToBoolean(read(key));
+    return readIni(QString::fromLatin1(setting.section), keyOf(setting.key, position), missing,
+                   AppFolder::settingsPath());
 }
 
-std::optional<double> readNumber(const Key &key)
+template <typename Setting>
+IniEntry entryOf(const Setting &setting, const QString &value, int position = 0)
 {
-    return textToNumber(read(key));
+    return {QString::fromLatin1(setting.section), keyOf(setting.key, position), value};
 }
 
-bool isOne(const Key &key)
+QString textOf(bool on, Form form)
 {
-    return readNumber(key) == 1.0;
+    if (form == TrueFalse)
+        return booleanText(on);
+    return on ? u"1"_s : u"0"_s;
 }
 
-WriteResult write(const Key &key, const QString &value)
-{
-    return writeIni(QString::fromLatin1(key.section), QString::fromLatin1(key.name), value,
-                    AppFolder::settingsPath());
 }
 
-WriteResult writeBoolean(const Key &key, bool value)
+std::optional<bool> Switch::read(int position) const
 {
-    return write(key, booleanText(value));
+    return textToBoolean(stored(*this, missing ? textOf(*missing, form) : QString(), position));
 }
 
-QString homeUrl()
+std::optional<double> Switch::readNumber() const
 {
-    return readIni(u"Settings"_s, u"Home-URL"_s, ProgramInfo::homeUrl(), AppFolder::settingsPath());
+    return textToNumber(stored(*this, textOf(missing.value_or(false), form)));
+}
+
+IniEntry Switch::entry(bool on, int position) const
+{
+    return entryOf(*this, textOf(on, form), position);
+}
+
+WriteResult Switch::write(bool on) const
+{
+    return Settings::write({entry(on)});
+}
+
+std::optional<double> Number::read(int position) const
+{
+    return textToNumber(stored(*this, missing ? QString::number(*missing) : QString(), position));
+}
+
+IniEntry Number::entry(qint64 value, int position) const
+{
+    return entryOf(*this, QString::number(value), position);
+}
+
+WriteResult Number::write(qint64 value) const
+{
+    return Settings::write({entry(value)});
+}
+
+QString Text::read() const
+{
+    return stored(*this, missing());
+}
+
+IniEntry Text::entry(const QString &text) const
+{
+    return entryOf(*this, text);
+}
+
+WriteResult write(const QList<IniEntry> &entries)
+{
+    return writeIniEntries(entries, AppFolder::settingsPath());
 }
 
 }

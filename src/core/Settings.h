@@ -1,48 +1,113 @@
 #pragma once
 
-#include "WriteResult.h"
+#include "IniStore.h"
+#include "ProgramInfo.h"
 
-#include <QString>
+#include <array>
 #include <optional>
 
-/// The settings file: every key once, with the text that stands for it while it is missing.
-/// Nothing is kept in memory; each call goes to the file.
+/// The settings file: every setting declared once. Nothing is kept in memory, each call goes to the
+/// file.
 namespace Settings {
 
-struct Key {
-    const char *section;
-    const char *name;
-    /// The value of a missing key, as text.
-    const char *missing;
+/// How a switch is written. Readers take either for a boolean, and any other number for "on".
+enum class Form {
+    /// By the menu item, at each toggle.
+    TrueFalse,
+    /// By a check box of the options dialog.
+    OneZero,
 };
 
-inline constexpr Key Language{"Options", "Language", "English"};
-inline constexpr Key ShowSplash{"Options", "Show-Splash", "1"};
-inline constexpr Key AskOnExit{"Settings", "AskOnExit", "1"};
-inline constexpr Key KillPopups{"Settings", "Kill-Popups", "False"};
-inline constexpr Key SmartPopupKiller{"Settings", "SmartPopupKiller", "True"};
-inline constexpr Key SuppressScriptErrors{"Settings", "Suppress-Script-Errors", "0"};
-inline constexpr Key MaximizeCatcher{"Settings", "Maximize-Catcher", "0"};
-inline constexpr Key AddToHistory{"Settings", "AddToHistory", "True"};
-inline constexpr Key AddToCache{"Settings", "AddToCache", "True"};
-inline constexpr Key ToolBar{"View", "Toolbar", "True"};
-inline constexpr Key FavoriteLinks{"View", "FavoriteLinks", "True"};
-inline constexpr Key TabStrip{"View", "TabStrip", "True"};
-inline constexpr Key AddressBar{"View", "AddressBar", "True"};
-inline constexpr Key SearchBar{"View", "SearchBar", "False"};
-inline constexpr Key Align{"ToolBar", "Align", "1"};
+struct Switch {
+    const char *section;
+    const char *key;
+    Form form;
+    /// What a missing one is. Nothing: what it switches stays as it is, a check box shows "off".
+    std::optional<bool> missing;
+    /// The item whose mark it is at the start, or null.
+    const char *menuItem = nullptr;
+    /// The check box of the options dialog that edits it, or null.
+    const char *checkBox = nullptr;
 
-QString read(const Key &key);
-/// Nothing when the stored text is no boolean.
-std::optional<bool> readBoolean(const Key &key);
-/// Nothing when the stored text is no number.
-std::optional<double> readNumber(const Key &key);
-/// True only for a number equal to 1: the way the splash and the exit question are switched.
-bool isOne(const Key &key);
-WriteResult write(const Key &key, const QString &value);
-/// As menu toggles write: "True" or "False".
-WriteResult writeBoolean(const Key &key, bool value);
+    /// Nothing when the stored text is no boolean. `position`: of the band it belongs to.
+    std::optional<bool> read(int position = 0) const;
+    /// As a check box takes it; nothing when the stored text is no number.
+    std::optional<double> readNumber() const;
+    /// True only for a number equal to 1: the way the splash and the exit question are switched.
+    bool isOne() const { return readNumber() == 1.0; }
+    IniEntry entry(bool on, int position = 0) const;
+    WriteResult write(bool on) const;
+};
 
-/// The home page: what the user chose, else the maker's page.
-QString homeUrl();
+struct Number {
+    const char *section;
+    const char *key;
+    /// Nothing: what it sets stays as it is.
+    std::optional<int> missing;
+
+    /// Nothing when the stored text is no number.
+    std::optional<double> read(int position = 0) const;
+    IniEntry entry(qint64 value, int position = 0) const;
+    WriteResult write(qint64 value) const;
+};
+
+struct Text {
+    const char *section;
+    const char *key;
+    QString (*missing)();
+
+    QString read() const;
+    IniEntry entry(const QString &text) const;
+};
+
+using enum Form;
+
+inline constexpr Text homeUrl{"Settings", "Home-URL", ProgramInfo::homeUrl};
+inline constexpr Text language{"Options", "Language", [] { return QStringLiteral("English"); }};
+
+// clang-format off
+inline constexpr Switch showSplash{
+    "Options", "Show-Splash", OneZero, true, nullptr, "chkShowSplashScreen"};
+inline constexpr Switch askOnExit{
+    "Settings", "AskOnExit", OneZero, true, nullptr, "chkAskOnExit"};
+inline constexpr Switch killPopups{
+    "Settings", "Kill-Popups", OneZero, {}, "mnuToolsKillPopUps", "chkKillPopups"};
+inline constexpr Switch suppressScriptErrors{
+    "Settings", "Suppress-Script-Errors", OneZero, false,
+    "mnuToolsScriptErrorSuppress", "chkSuppressScriptErrors"};
+inline constexpr Switch maximizeCatcher{
+    "Settings", "Maximize-Catcher", OneZero, false, "mnuToolsMaximizeCatcher", "chkMaxCatcher"};
+inline constexpr Switch smartPopupKiller{
+    "Settings", "SmartPopupKiller", TrueFalse, true, "mnuToolsSmartPopupKiller"};
+inline constexpr Switch addToHistory{
+    "Settings", "AddToHistory", TrueFalse, true, "mnuToolsAddPagesToHistory"};
+inline constexpr Switch addToCache{
+    "Settings", "AddToCache", TrueFalse, true, "mnuToolsAddFilesToCache"};
+inline constexpr Switch toolBar{
+    "View", "Toolbar", TrueFalse, true, "mnuViewToolBarVisible"};
+inline constexpr Switch favoriteLinks{
+    "View", "FavoriteLinks", TrueFalse, true, "mnuViewToolBarFavoriteLinks"};
+inline constexpr Switch tabStrip{
+    "View", "TabStrip", TrueFalse, true, "mnuViewToolBarTabStrip"};
+inline constexpr Switch addressBar{
+    "View", "AddressBar", TrueFalse, true, "mnuViewToolBarAddressBar"};
+inline constexpr Switch searchBar{
+    "View", "SearchBar", TrueFalse, false, "mnuViewSearchBar"};
+// clang-format on
+
+/// 1: at the top, 2: at the bottom.
+inline constexpr Number align{"ToolBar", "Align", 1};
+/// Of the band whose position in the strip stands behind the key.
+inline constexpr Switch bandNewRow{"ToolBar", "NewRow", TrueFalse, {}};
+/// Of such a band, twips.
+inline constexpr Number bandWidth{"ToolBar", "Width", {}};
+
+/// The switches with one place each; the options dialog reads and writes its own in this order.
+inline constexpr std::array switches{
+    &showSplash,      &askOnExit,        &killPopups,   &suppressScriptErrors,
+    &maximizeCatcher, &smartPopupKiller, &addToHistory, &addToCache,
+    &toolBar,         &favoriteLinks,    &tabStrip,     &addressBar,
+    &searchBar};
+
+WriteResult write(const QList<IniEntry> &entries);
 }

@@ -118,7 +118,7 @@ void CommandBars::clickBrowser(const QString &key)
     if (key == "Search"_L1)
         m_frame.run(u"mnuViewSearchBar"_s);
     else if (key == "Home"_L1)
-        m_frame.navigateActive(Settings::homeUrl());
+        m_frame.navigateActive(Settings::homeUrl.read());
     else
         actOnPage(key);
     letPendingEventsRun();

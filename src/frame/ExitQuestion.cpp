@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 bool mayExit(QWidget *frame)
 {
-    if (!Settings::isOne(Settings::AskOnExit))
+    if (!Settings::askOnExit.isOne())
         return true;
     const QString text =
         languageText(u"frmMain"_s, u"alertExit"_s, u"Are you sure you wish to exit"_s);

@@ -17,7 +17,7 @@ QPointer<BrowserWindow> openBrowserWindow(Frame &frame, const QString &url, Wind
 
     const QPointer form = new BrowserWindow(frame);
     form->startingLoad = loading;
-    form->startingAddress = url.isEmpty() ? Settings::homeUrl() : url;
+    form->startingAddress = url.isEmpty() ? Settings::homeUrl.read() : url;
     form->browser()->setSilent(frame.menuItem(u"mnuToolsScriptErrorSuppress"_s)->isChecked());
     frame.adopt(form);
     if (state == WindowState::Maximized)

@@ -193,7 +193,7 @@ void MainWindow::load()
     restoreBandLayout(*m_coolBar);
     show();
     letPendingEventsRun();
-    if (!m_closed && Settings::isOne(Settings::ShowSplash))
+    if (!m_closed && Settings::showSplash.isOne())
         showSplash(this);
     letPendingEventsRun();
     loadBlockedList();

@@ -22,12 +22,12 @@ bool invertMark(Frame &frame, const QString &item)
 }
 
 void registerBand(Frame &frame, CoolBar &bar, const QString &item, const QString &band,
-                  const Settings::Key &key, const std::function<void(bool)> &then = {})
+                  const Settings::Switch &setting, const std::function<void(bool)> &then = {})
 {
-    frame.handle(item, [&frame, &bar, item, band, key, then] {
+    frame.handle(item, [&frame, &bar, item, band, &setting, then] {
         const bool shown = invertMark(frame, item);
         bar.band(band)->setVisible(shown);
-        Settings::writeBoolean(key, shown).leaveToLog();
+        setting.write(shown).leaveToLog();
         if (then)
             then(shown);
     });
@@ -39,7 +39,7 @@ void registerDocking(Frame &frame, FrameBody &body, const QString &item, CoolBar
         body.dockCoolBar(side);
         frame.menuItem(u"mnuViewToolBarTop"_s)->setChecked(side == CoolBar::Dock::Top);
         frame.menuItem(u"mnuViewToolBarBottom"_s)->setChecked(side == CoolBar::Dock::Bottom);
-        Settings::write(Settings::Align, QString::number(static_cast<int>(side))).leaveToLog();
+        Settings::align.write(static_cast<int>(side)).leaveToLog();
     });
 }
 
@@ -58,15 +58,15 @@ void registerToolBarCommands(Frame &frame, CoolBar &bar, FrameBody &body, LinksB
         const bool shown = invertMark(frame, u"mnuViewToolBarVisible"_s);
         bar.setVisible(shown);
         enableBandItems(frame, shown);
-        Settings::writeBoolean(Settings::ToolBar, shown).leaveToLog();
+        Settings::toolBar.write(shown).leaveToLog();
     });
-    registerBand(frame, bar, u"mnuViewToolBarAddressBar"_s, u"Address"_s, Settings::AddressBar);
-    registerBand(frame, bar, u"mnuViewToolBarFavoriteLinks"_s, u"Links"_s, Settings::FavoriteLinks,
+    registerBand(frame, bar, u"mnuViewToolBarAddressBar"_s, u"Address"_s, Settings::addressBar);
+    registerBand(frame, bar, u"mnuViewToolBarFavoriteLinks"_s, u"Links"_s, Settings::favoriteLinks,
                  [&links](bool shown) {
                      if (shown)
                          links.fillIfEmpty();
                  });
-    registerBand(frame, bar, u"mnuViewToolBarTabStrip"_s, u"Tabs"_s, Settings::TabStrip);
+    registerBand(frame, bar, u"mnuViewToolBarTabStrip"_s, u"Tabs"_s, Settings::tabStrip);
     registerDocking(frame, body, u"mnuViewToolBarTop"_s, CoolBar::Dock::Top);
     registerDocking(frame, body, u"mnuViewToolBarBottom"_s, CoolBar::Dock::Bottom);
 }

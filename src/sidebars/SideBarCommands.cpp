@@ -49,7 +49,7 @@ void toggleSearchBar(Frame &frame, FavoritesBar &favorites, SearchBar &search)
     if (shown)
         hide(frame, favoritesBar(favorites));
     search.setVisible(shown);
-    Settings::writeBoolean(Settings::SearchBar, shown).leaveToLog();
+    Settings::searchBar.write(shown).leaveToLog();
     if (shown)
         search.setFocus();
     frame.setButtonPressed(side.button, shown);
@@ -61,7 +61,7 @@ void toggleFavoritesBar(Frame &frame, FavoritesBar &favorites, SearchBar &search
     const bool shown = invertMark(frame, side);
     if (shown) {
         hide(frame, searchBar(search));
-        Settings::writeBoolean(Settings::SearchBar, false).leaveToLog();
+        Settings::searchBar.write(false).leaveToLog();
     }
     favorites.setVisible(shown);
     frame.setButtonPressed(side.button, shown);

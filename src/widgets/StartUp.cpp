@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 void useStoredLanguage()
 {
     AppFolder::setSettingsPath(AppFolder::appData(u"Settings.ini"_s));
-    setLanguageName(Settings::read(Settings::Language));
+    setLanguageName(Settings::language.read());
 }
 
 void startUp(StartUpFrame &frame)

@@ -57,6 +57,6 @@ void registerNavigationCommands(Frame &frame)
     onEveryPage(frame, u"mnuNavigationStopAll"_s, stop);
     onEveryPage(frame, u"mnuNavigationRefreshAll"_s, refresh);
     frame.handle(u"mnuNavigationStartPage"_s,
-                 [&frame] { frame.navigateActive(Settings::homeUrl()); });
+                 [&frame] { frame.navigateActive(Settings::homeUrl.read()); });
     frame.beforeOpening(u"mnuNavigation"_s, [&frame] { enableItems(frame); });
 }

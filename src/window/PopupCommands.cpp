@@ -29,7 +29,7 @@ void registerPopupCommands(Frame &frame)
     frame.handle(u"mnuToolsSmartPopupKiller"_s, [&frame] {
         QAction *item = frame.menuItem(u"mnuToolsSmartPopupKiller"_s);
         item->setChecked(!item->isChecked());
-        Settings::writeBoolean(Settings::SmartPopupKiller, item->isChecked()).leaveToLog();
+        Settings::smartPopupKiller.write(item->isChecked()).leaveToLog();
     });
     frame.handle(u"mnuToolsSmartPopupBlockerList"_s,
                  [&frame] { (new BlockedListDialog(frame))->open(); });
