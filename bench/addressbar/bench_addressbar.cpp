@@ -1,6 +1,7 @@
 // What the address bar costs with a list of a hundred thousand addresses.
 
 #include "AddressBox.h"
+#include "Report.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -33,13 +34,6 @@ double usualMs(int times, const std::function<void(int)> &work)
     return taken.at((taken.size() - 1) * 95 / 100);
 }
 
-bool report(const char *what, double ms, double limitMs)
-{
-    QTextStream(stdout) << "addressbar: " << what << ' ' << QString::number(ms, 'f', 2)
-                        << " ms (limit " << limitMs << " ms)\n";
-    return ms <= limitMs;
-}
-
 QString address(int i)
 {
     return u"http://www.host%1.example/folder/%2/page.html"_s.arg(i % 1000).arg(i);
@@ -69,36 +63,39 @@ int main(int argc, char *argv[])
 
     for (int i = 0; i < addresses; ++i)
         bar.addItem(address(i), false);
+    Report report;
     bool good = true;
-    good &= report(
-        "AddItem, new",
-        usualMs(1000, [&](int i) { bar.addItem(u"http://new%1.example/"_s.arg(i), false); }), 1);
-    good &= report("AddItem, moved from the bottom",
-                   usualMs(1000, [&](int i) { bar.addItem(address(i), false); }), 1);
+    report.atMost(
+        u"AddItem, new"_s,
+        usualMs(1000, [&](int i) { bar.addItem(u"http://new%1.example/"_s.arg(i), false); }), 1,
+        u"ms"_s);
+    report.atMost(u"AddItem, moved from the bottom"_s,
+                  usualMs(1000, [&](int i) { bar.addItem(address(i), false); }), 1, u"ms"_s);
     const QString typed = u"www.host500.example/folder/77500/page.html"_s;
     combo->setFocus();
     typeKey(*combo, u'w');
     bar.setText({});
-    good &= report("keystroke with completion",
-                   usualMs(int(typed.size()), [&](int i) { typeKey(*combo, typed.at(i)); }), 5);
+    report.atMost(u"keystroke with completion"_s,
+                  usualMs(int(typed.size()), [&](int i) { typeKey(*combo, typed.at(i)); }), 5,
+                  u"ms"_s);
     if (bar.text() != u"http://"_s + typed) {
         QTextStream(stderr) << "addressbar: typing went wrong: " << bar.text() << '\n';
         return 1;
     }
-    good &= report("saving 1000 items",
-                   usualMs(11,
-                           [&](int i) {
-                               bar.addItem(address(i), false);
-                               good &= bool(bar.saveListTo(u"RecentSearches"_s, file, savedItems));
-                           }),
-                   20);
-    good &= report("loading 1000 items",
-                   usualMs(11,
-                           [&](int) {
-                               bar.clearList();
-                               bar.loadList(u"RecentSearches"_s, file, savedItems, false);
-                           }),
-                   20);
+    report.atMost(u"saving 1000 items"_s,
+                  usualMs(11,
+                          [&](int i) {
+                              bar.addItem(address(i), false);
+                              good &= bool(bar.saveListTo(u"RecentSearches"_s, file, savedItems));
+                          }),
+                  20, u"ms"_s);
+    report.atMost(u"loading 1000 items"_s,
+                  usualMs(11,
+                          [&](int) {
+                              bar.clearList();
+                              bar.loadList(u"RecentSearches"_s, file, savedItems, false);
+                          }),
+                  20, u"ms"_s);
     good &= bar.listCount() == savedItems;
-    return good ? 0 : 1;
+    return good && !report.failed() ? 0 : 1;
 }

@@ -12,6 +12,8 @@
 #include "NoFrame.h"
 #include "OrganizeFavoritesDialog.h"
 #include "Pulse.h"
+#include "Report.h"
+#include "Taken.h"
 
 #include <QApplication>
 #include <QDir>
@@ -20,7 +22,6 @@
 #include <QFile>
 #include <QMainWindow>
 #include <QTemporaryDir>
-#include <QTextStream>
 
 #include <algorithm>
 #include <libxml/HTMLparser.h>
@@ -40,12 +41,6 @@ constexpr double longestHoldMs = 100;
 double ms(const QElapsedTimer &timer)
 {
     return double(timer.nsecsElapsed()) / 1e6;
-}
-
-double median(QList<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.at(values.size() / 2);
 }
 
 double peakMemoryMb()
@@ -173,13 +168,6 @@ double exportMs(const QString &root, const QString &path)
     return result;
 }
 
-bool report(const char *what, double value, const char *unit, double limit)
-{
-    QTextStream(stdout) << "bookmarks: " << what << ' ' << QString::number(value, 'f', 2) << unit
-                        << " (limit " << limit << unit << ")\n";
-    return value <= limit;
-}
-
 // Each in a folder of its own, so that none pays for clearing up behind the one before; which one
 // comes first takes turns.
 double importTimesBare(const QString &path, const QTemporaryDir &folder, int round)
@@ -250,13 +238,12 @@ double organizeHoldMs(const QString &root)
     return result;
 }
 
-bool reportInterface(const QString &path, const QTemporaryDir &home)
+void measureInterface(const QString &path, const QTemporaryDir &home, Report &report)
 {
-    bool good = report("import and export, interface held",
-                       transfersHoldMs(path, home.filePath(u"out.html"_s)), " ms", longestHoldMs);
-    good &= report("organizing, interface held", organizeHoldMs(home.filePath(u"Favorites"_s)),
-                   " ms", longestHoldMs);
-    return good;
+    report.atMost(u"import and export, interface held"_s,
+                  transfersHoldMs(path, home.filePath(u"out.html"_s)), longestHoldMs, u"ms"_s);
+    report.atMost(u"organizing, interface held"_s, organizeHoldMs(home.filePath(u"Favorites"_s)),
+                  longestHoldMs, u"ms"_s);
 }
 }
 
@@ -270,8 +257,9 @@ int main(int argc, char *argv[])
         qFatal("cannot write the bookmark file");
 
     // First, as long as the peak of the memory is that of one import and one export.
-    bool good = reportInterface(path, folder);
-    good &= report("memory", peakMemoryMb(), " MB", mostMemoryMb);
+    Report report;
+    measureInterface(path, folder, report);
+    report.atMost(u"memory"_s, peakMemoryMb(), mostMemoryMb, u"MB"_s);
     QList<double> importing;
     QList<double> exporting;
     QList<double> reading;
@@ -283,11 +271,12 @@ int main(int argc, char *argv[])
         parsing.append(parserMs(path));
     }
 
-    QTextStream(stdout) << "bookmarks: read in " << median(reading) << " ms, HTML parser "
-                        << median(parsing) << " ms\n";
-    good &= report("reading, times the HTML parser", median(reading) / median(parsing), "",
-                   mostTimesParser);
-    good &= report("import, times creating the files", median(importing), "", mostTimesBare);
-    good &= report("export, times reading the files", median(exporting), "", mostTimesBare);
-    return good ? 0 : 1;
+    report.note(u"read in %1 ms, HTML parser %2 ms"_s.arg(median(reading)).arg(median(parsing)));
+    report.atMost(u"reading against the HTML parser"_s, median(reading) / median(parsing),
+                  mostTimesParser, u"times"_s);
+    report.atMost(u"import against creating the files"_s, median(importing), mostTimesBare,
+                  u"times"_s);
+    report.atMost(u"export against reading the files"_s, median(exporting), mostTimesBare,
+                  u"times"_s);
+    return report.failed() ? 1 : 0;
 }

@@ -1,12 +1,13 @@
 #include "Holds.h"
 
+#include "AppFolder.h"
 #include "Pages.h"
+#include "Places.h"
 #include "Report.h"
 #include "RichTextBox.h"
 #include "SourceEditor.h"
 #include "SourceWindow.h"
 #include "Taken.h"
-#include "TempAppFolder.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -119,7 +120,10 @@ namespace Holds {
 
 void measure(Report &report)
 {
-    const TempAppFolder folder;
+    const QTemporaryDir folder;
+    makeQuietFolder(folder.path());
+    AppFolder::setPath(folder.path());
+    AppFolder::setSettingsPath(AppFolder::appData(u"Settings.ini"_s));
     const QString page = QString::fromUtf8(Pages::generated(10 * megabyte));
     measureText(report, u"1 MB"_s, page.left(megabyte));
     measureText(report, u"10 MB"_s, page);

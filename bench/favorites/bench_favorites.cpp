@@ -4,6 +4,8 @@
 #include "FavoritesBar.h"
 #include "LinksFolder.h"
 #include "NoFrame.h"
+#include "Report.h"
+#include "Taken.h"
 
 #include <QApplication>
 #include <QDir>
@@ -11,7 +13,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTextStream>
 #include <QTimer>
 #include <QTreeWidget>
 #include <algorithm>
@@ -88,13 +89,6 @@ Filling fill(FavoritesBar &bar)
     result.ms = ms(total);
     return result;
 }
-
-bool report(const char *what, double value, const char *unit, double limit)
-{
-    QTextStream(stdout) << "favorites: " << what << ' ' << QString::number(value, 'f', 2) << unit
-                        << " (limit " << limit << unit << ")\n";
-    return value <= limit;
-}
 }
 
 int main(int argc, char *argv[])
@@ -123,11 +117,11 @@ int main(int argc, char *argv[])
         ratios.append(filled / bare);
         hold = std::max(hold, filling.longestHold);
     }
-    std::sort(ratios.begin(), ratios.end());
-    QTextStream(stdout) << "favorites: last round: bare " << bare << " ms, filled " << filled
-                        << " ms\n";
-    bool good = report("filling, times the bare cost", ratios.at(rounds / 2), "", mostTimesBare);
-    good &= report("interface held", hold, " ms", longestHoldMs);
+    Report report;
+    report.note(u"last round: bare %1 ms, filled %2 ms"_s.arg(bare).arg(filled));
+    report.atMost(u"filling against the bare cost"_s, median(ratios), mostTimesBare, u"times"_s);
+    report.atMost(u"interface held"_s, hold, longestHoldMs, u"ms"_s);
+    bool good = true;
     const int nodes = bar.findChild<QTreeWidget *>()->topLevelItemCount();
     good &= nodes == 10;
 
@@ -138,6 +132,7 @@ int main(int argc, char *argv[])
     QElapsedTimer timer;
     timer.start();
     good &= readLinksFolder().links.size() == barLinks;
-    good &= report("5000 links, times the bare cost", ms(timer) / bareLinks, "", mostTimesBare);
-    return good ? 0 : 1;
+    report.atMost(u"5000 links against the bare cost"_s, ms(timer) / bareLinks, mostTimesBare,
+                  u"times"_s);
+    return good && !report.failed() ? 0 : 1;
 }

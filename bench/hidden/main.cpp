@@ -1,22 +1,21 @@
 // What windows cost that are wholly covered: twenty animated pages behind a maximized one, against
 // the one visible page alone in a bare view.
 #include <QApplication>
-#include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <cstdio>
 #include <unistd.h>
 
 #include "AllCommands.h"
 #include "AppFolder.h"
 #include "BrowserWindow.h"
 #include "EngineStart.h"
-#include "IniStore.h"
 #include "MainWindow.h"
+#include "Places.h"
 #include "ProcessMemory.h"
+#include "Report.h"
 #include "StartUp.h"
 
 using namespace Qt::StringLiterals;
@@ -59,9 +58,9 @@ double bareTime(const QString &file, QSize size)
 {
     QProcess process;
     process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(
-        QString::fromLocal8Bit(BARE_VIEW),
-        {u"file://"_s + file, QString::number(size.width()), QString::number(size.height())});
+    process.start(QString::fromLocal8Bit(BARE),
+                  {u"view"_s, u"file://"_s + file, QString::number(size.width()),
+                   QString::number(size.height())});
     wait(settleMs);
     const double result = processorTime(process.processId());
     process.kill();
@@ -88,16 +87,13 @@ double ownTime(const QString &file, QSize *pageSize)
 
 int main(int argc, char **argv)
 {
-    const QTemporaryDir folder;
-    for (const char *place : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
-        qputenv(place, folder.filePath(u"home"_s).toLocal8Bit());
+    const FreshHome home;
+    home.use();
     chooseRenderingBackend();
     QApplication app(argc, argv);
-    QDir(folder.path()).mkpath(u"AppData"_s);
+    const QTemporaryDir folder;
+    makeQuietFolder(folder.path());
     AppFolder::setPath(folder.path());
-    const QString settings = AppFolder::appData(u"Settings.ini"_s);
-    writeIni(u"Options"_s, u"Show-Splash"_s, u"0"_s, settings).leaveToLog();
-    writeIni(u"Settings"_s, u"AskOnExit"_s, u"0"_s, settings).leaveToLog();
     QFile file(folder.filePath(u"page.html"_s));
     if (!file.open(QIODevice::WriteOnly) || file.write(page) != page.size())
         qFatal("no page");
@@ -108,10 +104,12 @@ int main(int argc, char **argv)
     const double own = ownTime(file.fileName(), &pageSize);
     stopEngine();
     const double bare = bareTime(file.fileName(), pageSize);
-    const double ratio = own / bare;
-    std::printf(
-        "hidden: %.0f ms of processor time in %d s with %d pages covered, bare view %.0f ms; "
-        "ratio %.3f (limit %.2f)%s\n",
-        own, spanMs / 1000, covered, bare, ratio, limit, ratio <= limit ? "" : " OVER");
-    return ratio <= limit ? 0 : 1;
+    Report report;
+    report.note(u"%1 ms of processor time in %2 s with %3 pages covered, bare view %4 ms"_s
+                    .arg(own, 0, 'f', 0)
+                    .arg(spanMs / 1000)
+                    .arg(covered)
+                    .arg(bare, 0, 'f', 0));
+    report.atMost(u"processor time"_s, own / bare, limit, u"times"_s);
+    return report.failed() ? 1 : 0;
 }

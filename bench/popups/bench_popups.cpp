@@ -2,15 +2,13 @@
 // limit is passed.
 #include "AppFolder.h"
 #include "BlockedList.h"
+#include "Report.h"
+#include "Taken.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
-#include <algorithm>
-#include <cstdio>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -51,22 +49,19 @@ QString address()
     return start + QString(addressLength - start.size(), u'a');
 }
 
-/// Milliseconds, the middle of several rounds.
+/// Milliseconds; -1 when the popup is not allowed.
 double measure()
 {
     const QString url = address();
-    std::vector<double> times;
+    QList<double> times;
     for (int round = 0; round < rounds; ++round) {
         bool cancel = false;
-        QElapsedTimer timer;
-        timer.start();
-        const bool allowed = isPopupAllowed(url, cancel);
-        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+        bool allowed = false;
+        times.append(takenBy([&] { allowed = isPopupAllowed(url, cancel); }).wall);
         if (!allowed)
             return -1;
     }
-    std::nth_element(times.begin(), times.begin() + rounds / 2, times.end());
-    return times[rounds / 2];
+    return median(times);
 }
 
 }
@@ -84,25 +79,24 @@ int main(int argc, char **argv)
     } sizes[] = {{1000, 0.3}, {100000, 20}};
     const struct {
         Shape shape;
-        const char *name;
-    } shapes[] = {
-        {Shape::Hosts, "hosts"}, {Shape::InnerStars, "inner stars"}, {Shape::Classes, "classes"}};
-    bool held = true;
+        QString name;
+    } shapes[] = {{Shape::Hosts, u"hosts"_s},
+                  {Shape::InnerStars, u"inner stars"_s},
+                  {Shape::Classes, u"classes"_s}};
+    Report report;
     for (const auto &size : sizes) {
         for (const auto &shape : shapes) {
             if (!fill(shape.shape, size.patterns))
                 return 2;
-            QElapsedTimer timer;
-            timer.start();
-            loadBlockedList();
-            const double loading = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+            const Taken loading = takenBy(loadBlockedList);
+            const QString what = u"%1 patterns (%2)"_s.arg(size.patterns).arg(shape.name);
             const double time = measure();
-            const bool ok = time >= 0 && time <= size.limit;
-            std::printf(
-                "%6d patterns (%-11s): test %8.4f ms, limit %5.1f ms: %s; loading %.1f ms\n",
-                size.patterns, shape.name, time, size.limit, ok ? "ok" : "TOO SLOW", loading);
-            held = held && ok;
+            if (time < 0)
+                report.missing(what + u": the popup was not allowed"_s);
+            else
+                report.atMost(what, time, size.limit, u"ms"_s);
+            report.note(u"      loading %1 ms"_s.arg(loading.wall, 0, 'f', 1));
         }
     }
-    return held ? 0 : 1;
+    return report.failed() ? 1 : 0;
 }

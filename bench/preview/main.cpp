@@ -5,7 +5,10 @@
 #include "EngineStart.h"
 #include "PageCommands.h"
 #include "PageSetup.h"
+#include "Places.h"
 #include "PrintPreview.h"
+#include "Report.h"
+#include "Taken.h"
 #include "WebBrowser.h"
 #include "WebPage.h"
 #include "WebView.h"
@@ -17,8 +20,6 @@
 #include <QPdfView>
 #include <QTemporaryDir>
 #include <QWebEngineView>
-#include <algorithm>
-#include <cstdio>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -117,12 +118,6 @@ double previewMs(WebPage &page)
     return taken;
 }
 
-double median(QList<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.at(values.size() / 2);
-}
-
 void load(QWebEngineView &view, const QUrl &url)
 {
     bool loaded = false;
@@ -153,22 +148,24 @@ int measure(const QUrl &url)
         engine.append(bareMs(bare));
         preview.append(previewMs(page));
     }
-    const double ratio = median(preview) / median(engine);
-    const bool kept = ratio <= ratioLimit;
-    std::printf("preview: medians of %d rounds; the engine's PDF of %d sheets %.1f ms, preview "
-                "%.1f ms, ratio %.3f (limit %.2f)%s\n",
-                rounds, sheets, median(engine), median(preview), ratio, ratioLimit,
-                kept ? "" : " OVER");
-    return kept ? 0 : 1;
+    Report report;
+    report.note(
+        u"medians of %1 rounds; the engine's PDF of %2 sheets %3 ms, preview %4 ms"_s.arg(rounds)
+            .arg(sheets)
+            .arg(median(engine), 0, 'f', 1)
+            .arg(median(preview), 0, 'f', 1));
+    report.atMost(u"preview against the engine's PDF"_s, median(preview) / median(engine),
+                  ratioLimit, u"times"_s);
+    return report.failed() ? 1 : 0;
 }
 
 }
 
 int main(int argc, char **argv)
 {
+    const FreshHome home;
+    home.use();
     const QTemporaryDir folder;
-    for (const char *variable : {"XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME"})
-        qputenv(variable, QFile::encodeName(folder.filePath(QLatin1String(variable))));
     chooseRenderingBackend();
     QApplication app(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);

@@ -1,22 +1,29 @@
 // Opening a profile against a bare program with as many views: time, memory, and how long the
 // interface is held; saving many windows.
 #include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QProcess>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
-#include <cstdio>
 
 #include "PageServer.h"
+#include "Places.h"
 #include "ProcessMemory.h"
+#include "Report.h"
+#include "Taken.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+const QByteArray page = R"(<!DOCTYPE html><title>A page of many</title><h1>A page of many</h1>
+<p>One paragraph of text, as small as a page can be.</p>
+<script>addEventListener('load', () => navigator.sendBeacon('/loaded' + location.pathname));</script>
+)";
 
 constexpr int rounds = 3;
 constexpr int pages = 100;
@@ -30,30 +37,13 @@ constexpr int sampleMs = 250;
 /// Both programs wait that long before they open anything.
 constexpr double settleMs = 1000;
 
-double median(QList<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.at(values.size() / 2);
-}
-
-bool report(const char *what, double value, double limit)
-{
-    const bool kept = value <= limit;
-    std::printf("profile: %s %.3f (limit %.2f)%s\n", what, value, limit, kept ? "" : " OVER");
-    std::fflush(stdout);
-    return kept;
-}
-
 /// An application folder with a profile of `count` of the server's pages.
 void makeFolder(const QTemporaryDir &folder, const PageServer &server, int count)
 {
-    QDir(folder.path()).mkpath(u"AppData"_s);
-    QDir(folder.path()).mkpath(u"Profiles"_s);
-    QFile settings(folder.filePath(u"AppData/Settings.ini"_s));
+    makeQuietFolder(folder.path());
     QFile profile(folder.filePath(u"Profiles/x.orp"_s));
-    if (!settings.open(QIODevice::WriteOnly) || !profile.open(QIODevice::WriteOnly))
-        qFatal("no application folder");
-    settings.write("[Options]\r\nShow-Splash=0\r\n[Settings]\r\nAskOnExit=0\r\n");
+    if (!profile.open(QIODevice::WriteOnly))
+        qFatal("no profile");
     profile.write("[Profile_URLS]\r\n");
     for (int i = 1; i <= count; ++i) {
         profile.write("URL" + QByteArray::number(i) + '=' + server.base().toUtf8()
@@ -76,25 +66,24 @@ enum class Sampling { Off, On };
 Run measure(PageServer &server, const QString &program, const QStringList &arguments, int count,
             bool prints, Sampling sampling)
 {
-    const QTemporaryDir home;
+    const FreshHome home;
     QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"HOME"_s, home.path());
-    for (const char *place : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
-        environment.insert(QLatin1StringView(place), home.filePath(QLatin1StringView(place)));
-    process.setProcessEnvironment(environment);
+    process.setProcessEnvironment(home.environment());
     process.setStandardErrorFile(QProcess::nullDevice());
-    server.forget();
     Run result;
+    QSet<int> loaded;
     QEventLoop loop;
     QElapsedTimer clock;
     const auto endWhenDone = [&] {
-        if (server.loaded() >= count && result.milliseconds == 0)
+        if (loaded.size() >= count && result.milliseconds == 0)
             result.milliseconds = double(clock.nsecsElapsed()) / 1e6 - settleMs;
-        if (server.loaded() >= count && (!prints || process.canReadLine()))
+        if (loaded.size() >= count && (!prints || process.canReadLine()))
             loop.quit();
     };
-    QObject::connect(&server, &PageServer::pageLoaded, &loop, endWhenDone);
+    QObject::connect(&server, &PageServer::told, &loop, [&](const QByteArray &, int number) {
+        loaded.insert(number);
+        endWhenDone();
+    });
     QObject::connect(&process, &QProcess::readyRead, &loop, endWhenDone);
     QTimer sample;
     QObject::connect(&sample, &QTimer::timeout, &loop, [&] {
@@ -119,17 +108,20 @@ struct Series {
     QList<double> memories;
 };
 
-bool reportMany(PageServer &server, const QString &program)
+void measureMany(PageServer &server, const QString &program, Report &report)
 {
     const QTemporaryDir folder;
     makeFolder(folder, server, manyPages);
     const QStringList arguments{folder.path(), folder.filePath(u"Profiles/x.orp"_s)};
     const Run run = measure(server, program, arguments, manyPages, true, Sampling::On);
-    std::printf("profile: %d pages: windows up in %s ms, all loaded in %s ms, peak %.0f MB, "
-                "interface held %s ms at most\n",
-                manyPages, run.figures.value(1).constData(), run.figures.value(2).constData(),
-                run.megabytes, run.figures.value(4).constData());
-    return report("saving 1000 windows, ms", run.figures.value(5).toDouble(), saveLimitMs);
+    report.note(
+        u"%1 pages: windows up in %2 ms, all loaded in %3 ms, peak %4 MB, interface held %5 "
+        "ms at most"_s.arg(manyPages)
+            .arg(QString::fromLatin1(run.figures.value(1)),
+                 QString::fromLatin1(run.figures.value(2)))
+            .arg(run.megabytes, 0, 'f', 0)
+            .arg(QString::fromLatin1(run.figures.value(4))));
+    report.atMost(u"saving 1000 windows"_s, run.figures.value(5).toDouble(), saveLimitMs, u"ms"_s);
 }
 
 }
@@ -138,15 +130,15 @@ int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     const QString program = QString::fromLocal8Bit(PROGRAM);
-    const QString bare = QString::fromLocal8Bit(BARE_VIEWS);
+    const QString bare = QString::fromLocal8Bit(BARE);
     // The backend the program picks by itself where there is no graphics device.
-    if (QDir(u"/dev/dri"_s).entryList({u"renderD*"_s}, QDir::System).isEmpty())
+    if (drawsInSoftware())
         qputenv("QT_QUICK_BACKEND", "software");
-    PageServer server;
+    PageServer server(page);
     const QTemporaryDir folder;
     makeFolder(folder, server, pages);
     const QStringList ourArguments{folder.path(), folder.filePath(u"Profiles/x.orp"_s)};
-    const QStringList bareArguments{server.base(), QString::number(pages)};
+    const QStringList bareArguments{u"views"_s, server.base(), QString::number(pages)};
     Series ours;
     Series others;
     QList<double> held;
@@ -161,13 +153,18 @@ int main(int argc, char **argv)
         ours.memories.append(
             measure(server, program, ourArguments, pages, true, Sampling::On).megabytes);
     }
-    std::printf("profile: medians of %d rounds, %d pages: bare views %.0f ms %.0f MB, Orvane %.0f "
-                "ms %.0f MB\n",
-                rounds, pages, median(others.times), median(others.memories), median(ours.times),
-                median(ours.memories));
-    bool kept = report("time ratio", median(ours.times) / median(others.times), timeLimit);
-    kept &= report("memory ratio", median(ours.memories) / median(others.memories), memoryLimit);
-    kept &= report("interface held, ms", median(held), heldLimitMs);
-    kept &= reportMany(server, program);
-    return kept ? 0 : 1;
+    Report report;
+    report.note(
+        u"medians of %1 rounds, %2 pages: bare views %3 ms %4 MB, Orvane %5 ms %6 MB"_s.arg(rounds)
+            .arg(pages)
+            .arg(median(others.times), 0, 'f', 0)
+            .arg(median(others.memories), 0, 'f', 0)
+            .arg(median(ours.times), 0, 'f', 0)
+            .arg(median(ours.memories), 0, 'f', 0));
+    report.atMost(u"time"_s, median(ours.times) / median(others.times), timeLimit, u"times"_s);
+    report.atMost(u"memory"_s, median(ours.memories) / median(others.memories), memoryLimit,
+                  u"times"_s);
+    report.atMost(u"interface held"_s, median(held), heldLimitMs, u"ms"_s);
+    measureMany(server, program, report);
+    return report.failed() ? 1 : 0;
 }

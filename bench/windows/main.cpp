@@ -1,14 +1,11 @@
 // Many windows: opening them, switching between them, arranging them, and what they weigh.
 #include <QAction>
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <algorithm>
-#include <cstdio>
 #include <unistd.h>
 
 #include "AllCommands.h"
@@ -16,34 +13,31 @@
 #include "BrowserWindow.h"
 #include "EngineStart.h"
 #include "Forms.h"
-#include "IniStore.h"
 #include "MainWindow.h"
+#include "PageServer.h"
+#include "Places.h"
 #include "ProcessMemory.h"
+#include "Report.h"
 #include "StartUp.h"
-#include "Watch.h"
+#include "Taken.h"
 #include "WindowMenu.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+const QByteArray page = R"(<!DOCTYPE html><title>A page of many</title><h1>A page of many</h1>
+<p>One paragraph of text, as small as a page can be.</p>
+<script>
+const tell = what => requestAnimationFrame(() => requestAnimationFrame(
+    () => navigator.sendBeacon('/' + what + location.pathname)));
+tell('first');
+document.addEventListener('visibilitychange', () => document.hidden || tell('again'));
+</script>)";
+
 constexpr int many = 100;
 constexpr int switches = 20;
 constexpr int settleMs = 2000;
-
-double median(QList<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.at(values.size() / 2);
-}
-
-bool report(const char *what, double value, double limit)
-{
-    const bool kept = value <= limit;
-    std::printf("windows: %s %.3f (limit %.2f)%s\n", what, value, limit, kept ? "" : " OVER");
-    std::fflush(stdout);
-    return kept;
-}
 
 void settle()
 {
@@ -53,7 +47,7 @@ void settle()
 }
 
 /// Windows 1 to `count` by turns, each shown by a click on its tab.
-double switchingTime(MainWindow &frame, Watch &watch, int count)
+double switchingTime(MainWindow &frame, PageServer &server, int count)
 {
     const QList<BrowserWindow *> forms = browserForms();
     QList<double> times;
@@ -63,35 +57,44 @@ double switchingTime(MainWindow &frame, Watch &watch, int count)
         if (next == shown)
             continue;
         const QString key = forms.at(next - 1)->tabKey();
-        times.append(watch.untilPainted(next, [&] { activateTab(frame, key); }));
+        times.append(server.untilTold(next, [&] { activateTab(frame, key); }));
         shown = next;
     }
     return median(times);
 }
 
-bool arrange(MainWindow &frame, const char *command)
+void arrange(MainWindow &frame, const QString &command, Report &report)
 {
     QElapsedTimer clock;
     clock.start();
-    frame.run(QString::fromLatin1(command));
-    return report(qPrintable(QString::fromLatin1(command) + u", ms"_s),
-                  double(clock.nsecsElapsed()) / 1e6, 300);
+    frame.run(command);
+    report.atMost(command, double(clock.nsecsElapsed()) / 1e6, 300, u"ms"_s);
+}
+
+/// Runs the event loop until so many pages have painted for the first time.
+void untilPainted(PageServer &server, int count)
+{
+    constexpr int limitMs = 60'000;
+    QEventLoop loop;
+    QObject::connect(&server, &PageServer::told, &loop, [&](const QByteArray &word, int) {
+        count -= word == "first";
+        if (count <= 0)
+            loop.quit();
+    });
+    QTimer::singleShot(limitMs, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 /// Of views as large as the windows here, which are maximized.
-double bareMemory(Watch &watch)
+double bareMemory(PageServer &server)
 {
-    const QTemporaryDir home;
+    const FreshHome home;
     QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"HOME"_s, home.path());
-    for (const char *place : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
-        environment.insert(QLatin1StringView(place), home.filePath(QLatin1StringView(place)));
-    process.setProcessEnvironment(environment);
+    process.setProcessEnvironment(home.environment());
     process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(QString::fromLocal8Bit(BARE_VIEWS),
-                  {watch.base(), QString::number(many), u"maximized"_s});
-    watch.untilFirstPaints(2 * many);
+    process.start(QString::fromLocal8Bit(BARE),
+                  {u"views"_s, server.base(), QString::number(many), u"maximized"_s});
+    untilPainted(server, many);
     settle();
     const double result = double(treeMemory(process.processId())) / 1024;
     process.kill();
@@ -99,15 +102,15 @@ double bareMemory(Watch &watch)
     return result;
 }
 
-bool measure(MainWindow &frame, Watch &watch)
+void measure(MainWindow &frame, PageServer &server, Report &report)
 {
     QList<double> early, late;
     double switchingTwo = 0;
     for (int number = 1; number <= many; ++number) {
-        const double time = watch.untilPainted(
-            number, [&] { frame.openBrowserWindow(watch.page(number), frame.newWindowState()); });
+        const double time = server.untilTold(
+            number, [&] { frame.openBrowserWindow(server.page(number), frame.newWindowState()); });
         if (number == 2)
-            switchingTwo = switchingTime(frame, watch, 2);
+            switchingTwo = switchingTime(frame, server, 2);
         if (number >= 8 && number <= 12)
             early.append(time);
         if (number > many - 5)
@@ -115,49 +118,49 @@ bool measure(MainWindow &frame, Watch &watch)
     }
     settle();
     const double memory = double(treeMemory(getpid())) / 1024;
-    const double switchingMany = switchingTime(frame, watch, many);
-    std::printf("windows: switching %.1f ms with 2, %.1f ms with %d; opening the 10th %.1f ms, the "
-                "100th %.1f ms\n",
-                switchingTwo, switchingMany, many, median(early), median(late));
-    bool kept = report("switching, 100 against 2", switchingMany / switchingTwo, 1.5);
-    kept &= report("opening, 100th against 10th", median(late) / median(early), 1.3);
+    const double switchingMany = switchingTime(frame, server, many);
+    report.note(u"switching %1 ms with 2, %2 ms with %3; opening the 10th %4 ms, the 100th %5 ms"_s
+                    .arg(switchingTwo, 0, 'f', 1)
+                    .arg(switchingMany, 0, 'f', 1)
+                    .arg(many)
+                    .arg(median(early), 0, 'f', 1)
+                    .arg(median(late), 0, 'f', 1));
+    report.atMost(u"switching, 100 against 2"_s, switchingMany / switchingTwo, 1.5, u"times"_s);
+    report.atMost(u"opening, 100th against 10th"_s, median(late) / median(early), 1.3, u"times"_s);
     for (const char *command :
          {"mnuWindowCascade", "mnuWindowTileHorizontal", "mnuWindowTileVertical",
           "mnuWindowMinimizeAll", "mnuWindowRestoreAll"})
-        kept &= arrange(frame, command);
-    const double bare = bareMemory(watch);
-    std::printf("windows: %.0f MB against %.0f MB of a bare program\n", memory, bare);
-    return kept & report("memory", memory / bare, 1.05);
+        arrange(frame, QString::fromLatin1(command), report);
+    const double bare = bareMemory(server);
+    report.note(
+        u"%1 MB against %2 MB of a bare program"_s.arg(memory, 0, 'f', 0).arg(bare, 0, 'f', 0));
+    report.atMost(u"memory"_s, memory / bare, 1.05, u"times"_s);
 }
 
 }
 
 int main(int argc, char **argv)
 {
-    const QTemporaryDir home;
-    for (const char *place : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
-        qputenv(place, home.filePath(QLatin1StringView(place)).toLocal8Bit());
+    const FreshHome home;
+    home.use();
     chooseRenderingBackend();
     QApplication app(argc, argv);
     const QTemporaryDir folder;
-    QDir(folder.path()).mkpath(u"AppData"_s);
+    makeQuietFolder(folder.path());
     AppFolder::setPath(folder.path());
-    const QString settings = AppFolder::appData(u"Settings.ini"_s);
-    writeIni(u"Options"_s, u"Show-Splash"_s, u"0"_s, settings).leaveToLog();
-    writeIni(u"Settings"_s, u"AskOnExit"_s, u"0"_s, settings).leaveToLog();
     startEngine();
-    bool kept = false;
+    Report report;
     {
-        Watch watch;
+        PageServer server(page);
         MainWindow frame;
         registerAllCommands(frame);
         frame.setCommandLine(u"about:blank"_s);
         startUp(frame);
         frame.run(u"mnuFileCloseAll"_s);
         settle();
-        kept = measure(frame, watch);
+        measure(frame, server, report);
         frame.close();
     }
     stopEngine();
-    return kept ? 0 : 1;
+    return report.failed() ? 1 : 0;
 }

@@ -1,15 +1,13 @@
 #include "PageServer.h"
 
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QTcpSocket>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QByteArray page = R"(<!DOCTYPE html><title>A page of many</title><h1>A page of many</h1>
-<p>One paragraph of text, as small as a page can be.</p>
-<script>addEventListener('load', () => navigator.sendBeacon('/loaded' + location.pathname));</script>
-)";
 
 QByteArray response(const QByteArray &body)
 {
@@ -19,7 +17,8 @@ QByteArray response(const QByteArray &body)
 
 }
 
-PageServer::PageServer()
+PageServer::PageServer(const QByteArray &page)
+    : m_page(page)
 {
     m_server.setListenBacklogSize(256);
     if (!m_server.listen(QHostAddress::LocalHost))
@@ -37,17 +36,36 @@ QString PageServer::base() const
     return u"http://127.0.0.1:%1/"_s.arg(m_server.serverPort());
 }
 
+QString PageServer::page(int number) const
+{
+    return base() + QString::number(number);
+}
+
 void PageServer::answer(QTcpSocket *socket)
 {
     if (!socket->canReadLine())
         return;
-    const QByteArray path = socket->readLine().split(' ').value(1);
+    const QByteArrayList path = socket->readLine().split(' ').value(1).split('/');
     socket->readAll();
-    const bool report = path.startsWith("/loaded/");
-    socket->write(response(report || path == "/favicon.ico" ? QByteArray() : page));
+    const bool isPage = path.size() == 2 && path.at(1).toInt() > 0;
+    socket->write(response(isPage ? m_page : QByteArray()));
     socket->disconnectFromHost();
-    if (report) {
-        m_loaded.insert(path);
-        emit pageLoaded();
-    }
+    if (path.size() == 3)
+        emit told(path.at(1), path.at(2).toInt());
+}
+
+double PageServer::untilTold(int number, const std::function<void()> &act)
+{
+    constexpr int limitMs = 60'000;
+    QEventLoop loop;
+    connect(this, &PageServer::told, &loop, [&](const QByteArray &, int which) {
+        if (which == number)
+            loop.quit();
+    });
+    QTimer::singleShot(limitMs, &loop, [number] { qFatal("nothing from page %d", number); });
+    QElapsedTimer clock;
+    clock.start();
+    act();
+    loop.exec();
+    return double(clock.nsecsElapsed()) / 1e6;
 }

@@ -16,6 +16,7 @@
 #include "MainWindow.h"
 #include "Pulse.h"
 #include "StartUp.h"
+#include "Taken.h"
 
 using namespace Qt::StringLiterals;
 
@@ -35,8 +36,7 @@ double saveMs(MainWindow &frame, const QString &folder)
         frame.run(u"mnuFileProfilesSave"_s);
         taken.append(double(clock.nsecsElapsed()) / 1e6);
     }
-    std::sort(taken.begin(), taken.end());
-    return taken.at(taken.size() / 2);
+    return median(taken);
 }
 
 int run(const QString &folder, const QString &profile)
