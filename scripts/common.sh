@@ -10,11 +10,13 @@ die() {
     exit 1
 }
 
-# The packages of the given groups (see packaging/debian-packages.txt).
+# The packages of the given groups for this release (see packaging/debian-packages.txt).
 packages() {
-    local group
+    local group here
+    here="$(. /etc/os-release && printf '%s' "${VERSION_ID-}")"
     for group in "$@"; do
-        awk -v group="$group" '$1 == group { print $2 }' "$root/packaging/debian-packages.txt"
+        awk -v group="$group" -v here="$here" '$1 == group && (NF == 2 || $3 == here) { print $2 }' \
+            "$root/packaging/debian-packages.txt"
     done
 }
 
