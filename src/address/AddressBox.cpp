@@ -121,12 +121,12 @@ void AddressBox::setSelText(const QString &text)
     m_edit->insertAsUser(text);
 }
 
-void AddressBox::addItem(const QString &Item, bool showText)
+void AddressBox::addItem(const QString &item, bool showText)
 {
-    m_model->putOnTop(Item);
+    m_model->putOnTop(item);
     if (!showText)
         return;
-    setText(Item);
+    setText(item);
     m_edit->end(false);
 }
 

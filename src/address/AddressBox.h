@@ -37,12 +37,12 @@ public:
     /// Replaces the selection (or inserts at the caret) as the user's own paste would.
     void setSelText(const QString &text);
 
-    /// Puts `Item` at the top of the list, where an equal older entry is removed (case counts);
+    /// Puts `item` at the top of the list, where an equal older entry is removed (case counts);
     /// shows it with the caret at its end when `showText`.
-    void addItem(const QString &Item, bool showText);
+    void addItem(const QString &item, bool showText);
     /// Empties the list; the text stays.
     void clearList();
-    /// Adds the values of Item0 to Item(count - 1), each at the top: the list comes out in
+    /// Adds the values of Item0 to item(count - 1), each at the top: the list comes out in
     /// reverse. An empty `iniFile` is the settings file.
     void loadList(const QString &section, const QString &iniFile, int count, bool selectNew);
     /// Writes the first `count` entries, empty where the list is shorter, in one replacement of
@@ -72,11 +72,11 @@ public:
 signals:
     /// An entry was chosen from the dropped list; the text is that entry.
     void clicked();
-    /// A key went down, and again when it comes up. Classic virtual key codes; Shift holds 1 for
-    /// shift, 2 for control, 4 for alt. 0 in KeyCode cancels the key. A held Enter is one press.
-    void keyDown(int &KeyCode, int &Shift);
+    /// A key went down, and again when it comes up. Classic virtual key codes; shift holds 1 for
+    /// shift, 2 for control, 4 for alt. 0 in keyCode cancels the key. A held Enter is one press.
+    void keyDown(int &keyCode, int &shift);
     /// A key that stands for a character; 0 cancels it, another value replaces it.
-    void keyPress(int &KeyAscii);
+    void keyPress(int &keyAscii);
     /// The field is what the user works in from now on; opening a menu, a drop-down or another
     /// window does not end that.
     void gotFocus();

@@ -46,8 +46,8 @@ QPushButton *addButton(QDialogButtonBox &box, const QString &name, const QString
 AddFavoriteDialog::AddFavoriteDialog(const Page &page, QWidget *owner)
     : QDialog(owner)
     , m_page(page)
-    , m_txtName(new QLineEdit)
-    , m_tvFolders(new FolderTree(page.root, text(u"strFavorites"_s, u"Favorites"_s)))
+    , m_name(new QLineEdit)
+    , m_tree(new FolderTree(page.root, text(u"strFavorites"_s, u"Favorites"_s)))
 {
     setObjectName("frmAddFavorite"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -55,10 +55,10 @@ AddFavoriteDialog::AddFavoriteDialog(const Page &page, QWidget *owner)
     setWindowTitle(text(u"Caption"_s, u"Add Favorite"_s));
     makeForm();
     resize(comfortableSize);
-    m_txtName->setText(page.title.simplified());
-    m_txtName->selectAll();
-    m_txtName->setFocus();
-    connect(m_tvFolders, &FolderTree::folderChanged, this, [this] { m_changed = true; });
+    m_name->setText(page.title.simplified());
+    m_name->selectAll();
+    m_name->setFocus();
+    connect(m_tree, &FolderTree::folderChanged, this, [this] { m_changed = true; });
     connect(this, &QDialog::finished, this, [this] {
         if (m_changed)
             emit changed();
@@ -67,9 +67,9 @@ AddFavoriteDialog::AddFavoriteDialog(const Page &page, QWidget *owner)
 
 void AddFavoriteDialog::makeForm()
 {
-    m_txtName->setObjectName("txtName"_L1);
-    m_txtName->setMaxLength(longestName);
-    m_tvFolders->setObjectName("tvFolders"_L1);
+    m_name->setObjectName("txtName"_L1);
+    m_name->setMaxLength(longestName);
+    m_tree->setObjectName("tvFolders"_L1);
     auto *newFolder = new QPushButton(text(u"cmdNewFolder"_s, u"New &Folder"_s));
     newFolder->setObjectName("cmdNewFolder"_L1);
     newFolder->setAutoDefault(false);
@@ -83,10 +83,10 @@ void AddFavoriteDialog::makeForm()
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(makeLabel(u"lblName"_s, u"&Name:"_s, m_txtName));
-    layout->addWidget(m_txtName);
-    layout->addWidget(makeLabel(u"lblFolder"_s, u"Create &in:"_s, m_tvFolders));
-    layout->addWidget(m_tvFolders, 1);
+    layout->addWidget(makeLabel(u"lblName"_s, u"&Name:"_s, m_name));
+    layout->addWidget(m_name);
+    layout->addWidget(makeLabel(u"lblFolder"_s, u"Create &in:"_s, m_tree));
+    layout->addWidget(m_tree, 1);
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(newFolder);
     bottom->addWidget(buttons, 1);
@@ -97,8 +97,8 @@ void AddFavoriteDialog::addFavorite()
 {
     const QString host = QUrl(m_page.url).host();
     const QString fallback = FavoriteFile::name(host, u"Favorite"_s);
-    const QString name = FavoriteFile::name(m_txtName->text(), fallback);
-    if (!FavoriteFile::create(m_tvFolders->folder(), name, m_page.url, title())) {
+    const QString name = FavoriteFile::name(m_name->text(), fallback);
+    if (!FavoriteFile::create(m_tree->folder(), name, m_page.url, title())) {
         QApplication::beep();
         return;
     }
@@ -110,15 +110,15 @@ void AddFavoriteDialog::addFavorite()
 QString AddFavoriteDialog::title() const
 {
     const QString whole = m_page.title.simplified();
-    const QString typed = m_txtName->text();
+    const QString typed = m_name->text();
     return typed == whole.left(typed.size()) && typed.size() == longestName ? whole
                                                                             : typed.simplified();
 }
 
 void AddFavoriteDialog::makeFolder()
 {
-    m_tvFolders->setFocus();
+    m_tree->setFocus();
     const QString english = u"New Folder"_s;
-    if (!m_tvFolders->addFolder(FavoriteFile::name(text(u"strNewFolder"_s, english), english)))
+    if (!m_tree->addFolder(FavoriteFile::name(text(u"strNewFolder"_s, english), english)))
         QApplication::beep();
 }

@@ -32,7 +32,7 @@ private:
     void makeFolder();
 
     Page m_page;
-    QLineEdit *m_txtName;
-    FolderTree *m_tvFolders;
+    QLineEdit *m_name;
+    FolderTree *m_tree;
     bool m_changed = false;
 };

@@ -20,7 +20,6 @@
 #include <QPushButton>
 #include <QToolButton>
 
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -41,25 +40,25 @@ void place(QWidget &control, const QRect &rect)
 FavoritesBar::FavoritesBar(Frame &frame, QWidget *parent)
     : QWidget(parent)
     , m_frame(frame)
-    , m_cmdAdd(new QPushButton(u"&Add Favorite"_s, this))
-    , m_cmdOrganize(new QPushButton(u"&Organize"_s, this))
-    , m_cmdExit(makeCloseButton(this))
-    , m_tvFavorites(new FavoritesTree(this))
+    , m_add(new QPushButton(u"&Add Favorite"_s, this))
+    , m_organize(new QPushButton(u"&Organize"_s, this))
+    , m_exit(makeCloseButton(this))
+    , m_tree(new FavoritesTree(this))
     , m_contextMenu(new QMenu(u"&Context Menu"_s, this))
 {
     // Shown by its command only, whatever shows the window it is in.
     hide();
-    m_cmdAdd->setObjectName("cmdAdd"_L1);
-    m_cmdOrganize->setObjectName("cmdOrganize"_L1);
-    m_tvFavorites->setObjectName("tvFavorites"_L1);
-    m_tvFavorites->setAccessibleName(u"Favorites"_s);
+    m_add->setObjectName("cmdAdd"_L1);
+    m_organize->setObjectName("cmdOrganize"_L1);
+    m_tree->setObjectName("tvFavorites"_L1);
+    m_tree->setAccessibleName(u"Favorites"_s);
     makeContextMenu();
     m_slice.setInterval(0);
     connect(&m_slice, &QTimer::timeout, this, &FavoritesBar::continueRefresh);
-    connect(m_cmdAdd, &QPushButton::clicked, this, &FavoritesBar::addCurrentPage);
-    connect(m_cmdOrganize, &QPushButton::clicked, this, &FavoritesBar::organize);
-    connect(m_cmdExit, &QToolButton::clicked, this, &FavoritesBar::exitRequested);
-    connect(m_tvFavorites, &FavoritesTree::nodeClicked, this,
+    connect(m_add, &QPushButton::clicked, this, &FavoritesBar::addCurrentPage);
+    connect(m_organize, &QPushButton::clicked, this, &FavoritesBar::organize);
+    connect(m_exit, &QToolButton::clicked, this, &FavoritesBar::exitRequested);
+    connect(m_tree, &FavoritesTree::nodeClicked, this,
             [this](FavoriteNode *node, const QPoint &at) { nodeClicked(*node, at); });
 }
 
@@ -146,7 +145,7 @@ void FavoritesBar::removeAllNodes()
     m_walk.reset();
     m_nodes.clear();
     m_unfinished.reset();
-    m_tvFavorites->clear();
+    m_tree->clear();
 }
 
 void FavoritesBar::reopenFolders()
@@ -158,13 +157,13 @@ void FavoritesBar::reopenFolders()
     m_wereOpen.clear();
 }
 
-std::optional<qint64> FavoritesBar::findFavorites(QString &Path, const QString &pattern,
+std::optional<qint64> FavoritesBar::findFavorites(QString &path, const QString &pattern,
                                                   qint16 &fileCount, qint16 &dirCount)
 {
     const QPointer<FavoritesBar> self(this);
-    FolderWalk walk(Path, pattern, fileCount, dirCount,
-                    [&self](const QString &path, const FolderListing::Entry &entry, bool isFile) {
-                        self->addNode(path, entry, isFile);
+    FolderWalk walk(path, pattern, fileCount, dirCount,
+                    [&self](const QString &folder, const FolderListing::Entry &entry, bool isFile) {
+                        self->addNode(folder, entry, isFile);
                     });
     QElapsedTimer sinceYield;
     sinceYield.start();
@@ -182,23 +181,23 @@ std::optional<qint64> FavoritesBar::findFavorites(QString &Path, const QString &
 }
 
 // A node whose key is there already, or whose folder is not, is left out.
-void FavoritesBar::addNode(const QString &Path, const FolderListing::Entry &entry, bool IsFile)
+void FavoritesBar::addNode(const QString &path, const FolderListing::Entry &entry, bool isFile)
 {
-    const QString &Name = entry.name;
-    const QString key = IsFile ? Path + Name : Path + Name + u'/';
-    const bool atTop = Path == m_favoritesRoot;
-    FavoriteNode *parent = atTop ? nullptr : m_nodes.value(Path);
+    const QString &name = entry.name;
+    const QString key = isFile ? path + name : path + name + u'/';
+    const bool atTop = path == m_favoritesRoot;
+    FavoriteNode *parent = atTop ? nullptr : m_nodes.value(path);
     if (!atTop && !parent)
         return;
     FavoriteNode *&node = m_nodes[key];
     if (node)
         return;
-    if (IsFile) {
-        node = new FavoriteNode(FavoriteNode::Kind::Link, key, InternetShortcut::caption(Name));
+    if (isFile) {
+        node = new FavoriteNode(FavoriteNode::Kind::Link, key, InternetShortcut::caption(name));
         if (entry.isPlainFile)
             node->setTag(InternetShortcut::urlOfPlainFile(key, entry.size));
     } else {
-        node = new FavoriteNode(FavoriteNode::Kind::Folder, key, Name);
+        node = new FavoriteNode(FavoriteNode::Kind::Folder, key, name);
     }
     if (atTop) {
         showFinishedNode();
@@ -213,7 +212,7 @@ void FavoritesBar::addNode(const QString &Path, const FolderListing::Entry &entr
 void FavoritesBar::showFinishedNode()
 {
     if (m_unfinished)
-        m_tvFavorites->addTopLevelItem(m_unfinished.release());
+        m_tree->addTopLevelItem(m_unfinished.release());
 }
 
 void FavoritesBar::nodeClicked(FavoriteNode &node, const QPoint &at)
@@ -287,8 +286,8 @@ QSize FavoritesBar::sizeHint() const
 // Both captions are readable, the buttons being of one width.
 QSize FavoritesBar::minimumSizeHint() const
 {
-    const int widest = std::max(m_cmdAdd->sizeHint().width(), m_cmdOrganize->sizeHint().width());
-    return {2 * widest + buttonHeight, buttonHeight + m_tvFavorites->minimumSizeHint().height()};
+    const int widest = std::max(m_add->sizeHint().width(), m_organize->sizeHint().width());
+    return {2 * widest + buttonHeight, buttonHeight + m_tree->minimumSizeHint().height()};
 }
 
 void FavoritesBar::resizeEvent(QResizeEvent *event)
@@ -297,8 +296,8 @@ void FavoritesBar::resizeEvent(QResizeEvent *event)
     // Of an odd number of pixels the first button has one more.
     const int both = width() - buttonHeight;
     const int first = (both + 1) / 2;
-    place(*m_cmdAdd, {0, 0, first, buttonHeight});
-    place(*m_cmdOrganize, {first, 0, both - first, buttonHeight});
-    place(*m_cmdExit, {both, 0, buttonHeight, buttonHeight});
-    place(*m_tvFavorites, {0, buttonHeight, width(), height() - buttonHeight});
+    place(*m_add, {0, 0, first, buttonHeight});
+    place(*m_organize, {first, 0, both - first, buttonHeight});
+    place(*m_exit, {both, 0, buttonHeight, buttonHeight});
+    place(*m_tree, {0, buttonHeight, width(), height() - buttonHeight});
 }

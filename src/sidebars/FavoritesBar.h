@@ -35,10 +35,10 @@ public:
     /// True until the tree shows all there is.
     bool isRefreshing() const { return m_walk != nullptr; }
 
-    /// Walks `Path`, adds a node for everything in it, and returns the summed size of the files
+    /// Walks `path`, adds a node for everything in it, and returns the summed size of the files
     /// that match `pattern`; nothing when there were more files or folders than a count can
-    /// hold. `Path` gets the trailing slash it lacks. Pending events run meanwhile.
-    std::optional<qint64> findFavorites(QString &Path, const QString &pattern, qint16 &fileCount,
+    /// hold. `path` gets the trailing slash it lacks. Pending events run meanwhile.
+    std::optional<qint64> findFavorites(QString &path, const QString &pattern, qint16 &fileCount,
                                         qint16 &dirCount);
 
     /// Asks for a name and a folder for the active window's page, and writes the shortcut. Beeps
@@ -73,17 +73,17 @@ private:
     void removeAllNodes();
     void reopenFolders();
     void showFinishedNode();
-    void addNode(const QString &Path, const FolderListing::Entry &entry, bool IsFile);
+    void addNode(const QString &path, const FolderListing::Entry &entry, bool isFile);
     void nodeClicked(FavoriteNode &node, const QPoint &at);
     void contextMenuClosed();
     void openLink();
     void openNew();
 
     Frame &m_frame;
-    QPushButton *m_cmdAdd;
-    QPushButton *m_cmdOrganize;
-    QToolButton *m_cmdExit;
-    FavoritesTree *m_tvFavorites;
+    QPushButton *m_add;
+    QPushButton *m_organize;
+    QToolButton *m_exit;
+    FavoritesTree *m_tree;
     QMenu *m_contextMenu;
 
     QString m_favoritesRoot;

@@ -22,7 +22,7 @@ QString text(const QString &key, const QString &english)
 
 OrganizeFavoritesDialog::OrganizeFavoritesDialog(const QString &root, QWidget *owner)
     : QDialog(owner)
-    , m_tvFavorites(new OrganizeTree(root))
+    , m_tree(new OrganizeTree(root))
 {
     setObjectName("frmOrganizeFavorites"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -30,7 +30,7 @@ OrganizeFavoritesDialog::OrganizeFavoritesDialog(const QString &root, QWidget *o
     setWindowTitle(text(u"Caption"_s, u"Organize Favorites"_s));
     makeForm();
     resize(comfortableSize);
-    m_tvFavorites->setFocus();
+    m_tree->setFocus();
 }
 
 QPushButton *OrganizeFavoritesDialog::makeButton(const QString &name, const QString &english)
@@ -43,27 +43,27 @@ QPushButton *OrganizeFavoritesDialog::makeButton(const QString &name, const QStr
 
 void OrganizeFavoritesDialog::makeForm()
 {
-    m_tvFavorites->setObjectName("tvOrganize"_L1);
-    m_tvFavorites->setAccessibleName(text(u"strFavorites"_s, u"Favorites"_s));
+    m_tree->setObjectName("tvOrganize"_L1);
+    m_tree->setAccessibleName(text(u"strFavorites"_s, u"Favorites"_s));
     auto *hint = new QLabel(
         text(u"lblHint"_s, u"Drag favorites into another &folder, or cut and paste them:"_s));
     hint->setObjectName("lblHint"_L1);
-    hint->setBuddy(m_tvFavorites);
+    hint->setBuddy(m_tree);
     hint->setWordWrap(true);
     QPushButton *newFolder = makeButton(u"cmdNewFolder"_s, u"&New Folder"_s);
     QPushButton *rename = makeButton(u"cmdRename"_s, u"&Rename"_s);
     QPushButton *remove = makeButton(u"cmdDelete"_s, u"&Delete"_s);
     QPushButton *close = makeButton(u"cmdClose"_s, u"&Close"_s);
     connect(newFolder, &QPushButton::clicked, this, &OrganizeFavoritesDialog::makeFolder);
-    connect(rename, &QPushButton::clicked, m_tvFavorites, &OrganizeTree::renameCurrent);
-    connect(remove, &QPushButton::clicked, m_tvFavorites, &OrganizeTree::deleteSelected);
+    connect(rename, &QPushButton::clicked, m_tree, &OrganizeTree::renameCurrent);
+    connect(remove, &QPushButton::clicked, m_tree, &OrganizeTree::deleteSelected);
     connect(close, &QPushButton::clicked, this, &QDialog::accept);
     const auto enable = [this, rename, remove] {
-        const qsizetype selected = m_tvFavorites->selectedItems().size();
+        const qsizetype selected = m_tree->selectedItems().size();
         rename->setEnabled(selected == 1);
         remove->setEnabled(selected > 0);
     };
-    connect(m_tvFavorites, &QTreeWidget::itemSelectionChanged, this, enable);
+    connect(m_tree, &QTreeWidget::itemSelectionChanged, this, enable);
     enable();
 
     auto *buttons = new QVBoxLayout;
@@ -72,7 +72,7 @@ void OrganizeFavoritesDialog::makeForm()
     buttons->addStretch(1);
     buttons->addWidget(close);
     auto *body = new QHBoxLayout;
-    body->addWidget(m_tvFavorites, 1);
+    body->addWidget(m_tree, 1);
     body->addLayout(buttons);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(hint);
@@ -82,6 +82,6 @@ void OrganizeFavoritesDialog::makeForm()
 void OrganizeFavoritesDialog::makeFolder()
 {
     const QString english = u"New Folder"_s;
-    if (!m_tvFavorites->addFolder(FavoriteFile::name(text(u"strNewFolder"_s, english), english)))
+    if (!m_tree->addFolder(FavoriteFile::name(text(u"strNewFolder"_s, english), english)))
         QApplication::beep();
 }

@@ -18,5 +18,5 @@ private:
     QPushButton *makeButton(const QString &name, const QString &english);
     void makeFolder();
 
-    OrganizeTree *m_tvFavorites;
+    OrganizeTree *m_tree;
 };

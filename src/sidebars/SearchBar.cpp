@@ -56,34 +56,34 @@ template <typename Control> Control *named(Control *control, const char *name)
 
 SearchBar::SearchBar(QWidget *parent)
     : QWidget(parent)
-    , m_lblSearchEngine(named(new QLabel(u"Search Engine:"_s), "lblSearchEngine"))
-    , m_cboSearchEngine(named(new QComboBox, "cboSearchEngine"))
-    , m_lblSearchQuery(named(new QLabel(u"Search Query:"_s), "lblSearchQuery"))
+    , m_engineLabel(named(new QLabel(u"Search Engine:"_s), "lblSearchEngine"))
+    , m_engine(named(new QComboBox, "cboSearchEngine"))
+    , m_queryLabel(named(new QLabel(u"Search Query:"_s), "lblSearchQuery"))
     , m_query(named(new AddressBox, "brwSearch"))
-    , m_lblClearSearches(named(new LinkLabel(u"Clear Searches"_s), "lblClearSearches"))
-    , m_cmdSearch(named(new QPushButton(u"&Search"_s), "cmdSearch"))
-    , m_chkNewWindow(named(new QCheckBox(u"Open In New Window"_s), "chkNewWindow"))
-    , m_cmdExit(makeCloseButton(this))
+    , m_clear(named(new LinkLabel(u"Clear Searches"_s), "lblClearSearches"))
+    , m_search(named(new QPushButton(u"&Search"_s), "cmdSearch"))
+    , m_newWindow(named(new QCheckBox(u"Open In New Window"_s), "chkNewWindow"))
+    , m_exit(makeCloseButton(this))
     , m_engineDataNotFound(u"Error: Engine data not found!"_s)
     , m_noEngineSelected(u"Error: No Search Engine Selected!"_s)
     , m_criteriaMissing(u"Error: You must enter a search criteria!"_s)
 {
     // Shown by its command only, whatever shows the window it is in.
     hide();
-    m_cmdExit->setText(u"X"_s);
+    m_exit->setText(u"X"_s);
     nameControls();
     m_query->setLineBreakText(u" "_s);
-    m_lblSearchEngine->setBuddy(m_cboSearchEngine);
-    m_lblSearchQuery->setBuddy(m_query);
+    m_engineLabel->setBuddy(m_engine);
+    m_queryLabel->setBuddy(m_query);
     makeLayout();
-    setTabOrder(m_cboSearchEngine, m_query);
-    setTabOrder(m_query, m_chkNewWindow);
-    setTabOrder(m_chkNewWindow, m_lblClearSearches);
-    setTabOrder(m_lblClearSearches, m_cmdSearch);
-    setTabOrder(m_cmdSearch, m_cmdExit);
-    connect(m_cmdSearch, &QPushButton::clicked, this, &SearchBar::startSearch);
-    connect(m_cmdExit, &QToolButton::clicked, this, &SearchBar::exitRequested);
-    connect(m_lblClearSearches, &LinkLabel::clicked, m_query, &AddressBox::clearList);
+    setTabOrder(m_engine, m_query);
+    setTabOrder(m_query, m_newWindow);
+    setTabOrder(m_newWindow, m_clear);
+    setTabOrder(m_clear, m_search);
+    setTabOrder(m_search, m_exit);
+    connect(m_search, &QPushButton::clicked, this, &SearchBar::startSearch);
+    connect(m_exit, &QToolButton::clicked, this, &SearchBar::exitRequested);
+    connect(m_clear, &LinkLabel::clicked, m_query, &AddressBox::clearList);
     connect(m_query, &AddressBox::keyPress, this, [this](int &keyAscii) {
         if (keyAscii != KeyCodes::Enter)
             return;
@@ -102,31 +102,31 @@ SearchBar::~SearchBar()
 void SearchBar::makeLayout()
 {
     // A long engine name must not make the bar wide.
-    m_cboSearchEngine->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_cboSearchEngine->setMinimumContentsLength(shortestName);
+    m_engine->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_engine->setMinimumContentsLength(shortestName);
 
     auto *bottom = new QHBoxLayout;
-    bottom->addWidget(m_lblClearSearches);
+    bottom->addWidget(m_clear);
     bottom->addStretch(1);
-    bottom->addWidget(m_cmdSearch);
+    bottom->addWidget(m_search);
     auto *content = new QWidget;
     content->setMaximumWidth(widestContent);
     auto *rows = new QVBoxLayout(content);
     const int side = rows->contentsMargins().left();
     rows->setContentsMargins(side, 0, side, side);
-    rows->addWidget(m_cboSearchEngine);
+    rows->addWidget(m_engine);
     rows->addSpacing(rows->spacing());
-    rows->addWidget(m_lblSearchQuery);
+    rows->addWidget(m_queryLabel);
     rows->addWidget(m_query);
-    rows->addWidget(m_chkNewWindow);
+    rows->addWidget(m_newWindow);
     rows->addLayout(bottom);
 
     // The close button stands in the corner, where the other side bar has its own.
-    m_cmdExit->setFixedSize(closeButtonSize, closeButtonSize);
+    m_exit->setFixedSize(closeButtonSize, closeButtonSize);
     auto *top = new QHBoxLayout;
     top->setContentsMargins(side, 0, 0, 0);
-    top->addWidget(m_lblSearchEngine, 1);
-    top->addWidget(m_cmdExit);
+    top->addWidget(m_engineLabel, 1);
+    top->addWidget(m_exit);
     auto *whole = new QVBoxLayout(this);
     whole->setContentsMargins({});
     whole->addLayout(top);
@@ -139,21 +139,21 @@ void SearchBar::loadLanguage()
     m_engineDataNotFound = translated(u"strEngineDataNotFound"_s, m_engineDataNotFound);
     m_noEngineSelected = translated(u"strNoSearchEngineSelected"_s, m_noEngineSelected);
     m_criteriaMissing = translated(u"strYouMustEnterSearchCriteria"_s, m_criteriaMissing);
-    translate(*m_lblSearchEngine);
-    translate(*m_lblSearchQuery);
-    translate(*m_lblClearSearches);
-    translate(*m_cmdSearch);
-    translate(*m_chkNewWindow);
-    translate(*m_cmdExit);
+    translate(*m_engineLabel);
+    translate(*m_queryLabel);
+    translate(*m_clear);
+    translate(*m_search);
+    translate(*m_newWindow);
+    translate(*m_exit);
     nameControls();
 }
 
 // Controls without a caption go by that of their label.
 void SearchBar::nameControls()
 {
-    m_cmdExit->setAccessibleName(withoutMarks(m_cmdExit->text()));
-    m_cboSearchEngine->setAccessibleName(withoutMarks(m_lblSearchEngine->text()));
-    m_query->setFieldName(withoutMarks(m_lblSearchQuery->text()));
+    m_exit->setAccessibleName(withoutMarks(m_exit->text()));
+    m_engine->setAccessibleName(withoutMarks(m_engineLabel->text()));
+    m_query->setFieldName(withoutMarks(m_queryLabel->text()));
 }
 
 void SearchBar::setFocus()
@@ -178,10 +178,9 @@ void SearchBar::showEvent(QShowEvent *event)
 
 void SearchBar::loadFile()
 {
-    m_cboSearchEngine->addItems(SearchEngines::names(m_iniFile));
+    m_engine->addItems(SearchEngines::names(m_iniFile));
     // By itself the list would have its first entry selected.
-    m_cboSearchEngine->setCurrentIndex(
-        SearchEngines::preselected(m_iniFile, m_cboSearchEngine->count()));
+    m_engine->setCurrentIndex(SearchEngines::preselected(m_iniFile, m_engine->count()));
     m_query->loadList(historySection(), m_iniFile, historyLength, false);
 }
 
@@ -193,7 +192,7 @@ void SearchBar::startSearch()
         return;
     }
     m_query->addItem(query, true);
-    const QString engine = m_cboSearchEngine->currentText();
+    const QString engine = m_engine->currentText();
     if (engine.isEmpty()) {
         refuse(m_noEngineSelected);
         return;
@@ -205,10 +204,10 @@ void SearchBar::startSearch()
     }
     // Opening a window lets events run, and the program may be closed by one of them.
     const QPointer<SearchBar> self(this);
-    emit searchRequested(m_chkNewWindow->isChecked() ? 1 : 0,
+    emit searchRequested(m_newWindow->isChecked() ? 1 : 0,
                          SearchEngines::searchAddress(address, query));
     if (self)
-        SearchEngines::keepSelection(m_iniFile, m_cboSearchEngine->currentIndex());
+        SearchEngines::keepSelection(m_iniFile, m_engine->currentIndex());
 }
 
 void SearchBar::refuse(const QString &message)

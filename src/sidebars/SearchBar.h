@@ -30,8 +30,8 @@ public:
 signals:
     /// The close button was pressed.
     void exitRequested();
-    /// Open `URL`; in a new window when `NewWindow` is 1, else (0) in the active one.
-    void searchRequested(int NewWindow, const QString &URL);
+    /// Open `url`; in a new window when `newWindow` is 1, else (0) in the active one.
+    void searchRequested(int newWindow, const QString &url);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -43,14 +43,14 @@ private:
     void startSearch();
     void refuse(const QString &message);
 
-    QLabel *m_lblSearchEngine;
-    QComboBox *m_cboSearchEngine;
-    QLabel *m_lblSearchQuery;
+    QLabel *m_engineLabel;
+    QComboBox *m_engine;
+    QLabel *m_queryLabel;
     AddressBox *m_query;
-    LinkLabel *m_lblClearSearches;
-    QPushButton *m_cmdSearch;
-    QCheckBox *m_chkNewWindow;
-    QToolButton *m_cmdExit;
+    LinkLabel *m_clear;
+    QPushButton *m_search;
+    QCheckBox *m_newWindow;
+    QToolButton *m_exit;
 
     QString m_iniFile;
     bool m_initialised = false;

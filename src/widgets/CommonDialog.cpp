@@ -153,11 +153,11 @@ int CommonDialog::show(FileDialogRequest::Kind kind, QWidget *owner, int filterI
     return 1;
 }
 
-QString CommonDialog::getFolderName(const QString &Title)
+QString CommonDialog::getFolderName(const QString &title)
 {
     FileDialogRequest request;
     request.kind = FileDialogRequest::Kind::Folder;
-    request.title = Title;
+    request.title = title;
     const std::optional<FileDialogAnswer> answer = askForFile(request);
     if (!answer || answer->fileName.size() >= maxFolder)
         return {};

@@ -45,7 +45,7 @@ public:
     int showSave(QWidget *owner, int filterIndex);
 
     /// The folder the user picked, or nothing.
-    QString getFolderName(const QString &Title);
+    QString getFolderName(const QString &title);
 
 private:
     int show(FileDialogRequest::Kind kind, QWidget *owner, int filterIndex);

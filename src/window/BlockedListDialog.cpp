@@ -59,11 +59,11 @@ QPushButton *makeButton(const QString &name, const QString &caption)
 
 BlockedListDialog::BlockedListDialog(Frame &frame)
     : QDialog(frame.window())
-    , m_txtBlockURL(new QLineEdit)
-    , m_lstBlockedURLs(new QListWidget)
-    , m_cmdBlock(makeButton(u"cmdBlock"_s, u"&Block"_s))
-    , m_cmdRemove(makeButton(u"cmdRemove"_s, u"&Remove"_s))
-    , m_cmdSaveList(makeButton(u"cmdSaveList"_s, u"&Save List"_s))
+    , m_pattern(new QLineEdit)
+    , m_list(new QListWidget)
+    , m_block(makeButton(u"cmdBlock"_s, u"&Block"_s))
+    , m_remove(makeButton(u"cmdRemove"_s, u"&Remove"_s))
+    , m_save(makeButton(u"cmdSaveList"_s, u"&Save List"_s))
 {
     setObjectName("frmBlockedURLs"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -72,42 +72,41 @@ BlockedListDialog::BlockedListDialog(Frame &frame)
     m_nextSome.setInterval(0);
     m_nextSome.setSingleShot(true);
     connect(&m_nextSome, &QTimer::timeout, this, &BlockedListDialog::takeSome);
-    connect(m_txtBlockURL, &QLineEdit::textChanged, this, &BlockedListDialog::enableBlock);
-    connect(m_lstBlockedURLs, &QListWidget::itemSelectionChanged, this,
-            &BlockedListDialog::showSelected);
-    connect(m_cmdBlock, &QPushButton::clicked, this, &BlockedListDialog::block);
-    connect(m_cmdRemove, &QPushButton::clicked, this, &BlockedListDialog::removeSelected);
-    connect(m_cmdSaveList, &QPushButton::clicked, this, &BlockedListDialog::saveList);
+    connect(m_pattern, &QLineEdit::textChanged, this, &BlockedListDialog::enableBlock);
+    connect(m_list, &QListWidget::itemSelectionChanged, this, &BlockedListDialog::showSelected);
+    connect(m_block, &QPushButton::clicked, this, &BlockedListDialog::block);
+    connect(m_remove, &QPushButton::clicked, this, &BlockedListDialog::removeSelected);
+    connect(m_save, &QPushButton::clicked, this, &BlockedListDialog::saveList);
     load();
 }
 
 void BlockedListDialog::arrange()
 {
-    m_txtBlockURL->setObjectName("txtBlockURL"_L1);
-    m_txtBlockURL->setMaxLength(std::numeric_limits<int>::max());
-    m_txtBlockURL->setAccessibleName(text(u"txtBlockURL"_s, u"Pattern to block"_s));
-    m_txtBlockURL->setPlaceholderText(text(u"strPattern"_s, u"Pattern, such as *//ads.*"_s));
-    m_lstBlockedURLs->setObjectName("lstBlockedURLs"_L1);
-    m_lstBlockedURLs->setAccessibleName(text(u"lstBlockedURLs"_s, u"Blocked patterns"_s));
-    m_lstBlockedURLs->setUniformItemSizes(true);
-    m_lstBlockedURLs->installEventFilter(this);
+    m_pattern->setObjectName("txtBlockURL"_L1);
+    m_pattern->setMaxLength(std::numeric_limits<int>::max());
+    m_pattern->setAccessibleName(text(u"txtBlockURL"_s, u"Pattern to block"_s));
+    m_pattern->setPlaceholderText(text(u"strPattern"_s, u"Pattern, such as *//ads.*"_s));
+    m_list->setObjectName("lstBlockedURLs"_L1);
+    m_list->setAccessibleName(text(u"lstBlockedURLs"_s, u"Blocked patterns"_s));
+    m_list->setUniformItemSizes(true);
+    m_list->installEventFilter(this);
     // Enter in the text box presses it.
-    m_cmdBlock->setDefault(true);
+    m_block->setDefault(true);
 
     auto *top = new QHBoxLayout;
-    top->addWidget(m_txtBlockURL);
-    top->addWidget(m_cmdBlock);
+    top->addWidget(m_pattern);
+    top->addWidget(m_block);
     auto *bottom = new QHBoxLayout;
-    bottom->addWidget(m_cmdRemove);
+    bottom->addWidget(m_remove);
     bottom->addStretch();
-    bottom->addWidget(m_cmdSaveList);
+    bottom->addWidget(m_save);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(top);
-    layout->addWidget(m_lstBlockedURLs);
+    layout->addWidget(m_list);
     layout->addLayout(bottom);
     setSizeGripEnabled(true);
     resize(comfortableSize);
-    m_txtBlockURL->setFocus();
+    m_pattern->setFocus();
 }
 
 void BlockedListDialog::load()
@@ -122,31 +121,31 @@ void BlockedListDialog::append(const QStringList &patterns)
 {
     for (const QString &pattern : patterns)
         m_entries.append(pattern);
-    m_lstBlockedURLs->addItems(patterns);
+    m_list->addItems(patterns);
 }
 
 void BlockedListDialog::enableBlock()
 {
-    const QString typed = m_txtBlockURL->text();
+    const QString typed = m_pattern->text();
     if (std::any_of(typed.cbegin(), typed.cend(), isLineBreak))
         takeLines(linesOf(typed));
     else if (typed.size() > longestPattern)
-        m_txtBlockURL->setText(typed.left(longestPattern));
-    m_cmdBlock->setEnabled(!m_txtBlockURL->text().isEmpty());
+        m_pattern->setText(typed.left(longestPattern));
+    m_block->setEnabled(!m_pattern->text().isEmpty());
 }
 
 /// Several lines put in are a pattern each; a single one is left to be looked at.
 void BlockedListDialog::takeLines(const QStringList &lines)
 {
     if (lines.size() < 2) {
-        m_txtBlockURL->setText(lines.value(0));
+        m_pattern->setText(lines.value(0));
         return;
     }
     m_incoming = lines;
     m_taken = 0;
-    m_txtBlockURL->clear();
+    m_pattern->clear();
     // Until all are in, there is nothing whole to be saved.
-    m_txtBlockURL->setReadOnly(true);
+    m_pattern->setReadOnly(true);
     takeSome();
 }
 
@@ -165,10 +164,10 @@ void BlockedListDialog::takeSome()
             taken.append(line);
         }
     }
-    m_lstBlockedURLs->addItems(taken);
+    m_list->addItems(taken);
     m_isChanged |= !taken.isEmpty();
     if (m_taken < m_incoming.size()) {
-        m_cmdSaveList->setEnabled(false);
+        m_save->setEnabled(false);
         m_nextSome.start();
     } else {
         endTaking();
@@ -177,29 +176,29 @@ void BlockedListDialog::takeSome()
 
 void BlockedListDialog::endTaking()
 {
-    m_txtBlockURL->setReadOnly(false);
+    m_pattern->setReadOnly(false);
     if (m_refused.size() < m_incoming.size())
-        m_lstBlockedURLs->setCurrentRow(m_lstBlockedURLs->count() - 1);
+        m_list->setCurrentRow(m_list->count() - 1);
     m_incoming.clear();
-    m_cmdSaveList->setEnabled(m_isChanged);
+    m_save->setEnabled(m_isChanged);
     if (const QStringList refused = std::exchange(m_refused, {}); !refused.isEmpty())
         tellRefused(refused);
 }
 
 QString BlockedListDialog::selectedEntry() const
 {
-    const QList<QListWidgetItem *> selected = m_lstBlockedURLs->selectedItems();
+    const QList<QListWidgetItem *> selected = m_list->selectedItems();
     return selected.isEmpty() ? QString() : selected.first()->text();
 }
 
 void BlockedListDialog::showSelected()
 {
-    m_cmdRemove->setEnabled(!selectedEntry().isEmpty());
+    m_remove->setEnabled(!selectedEntry().isEmpty());
 }
 
 void BlockedListDialog::block()
 {
-    const QString typed = m_txtBlockURL->text();
+    const QString typed = m_pattern->text();
     if (typed.isEmpty())
         return;
     if (m_entries.isAnyCoveredBy(typed)) {
@@ -207,10 +206,10 @@ void BlockedListDialog::block()
         return;
     }
     append({typed});
-    m_lstBlockedURLs->setCurrentRow(m_lstBlockedURLs->count() - 1);
+    m_list->setCurrentRow(m_list->count() - 1);
     m_isChanged = true;
-    m_cmdSaveList->setEnabled(true);
-    m_txtBlockURL->clear();
+    m_save->setEnabled(true);
+    m_pattern->clear();
 }
 
 /// One pattern stays in the box; of several, which ones is told.
@@ -218,7 +217,7 @@ void BlockedListDialog::tellRefused(const QStringList &patterns)
 {
     QString message =
         text(u"sPatternMatch"_s, u"There is already a pattern match for this url in the list!"_s);
-    if (m_txtBlockURL->text().isEmpty()) {
+    if (m_pattern->text().isEmpty()) {
         message += "\n\n"_L1 + patterns.first(qMin(mostNamed, patterns.size())).join(u'\n');
         if (patterns.size() > mostNamed)
             message += u"\n\u2026"_s;
@@ -228,39 +227,39 @@ void BlockedListDialog::tellRefused(const QStringList &patterns)
 
 void BlockedListDialog::removeSelected()
 {
-    if (m_lstBlockedURLs->selectedItems().isEmpty())
+    if (m_list->selectedItems().isEmpty())
         return;
-    const int row = m_lstBlockedURLs->row(m_lstBlockedURLs->selectedItems().first());
-    delete m_lstBlockedURLs->takeItem(row);
+    const int row = m_list->row(m_list->selectedItems().first());
+    delete m_list->takeItem(row);
     m_entries.removeAt(row);
     // Nothing is selected now; the keyboard goes on from the entry that moved up.
-    const int next = std::min(row, m_lstBlockedURLs->count() - 1);
-    m_lstBlockedURLs->setCurrentRow(next, QItemSelectionModel::Clear);
+    const int next = std::min(row, m_list->count() - 1);
+    m_list->setCurrentRow(next, QItemSelectionModel::Clear);
     m_isChanged = true;
-    m_cmdSaveList->setEnabled(m_incoming.isEmpty());
-    m_lstBlockedURLs->setFocus();
+    m_save->setEnabled(m_incoming.isEmpty());
+    m_list->setFocus();
 }
 
 void BlockedListDialog::saveList()
 {
     QStringList entries;
-    entries.reserve(m_lstBlockedURLs->count());
-    for (int row = 0; row < m_lstBlockedURLs->count(); ++row)
-        entries.append(m_lstBlockedURLs->item(row)->text());
+    entries.reserve(m_list->count());
+    for (int row = 0; row < m_list->count(); ++row)
+        entries.append(m_list->item(row)->text());
     if (const WriteResult result = saveBlockedList(entries); !result) {
         NotSaved::tell(this, popupURLsFile(), result);
         return;
     }
     loadBlockedList();
     m_isChanged = false;
-    m_cmdSaveList->setEnabled(false);
-    m_lstBlockedURLs->clearSelection();
-    m_txtBlockURL->setFocus();
+    m_save->setEnabled(false);
+    m_list->clearSelection();
+    m_pattern->setFocus();
 }
 
 bool BlockedListDialog::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_lstBlockedURLs && event->type() == QEvent::KeyPress
+    if (watched == m_list && event->type() == QEvent::KeyPress
         && listKey(static_cast<QKeyEvent *>(event)->key()))
         return true;
     return QDialog::eventFilter(watched, event);
@@ -279,9 +278,9 @@ bool BlockedListDialog::listKey(int key)
         return true;
     case Qt::Key_Up:
     case Qt::Key_Down:
-        if (!m_lstBlockedURLs->selectedItems().isEmpty() || !m_lstBlockedURLs->currentItem())
+        if (!m_list->selectedItems().isEmpty() || !m_list->currentItem())
             return false;
-        m_lstBlockedURLs->currentItem()->setSelected(true);
+        m_list->currentItem()->setSelected(true);
         return true;
     default:
         return false;

@@ -48,9 +48,9 @@ private:
     bool m_isChanged = false;
     QTimer m_nextSome;
 
-    QLineEdit *m_txtBlockURL;
-    QListWidget *m_lstBlockedURLs;
-    QPushButton *m_cmdBlock;
-    QPushButton *m_cmdRemove;
-    QPushButton *m_cmdSaveList;
+    QLineEdit *m_pattern;
+    QListWidget *m_list;
+    QPushButton *m_block;
+    QPushButton *m_remove;
+    QPushButton *m_save;
 };

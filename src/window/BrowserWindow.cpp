@@ -128,7 +128,7 @@ void BrowserWindow::load()
             m_browser->navigateLater(startingAddress);
         m_frame.setAddressText(startingAddress);
         m_opening = std::exchange(startingAddress, {});
-    } else if (Popup) {
+    } else if (isPopup) {
         m_opening = u"about:blank"_s;
     }
     m_frame.windowTabs().addTab(tabKey(), u"Loading..."_s);
@@ -140,7 +140,7 @@ void BrowserWindow::load()
 /// Where loading has ended, whatever came of it, the tab does not go on saying that it loads.
 void BrowserWindow::nameIfNameless()
 {
-    if (m_named || Popup || m_unloaded)
+    if (m_named || isPopup || m_unloaded)
         return;
     const QString name = windowTitle().isEmpty() ? m_browser->locationUrl() : windowTitle();
     titleChange(trimBlanks(name).isEmpty() ? u"about:blank"_s : name);

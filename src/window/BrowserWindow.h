@@ -33,7 +33,7 @@ public:
     /// Later: the window comes up at the address without its page.
     Loading startingLoad = Loading::Now;
     /// True from a page's request for this window until its first navigation.
-    bool Popup = false;
+    bool isPopup = false;
 
     /// A number of our own, unique for the life of the program.
     int hWnd() const { return m_hWnd; }

@@ -51,7 +51,7 @@ void BrowserWindow::iconChange(const QIcon &icon)
 
 void BrowserWindow::beforeNavigate2(const QString &url, int &flags, bool &cancel)
 {
-    if (Popup) {
+    if (isPopup) {
         if (closedAsBlocked(url, cancel))
             return;
         if (m_entrance)
@@ -59,7 +59,7 @@ void BrowserWindow::beforeNavigate2(const QString &url, int &flags, bool &cancel
         fitToControl();
         m_opening = url;
         showAddress();
-        Popup = false;
+        isPopup = false;
     }
     if (m_browser->hasDocument())
         m_browser->clearDocument();

@@ -37,7 +37,7 @@ BrowserWindow *BrowserWindow::makePopup(const QString &url, bool unasked)
 {
     auto *window = new BrowserWindow(m_frame);
     window->startingAddress.clear();
-    window->Popup = true;
+    window->isPopup = true;
     if (unasked) {
         window->m_budget = m_budget;
         window->m_openedUnasked = true;
@@ -59,7 +59,7 @@ BrowserWindow *BrowserWindow::makePopup(const QString &url, bool unasked)
 /// sent to a blocked address.
 void BrowserWindow::firstNavigationIsLate()
 {
-    if (!Popup || m_unloaded)
+    if (!isPopup || m_unloaded)
         return;
     if (!m_openedUnasked)
         m_entrance->comeUp();
@@ -69,7 +69,7 @@ void BrowserWindow::firstNavigationIsLate()
         return;
     }
     m_browser->outerHtml([self = QPointer(this)](const QString &markup) {
-        if (!self || !self->Popup || self->m_unloaded)
+        if (!self || !self->isPopup || self->m_unloaded)
             return;
         if (!markup.isEmpty() && markup != emptyDocument)
             self->m_entrance->comeUp();

@@ -30,7 +30,7 @@ QPushButton *addButton(QDialogButtonBox &box, const QString &name, const QString
 OpenAddressDialog::OpenAddressDialog(Frame &frame)
     : QDialog(frame.window())
     , m_frame(frame)
-    , m_txtOpenURL(new QLineEdit(u"http://"_s))
+    , m_address(new QLineEdit(u"http://"_s))
 {
     setObjectName("frmOpenURL"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -39,9 +39,9 @@ OpenAddressDialog::OpenAddressDialog(Frame &frame)
     auto *group = new QGroupBox;
     group->setObjectName("Frame1"_L1);
     auto *groupLayout = new QVBoxLayout(group);
-    groupLayout->addWidget(m_txtOpenURL);
-    m_txtOpenURL->setObjectName("txtOpenURL"_L1);
-    m_txtOpenURL->setMinimumWidth(comfortableWidth);
+    groupLayout->addWidget(m_address);
+    m_address->setObjectName("txtOpenURL"_L1);
+    m_address->setMinimumWidth(comfortableWidth);
 
     auto *buttons = new QDialogButtonBox;
     QPushButton *open =
@@ -57,15 +57,15 @@ OpenAddressDialog::OpenAddressDialog(Frame &frame)
     layout->addWidget(group);
     layout->addWidget(buttons);
     setWindowTitle(languageText(u"frmOpenURL"_s, u"Caption"_s, u"Open URL"_s));
-    m_txtOpenURL->setAccessibleName(windowTitle());
-    m_txtOpenURL->setFocus();
+    m_address->setAccessibleName(windowTitle());
+    m_address->setFocus();
     // A whole address can be put in at once; without a scheme it is opened as http all the same.
-    m_txtOpenURL->selectAll();
+    m_address->selectAll();
 }
 
 void OpenAddressDialog::openAddress()
 {
-    const QString url = m_txtOpenURL->text();
+    const QString url = m_address->text();
     close();
     if (!openInMailProgram(url))
         m_frame.navigateActive(url);

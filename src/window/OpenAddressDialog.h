@@ -16,5 +16,5 @@ private:
     void openAddress();
 
     Frame &m_frame;
-    QLineEdit *m_txtOpenURL;
+    QLineEdit *m_address;
 };

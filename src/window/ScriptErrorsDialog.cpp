@@ -54,42 +54,42 @@ ScriptErrorsDialog::ScriptErrorsDialog(QWidget *owner, const std::function<QStri
 
 void ScriptErrorsDialog::buildControls()
 {
-    m_lblPosition = new QLabel;
-    m_lblPosition->setObjectName("lblPosition"_L1);
-    m_txtError = new QPlainTextEdit;
-    m_txtError->setObjectName("txtError"_L1);
-    m_txtError->setReadOnly(true);
-    m_txtError->setTabChangesFocus(true);
-    m_txtError->setMinimumWidth(comfortableWidth);
-    m_chkIgnorePage = new QCheckBox;
-    m_chkIgnorePage->setObjectName("chkIgnorePage"_L1);
+    m_position = new QLabel;
+    m_position->setObjectName("lblPosition"_L1);
+    m_message = new QPlainTextEdit;
+    m_message->setObjectName("txtError"_L1);
+    m_message->setReadOnly(true);
+    m_message->setTabChangesFocus(true);
+    m_message->setMinimumWidth(comfortableWidth);
+    m_ignorePage = new QCheckBox;
+    m_ignorePage->setObjectName("chkIgnorePage"_L1);
     auto *row = new QHBoxLayout;
-    row->addWidget(m_cmdPrevious = makeButton("cmdPrevious"));
-    row->addWidget(m_cmdNext = makeButton("cmdNext"));
+    row->addWidget(m_previous = makeButton("cmdPrevious"));
+    row->addWidget(m_next = makeButton("cmdNext"));
     row->addStretch();
-    row->addWidget(m_cmdCopy = makeButton("cmdCopy"));
-    row->addWidget(m_cmdClose = makeButton("cmdClose"));
+    row->addWidget(m_copy = makeButton("cmdCopy"));
+    row->addWidget(m_close = makeButton("cmdClose"));
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(m_lblPosition);
-    layout->addWidget(m_txtError, 1);
-    layout->addWidget(m_chkIgnorePage);
+    layout->addWidget(m_position);
+    layout->addWidget(m_message, 1);
+    layout->addWidget(m_ignorePage);
     layout->addLayout(row);
-    connect(m_cmdPrevious, &QPushButton::clicked, this, [this] { step(-1); });
-    connect(m_cmdNext, &QPushButton::clicked, this, [this] { step(1); });
-    connect(m_cmdCopy, &QPushButton::clicked, this, &ScriptErrorsDialog::copy);
-    connect(m_cmdClose, &QPushButton::clicked, this, &QDialog::close);
-    connect(m_chkIgnorePage, &QCheckBox::clicked, this, &ScriptErrorsDialog::ignorePage);
+    connect(m_previous, &QPushButton::clicked, this, [this] { step(-1); });
+    connect(m_next, &QPushButton::clicked, this, [this] { step(1); });
+    connect(m_copy, &QPushButton::clicked, this, &ScriptErrorsDialog::copy);
+    connect(m_close, &QPushButton::clicked, this, &QDialog::close);
+    connect(m_ignorePage, &QCheckBox::clicked, this, &ScriptErrorsDialog::ignorePage);
 }
 
 void ScriptErrorsDialog::translate()
 {
     setWindowTitle(text(u"Caption"_s, u"Script Errors"_s));
-    m_txtError->setAccessibleName(text(u"txtError"_s, u"Script error"_s));
-    m_chkIgnorePage->setText(text(u"chkIgnorePage"_s, u"&Do not show errors of this page"_s));
-    m_cmdPrevious->setText(text(u"cmdPrevious"_s, u"&Previous"_s));
-    m_cmdNext->setText(text(u"cmdNext"_s, u"&Next"_s));
-    m_cmdCopy->setText(text(u"cmdCopy"_s, u"&Copy"_s));
-    m_cmdClose->setText(text(u"cmdClose"_s, u"Close"_s));
+    m_message->setAccessibleName(text(u"txtError"_s, u"Script error"_s));
+    m_ignorePage->setText(text(u"chkIgnorePage"_s, u"&Do not show errors of this page"_s));
+    m_previous->setText(text(u"cmdPrevious"_s, u"&Previous"_s));
+    m_next->setText(text(u"cmdNext"_s, u"&Next"_s));
+    m_copy->setText(text(u"cmdCopy"_s, u"&Copy"_s));
+    m_close->setText(text(u"cmdClose"_s, u"Close"_s));
 }
 
 void ScriptErrorsDialog::add(const ScriptError &error)
@@ -142,14 +142,14 @@ void ScriptErrorsDialog::refresh()
 void ScriptErrorsDialog::showEntry()
 {
     const Entry &entry = m_entries.at(m_current);
-    m_lblPosition->setText(
+    m_position->setText(
         text(u"strPosition"_s, u"Error %1 of %2"_s).arg(m_current + 1).arg(m_entries.size()));
     const QString shown = details(entry);
-    if (m_txtError->toPlainText() != shown)
-        m_txtError->setPlainText(shown);
-    m_chkIgnorePage->setChecked(m_ignored.contains(entry.page));
-    m_cmdPrevious->setEnabled(m_current > 0);
-    m_cmdNext->setEnabled(m_current + 1 < m_entries.size());
+    if (m_message->toPlainText() != shown)
+        m_message->setPlainText(shown);
+    m_ignorePage->setChecked(m_ignored.contains(entry.page));
+    m_previous->setEnabled(m_current > 0);
+    m_next->setEnabled(m_current + 1 < m_entries.size());
 }
 
 QString ScriptErrorsDialog::details(const Entry &entry) const

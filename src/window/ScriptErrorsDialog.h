@@ -58,11 +58,11 @@ private:
     qsizetype m_current = 0;
     bool m_dismissed = false;
     QTimer m_refresh;
-    QLabel *m_lblPosition;
-    QPlainTextEdit *m_txtError;
-    QCheckBox *m_chkIgnorePage;
-    QPushButton *m_cmdPrevious;
-    QPushButton *m_cmdNext;
-    QPushButton *m_cmdCopy;
-    QPushButton *m_cmdClose;
+    QLabel *m_position;
+    QPlainTextEdit *m_message;
+    QCheckBox *m_ignorePage;
+    QPushButton *m_previous;
+    QPushButton *m_next;
+    QPushButton *m_copy;
+    QPushButton *m_close;
 };

@@ -260,13 +260,13 @@ void tst_browserwindow::documentIsClearedBeforeTheNext()
 void tst_browserwindow::popupTakesTheRequestedSize()
 {
     BrowserWindow *form = m_frame->open({}, true);
-    form->Popup = true;
+    form->isPopup = true;
     QTRY_VERIFY(form->isMaximized());
     engineOf(form)->move(20, 30, 200, 100);
     int flags = 0;
     bool cancel = false;
     engineOf(form)->events->beforeNavigate2(u"http://popup/"_s, flags, cancel);
-    QVERIFY(!form->Popup);
+    QVERIFY(!form->isPopup);
     QVERIFY(!form->isMaximized());
     QCOMPARE(form->geometry(), QRect(20, 30, 200 + 57, 100 + 59));
     QCOMPARE(m_frame->addressText, u"http://popup/"_s);
@@ -281,13 +281,13 @@ void tst_browserwindow::popupTakesTheRequestedSize()
 void tst_browserwindow::popupOfTheSameSizeStays()
 {
     BrowserWindow *form = m_frame->open({}, true);
-    form->Popup = true;
+    form->isPopup = true;
     QTRY_VERIFY(form->isMaximized());
     int flags = 0;
     bool cancel = false;
     engineOf(form)->events->beforeNavigate2(u"http://popup/"_s, flags, cancel);
     QVERIFY(form->isMaximized());
-    QVERIFY(!form->Popup);
+    QVERIFY(!form->isPopup);
 }
 
 void tst_browserwindow::onlyTheActiveWindowShowsItsAddress()
@@ -316,7 +316,7 @@ void tst_browserwindow::newWindowIsMadeInPlace()
     QCOMPARE(browserForms().size(), 2);
     const BrowserWindow *popup = browserForms().last();
     QCOMPARE(popup->browser(), target);
-    QVERIFY(popup->Popup);
+    QVERIFY(popup->isPopup);
     QVERIFY(popup->isVisible());
     QVERIFY(engineOf(popup)->registered);
     QVERIFY(engineOf(popup)->silent);

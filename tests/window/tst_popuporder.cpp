@@ -149,7 +149,7 @@ void tst_popuporder::matchDoesNothingElse()
     int flags = -1;
     QVERIFY(!navigate(popup, address, &flags));
     QVERIFY(popup->isUnloaded());
-    QVERIFY(popup->Popup);
+    QVERIFY(popup->isPopup);
     QVERIFY(engine->moves.isEmpty());
     QCOMPARE(engine->cleared, 0);
     QCOMPARE(flags, -1);
@@ -177,7 +177,7 @@ void tst_popuporder::windowThatMayBeClosedIsHeldBack()
     QVERIFY(popup->isVisible());
     QCOMPARE(m_scene->frame.activeChild(), popup);
     QCOMPARE(m_scene->frame.tabOf(popup).caption, u"Loading..."_s);
-    QVERIFY(!popup->Popup);
+    QVERIFY(!popup->isPopup);
 }
 
 void tst_popuporder::heldBackWindowIsFitted()
@@ -225,7 +225,7 @@ void tst_popuporder::windowWithoutANavigationComesUpAtLast()
     QTRY_VERIFY(popup->isVisible());
     QCOMPARE(m_scene->frame.activeChild(), popup);
     QTRY_COMPARE(m_scene->frame.tabOf(popup).caption, u"About:blan..."_s);
-    QVERIFY(popup->Popup);
+    QVERIFY(popup->isPopup);
 }
 
 void tst_popuporder::unaskedOneComesUpWhenThereIsSomethingInIt()
@@ -242,7 +242,7 @@ void tst_popuporder::unaskedOneComesUpWhenThereIsSomethingInIt()
     engineOf(popup)->markup = u"<html><head></head><body>text</body></html>"_s;
     QTRY_VERIFY(popup->isVisible());
     QCOMPARE(m_scene->frame.activeChild(), popup);
-    QVERIFY(popup->Popup);
+    QVERIFY(popup->isPopup);
 }
 
 /// The area of inner windows activates another one when its newest goes, were it ever shown or not.
@@ -315,7 +315,7 @@ void tst_popuporder::firstNavigationFitsTheWindow()
     QCOMPARE(engineOf(popup)->moves.last().topLeft(), QPoint(0, 0));
     QCOMPARE(engineOf(popup)->moves.last().width(), popup->innerWidth());
     QCOMPARE(m_scene->frame.addressText, address);
-    QVERIFY(!popup->Popup);
+    QVERIFY(!popup->isPopup);
 }
 
 void tst_popuporder::filledWindowIsNotFitted()
@@ -366,7 +366,7 @@ void tst_popuporder::blankFirstNavigationIsCancelled()
     engineOf(popup)->holdsDocument = holdsDocument;
     QTEST(navigate(popup, url), "proceeds");
     QVERIFY(!popup->isUnloaded());
-    QVERIFY(!popup->Popup);
+    QVERIFY(!popup->isPopup);
     QVERIFY(popup->isVisible());
 }
 
@@ -387,7 +387,7 @@ void tst_popuporder::popupIsSetUp()
     m_scene->check(u"mnuToolsScriptErrorSuppress"_s, true);
     BrowserWindow *popup = openPopup();
     QVERIFY(popup);
-    QVERIFY(popup->Popup);
+    QVERIFY(popup->isPopup);
     QVERIFY(popup->startingAddress.isEmpty());
     QVERIFY(engineOf(popup)->registered);
     QVERIFY(engineOf(popup)->silent);
@@ -430,7 +430,7 @@ void tst_popuporder::answerYesOpensThoseThatWaited()
     PageAsks::yes(questions().first())->click();
     QTRY_COMPARE(browserForms().size(), 54);
     QCOMPARE(engineOf(browserForms().last())->navigatedForPage, QStringList{address + "52"_L1});
-    QVERIFY(browserForms().last()->Popup);
+    QVERIFY(browserForms().last()->isPopup);
     QTRY_VERIFY(ask(opener));
     QTRY_VERIFY(questions().isEmpty());
 }

@@ -148,7 +148,7 @@ void tst_popuprequests::userRequests()
         QTRY_VERIFY(popup->browser()->locationUrl().startsWith(m_scene->server.url(address)));
     else
         QTRY_VERIFY(popup->browser()->locationUrl().startsWith(address));
-    QCOMPARE(popup->Popup, address.isEmpty());
+    QCOMPARE(popup->isPopup, address.isEmpty());
 }
 
 void tst_popuprequests::refusedUserRequests()
@@ -291,7 +291,7 @@ void tst_popuprequests::featuresGiveTheWindowItsSize()
     trigger(opener, u"click"_s);
     BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
-    QTRY_VERIFY(!popup->Popup);
+    QTRY_VERIFY(!popup->isPopup);
     QVERIFY(!popup->isMaximized());
     // What was asked for and the 57 and 59 pixels around it.
     QTRY_COMPARE(popup->geometry(), QRect(20, 30, 320 + 57, 240 + 59));

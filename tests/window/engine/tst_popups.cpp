@@ -85,7 +85,7 @@ void tst_popups::windowIsOpenedInPlace()
 {
     BrowserWindow *popup = popUp({});
     QTRY_COMPARE(popup->windowTitle(), u"Popup"_s);
-    QVERIFY(!popup->Popup);
+    QVERIFY(!popup->isPopup);
     QCOMPARE(browserOf(popup)->locationUrl(), m_server->url(u"/popup"_s));
     QCOMPARE(script(popup, u"String(!!window.opener)"_s), u"true"_s);
     QCOMPARE(m_frame->tabs.tabs.size(), 2);
@@ -106,7 +106,7 @@ void tst_popups::blankWindowIsUsable()
 {
     BrowserWindow *popup = popUp({}, {});
     // The empty document that it begins with is no navigation.
-    QVERIFY(popup->Popup);
+    QVERIFY(popup->isPopup);
     const BrowserWindow *opener = browserForms().first();
     script(opener, u"w.document.body.textContent = 'written'; 1"_s);
     QCOMPARE(script(popup, u"document.body.textContent"_s), u"written"_s);

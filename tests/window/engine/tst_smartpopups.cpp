@@ -249,7 +249,7 @@ void tst_smartpopups::noMatchStaysAlsoLater()
     QPointer<BrowserWindow> popup = PopupScene::waitForPopup();
     QVERIFY(popup);
     QTRY_COMPARE(popup->windowTitle(), u"popup"_s);
-    QVERIFY(!popup->Popup);
+    QVERIFY(!popup->isPopup);
     PopupScene::script(popup, u"location='/ads/x'; 1"_s);
     QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
 }
@@ -324,7 +324,7 @@ void tst_smartpopups::emptyWindowIsTestedWhenItIsSentSomewhere()
     PopupScene::click(opener, u"b"_s);
     QPointer<BrowserWindow> popup = PopupScene::waitForPopup();
     QVERIFY(popup);
-    QVERIFY(popup->Popup);
+    QVERIFY(popup->isPopup);
     PopupScene::script(opener, u"w.location='/ads/x'; 1"_s);
     QTRY_VERIFY(!popup);
     proveNothingElseOpens(opener);
@@ -337,7 +337,7 @@ void tst_smartpopups::explicitAboutBlankIsAFirstAddress()
     PopupScene::click(opener, u"b"_s);
     BrowserWindow *popup = PopupScene::waitForPopup();
     QVERIFY(popup);
-    QTRY_VERIFY(!popup->Popup);
+    QTRY_VERIFY(!popup->isPopup);
     PopupScene::script(opener, u"w.location='/ads/x'; 1"_s);
     QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
 }
