@@ -23,9 +23,9 @@ public:
     void addAddress(const QString &, bool) override { }
     QAction *menuItem(const QString &) const override { return nullptr; }
     void handle(const QString &, const Handler &) override { }
+    void handleToggle(const QAction *, const ToggleHandler &) override { }
     void beforeOpening(const QString &, const Handler &) override { }
     void run(const QString &) override { }
-    void setButtonPressed(const QString &, bool) override { }
     int navigationFlags() const override { return 0; }
     void setNavigationFlags(int) override { }
 

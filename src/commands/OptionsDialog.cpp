@@ -277,11 +277,8 @@ bool OptionsDialog::applySettings()
 {
     const QPointer<OptionsDialog> self = this;
     const WriteResult result = Settings::write(entries());
-    for (const Settings::Switch &actsAtOnce : {Settings::killPopups, Settings::maximizeCatcher}) {
-        m_frame.menuItem(QString::fromLatin1(actsAtOnce.menuItem))
-            ->setChecked(boxOf(actsAtOnce)->isChecked());
-    }
-    m_frame.setButtonPressed(u"PopupKiller"_s, boxOf(Settings::killPopups)->isChecked());
+    for (const Settings::Switch &actsAtOnce : {Settings::killPopups, Settings::maximizeCatcher})
+        m_frame.itemOf(actsAtOnce)->setChecked(boxOf(actsAtOnce)->isChecked());
     startUp(m_program);
     applyCaptions();
     if (!result && self)

@@ -3,7 +3,6 @@
 class Frame;
 class StartUpFrame;
 
-/// The Tools menu's own items: what pages leave behind, script errors and the options of program
-/// and engine. `program`
-/// is what the start-up routine loads and translates; the options run that routine again.
+/// The Tools menu's own items: script errors and the options of program and engine. `program` is
+/// what the start-up routine loads and translates; the options run that routine again.
 void registerToolsCommands(Frame &frame, StartUpFrame &program);

@@ -8,6 +8,10 @@ class QMdiSubWindow;
 class QWidget;
 class WindowTabs;
 
+namespace Settings {
+struct Switch;
+}
+
 /// How a new browser window comes up.
 enum class WindowState {
     /// As the frame's children do: maximized while the active one is.
@@ -19,6 +23,7 @@ enum class WindowState {
 class Frame {
 public:
     using Handler = std::function<void()>;
+    using ToggleHandler = std::function<void(bool on)>;
 
     virtual ~Frame() = default;
 
@@ -50,15 +55,21 @@ public:
 
     /// The action of a menu item by its name; never null for a name of the menu table.
     virtual QAction *menuItem(const QString &name) const = 0;
-    /// Gives a menu item its handler. A handler of a check item inverts the mark itself.
+    /// The item whose mark is what a switch is at run time.
+    QAction *itemOf(const Settings::Switch &setting) const;
+    /// False in a frame without menus.
+    bool isOn(const Settings::Switch &setting) const;
+    /// Gives a menu item its handler.
     virtual void handle(const QString &menuName, const Handler &handler) = 0;
+    /// What a toggle does besides inverting and storing its mark, which all do by themselves: told
+    /// the new mark before that is stored. What is so while the mark is set, whoever sets it,
+    /// follows `QAction::toggled` instead.
+    virtual void handleToggle(const QAction *item, const ToggleHandler &handler) = 0;
     /// Runs `rule` before the menu or submenu of that name opens, and whenever the active window
     /// or the clipboard changes: it sets what is enabled.
     virtual void beforeOpening(const QString &menuName, const Handler &rule) = 0;
     /// Runs an item's handler, also while the item is disabled.
     virtual void run(const QString &menuName) = 0;
-    /// Shows a tool bar button pressed or not, by its key.
-    virtual void setButtonPressed(const QString &key, bool pressed) = 0;
 
     /// Navigation flags for every window: 2 keeps pages out of the history, 8 out of the cache.
     virtual int navigationFlags() const = 0;

@@ -3,9 +3,9 @@
 class CoolBar;
 class Frame;
 class LinksBar;
-class QWidget;
 
-/// Sets menus, bands, tool bar buttons and navigation flags to the stored settings, in the order
-/// in which they depend on each other. A value that is no boolean or number where one is expected
-/// leaves its item as it is. Nothing is written but the docking side, back as it was read.
-void applySettings(Frame &frame, CoolBar &bar, QWidget &searchBar, LinksBar &links);
+/// Sets the marks of the menu to the stored settings, whereupon bands, side bar and buttons follow
+/// them, then the docking side, the navigation flags and the links. A value that is no boolean or
+/// number where one is expected leaves its item as it is. Nothing is written but the docking side,
+/// back as it was read.
+void applySettings(Frame &frame, CoolBar &bar, LinksBar &links);

@@ -7,6 +7,7 @@
 #include "Frame.h"
 #include "HistoryMenu.h"
 #include "Language.h"
+#include "MenuTable.h"
 #include "Settings.h"
 #include "ThemedIcon.h"
 #include "ToolBar.h"
@@ -77,6 +78,7 @@ CommandBars::CommandBars(Frame &frame, ToolBar &functions, ToolBar &browser, QOb
 {
     fill(m_functions, functionButtons);
     fill(m_browser, browserButtons);
+    followMarks();
     connect(&m_functions, &ToolBar::buttonClicked, this, &CommandBars::clickFunction);
     connect(&m_functions, &ToolBar::dropDown, this, &CommandBars::dropDown);
     connect(&m_browser, &ToolBar::buttonClicked, this, &CommandBars::clickBrowser);
@@ -84,10 +86,18 @@ CommandBars::CommandBars(Frame &frame, ToolBar &functions, ToolBar &browser, QOb
     connect(&m_browser, &ToolBar::longPressed, this, &CommandBars::showHistory);
 }
 
-void CommandBars::setPressed(const QString &key, bool pressed)
+/// A toggle's button is pressed while it is marked, whoever sets the mark.
+void CommandBars::followMarks()
 {
-    m_functions.setPressed(key, pressed);
-    m_browser.setPressed(key, pressed);
+    for (const MenuEntry &entry : menuTable()) {
+        if (entry.kind != MenuEntry::Kind::Toggle || !entry.details.button)
+            continue;
+        const QAction *item = m_frame.menuItem(QString::fromLatin1(entry.name));
+        const QString key = QString::fromLatin1(entry.details.button);
+        for (ToolBar *bar : {&m_functions, &m_browser})
+            connect(item, &QAction::toggled, bar,
+                    [bar, key](bool on) { bar->setPressed(key, on); });
+    }
 }
 
 void CommandBars::translate()

@@ -15,12 +15,11 @@ class CommandBars : public QObject {
 public:
     CommandBars(Frame &frame, ToolBar &functions, ToolBar &browser, QObject *parent);
 
-    /// Shows the button of that key pressed or not, on whichever bar has it.
-    void setPressed(const QString &key, bool pressed);
     /// Tool tips in the current language, looked up by button key.
     void translate();
 
 private:
+    void followMarks();
     void clickFunction(const QString &key, int index);
     void clickBrowser(const QString &key);
     void dropDown(const QString &key, const QPoint &place);

@@ -15,12 +15,16 @@ class CommandTable : public QObject {
 
 public:
     using Handler = std::function<void()>;
+    using ToggleHandler = std::function<void(bool on)>;
 
     CommandTable(const MainMenu &menu, QObject *parent);
 
-    /// The handler of `name`. A check item's mark is still the old one when its handler runs,
-    /// however it was run: the handler inverts it, once.
+    /// The handler of `name`. A check item's mark is the old one when its handler runs, however it
+    /// was run.
     void handle(const QString &name, const Handler &handler);
+    /// What the toggle `item` does with its new mark, between inverting and storing it: here alone
+    /// both happen, once, however it was run.
+    void handleToggle(const QAction *item, const ToggleHandler &handler);
     /// `rule` runs before the menu `name` opens and at `refreshRules`; it enables and disables.
     void beforeOpening(const QString &name, const Handler &rule);
 
@@ -35,9 +39,11 @@ public:
     QStringList unhandled() const;
 
 private:
+    void addToggle(const QString &name);
     void runFromMenu(const QString &name, QAction &action);
 
     const MainMenu &m_menu;
     QHash<QString, Handler> m_handlers;
+    QHash<const QAction *, ToggleHandler> m_toggles;
     QList<Handler> m_rules;
 };

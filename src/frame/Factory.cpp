@@ -1,13 +1,9 @@
 #include "Factory.h"
 
-#include <QAction>
-
 #include "Settings.h"
 #include "WebBrowser.h"
 #include "WindowTabs.h"
 #include "Yield.h"
-
-using namespace Qt::StringLiterals;
 
 QPointer<BrowserWindow> openBrowserWindow(Frame &frame, const QString &url, WindowState state,
                                           Loading loading)
@@ -18,7 +14,7 @@ QPointer<BrowserWindow> openBrowserWindow(Frame &frame, const QString &url, Wind
     const QPointer form = new BrowserWindow(frame);
     form->startingLoad = loading;
     form->startingAddress = url.isEmpty() ? Settings::homeUrl.read() : url;
-    form->browser()->setSilent(frame.menuItem(u"mnuToolsScriptErrorSuppress"_s)->isChecked());
+    form->browser()->setSilent(frame.isOn(Settings::suppressScriptErrors));
     frame.adopt(form);
     if (state == WindowState::Maximized)
         form->showMaximized();

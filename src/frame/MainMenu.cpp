@@ -32,12 +32,12 @@ MainMenu::MainMenu(QMenuBar &bar, QWidget &frame)
             action = open[entry.depth - 1]->addSeparator();
         } else {
             action = open[entry.depth - 1]->addAction(caption);
-            action->setCheckable(entry.kind == Check);
-            action->setChecked(entry.checked);
+            action->setCheckable(entry.kind == Check || entry.kind == Toggle);
+            action->setChecked(entry.details.checked);
             action->setMenuRole(QAction::NoRole);
         }
-        if (entry.shortcut) {
-            action->setShortcut(QKeySequence(QLatin1StringView(entry.shortcut)));
+        if (entry.details.key) {
+            action->setShortcut(QKeySequence(QLatin1StringView(entry.details.key)));
             action->setShortcutContext(Qt::WindowShortcut);
             frame.addAction(action);
         }

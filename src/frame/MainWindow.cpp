@@ -39,6 +39,7 @@
 #include "MailProgram.h"
 #include "MdiArea.h"
 #include "NavigationCommands.h"
+#include "NavigationFlags.h"
 #include "PlainCaption.h"
 #include "PopupCommands.h"
 #include "ProgramIcon.h"
@@ -124,6 +125,7 @@ void MainWindow::registerCommands()
     registerWindowCommands(*this, *m_windows, openBrowsers);
     connectTabStrip(*m_tabs, *this, openBrowsers);
     registerToolBarCommands(*this, *m_coolBar, *m_body, *m_links);
+    registerNavigationFlags(*this);
     registerNavigationCommands(*this);
     registerPopupCommands(*this);
     registerSideBarCommands(*this, *m_favoritesBar, *m_searchBar);
@@ -189,7 +191,7 @@ void MainWindow::load()
     m_commandLine = startAddress(unquoted(m_commandLine), QDir::currentPath());
     findChild<QLabel *>(u"pctIcon"_s)
         ->setPixmap(windowIcon().pixmap(QSize(16, 16), devicePixelRatio()));
-    applySettings(*this, *m_coolBar, *m_searchBar, *m_links);
+    applySettings(*this, *m_coolBar, *m_links);
     restoreBandLayout(*m_coolBar);
     show();
     letPendingEventsRun();
@@ -293,6 +295,11 @@ void MainWindow::handle(const QString &menuName, const Handler &handler)
     m_commands.handle(menuName, handler);
 }
 
+void MainWindow::handleToggle(const QAction *item, const ToggleHandler &handler)
+{
+    m_commands.handleToggle(item, handler);
+}
+
 void MainWindow::beforeOpening(const QString &menuName, const Handler &rule)
 {
     m_commands.beforeOpening(menuName, rule);
@@ -301,11 +308,6 @@ void MainWindow::beforeOpening(const QString &menuName, const Handler &rule)
 void MainWindow::run(const QString &menuName)
 {
     m_commands.run(menuName);
-}
-
-void MainWindow::setButtonPressed(const QString &key, bool pressed)
-{
-    m_commandBars->setPressed(key, pressed);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -60,9 +60,9 @@ public:
     void keepTyping(const Handler &change) override;
     QAction *menuItem(const QString &name) const override;
     void handle(const QString &menuName, const Handler &handler) override;
+    void handleToggle(const QAction *item, const ToggleHandler &handler) override;
     void beforeOpening(const QString &menuName, const Handler &rule) override;
     void run(const QString &menuName) override;
-    void setButtonPressed(const QString &key, bool pressed) override;
     int navigationFlags() const override { return m_navigationFlags; }
     void setNavigationFlags(int flags) override { m_navigationFlags = flags; }
 

@@ -13,24 +13,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Inverts the mark of `item`; returns the new one.
-bool invertMark(Frame &frame, const QString &item)
+/// The items for single bands can be used only while the strip is shown.
+void enableBandItems(const Frame &frame, bool enabled)
 {
-    QAction *action = frame.menuItem(item);
-    action->setChecked(!action->isChecked());
-    return action->isChecked();
+    for (const Settings::Switch &band :
+         {Settings::favoriteLinks, Settings::tabStrip, Settings::addressBar})
+        frame.itemOf(band)->setEnabled(enabled);
 }
 
-void registerBand(Frame &frame, CoolBar &bar, const QString &item, const QString &band,
-                  const Settings::Switch &setting, const std::function<void(bool)> &then = {})
+/// Whoever sets the mark, the band is shown while it is set.
+void showWhileMarked(const QAction *item, CoolBar &bar, const QString &band)
 {
-    frame.handle(item, [&frame, &bar, item, band, &setting, then] {
-        const bool shown = invertMark(frame, item);
-        bar.band(band)->setVisible(shown);
-        setting.write(shown).leaveToLog();
-        if (then)
-            then(shown);
-    });
+    QObject::connect(item, &QAction::toggled, &bar,
+                     [&bar, band](bool on) { bar.band(band)->setVisible(on); });
 }
 
 void registerDocking(Frame &frame, FrameBody &body, const QString &item, CoolBar::Dock side)
@@ -45,28 +40,20 @@ void registerDocking(Frame &frame, FrameBody &body, const QString &item, CoolBar
 
 }
 
-void enableBandItems(Frame &frame, bool enabled)
-{
-    for (const QString &item : {u"mnuViewToolBarFavoriteLinks"_s, u"mnuViewToolBarTabStrip"_s,
-                                u"mnuViewToolBarAddressBar"_s})
-        frame.menuItem(item)->setEnabled(enabled);
-}
-
 void registerToolBarCommands(Frame &frame, CoolBar &bar, FrameBody &body, LinksBar &links)
 {
-    frame.handle(u"mnuViewToolBarVisible"_s, [&frame, &bar] {
-        const bool shown = invertMark(frame, u"mnuViewToolBarVisible"_s);
-        bar.setVisible(shown);
-        enableBandItems(frame, shown);
-        Settings::toolBar.write(shown).leaveToLog();
+    QObject::connect(frame.itemOf(Settings::toolBar), &QAction::toggled, &bar,
+                     [&frame, &bar](bool on) {
+                         bar.setVisible(on);
+                         enableBandItems(frame, on);
+                     });
+    showWhileMarked(frame.itemOf(Settings::addressBar), bar, u"Address"_s);
+    showWhileMarked(frame.itemOf(Settings::favoriteLinks), bar, u"Links"_s);
+    showWhileMarked(frame.itemOf(Settings::tabStrip), bar, u"Tabs"_s);
+    frame.handleToggle(frame.itemOf(Settings::favoriteLinks), [&links](bool shown) {
+        if (shown)
+            links.fillIfEmpty();
     });
-    registerBand(frame, bar, u"mnuViewToolBarAddressBar"_s, u"Address"_s, Settings::addressBar);
-    registerBand(frame, bar, u"mnuViewToolBarFavoriteLinks"_s, u"Links"_s, Settings::favoriteLinks,
-                 [&links](bool shown) {
-                     if (shown)
-                         links.fillIfEmpty();
-                 });
-    registerBand(frame, bar, u"mnuViewToolBarTabStrip"_s, u"Tabs"_s, Settings::tabStrip);
     registerDocking(frame, body, u"mnuViewToolBarTop"_s, CoolBar::Dock::Top);
     registerDocking(frame, body, u"mnuViewToolBarBottom"_s, CoolBar::Dock::Bottom);
 }

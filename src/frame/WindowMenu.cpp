@@ -133,7 +133,6 @@ void activateTab(Frame &frame, const QString &key)
 
 void registerWindowCommands(Frame &frame, MdiArea &area, QMenu &openBrowsers)
 {
-    frame.handle(u"mnuWindowNewWindow"_s, [&frame] { frame.run(u"mnuFileNewCurrent"_s); });
     frame.handle(u"mnuWindowMinimizeAll"_s,
                  [&area] { area.minimizeAll(Forms::named("frmBrowser")); });
     frame.handle(u"mnuWindowRestoreAll"_s,
@@ -141,7 +140,6 @@ void registerWindowCommands(Frame &frame, MdiArea &area, QMenu &openBrowsers)
     frame.handle(u"mnuWindowCascade"_s, [&area] { area.arrange(Arrange::Cascade); });
     frame.handle(u"mnuWindowTileHorizontal"_s, [&area] { area.arrange(Arrange::TileHorizontal); });
     frame.handle(u"mnuWindowTileVertical"_s, [&area] { area.arrange(Arrange::TileVertical); });
-    frame.handle(u"mnuWindowCloseAll"_s, [&frame] { frame.run(u"mnuFileCloseAll"_s); });
     frame.beforeOpening(u"mnuWindow"_s, [&frame] {
         const bool hasWindow = frame.activeChild() != nullptr;
         for (const char *name : windowItems)

@@ -236,12 +236,6 @@ bool BrowserWindow::isActiveChild() const
     return m_frame.activeChild() == this;
 }
 
-bool BrowserWindow::menuChecked(const char *menuName) const
-{
-    const QAction *action = m_frame.menuItem(QString::fromLatin1(menuName));
-    return action && action->isChecked();
-}
-
 BrowserWindow *activeBrowser(const Frame &frame)
 {
     return qobject_cast<BrowserWindow *>(frame.activeChild());

@@ -108,7 +108,6 @@ private:
     bool isActiveChild() const;
     void showAddress();
     void pressTab();
-    bool menuChecked(const char *menuName) const;
 
     Frame &m_frame;
     QWidget *m_client = nullptr;

@@ -8,6 +8,7 @@
 #include "PopupEntrance.h"
 #include "ScriptError.h"
 #include "ScriptErrorsDialog.h"
+#include "Settings.h"
 #include "ShownText.h"
 #include "StatusStrip.h"
 #include "TextRules.h"
@@ -85,7 +86,7 @@ void BrowserWindow::fitToControl()
 void BrowserWindow::newWindow2(WebBrowser *&target, bool &cancel)
 {
     letPendingEventsRun();
-    if (menuChecked("mnuToolsKillPopUps")) {
+    if (m_frame.isOn(Settings::killPopups)) {
         cancel = true;
         return;
     }

@@ -4,6 +4,7 @@
 #include "Frame.h"
 #include "PopupBudget.h"
 #include "PopupEntrance.h"
+#include "Settings.h"
 
 #include <QTimer>
 #include <QUrl>
@@ -43,9 +44,9 @@ BrowserWindow *BrowserWindow::makePopup(const QString &url, bool unasked)
         window->m_openedUnasked = true;
     }
     window->m_browser->setRegisterAsBrowser(true);
-    window->m_browser->setSilent(menuChecked("mnuToolsScriptErrorSuppress"));
+    window->m_browser->setSilent(m_frame.isOn(Settings::suppressScriptErrors));
     window->m_entrance = std::make_unique<PopupEntrance>(*window, m_frame);
-    if (menuChecked("mnuToolsSmartPopupKiller") && hasPopupPatterns())
+    if (m_frame.isOn(Settings::smartPopupKiller) && hasPopupPatterns())
         window->m_entrance->hold(*this);
     else
         window->m_entrance->comeUp();
@@ -81,7 +82,7 @@ void BrowserWindow::firstNavigationIsLate()
 void BrowserWindow::openWaitingPopup(const QString &url)
 {
     m_browser->setRefusesUnaskedWindows(false);
-    if (!m_unloaded && !menuChecked("mnuToolsKillPopUps"))
+    if (!m_unloaded && !m_frame.isOn(Settings::killPopups))
         makePopup(url, true)->browser()->navigateForPage(url);
 }
 
@@ -89,7 +90,7 @@ void BrowserWindow::openWaitingPopup(const QString &url)
 /// ones; what it has taken from the user, he has again.
 bool BrowserWindow::closedAsBlocked(const QString &url, bool &cancel)
 {
-    if (!menuChecked("mnuToolsSmartPopupKiller") || isPopupAllowed(url, cancel))
+    if (!m_frame.isOn(Settings::smartPopupKiller) || isPopupAllowed(url, cancel))
         return false;
     // One that was seen counts.
     if (m_openedUnasked && !(m_entrance && m_entrance->isUp()))

@@ -2,11 +2,11 @@
 
 #include "BrowserWindow.h"
 #include "Frame.h"
+#include "Settings.h"
 #include "StatusStrip.h"
 #include "WebBrowser.h"
 #include "Yield.h"
 
-#include <QAction>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -31,7 +31,7 @@ MaximizeCatcher::MaximizeCatcher(BrowserWindow &window, const Frame &frame)
 
 void MaximizeCatcher::arm()
 {
-    if (m_frame.menuItem(u"mnuToolsMaximizeCatcher"_s)->isChecked())
+    if (m_frame.isOn(Settings::maximizeCatcher))
         m_timer->start();
     else
         m_timer->stop();

@@ -20,21 +20,7 @@ void followKillPopups(const QAction *item)
 
 void registerPopupCommands(Frame &frame)
 {
-    followKillPopups(frame.menuItem(u"mnuToolsKillPopUps"_s));
-    frame.handle(u"mnuToolsKillPopUps"_s, [&frame] {
-        QAction *item = frame.menuItem(u"mnuToolsKillPopUps"_s);
-        item->setChecked(!item->isChecked());
-        frame.setButtonPressed(u"PopupKiller"_s, item->isChecked());
-    });
-    frame.handle(u"mnuToolsSmartPopupKiller"_s, [&frame] {
-        QAction *item = frame.menuItem(u"mnuToolsSmartPopupKiller"_s);
-        item->setChecked(!item->isChecked());
-        Settings::smartPopupKiller.write(item->isChecked()).leaveToLog();
-    });
+    followKillPopups(frame.itemOf(Settings::killPopups));
     frame.handle(u"mnuToolsSmartPopupBlockerList"_s,
                  [&frame] { (new BlockedListDialog(frame))->open(); });
-    frame.handle(u"mnuToolsMaximizeCatcher"_s, [&frame] {
-        QAction *item = frame.menuItem(u"mnuToolsMaximizeCatcher"_s);
-        item->setChecked(!item->isChecked());
-    });
 }

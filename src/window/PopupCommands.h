@@ -2,7 +2,7 @@
 
 class Frame;
 
-/// Popup control in the Tools menu: its switches, the maximize catcher's, and the list of blocked
-/// addresses. The check marks are the run-time state;
-/// browser windows read them at the moment of each event.
+/// Popup control in the Tools menu: the engine refuses popups while they are killed, and the list
+/// of blocked addresses is shown. The check marks are the run-time state; browser windows read them
+/// at the moment of each event.
 void registerPopupCommands(Frame &frame);

@@ -7,7 +7,6 @@
 #include "CoolBar.h"
 #include "LinksBar.h"
 #include "MainWindow.h"
-#include "SearchBar.h"
 #include "TempAppFolder.h"
 #include "ToolBar.h"
 
@@ -60,8 +59,7 @@ void tst_ApplySettings::cleanup()
 
 void tst_ApplySettings::apply()
 {
-    applySettings(*m_frame, bar(), *m_frame->findChild<SearchBar *>(),
-                  *m_frame->findChild<LinksBar *>());
+    applySettings(*m_frame, bar(), *m_frame->findChild<LinksBar *>());
 }
 
 bool tst_ApplySettings::checked(const char *name) const

@@ -8,7 +8,6 @@
 #include "Forms.h"
 #include "LinksBar.h"
 #include "MainWindow.h"
-#include "SearchBar.h"
 #include "TempAppFolder.h"
 #include "ToolBar.h"
 #include "ToolBarButton.h"
@@ -84,8 +83,7 @@ void tst_LinksBar::cleanup()
 
 void tst_LinksBar::apply()
 {
-    applySettings(*m_frame, *m_frame->findChild<CoolBar *>(), *m_frame->findChild<SearchBar *>(),
-                  links());
+    applySettings(*m_frame, *m_frame->findChild<CoolBar *>(), links());
 }
 
 void tst_LinksBar::showFrame() const

@@ -84,6 +84,7 @@ public:
     {
         m_handlers[name] = handler;
     }
+    void handleToggle(const QAction *, const ToggleHandler &) override { }
     void beforeOpening(const QString &name, const Handler &rule) override { m_rules[name] = rule; }
     void run(const QString &name) override
     {
@@ -91,7 +92,6 @@ public:
         if (m_handlers.contains(name))
             m_handlers[name]();
     }
-    void setButtonPressed(const QString &, bool) override { }
     int navigationFlags() const override { return 0; }
     void setNavigationFlags(int) override { }
 
@@ -137,7 +137,6 @@ private slots:
     void init();
     void cleanup() { m_frame.reset(); }
     void enabledOnlyWithAnActiveChild();
-    void newWindowAndCloseAllRunTheFileCommands();
     void minimizeAllLeavesOtherForms();
     void arrangements();
     void openBrowsersListsWindows();
@@ -207,15 +206,6 @@ void tst_WindowMenu::enabledOnlyWithAnActiveChild()
     child->close();
     QTRY_VERIFY(!m_frame->activeChild());
     check(false);
-}
-
-void tst_WindowMenu::newWindowAndCloseAllRunTheFileCommands()
-{
-    item("mnuWindowNewWindow")->trigger();
-    QCOMPARE(m_frame->ran, (QStringList{u"mnuWindowNewWindow"_s, u"mnuFileNewCurrent"_s}));
-    m_frame->ran.clear();
-    item("mnuWindowCloseAll")->trigger();
-    QCOMPARE(m_frame->ran, (QStringList{u"mnuWindowCloseAll"_s, u"mnuFileCloseAll"_s}));
 }
 
 void tst_WindowMenu::minimizeAllLeavesOtherForms()

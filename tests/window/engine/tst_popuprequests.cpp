@@ -205,7 +205,7 @@ void tst_popuprequests::markIsFollowedWhereverItIsSet()
 {
     BrowserWindow *opener = open({}, false);
     const QString ask = u"window.w = window.open('/p'); window.w === null"_s;
-    m_scene->frame.run(u"mnuToolsKillPopUps"_s);
+    m_scene->frame.menuItem(u"mnuToolsKillPopUps"_s)->toggle();
     QVERIFY(PopupScene::script(opener, ask).toBool());
     m_scene->frame.menuItem(u"mnuToolsKillPopUps"_s)->setChecked(false);
     QVERIFY(!PopupScene::script(opener, ask).toBool());

@@ -1,0 +1,16 @@
+#include "Frame.h"
+
+#include <QAction>
+
+#include "Settings.h"
+
+QAction *Frame::itemOf(const Settings::Switch &setting) const
+{
+    return menuItem(QString::fromLatin1(setting.menuItem));
+}
+
+bool Frame::isOn(const Settings::Switch &setting) const
+{
+    const QAction *item = itemOf(setting);
+    return item && item->isChecked();
+}
