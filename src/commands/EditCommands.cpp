@@ -1,6 +1,5 @@
 #include "EditCommands.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QLineEdit>
@@ -130,13 +129,6 @@ void find(Frame &frame)
     active->browser()->find();
 }
 
-void enableItems(Frame &frame)
-{
-    const bool hasWindow = frame.activeChild() != nullptr;
-    frame.menuItem(u"mnuEditUndo"_s)->setEnabled(hasWindow);
-    frame.menuItem(u"mnuEditFind"_s)->setEnabled(hasWindow);
-}
-
 }
 
 void registerEditCommands(Frame &frame)
@@ -156,5 +148,4 @@ void registerEditCommands(Frame &frame)
         {always<OleCmd::ClearSelection>, selectNoneOf, [](QLineEdit &field) { field.deselect(); }});
     frame.handle(u"mnuEditUndo"_s, [&frame, &focus] { undo(frame, focus); });
     frame.handle(u"mnuEditFind"_s, [&frame] { find(frame); });
-    frame.beforeOpening(u"mnuEdit"_s, [&frame] { enableItems(frame); });
 }

@@ -1,9 +1,6 @@
 #include "FileCommands.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QMdiSubWindow>
-#include <QMenu>
 
 #include "BrowserWindow.h"
 #include "Clipboard.h"
@@ -53,28 +50,6 @@ void closeAll(Frame &frame)
     letPendingEventsRun();
 }
 
-void enableFileItems(Frame &frame)
-{
-    const bool hasWindow = frame.activeChild() != nullptr;
-    for (const QString &item : {u"mnuFileSaveAs"_s, u"mnuFileProfilesSave"_s, u"mnuFileClose"_s,
-                                u"mnuFileCloseAll"_s, u"mnuFileProperties"_s, u"mnuFilePrint"_s,
-                                u"mnuFilePrintPreview"_s, u"mnuFilePageSetup"_s})
-        frame.menuItem(item)->setEnabled(hasWindow);
-}
-
-void enableFromClipboard(Frame &frame)
-{
-    frame.menuItem(u"mnuFileNewFromClipboard"_s)->setEnabled(clipboardMayHaveText());
-}
-
-/// The clipboard's owner is asked when the user looks: asked at each change, one that does not
-/// answer would hold the frame up while nobody wants to know.
-void askClipboardFor(Frame &frame, const QString &menu)
-{
-    QObject::connect(frame.window()->findChild<QMenu *>(menu), &QMenu::aboutToShow, frame.window(),
-                     [] { clipboardHasText(); });
-}
-
 void registerNewCommands(Frame &frame)
 {
     frame.handle(u"mnuFileNewCurrent"_s, [&frame] { newOnCurrentPage(frame); });
@@ -84,8 +59,6 @@ void registerNewCommands(Frame &frame)
                  [&frame] { frame.openBrowserWindow({}, frame.newWindowState()); });
     frame.handle(u"mnuFileNewFromClipboard"_s,
                  [&frame] { frame.openBrowserWindow(clipboardText(), frame.newWindowState()); });
-    askClipboardFor(frame, u"mnuFileNew"_s);
-    frame.beforeOpening(u"mnuFileNew"_s, [&frame] { enableFromClipboard(frame); });
 }
 
 void registerPageCommands(Frame &frame)
@@ -107,9 +80,4 @@ void registerFileCommands(Frame &frame)
     frame.handle(u"mnuFileClose"_s, [&frame] { closeActive(frame); });
     frame.handle(u"mnuFileCloseAll"_s, [&frame] { closeAll(frame); });
     frame.handle(u"mnuFileExit"_s, [&frame] { frame.window()->close(); });
-    askClipboardFor(frame, u"mnuFile"_s);
-    frame.beforeOpening(u"mnuFile"_s, [&frame] {
-        enableFileItems(frame);
-        enableFromClipboard(frame);
-    });
 }

@@ -92,14 +92,6 @@ void showDocumentHTML(Frame &frame)
     letPendingEventsRun();
 }
 
-void enableItems(Frame &frame)
-{
-    const bool hasWindow = frame.activeChild() != nullptr;
-    frame.menuItem(u"mnuViewDocumentHTML"_s)->setEnabled(hasWindow);
-    frame.menuItem(u"mnuViewFontSize"_s)->setEnabled(hasWindow);
-    markFontSize(frame);
-}
-
 }
 
 void registerViewCommands(Frame &frame)
@@ -108,6 +100,5 @@ void registerViewCommands(Frame &frame)
         frame.handle(fontSizeItem(level), [&frame, level] { setFontSize(frame, level); });
     frame.handle(u"mnuViewRefresh"_s, [&frame] { refresh(frame); });
     frame.handle(u"mnuViewDocumentHTML"_s, [&frame] { showDocumentHTML(frame); });
-    frame.beforeOpening(u"mnuView"_s, [&frame] { enableItems(frame); });
     frame.beforeOpening(u"mnuViewFontSize"_s, [&frame] { markFontSize(frame); });
 }

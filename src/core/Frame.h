@@ -65,8 +65,8 @@ public:
     /// the new mark before that is stored. What is so while the mark is set, whoever sets it,
     /// follows `QAction::toggled` instead.
     virtual void handleToggle(const QAction *item, const ToggleHandler &handler) = 0;
-    /// Runs `rule` before the menu or submenu of that name opens, and whenever the active window
-    /// or the clipboard changes: it sets what is enabled.
+    /// Runs `rule` before the menu of that name, or one that it is in, opens, and whenever the
+    /// active window or the clipboard changes: for what the menu table cannot say.
     virtual void beforeOpening(const QString &menuName, const Handler &rule) = 0;
     /// Runs an item's handler, also while the item is disabled.
     virtual void run(const QString &menuName) = 0;

@@ -3,9 +3,10 @@
 #include <QAction>
 #include <QMenu>
 
+#include "Clipboard.h"
+#include "Frame.h"
 #include "Log.h"
 #include "MainMenu.h"
-#include "MenuTable.h"
 #include "Settings.h"
 
 namespace {
@@ -21,17 +22,28 @@ const Settings::Switch *settingOf(const QString &item)
 }
 }
 
-CommandTable::CommandTable(const MainMenu &menu, QObject *parent)
+CommandTable::CommandTable(const Frame &frame, const MainMenu &menu, QObject *parent)
     : QObject(parent)
+    , m_frame(frame)
     , m_menu(menu)
 {
     for (const MenuEntry &entry : menuTable()) {
+        const QString name = QString::fromLatin1(entry.name);
         if (entry.kind == MenuEntry::Kind::Toggle)
-            addToggle(QString::fromLatin1(entry.name));
+            addToggle(name);
         else if (const char *same = entry.details.same)
-            handle(QString::fromLatin1(entry.name),
-                   [this, same] { run(QString::fromLatin1(same)); });
+            handle(name, [this, same] { run(QString::fromLatin1(same)); });
+        // Its owner is asked when the user looks: asked at each change, one that does not answer
+        // would hold the frame up while nobody wants to know.
+        if (entry.details.need == MenuEntry::Need::ClipboardText)
+            whenOpening(m_menu.action(name)->parent(), [] { clipboardHasText(); });
     }
+    for (const MenuEntry &entry : menuTable()) {
+        if (entry.kind == MenuEntry::Kind::Menu)
+            connect(m_menu.menu(QString::fromLatin1(entry.name)), &QMenu::aboutToShow, this,
+                    &CommandTable::followNeeds);
+    }
+    connect(m_frame.itemOf(Settings::toolBar), &QAction::toggled, this, &CommandTable::followNeeds);
 }
 
 void CommandTable::addToggle(const QString &name)
@@ -75,10 +87,38 @@ void CommandTable::runFromMenu(const QString &name, QAction &action)
 
 void CommandTable::beforeOpening(const QString &name, const Handler &rule)
 {
-    QMenu *menu = m_menu.menu(name);
-    Q_ASSERT_X(menu, "CommandTable", qPrintable(name));
     m_rules.append(rule);
-    connect(menu, &QMenu::aboutToShow, this, [rule] { rule(); });
+    whenOpening(m_menu.menu(name), rule);
+}
+
+void CommandTable::whenOpening(const QObject *menu, const Handler &act)
+{
+    for (; const auto *each = qobject_cast<const QMenu *>(menu); menu = each->parent())
+        connect(each, &QMenu::aboutToShow, this, [act] { act(); });
+}
+
+bool CommandTable::isMet(MenuEntry::Need need) const
+{
+    using enum MenuEntry::Need;
+    switch (need) {
+    case Nothing:
+        break;
+    case Window:
+        return m_frame.activeChild();
+    case ClipboardText:
+        return clipboardMayHaveText();
+    case ToolBar:
+        return m_frame.isOn(Settings::toolBar);
+    }
+    return true;
+}
+
+void CommandTable::followNeeds() const
+{
+    for (const MenuEntry &entry : menuTable()) {
+        if (entry.details.need != MenuEntry::Need::Nothing)
+            m_menu.action(QString::fromLatin1(entry.name))->setEnabled(isMet(entry.details.need));
+    }
 }
 
 void CommandTable::run(const QString &name)
@@ -90,8 +130,9 @@ void CommandTable::run(const QString &name)
         qCDebug(lcFrame) << "no handler for" << name;
 }
 
-void CommandTable::refreshRules()
+void CommandTable::refresh()
 {
+    followNeeds();
     for (const Handler &rule : std::as_const(m_rules))
         rule();
 }
@@ -101,7 +142,7 @@ void CommandTable::close()
     for (const QString &name : unhandled())
         qCCritical(lcFrame) << "menu item without a handler:" << name;
     Q_ASSERT(unhandled().isEmpty());
-    refreshRules();
+    refresh();
 }
 
 QStringList CommandTable::unhandled() const

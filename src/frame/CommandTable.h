@@ -5,6 +5,9 @@
 #include <QString>
 #include <functional>
 
+#include "MenuTable.h"
+
+class Frame;
 class MainMenu;
 class QAction;
 
@@ -17,7 +20,7 @@ public:
     using Handler = std::function<void()>;
     using ToggleHandler = std::function<void(bool on)>;
 
-    CommandTable(const MainMenu &menu, QObject *parent);
+    CommandTable(const Frame &frame, const MainMenu &menu, QObject *parent);
 
     /// The handler of `name`. A check item's mark is the old one when its handler runs, however it
     /// was run.
@@ -25,13 +28,14 @@ public:
     /// What the toggle `item` does with its new mark, between inverting and storing it: here alone
     /// both happen, once, however it was run.
     void handleToggle(const QAction *item, const ToggleHandler &handler);
-    /// `rule` runs before the menu `name` opens and at `refreshRules`; it enables and disables.
+    /// `rule` runs before the menu `name`, or one that it is in, opens, and at `refresh`.
     void beforeOpening(const QString &name, const Handler &rule);
 
     void run(const QString &name);
-    /// Runs every rule: for when the active window or the clipboard changes, so that accelerators
-    /// are not dead because a menu was last opened under other conditions.
-    void refreshRules();
+    /// Enables every entry whose need is met, disables the others that have one, and runs every
+    /// rule: for when the active window or the clipboard changes, so that accelerators are not dead
+    /// because a menu was last opened under other conditions.
+    void refresh();
 
     /// To be called once all handlers are in. In a debug build it stops when an item has none.
     void close();
@@ -41,7 +45,12 @@ public:
 private:
     void addToggle(const QString &name);
     void runFromMenu(const QString &name, QAction &action);
+    /// Runs `act` before `menu`, or one that it is in, opens.
+    void whenOpening(const QObject *menu, const Handler &act);
+    bool isMet(MenuEntry::Need need) const;
+    void followNeeds() const;
 
+    const Frame &m_frame;
     const MainMenu &m_menu;
     QHash<QString, Handler> m_handlers;
     QHash<const QAction *, ToggleHandler> m_toggles;

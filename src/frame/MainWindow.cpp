@@ -76,7 +76,7 @@ template <typename Bar> Bar *named(Bar *bar, const char *name)
 
 MainWindow::MainWindow()
     : m_menu(*menuBar(), *this)
-    , m_commands(m_menu, this)
+    , m_commands(*this, m_menu, this)
     , m_windows(new MdiArea)
     , m_coolBar(named(new CoolBar, "CoolBar1"))
     , m_body(new FrameBody(*m_coolBar, *m_windows, this))
@@ -113,10 +113,11 @@ MainWindow::MainWindow()
     new FocusReturn(*this, giveBack);
     new GripGuard(*this, *m_coolBar, giveBack);
     registerCommands();
-    connect(m_windows, &MdiArea::activeChildChanged, &m_commands, &CommandTable::refreshRules);
+    connect(m_windows, &MdiArea::activeChildChanged, &m_commands, &CommandTable::refresh);
     watchClipboard();
     connect(QApplication::clipboard(), &QClipboard::dataChanged, &m_commands,
-            &CommandTable::refreshRules);
+            &CommandTable::refresh);
+    m_commands.refresh();
 }
 
 void MainWindow::registerCommands()

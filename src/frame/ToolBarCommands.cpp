@@ -13,14 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The items for single bands can be used only while the strip is shown.
-void enableBandItems(const Frame &frame, bool enabled)
-{
-    for (const Settings::Switch &band :
-         {Settings::favoriteLinks, Settings::tabStrip, Settings::addressBar})
-        frame.itemOf(band)->setEnabled(enabled);
-}
-
 /// Whoever sets the mark, the band is shown while it is set.
 void showWhileMarked(const QAction *item, CoolBar &bar, const QString &band)
 {
@@ -43,10 +35,7 @@ void registerDocking(Frame &frame, FrameBody &body, const QString &item, CoolBar
 void registerToolBarCommands(Frame &frame, CoolBar &bar, FrameBody &body, LinksBar &links)
 {
     QObject::connect(frame.itemOf(Settings::toolBar), &QAction::toggled, &bar,
-                     [&frame, &bar](bool on) {
-                         bar.setVisible(on);
-                         enableBandItems(frame, on);
-                     });
+                     &QWidget::setVisible);
     showWhileMarked(frame.itemOf(Settings::addressBar), bar, u"Address"_s);
     showWhileMarked(frame.itemOf(Settings::favoriteLinks), bar, u"Links"_s);
     showWhileMarked(frame.itemOf(Settings::tabStrip), bar, u"Tabs"_s);

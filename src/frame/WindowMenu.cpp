@@ -24,10 +24,6 @@ namespace {
 // Widest caption in the list of windows, in average letters.
 constexpr int captionLetters = 50;
 
-const char *const windowItems[] = {"mnuWindowMinimizeAll",  "mnuWindowRestoreAll",
-                                   "mnuWindowCascade",      "mnuWindowTileHorizontal",
-                                   "mnuWindowTileVertical", "mnuWindowCloseAll"};
-
 /// One column that scrolls, where a style would make a long menu several columns wide.
 class ScrollingMenuStyle : public QProxyStyle {
 public:
@@ -140,11 +136,6 @@ void registerWindowCommands(Frame &frame, MdiArea &area, QMenu &openBrowsers)
     frame.handle(u"mnuWindowCascade"_s, [&area] { area.arrange(Arrange::Cascade); });
     frame.handle(u"mnuWindowTileHorizontal"_s, [&area] { area.arrange(Arrange::TileHorizontal); });
     frame.handle(u"mnuWindowTileVertical"_s, [&area] { area.arrange(Arrange::TileVertical); });
-    frame.beforeOpening(u"mnuWindow"_s, [&frame] {
-        const bool hasWindow = frame.activeChild() != nullptr;
-        for (const char *name : windowItems)
-            frame.menuItem(QString::fromLatin1(name))->setEnabled(hasWindow);
-    });
     openBrowsers.setToolTipsVisible(true);
     auto *style = new ScrollingMenuStyle;
     style->setParent(&openBrowsers);

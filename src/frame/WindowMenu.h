@@ -8,7 +8,7 @@ class QMdiSubWindow;
 class QMenu;
 class TabStrip;
 
-/// Gives the Window menu its handlers and its enabling rule, and keeps `openBrowsers` a live list
+/// Gives the Window menu its handlers, and keeps `openBrowsers` a live list
 /// of the children, built each time it opens.
 void registerWindowCommands(Frame &frame, MdiArea &area, QMenu &openBrowsers);
 

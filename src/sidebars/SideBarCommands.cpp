@@ -1,5 +1,4 @@
 #include "SideBarCommands.h"
-#include "BrowserWindow.h"
 #include "FavoritesBar.h"
 #include "FavoritesTransfer.h"
 #include "Frame.h"
@@ -58,9 +57,6 @@ void registerSideBarCommands(Frame &frame, FavoritesBar &favorites, SearchBar &s
     auto *transfer = new FavoritesTransfer(frame);
     frame.handle(u"mnuFavoritesExport"_s, [transfer] { transfer->exportFile(); });
     frame.handle(u"mnuFavoritesImport"_s, [transfer] { transfer->importFile(); });
-    frame.beforeOpening(u"mnuFavorites"_s, [&] {
-        frame.menuItem(u"mnuFavoritesAdd"_s)->setEnabled(activeBrowser(frame) != nullptr);
-    });
     QObject::connect(&search, &SearchBar::searchRequested, &search,
                      [&](int newWindow, const QString &url) { open(frame, newWindow, url); });
 }

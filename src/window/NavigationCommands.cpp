@@ -1,7 +1,5 @@
 #include "NavigationCommands.h"
 
-#include <QAction>
-
 #include "BrowserWindow.h"
 #include "Frame.h"
 #include "Settings.h"
@@ -37,15 +35,6 @@ void refresh(WebBrowser &page)
     page.refresh();
 }
 
-void enableItems(Frame &frame)
-{
-    const bool hasWindow = frame.activeChild() != nullptr;
-    for (const QString &item :
-         {u"mnuNavigationBackwards"_s, u"mnuNavigationForwards"_s, u"mnuNavigationStop"_s,
-          u"mnuNavigationStopAll"_s, u"mnuNavigationRefresh"_s, u"mnuNavigationRefreshAll"_s})
-        frame.menuItem(item)->setEnabled(hasWindow);
-}
-
 }
 
 void registerNavigationCommands(Frame &frame)
@@ -58,5 +47,4 @@ void registerNavigationCommands(Frame &frame)
     onEveryPage(frame, u"mnuNavigationRefreshAll"_s, refresh);
     frame.handle(u"mnuNavigationStartPage"_s,
                  [&frame] { frame.navigateActive(Settings::homeUrl.read()); });
-    frame.beforeOpening(u"mnuNavigation"_s, [&frame] { enableItems(frame); });
 }

@@ -28,7 +28,6 @@ private slots:
     void closeButtonOfTheFavorites();
     void searchInTheActiveWindow();
     void searchInANewWindow();
-    void addNeedsAWindow();
     void addOpensTheDialog();
 
 private:
@@ -157,15 +156,6 @@ void tst_SideBarCommands::searchInANewWindow()
     QCOMPARE(m_frame->opened.first().url, u"http://a/?q=x"_s);
     QCOMPARE(m_frame->opened.first().state, WindowState::Maximized);
     QVERIFY(m_frame->navigated.isEmpty());
-}
-
-void tst_SideBarCommands::addNeedsAWindow()
-{
-    m_frame->rules[u"mnuFavorites"_s]();
-    QVERIFY(!m_frame->menuItem(u"mnuFavoritesAdd"_s)->isEnabled());
-    m_frame->open(u"http://a/"_s);
-    m_frame->rules[u"mnuFavorites"_s]();
-    QVERIFY(m_frame->menuItem(u"mnuFavoritesAdd"_s)->isEnabled());
 }
 
 void tst_SideBarCommands::addOpensTheDialog()

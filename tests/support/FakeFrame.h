@@ -129,7 +129,7 @@ public:
             handler(mark->isChecked());
         };
     }
-    void beforeOpening(const QString &name, const Handler &rule) override { rules[name] = rule; }
+    void beforeOpening(const QString &, const Handler &) override { }
     void run(const QString &name) override
     {
         if (handlers[name])
@@ -171,7 +171,6 @@ public:
     QStringList addressTexts;
     QList<Address> addresses;
     std::map<QString, Handler> handlers;
-    std::map<QString, Handler> rules;
     int flags = 0;
 
 private:
