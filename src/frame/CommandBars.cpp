@@ -8,7 +8,6 @@
 #include "HistoryMenu.h"
 #include "Language.h"
 #include "MenuTable.h"
-#include "Settings.h"
 #include "ThemedIcon.h"
 #include "ToolBar.h"
 #include "WebBrowser.h"
@@ -78,26 +77,30 @@ CommandBars::CommandBars(Frame &frame, ToolBar &functions, ToolBar &browser, QOb
 {
     fill(m_functions, functionButtons);
     fill(m_browser, browserButtons);
-    followMarks();
-    connect(&m_functions, &ToolBar::buttonClicked, this, &CommandBars::clickFunction);
-    connect(&m_functions, &ToolBar::dropDown, this, &CommandBars::dropDown);
-    connect(&m_browser, &ToolBar::buttonClicked, this, &CommandBars::clickBrowser);
+    for (ToolBar *bar : {&m_functions, &m_browser}) {
+        connect(bar, &ToolBar::buttonClicked, this,
+                [this, bar](const QString &key, int index) { click(*bar, key, index); });
+        connect(bar, &ToolBar::dropDown, this, &CommandBars::popUp);
+    }
     connect(&m_browser, &ToolBar::rightClicked, this, &CommandBars::showHistory);
     connect(&m_browser, &ToolBar::longPressed, this, &CommandBars::showHistory);
+    for (const MenuEntry &entry : menuTable()) {
+        if (entry.details.button)
+            tie(entry);
+    }
 }
 
-/// A toggle's button is pressed while it is marked, whoever sets the mark.
-void CommandBars::followMarks()
+void CommandBars::tie(const MenuEntry &entry)
 {
-    for (const MenuEntry &entry : menuTable()) {
-        if (entry.kind != MenuEntry::Kind::Toggle || !entry.details.button)
-            continue;
-        const QAction *item = m_frame.menuItem(QString::fromLatin1(entry.name));
-        const QString key = QString::fromLatin1(entry.details.button);
-        for (ToolBar *bar : {&m_functions, &m_browser})
-            connect(item, &QAction::toggled, bar,
-                    [bar, key](bool on) { bar->setPressed(key, on); });
-    }
+    using enum MenuEntry::Kind;
+    QAction *item = m_frame.menuItem(QString::fromLatin1(entry.name));
+    const QString key = QString::fromLatin1(entry.details.button);
+    (entry.kind == Menu ? m_menus : m_commands).insert(key, item);
+    if (entry.kind != Toggle)
+        return;
+    // Whoever sets the mark.
+    for (ToolBar *bar : {&m_functions, &m_browser})
+        connect(item, &QAction::toggled, bar, [bar, key](bool on) { bar->setPressed(key, on); });
 }
 
 void CommandBars::translate()
@@ -106,56 +109,22 @@ void CommandBars::translate()
     translateToolTips(m_browser);
 }
 
-void CommandBars::clickFunction(const QString &key, int index)
+void CommandBars::click(ToolBar &bar, const QString &key, int index)
 {
-    if (key == "New"_L1)
-        m_frame.run(u"mnuFileNewCurrent"_s);
-    else if (key == "Profile"_L1)
-        m_frame.run(u"mnuFileProfiles"_s);
-    else if (key == "Save"_L1)
-        m_frame.run(u"mnuFileProfilesSave"_s);
-    else if (key == "PopupKiller"_L1)
-        m_frame.run(u"mnuToolsKillPopUps"_s);
-    else if (key == "Favorites"_L1)
-        m_frame.run(u"mnuFavoritesShow"_s);
-    else if (key == "FontSize"_L1)
-        dropDown(key, below(m_functions, index));
+    if (const QAction *item = m_commands.value(key))
+        m_frame.run(item->objectName());
+    else if (m_menus.contains(key))
+        popUp(key, below(bar, index));
+    else if (const BrowserWindow *active = activeBrowser(m_frame))
+        active->browser()->refresh2(refreshCompletely);
     letPendingEventsRun();
 }
 
-void CommandBars::clickBrowser(const QString &key)
+void CommandBars::popUp(const QString &key, const QPoint &place)
 {
-    if (key == "Search"_L1)
-        m_frame.run(u"mnuViewSearchBar"_s);
-    else if (key == "Home"_L1)
-        m_frame.navigateActive(Settings::homeUrl.read());
-    else
-        actOnPage(key);
-    letPendingEventsRun();
-}
-
-void CommandBars::actOnPage(const QString &key)
-{
-    const BrowserWindow *active = activeBrowser(m_frame);
-    if (!active)
-        return;
-    WebBrowser &page = *active->browser();
-    if (key == "Back"_L1)
-        page.goBack();
-    else if (key == "Forward"_L1)
-        page.goForward();
-    else if (key == "Stop"_L1)
-        page.stop();
-    else if (key == "Refresh"_L1)
-        page.refresh2(refreshCompletely);
-}
-
-void CommandBars::dropDown(const QString &key, const QPoint &place)
-{
-    if (key == "New"_L1)
-        popUp(u"mnuFileNew"_s, place);
-    else if (key == "FontSize"_L1 && m_frame.activeChild())
-        popUp(u"mnuViewFontSize"_s, place);
+    const QAction *item = m_menus.value(key);
+    if (item && item->isEnabled())
+        item->menu()->popup(place);
 }
 
 void CommandBars::showHistory(const QString &key, const QPoint &place)
@@ -167,9 +136,4 @@ void CommandBars::showHistory(const QString &key, const QPoint &place)
     QMenu *menu = makeHistoryMenu(*active->browser(), direction, m_frame.window());
     if (menu)
         menu->popup(place);
-}
-
-void CommandBars::popUp(const QString &menuName, const QPoint &place)
-{
-    m_frame.menuItem(menuName)->menu()->popup(place);
 }
