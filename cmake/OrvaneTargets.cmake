@@ -23,6 +23,7 @@ function(orvane_folder name)
   add_library(orvane_${name} STATIC ${sources})
   target_include_directories(orvane_${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR}/${name})
   target_link_libraries(orvane_${name} PUBLIC ${ARGN} PRIVATE orvane_options)
+  set_property(GLOBAL APPEND PROPERTY ORVANE_FOLDERS orvane_${name})
 endfunction()
 
 # orvane_tests(FOLDER LINKS...): one test program per tst_*.cpp in tests/FOLDER; those in

@@ -5,7 +5,7 @@
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "FlatButtonPaint.h"
-#include "Language.h"
+#include "Texts.h"
 
 #include <QAccessible>
 #include <QKeyEvent>
@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int stepPixels = 15; // of the left edge, at each press of a key
+constexpr Texts<"CoolBar"> texts;
 }
 
 BandGrip::BandGrip(CoolBar &bar, CoolBand &band)
@@ -31,7 +32,7 @@ BandGrip::BandGrip(CoolBar &bar, CoolBand &band)
 
 void BandGrip::translate()
 {
-    const QString text = languageText(u"CoolBar"_s, u"strMove"_s, u"Move %1"_s);
+    const QString text = texts.at<"strMove", "Move %1">();
     setAccessibleName(text.contains("%1"_L1) ? text.arg(m_band.name()) : m_band.name());
 }
 
@@ -39,7 +40,7 @@ QString BandGrip::placeText() const
 {
     const QList<BandMoves::Row> rows = m_bar.rows();
     const BandMoves::Row row = BandMoves(m_bar).rowOf(&m_band);
-    QString text = languageText(u"CoolBar"_s, u"strPlace"_s, u"Row %1, place %2 of %3"_s);
+    QString text = texts.at<"strPlace", "Row %1, place %2 of %3">();
     // A language file may leave some of them out.
     text.replace("%1"_L1, QString::number(rows.indexOf(row) + 1));
     text.replace("%2"_L1, QString::number(row.indexOf(&m_band) + 1));

@@ -5,9 +5,9 @@
 #include "CoolBarDrag.h"
 #include "CoolBarLayout.h"
 #include "CoolBarPaint.h"
-#include "Language.h"
 #include "Log.h"
 #include "TabOrder.h"
+#include "Texts.h"
 #include "Twips.h"
 
 #include <QEvent>
@@ -18,10 +18,14 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+constexpr Texts<"CoolBar"> texts;
+}
+
 CoolBar::CoolBar(QWidget *parent)
     : QWidget(parent)
     , m_drag(std::make_unique<CoolBarDrag>(this))
-    , m_chevronName(u"More Buttons"_s)
+    , m_chevronName(texts.at<"strMore", "More Buttons">.inEnglish())
 {
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -68,9 +72,9 @@ void CoolBar::setDock(Dock dock)
 
 void CoolBar::translate()
 {
-    m_chevronName = languageText(u"CoolBar"_s, u"strMore"_s, m_chevronName);
+    m_chevronName = texts.at<"strMore", "More Buttons">(m_chevronName);
     for (CoolBand *band : std::as_const(m_bands)) {
-        band->setName(languageText(u"CoolBar"_s, "str"_L1 + band->key(), band->name()));
+        band->setName(texts.named("str"_L1 + band->key(), band->name()));
         band->m_chevron->setAccessibleName(m_chevronName);
         band->m_chevron->setToolTip(m_chevronName);
     }

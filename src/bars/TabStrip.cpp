@@ -1,9 +1,9 @@
 #include "TabStrip.h"
 
 #include "DraggedUrls.h"
-#include "Language.h"
 #include "TabButton.h"
 #include "TabOrder.h"
+#include "Texts.h"
 
 #include <QContextMenuEvent>
 #include <QDropEvent>
@@ -58,9 +58,9 @@ void TabStrip::makeArrows()
 /// Done as the arrows come up, so that they speak the language of that moment.
 void TabStrip::nameArrows()
 {
-    const QString section = u"frmMain"_s;
-    m_left->setToolTip(languageText(section, u"strScrollTabsLeft"_s, u"Scroll tabs left"_s));
-    m_right->setToolTip(languageText(section, u"strScrollTabsRight"_s, u"Scroll tabs right"_s));
+    constexpr Texts<"frmMain"> texts;
+    m_left->setToolTip(texts.at<"strScrollTabsLeft", "Scroll tabs left">());
+    m_right->setToolTip(texts.at<"strScrollTabsRight", "Scroll tabs right">());
     for (QToolButton *arrow : {m_left, m_right})
         arrow->setAccessibleName(arrow->toolTip());
 }

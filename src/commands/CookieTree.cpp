@@ -7,7 +7,7 @@
 #include <QSet>
 
 #include "EngineData.h"
-#include "Language.h"
+#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -22,14 +22,11 @@ constexpr int expiresColumn = 2;
 constexpr int pathWidth = 80;
 constexpr int cellMargins = 20;
 
-QString translated(const QString &key, const QString &english)
-{
-    return languageText(u"frmInternetOptions"_s, key, english);
-}
+constexpr Texts<"frmInternetOptions"> texts;
 
 QString sessionText()
 {
-    return translated(u"strSession"_s, u"With the program"_s);
+    return texts.at<"strSession", "With the program">();
 }
 
 QString siteOf(const StoredCookie &cookie)
@@ -73,8 +70,8 @@ CookieTree::CookieTree(EngineData &engine)
     setObjectName("lstCookies"_L1);
     setSelectionMode(ExtendedSelection);
     setUniformRowHeights(true);
-    setHeaderLabels({translated(u"strSite"_s, u"Site"_s), translated(u"strPath"_s, u"Path"_s),
-                     translated(u"strExpires"_s, u"Expires"_s)});
+    setHeaderLabels({texts.at<"strSite", "Site">(), texts.at<"strPath", "Path">(),
+                     texts.at<"strExpires", "Expires">()});
     setColumnWidths();
     m_refresh.setSingleShot(true);
     m_refresh.setInterval(refreshInterval);

@@ -7,8 +7,8 @@
 #include <QSpinBox>
 
 #include "EngineOptions.h"
-#include "Language.h"
 #include "OptionControls.h"
+#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,10 +17,7 @@ namespace {
 /// Characters of a font's name that are seen; a longer one is in the list as a whole.
 constexpr int shownCharacters = 22;
 
-QString translated(const QString &key, const QString &english)
-{
-    return languageText(u"frmInternetOptions"_s, key, english);
-}
+constexpr Texts<"frmInternetOptions"> texts;
 
 /// Selects a family, also one that this machine has not; the empty one is the first entry.
 void select(QComboBox &box, const QString &family)
@@ -42,24 +39,23 @@ QString selected(const QComboBox &box)
 }
 
 FontOptions::FontOptions()
-    : QGroupBox(translated(u"FrameFonts"_s, u"Fonts and sizes"_s))
+    : QGroupBox(texts.at<"FrameFonts", "Fonts and sizes">())
     , m_layout(new QGridLayout(this))
 {
-    m_standard = addFont(u"lblStandardFont"_s, u"S&tandard:"_s);
+    m_standard = addFont(texts.at<"lblStandardFont", "S&tandard:">);
     m_size = makeSize(u"txtFontSize"_s);
-    m_size->setAccessibleName(translated(u"txtFontSize"_s, u"Size of text"_s));
+    m_size->setAccessibleName(texts.at<"txtFontSize", "Size of text">());
     m_layout->addWidget(m_size, 0, 2);
-    m_fixed = addFont(u"lblFixedFont"_s, u"Fi&xed width:"_s);
+    m_fixed = addFont(texts.at<"lblFixedFont", "Fi&xed width:">);
     m_fixedSize = makeSize(u"txtFixedFontSize"_s);
-    m_fixedSize->setAccessibleName(
-        translated(u"txtFixedFontSize"_s, u"Size of text of fixed width"_s));
+    m_fixedSize->setAccessibleName(texts.at<"txtFixedFontSize", "Size of text of fixed width">());
     m_layout->addWidget(m_fixedSize, 1, 2);
-    m_serif = addFont(u"lblSerifFont"_s, u"S&erif:"_s);
-    m_sansSerif = addFont(u"lblSansSerifFont"_s, u"Sa&ns serif:"_s);
+    m_serif = addFont(texts.at<"lblSerifFont", "S&erif:">);
+    m_sansSerif = addFont(texts.at<"lblSansSerifFont", "Sa&ns serif:">);
     m_minimum = makeSize(u"txtMinimumSize"_s);
     m_minimum->setMinimum(0);
-    m_minimum->setSpecialValueText(translated(u"strNoMinimum"_s, u"Any"_s));
-    auto *label = new QLabel(translated(u"lblMinimumSize"_s, u"S&mallest size:"_s));
+    m_minimum->setSpecialValueText(texts.at<"strNoMinimum", "Any">());
+    auto *label = new QLabel(texts.at<"lblMinimumSize", "S&mallest size:">());
     label->setObjectName("lblMinimumSize"_L1);
     OptionControls::name(*label, *m_minimum);
     m_layout->addWidget(label, 4, 0);
@@ -67,17 +63,17 @@ FontOptions::FontOptions()
     m_layout->setColumnStretch(1, 1);
 }
 
-QComboBox *FontOptions::addFont(const QString &name, const QString &english)
+QComboBox *FontOptions::addFont(const Text &caption)
 {
     static const QStringList families = QFontDatabase::families();
     auto *box = new QComboBox;
-    box->setObjectName("cbo"_L1 + name.mid(3));
+    box->setObjectName("cbo"_L1 + caption.name().mid(3));
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(shownCharacters);
-    box->addItem(translated(u"strBuiltIn"_s, u"As built in"_s));
+    box->addItem(texts.at<"strBuiltIn", "As built in">());
     box->addItems(families);
-    auto *label = new QLabel(translated(name, english));
-    label->setObjectName(name);
+    auto *label = new QLabel(caption());
+    label->setObjectName(caption.name());
     OptionControls::name(*label, *box);
     const int row = m_layout->rowCount() == 1 && m_layout->isEmpty() ? 0 : m_layout->rowCount();
     m_layout->addWidget(label, row, 0);

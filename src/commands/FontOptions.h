@@ -2,10 +2,11 @@
 
 #include <QGroupBox>
 
+struct EngineOptions;
 class QComboBox;
 class QGridLayout;
 class QSpinBox;
-struct EngineOptions;
+class Text;
 
 /// Fonts and sizes for pages that name none, and the size that no text goes below.
 class FontOptions : public QGroupBox {
@@ -18,7 +19,7 @@ public:
     void collect(EngineOptions &options) const;
 
 private:
-    QComboBox *addFont(const QString &name, const QString &english);
+    QComboBox *addFont(const Text &caption);
     QSpinBox *makeSize(const QString &name);
 
     QGridLayout *m_layout;

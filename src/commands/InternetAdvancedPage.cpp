@@ -9,18 +9,20 @@
 
 #include "EngineOptions.h"
 #include "FontOptions.h"
-#include "Language.h"
 #include "NetworkOptions.h"
 #include "OptionControls.h"
+#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-QCheckBox *makeCheckBox(const QString &name, const QString &english)
+constexpr Texts<"frmInternetOptions"> texts;
+
+QCheckBox *makeCheckBox(const Text &caption)
 {
-    auto *box = new QCheckBox(languageText(u"frmInternetOptions"_s, name, english));
-    box->setObjectName(name);
+    auto *box = new QCheckBox(caption());
+    box->setObjectName(caption.name());
     return box;
 }
 
@@ -49,11 +51,11 @@ InternetAdvancedPage::InternetAdvancedPage()
 
 QGroupBox *InternetAdvancedPage::makePages()
 {
-    auto *group = new QGroupBox(languageText(u"frmInternetOptions"_s, u"FramePages"_s, u"Pages"_s));
-    m_chkScripts = makeCheckBox(u"chkScripts"_s, u"&Run scripts"_s);
-    m_chkImages = makeCheckBox(u"chkImages"_s, u"Show &images"_s);
-    m_chkPdf = makeCheckBox(u"chkPdf"_s, u"Show PD&F files in the page"_s);
-    m_chkHardware = makeCheckBox(u"chkHardware"_s, u"Use the grap&hics device"_s);
+    auto *group = new QGroupBox(texts.at<"FramePages", "Pages">());
+    m_chkScripts = makeCheckBox(texts.at<"chkScripts", "&Run scripts">);
+    m_chkImages = makeCheckBox(texts.at<"chkImages", "Show &images">);
+    m_chkPdf = makeCheckBox(texts.at<"chkPdf", "Show PD&F files in the page">);
+    m_chkHardware = makeCheckBox(texts.at<"chkHardware", "Use the grap&hics device">);
     auto *layout = new QGridLayout(group);
     layout->addWidget(m_chkScripts, 0, 0, 1, 2);
     layout->addWidget(m_chkImages, 1, 0, 1, 2);

@@ -13,23 +13,20 @@
 #include "CookieTree.h"
 #include "EngineData.h"
 #include "EngineOptions.h"
-#include "Language.h"
 #include "MsgBox.h"
 #include "OptionControls.h"
+#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-QString translated(const QString &key, const QString &english)
-{
-    return languageText(u"frmInternetOptions"_s, key, english);
-}
+constexpr Texts<"frmInternetOptions"> texts;
 
-QPushButton *makeButton(const QString &name, const QString &english)
+QPushButton *makeButton(const Text &caption)
 {
-    auto *button = new QPushButton(translated(name, english));
-    button->setObjectName(name);
+    auto *button = new QPushButton(caption());
+    button->setObjectName(caption.name());
     button->setAutoDefault(false);
     return button;
 }
@@ -50,17 +47,17 @@ InternetGeneralPage::InternetGeneralPage(EngineData &engine)
 
 QWidget *InternetGeneralPage::makeCache()
 {
-    auto *group = new QGroupBox(translated(u"FrameCache"_s, u"Cache"_s));
-    m_lblCacheUsed = new QLabel(translated(u"strMeasuring"_s, u"The cache is being measured"_s));
+    auto *group = new QGroupBox(texts.at<"FrameCache", "Cache">());
+    m_lblCacheUsed = new QLabel(texts.at<"strMeasuring", "The cache is being measured">());
     m_lblCacheUsed->setObjectName("lblCacheUsed"_L1);
-    QPushButton *clear = makeButton(u"cmdClearCache"_s, u"C&lear Cache"_s);
+    QPushButton *clear = makeButton(texts.at<"cmdClearCache", "C&lear Cache">);
     connect(clear, &QPushButton::clicked, &m_data, &EngineData::clearCache);
     m_spnCacheLimit = new QSpinBox;
     m_spnCacheLimit->setObjectName("txtCacheLimit"_L1);
     m_spnCacheLimit->setRange(0, EngineLimits::cache);
     m_spnCacheLimit->setSuffix(u" MB"_s);
-    m_spnCacheLimit->setSpecialValueText(translated(u"strAutomatic"_s, u"Automatic"_s));
-    auto *limit = new QLabel(translated(u"lblCacheLimit"_s, u"At &most:"_s));
+    m_spnCacheLimit->setSpecialValueText(texts.at<"strAutomatic", "Automatic">());
+    auto *limit = new QLabel(texts.at<"lblCacheLimit", "At &most:">());
     limit->setObjectName("lblCacheLimit"_L1);
     OptionControls::name(*limit, *m_spnCacheLimit);
     auto *layout = new QGridLayout(group);
@@ -75,14 +72,14 @@ QWidget *InternetGeneralPage::makeCache()
 
 QWidget *InternetGeneralPage::makeCookies()
 {
-    auto *group = new QGroupBox(translated(u"FrameCookies"_s, u"Cookies"_s));
+    auto *group = new QGroupBox(texts.at<"FrameCookies", "Cookies">());
     m_chkThirdParty = new QCheckBox(
-        translated(u"chkThirdParty"_s, u"&Refuse cookies of other sites than the page's"_s));
+        texts.at<"chkThirdParty", "&Refuse cookies of other sites than the page's">());
     m_chkThirdParty->setObjectName("chkThirdParty"_L1);
     m_lstCookies = new CookieTree(m_data);
-    m_lstCookies->setAccessibleName(translated(u"lstCookies"_s, u"Cookies by site"_s));
-    m_cmdDelete = makeButton(u"cmdDeleteCookies"_s, u"&Delete"_s);
-    m_cmdDeleteAll = makeButton(u"cmdDeleteAllCookies"_s, u"Delete All C&ookies"_s);
+    m_lstCookies->setAccessibleName(texts.at<"lstCookies", "Cookies by site">());
+    m_cmdDelete = makeButton(texts.at<"cmdDeleteCookies", "&Delete">);
+    m_cmdDeleteAll = makeButton(texts.at<"cmdDeleteAllCookies", "Delete All C&ookies">);
     const auto enable = [this] {
         m_cmdDelete->setEnabled(!m_lstCookies->selectedItems().isEmpty());
         m_cmdDeleteAll->setEnabled(m_lstCookies->topLevelItemCount() > 0);
@@ -103,15 +100,14 @@ QWidget *InternetGeneralPage::makeCookies()
 
 QWidget *InternetGeneralPage::makeLinks()
 {
-    auto *group = new QGroupBox(translated(u"FrameLinks"_s, u"Visited links"_s));
-    m_lblLinks = new QLabel(translated(
-        u"strLinks"_s, u"Links to pages you have been to are shown in another color."_s));
+    auto *group = new QGroupBox(texts.at<"FrameLinks", "Visited links">());
+    m_lblLinks = new QLabel(
+        texts.at<"strLinks", "Links to pages you have been to are shown in another color.">());
     m_lblLinks->setObjectName("lblLinks"_L1);
-    QPushButton *clear = makeButton(u"cmdClearLinks"_s, u"Clear &Visited Links"_s);
+    QPushButton *clear = makeButton(texts.at<"cmdClearLinks", "Clear &Visited Links">);
     connect(clear, &QPushButton::clicked, this, [this] {
         m_data.clearVisitedLinks();
-        m_lblLinks->setText(
-            translated(u"strLinksCleared"_s, u"No link counts as visited any more."_s));
+        m_lblLinks->setText(texts.at<"strLinksCleared", "No link counts as visited any more.">());
     });
     auto *layout = new QVBoxLayout(group);
     layout->addWidget(m_lblLinks);
@@ -135,20 +131,19 @@ void InternetGeneralPage::showCacheSize(qint64 bytes)
 {
     m_lblCacheUsed->setText(
         m_data.isStored()
-            ? translated(u"strCacheUsed"_s, u"In use: %1"_s)
-                  .arg(QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat))
-            : translated(
-                u"strNotStored"_s,
-                u"Another running program has the stored data. This one keeps nothing."_s));
+            ? texts.at<"strCacheUsed", "In use: %1">().arg(
+                QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat))
+            : texts.at<"strNotStored",
+                       "Another running program has the stored data. This one keeps nothing.">());
 }
 
 void InternetGeneralPage::askToDeleteAll()
 {
     MsgBox::ask(
         this,
-        translated(u"strDeleteAll"_s,
-                   u"Delete the cookies of all sites? Where you are signed in, you will not be "
-                   u"any more."_s),
+        texts.at<"strDeleteAll",
+                 "Delete the cookies of all sites? Where you are signed in, you will not be "
+                 "any more.">(),
         window()->windowTitle(), [data = QPointer(&m_data)](MsgBox::Answer answer) {
             if (data && answer == MsgBox::Answer::Yes)
                 data->deleteAllCookies();

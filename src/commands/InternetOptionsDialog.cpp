@@ -12,9 +12,9 @@
 #include "Frame.h"
 #include "InternetAdvancedPage.h"
 #include "InternetGeneralPage.h"
-#include "Language.h"
 #include "NotSaved.h"
 #include "OptionsButtons.h"
+#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,10 +23,7 @@ namespace {
 /// Pixels.
 constexpr int roomForTitle = 40;
 
-QString translated(const QString &key, const QString &english)
-{
-    return languageText(u"frmInternetOptions"_s, key, english);
-}
+constexpr Texts<"frmInternetOptions"> texts;
 
 }
 
@@ -47,12 +44,12 @@ InternetOptionsDialog::InternetOptionsDialog(QWidget *owner)
 {
     setObjectName("frmInternetOptions"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(translated(u"Caption"_s, u"Internet Options"_s));
+    setWindowTitle(texts.at<"Caption", "Internet Options">());
     Forms::add(this);
 
     m_pages->setObjectName("tabPages"_L1);
-    m_pages->addTab(m_general, translated(u"FrameGeneral"_s, u"&General"_s));
-    m_pages->addTab(m_advanced, translated(u"FrameAdvanced"_s, u"&Advanced"_s));
+    m_pages->addTab(m_general, texts.at<"FrameGeneral", "&General">());
+    m_pages->addTab(m_advanced, texts.at<"FrameAdvanced", "&Advanced">());
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_pages);
     layout->addWidget(makeButtons());
@@ -69,9 +66,8 @@ InternetOptionsDialog::InternetOptionsDialog(QWidget *owner)
 
 QWidget *InternetOptionsDialog::makeButtons()
 {
-    const OptionsButtons buttons(translated(u"cmdApply"_s, u"A&pply"_s),
-                                 translated(u"cmdCancel"_s, u"&Cancel"_s),
-                                 translated(u"cmdSave"_s, u"&Save"_s));
+    const OptionsButtons buttons(texts.at<"cmdApply", "A&pply">, texts.at<"cmdCancel", "&Cancel">,
+                                 texts.at<"cmdSave", "&Save">);
     connect(buttons.apply, &QPushButton::clicked, this, &InternetOptionsDialog::applyOptions);
     connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::close);
     connect(buttons.save, &QPushButton::clicked, this, [this] {

@@ -12,9 +12,9 @@
 #include <QTemporaryFile>
 
 #include "EngineOptions.h"
-#include "Language.h"
 #include "MsgBox.h"
 #include "OptionControls.h"
+#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,10 +25,7 @@ constexpr int longestText = 900;
 /// Pixels.
 constexpr int comfortableWidth = 190;
 
-QString translated(const QString &key, const QString &english)
-{
-    return languageText(u"frmInternetOptions"_s, key, english);
-}
+constexpr Texts<"frmInternetOptions"> texts;
 
 /// Makes the folder where it is missing.
 bool canBeUsed(const QString &folder)
@@ -42,7 +39,7 @@ bool canBeUsed(const QString &folder)
 }
 
 NetworkOptions::NetworkOptions()
-    : QGroupBox(translated(u"FrameNetwork"_s, u"Network"_s))
+    : QGroupBox(texts.at<"FrameNetwork", "Network">())
     , m_layout(new QGridLayout(this))
 {
     addProxy();
@@ -54,23 +51,23 @@ void NetworkOptions::addProxy()
 {
     m_proxy = new QComboBox;
     m_proxy->setObjectName("cboProxy"_L1);
-    m_proxy->addItem(translated(u"strProxySystem"_s, u"As the system has it"_s),
+    m_proxy->addItem(texts.at<"strProxySystem", "As the system has it">(),
                      int(EngineOptions::Proxy::System));
-    m_proxy->addItem(translated(u"strProxyNone"_s, u"None"_s), int(EngineOptions::Proxy::None));
+    m_proxy->addItem(texts.at<"strProxyNone", "None">(), int(EngineOptions::Proxy::None));
     m_proxy->addItem(u"HTTP"_s, int(EngineOptions::Proxy::Http));
     m_proxy->addItem(u"SOCKS 5"_s, int(EngineOptions::Proxy::Socks5));
-    auto *label = new QLabel(translated(u"lblProxy"_s, u"Pr&oxy:"_s));
+    auto *label = new QLabel(texts.at<"lblProxy", "Pr&oxy:">());
     label->setObjectName("lblProxy"_L1);
     OptionControls::name(*label, *m_proxy);
     m_proxyHost = new QLineEdit;
     m_proxyHost->setObjectName("txtProxyHost"_L1);
     m_proxyHost->setMaxLength(longestText);
-    m_proxyHost->setAccessibleName(translated(u"txtProxyHost"_s, u"Address of the proxy"_s));
+    m_proxyHost->setAccessibleName(texts.at<"txtProxyHost", "Address of the proxy">());
     m_proxyHost->setPlaceholderText(m_proxyHost->accessibleName());
     m_proxyPort = new QSpinBox;
     m_proxyPort->setObjectName("txtProxyPort"_L1);
     m_proxyPort->setRange(1, 65535);
-    m_proxyPort->setAccessibleName(translated(u"txtProxyPort"_s, u"Port of the proxy"_s));
+    m_proxyPort->setAccessibleName(texts.at<"txtProxyPort", "Port of the proxy">());
     connect(m_proxy, &QComboBox::currentIndexChanged, this, &NetworkOptions::enableProxyAddress);
     auto *address = new QHBoxLayout;
     address->addWidget(m_proxyHost, 1);
@@ -82,30 +79,30 @@ void NetworkOptions::addProxy()
 
 void NetworkOptions::addTexts()
 {
-    const QString builtIn = translated(u"strBuiltIn"_s, u"As built in"_s);
-    m_languages = addText(2, u"lblLanguages"_s, u"&Languages asked for:"_s);
+    const QString builtIn = texts.at<"strBuiltIn", "As built in">();
+    m_languages = addText(2, texts.at<"lblLanguages", "&Languages asked for:">);
     m_languages->setPlaceholderText(builtIn);
     m_layout->addWidget(OptionControls::nextStartNote(*m_languages), 2, 2);
-    m_userAgent = addText(3, u"lblUserAgent"_s, u"&User agent:"_s);
+    m_userAgent = addText(3, texts.at<"lblUserAgent", "&User agent:">);
     m_userAgent->setPlaceholderText(builtIn);
     m_layout->addWidget(OptionControls::nextStartNote(*m_userAgent), 3, 2);
-    m_downloads = addText(4, u"lblDownloads"_s, u"&Downloads folder:"_s);
+    m_downloads = addText(4, texts.at<"lblDownloads", "&Downloads folder:">);
     m_downloads->setPlaceholderText(builtIn);
-    auto *choose = new QPushButton(translated(u"cmdBrowse"_s, u"&Browse..."_s));
+    auto *choose = new QPushButton(texts.at<"cmdBrowse", "&Browse...">());
     choose->setObjectName("cmdBrowse"_L1);
     choose->setAutoDefault(false);
     connect(choose, &QPushButton::clicked, this, &NetworkOptions::browse);
     m_layout->addWidget(choose, 4, 2);
 }
 
-QLineEdit *NetworkOptions::addText(int row, const QString &name, const QString &english)
+QLineEdit *NetworkOptions::addText(int row, const Text &caption)
 {
     auto *field = new QLineEdit;
-    field->setObjectName("txt"_L1 + name.mid(3));
+    field->setObjectName("txt"_L1 + caption.name().mid(3));
     field->setMaxLength(longestText);
     field->setMinimumWidth(comfortableWidth);
-    auto *label = new QLabel(translated(name, english));
-    label->setObjectName(name);
+    auto *label = new QLabel(caption());
+    label->setObjectName(caption.name());
     OptionControls::name(*label, *field);
     m_layout->addWidget(label, row, 0);
     m_layout->addWidget(field, row, 1);
@@ -139,31 +136,31 @@ bool NetworkOptions::check()
     using namespace EngineOptionText;
     if (options.usesOwnProxy() && !isHost(options.proxyHost)) {
         return refuse(*m_proxyHost,
-                      translated(u"strBadProxy"_s, u"This is not the address of a proxy."_s));
+                      texts.at<"strBadProxy", "This is not the address of a proxy.">());
     }
     if (!options.languages.isEmpty() && !isLanguageList(options.languages)) {
         return refuse(*m_languages,
-                      translated(u"strBadLanguages"_s,
-                                 u"These are not languages. Write their codes with commas "
-                                 u"between them, like this: de-AT, de, en"_s));
+                      texts.at<"strBadLanguages",
+                               "These are not languages. Write their codes with commas "
+                               "between them, like this: de-AT, de, en">());
     }
     if (!options.userAgent.isEmpty() && !isUserAgent(options.userAgent)) {
         return refuse(*m_userAgent,
-                      translated(u"strBadUserAgent"_s,
-                                 u"The user agent must be in English letters, digits and "
-                                 u"signs."_s));
+                      texts.at<"strBadUserAgent",
+                               "The user agent must be in English letters, digits and "
+                               "signs.">());
     }
     if (!options.downloadFolder.isEmpty() && !isFolder(options.downloadFolder)) {
-        return refuse(
-            *m_downloads,
-            translated(u"strBadFolder"_s, u"This is not a folder. Write its whole path."_s));
+        return refuse(*m_downloads,
+                      texts.at<"strBadFolder", "This is not a folder. Write its whole path.">());
     }
     // What was good once may be on a disk that is not there today.
     const bool isNew = options.downloadFolder != m_filledFolder;
     if (isNew && !options.downloadFolder.isEmpty() && !canBeUsed(options.downloadFolder)) {
-        return refuse(*m_downloads,
-                      translated(u"strNoFolder"_s,
-                                 u"This folder cannot be made, or nothing can be put into it."_s));
+        return refuse(
+            *m_downloads,
+            texts
+                .at<"strNoFolder", "This folder cannot be made, or nothing can be put into it.">());
     }
     return true;
 }
@@ -190,8 +187,8 @@ void NetworkOptions::collect(EngineOptions &options) const
 
 void NetworkOptions::browse()
 {
-    auto *dialog = new QFileDialog(this, translated(u"strDownloads"_s, u"Downloads Folder"_s),
-                                   m_downloads->text());
+    auto *dialog =
+        new QFileDialog(this, texts.at<"strDownloads", "Downloads Folder">(), m_downloads->text());
     dialog->setObjectName("dlgDownloads"_L1);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::Directory);

@@ -2,11 +2,12 @@
 
 #include <QGroupBox>
 
+struct EngineOptions;
 class QComboBox;
 class QGridLayout;
 class QLineEdit;
 class QSpinBox;
-struct EngineOptions;
+class Text;
 
 /// How pages are reached: the proxy, what servers are told, and where downloads go.
 class NetworkOptions : public QGroupBox {
@@ -23,7 +24,7 @@ public:
 private:
     void addProxy();
     void addTexts();
-    QLineEdit *addText(int row, const QString &name, const QString &english);
+    QLineEdit *addText(int row, const Text &caption);
     void enableProxyAddress();
     bool refuse(QWidget &control, const QString &message);
     void browse();

@@ -1,27 +1,27 @@
 #include "OptionsButtons.h"
 
+#include "Texts.h"
+
 #include <QDialogButtonBox>
 #include <QPushButton>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
-const QPushButton *addButton(QDialogButtonBox &box, const QString &name, const QString &caption,
+const QPushButton *addButton(QDialogButtonBox &box, const Text &caption,
                              QDialogButtonBox::ButtonRole role)
 {
-    QPushButton *button = box.addButton(caption, role);
-    button->setObjectName(name);
+    QPushButton *button = box.addButton(caption(), role);
+    button->setObjectName(caption.name());
     return button;
 }
 
 }
 
-OptionsButtons::OptionsButtons(const QString &applyCaption, const QString &cancelCaption,
-                               const QString &saveCaption)
+OptionsButtons::OptionsButtons(const Text &applyCaption, const Text &cancelCaption,
+                               const Text &saveCaption)
     : box(new QDialogButtonBox)
-    , apply(addButton(*box, u"cmdApply"_s, applyCaption, QDialogButtonBox::ApplyRole))
-    , cancel(addButton(*box, u"cmdCancel"_s, cancelCaption, QDialogButtonBox::RejectRole))
-    , save(addButton(*box, u"cmdSave"_s, saveCaption, QDialogButtonBox::YesRole))
+    , apply(addButton(*box, applyCaption, QDialogButtonBox::ApplyRole))
+    , cancel(addButton(*box, cancelCaption, QDialogButtonBox::RejectRole))
+    , save(addButton(*box, saveCaption, QDialogButtonBox::YesRole))
 {
 }

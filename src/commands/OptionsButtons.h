@@ -1,15 +1,12 @@
 #pragma once
 
-#include <QString>
-
 class QDialogButtonBox;
 class QPushButton;
+class Text;
 
-/// The three buttons under a dialog of options, named as the language files name them.
+/// The three buttons under a dialog of options, named as their texts.
 struct OptionsButtons {
-    /// The captions are as the user reads them, with the marks of their access keys.
-    OptionsButtons(const QString &applyCaption, const QString &cancelCaption,
-                   const QString &saveCaption);
+    OptionsButtons(const Text &applyCaption, const Text &cancelCaption, const Text &saveCaption);
 
     /// Holds the buttons; the dialog puts it into its layout, which owns it then.
     QDialogButtonBox *box;

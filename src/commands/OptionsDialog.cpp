@@ -19,12 +19,12 @@
 #include "BrowserWindow.h"
 #include "Forms.h"
 #include "Frame.h"
-#include "Language.h"
 #include "LanguageFiles.h"
 #include "NotSaved.h"
 #include "OptionsButtons.h"
 #include "ProgramInfo.h"
 #include "StartUp.h"
+#include "Texts.h"
 #include "WebBrowser.h"
 #include "Yield.h"
 
@@ -37,29 +37,30 @@ constexpr int currentPageIndex = 1;
 constexpr int defaultPage = 2;
 constexpr int comfortableWidth = 440;
 
+constexpr Texts<"frmOptions"> texts;
+
 struct LabelledSwitch {
     const char *group;
     const Settings::Switch *setting;
-    const char *caption;
+    const Text *caption;
 };
 /// From top to bottom.
-constexpr LabelledSwitch labelledSwitches[] = {
-    {"FrameOptions1", &Settings::askOnExit, "Ask On Exit"},
-    {"FrameOptions1", &Settings::showSplash, "Show Splash Screen At Startup"},
-    {"FrameOptions2", &Settings::maximizeCatcher, "Maximize Catcher On By Default"},
-    {"FrameOptions2", &Settings::killPopups, "Kill Popup Windows By Default"},
-    {"FrameOptions2", &Settings::suppressScriptErrors, "Suppress Script Errors By Default"},
+const LabelledSwitch labelledSwitches[] = {
+    {"FrameOptions1", &Settings::askOnExit, &texts.at<"chkAskOnExit", "Ask On Exit">},
+    {"FrameOptions1", &Settings::showSplash,
+     &texts.at<"chkShowSplashScreen", "Show Splash Screen At Startup">},
+    {"FrameOptions2", &Settings::maximizeCatcher,
+     &texts.at<"chkMaxCatcher", "Maximize Catcher On By Default">},
+    {"FrameOptions2", &Settings::killPopups,
+     &texts.at<"chkKillPopups", "Kill Popup Windows By Default">},
+    {"FrameOptions2", &Settings::suppressScriptErrors,
+     &texts.at<"chkSuppressScriptErrors", "Suppress Script Errors By Default">},
 };
 
-QString translated(const QString &key, const QString &text)
+QGroupBox *makeGroup(const char *name)
 {
-    return languageText(u"frmOptions"_s, key, text);
-}
-
-QGroupBox *makeGroup(const QString &name, const QString &caption = {})
-{
-    auto *group = new QGroupBox(caption);
-    group->setObjectName(name);
+    auto *group = new QGroupBox;
+    group->setObjectName(QLatin1StringView(name));
     return group;
 }
 
@@ -116,7 +117,7 @@ OptionsDialog::OptionsDialog(Frame &frame, StartUpFrame &program)
 {
     setObjectName("frmOptions"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(u"Options"_s);
+    setWindowTitle(texts.at<"Caption", "Options">.inEnglish());
     Forms::add(this);
 
     auto *layout = new QVBoxLayout(this);
@@ -133,20 +134,19 @@ OptionsDialog::OptionsDialog(Frame &frame, StartUpFrame &program)
 
 QWidget *OptionsDialog::makeHomePage()
 {
-    QGroupBox *group = makeGroup(u"FrameHomePage"_s, u"&Homepage URL"_s);
+    QGroupBox *group = makeInEnglish<QGroupBox>(texts.at<"FrameHomePage", "&Homepage URL">);
     m_homePage = new QLineEdit(ProgramInfo::homeUrl());
     m_homePage->setObjectName("txtHomepageURL"_L1);
     m_homePage->setMinimumWidth(comfortableWidth);
     auto *row = new QHBoxLayout;
-    const auto addButton = [this, row](const QString &name, const QString &caption, int index) {
-        auto *button = new QPushButton(caption);
-        button->setObjectName(name);
+    const auto addButton = [this, row](const Text &caption, int index) {
+        auto *button = makeInEnglish<QPushButton>(caption);
         connect(button, &QPushButton::clicked, this, [this, index] { setHomeAddress(index); });
         row->addWidget(button);
     };
-    addButton(u"cmdHomeURL2"_s, u"&Default Page"_s, defaultPage);
-    addButton(u"cmdHomeURL1"_s, u"C&urrent Page"_s, currentPageIndex);
-    addButton(u"cmdHomeURL0"_s, u"&Blank Page"_s, blankPage);
+    addButton(texts.at<"cmdHomeURL2", "&Default Page">, defaultPage);
+    addButton(texts.at<"cmdHomeURL1", "C&urrent Page">, currentPageIndex);
+    addButton(texts.at<"cmdHomeURL0", "&Blank Page">, blankPage);
     auto *layout = new QVBoxLayout(group);
     layout->addWidget(m_homePage);
     layout->addLayout(row);
@@ -155,14 +155,12 @@ QWidget *OptionsDialog::makeHomePage()
 
 QWidget *OptionsDialog::makeSwitches(const char *groupName)
 {
-    QGroupBox *group = makeGroup(QString::fromLatin1(groupName));
+    QGroupBox *group = makeGroup(groupName);
     auto *layout = new QVBoxLayout(group);
     for (const LabelledSwitch &each : labelledSwitches) {
         if (qstrcmp(each.group, groupName) != 0)
             continue;
-        auto *box = new QCheckBox(QString::fromLatin1(each.caption));
-        box->setObjectName(QLatin1StringView(each.setting->checkBox));
-        layout->addWidget(box);
+        layout->addWidget(makeInEnglish<QCheckBox>(*each.caption));
     }
     return group;
 }
@@ -174,11 +172,10 @@ QCheckBox *OptionsDialog::boxOf(const Settings::Switch &setting) const
 
 QWidget *OptionsDialog::makeLanguage()
 {
-    QGroupBox *group = makeGroup(u"Frame1"_s);
+    QGroupBox *group = makeGroup("Frame1");
     m_languages = new QComboBox;
     m_languages->setObjectName("cboLanguage"_L1);
-    auto *label = new QLabel(u"Interface Language:"_s);
-    label->setObjectName("lblLanguage"_L1);
+    auto *label = makeInEnglish<QLabel>(texts.at<"lblLanguage", "Interface Language:">);
     label->setBuddy(m_languages);
     auto *layout = new QHBoxLayout(group);
     layout->addWidget(label);
@@ -188,7 +185,8 @@ QWidget *OptionsDialog::makeLanguage()
 
 QWidget *OptionsDialog::makeButtons()
 {
-    const OptionsButtons buttons(u"&Apply"_s, u"&Cancel"_s, u"&Save"_s);
+    const OptionsButtons buttons(texts.at<"cmdApply", "&Apply">, texts.at<"cmdCancel", "&Cancel">,
+                                 texts.at<"cmdSave", "&Save">);
     connect(buttons.apply, &QPushButton::clicked, this, &OptionsDialog::applySettings);
     connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::close);
     connect(buttons.save, &QPushButton::clicked, this, [this] {
@@ -203,13 +201,13 @@ void OptionsDialog::applyCaptions()
 {
     for (auto *group : findChildren<QGroupBox *>()) {
         if (!group->title().isEmpty())
-            group->setTitle(translated(group->objectName(), group->title()));
+            group->setTitle(texts.named(group->objectName(), group->title()));
     }
     for (auto *button : findChildren<QAbstractButton *>())
-        button->setText(translated(button->objectName(), button->text()));
+        button->setText(texts.named(button->objectName(), button->text()));
     auto *label = findChild<QLabel *>(u"lblLanguage"_s);
-    label->setText(translated(label->objectName(), label->text()));
-    setWindowTitle(translated(u"Caption"_s, windowTitle()));
+    label->setText(texts.named(label->objectName(), label->text()));
+    setWindowTitle(texts.at<"Caption", "Options">(windowTitle()));
     m_homePage->setAccessibleName(
         plainCaption(findChild<QGroupBox *>(u"FrameHomePage"_s)->title()));
     m_languages->setAccessibleName(plainCaption(label->text()));

@@ -11,12 +11,12 @@
 #include "DraggedUrls.h"
 #include "Factory.h"
 #include "Forms.h"
-#include "Language.h"
 #include "MainWindow.h"
 #include "MsgBox.h"
 #include "NotSaved.h"
 #include "ProfilePages.h"
 #include "ProfileProgress.h"
+#include "Texts.h"
 #include "UrlProfile.h"
 #include "WebBrowser.h"
 #include "Yield.h"
@@ -26,6 +26,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int firstFilter = 1;
+constexpr Texts<"frmProfile"> texts;
 
 /// The addresses of all browser windows, in the order in which they were loaded. Other forms only
 /// let pending events run, as browser windows do.
@@ -53,7 +54,7 @@ private:
     void choose();
     bool open(const QString &file, bool quiet);
     void openWindows(const QStringList &addresses);
-    CommonDialog &dialog(const QString &titleKey);
+    CommonDialog &dialog(const Text &title);
 
     MainWindow &m_frame;
     /// Made at its first use; it remembers the file name for the next one.
@@ -76,15 +77,13 @@ ProfileCommands::ProfileCommands(MainWindow &frame)
     connect(m_progress, &ProfileProgress::stopped, m_pages, &ProfilePages::stop);
 }
 
-CommonDialog &ProfileCommands::dialog(const QString &titleKey)
+CommonDialog &ProfileCommands::dialog(const Text &title)
 {
     if (!m_dialog)
         m_dialog = std::make_unique<CommonDialog>();
-    const QString section = u"frmProfile"_s;
-    m_dialog->setFilter(languageText(section, u"Caption"_s, u"URL Profiles"_s)
-                        + " (*.orp)|*.orp"_L1);
+    m_dialog->setFilter(texts.at<"Caption", "URL Profiles">() + " (*.orp)|*.orp"_L1);
     m_dialog->setInitDir(AppFolder::path() + "/Profiles/"_L1);
-    m_dialog->setDialogTitle(languageText(section, titleKey, u"Open A URL Profile"_s));
+    m_dialog->setDialogTitle(title());
     // Names are written as they are typed.
     m_dialog->setDefaultExt(QString());
     return *m_dialog;
@@ -96,7 +95,7 @@ void ProfileCommands::save()
         QApplication::beep();
         return;
     }
-    CommonDialog &saveDialog = dialog(u"FrameSave"_s);
+    CommonDialog &saveDialog = dialog(texts.at<"FrameSave", "Open A URL Profile">);
     letPendingEventsRun();
     const int confirmed = saveDialog.showSave(&m_frame, firstFilter);
     letPendingEventsRun();
@@ -109,7 +108,7 @@ void ProfileCommands::save()
 
 void ProfileCommands::choose()
 {
-    CommonDialog &openDialog = dialog(u"FrameOpen"_s);
+    CommonDialog &openDialog = dialog(texts.at<"FrameOpen", "Open A URL Profile">);
     if (openDialog.showOpen(&m_frame, firstFilter) != 0)
         open(openDialog.fileName(), false);
 }

@@ -4,7 +4,7 @@
 #include <QProgressBar>
 #include <QToolButton>
 
-#include "Language.h"
+#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -40,13 +40,12 @@ void ProfileProgress::show(int loaded, int total)
         hide();
         return;
     }
-    const QString text = languageText(u"frmProfile"_s, u"strLoaded"_s, u"%1 of %2 pages loaded"_s)
-                             .arg(loaded)
-                             .arg(total);
+    const QString text =
+        Texts<"frmProfile">::at<"strLoaded", "%1 of %2 pages loaded">().arg(loaded).arg(total);
     m_text->setText(text);
     m_bar->setAccessibleName(text);
     m_bar->setRange(0, total);
     m_bar->setValue(loaded);
-    m_stop->setText(languageText(u"frmProfile"_s, u"strStop"_s, u"Stop"_s));
+    m_stop->setText(Texts<"frmProfile">::at<"strStop", "Stop">());
     setVisible(true);
 }

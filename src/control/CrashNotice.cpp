@@ -1,6 +1,6 @@
 #include "CrashNotice.h"
 
-#include "Language.h"
+#include "Texts.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -13,13 +13,11 @@ CrashNotice::CrashNotice(QWidget *parent)
 {
     setAutoFillBackground(true);
     auto *label = new QLabel(
-        languageText(u"frmBrowser"_s, u"strPageEnded"_s, u"This page has stopped working."_s),
-        this);
+        Texts<"frmBrowser">::at<"strPageEnded", "This page has stopped working.">(), this);
     label->setObjectName(u"lblPageEnded"_s);
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignCenter);
-    auto *reload =
-        new QPushButton(languageText(u"frmBrowser"_s, u"cmdReload"_s, u"&Reload"_s), this);
+    auto *reload = new QPushButton(Texts<"frmBrowser">::at<"cmdReload", "&Reload">(), this);
     reload->setObjectName(u"cmdReload"_s);
     connect(reload, &QPushButton::clicked, this, &CrashNotice::reloadPressed);
 

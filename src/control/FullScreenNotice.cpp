@@ -1,7 +1,7 @@
 #include "FullScreenNotice.h"
 
-#include "Language.h"
 #include "ShownAddress.h"
+#include "Texts.h"
 
 #include <QEvent>
 #include <QTimer>
@@ -22,8 +22,7 @@ FullScreenNotice::FullScreenNotice(const QUrl &origin, QWidget *view)
 {
     setObjectName(u"lblFullScreen"_s);
     setTextFormat(Qt::PlainText);
-    setText(languageText(u"frmBrowser"_s, u"strFullScreen"_s,
-                         u"%1 fills the screen. Press Esc to leave."_s)
+    setText(Texts<"frmBrowser">::at<"strFullScreen", "%1 fills the screen. Press Esc to leave.">()
                 .replace("%1"_L1, shownSite(origin)));
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::ToolTipBase);

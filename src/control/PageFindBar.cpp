@@ -1,7 +1,7 @@
 #include "PageFindBar.h"
 
 #include "DraggedUrls.h"
-#include "Language.h"
+#include "Texts.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -21,10 +21,7 @@ constexpr int longestProposal = 100;
 /// Of what is typed, in view; average letters.
 constexpr int leastCharacters = 20;
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"PageFindBar"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"PageFindBar"> texts;
 
 QString nameOf(QString caption)
 {
@@ -37,9 +34,9 @@ PageFindBar::PageFindBar(QWebEnginePage *page, QWidget *parent)
     , m_page(page)
     , m_upper(new QHBoxLayout)
     , m_lower(new QHBoxLayout)
-    , m_label(new QLabel(text("lblFind", u"F&ind:"_s), this))
+    , m_label(new QLabel(texts.at<"lblFind", "F&ind:">(), this))
     , m_text(new QLineEdit(this))
-    , m_matchCase(new QCheckBox(text("chkMatchCase", u"&Match case"_s), this))
+    , m_matchCase(new QCheckBox(texts.at<"chkMatchCase", "&Match case">(), this))
     , m_result(new QLabel(this))
 {
     setObjectName("PageFindBar"_L1);
@@ -57,13 +54,13 @@ PageFindBar::PageFindBar(QWebEnginePage *page, QWidget *parent)
     m_text->setClearButtonEnabled(true);
     m_result->setObjectName("lblResult"_L1);
     m_result->setMinimumWidth(fontMetrics().horizontalAdvance(u"0000 of 0000"_s));
-    m_previous = addButton("cmdFindPrevious", u"&Previous"_s);
-    m_next = addButton("cmdFindNext", u"&Next"_s);
+    m_previous = addButton(texts.at<"cmdFindPrevious", "&Previous">);
+    m_next = addButton(texts.at<"cmdFindNext", "&Next">);
     connect(m_previous, &QPushButton::clicked, this, [this] { find(true); });
     connect(m_next, &QPushButton::clicked, this, [this] { find(false); });
     m_matchCase->setObjectName("chkMatchCase"_L1);
     m_matchCase->setAccessibleName(nameOf(m_matchCase->text()));
-    m_close = addButton("cmdFindClose", u"Close"_s);
+    m_close = addButton(texts.at<"cmdFindClose", "Close">);
     connect(m_close, &QPushButton::clicked, this, &PageFindBar::dismiss);
     arrange(false);
     connect(m_text, &QLineEdit::textChanged, this, [this] { find(false); });
@@ -75,12 +72,11 @@ PageFindBar::PageFindBar(QWebEnginePage *page, QWidget *parent)
     hide();
 }
 
-QPushButton *PageFindBar::addButton(const char *name, const QString &caption)
+QPushButton *PageFindBar::addButton(const Text &caption)
 {
-    const QString shown = text(name, caption);
-    auto *button = new QPushButton(shown, this);
-    button->setObjectName(QLatin1String(name));
-    button->setAccessibleName(nameOf(shown));
+    auto *button = new QPushButton(caption(), this);
+    button->setObjectName(caption.name());
+    button->setAccessibleName(nameOf(button->text()));
     button->setAutoDefault(false);
     return button;
 }
@@ -168,10 +164,9 @@ void PageFindBar::find(bool backwards)
 void PageFindBar::showResult(int active, int hits)
 {
     const QLocale locale;
-    m_result->setText(
-        hits == 0
-            ? text("strNotFound", u"Not found"_s)
-            : text("strResult", u"%1 of %2"_s).arg(locale.toString(active), locale.toString(hits)));
+    m_result->setText(hits == 0 ? texts.at<"strNotFound", "Not found">()
+                                : texts.at<"strResult", "%1 of %2">().arg(locale.toString(active),
+                                                                          locale.toString(hits)));
 }
 
 void PageFindBar::keyPressEvent(QKeyEvent *event)

@@ -9,6 +9,7 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QWebEnginePage;
+class Text;
 
 /// Finds text in a page while it is typed, and tells which hit of how many is shown.
 class PageFindBar : public QWidget {
@@ -33,7 +34,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    QPushButton *addButton(const char *name, const QString &caption);
+    QPushButton *addButton(const Text &caption);
     void arrange(bool inTwoRows);
     void find(bool backwards);
     void findAnew();

@@ -5,7 +5,6 @@
 #include "AddressCompletion.h"
 #include "BrowserHost.h"
 #include "EngineProfile.h"
-#include "Language.h"
 #include "LivePages.h"
 #include "PageCommands.h"
 #include "PageHold.h"
@@ -13,6 +12,7 @@
 #include "PageQuestions.h"
 #include "RefusedAddress.h"
 #include "ShownAddress.h"
+#include "Texts.h"
 #include "TitleThrottle.h"
 #include "WebPage.h"
 #include "WebView.h"
@@ -31,13 +31,13 @@ bool isNothing(const QString &text)
 QString whyNoPage(const QUrl &address)
 {
     if (address.isEmpty())
-        return languageText(u"frmBrowser"_s, u"strNoAddress"_s, u"This is not an address:"_s);
+        return Texts<"frmBrowser">::at<"strNoAddress", "This is not an address:">();
     if (isRefusedAddress(address)) {
-        return languageText(u"frmBrowser"_s, u"strRefusedAddress"_s,
-                            u"This address is not opened, it could end the program:"_s);
+        return Texts<"frmBrowser">::at<"strRefusedAddress",
+                                       "This address is not opened, it could end the program:">();
     }
-    return languageText(u"frmBrowser"_s, u"strOtherProgram"_s,
-                        u"Addresses of this kind are not opened here:"_s);
+    return Texts<"frmBrowser">::at<"strOtherProgram",
+                                   "Addresses of this kind are not opened here:">();
 }
 }
 

@@ -2,12 +2,12 @@
 #include "BrowserHost.h"
 #include "EngineProfile.h"
 #include "ErrorPage.h"
-#include "Language.h"
 #include "PageIndicators.h"
 #include "PageQuestions.h"
 #include "QtWebBrowser.h"
 #include "RefusedAddress.h"
 #include "ShownAddress.h"
+#include "Texts.h"
 #include "WebPage.h"
 #include "WebView.h"
 #include "Yield.h"
@@ -50,10 +50,7 @@ bool mayBeFrame(const QUrl &url)
     return url.scheme() == "chrome-extension"_L1 || !isRefusedAddress(url);
 }
 
-QString statusText(const QString &key, const QString &text)
-{
-    return languageText(u"frmBrowser"_s, key, text);
-}
+constexpr Texts<"frmBrowser"> texts;
 }
 
 bool QtWebBrowser::raiseBeforeNavigate(const QUrl &url)
@@ -206,7 +203,7 @@ void QtWebBrowser::onLoadStarted(const QUrl &url)
     // Whether the address may be shown ahead of its page is known from here on.
     if (m_adopted && !m_hasDocument && m_events)
         m_events->locationChange(m_location);
-    showStatus(statusText(u"strOpening"_s, u"Opening page"_s) + u' ' + shownAddress(m_pending)
+    showStatus(texts.at<"strOpening", "Opening page">() + u' ' + shownAddress(m_pending)
                + u"..."_s);
 }
 
@@ -257,7 +254,7 @@ void QtWebBrowser::endBlank()
     completeDocument(m_location);
     m_busy = false;
     m_stage = Stage::None;
-    showStatus(statusText(u"strDone"_s, u"Done"_s));
+    showStatus(texts.at<"strDone", "Done">());
     emit loadEnded();
 }
 
@@ -337,7 +334,7 @@ void QtWebBrowser::onLoadEnded(const QWebEngineLoadingInfo &info)
         tellGivenUp();
         tellIfNothingCame();
     }
-    showStatus(stopped ? std::exchange(m_refusal, {}) : statusText(u"strDone"_s, u"Done"_s));
+    showStatus(stopped ? std::exchange(m_refusal, {}) : texts.at<"strDone", "Done">());
     emit loadEnded();
 }
 

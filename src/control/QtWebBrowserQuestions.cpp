@@ -1,20 +1,17 @@
 // What the page asks its user, and how that gives way to what the user does.
 #include "BrowserHost.h"
-#include "Language.h"
 #include "PagePrinter.h"
 #include "PageQuestions.h"
 #include "QtWebBrowser.h"
 #include "ShownAddress.h"
+#include "Texts.h"
 #include "WebPage.h"
 #include "WebView.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"PageQuestions"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"PageQuestions"> texts;
 }
 
 void QtWebBrowser::setQuestions(PageQuestions *questions)
@@ -66,9 +63,10 @@ void QtWebBrowser::onPrintRequested()
     PageQuestion question;
     question.kind = u"print"_s;
     question.title = shownSite(QUrl(m_location));
-    question.text = text("strPrint", u"This page wants to be printed. Do you want to print it?"_s);
-    question.yes = text("cmdYes", u"Yes"_s);
-    question.no = text("cmdNo", u"No"_s);
+    question.text =
+        texts.at<"strPrint", "This page wants to be printed. Do you want to print it?">();
+    question.yes = texts.at<"cmdYes", "Yes">();
+    question.no = texts.at<"cmdNo", "No">();
     question.done = [this](PageQuestion::Answer answer) {
         if (answer == PageQuestion::Answer::Yes)
             openPrintDialog();
@@ -94,7 +92,7 @@ void QtWebBrowser::onSignedIn()
         return;
     }
     askToSend(QWebEnginePage::Reload,
-              text("strSendAgain", u"What you entered must be sent once more. Send it?"_s));
+              texts.at<"strSendAgain", "What you entered must be sent once more. Send it?">());
 }
 
 /// A form is never sent again unasked: it may order something a second time.
@@ -102,11 +100,12 @@ void QtWebBrowser::onResendRequested(QWebEnginePage::WebAction action)
 {
     // No script reloads in this way.
     noteUserAction();
-    askToSend(action,
-              languageText(u"frmBrowser"_s, u"strResend"_s,
-                           u"This page is the answer to a form. To show it anew, the form "
-                           "must be sent again, and what it did, such as an order, may "
-                           "happen a second time. Send it again?"_s));
+    askToSend(
+        action,
+        Texts<"frmBrowser">::at<"strResend",
+                                "This page is the answer to a form. To show it anew, the form "
+                                "must be sent again, and what it did, such as an order, may "
+                                "happen a second time. Send it again?">());
 }
 
 void QtWebBrowser::askToSend(QWebEnginePage::WebAction action, const QString &words)
@@ -115,8 +114,8 @@ void QtWebBrowser::askToSend(QWebEnginePage::WebAction action, const QString &wo
     question.kind = u"sendAgain"_s;
     question.title = shownSite(QUrl(m_location));
     question.text = words;
-    question.yes = text("cmdYes", u"Yes"_s);
-    question.no = text("cmdNo", u"No"_s);
+    question.yes = texts.at<"cmdYes", "Yes">();
+    question.no = texts.at<"cmdNo", "No">();
     question.done = [this, page = m_page, action](PageQuestion::Answer answer) {
         if (answer != PageQuestion::Answer::Yes || !page || page != m_page || page->mayAskAgain())
             return;

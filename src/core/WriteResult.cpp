@@ -1,14 +1,9 @@
 #include "WriteResult.h"
 
-#include "Language.h"
-
-using namespace Qt::StringLiterals;
+#include "Texts.h"
 
 namespace {
-QString told(const char *key, const QString &english)
-{
-    return languageText(u"WriteResult"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"WriteResult"> texts;
 
 WriteResult::Failure failureOf(const std::error_code &error)
 {
@@ -44,19 +39,20 @@ QString WriteResult::text() const
         return {};
     switch (m_failure) {
     case Failure::NoRoom:
-        return told("strNoRoom", u"There is no room left on the disk."_s);
+        return texts.at<"strNoRoom", "There is no room left on the disk.">();
     case Failure::NotAllowed:
-        return told("strNotAllowed", u"The file or its folder may not be changed."_s);
+        return texts.at<"strNotAllowed", "The file or its folder may not be changed.">();
     case Failure::FolderMissing:
-        return told("strFolderMissing", u"The folder is missing."_s);
+        return texts.at<"strFolderMissing", "The folder is missing.">();
     case Failure::Taken:
-        return told("strTaken", u"There is a file of that name already."_s);
+        return texts.at<"strTaken", "There is a file of that name already.">();
     case Failure::Busy:
-        return told("strBusy", u"Another program keeps the folder locked."_s);
+        return texts.at<"strBusy", "Another program keeps the folder locked.">();
     case Failure::Unreadable:
-        return told("strUnreadable", u"What is there in its place cannot be read."_s);
+        return texts.at<"strUnreadable", "What is there in its place cannot be read.">();
     case Failure::SixteenBits:
-        return told("strSixteenBits", u"The file there is UTF-16 text, which is left as it is."_s);
+        return texts
+            .at<"strSixteenBits", "The file there is UTF-16 text, which is left as it is.">();
     case Failure::Refused:
     case Failure::Other:
         break;

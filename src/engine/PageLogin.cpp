@@ -1,11 +1,11 @@
 #include "PageLogin.h"
 
 #include "KnownLogins.h"
-#include "Language.h"
 #include "LoginFields.h"
 #include "PageQuestions.h"
 #include "ShownAddress.h"
 #include "ShownText.h"
+#include "Texts.h"
 #include "WebPage.h"
 
 #include <QAuthenticator>
@@ -50,10 +50,7 @@ QMultiHash<QString, QPointer<WebPage>> &asking()
     return pages;
 }
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"LoginDialog"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"LoginDialog"> texts;
 
 /// With the port, which the engine does not tell.
 QString proxyName(const QUrl &url, const QString &host)
@@ -73,9 +70,9 @@ QString wordsOf(const Asker &asker, bool wasWrong)
     if (!asker.realm.isEmpty())
         lines.append(shownText(asker.realm.left(longestRealm)));
     if (wasWrong)
-        lines.append(text("strWrong", u"The user name or the password was not accepted."_s));
+        lines.append(texts.at<"strWrong", "The user name or the password was not accepted.">());
     if (!asker.isEncrypted)
-        lines.append(text("strUnencrypted", u"The password is sent unencrypted."_s));
+        lines.append(texts.at<"strUnencrypted", "The password is sent unencrypted.">());
     return lines.join(u'\n');
 }
 
@@ -83,11 +80,12 @@ PageQuestion questionOf(const Asker &asker, bool wasWrong)
 {
     PageQuestion question;
     question.kind = asker.key();
-    question.title = asker.isProxy ? text("strProxyQuestion", u"The proxy asks you to sign in:"_s)
-                                   : text("strQuestion", u"This site asks you to sign in:"_s);
+    question.title = asker.isProxy
+        ? texts.at<"strProxyQuestion", "The proxy asks you to sign in:">()
+        : texts.at<"strQuestion", "This site asks you to sign in:">();
     question.text = wordsOf(asker, wasWrong);
-    question.yes = languageText(u"PageQuestions"_s, u"cmdOK"_s, u"OK"_s);
-    question.no = languageText(u"PageQuestions"_s, u"cmdCancel"_s, u"Cancel"_s);
+    question.yes = Texts<"PageQuestions">::at<"cmdOK", "OK">();
+    question.no = Texts<"PageQuestions">::at<"cmdCancel", "Cancel">();
     question.noHolds = true;
     question.staysAt = asker.address;
     return question;

@@ -2,9 +2,9 @@
 
 #include "Downloads.h"
 #include "JobProgress.h"
-#include "Language.h"
 #include "Log.h"
 #include "SaveStage.h"
+#include "Texts.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -20,10 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 QList<SaveJob *> jobs;
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"PageSaver"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"PageSaver"> texts;
 }
 
 SaveJob::SaveJob(QWebEnginePage *page, const QString &file,
@@ -92,9 +89,8 @@ void SaveJob::take(QWebEngineDownloadRequest *request)
             Qt::QueuedConnection);
     connect(request, &QWebEngineDownloadRequest::receivedBytesChanged, this, [this] {
         if (m_progress && m_request)
-            m_progress->setLabelText(
-                text("strSaving", u"Saving the page: %1"_s)
-                    .arg(QLocale().formattedDataSize(m_request->receivedBytes())));
+            m_progress->setLabelText(texts.at<"strSaving", "Saving the page: %1">().arg(
+                QLocale().formattedDataSize(m_request->receivedBytes())));
     });
     QMetaObject::invokeMethod(this, &SaveJob::watch, Qt::QueuedConnection);
 }
@@ -116,8 +112,8 @@ void SaveJob::watch()
 void SaveJob::showProgress()
 {
     m_progress = openJobProgress(m_owner, u"dlgSaving"_s,
-                                 text("strSaving", u"Saving the page: %1"_s).arg(QString()),
-                                 text("cmdCancel", u"Cancel"_s));
+                                 texts.at<"strSaving", "Saving the page: %1">().arg(QString()),
+                                 texts.at<"cmdCancel", "Cancel">());
     connect(m_progress, &QProgressDialog::canceled, this, [this] {
         m_cancelled = true;
         giveUp();

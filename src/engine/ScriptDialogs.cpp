@@ -1,8 +1,8 @@
 #include "ScriptDialogs.h"
 
-#include "Language.h"
 #include "PageQuestions.h"
 #include "ShownAddress.h"
+#include "Texts.h"
 #include "WebPage.h"
 
 #include <QCoreApplication>
@@ -18,22 +18,19 @@ constexpr int longestMessage = 2000;
 
 using Answer = PageQuestion::Answer;
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"PageQuestions"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"PageQuestions"> texts;
 
 /// Documents that another made have no site of their own, and the engine does not tell whose they
 /// are: inside a page that has one they may be anybody's, and must not speak in its name.
 QString headline(const WebPage &page, const QUrl &origin)
 {
-    const QString from = text("strMessageFrom", u"Message from"_s) + u' ';
+    const QString from = texts.at<"strMessageFrom", "Message from">() + u' ';
     const QString site = shownSite(origin);
     if (!site.isEmpty())
         return from + site;
     const QString around = shownSite(page.url());
     if (!page.url().host().isEmpty())
-        return text("strMessageFromFrame", u"Message from a frame in"_s) + u' ' + around;
+        return texts.at<"strMessageFromFrame", "Message from a frame in">() + u' ' + around;
     return from + (around.isEmpty() || around == "about:"_L1 ? u"about:blank"_s : around);
 }
 
@@ -43,7 +40,7 @@ PageQuestion questionOf(const WebPage &page, const QUrl &origin, const QString &
     question.kind = u"script"_s;
     question.title = headline(page, origin);
     question.text = message.left(longestMessage);
-    question.yes = text("cmdOK", u"OK"_s);
+    question.yes = texts.at<"cmdOK", "OK">();
     return question;
 }
 
@@ -63,9 +60,9 @@ bool mayLeave(const WebPage &page, PageQuestions &questions, const QUrl &origin)
         return true;
     PageQuestion question = questionOf(page, origin, {});
     question.text =
-        text("strLeave", u"Leave this page? What you have entered there may be lost."_s);
-    question.yes = text("cmdLeave", u"Leave"_s);
-    question.no = text("cmdStay", u"Stay"_s);
+        texts.at<"strLeave", "Leave this page? What you have entered there may be lost.">();
+    question.yes = texts.at<"cmdLeave", "Leave">();
+    question.no = texts.at<"cmdStay", "Stay">();
     return questions.askAndWait(question) == Answer::Yes;
 }
 }
@@ -90,7 +87,7 @@ bool confirm(WebPage &page, const QUrl &origin, const QString &message)
     if (asksToLeave(message))
         return !questions || mayLeave(page, *questions, origin);
     PageQuestion question = questionOf(page, origin, message);
-    question.no = text("cmdCancel", u"Cancel"_s);
+    question.no = texts.at<"cmdCancel", "Cancel">();
     return questions && questions->askAndWait(question) == Answer::Yes;
 }
 
@@ -101,7 +98,7 @@ bool prompt(WebPage &page, const QUrl &origin, const QString &message, const QSt
     if (!questions)
         return false;
     PageQuestion question = questionOf(page, origin, message);
-    question.no = text("cmdCancel", u"Cancel"_s);
+    question.no = texts.at<"cmdCancel", "Cancel">();
     QPointer<QLineEdit> field;
     question.fields = [&field, &question, &defaultValue](QWidget *parent) {
         field = new QLineEdit(defaultValue.left(longestMessage), parent);

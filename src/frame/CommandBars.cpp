@@ -6,8 +6,8 @@
 #include "BrowserWindow.h"
 #include "Frame.h"
 #include "HistoryMenu.h"
-#include "Language.h"
 #include "MenuTable.h"
+#include "Texts.h"
 #include "ThemedIcon.h"
 #include "ToolBar.h"
 #include "WebBrowser.h"
@@ -54,7 +54,7 @@ void translateToolTips(ToolBar &bar)
     for (int index = 1; index <= bar.buttonCount(); ++index) {
         const QString key = bar.buttonKey(index);
         if (!key.isEmpty())
-            bar.setToolTip(index, languageText(u"frmMain-Toolbar"_s, key, bar.toolTip(index)));
+            bar.setToolTip(index, Texts<"frmMain-Toolbar">::named(key, bar.toolTip(index)));
     }
 }
 

@@ -1,8 +1,8 @@
 #include "CommandLine.h"
 
 #include "DraggedUrls.h"
-#include "Language.h"
 #include "ProgramInfo.h"
+#include "Texts.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -17,24 +17,21 @@ constexpr QByteArrayView version = "--version";
 /// For the options' names, in characters.
 constexpr int column = 12;
 
-QString text(const QString &key, const QString &english)
-{
-    return languageText(u"CommandLine"_s, key, english);
-}
+constexpr Texts<"CommandLine"> texts;
 
 QString usage(const QString &program)
 {
     const QString call =
-        program + " ["_L1 + text(u"strArguments"_s, u"ADDRESS | FILE | PROFILE.orp"_s) + u']';
+        program + " ["_L1 + texts.at<"strArguments", "ADDRESS | FILE | PROFILE.orp">() + u']';
     const auto option = [](const QString &name, const QString &meaning) {
         return "  "_L1 + name.leftJustified(column) + meaning + u'\n';
     };
-    return text(u"strUsage"_s, u"Usage: %1"_s).replace("%1"_L1, call) + "\n\n"_L1
-        + text(u"strOpens"_s,
-               u"Opens the address, the file or every address of the profile; without any, the "
-               u"home page."_s)
-        + "\n\n"_L1 + option(QString::fromLatin1(help), text(u"strHelp"_s, u"Shows this text"_s))
-        + option(QString::fromLatin1(version), text(u"strVersion"_s, u"Shows the version"_s));
+    return texts.at<"strUsage", "Usage: %1">().replace("%1"_L1, call) + "\n\n"_L1
+        + texts.at<"strOpens",
+                   "Opens the address, the file or every address of the profile; without any, the "
+                   "home page.">()
+        + "\n\n"_L1 + option(QString::fromLatin1(help), texts.at<"strHelp", "Shows this text">())
+        + option(QString::fromLatin1(version), texts.at<"strVersion", "Shows the version">());
 }
 
 }

@@ -1,18 +1,15 @@
 #include "ExitQuestion.h"
 
-#include "Language.h"
 #include "MsgBox.h"
 #include "ProgramInfo.h"
 #include "Settings.h"
-
-using namespace Qt::StringLiterals;
+#include "Texts.h"
 
 bool mayExit(QWidget *frame)
 {
     if (!Settings::askOnExit.isOne())
         return true;
-    const QString text =
-        languageText(u"frmMain"_s, u"alertExit"_s, u"Are you sure you wish to exit"_s);
+    const QString text = Texts<"frmMain">::at<"alertExit", "Are you sure you wish to exit">();
     return MsgBox::askAndWait(frame, text + u' ' + ProgramInfo::title() + u'?')
         == MsgBox::Answer::Yes;
 }

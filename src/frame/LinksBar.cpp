@@ -4,8 +4,8 @@
 #include <chrono>
 
 #include "Frame.h"
-#include "Language.h"
 #include "LinksFolder.h"
+#include "Texts.h"
 #include "ThemedIcon.h"
 #include "ToolBar.h"
 #include "Yield.h"
@@ -76,8 +76,8 @@ void LinksBar::addSome()
         return;
     stop();
     if (m_bar.buttonCount() == 0)
-        m_bar.setEmptyText(languageText(u"LinksBar"_s, u"strEmpty"_s,
-                                        u"Favorites in the folder Links are shown here"_s));
+        m_bar.setEmptyText(
+            Texts<"LinksBar">::at<"strEmpty", "Favorites in the folder Links are shown here">());
 }
 
 void LinksBar::fillIfEmpty()

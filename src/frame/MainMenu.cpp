@@ -6,10 +6,8 @@
 #include <QMenuBar>
 #include <array>
 
-#include "Language.h"
 #include "MenuTable.h"
-
-using namespace Qt::StringLiterals;
+#include "Texts.h"
 
 MainMenu::MainMenu(QMenuBar &bar, QWidget &frame)
 {
@@ -53,6 +51,6 @@ void MainMenu::translate()
             continue;
         const QString name = QString::fromLatin1(entry.name);
         QAction *action = m_actions.value(name);
-        action->setText(languageText(u"frmMain"_s, name, action->text()));
+        action->setText(Texts<"frmMain">::named(name, action->text()));
     }
 }

@@ -34,7 +34,6 @@
 #include "Forms.h"
 #include "FrameBody.h"
 #include "GripGuard.h"
-#include "Language.h"
 #include "LinksBar.h"
 #include "MailProgram.h"
 #include "MdiArea.h"
@@ -50,6 +49,7 @@
 #include "SideBarCommands.h"
 #include "Splash.h"
 #include "TabStrip.h"
+#include "Texts.h"
 #include "ThemedIcon.h"
 #include "ToolBar.h"
 #include "ToolBarCommands.h"
@@ -217,7 +217,7 @@ void MainWindow::translate()
     m_menu.translate();
     m_commandBars->translate();
     CoolBand &address = *m_coolBar->band(u"Address"_s);
-    address.setCaption(languageText(u"frmMain"_s, u"lblAddress"_s, address.caption()));
+    address.setCaption(Texts<"frmMain">::at<"lblAddress", "Address:">(address.caption()));
     m_coolBar->translate();
     m_searchBar->loadLanguage();
 }

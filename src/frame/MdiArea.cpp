@@ -1,8 +1,8 @@
 #include "MdiArea.h"
 
 #include "CoveredWindows.h"
-#include "Language.h"
 #include "StateWalk.h"
+#include "Texts.h"
 #include "TitleBarStyle.h"
 
 #include <QAction>
@@ -328,9 +328,8 @@ void MdiArea::paintEvent(QPaintEvent *event)
     ink.setAlphaF(0.55F);
     painter.setPen(ink);
     const QString key = QKeySequence(Qt::CTRL | Qt::Key_N).toString(QKeySequence::NativeText);
-    painter.drawText(viewport()->rect().adjusted(20, 20, -20, -20),
-                     int(Qt::AlignCenter) | int(Qt::TextWordWrap),
-                     languageText(u"frmMain"_s, u"strNoWindow"_s,
-                                  u"Type an address, or press %1 for a new window"_s)
-                         .replace("%1"_L1, key));
+    painter.drawText(
+        viewport()->rect().adjusted(20, 20, -20, -20), int(Qt::AlignCenter) | int(Qt::TextWordWrap),
+        Texts<"frmMain">::at<"strNoWindow", "Type an address, or press %1 for a new window">()
+            .replace("%1"_L1, key));
 }

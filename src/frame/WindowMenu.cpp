@@ -3,10 +3,10 @@
 #include "BrowserWindow.h"
 #include "Forms.h"
 #include "Frame.h"
-#include "Language.h"
 #include "MdiArea.h"
 #include "ShownAddress.h"
 #include "TabStrip.h"
+#include "Texts.h"
 #include "ToolTipText.h"
 #include "Yield.h"
 
@@ -102,8 +102,7 @@ void listWindows(QMenu &menu, Frame &frame, const MdiArea &area)
     for (QMdiSubWindow *child : children)
         addWindowItem(menu, frame, child, child == active);
     if (children.isEmpty()) {
-        menu.addAction(languageText(u"frmMain"_s, u"strNoOpenBrowsers"_s, u"(None)"_s))
-            ->setEnabled(false);
+        menu.addAction(Texts<"frmMain">::at<"strNoOpenBrowsers", "(None)">())->setEnabled(false);
     }
 }
 

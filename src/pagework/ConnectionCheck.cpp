@@ -1,6 +1,6 @@
 #include "ConnectionCheck.h"
 
-#include "Language.h"
+#include "Texts.h"
 
 #include <QLocale>
 #include <QSslCertificate>
@@ -16,18 +16,15 @@ constexpr int securePort = 443;
 /// Milliseconds.
 constexpr int longestWait = 15'000;
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"PageProperties"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"PageProperties"> texts;
 
 QString described(const QSslCertificate &certificate)
 {
     const QLocale locale;
-    return text("strCertificate", u"%1, issued by %2, valid from %3 to %4"_s)
-        .arg(certificate.subjectDisplayName(), certificate.issuerDisplayName(),
-             locale.toString(certificate.effectiveDate().date(), QLocale::ShortFormat),
-             locale.toString(certificate.expiryDate().date(), QLocale::ShortFormat));
+    return texts.at<"strCertificate", "%1, issued by %2, valid from %3 to %4">().arg(
+        certificate.subjectDisplayName(), certificate.issuerDisplayName(),
+        locale.toString(certificate.effectiveDate().date(), QLocale::ShortFormat),
+        locale.toString(certificate.expiryDate().date(), QLocale::ShortFormat));
 }
 }
 
@@ -39,15 +36,15 @@ void ConnectionCheck::ask(const QUrl &url)
     connect(socket, &QSslSocket::errorOccurred, this,
             [this, socket] { answerFailure(socket->errorString()); });
     QTimer::singleShot(longestWait, this,
-                       [this] { answerFailure(text("strTimeOut", u"it did not answer"_s)); });
+                       [this] { answerFailure(texts.at<"strTimeOut", "it did not answer">()); });
     socket->connectToHostEncrypted(url.host(), quint16(url.port(securePort)));
 }
 
 void ConnectionCheck::answerFrom(const QSslSocket &socket)
 {
-    QStringList lines{text("strOwnConnection",
-                           u"As the server shows them now to a connection of "
-                           u"this window's own:"_s)};
+    QStringList lines{texts.at<"strOwnConnection",
+                               "As the server shows them now to a connection of "
+                               "this window's own:">()};
     const QList<QSslCertificate> chain = socket.peerCertificateChain();
     for (const QSslCertificate &certificate : chain)
         lines.append(described(certificate));
@@ -55,7 +52,7 @@ void ConnectionCheck::answerFrom(const QSslSocket &socket)
     for (const QSslError &error : errors)
         lines.append(error.errorString());
     const QSslCipher cipher = socket.sessionCipher();
-    QString protocol = text("strEncrypted", u"Encrypted"_s);
+    QString protocol = texts.at<"strEncrypted", "Encrypted">();
     if (!cipher.isNull())
         protocol += u", "_s + cipher.protocolString() + u", "_s + cipher.name();
     answer(protocol, lines.join(u'\n'));
@@ -63,8 +60,8 @@ void ConnectionCheck::answerFrom(const QSslSocket &socket)
 
 void ConnectionCheck::answerFailure(const QString &reason)
 {
-    answer(text("strEncrypted", u"Encrypted"_s),
-           text("strNoCertificates", u"The server could not be asked: %1"_s).arg(reason));
+    answer(texts.at<"strEncrypted", "Encrypted">(),
+           texts.at<"strNoCertificates", "The server could not be asked: %1">().arg(reason));
 }
 
 void ConnectionCheck::answer(const QString &protocol, const QString &chain)

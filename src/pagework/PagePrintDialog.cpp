@@ -1,7 +1,7 @@
 #include "PagePrintDialog.h"
 
 #include "FileName.h"
-#include "Language.h"
+#include "Texts.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -14,7 +14,7 @@ namespace {
 /// The dialog calls the file as the document, whatever is in that, but for its last ending.
 QString documentName(const QString &title)
 {
-    const QString otherwise = languageText(u"PageSaver"_s, u"strPage"_s, u"Page"_s);
+    const QString otherwise = Texts<"PageSaver">::at<"strPage", "Page">();
     return FileName::from(title, u".pdf"_s, otherwise);
 }
 }

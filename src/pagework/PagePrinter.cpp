@@ -2,12 +2,12 @@
 
 #include "FileWriter.h"
 #include "JobProgress.h"
-#include "Language.h"
 #include "MsgBox.h"
 #include "PageJobs.h"
 #include "PagePrintDialog.h"
 #include "PageSetup.h"
 #include "PrintService.h"
+#include "Texts.h"
 
 #include <QPrinter>
 #include <QProgressDialog>
@@ -20,15 +20,12 @@ namespace {
 /// Of the page: the dialog last opened for it.
 constexpr char dialogProperty[] = "printDialog";
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"PagePrinter"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"PagePrinter"> texts;
 
 /// `file` and `why` are empty where there are none.
 void tellFailure(QWidget *owner, const QString &file, const QString &why)
 {
-    QString message = text("strFailed", u"The page could not be printed."_s);
+    QString message = texts.at<"strFailed", "The page could not be printed.">();
     for (const QString &part : {file, why}) {
         if (!part.isEmpty())
             message += u"\n\n"_s + part;
@@ -72,8 +69,8 @@ void print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer, QWidg
     const bool all = printer->printRange() != QPrinter::PageRange;
     // The engine does not tell how far it is; what is whole by then is delivered in one step.
     const QPointer<QProgressDialog> progress =
-        openJobProgress(owner, u"dlgPrinting"_s, text("strPrinting", u"Printing the page..."_s),
-                        text("cmdCancel", u"Cancel"_s));
+        openJobProgress(owner, u"dlgPrinting"_s, texts.at<"strPrinting", "Printing the page...">(),
+                        texts.at<"cmdCancel", "Cancel">());
     PageJobs::toPdf(page, printer->pageLayout(), all ? QPageRanges() : printer->pageRanges(), owner,
                     [printer, progress, owner](const QByteArray &pdf) {
                         // A cancelled job runs to its end, and then nothing comes of it.

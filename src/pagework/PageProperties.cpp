@@ -1,9 +1,9 @@
 #include "PageProperties.h"
 
 #include "ConnectionCheck.h"
-#include "Language.h"
 #include "ShownAddress.h"
 #include "ShownText.h"
+#include "Texts.h"
 
 #include <QDateTime>
 #include <QDialogButtonBox>
@@ -35,27 +35,24 @@ const QString factScript = uR"((() => {
     };
 })())"_s;
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"PageProperties"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"PageProperties"> texts;
 
 QString sizeText(qint64 bytes)
 {
     if (bytes <= 0)
-        return text("strUnknown", u"Not known"_s);
+        return texts.at<"strUnknown", "Not known">();
     const QLocale locale;
     constexpr qint64 kilobyte = 1024;
     if (bytes < kilobyte)
-        return text("strFewBytes", u"%1 bytes"_s).arg(locale.toString(bytes));
-    return text("strBytes", u"%1 (%2 bytes)"_s)
-        .arg(locale.formattedDataSize(bytes), locale.toString(bytes));
+        return texts.at<"strFewBytes", "%1 bytes">().arg(locale.toString(bytes));
+    return texts.at<"strBytes", "%1 (%2 bytes)">().arg(locale.formattedDataSize(bytes),
+                                                       locale.toString(bytes));
 }
 
 QString dateText(const QDateTime &when)
 {
     return when.isValid() ? QLocale().toString(when, QLocale::ShortFormat)
-                          : text("strUnknown", u"Not known"_s);
+                          : texts.at<"strUnknown", "Not known">();
 }
 
 QDateTime dateOf(const QVariant &milliseconds)
@@ -72,18 +69,18 @@ PageProperties::PageProperties(QWebEnginePage *page, QWidget *owner)
 {
     setObjectName("dlgProperties"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(text("Caption", u"Properties"_s));
+    setWindowTitle(texts.at<"Caption", "Properties">());
     auto *column = new QVBoxLayout(this);
     column->addLayout(m_rows);
-    addRow("lblTitle", u"Title:"_s)->setText(shownText(page->title()).left(longestShown));
-    addRow("lblAddress", u"Address:"_s)->setText(shownAddress(m_url).left(longestShown));
-    m_kind = addRow("lblKind", u"Kind:"_s);
-    m_size = addRow("lblSize", u"Size:"_s);
-    m_encoding = addRow("lblEncoding", u"Encoding:"_s);
-    m_modified = addRow("lblModified", u"Modified:"_s);
-    m_opened = addRow("lblOpened", u"Opened:"_s);
-    m_connection = addRow("lblConnection", u"Connection:"_s);
-    m_certificates = addRow("lblCertificates", u"Certificates:"_s);
+    addRow(texts.at<"lblTitle", "Title:">)->setText(shownText(page->title()).left(longestShown));
+    addRow(texts.at<"lblAddress", "Address:">)->setText(shownAddress(m_url).left(longestShown));
+    m_kind = addRow(texts.at<"lblKind", "Kind:">);
+    m_size = addRow(texts.at<"lblSize", "Size:">);
+    m_encoding = addRow(texts.at<"lblEncoding", "Encoding:">);
+    m_modified = addRow(texts.at<"lblModified", "Modified:">);
+    m_opened = addRow(texts.at<"lblOpened", "Opened:">);
+    m_connection = addRow(texts.at<"lblConnection", "Connection:">);
+    m_certificates = addRow(texts.at<"lblCertificates", "Certificates:">);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     column->addWidget(buttons);
@@ -96,11 +93,11 @@ PageProperties::PageProperties(QWebEnginePage *page, QWidget *owner)
     resize(560, sizeHint().height());
 }
 
-QLabel *PageProperties::addRow(const char *name, const QString &caption)
+QLabel *PageProperties::addRow(const Text &caption)
 {
-    auto *label = new QLabel(text(name, caption), this);
+    auto *label = new QLabel(caption(), this);
     auto *value = new QLabel(this);
-    value->setObjectName(QLatin1String(name));
+    value->setObjectName(caption.name());
     value->setTextFormat(Qt::PlainText);
     value->setWordWrap(true);
     value->setMinimumWidth(300);
@@ -135,13 +132,13 @@ void PageProperties::showConnection(const QUrl &url)
     if (url.scheme() != "https"_L1) {
         m_connection->setText(
             url.scheme() == "http"_L1
-                ? text("strOpen", u"Not encrypted"_s)
-                : text("strNone", u"None: the page did not come over a network"_s));
+                ? texts.at<"strOpen", "Not encrypted">()
+                : texts.at<"strNone", "None: the page did not come over a network">());
         m_rows->setRowVisible(m_certificates, false);
         return;
     }
-    m_connection->setText(text("strEncrypted", u"Encrypted"_s));
-    m_certificates->setText(text("strAsking", u"Asking the server..."_s));
+    m_connection->setText(texts.at<"strEncrypted", "Encrypted">());
+    m_certificates->setText(texts.at<"strAsking", "Asking the server...">());
     auto *check = new ConnectionCheck(this);
     connect(check, &ConnectionCheck::answered, this,
             [this](const QString &protocol, const QString &chain) {

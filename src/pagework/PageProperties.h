@@ -6,6 +6,7 @@
 class QFormLayout;
 class QLabel;
 class QWebEnginePage;
+class Text;
 
 /// What is known of a page: address, title, kind, size, encoding, dates and connection.
 class PageProperties : public QDialog {
@@ -15,7 +16,7 @@ public:
     PageProperties(QWebEnginePage *page, QWidget *owner);
 
 private:
-    QLabel *addRow(const char *name, const QString &caption);
+    QLabel *addRow(const Text &caption);
     void showFacts(const QVariantMap &facts);
     void showFileFacts(const QString &file);
     void showConnection(const QUrl &url);

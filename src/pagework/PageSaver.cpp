@@ -1,10 +1,10 @@
 #include "PageSaver.h"
 
-#include "Language.h"
 #include "MsgBox.h"
 #include "SaveJob.h"
 #include "SavePageDialog.h"
 #include "SourceJob.h"
+#include "Texts.h"
 #include "WebPage.h"
 
 #include <QPointer>
@@ -15,14 +15,11 @@ using namespace Qt::StringLiterals;
 namespace {
 using Kind = SavePageDialog::Kind;
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"PageSaver"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"PageSaver"> texts;
 
 void tellFailure(QWidget *owner, const QString &file)
 {
-    MsgBox::tell(owner, text("strFailed", u"The page could not be saved."_s) + u"\n\n"_s + file);
+    MsgBox::tell(owner, texts.at<"strFailed", "The page could not be saved.">() + u"\n\n"_s + file);
 }
 
 bool isMarkup(const QString &type)

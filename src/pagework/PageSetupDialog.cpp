@@ -1,6 +1,6 @@
 #include "PageSetupDialog.h"
 
-#include "Language.h"
+#include "Texts.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -20,10 +20,7 @@ namespace {
 constexpr int widestMargin = 200;
 constexpr qreal leastRoom = 20;
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"PageSetup"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"PageSetup"> texts;
 
 QString nameOf(QString caption)
 {
@@ -42,22 +39,22 @@ PageSetupDialog::PageSetupDialog(const QPageLayout &layout, QWidget *owner)
                                                                     : QPageLayout::Inch)
     , m_rows(new QFormLayout)
     , m_paper(new QComboBox(this))
-    , m_portrait(new QRadioButton(text("optPortrait", u"P&ortrait"_s), this))
-    , m_landscape(new QRadioButton(text("optLandscape", u"&Landscape"_s), this))
+    , m_portrait(new QRadioButton(texts.at<"optPortrait", "P&ortrait">(), this))
+    , m_landscape(new QRadioButton(texts.at<"optLandscape", "&Landscape">(), this))
     , m_buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this))
 {
     setObjectName("dlgPageSetup"_L1);
-    setWindowTitle(text("Caption", u"Page Setup"_s));
+    setWindowTitle(texts.at<"Caption", "Page Setup">());
     auto *column = new QVBoxLayout(this);
     column->addLayout(m_rows);
     addPapers(layout.pageSize());
     addOrientation();
     (layout.orientation() == QPageLayout::Landscape ? m_landscape : m_portrait)->setChecked(true);
     const QMarginsF margins = layout.margins(m_unit);
-    m_left = addMargin("txtLeft", u"L&eft margin:"_s, margins.left());
-    m_top = addMargin("txtTop", u"&Top margin:"_s, margins.top());
-    m_right = addMargin("txtRight", u"&Right margin:"_s, margins.right());
-    m_bottom = addMargin("txtBottom", u"&Bottom margin:"_s, margins.bottom());
+    m_left = addMargin(texts.at<"txtLeft", "L&eft margin:">, margins.left());
+    m_top = addMargin(texts.at<"txtTop", "&Top margin:">, margins.top());
+    m_right = addMargin(texts.at<"txtRight", "&Right margin:">, margins.right());
+    m_bottom = addMargin(texts.at<"txtBottom", "&Bottom margin:">, margins.bottom());
     column->addWidget(m_buttons);
     connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -72,7 +69,7 @@ void PageSetupDialog::addPapers(const QPageSize &current)
     if (m_paper->findData(current.id()) < 0)
         m_paper->addItem(current.name(), current.id());
     m_paper->setCurrentIndex(m_paper->findData(current.id()));
-    const QString caption = text("lblPaper", u"&Paper:"_s);
+    const QString caption = texts.at<"lblPaper", "&Paper:">();
     m_paper->setObjectName("cboPaper"_L1);
     m_paper->setAccessibleName(nameOf(caption));
     m_rows->addRow(caption, m_paper);
@@ -88,15 +85,15 @@ void PageSetupDialog::addOrientation()
         row->addWidget(button);
     }
     row->addStretch();
-    m_rows->addRow(text("lblOrientation", u"Orientation:"_s), row);
+    m_rows->addRow(texts.at<"lblOrientation", "Orientation:">(), row);
 }
 
-QDoubleSpinBox *PageSetupDialog::addMargin(const char *name, const QString &caption, qreal value)
+QDoubleSpinBox *PageSetupDialog::addMargin(const Text &label, qreal value)
 {
     const bool metric = m_unit == QPageLayout::Millimeter;
     auto *box = new QDoubleSpinBox(this);
-    const QString shown = text(name, caption);
-    box->setObjectName(QLatin1String(name));
+    const QString shown = label();
+    box->setObjectName(label.name());
     box->setAccessibleName(nameOf(shown));
     box->setDecimals(metric ? 1 : 2);
     box->setSingleStep(metric ? 1 : 0.1);

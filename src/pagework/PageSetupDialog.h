@@ -8,6 +8,7 @@ class QDialogButtonBox;
 class QDoubleSpinBox;
 class QFormLayout;
 class QRadioButton;
+class Text;
 
 /// Asks for paper, orientation and margins. The toolkit's own dialog knows no files and forgets
 /// what was chosen unless it blocks the program meanwhile.
@@ -22,7 +23,7 @@ public:
 private:
     void addPapers(const QPageSize &current);
     void addOrientation();
-    QDoubleSpinBox *addMargin(const char *name, const QString &caption, qreal value);
+    QDoubleSpinBox *addMargin(const Text &label, qreal value);
     void check();
 
     QPageLayout::Unit m_unit;

@@ -1,13 +1,13 @@
 #include "PrintPreview.h"
 
 #include "Forms.h"
-#include "Language.h"
 #include "PageJobs.h"
 #include "PagePrinter.h"
 #include "PageSetup.h"
 #include "PlainCaption.h"
 #include "ProgramIcon.h"
 #include "ScreenFit.h"
+#include "Texts.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -26,10 +26,7 @@ namespace {
 constexpr int fitPage = 0;
 constexpr int fitWidth = -1;
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"frmPrintPreview"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"frmPrintPreview"> texts;
 }
 
 PrintPreview::PrintPreview(QWebEnginePage *page)
@@ -43,10 +40,10 @@ PrintPreview::PrintPreview(QWebEnginePage *page)
     Forms::add(this);
     setWindowIcon(programIcon());
     new PlainCaption(*this);
-    setWindowTitle(text("Caption", u"Print Preview"_s) + u" - "_s + page->title().left(200));
+    setWindowTitle(texts.at<"Caption", "Print Preview">() + u" - "_s + page->title().left(200));
     m_view->setDocument(m_document);
     m_view->setPageMode(QPdfView::PageMode::MultiPage);
-    m_view->setAccessibleName(text("strSheets", u"Sheets"_s));
+    m_view->setAccessibleName(texts.at<"strSheets", "Sheets">());
     setCentralWidget(m_view);
     m_tools->setMovable(false);
     m_tools->setToolButtonStyle(Qt::ToolButtonTextOnly);
@@ -63,19 +60,18 @@ PrintPreview::~PrintPreview()
     delete m_document;
 }
 
-QAction *PrintPreview::addTool(const char *name, const QString &caption,
-                               const QKeySequence &shortcut)
+QAction *PrintPreview::addTool(const Text &caption, const QKeySequence &shortcut)
 {
-    QAction *action = m_tools->addAction(text(name, caption));
-    action->setObjectName(QLatin1String(name));
+    QAction *action = m_tools->addAction(caption());
+    action->setObjectName(caption.name());
     action->setShortcut(shortcut);
     return action;
 }
 
 void PrintPreview::addTools()
 {
-    QAction *print = addTool("cmdPrint", u"&Print..."_s, QKeySequence::Print);
-    QAction *setUp = addTool("cmdPageSetup", u"Page &Setup..."_s);
+    QAction *print = addTool(texts.at<"cmdPrint", "&Print...">, QKeySequence::Print);
+    QAction *setUp = addTool(texts.at<"cmdPageSetup", "Page &Setup...">);
     connect(print, &QAction::triggered, this, [this] {
         if (m_page)
             PagePrinter::open(m_page, this);
@@ -91,22 +87,23 @@ void PrintPreview::addTools()
     m_tools->addSeparator();
     addZoom();
     m_tools->addSeparator();
-    connect(addTool("cmdClose", u"&Close"_s, Qt::Key_Escape), &QAction::triggered, this,
+    connect(addTool(texts.at<"cmdClose", "&Close">, Qt::Key_Escape), &QAction::triggered, this,
             &QWidget::close);
 }
 
 void PrintPreview::addPaging()
 {
-    m_previous = addTool("cmdPrevious", u"P&revious"_s, QKeySequence(Qt::CTRL | Qt::Key_PageUp));
+    m_previous =
+        addTool(texts.at<"cmdPrevious", "P&revious">, QKeySequence(Qt::CTRL | Qt::Key_PageUp));
     m_sheet = new QSpinBox(m_tools);
     m_sheet->setObjectName("txtSheet"_L1);
-    m_sheet->setAccessibleName(text("strSheet", u"Sheet"_s));
+    m_sheet->setAccessibleName(texts.at<"strSheet", "Sheet">());
     m_sheet->setKeyboardTracking(false);
     m_tools->addWidget(m_sheet);
     m_sheets = new QLabel(m_tools);
     m_sheets->setObjectName("lblSheets"_L1);
     m_tools->addWidget(m_sheets);
-    m_next = addTool("cmdNext", u"&Next"_s, QKeySequence(Qt::CTRL | Qt::Key_PageDown));
+    m_next = addTool(texts.at<"cmdNext", "&Next">, QKeySequence(Qt::CTRL | Qt::Key_PageDown));
     connect(m_previous, &QAction::triggered, this, [this] { goTo(m_sheet->value() - 1); });
     connect(m_next, &QAction::triggered, this, [this] { goTo(m_sheet->value() + 1); });
     connect(m_sheet, &QSpinBox::valueChanged, this, &PrintPreview::goTo);
@@ -118,9 +115,9 @@ void PrintPreview::addZoom()
 {
     m_zoom = new QComboBox(m_tools);
     m_zoom->setObjectName("cboZoom"_L1);
-    m_zoom->setAccessibleName(text("strZoom", u"Zoom"_s));
-    m_zoom->addItem(text("strFitPage", u"Whole page"_s), fitPage);
-    m_zoom->addItem(text("strFitWidth", u"Page width"_s), fitWidth);
+    m_zoom->setAccessibleName(texts.at<"strZoom", "Zoom">());
+    m_zoom->addItem(texts.at<"strFitPage", "Whole page">(), fitPage);
+    m_zoom->addItem(texts.at<"strFitWidth", "Page width">(), fitWidth);
     for (const int percent : {25, 50, 75, 100, 150, 200, 400})
         m_zoom->addItem(QString::number(percent) + u'%', percent);
     m_tools->addWidget(m_zoom);
@@ -145,7 +142,7 @@ void PrintPreview::renew()
 {
     if (!m_page)
         return;
-    statusBar()->showMessage(text("strMaking", u"Making the sheets..."_s));
+    statusBar()->showMessage(texts.at<"strMaking", "Making the sheets...">());
     PageJobs::toPdf(m_page, PageSetup::layout(), {}, this,
                     [this](const QByteArray &pdf) { setSheets(pdf); });
 }
@@ -156,7 +153,7 @@ void PrintPreview::setSheets(const QByteArray &pdf)
     m_buffer.close();
     m_pdf = pdf;
     if (pdf.isEmpty()) {
-        statusBar()->showMessage(text("strFailed", u"The page cannot be shown."_s));
+        statusBar()->showMessage(texts.at<"strFailed", "The page cannot be shown.">());
     } else {
         m_buffer.setBuffer(&m_pdf);
         m_buffer.open(QIODevice::ReadOnly);
@@ -180,7 +177,7 @@ void PrintPreview::showSheetNumber()
     const QSignalBlocker quiet(m_sheet);
     m_sheet->setRange(qMin(1, sheets), sheets);
     m_sheet->setValue(sheet);
-    m_sheets->setText(text("strOf", u"of %1"_s).arg(sheets));
+    m_sheets->setText(texts.at<"strOf", "of %1">().arg(sheets));
     m_previous->setEnabled(sheet > 1);
     m_next->setEnabled(sheet < sheets);
 }

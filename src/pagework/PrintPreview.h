@@ -11,6 +11,7 @@ class QPdfView;
 class QSpinBox;
 class QToolBar;
 class QWebEnginePage;
+class Text;
 
 /// Shows a page as it will be printed, sheet by sheet. It deletes itself when closed.
 class PrintPreview : public QMainWindow {
@@ -30,7 +31,7 @@ signals:
 private:
     void addTools();
     void addPaging();
-    QAction *addTool(const char *name, const QString &caption, const QKeySequence &shortcut = {});
+    QAction *addTool(const Text &caption, const QKeySequence &shortcut = {});
     void addZoom();
     void setSheets(const QByteArray &pdf);
     void goTo(int sheet);

@@ -1,8 +1,8 @@
 #include "SavePageDialog.h"
 
 #include "FileName.h"
-#include "Language.h"
 #include "MsgBox.h"
+#include "Texts.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -14,10 +14,7 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"PageSaver"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"PageSaver"> texts;
 
 /// The first is the one that names get.
 const QStringList webEndings{u".html"_s, u".htm"_s};
@@ -34,9 +31,9 @@ QString filter(const QString &caption, const QStringList &endings)
 /// In the order of the kinds.
 QStringList filters()
 {
-    return {filter(text("strComplete", u"Web page, complete"_s), webEndings),
-            filter(text("strSingleFile", u"Web page, single file"_s), archiveEndings),
-            filter(text("strSourceOnly", u"Web page, source only"_s), webEndings)};
+    return {filter(texts.at<"strComplete", "Web page, complete">(), webEndings),
+            filter(texts.at<"strSingleFile", "Web page, single file">(), archiveEndings),
+            filter(texts.at<"strSourceOnly", "Web page, source only">(), webEndings)};
 }
 
 bool endsInOneOf(const QString &name, const QStringList &endings)
@@ -69,7 +66,7 @@ QString endingOfType(const QString &type)
 }
 
 SavePageDialog::SavePageDialog(QWidget *owner, const Chosen &chosen)
-    : QFileDialog(owner, text("Caption", u"Save Page As"_s), firstFolder())
+    : QFileDialog(owner, texts.at<"Caption", "Save Page As">(), firstFolder())
     , m_chosen(chosen)
 {
     setObjectName("dlgSavePage"_L1);
@@ -86,7 +83,7 @@ SavePageDialog *SavePageDialog::forMarkup(QWidget *owner, const QString &title,
     auto *dialog = new SavePageDialog(owner, chosen);
     dialog->m_isMarkup = true;
     dialog->setNameFilters(filters());
-    dialog->selectFile(FileName::from(title, webEndings.first(), text("strPage", u"Page"_s)));
+    dialog->selectFile(FileName::from(title, webEndings.first(), texts.at<"strPage", "Page">()));
     return dialog;
 }
 
@@ -94,10 +91,10 @@ SavePageDialog *SavePageDialog::forFile(QWidget *owner, const QString &name, con
                                         const Chosen &chosen)
 {
     auto *dialog = new SavePageDialog(owner, chosen);
-    dialog->setNameFilters({text("strAllFiles", u"All files"_s) + " (*)"_L1});
+    dialog->setNameFilters({texts.at<"strAllFiles", "All files">() + " (*)"_L1});
     const QString own = FileName::endingOf(FileName::from(name, {}, {}));
     dialog->m_ending = own.isEmpty() ? endingOfType(type) : own;
-    dialog->selectFile(FileName::from(name, dialog->m_ending, text("strPage", u"Page"_s)));
+    dialog->selectFile(FileName::from(name, dialog->m_ending, texts.at<"strPage", "Page">()));
     return dialog;
 }
 
@@ -144,8 +141,8 @@ void SavePageDialog::take(const QString &file)
         return;
     }
     MsgBox::ask(parentWidget(),
-                text("strReplace", u"%1 is already there. Replace it?"_s).arg(whole), windowTitle(),
-                [chosen = m_chosen, whole, kind = kind()](MsgBox::Answer answer) {
+                texts.at<"strReplace", "%1 is already there. Replace it?">().arg(whole),
+                windowTitle(), [chosen = m_chosen, whole, kind = kind()](MsgBox::Answer answer) {
                     if (answer == MsgBox::Answer::Yes)
                         chosen(whole, kind);
                 });

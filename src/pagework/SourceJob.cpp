@@ -2,8 +2,8 @@
 
 #include "FileWriter.h"
 #include "JobProgress.h"
-#include "Language.h"
 #include "PageScripts.h"
+#include "Texts.h"
 #include "WebPage.h"
 
 #include <QFile>
@@ -17,10 +17,7 @@ namespace {
 constexpr int longestWait = 30'000;
 int lastNumber = 0;
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"PageSaver"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"PageSaver"> texts;
 }
 
 SourceJob::SourceJob(WebPage *page, const QString &file, Otherwise otherwise, QWidget *owner)
@@ -32,8 +29,8 @@ SourceJob::SourceJob(WebPage *page, const QString &file, Otherwise otherwise, QW
     , m_otherwise(otherwise)
 {
     m_progress = openJobProgress(owner, u"dlgSaving"_s,
-                                 text("strSaving", u"Saving the page: %1"_s).arg(QString()),
-                                 text("cmdCancel", u"Cancel"_s));
+                                 texts.at<"strSaving", "Saving the page: %1">().arg(QString()),
+                                 texts.at<"cmdCancel", "Cancel">());
     connect(m_progress, &QProgressDialog::canceled, this, [this] {
         m_over = true;
         deleteLater();

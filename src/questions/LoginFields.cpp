@@ -1,12 +1,16 @@
 #include "LoginFields.h"
 
-#include "Language.h"
+#include "Texts.h"
 
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+constexpr Texts<"LoginDialog"> texts;
+}
 
 LoginFields::LoginFields(const QString &user, QWidget *parent)
     : QWidget(parent)
@@ -16,14 +20,14 @@ LoginFields::LoginFields(const QString &user, QWidget *parent)
     setObjectName("LoginFields"_L1);
     auto *form = new QFormLayout(this);
     form->setContentsMargins({});
-    const auto addRow = [form](QLineEdit *field, const QString &name, const QString &english) {
-        field->setObjectName(name);
-        form->addRow(languageText(u"LoginDialog"_s, name, english), field);
+    const auto addRow = [form](QLineEdit *field, const Text &caption) {
+        field->setObjectName(caption.name());
+        form->addRow(caption(), field);
         QString plain = qobject_cast<QLabel *>(form->labelForField(field))->text();
         field->setAccessibleName(plain.remove(u'&').remove(u':'));
     };
-    addRow(m_user, u"txtUser"_s, u"&User name:"_s);
-    addRow(m_password, u"txtPassword"_s, u"&Password:"_s);
+    addRow(m_user, texts.at<"txtUser", "&User name:">);
+    addRow(m_password, texts.at<"txtPassword", "&Password:">);
     m_password->setEchoMode(QLineEdit::Password);
     setFocusProxy(user.isEmpty() ? m_user : m_password);
 }

@@ -1,6 +1,6 @@
 #include "PageQuestionBox.h"
 
-#include "Language.h"
+#include "Texts.h"
 
 #include <QAccessible>
 #include <QCheckBox>
@@ -62,8 +62,7 @@ PageQuestionBox::PageQuestionBox(const PageQuestion &question, bool offersSilenc
     }
     if (offersSilence) {
         m_silence = new QCheckBox(
-            languageText(u"PageQuestions"_s, u"chkNoMore"_s, u"No more questions from this page"_s),
-            this);
+            Texts<"PageQuestions">::at<"chkNoMore", "No more questions from this page">(), this);
         m_silence->setObjectName("chkNoMore"_L1);
         m_silence->setAccessibleName(m_silence->text());
         layout()->addWidget(m_silence);

@@ -2,7 +2,7 @@
 #include "FavoriteFile.h"
 #include "FolderTree.h"
 #include "Forms.h"
-#include "Language.h"
+#include "Texts.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -19,26 +19,23 @@ constexpr QSize comfortableSize(380, 360);
 // Longer than any file name.
 constexpr int longestName = 255;
 
-QString text(const QString &key, const QString &english)
-{
-    return languageText(u"frmAddFavorite"_s, key, english);
-}
+constexpr Texts<"frmAddFavorite"> texts;
 
-QLabel *makeLabel(const QString &name, const QString &english, QWidget *buddy)
+QLabel *makeLabel(const Text &caption, QWidget *buddy)
 {
-    auto *label = new QLabel(text(name, english));
-    label->setObjectName(name);
+    auto *label = new QLabel(caption());
+    label->setObjectName(caption.name());
     label->setBuddy(buddy);
     // A tree takes no name from its label.
     buddy->setAccessibleName(label->text().remove(u'&').remove(u':'));
     return label;
 }
 
-QPushButton *addButton(QDialogButtonBox &box, const QString &name, const QString &english,
+QPushButton *addButton(QDialogButtonBox &box, const Text &caption,
                        QDialogButtonBox::ButtonRole role)
 {
-    QPushButton *button = box.addButton(text(name, english), role);
-    button->setObjectName(name);
+    QPushButton *button = box.addButton(caption(), role);
+    button->setObjectName(caption.name());
     return button;
 }
 }
@@ -47,12 +44,12 @@ AddFavoriteDialog::AddFavoriteDialog(const Page &page, QWidget *owner)
     : QDialog(owner)
     , m_page(page)
     , m_name(new QLineEdit)
-    , m_tree(new FolderTree(page.root, text(u"strFavorites"_s, u"Favorites"_s)))
+    , m_tree(new FolderTree(page.root, texts.at<"strFavorites", "Favorites">()))
 {
     setObjectName("frmAddFavorite"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
     Forms::add(this);
-    setWindowTitle(text(u"Caption"_s, u"Add Favorite"_s));
+    setWindowTitle(texts.at<"Caption", "Add Favorite">());
     makeForm();
     resize(comfortableSize);
     m_name->setText(page.title.simplified());
@@ -70,22 +67,22 @@ void AddFavoriteDialog::makeForm()
     m_name->setObjectName("txtName"_L1);
     m_name->setMaxLength(longestName);
     m_tree->setObjectName("tvFolders"_L1);
-    auto *newFolder = new QPushButton(text(u"cmdNewFolder"_s, u"New &Folder"_s));
+    auto *newFolder = new QPushButton(texts.at<"cmdNewFolder", "New &Folder">());
     newFolder->setObjectName("cmdNewFolder"_L1);
     newFolder->setAutoDefault(false);
     auto *buttons = new QDialogButtonBox;
-    QPushButton *ok = addButton(*buttons, u"cmdOK"_s, u"OK"_s, QDialogButtonBox::AcceptRole);
+    QPushButton *ok = addButton(*buttons, texts.at<"cmdOK", "OK">, QDialogButtonBox::AcceptRole);
     QPushButton *cancel =
-        addButton(*buttons, u"cmdCancel"_s, u"Cancel"_s, QDialogButtonBox::RejectRole);
+        addButton(*buttons, texts.at<"cmdCancel", "Cancel">, QDialogButtonBox::RejectRole);
     ok->setDefault(true);
     connect(newFolder, &QPushButton::clicked, this, &AddFavoriteDialog::makeFolder);
     connect(ok, &QPushButton::clicked, this, &AddFavoriteDialog::addFavorite);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(makeLabel(u"lblName"_s, u"&Name:"_s, m_name));
+    layout->addWidget(makeLabel(texts.at<"lblName", "&Name:">, m_name));
     layout->addWidget(m_name);
-    layout->addWidget(makeLabel(u"lblFolder"_s, u"Create &in:"_s, m_tree));
+    layout->addWidget(makeLabel(texts.at<"lblFolder", "Create &in:">, m_tree));
     layout->addWidget(m_tree, 1);
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(newFolder);
@@ -118,7 +115,8 @@ QString AddFavoriteDialog::title() const
 void AddFavoriteDialog::makeFolder()
 {
     m_tree->setFocus();
-    const QString english = u"New Folder"_s;
-    if (!m_tree->addFolder(FavoriteFile::name(text(u"strNewFolder"_s, english), english)))
+    const QString name =
+        FavoriteFile::name(texts.at<"strNewFolder", "New Folder">(), u"New Folder"_s);
+    if (!m_tree->addFolder(name))
         QApplication::beep();
 }

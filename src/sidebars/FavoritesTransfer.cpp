@@ -5,9 +5,9 @@
 #include "FileUpdate.h"
 #include "FileWriter.h"
 #include "Frame.h"
-#include "Language.h"
 #include "SkippedDialog.h"
 #include "SpecialFolders.h"
+#include "Texts.h"
 #include "TransferStrip.h"
 
 #include <QApplication>
@@ -23,10 +23,7 @@ constexpr int secondFilter = 2;
 constexpr int confirmed = 1;
 constexpr int progressMs = 50;
 
-QString text(const QString &key, const QString &english)
-{
-    return languageText(u"frmFavoritesTransfer"_s, key, english);
-}
+constexpr Texts<"frmFavoritesTransfer"> texts;
 }
 
 FavoritesTransfer::FavoritesTransfer(Frame &frame)
@@ -60,10 +57,8 @@ TransferStrip &FavoritesTransfer::strip()
 QString FavoritesTransfer::askForFile(bool save)
 {
     CommonDialog dialog;
-    const QString section = u"frmMain"_s;
-    dialog.setDialogTitle(
-        save ? languageText(section, u"mnuFavoritesExport"_s, u"Export Favorites"_s)
-             : languageText(section, u"mnuFavoritesImport"_s, u"Import Favorites"_s));
+    dialog.setDialogTitle(save ? Texts<"frmMain">::at<"mnuFavoritesExport", "Export Favorites">()
+                               : Texts<"frmMain">::at<"mnuFavoritesImport", "Import Favorites">());
     dialog.setDefaultExt(u".html"_s);
     dialog.setFilter(u"HTM File (*.htm)|*.htm|HTML File (*.html)|*.html"_s);
     dialog.setInitDir(AppFolder::path());
@@ -82,7 +77,7 @@ void FavoritesTransfer::exportFile()
     if (isRunning() || root.isEmpty())
         return QApplication::beep();
     start(
-        text(u"strExporting"_s, u"Exporting favorites..."_s),
+        texts.at<"strExporting", "Exporting favorites...">(),
         [this, file, root] { runExport(file, root); }, [this] { tellExport(); });
 }
 
@@ -95,7 +90,7 @@ void FavoritesTransfer::importFile()
     if (isRunning() || root.isEmpty())
         return QApplication::beep();
     start(
-        text(u"strImporting"_s, u"Importing favorites..."_s),
+        texts.at<"strImporting", "Importing favorites...">(),
         [this, file, root] { runImport(file, root); }, [this] { tellImport(); });
 }
 
@@ -156,30 +151,32 @@ void FavoritesTransfer::runExport(const QString &file, const QString &root)
 
 void FavoritesTransfer::tellImport()
 {
-    QString told = text(u"strImported"_s,
-                        u"%1 favorites and %2 folders imported, %3 already there, %4 skipped."_s)
+    QString told = texts
+                       .at<"strImported",
+                           "%1 favorites and %2 folders imported, %3 already there, %4 skipped.">()
                        .arg(m_imported.links)
                        .arg(m_imported.folders)
                        .arg(m_imported.known)
                        .arg(m_imported.skipped);
     if (m_imported.failed)
-        told.prepend(text(u"strImportFailed"_s, u"The import could not be completed."_s) + u' ');
+        told.prepend(texts.at<"strImportFailed", "The import could not be completed.">() + u' ');
     else if (m_importStopped)
-        told.prepend(text(u"strStopped"_s, u"Stopped."_s) + u' ');
+        told.prepend(texts.at<"strStopped", "Stopped.">() + u' ');
     strip().end(told, !m_imported.problems.isEmpty());
 }
 
 void FavoritesTransfer::tellExport()
 {
-    QString told = text(u"strExported"_s,
-                        u"%1 favorites in %2 folders exported, %3 without an address left out."_s)
+    QString told = texts
+                       .at<"strExported",
+                           "%1 favorites in %2 folders exported, %3 without an address left out.">()
                        .arg(m_exported.links)
                        .arg(m_exported.folders)
                        .arg(m_exported.skipped);
     if (m_exported.end == Exported::End::Stopped)
-        told = text(u"strExportStopped"_s, u"Stopped. Nothing was exported."_s);
+        told = texts.at<"strExportStopped", "Stopped. Nothing was exported.">();
     else if (m_exported.end == Exported::End::Failed)
-        told = text(u"strExportFailed"_s, u"The favorites could not be exported."_s);
+        told = texts.at<"strExportFailed", "The favorites could not be exported.">();
     strip().end(told, false);
 }
 

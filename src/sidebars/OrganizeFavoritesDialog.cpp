@@ -1,8 +1,8 @@
 #include "OrganizeFavoritesDialog.h"
 #include "FavoriteFile.h"
 #include "Forms.h"
-#include "Language.h"
 #include "OrganizeTree.h"
+#include "Texts.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -14,10 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 constexpr QSize comfortableSize(620, 440);
 
-QString text(const QString &key, const QString &english)
-{
-    return languageText(u"frmOrganizeFavorites"_s, key, english);
-}
+constexpr Texts<"frmOrganizeFavorites"> texts;
 }
 
 OrganizeFavoritesDialog::OrganizeFavoritesDialog(const QString &root, QWidget *owner)
@@ -27,16 +24,16 @@ OrganizeFavoritesDialog::OrganizeFavoritesDialog(const QString &root, QWidget *o
     setObjectName("frmOrganizeFavorites"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
     Forms::add(this);
-    setWindowTitle(text(u"Caption"_s, u"Organize Favorites"_s));
+    setWindowTitle(texts.at<"Caption", "Organize Favorites">());
     makeForm();
     resize(comfortableSize);
     m_tree->setFocus();
 }
 
-QPushButton *OrganizeFavoritesDialog::makeButton(const QString &name, const QString &english)
+QPushButton *OrganizeFavoritesDialog::makeButton(const Text &caption)
 {
-    auto *button = new QPushButton(text(name, english));
-    button->setObjectName(name);
+    auto *button = new QPushButton(caption());
+    button->setObjectName(caption.name());
     button->setAutoDefault(false);
     return button;
 }
@@ -44,16 +41,16 @@ QPushButton *OrganizeFavoritesDialog::makeButton(const QString &name, const QStr
 void OrganizeFavoritesDialog::makeForm()
 {
     m_tree->setObjectName("tvOrganize"_L1);
-    m_tree->setAccessibleName(text(u"strFavorites"_s, u"Favorites"_s));
+    m_tree->setAccessibleName(texts.at<"strFavorites", "Favorites">());
     auto *hint = new QLabel(
-        text(u"lblHint"_s, u"Drag favorites into another &folder, or cut and paste them:"_s));
+        texts.at<"lblHint", "Drag favorites into another &folder, or cut and paste them:">());
     hint->setObjectName("lblHint"_L1);
     hint->setBuddy(m_tree);
     hint->setWordWrap(true);
-    QPushButton *newFolder = makeButton(u"cmdNewFolder"_s, u"&New Folder"_s);
-    QPushButton *rename = makeButton(u"cmdRename"_s, u"&Rename"_s);
-    QPushButton *remove = makeButton(u"cmdDelete"_s, u"&Delete"_s);
-    QPushButton *close = makeButton(u"cmdClose"_s, u"&Close"_s);
+    QPushButton *newFolder = makeButton(texts.at<"cmdNewFolder", "&New Folder">);
+    QPushButton *rename = makeButton(texts.at<"cmdRename", "&Rename">);
+    QPushButton *remove = makeButton(texts.at<"cmdDelete", "&Delete">);
+    QPushButton *close = makeButton(texts.at<"cmdClose", "&Close">);
     connect(newFolder, &QPushButton::clicked, this, &OrganizeFavoritesDialog::makeFolder);
     connect(rename, &QPushButton::clicked, m_tree, &OrganizeTree::renameCurrent);
     connect(remove, &QPushButton::clicked, m_tree, &OrganizeTree::deleteSelected);
@@ -81,7 +78,8 @@ void OrganizeFavoritesDialog::makeForm()
 
 void OrganizeFavoritesDialog::makeFolder()
 {
-    const QString english = u"New Folder"_s;
-    if (!m_tree->addFolder(FavoriteFile::name(text(u"strNewFolder"_s, english), english)))
+    const QString name =
+        FavoriteFile::name(texts.at<"strNewFolder", "New Folder">(), u"New Folder"_s);
+    if (!m_tree->addFolder(name))
         QApplication::beep();
 }

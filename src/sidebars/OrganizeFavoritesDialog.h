@@ -4,6 +4,7 @@
 
 class OrganizeTree;
 class QPushButton;
+class Text;
 
 /// Organize Favorites: the favorites as a tree, with buttons that make folders, rename and delete.
 class OrganizeFavoritesDialog : public QDialog {
@@ -15,7 +16,7 @@ public:
 
 private:
     void makeForm();
-    QPushButton *makeButton(const QString &name, const QString &english);
+    QPushButton *makeButton(const Text &caption);
     void makeFolder();
 
     OrganizeTree *m_tree;

@@ -2,9 +2,9 @@
 #include "FavoriteFile.h"
 #include "FolderListing.h"
 #include "InternetShortcut.h"
-#include "Language.h"
 #include "Log.h"
 #include "MsgBox.h"
+#include "Texts.h"
 #include "ThemedIcon.h"
 
 #include <QApplication>
@@ -30,10 +30,7 @@ constexpr int nameColumn = 0;
 constexpr int dateColumn = 1;
 constexpr int nameWidth = 320;
 
-QString text(const QString &key, const QString &english)
-{
-    return languageText(u"frmOrganizeFavorites"_s, key, english);
-}
+constexpr Texts<"frmOrganizeFavorites"> texts;
 
 // Favorites before folders, as in the favorites bar, each by upper-cased name or by date.
 class Node : public QTreeWidgetItem {
@@ -113,7 +110,7 @@ OrganizeTree::OrganizeTree(const QString &root, QWidget *parent)
     : QTreeWidget(parent)
     , m_root(root)
 {
-    setHeaderLabels({text(u"strName"_s, u"Name"_s), text(u"strDate"_s, u"Date"_s)});
+    setHeaderLabels({texts.at<"strName", "Name">(), texts.at<"strDate", "Date">()});
     setColumnWidth(nameColumn, nameWidth);
     setUniformRowHeights(true);
     setSelectionMode(ExtendedSelection);
@@ -289,9 +286,9 @@ void OrganizeTree::deleteSelected()
     if (left.isEmpty())
         return;
     const QString question =
-        text(u"strDeleteForGood"_s, u"%1 cannot be moved to the trash. Delete it for good?"_s)
-            .arg(left.size() == 1 ? QFileInfo(left.first()).completeBaseName()
-                                  : text(u"strSeveral"_s, u"What is selected"_s));
+        texts.at<"strDeleteForGood", "%1 cannot be moved to the trash. Delete it for good?">().arg(
+            left.size() == 1 ? QFileInfo(left.first()).completeBaseName()
+                             : texts.at<"strSeveral", "What is selected">());
     MsgBox::ask(window(), question, {}, [this, left](MsgBox::Answer answer) {
         if (answer == MsgBox::Answer::Yes)
             deleteForGood(left);

@@ -2,11 +2,11 @@
 #include "AddressBox.h"
 #include "AppFolder.h"
 #include "KeyCodes.h"
-#include "Language.h"
 #include "LinkLabel.h"
 #include "MsgBox.h"
 #include "SearchEngines.h"
 #include "SideBarControls.h"
+#include "Texts.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -31,10 +31,7 @@ QString historySection()
     return u"RecentSearches"_s;
 }
 
-QString translated(const QString &key, const QString &text)
-{
-    return languageText(u"SearchBox"_s, key, text);
-}
+constexpr Texts<"SearchBox"> texts;
 
 // A caption as it is read out: without the marks of its access key.
 QString withoutMarks(QString caption)
@@ -42,9 +39,15 @@ QString withoutMarks(QString caption)
     return caption.remove(u'&');
 }
 
+const Text &engineDataNotFound = texts.at<"strEngineDataNotFound", "Error: Engine data not found!">;
+const Text &noEngineSelected =
+    texts.at<"strNoSearchEngineSelected", "Error: No Search Engine Selected!">;
+const Text &criteriaMissing =
+    texts.at<"strYouMustEnterSearchCriteria", "Error: You must enter a search criteria!">;
+
 template <typename Control> void translate(Control &control)
 {
-    control.setText(translated(control.objectName(), control.text()));
+    control.setText(texts.named(control.objectName(), control.text()));
 }
 
 template <typename Control> Control *named(Control *control, const char *name)
@@ -56,21 +59,21 @@ template <typename Control> Control *named(Control *control, const char *name)
 
 SearchBar::SearchBar(QWidget *parent)
     : QWidget(parent)
-    , m_engineLabel(named(new QLabel(u"Search Engine:"_s), "lblSearchEngine"))
+    , m_engineLabel(makeInEnglish<QLabel>(texts.at<"lblSearchEngine", "Search Engine:">))
     , m_engine(named(new QComboBox, "cboSearchEngine"))
-    , m_queryLabel(named(new QLabel(u"Search Query:"_s), "lblSearchQuery"))
+    , m_queryLabel(makeInEnglish<QLabel>(texts.at<"lblSearchQuery", "Search Query:">))
     , m_query(named(new AddressBox, "brwSearch"))
-    , m_clear(named(new LinkLabel(u"Clear Searches"_s), "lblClearSearches"))
-    , m_search(named(new QPushButton(u"&Search"_s), "cmdSearch"))
-    , m_newWindow(named(new QCheckBox(u"Open In New Window"_s), "chkNewWindow"))
+    , m_clear(makeInEnglish<LinkLabel>(texts.at<"lblClearSearches", "Clear Searches">))
+    , m_search(makeInEnglish<QPushButton>(texts.at<"cmdSearch", "&Search">))
+    , m_newWindow(makeInEnglish<QCheckBox>(texts.at<"chkNewWindow", "Open In New Window">))
     , m_exit(makeCloseButton(this))
-    , m_engineDataNotFound(u"Error: Engine data not found!"_s)
-    , m_noEngineSelected(u"Error: No Search Engine Selected!"_s)
-    , m_criteriaMissing(u"Error: You must enter a search criteria!"_s)
+    , m_engineDataNotFound(engineDataNotFound.inEnglish())
+    , m_noEngineSelected(noEngineSelected.inEnglish())
+    , m_criteriaMissing(criteriaMissing.inEnglish())
 {
     // Shown by its command only, whatever shows the window it is in.
     hide();
-    m_exit->setText(u"X"_s);
+    m_exit->setText(texts.at<"cmdExit", "X">.inEnglish());
     nameControls();
     m_query->setLineBreakText(u" "_s);
     m_engineLabel->setBuddy(m_engine);
@@ -136,9 +139,9 @@ void SearchBar::makeLayout()
 
 void SearchBar::loadLanguage()
 {
-    m_engineDataNotFound = translated(u"strEngineDataNotFound"_s, m_engineDataNotFound);
-    m_noEngineSelected = translated(u"strNoSearchEngineSelected"_s, m_noEngineSelected);
-    m_criteriaMissing = translated(u"strYouMustEnterSearchCriteria"_s, m_criteriaMissing);
+    m_engineDataNotFound = engineDataNotFound(m_engineDataNotFound);
+    m_noEngineSelected = noEngineSelected(m_noEngineSelected);
+    m_criteriaMissing = criteriaMissing(m_criteriaMissing);
     translate(*m_engineLabel);
     translate(*m_queryLabel);
     translate(*m_clear);

@@ -1,7 +1,7 @@
 #include "SkippedDialog.h"
 #include "BookmarkImport.h"
 #include "Forms.h"
-#include "Language.h"
+#include "Texts.h"
 
 #include <QHeaderView>
 #include <QLabel>
@@ -15,29 +15,26 @@ namespace {
 constexpr QSize comfortableSize(620, 360);
 constexpr int entryWidth = 280;
 
-QString text(const QString &key, const QString &english)
-{
-    return languageText(u"frmSkipped"_s, key, english);
-}
+constexpr Texts<"frmSkipped"> texts;
 
 QString reasonText(BookmarkProblem::Reason reason)
 {
     using Reason = BookmarkProblem::Reason;
     switch (reason) {
     case Reason::NoAddress:
-        return text(u"strNoAddress"_s, u"It has no address"_s);
+        return texts.at<"strNoAddress", "It has no address">();
     case Reason::BrokenTag:
-        return text(u"strBrokenTag"_s, u"Its quotation marks do not close"_s);
+        return texts.at<"strBrokenTag", "Its quotation marks do not close">();
     case Reason::TooLong:
-        return text(u"strTooLong"_s, u"Its address is too long"_s);
+        return texts.at<"strTooLong", "Its address is too long">();
     case Reason::Query:
-        return text(u"strQuery"_s, u"A query of another browser"_s);
+        return texts.at<"strQuery", "A query of another browser">();
     case Reason::TooDeep:
-        return text(u"strTooDeep"_s, u"Too deep; its contents are in the folder above"_s);
+        return texts.at<"strTooDeep", "Too deep; its contents are in the folder above">();
     case Reason::NotWritten:
         break;
     }
-    return text(u"strNotWritten"_s, u"It could not be written"_s);
+    return texts.at<"strNotWritten", "It could not be written">();
 }
 }
 
@@ -47,9 +44,9 @@ SkippedDialog::SkippedDialog(const ImportOutcome &outcome, QWidget *owner)
     setObjectName("frmSkipped"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
     Forms::add(this);
-    setWindowTitle(text(u"Caption"_s, u"Import Favorites"_s));
+    setWindowTitle(texts.at<"Caption", "Import Favorites">());
     const QString counted =
-        text(u"lblSkipped"_s, u"%1 favorites came in. Left out (%2):"_s).arg(outcome.links);
+        texts.at<"lblSkipped", "%1 favorites came in. Left out (%2):">().arg(outcome.links);
     auto *label = new QLabel(counted.arg(outcome.skipped));
     label->setObjectName("lblSkipped"_L1);
     auto *list = new QTreeWidget;
@@ -57,8 +54,8 @@ SkippedDialog::SkippedDialog(const ImportOutcome &outcome, QWidget *owner)
     list->setAccessibleName(label->text());
     list->setRootIsDecorated(false);
     list->setUniformRowHeights(true);
-    list->setHeaderLabels({text(u"strLine"_s, u"Line"_s), text(u"strEntry"_s, u"Entry"_s),
-                           text(u"strReason"_s, u"Reason"_s)});
+    list->setHeaderLabels({texts.at<"strLine", "Line">(), texts.at<"strEntry", "Entry">(),
+                           texts.at<"strReason", "Reason">()});
     QList<QTreeWidgetItem *> items;
     for (const BookmarkProblem &problem : outcome.problems)
         items.append(new QTreeWidgetItem(
@@ -66,7 +63,7 @@ SkippedDialog::SkippedDialog(const ImportOutcome &outcome, QWidget *owner)
     list->addTopLevelItems(items);
     list->setColumnWidth(1, entryWidth);
     list->resizeColumnToContents(0);
-    auto *close = new QPushButton(text(u"cmdClose"_s, u"&Close"_s));
+    auto *close = new QPushButton(texts.at<"cmdClose", "&Close">());
     close->setObjectName("cmdClose"_L1);
     close->setDefault(true);
     connect(close, &QPushButton::clicked, this, &QDialog::accept);

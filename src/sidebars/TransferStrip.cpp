@@ -1,6 +1,6 @@
 #include "TransferStrip.h"
-#include "Language.h"
 #include "SideBarControls.h"
+#include "Texts.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -13,10 +13,7 @@ constexpr int barWidth = 160;
 constexpr int barHeight = 6;
 constexpr int gap = 6;
 
-QString text(const QString &key, const QString &english)
-{
-    return languageText(u"frmFavoritesTransfer"_s, key, english);
-}
+constexpr Texts<"frmFavoritesTransfer"> texts;
 }
 
 TransferStrip::TransferStrip(QWidget *parent)
@@ -35,8 +32,8 @@ TransferStrip::TransferStrip(QWidget *parent)
     m_bar->setFixedSize(barWidth, barHeight);
     addWidget(m_text);
     m_barItem = addWidget(m_bar);
-    m_stop = addAction(text(u"cmdStop"_s, u"Stop"_s), this, &TransferStrip::stopped);
-    m_list = addAction(text(u"cmdList"_s, u"Show List"_s), this, &TransferStrip::listWanted);
+    m_stop = addAction(texts.at<"cmdStop", "Stop">(), this, &TransferStrip::stopped);
+    m_list = addAction(texts.at<"cmdList", "Show List">(), this, &TransferStrip::listWanted);
     widgetForAction(m_stop)->setObjectName("cmdStopTransfer"_L1);
     widgetForAction(m_list)->setObjectName("cmdTransferList"_L1);
     auto *space = new QWidget;

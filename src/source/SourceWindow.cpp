@@ -2,7 +2,6 @@
 
 #include "FindBar.h"
 #include "Forms.h"
-#include "Language.h"
 #include "LineNumbers.h"
 #include "MsgBox.h"
 #include "NotSaved.h"
@@ -11,6 +10,7 @@
 #include "RichTextBox.h"
 #include "ScreenFit.h"
 #include "SourceEditor.h"
+#include "Texts.h"
 
 #include <QCloseEvent>
 #include <QFileInfo>
@@ -27,10 +27,7 @@ constexpr int longestSubject = 300;
 constexpr QSize comfortableSize(800, 600);
 std::function<void(QWidget *)> aboutHandler;
 
-QString languageText(const char *key, const QString &english)
-{
-    return languageText(u"frmSource"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"frmSource"> texts;
 
 const QString fileFilter =
     u"HTML Files (*.html)|*.html|HTM Files (*.htm)|*.htm|All Files (*.*)|*.*"_s;
@@ -50,7 +47,7 @@ SourceWindow::SourceWindow()
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     m_editor->setObjectName("txtHTML1"_L1);
-    m_editor->box().setAccessibleName(languageText("strSource", u"Source"_s));
+    m_editor->box().setAccessibleName(texts.at<"strSource", "Source">());
     new LineNumbers(&m_editor->box());
     m_findBar = new FindBar(&m_editor->box(), area);
     column->addWidget(m_editor, 1);
@@ -88,7 +85,7 @@ void SourceWindow::setAboutHandler(const std::function<void(QWidget *)> &handler
 void SourceWindow::setSubject(const QString &subject)
 {
     m_subject = subject;
-    const QString caption = languageText("Caption", u"Document HTML"_s);
+    const QString caption = texts.at<"Caption", "Document HTML">();
     // A page's address may be as long as the page itself.
     const QString shown = subject.size() > longestSubject
         ? QString(subject.left(longestSubject) + u'\u2026')
@@ -123,7 +120,7 @@ void SourceWindow::openFile(const QString &file)
     }
     if (!m_editor->openFile(file)) {
         MsgBox::inform(this,
-                       languageText("strCannotOpen", u"The file cannot be read:"_s) + u'\n' + file);
+                       texts.at<"strCannotOpen", "The file cannot be read:">() + u'\n' + file);
         return;
     }
     setSubject(file);
@@ -138,7 +135,7 @@ void SourceWindow::fileSave()
         return;
     if (const WriteResult result = m_editor->saveFile(m_dialog.fileName()); !result) {
         MsgBox::inform(this,
-                       languageText("strCannotSave", u"The file cannot be written:"_s) + u'\n'
+                       texts.at<"strCannotSave", "The file cannot be written:">() + u'\n'
                            + m_dialog.fileName() + u"\n\n"_s + result.text());
         return;
     }
@@ -162,8 +159,8 @@ void SourceWindow::goToLine()
     auto *dialog = new QInputDialog(this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setObjectName("GoToLine"_L1);
-    dialog->setWindowTitle(languageText("cmdGoToLine", u"Go To Line"_s));
-    dialog->setLabelText(languageText("lblLine", u"Line:"_s));
+    dialog->setWindowTitle(texts.at<"cmdGoToLine", "Go To Line">());
+    dialog->setLabelText(texts.at<"lblLine", "Line:">());
     dialog->setInputMode(QInputDialog::IntInput);
     RichTextBox &box = m_editor->box();
     dialog->setIntRange(1, box.rows().lineCount());
@@ -187,8 +184,8 @@ void SourceWindow::setEdited(bool edited)
     // Folders can be long: the tool tip has all of it where the bar has not.
     m_state->setText(
         edited
-            ? languageText("strUnsaved", u"Not saved. If closed like this, a copy is kept in %1"_s)
-                  .arg(RecoveredText::folder())
+            ? texts.at<"strUnsaved", "Not saved. If closed like this, a copy is kept in %1">().arg(
+                RecoveredText::folder())
             : QString());
     m_state->setToolTip(m_state->text());
 }

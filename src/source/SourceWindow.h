@@ -12,6 +12,7 @@ class QLineEdit;
 class QMenu;
 class QProgressBar;
 class SourceEditor;
+class Text;
 
 /// A window with an editor for HTML source, of a page or of a file. It has no link to where the
 /// source came from. It deletes itself when closed; text that was edited and not saved is then
@@ -45,7 +46,7 @@ private:
     void addSeparator(QMenu *menu, const char *name);
     void buildMenus();
     void buildStatusBar();
-    QAction *addTool(const char *name, const QString &caption, const QKeySequence &shortcut);
+    QAction *addTool(const Text &caption, const QKeySequence &shortcut);
     void connectEditor();
 
     void fileOpen();

@@ -1,9 +1,9 @@
 #include "FieldEdit.h"
 #include "FindBar.h"
-#include "Language.h"
 #include "RichTextBox.h"
 #include "SourceEditor.h"
 #include "SourceWindow.h"
+#include "Texts.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -16,10 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString captionOf(const char *name, const QString &english)
-{
-    return languageText(u"frmSource"_s, QString::fromLatin1(name), english);
-}
+constexpr Texts<"frmSource"> texts;
 
 }
 
@@ -91,11 +88,10 @@ void SourceWindow::buildMenus()
     addItem(help, "mnuHelpAbout", u"&About"_s, &SourceWindow::helpAbout);
 }
 
-QAction *SourceWindow::addTool(const char *name, const QString &caption,
-                               const QKeySequence &shortcut)
+QAction *SourceWindow::addTool(const Text &caption, const QKeySequence &shortcut)
 {
-    auto *action = new QAction(captionOf(name, caption), this);
-    action->setObjectName(QLatin1String(name));
+    auto *action = new QAction(caption(), this);
+    action->setObjectName(caption.name());
     action->setShortcut(shortcut);
     action->setToolTip(action->text() + " ("_L1 + shortcut.toString(QKeySequence::NativeText)
                        + u')');
@@ -118,7 +114,7 @@ void SourceWindow::buildStatusBar()
     statusBar()->addWidget(m_state, 1);
     m_progress = new QProgressBar(this);
     m_progress->setObjectName("ColouringProgress"_L1);
-    m_progress->setAccessibleName(captionOf("strColouring", u"Colouring"_s));
+    m_progress->setAccessibleName(texts.at<"strColouring", "Colouring">());
     m_progress->setMaximumWidth(120);
     m_progress->hide();
     statusBar()->addPermanentWidget(m_progress);
@@ -127,11 +123,11 @@ void SourceWindow::buildStatusBar()
         m_progress->setVisible(percent < 100);
     });
 
-    const QAction *find = addTool("cmdFind", u"Find"_s, QKeySequence::Find);
+    const QAction *find = addTool(texts.at<"cmdFind", "Find">, QKeySequence::Find);
     connect(find, &QAction::triggered, m_findBar, &FindBar::open);
-    const QAction *line = addTool("cmdGoToLine", u"Go To Line"_s, Qt::CTRL | Qt::Key_G);
+    const QAction *line = addTool(texts.at<"cmdGoToLine", "Go To Line">, Qt::CTRL | Qt::Key_G);
     connect(line, &QAction::triggered, this, &SourceWindow::goToLine);
-    QAction *wrap = addTool("cmdWrap", u"Wrap"_s, Qt::ALT | Qt::Key_Z);
+    QAction *wrap = addTool(texts.at<"cmdWrap", "Wrap">, Qt::ALT | Qt::Key_Z);
     wrap->setCheckable(true);
     wrap->setChecked(true);
     connect(wrap, &QAction::toggled, this, [this](bool on) { m_editor->box().setWrapping(on); });

@@ -1,7 +1,7 @@
 #include "FindBar.h"
 
-#include "Language.h"
 #include "RichTextBox.h"
+#include "Texts.h"
 
 #include <QDeadlineTimer>
 #include <QHBoxLayout>
@@ -22,10 +22,7 @@ constexpr int countingMilliseconds = 20;
 /// Texts up to this long are counted at once.
 constexpr qsizetype atOnce = 1'000'000;
 
-QString text(const char *key, const QString &english)
-{
-    return languageText(u"frmSource"_s, QString::fromLatin1(key), english);
-}
+constexpr Texts<"frmSource"> texts;
 
 }
 
@@ -38,7 +35,7 @@ FindBar::FindBar(RichTextBox *box, QWidget *parent)
     setObjectName("FindBar"_L1);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(4, 2, 4, 2);
-    auto *label = new QLabel(text("lblFind", u"F&ind:"_s), this);
+    auto *label = new QLabel(texts.at<"lblFind", "F&ind:">(), this);
     label->setObjectName("lblFind"_L1);
     label->setBuddy(m_text);
     row->addWidget(label);
@@ -46,11 +43,11 @@ FindBar::FindBar(RichTextBox *box, QWidget *parent)
     m_text->setAccessibleName(label->text().remove(u'&').remove(u':'));
     m_text->setClearButtonEnabled(true);
     row->addWidget(m_text, 1);
-    addButton("cmdFindPrevious", u"&Previous"_s, &FindBar::findPrevious);
-    addButton("cmdFindNext", u"&Next"_s, &FindBar::findNext);
+    addButton(texts.at<"cmdFindPrevious", "&Previous">, &FindBar::findPrevious);
+    addButton(texts.at<"cmdFindNext", "&Next">, &FindBar::findNext);
     m_count->setObjectName("lblCount"_L1);
     row->addWidget(m_count);
-    addButton("cmdFindClose", u"Close"_s, &FindBar::dismiss);
+    addButton(texts.at<"cmdFindClose", "Close">, &FindBar::dismiss);
     m_recount.setSingleShot(true);
     m_recount.setInterval(recountMilliseconds);
     connect(&m_recount, &QTimer::timeout, this, &FindBar::count);
@@ -67,12 +64,11 @@ FindBar::FindBar(RichTextBox *box, QWidget *parent)
     hide();
 }
 
-void FindBar::addButton(const char *name, const QString &caption, void (FindBar::*action)())
+void FindBar::addButton(const Text &caption, void (FindBar::*action)())
 {
-    const QString shown = text(name, caption);
-    auto *button = new QPushButton(shown, this);
-    button->setObjectName(QLatin1String(name));
-    button->setAccessibleName(QString(shown).remove(u'&'));
+    auto *button = new QPushButton(caption(), this);
+    button->setObjectName(caption.name());
+    button->setAccessibleName(button->text().remove(u'&'));
     button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, action);
     layout()->addWidget(button);
@@ -175,8 +171,8 @@ void FindBar::countSlice()
     if (!more)
         m_counting.stop();
     const QString number = QLocale().toString(m_hits);
-    m_count->setText(more ? text("strMoreThan", u"more than %1 found"_s).arg(number)
-                          : text("strFound", u"%1 found"_s).arg(number));
+    m_count->setText(more ? texts.at<"strMoreThan", "more than %1 found">().arg(number)
+                          : texts.at<"strFound", "%1 found">().arg(number));
 }
 
 void FindBar::keyPressEvent(QKeyEvent *event)

@@ -6,6 +6,7 @@
 class QLabel;
 class QLineEdit;
 class RichTextBox;
+class Text;
 
 /// Finds text in a box, whatever its case, and says how often it is there.
 class FindBar : public QWidget {
@@ -28,7 +29,7 @@ private:
     void find(bool backwards, bool fromSelectionStart);
     void count();
     void countSlice();
-    void addButton(const char *name, const QString &caption, void (FindBar::*action)());
+    void addButton(const Text &caption, void (FindBar::*action)());
     void select(qsizetype at, qsizetype length);
 
     RichTextBox *m_box;

@@ -1,6 +1,6 @@
 #include "DesktopFileDialog.h"
 
-#include "Language.h"
+#include "Texts.h"
 
 #include <QLineEdit>
 #include <QMessageBox>
@@ -98,10 +98,10 @@ void DesktopFileDialog::accept()
     }
     if (m_request.kind == FileDialogRequest::Kind::Save && !path.isEmpty()
         && !QFileInfo(path).dir().exists()) {
-        QMessageBox::warning(this, windowTitle(),
-                             path + u'\n'
-                                 + languageText(u"CommonDialog"_s, u"strNoFolder"_s,
-                                                u"The folder does not exist."_s));
+        QMessageBox::warning(
+            this, windowTitle(),
+            path + u'\n'
+                + Texts<"CommonDialog">::at<"strNoFolder", "The folder does not exist.">());
         return;
     }
     QFileDialog::accept();

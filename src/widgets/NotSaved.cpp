@@ -1,7 +1,7 @@
 #include "NotSaved.h"
 
-#include "Language.h"
 #include "MsgBox.h"
+#include "Texts.h"
 #include "WriteResult.h"
 
 #include <QDir>
@@ -12,7 +12,7 @@ namespace NotSaved {
 
 void tell(QWidget *owner, const QString &path, const WriteResult &result)
 {
-    QString message = languageText(u"NotSaved"_s, u"strNotSaved"_s, u"This could not be saved:"_s);
+    QString message = Texts<"NotSaved">::at<"strNotSaved", "This could not be saved:">();
     message += u'\n' + QDir::toNativeSeparators(path);
     if (const QString why = result.text(); !why.isEmpty())
         message += u"\n\n"_s + why;

@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-#include "Language.h"
+#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -22,7 +22,7 @@ void name(QLabel &label, QWidget &control)
 QLabel *nextStartNote(QWidget &control)
 {
     const QString text =
-        languageText(u"frmInternetOptions"_s, u"strNextStart"_s, u"from the next start on"_s);
+        Texts<"frmInternetOptions">::at<"strNextStart", "from the next start on">();
     auto *note = new QLabel(text);
     note->setObjectName("lblNextStart"_L1);
     note->setForegroundRole(QPalette::PlaceholderText);

@@ -3,9 +3,9 @@
 #include "BlockedList.h"
 #include "Forms.h"
 #include "Frame.h"
-#include "Language.h"
 #include "MsgBox.h"
 #include "NotSaved.h"
+#include "Texts.h"
 
 #include <QElapsedTimer>
 #include <QHBoxLayout>
@@ -29,10 +29,7 @@ constexpr int longestPart = 30;
 /// Patterns that one message names.
 constexpr qsizetype mostNamed = 10;
 
-QString text(const QString &key, const QString &english)
-{
-    return languageText(u"frmBlockedURLs"_s, key, english);
-}
+constexpr Texts<"frmBlockedURLs"> texts;
 
 bool isLineBreak(QChar c)
 {
@@ -47,10 +44,10 @@ QStringList linesOf(const QString &text)
     return lines.split(u'\n', Qt::SkipEmptyParts);
 }
 
-QPushButton *makeButton(const QString &name, const QString &caption)
+QPushButton *makeButton(const Text &caption)
 {
-    auto *button = new QPushButton(text(name, caption));
-    button->setObjectName(name);
+    auto *button = new QPushButton(caption());
+    button->setObjectName(caption.name());
     button->setEnabled(false);
     return button;
 }
@@ -61,13 +58,13 @@ BlockedListDialog::BlockedListDialog(Frame &frame)
     : QDialog(frame.window())
     , m_pattern(new QLineEdit)
     , m_list(new QListWidget)
-    , m_block(makeButton(u"cmdBlock"_s, u"&Block"_s))
-    , m_remove(makeButton(u"cmdRemove"_s, u"&Remove"_s))
-    , m_save(makeButton(u"cmdSaveList"_s, u"&Save List"_s))
+    , m_block(makeButton(texts.at<"cmdBlock", "&Block">))
+    , m_remove(makeButton(texts.at<"cmdRemove", "&Remove">))
+    , m_save(makeButton(texts.at<"cmdSaveList", "&Save List">))
 {
     setObjectName("frmBlockedURLs"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(text(u"Caption"_s, u"Smart Popup Blocker URLs"_s));
+    setWindowTitle(texts.at<"Caption", "Smart Popup Blocker URLs">());
     arrange();
     m_nextSome.setInterval(0);
     m_nextSome.setSingleShot(true);
@@ -84,10 +81,10 @@ void BlockedListDialog::arrange()
 {
     m_pattern->setObjectName("txtBlockURL"_L1);
     m_pattern->setMaxLength(std::numeric_limits<int>::max());
-    m_pattern->setAccessibleName(text(u"txtBlockURL"_s, u"Pattern to block"_s));
-    m_pattern->setPlaceholderText(text(u"strPattern"_s, u"Pattern, such as *//ads.*"_s));
+    m_pattern->setAccessibleName(texts.at<"txtBlockURL", "Pattern to block">());
+    m_pattern->setPlaceholderText(texts.at<"strPattern", "Pattern, such as *//ads.*">());
     m_list->setObjectName("lstBlockedURLs"_L1);
-    m_list->setAccessibleName(text(u"lstBlockedURLs"_s, u"Blocked patterns"_s));
+    m_list->setAccessibleName(texts.at<"lstBlockedURLs", "Blocked patterns">());
     m_list->setUniformItemSizes(true);
     m_list->installEventFilter(this);
     // Enter in the text box presses it.
@@ -216,7 +213,7 @@ void BlockedListDialog::block()
 void BlockedListDialog::tellRefused(const QStringList &patterns)
 {
     QString message =
-        text(u"sPatternMatch"_s, u"There is already a pattern match for this url in the list!"_s);
+        texts.at<"sPatternMatch", "There is already a pattern match for this url in the list!">();
     if (m_pattern->text().isEmpty()) {
         message += "\n\n"_L1 + patterns.first(qMin(mostNamed, patterns.size())).join(u'\n');
         if (patterns.size() > mostNamed)

@@ -2,7 +2,6 @@
 #include "BrowserTabs.h"
 #include "BrowserWindow.h"
 #include "Frame.h"
-#include "Language.h"
 #include "PageQuestions.h"
 #include "PopupBudget.h"
 #include "PopupEntrance.h"
@@ -12,6 +11,7 @@
 #include "ShownText.h"
 #include "StatusStrip.h"
 #include "TextRules.h"
+#include "Texts.h"
 #include "WindowTabs.h"
 #include "Yield.h"
 
@@ -149,8 +149,8 @@ void BrowserWindow::windowClosing(bool, bool &cancel)
     question.kind = u"close"_s;
     question.title = u"Allow Window Close?"_s;
     question.text = u"This window is attempting to close itself!\r\nDo you want to allow this?"_s;
-    question.yes = languageText(u"PageQuestions"_s, u"cmdYes"_s, u"Yes"_s);
-    question.no = languageText(u"PageQuestions"_s, u"cmdNo"_s, u"No"_s);
+    question.yes = Texts<"PageQuestions">::at<"cmdYes", "Yes">();
+    question.no = Texts<"PageQuestions">::at<"cmdNo", "No">();
     question.done = [this](PageQuestion::Answer answer) {
         if (answer == PageQuestion::Answer::Yes)
             unload();

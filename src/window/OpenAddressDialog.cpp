@@ -8,20 +8,21 @@
 
 #include "Forms.h"
 #include "Frame.h"
-#include "Language.h"
 #include "MailProgram.h"
+#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int comfortableWidth = 420;
+constexpr Texts<"frmOpenURL"> texts;
 
-QPushButton *addButton(QDialogButtonBox &box, const QString &name, const QString &caption,
+QPushButton *addButton(QDialogButtonBox &box, const Text &caption,
                        QDialogButtonBox::ButtonRole role)
 {
-    QPushButton *button = box.addButton(languageText(u"frmOpenURL"_s, name, caption), role);
-    button->setObjectName(name);
+    QPushButton *button = box.addButton(caption(), role);
+    button->setObjectName(caption.name());
     return button;
 }
 
@@ -45,9 +46,9 @@ OpenAddressDialog::OpenAddressDialog(Frame &frame)
 
     auto *buttons = new QDialogButtonBox;
     QPushButton *open =
-        addButton(*buttons, u"cmdOpenURL"_s, u"&Open"_s, QDialogButtonBox::ActionRole);
+        addButton(*buttons, texts.at<"cmdOpenURL", "&Open">, QDialogButtonBox::ActionRole);
     QPushButton *cancel =
-        addButton(*buttons, u"cmdCancel"_s, u"&Cancel"_s, QDialogButtonBox::RejectRole);
+        addButton(*buttons, texts.at<"cmdCancel", "&Cancel">, QDialogButtonBox::RejectRole);
     // The dialog's default button is what Enter in the field presses: once.
     open->setDefault(true);
     connect(open, &QPushButton::clicked, this, &OpenAddressDialog::openAddress);
@@ -56,7 +57,7 @@ OpenAddressDialog::OpenAddressDialog(Frame &frame)
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(group);
     layout->addWidget(buttons);
-    setWindowTitle(languageText(u"frmOpenURL"_s, u"Caption"_s, u"Open URL"_s));
+    setWindowTitle(texts.at<"Caption", "Open URL">());
     m_address->setAccessibleName(windowTitle());
     m_address->setFocus();
     // A whole address can be put in at once; without a scheme it is opened as http all the same.

@@ -1,8 +1,8 @@
 #include "PopupBudget.h"
 
-#include "Language.h"
 #include "PageQuestions.h"
 #include "ShownAddress.h"
+#include "Texts.h"
 
 #include <QTimer>
 #include <QUrl>
@@ -42,12 +42,12 @@ void PopupBudget::ask(const QUrl &asker)
     PageQuestion question;
     question.kind = u"windows"_s;
     question.title = shownSite(asker);
-    question.text =
-        languageText(u"frmBrowser"_s, u"strManyWindows"_s,
-                     u"This page has opened many windows by itself and wants to open more. "
-                     u"Do you want to allow this?"_s);
-    question.yes = languageText(u"PageQuestions"_s, u"cmdYes"_s, u"Yes"_s);
-    question.no = languageText(u"PageQuestions"_s, u"cmdNo"_s, u"No"_s);
+    question.text = Texts<"frmBrowser">::at<
+        "strManyWindows",
+        "This page has opened many windows by itself and wants to open more. "
+        "Do you want to allow this?">();
+    question.yes = Texts<"PageQuestions">::at<"cmdYes", "Yes">();
+    question.no = Texts<"PageQuestions">::at<"cmdNo", "No">();
     question.done = [self = weak_from_this()](PageQuestion::Answer answer) {
         const std::shared_ptr<PopupBudget> budget = self.lock();
         if (!budget)

@@ -12,8 +12,8 @@
 #include <utility>
 
 #include "Forms.h"
-#include "Language.h"
 #include "ShownAddress.h"
+#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,10 +24,7 @@ constexpr int comfortableWidth = 460;
 constexpr int refreshInterval = 100;
 constexpr int longestMessage = 5000;
 
-QString text(const QString &key, const QString &english)
-{
-    return languageText(u"frmScriptErrors"_s, key, english);
-}
+constexpr Texts<"frmScriptErrors"> texts;
 
 QPushButton *makeButton(const char *name)
 {
@@ -83,13 +80,13 @@ void ScriptErrorsDialog::buildControls()
 
 void ScriptErrorsDialog::translate()
 {
-    setWindowTitle(text(u"Caption"_s, u"Script Errors"_s));
-    m_message->setAccessibleName(text(u"txtError"_s, u"Script error"_s));
-    m_ignorePage->setText(text(u"chkIgnorePage"_s, u"&Do not show errors of this page"_s));
-    m_previous->setText(text(u"cmdPrevious"_s, u"&Previous"_s));
-    m_next->setText(text(u"cmdNext"_s, u"&Next"_s));
-    m_copy->setText(text(u"cmdCopy"_s, u"&Copy"_s));
-    m_close->setText(text(u"cmdClose"_s, u"Close"_s));
+    setWindowTitle(texts.at<"Caption", "Script Errors">());
+    m_message->setAccessibleName(texts.at<"txtError", "Script error">());
+    m_ignorePage->setText(texts.at<"chkIgnorePage", "&Do not show errors of this page">());
+    m_previous->setText(texts.at<"cmdPrevious", "&Previous">());
+    m_next->setText(texts.at<"cmdNext", "&Next">());
+    m_copy->setText(texts.at<"cmdCopy", "&Copy">());
+    m_close->setText(texts.at<"cmdClose", "Close">());
 }
 
 void ScriptErrorsDialog::add(const ScriptError &error)
@@ -143,7 +140,7 @@ void ScriptErrorsDialog::showEntry()
 {
     const Entry &entry = m_entries.at(m_current);
     m_position->setText(
-        text(u"strPosition"_s, u"Error %1 of %2"_s).arg(m_current + 1).arg(m_entries.size()));
+        texts.at<"strPosition", "Error %1 of %2">().arg(m_current + 1).arg(m_entries.size()));
     const QString shown = details(entry);
     if (m_message->toPlainText() != shown)
         m_message->setPlainText(shown);
@@ -156,9 +153,9 @@ QString ScriptErrorsDialog::details(const Entry &entry) const
 {
     const auto number = [](int value) { return value > 0 ? QString::number(value) : u"-"_s; };
     return QStringList{
-        entry.error.message, text(u"strLine"_s, u"Line:"_s) + u' ' + number(entry.error.line),
-        text(u"strColumn"_s, u"Column:"_s) + u' ' + number(entry.error.column),
-        text(u"strAddress"_s, u"Address:"_s) + u' ' + shownAddress(entry.error.address)}
+        entry.error.message, texts.at<"strLine", "Line:">() + u' ' + number(entry.error.line),
+        texts.at<"strColumn", "Column:">() + u' ' + number(entry.error.column),
+        texts.at<"strAddress", "Address:">() + u' ' + shownAddress(entry.error.address)}
         .join(u'\n');
 }
 

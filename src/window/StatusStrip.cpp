@@ -1,7 +1,7 @@
 #include "StatusStrip.h"
 
 #include "ElidedAddress.h"
-#include "Language.h"
+#include "Texts.h"
 
 #include <QAccessible>
 #include <QFontMetrics>
@@ -52,17 +52,10 @@ void paintEye(QPainter &painter, const QRectF &box)
                      box.topRight() + QPointF(-2 * unit, 1.5 * unit));
 }
 
-QString privacyTip()
-{
-    return languageText(u"frmBrowser"_s, u"strPrivacyTip"_s,
-                        u"Cookies of other sites were refused on this page"_s);
-}
-
-QString secureTip()
-{
-    return languageText(u"frmBrowser"_s, u"strSecureTip"_s,
-                        u"The connection to this page is secure"_s);
-}
+constexpr Texts<"frmBrowser"> texts;
+const Text &privacyTip =
+    texts.at<"strPrivacyTip", "Cookies of other sites were refused on this page">;
+const Text &secureTip = texts.at<"strSecureTip", "The connection to this page is secure">;
 }
 
 StatusStrip::StatusStrip(QWidget *parent)

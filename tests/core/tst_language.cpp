@@ -1,7 +1,7 @@
 #include "AppFolder.h"
 #include "Language.h"
-#include "LookUpCheck.h"
 #include "TempAppFolder.h"
+#include "Texts.h"
 
 #include <QTest>
 #include <memory>
@@ -12,7 +12,6 @@ class tst_language : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { LookUpCheck::stop(); }
     void init();
     void cleanup();
     void missingFileKeepsTheCaption();
@@ -24,6 +23,9 @@ private slots:
     void namesOfFiles_data();
     void namesOfFiles();
     void nameOutsideTheFolder();
+    void textsAreLookedUpByTheirSection();
+    void textsWithoutATranslation();
+    void everyTextIsInTheChain();
 
 private:
     std::unique_ptr<TempAppFolder> m_folder;
@@ -114,6 +116,51 @@ void tst_language::nameOutsideTheFolder()
         setLanguageName(name);
         QCOMPARE(languageText(u"S"_s, u"a"_s, u"default"_s), u"default"_s);
     }
+}
+
+namespace {
+constexpr Texts<"frmTest"> texts;
+
+/// Nobody calls it.
+[[maybe_unused]] QString neverShown()
+{
+    return texts.at<"strNever", "Never shown">();
+}
+}
+
+void tst_language::textsAreLookedUpByTheirSection()
+{
+    QVERIFY(m_folder->writeLanguage(u"English"_s,
+                                    "[frmOther]\r\ncmdSave=&Other\r\n"
+                                    "[frmTest]\r\ncmdSave=S&ichern\r\ncmdStop=\r\n"));
+    const Text &save = texts.at<"cmdSave", "&Save">;
+    QCOMPARE(save(), u"S&ichern"_s);
+    QCOMPARE(save(u"&Sauver"_s), u"S&ichern"_s);
+    QCOMPARE(save.name(), u"cmdSave"_s);
+    const Text &stop = texts.at<"cmdStop", "Stop">;
+    QCOMPARE(stop(), QString());
+    QCOMPARE(texts.named(u"cmdSave"_s, {}), u"S&ichern"_s);
+}
+
+void tst_language::textsWithoutATranslation()
+{
+    const Text &text = texts.at<"strMissing",
+                                "Two literals \u2026 "
+                                "are one text">;
+    QCOMPARE(text(), u"Two literals \u2026 are one text"_s);
+    QCOMPARE(text(u"Zwei"_s), u"Zwei"_s);
+    QCOMPARE(texts.named(u"strMissing"_s, u"Zwei"_s), u"Zwei"_s);
+}
+
+void tst_language::everyTextIsInTheChain()
+{
+    QStringList keys;
+    for (const Text *text = Text::first; text; text = text->next) {
+        if (qstrcmp(text->section, "frmTest") == 0)
+            keys.append(text->name());
+    }
+    keys.sort();
+    QCOMPARE(keys, QStringList({u"cmdSave"_s, u"cmdStop"_s, u"strMissing"_s, u"strNever"_s}));
 }
 
 QTEST_GUILESS_MAIN(tst_language)

@@ -3,7 +3,6 @@
 #include "AppFolder.h"
 #include "IniStore.h"
 #include "Language.h"
-#include "LookUpCheck.h"
 
 #include <QDir>
 #include <QFile>
@@ -26,7 +25,6 @@ TempAppFolder::TempAppFolder()
     AppFolder::setPath(path());
     AppFolder::setSettingsPath(settingsFile());
     setLanguageName(u"English"_s);
-    LookUpCheck::start();
 }
 
 TempAppFolder::~TempAppFolder()
