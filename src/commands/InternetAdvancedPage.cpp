@@ -19,12 +19,18 @@ namespace {
 
 constexpr Texts<"frmInternetOptions"> texts;
 
-QCheckBox *makeCheckBox(const Text &caption)
-{
-    auto *box = new QCheckBox(caption());
-    box->setObjectName(caption.name());
-    return box;
-}
+struct LabelledSwitch {
+    const Text *caption;
+    bool EngineOptions::*value;
+    bool actsAtNextStart = false;
+};
+/// From top to bottom.
+const LabelledSwitch labelledSwitches[] = {
+    {&texts.at<"chkScripts", "&Run scripts">, &EngineOptions::scripts},
+    {&texts.at<"chkImages", "Show &images">, &EngineOptions::images},
+    {&texts.at<"chkPdf", "Show PD&F files in the page">, &EngineOptions::pdfInPage},
+    {&texts.at<"chkHardware", "Use the grap&hics device">, &EngineOptions::hardwareRendering, true},
+};
 
 }
 
@@ -52,26 +58,24 @@ InternetAdvancedPage::InternetAdvancedPage()
 QGroupBox *InternetAdvancedPage::makePages()
 {
     auto *group = new QGroupBox(texts.at<"FramePages", "Pages">());
-    m_chkScripts = makeCheckBox(texts.at<"chkScripts", "&Run scripts">);
-    m_chkImages = makeCheckBox(texts.at<"chkImages", "Show &images">);
-    m_chkPdf = makeCheckBox(texts.at<"chkPdf", "Show PD&F files in the page">);
-    m_chkHardware = makeCheckBox(texts.at<"chkHardware", "Use the grap&hics device">);
     auto *layout = new QGridLayout(group);
-    layout->addWidget(m_chkScripts, 0, 0, 1, 2);
-    layout->addWidget(m_chkImages, 1, 0, 1, 2);
-    layout->addWidget(m_chkPdf, 2, 0, 1, 2);
-    layout->addWidget(m_chkHardware, 3, 0);
-    layout->addWidget(OptionControls::nextStartNote(*m_chkHardware), 3, 1);
+    for (const LabelledSwitch &each : labelledSwitches) {
+        const int row = int(m_switches.size());
+        auto *box = new QCheckBox((*each.caption)());
+        box->setObjectName(each.caption->name());
+        layout->addWidget(box, row, 0, 1, each.actsAtNextStart ? 1 : 2);
+        if (each.actsAtNextStart)
+            layout->addWidget(OptionControls::nextStartNote(*box), row, 1);
+        m_switches.append(box);
+    }
     layout->setColumnStretch(1, 1);
     return group;
 }
 
 void InternetAdvancedPage::fill(const EngineOptions &options)
 {
-    m_chkScripts->setChecked(options.scripts);
-    m_chkImages->setChecked(options.images);
-    m_chkPdf->setChecked(options.pdfInPage);
-    m_chkHardware->setChecked(options.hardwareRendering);
+    for (qsizetype i = 0; i < m_switches.size(); ++i)
+        m_switches.at(i)->setChecked(options.*labelledSwitches[i].value);
     m_fonts->fill(options);
     m_network->fill(options);
 }
@@ -83,10 +87,8 @@ bool InternetAdvancedPage::check()
 
 void InternetAdvancedPage::collect(EngineOptions &options) const
 {
-    options.scripts = m_chkScripts->isChecked();
-    options.images = m_chkImages->isChecked();
-    options.pdfInPage = m_chkPdf->isChecked();
-    options.hardwareRendering = m_chkHardware->isChecked();
+    for (qsizetype i = 0; i < m_switches.size(); ++i)
+        options.*labelledSwitches[i].value = m_switches.at(i)->isChecked();
     m_fonts->collect(options);
     m_network->collect(options);
 }

@@ -27,10 +27,7 @@ public:
 private:
     QGroupBox *makePages();
 
-    QCheckBox *m_chkScripts;
-    QCheckBox *m_chkImages;
-    QCheckBox *m_chkPdf;
-    QCheckBox *m_chkHardware;
+    QList<QCheckBox *> m_switches;
     FontOptions *m_fonts;
     NetworkOptions *m_network;
 };

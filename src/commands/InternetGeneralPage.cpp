@@ -48,24 +48,24 @@ InternetGeneralPage::InternetGeneralPage(EngineData &engine)
 QWidget *InternetGeneralPage::makeCache()
 {
     auto *group = new QGroupBox(texts.at<"FrameCache", "Cache">());
-    m_lblCacheUsed = new QLabel(texts.at<"strMeasuring", "The cache is being measured">());
-    m_lblCacheUsed->setObjectName("lblCacheUsed"_L1);
+    m_cacheUsed = new QLabel(texts.at<"strMeasuring", "The cache is being measured">());
+    m_cacheUsed->setObjectName("lblCacheUsed"_L1);
     QPushButton *clear = makeButton(texts.at<"cmdClearCache", "C&lear Cache">);
     connect(clear, &QPushButton::clicked, &m_data, &EngineData::clearCache);
-    m_spnCacheLimit = new QSpinBox;
-    m_spnCacheLimit->setObjectName("txtCacheLimit"_L1);
-    m_spnCacheLimit->setRange(0, EngineLimits::cache);
-    m_spnCacheLimit->setSuffix(u" MB"_s);
-    m_spnCacheLimit->setSpecialValueText(texts.at<"strAutomatic", "Automatic">());
+    m_cacheLimit = new QSpinBox;
+    m_cacheLimit->setObjectName("txtCacheLimit"_L1);
+    m_cacheLimit->setRange(0, EngineLimits::cache);
+    m_cacheLimit->setSuffix(u" MB"_s);
+    m_cacheLimit->setSpecialValueText(texts.at<"strAutomatic", "Automatic">());
     auto *limit = new QLabel(texts.at<"lblCacheLimit", "At &most:">());
     limit->setObjectName("lblCacheLimit"_L1);
-    OptionControls::name(*limit, *m_spnCacheLimit);
+    OptionControls::name(*limit, *m_cacheLimit);
     auto *layout = new QGridLayout(group);
-    layout->addWidget(m_lblCacheUsed, 0, 0, 1, 3);
+    layout->addWidget(m_cacheUsed, 0, 0, 1, 3);
     layout->addWidget(clear, 0, 3);
     layout->addWidget(limit, 1, 0);
-    layout->addWidget(m_spnCacheLimit, 1, 1);
-    layout->addWidget(OptionControls::nextStartNote(*m_spnCacheLimit), 1, 2, 1, 2);
+    layout->addWidget(m_cacheLimit, 1, 1);
+    layout->addWidget(OptionControls::nextStartNote(*m_cacheLimit), 1, 2, 1, 2);
     layout->setColumnStretch(2, 1);
     return group;
 }
@@ -73,27 +73,27 @@ QWidget *InternetGeneralPage::makeCache()
 QWidget *InternetGeneralPage::makeCookies()
 {
     auto *group = new QGroupBox(texts.at<"FrameCookies", "Cookies">());
-    m_chkThirdParty = new QCheckBox(
+    m_refuseThirdParty = new QCheckBox(
         texts.at<"chkThirdParty", "&Refuse cookies of other sites than the page's">());
-    m_chkThirdParty->setObjectName("chkThirdParty"_L1);
-    m_lstCookies = new CookieTree(m_data);
-    m_lstCookies->setAccessibleName(texts.at<"lstCookies", "Cookies by site">());
-    m_cmdDelete = makeButton(texts.at<"cmdDeleteCookies", "&Delete">);
-    m_cmdDeleteAll = makeButton(texts.at<"cmdDeleteAllCookies", "Delete All C&ookies">);
+    m_refuseThirdParty->setObjectName("chkThirdParty"_L1);
+    m_cookies = new CookieTree(m_data);
+    m_cookies->setAccessibleName(texts.at<"lstCookies", "Cookies by site">());
+    m_delete = makeButton(texts.at<"cmdDeleteCookies", "&Delete">);
+    m_deleteAll = makeButton(texts.at<"cmdDeleteAllCookies", "Delete All C&ookies">);
     const auto enable = [this] {
-        m_cmdDelete->setEnabled(!m_lstCookies->selectedItems().isEmpty());
-        m_cmdDeleteAll->setEnabled(m_lstCookies->topLevelItemCount() > 0);
+        m_delete->setEnabled(!m_cookies->selectedItems().isEmpty());
+        m_deleteAll->setEnabled(m_cookies->topLevelItemCount() > 0);
     };
-    connect(m_lstCookies, &QTreeWidget::itemSelectionChanged, this, enable);
-    connect(m_lstCookies, &CookieTree::refreshed, this, enable);
+    connect(m_cookies, &QTreeWidget::itemSelectionChanged, this, enable);
+    connect(m_cookies, &CookieTree::refreshed, this, enable);
     enable();
-    connect(m_cmdDelete, &QPushButton::clicked, m_lstCookies, &CookieTree::deleteSelected);
-    connect(m_cmdDeleteAll, &QPushButton::clicked, this, &InternetGeneralPage::askToDeleteAll);
+    connect(m_delete, &QPushButton::clicked, m_cookies, &CookieTree::deleteSelected);
+    connect(m_deleteAll, &QPushButton::clicked, this, &InternetGeneralPage::askToDeleteAll);
     auto *layout = new QGridLayout(group);
-    layout->addWidget(m_chkThirdParty, 0, 0, 1, 3);
-    layout->addWidget(m_lstCookies, 1, 0, 1, 3);
-    layout->addWidget(m_cmdDelete, 2, 1);
-    layout->addWidget(m_cmdDeleteAll, 2, 2);
+    layout->addWidget(m_refuseThirdParty, 0, 0, 1, 3);
+    layout->addWidget(m_cookies, 1, 0, 1, 3);
+    layout->addWidget(m_delete, 2, 1);
+    layout->addWidget(m_deleteAll, 2, 2);
     layout->setColumnStretch(0, 1);
     return group;
 }
@@ -101,35 +101,36 @@ QWidget *InternetGeneralPage::makeCookies()
 QWidget *InternetGeneralPage::makeLinks()
 {
     auto *group = new QGroupBox(texts.at<"FrameLinks", "Visited links">());
-    m_lblLinks = new QLabel(
+    m_visitedLinks = new QLabel(
         texts.at<"strLinks", "Links to pages you have been to are shown in another color.">());
-    m_lblLinks->setObjectName("lblLinks"_L1);
+    m_visitedLinks->setObjectName("lblLinks"_L1);
     QPushButton *clear = makeButton(texts.at<"cmdClearLinks", "Clear &Visited Links">);
     connect(clear, &QPushButton::clicked, this, [this] {
         m_data.clearVisitedLinks();
-        m_lblLinks->setText(texts.at<"strLinksCleared", "No link counts as visited any more.">());
+        m_visitedLinks->setText(
+            texts.at<"strLinksCleared", "No link counts as visited any more.">());
     });
     auto *layout = new QVBoxLayout(group);
-    layout->addWidget(m_lblLinks);
+    layout->addWidget(m_visitedLinks);
     layout->addWidget(clear, 0, Qt::AlignRight);
     return group;
 }
 
 void InternetGeneralPage::fill(const EngineOptions &options)
 {
-    m_spnCacheLimit->setValue(options.cacheLimit);
-    m_chkThirdParty->setChecked(options.refuseThirdPartyCookies);
+    m_cacheLimit->setValue(options.cacheLimit);
+    m_refuseThirdParty->setChecked(options.refuseThirdPartyCookies);
 }
 
 void InternetGeneralPage::collect(EngineOptions &options) const
 {
-    options.cacheLimit = m_spnCacheLimit->value();
-    options.refuseThirdPartyCookies = m_chkThirdParty->isChecked();
+    options.cacheLimit = m_cacheLimit->value();
+    options.refuseThirdPartyCookies = m_refuseThirdParty->isChecked();
 }
 
 void InternetGeneralPage::showCacheSize(qint64 bytes)
 {
-    m_lblCacheUsed->setText(
+    m_cacheUsed->setText(
         m_data.isStored()
             ? texts.at<"strCacheUsed", "In use: %1">().arg(
                 QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat))

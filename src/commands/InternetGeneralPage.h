@@ -28,11 +28,11 @@ private:
     void askToDeleteAll();
 
     EngineData &m_data;
-    QLabel *m_lblCacheUsed;
-    QSpinBox *m_spnCacheLimit;
-    QCheckBox *m_chkThirdParty;
-    CookieTree *m_lstCookies;
-    QPushButton *m_cmdDelete;
-    QPushButton *m_cmdDeleteAll;
-    QLabel *m_lblLinks;
+    QLabel *m_cacheUsed;
+    QSpinBox *m_cacheLimit;
+    QCheckBox *m_refuseThirdParty;
+    CookieTree *m_cookies;
+    QPushButton *m_delete;
+    QPushButton *m_deleteAll;
+    QLabel *m_visitedLinks;
 };
