@@ -61,9 +61,10 @@ FavoritesBar *focusedFavorites(Frame &frame)
 void refresh(Frame &frame)
 {
     if (FavoritesBar *favorites = focusedFavorites(frame)) {
-        frame.menuItem(u"mnuViewRefresh"_s)->setEnabled(false);
+        QAction *item = frame.menuItem(u"mnuViewRefresh"_s);
+        item->setEnabled(false);
         favorites->refresh();
-        frame.menuItem(u"mnuViewRefresh"_s)->setEnabled(true);
+        item->setEnabled(true);
     } else if (const BrowserWindow *active = activeBrowser(frame)) {
         active->browser()->refresh();
     }

@@ -3,11 +3,11 @@
 #include <QAction>
 
 #include "CoolBand.h"
-#include "CoolBar.h"
 #include "Frame.h"
 #include "LinksBar.h"
 #include "NavigationFlags.h"
 #include "Settings.h"
+#include "ToolBarCommands.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,11 +24,11 @@ void applyMarks(const Frame &frame)
 
 void applyDocking(Frame &frame)
 {
-    const auto side = Settings::align.read();
-    if (side == 2.0)
-        frame.run(u"mnuViewToolBarBottom"_s);
-    else if (side == 1.0)
-        frame.run(u"mnuViewToolBarTop"_s);
+    const std::optional<double> stored = Settings::align.read();
+    for (const CoolBar::Dock side : dockSides) {
+        if (stored == static_cast<int>(side))
+            frame.run(dockItem(side));
+    }
 }
 
 }

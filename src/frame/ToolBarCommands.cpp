@@ -3,7 +3,6 @@
 #include <QAction>
 
 #include "CoolBand.h"
-#include "CoolBar.h"
 #include "Frame.h"
 #include "FrameBody.h"
 #include "LinksBar.h"
@@ -20,16 +19,11 @@ void showWhileMarked(const QAction *item, CoolBar &bar, const QString &band)
                      [&bar, band](bool on) { bar.band(band)->setVisible(on); });
 }
 
-void registerDocking(Frame &frame, FrameBody &body, const QString &item, CoolBar::Dock side)
-{
-    frame.handle(item, [&frame, &body, side] {
-        body.dockCoolBar(side);
-        frame.menuItem(u"mnuViewToolBarTop"_s)->setChecked(side == CoolBar::Dock::Top);
-        frame.menuItem(u"mnuViewToolBarBottom"_s)->setChecked(side == CoolBar::Dock::Bottom);
-        Settings::align.write(static_cast<int>(side)).leaveToLog();
-    });
 }
 
+QString dockItem(CoolBar::Dock side)
+{
+    return side == CoolBar::Dock::Top ? u"mnuViewToolBarTop"_s : u"mnuViewToolBarBottom"_s;
 }
 
 void registerToolBarCommands(Frame &frame, CoolBar &bar, FrameBody &body, LinksBar &links)
@@ -43,6 +37,12 @@ void registerToolBarCommands(Frame &frame, CoolBar &bar, FrameBody &body, LinksB
         if (shown)
             links.fillIfEmpty();
     });
-    registerDocking(frame, body, u"mnuViewToolBarTop"_s, CoolBar::Dock::Top);
-    registerDocking(frame, body, u"mnuViewToolBarBottom"_s, CoolBar::Dock::Bottom);
+    for (const CoolBar::Dock side : dockSides) {
+        frame.handle(dockItem(side), [&frame, &body, side] {
+            body.dockCoolBar(side);
+            for (const CoolBar::Dock each : dockSides)
+                frame.menuItem(dockItem(each))->setChecked(each == side);
+            Settings::align.write(static_cast<int>(side)).leaveToLog();
+        });
+    }
 }

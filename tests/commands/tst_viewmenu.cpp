@@ -248,6 +248,8 @@ void tst_ViewMenu::sourceWindowIsNoPage()
     QTRY_COMPARE(Forms::named("frmSource").size(), 1);
     QWidget *source = Forms::named("frmSource").first();
     const QString title = source->windowTitle();
+    QTRY_VERIFY(source->isActiveWindow());
+    QVERIFY2(m_session->item("mnuFileClose")->isEnabled(), "the page is still the active child");
     m_session->choose("mnuWindowMinimizeAll");
     QVERIFY(m_session->active()->isMinimized());
     QVERIFY(!source->isMinimized());

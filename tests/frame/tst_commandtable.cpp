@@ -2,6 +2,7 @@
 #include "FavoritesHome.h"
 #include "MainWindow.h"
 #include "MenuTable.h"
+#include "Settings.h"
 #include "TempAppFolder.h"
 #include "ToolBar.h"
 
@@ -12,6 +13,7 @@
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QtTest>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -88,6 +90,7 @@ private slots:
     void anyChildIsAWindow();
     void greyedItemsRunFromElsewhere();
     void everyToggleIsKnownHere();
+    void everySettingOfAMarkNamesAToggle();
     void toggle_data();
     void toggle();
     void markSetFromElsewhereIsFollowedAndNotStored_data() { rowsOfToggles(); }
@@ -225,6 +228,21 @@ void tst_CommandTable::everyToggleIsKnownHere()
             found += QLatin1StringView(entry.name);
     }
     QCOMPARE(found, known);
+}
+
+void tst_CommandTable::everySettingOfAMarkNamesAToggle()
+{
+    for (const Settings::Switch *setting : Settings::switches) {
+        if (!setting->menuItem)
+            continue;
+        const auto isItem = [setting](const ToggleRow &row) {
+            return QByteArrayView(row.name) == setting->menuItem;
+        };
+        const auto *row = std::find_if(std::begin(toggles), std::end(toggles), isItem);
+        QVERIFY2(row != std::end(toggles), setting->menuItem);
+        // Toggling writes its own form; the options dialog's is left to it.
+        QCOMPARE(row->key != nullptr, setting->form == Settings::TrueFalse);
+    }
 }
 
 void tst_CommandTable::rowsOfToggles()
