@@ -6,9 +6,9 @@
 #include <QLabel>
 #include <QSpinBox>
 
+#include "Captioned.h"
 #include "EngineOptions.h"
 #include "OptionControls.h"
-#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -55,8 +55,7 @@ FontOptions::FontOptions()
     m_minimum = makeSize(u"txtMinimumSize"_s);
     m_minimum->setMinimum(0);
     m_minimum->setSpecialValueText(texts.at<"strNoMinimum", "Any">());
-    auto *label = new QLabel(texts.at<"lblMinimumSize", "S&mallest size:">());
-    label->setObjectName("lblMinimumSize"_L1);
+    auto *label = captioned<QLabel>(texts.at<"lblMinimumSize", "S&mallest size:">);
     OptionControls::name(*label, *m_minimum);
     m_layout->addWidget(label, 4, 0);
     m_layout->addWidget(m_minimum, 4, 1, Qt::AlignLeft);
@@ -72,8 +71,7 @@ QComboBox *FontOptions::addFont(const Text &caption)
     box->setMinimumContentsLength(shownCharacters);
     box->addItem(texts.at<"strBuiltIn", "As built in">());
     box->addItems(families);
-    auto *label = new QLabel(caption());
-    label->setObjectName(caption.name());
+    auto *label = captioned<QLabel>(caption);
     OptionControls::name(*label, *box);
     const int row = m_layout->rowCount() == 1 && m_layout->isEmpty() ? 0 : m_layout->rowCount();
     m_layout->addWidget(label, row, 0);

@@ -7,11 +7,11 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "Captioned.h"
 #include "EngineOptions.h"
 #include "FontOptions.h"
 #include "NetworkOptions.h"
 #include "OptionControls.h"
-#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -61,8 +61,7 @@ QGroupBox *InternetAdvancedPage::makePages()
     auto *layout = new QGridLayout(group);
     for (const LabelledSwitch &each : labelledSwitches) {
         const int row = int(m_switches.size());
-        auto *box = new QCheckBox((*each.caption)());
-        box->setObjectName(each.caption->name());
+        auto *box = captioned<QCheckBox>(*each.caption);
         layout->addWidget(box, row, 0, 1, each.actsAtNextStart ? 1 : 2);
         if (each.actsAtNextStart)
             layout->addWidget(OptionControls::nextStartNote(*box), row, 1);

@@ -10,12 +10,12 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "Captioned.h"
 #include "CookieTree.h"
 #include "EngineData.h"
 #include "EngineOptions.h"
 #include "MsgBox.h"
 #include "OptionControls.h"
-#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,8 +25,7 @@ constexpr Texts<"frmInternetOptions"> texts;
 
 QPushButton *makeButton(const Text &caption)
 {
-    auto *button = new QPushButton(caption());
-    button->setObjectName(caption.name());
+    auto *button = captioned<QPushButton>(caption);
     button->setAutoDefault(false);
     return button;
 }
@@ -57,8 +56,7 @@ QWidget *InternetGeneralPage::makeCache()
     m_cacheLimit->setRange(0, EngineLimits::cache);
     m_cacheLimit->setSuffix(u" MB"_s);
     m_cacheLimit->setSpecialValueText(texts.at<"strAutomatic", "Automatic">());
-    auto *limit = new QLabel(texts.at<"lblCacheLimit", "At &most:">());
-    limit->setObjectName("lblCacheLimit"_L1);
+    auto *limit = captioned<QLabel>(texts.at<"lblCacheLimit", "At &most:">);
     OptionControls::name(*limit, *m_cacheLimit);
     auto *layout = new QGridLayout(group);
     layout->addWidget(m_cacheUsed, 0, 0, 1, 3);
@@ -73,9 +71,8 @@ QWidget *InternetGeneralPage::makeCache()
 QWidget *InternetGeneralPage::makeCookies()
 {
     auto *group = new QGroupBox(texts.at<"FrameCookies", "Cookies">());
-    m_refuseThirdParty = new QCheckBox(
-        texts.at<"chkThirdParty", "&Refuse cookies of other sites than the page's">());
-    m_refuseThirdParty->setObjectName("chkThirdParty"_L1);
+    m_refuseThirdParty = captioned<QCheckBox>(
+        texts.at<"chkThirdParty", "&Refuse cookies of other sites than the page's">);
     m_cookies = new CookieTree(m_data);
     m_cookies->setAccessibleName(texts.at<"lstCookies", "Cookies by site">());
     m_delete = makeButton(texts.at<"cmdDeleteCookies", "&Delete">);

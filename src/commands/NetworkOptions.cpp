@@ -11,10 +11,10 @@
 #include <QSpinBox>
 #include <QTemporaryFile>
 
+#include "Captioned.h"
 #include "EngineOptions.h"
 #include "MsgBox.h"
 #include "OptionControls.h"
-#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -56,8 +56,7 @@ void NetworkOptions::addProxy()
     m_proxy->addItem(texts.at<"strProxyNone", "None">(), int(EngineOptions::Proxy::None));
     m_proxy->addItem(u"HTTP"_s, int(EngineOptions::Proxy::Http));
     m_proxy->addItem(u"SOCKS 5"_s, int(EngineOptions::Proxy::Socks5));
-    auto *label = new QLabel(texts.at<"lblProxy", "Pr&oxy:">());
-    label->setObjectName("lblProxy"_L1);
+    auto *label = captioned<QLabel>(texts.at<"lblProxy", "Pr&oxy:">);
     OptionControls::name(*label, *m_proxy);
     m_proxyHost = new QLineEdit;
     m_proxyHost->setObjectName("txtProxyHost"_L1);
@@ -88,8 +87,7 @@ void NetworkOptions::addTexts()
     m_layout->addWidget(OptionControls::nextStartNote(*m_userAgent), 3, 2);
     m_downloads = addText(4, texts.at<"lblDownloads", "&Downloads folder:">);
     m_downloads->setPlaceholderText(builtIn);
-    auto *choose = new QPushButton(texts.at<"cmdBrowse", "&Browse...">());
-    choose->setObjectName("cmdBrowse"_L1);
+    auto *choose = captioned<QPushButton>(texts.at<"cmdBrowse", "&Browse...">);
     choose->setAutoDefault(false);
     connect(choose, &QPushButton::clicked, this, &NetworkOptions::browse);
     m_layout->addWidget(choose, 4, 2);
@@ -101,8 +99,7 @@ QLineEdit *NetworkOptions::addText(int row, const Text &caption)
     field->setObjectName("txt"_L1 + caption.name().mid(3));
     field->setMaxLength(longestText);
     field->setMinimumWidth(comfortableWidth);
-    auto *label = new QLabel(caption());
-    label->setObjectName(caption.name());
+    auto *label = captioned<QLabel>(caption);
     OptionControls::name(*label, *field);
     m_layout->addWidget(label, row, 0);
     m_layout->addWidget(field, row, 1);

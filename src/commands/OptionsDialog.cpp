@@ -17,6 +17,7 @@
 
 #include "AppFolder.h"
 #include "BrowserWindow.h"
+#include "Captioned.h"
 #include "Forms.h"
 #include "Frame.h"
 #include "LanguageFiles.h"
@@ -24,7 +25,6 @@
 #include "OptionsButtons.h"
 #include "ProgramInfo.h"
 #include "StartUp.h"
-#include "Texts.h"
 #include "WebBrowser.h"
 #include "Yield.h"
 
@@ -41,20 +41,16 @@ constexpr Texts<"frmOptions"> texts;
 
 struct LabelledSwitch {
     const char *group;
-    const Settings::Switch *setting;
+    /// Its key is the name of the setting's check box.
     const Text *caption;
 };
 /// From top to bottom.
 const LabelledSwitch labelledSwitches[] = {
-    {"FrameOptions1", &Settings::askOnExit, &texts.at<"chkAskOnExit", "Ask On Exit">},
-    {"FrameOptions1", &Settings::showSplash,
-     &texts.at<"chkShowSplashScreen", "Show Splash Screen At Startup">},
-    {"FrameOptions2", &Settings::maximizeCatcher,
-     &texts.at<"chkMaxCatcher", "Maximize Catcher On By Default">},
-    {"FrameOptions2", &Settings::killPopups,
-     &texts.at<"chkKillPopups", "Kill Popup Windows By Default">},
-    {"FrameOptions2", &Settings::suppressScriptErrors,
-     &texts.at<"chkSuppressScriptErrors", "Suppress Script Errors By Default">},
+    {"FrameOptions1", &texts.at<"chkAskOnExit", "Ask On Exit">},
+    {"FrameOptions1", &texts.at<"chkShowSplashScreen", "Show Splash Screen At Startup">},
+    {"FrameOptions2", &texts.at<"chkMaxCatcher", "Maximize Catcher On By Default">},
+    {"FrameOptions2", &texts.at<"chkKillPopups", "Kill Popup Windows By Default">},
+    {"FrameOptions2", &texts.at<"chkSuppressScriptErrors", "Suppress Script Errors By Default">},
 };
 
 QGroupBox *makeGroup(const char *name)
@@ -134,13 +130,13 @@ OptionsDialog::OptionsDialog(Frame &frame, StartUpFrame &program)
 
 QWidget *OptionsDialog::makeHomePage()
 {
-    QGroupBox *group = makeInEnglish<QGroupBox>(texts.at<"FrameHomePage", "&Homepage URL">);
+    QGroupBox *group = captionedInEnglish<QGroupBox>(texts.at<"FrameHomePage", "&Homepage URL">);
     m_homePage = new QLineEdit(ProgramInfo::homeUrl());
     m_homePage->setObjectName("txtHomepageURL"_L1);
     m_homePage->setMinimumWidth(comfortableWidth);
     auto *row = new QHBoxLayout;
     const auto addButton = [this, row](const Text &caption, int index) {
-        auto *button = makeInEnglish<QPushButton>(caption);
+        auto *button = captionedInEnglish<QPushButton>(caption);
         connect(button, &QPushButton::clicked, this, [this, index] { setHomeAddress(index); });
         row->addWidget(button);
     };
@@ -160,7 +156,7 @@ QWidget *OptionsDialog::makeSwitches(const char *groupName)
     for (const LabelledSwitch &each : labelledSwitches) {
         if (qstrcmp(each.group, groupName) != 0)
             continue;
-        layout->addWidget(makeInEnglish<QCheckBox>(*each.caption));
+        layout->addWidget(captionedInEnglish<QCheckBox>(*each.caption));
     }
     return group;
 }
@@ -175,7 +171,7 @@ QWidget *OptionsDialog::makeLanguage()
     QGroupBox *group = makeGroup("Frame1");
     m_languages = new QComboBox;
     m_languages->setObjectName("cboLanguage"_L1);
-    auto *label = makeInEnglish<QLabel>(texts.at<"lblLanguage", "Interface Language:">);
+    auto *label = captionedInEnglish<QLabel>(texts.at<"lblLanguage", "Interface Language:">);
     label->setBuddy(m_languages);
     auto *layout = new QHBoxLayout(group);
     layout->addWidget(label);

@@ -1,6 +1,6 @@
 #include "CrashNotice.h"
 
-#include "Texts.h"
+#include "Captioned.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -17,8 +17,7 @@ CrashNotice::CrashNotice(QWidget *parent)
     label->setObjectName(u"lblPageEnded"_s);
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignCenter);
-    auto *reload = new QPushButton(Texts<"frmBrowser">::at<"cmdReload", "&Reload">(), this);
-    reload->setObjectName(u"cmdReload"_s);
+    auto *reload = captioned<QPushButton>(Texts<"frmBrowser">::at<"cmdReload", "&Reload">, this);
     connect(reload, &QPushButton::clicked, this, &CrashNotice::reloadPressed);
 
     auto *layout = new QVBoxLayout(this);

@@ -1,7 +1,7 @@
 #include "PageFindBar.h"
 
+#include "Captioned.h"
 #include "DraggedUrls.h"
-#include "Texts.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -74,8 +74,7 @@ PageFindBar::PageFindBar(QWebEnginePage *page, QWidget *parent)
 
 QPushButton *PageFindBar::addButton(const Text &caption)
 {
-    auto *button = new QPushButton(caption(), this);
-    button->setObjectName(caption.name());
+    auto *button = captioned<QPushButton>(caption, this);
     button->setAccessibleName(nameOf(button->text()));
     button->setAutoDefault(false);
     return button;

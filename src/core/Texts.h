@@ -36,14 +36,6 @@ public:
     inline static constinit const Text *first = nullptr;
 };
 
-/// A control named as `caption`, which it shows in English until its form is translated.
-template <typename Control> Control *makeInEnglish(const Text &caption)
-{
-    auto *control = new Control(caption.inEnglish());
-    control->setObjectName(caption.name());
-    return control;
-}
-
 /// A string literal as an argument of a template.
 template <std::size_t size> struct TextLiteral {
     consteval TextLiteral(const char (&literal)[size]) { std::copy_n(literal, size, chars); }

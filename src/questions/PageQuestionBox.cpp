@@ -1,6 +1,6 @@
 #include "PageQuestionBox.h"
 
-#include "Texts.h"
+#include "Captioned.h"
 
 #include <QAccessible>
 #include <QCheckBox>
@@ -61,9 +61,8 @@ PageQuestionBox::PageQuestionBox(const PageQuestion &question, bool offersSilenc
         layout()->addWidget(m_fields);
     }
     if (offersSilence) {
-        m_silence = new QCheckBox(
-            Texts<"PageQuestions">::at<"chkNoMore", "No more questions from this page">(), this);
-        m_silence->setObjectName("chkNoMore"_L1);
+        m_silence = captioned<QCheckBox>(
+            Texts<"PageQuestions">::at<"chkNoMore", "No more questions from this page">, this);
         m_silence->setAccessibleName(m_silence->text());
         layout()->addWidget(m_silence);
     }

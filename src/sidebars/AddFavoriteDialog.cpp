@@ -1,8 +1,8 @@
 #include "AddFavoriteDialog.h"
+#include "Captioned.h"
 #include "FavoriteFile.h"
 #include "FolderTree.h"
 #include "Forms.h"
-#include "Texts.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -23,20 +23,11 @@ constexpr Texts<"frmAddFavorite"> texts;
 
 QLabel *makeLabel(const Text &caption, QWidget *buddy)
 {
-    auto *label = new QLabel(caption());
-    label->setObjectName(caption.name());
+    auto *label = captioned<QLabel>(caption);
     label->setBuddy(buddy);
     // A tree takes no name from its label.
     buddy->setAccessibleName(label->text().remove(u'&').remove(u':'));
     return label;
-}
-
-QPushButton *addButton(QDialogButtonBox &box, const Text &caption,
-                       QDialogButtonBox::ButtonRole role)
-{
-    QPushButton *button = box.addButton(caption(), role);
-    button->setObjectName(caption.name());
-    return button;
 }
 }
 
@@ -67,13 +58,12 @@ void AddFavoriteDialog::makeForm()
     m_name->setObjectName("txtName"_L1);
     m_name->setMaxLength(longestName);
     m_tree->setObjectName("tvFolders"_L1);
-    auto *newFolder = new QPushButton(texts.at<"cmdNewFolder", "New &Folder">());
-    newFolder->setObjectName("cmdNewFolder"_L1);
+    auto *newFolder = captioned<QPushButton>(texts.at<"cmdNewFolder", "New &Folder">);
     newFolder->setAutoDefault(false);
     auto *buttons = new QDialogButtonBox;
-    QPushButton *ok = addButton(*buttons, texts.at<"cmdOK", "OK">, QDialogButtonBox::AcceptRole);
+    QPushButton *ok = addCaptioned(*buttons, texts.at<"cmdOK", "OK">, QDialogButtonBox::AcceptRole);
     QPushButton *cancel =
-        addButton(*buttons, texts.at<"cmdCancel", "Cancel">, QDialogButtonBox::RejectRole);
+        addCaptioned(*buttons, texts.at<"cmdCancel", "Cancel">, QDialogButtonBox::RejectRole);
     ok->setDefault(true);
     connect(newFolder, &QPushButton::clicked, this, &AddFavoriteDialog::makeFolder);
     connect(ok, &QPushButton::clicked, this, &AddFavoriteDialog::addFavorite);

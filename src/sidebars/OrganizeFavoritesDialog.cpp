@@ -1,8 +1,8 @@
 #include "OrganizeFavoritesDialog.h"
+#include "Captioned.h"
 #include "FavoriteFile.h"
 #include "Forms.h"
 #include "OrganizeTree.h"
-#include "Texts.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -32,8 +32,7 @@ OrganizeFavoritesDialog::OrganizeFavoritesDialog(const QString &root, QWidget *o
 
 QPushButton *OrganizeFavoritesDialog::makeButton(const Text &caption)
 {
-    auto *button = new QPushButton(caption());
-    button->setObjectName(caption.name());
+    auto *button = captioned<QPushButton>(caption);
     button->setAutoDefault(false);
     return button;
 }
@@ -42,9 +41,8 @@ void OrganizeFavoritesDialog::makeForm()
 {
     m_tree->setObjectName("tvOrganize"_L1);
     m_tree->setAccessibleName(texts.at<"strFavorites", "Favorites">());
-    auto *hint = new QLabel(
-        texts.at<"lblHint", "Drag favorites into another &folder, or cut and paste them:">());
-    hint->setObjectName("lblHint"_L1);
+    auto *hint = captioned<QLabel>(
+        texts.at<"lblHint", "Drag favorites into another &folder, or cut and paste them:">);
     hint->setBuddy(m_tree);
     hint->setWordWrap(true);
     QPushButton *newFolder = makeButton(texts.at<"cmdNewFolder", "&New Folder">);

@@ -1,12 +1,12 @@
 #include "SearchBar.h"
 #include "AddressBox.h"
 #include "AppFolder.h"
+#include "Captioned.h"
 #include "KeyCodes.h"
 #include "LinkLabel.h"
 #include "MsgBox.h"
 #include "SearchEngines.h"
 #include "SideBarControls.h"
-#include "Texts.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -59,13 +59,13 @@ template <typename Control> Control *named(Control *control, const char *name)
 
 SearchBar::SearchBar(QWidget *parent)
     : QWidget(parent)
-    , m_engineLabel(makeInEnglish<QLabel>(texts.at<"lblSearchEngine", "Search Engine:">))
+    , m_engineLabel(captionedInEnglish<QLabel>(texts.at<"lblSearchEngine", "Search Engine:">))
     , m_engine(named(new QComboBox, "cboSearchEngine"))
-    , m_queryLabel(makeInEnglish<QLabel>(texts.at<"lblSearchQuery", "Search Query:">))
+    , m_queryLabel(captionedInEnglish<QLabel>(texts.at<"lblSearchQuery", "Search Query:">))
     , m_query(named(new AddressBox, "brwSearch"))
-    , m_clear(makeInEnglish<LinkLabel>(texts.at<"lblClearSearches", "Clear Searches">))
-    , m_search(makeInEnglish<QPushButton>(texts.at<"cmdSearch", "&Search">))
-    , m_newWindow(makeInEnglish<QCheckBox>(texts.at<"chkNewWindow", "Open In New Window">))
+    , m_clear(captionedInEnglish<LinkLabel>(texts.at<"lblClearSearches", "Clear Searches">))
+    , m_search(captionedInEnglish<QPushButton>(texts.at<"cmdSearch", "&Search">))
+    , m_newWindow(captionedInEnglish<QCheckBox>(texts.at<"chkNewWindow", "Open In New Window">))
     , m_exit(makeCloseButton(this))
     , m_engineDataNotFound(engineDataNotFound.inEnglish())
     , m_noEngineSelected(noEngineSelected.inEnglish())

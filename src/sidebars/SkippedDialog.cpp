@@ -1,7 +1,7 @@
 #include "SkippedDialog.h"
 #include "BookmarkImport.h"
+#include "Captioned.h"
 #include "Forms.h"
-#include "Texts.h"
 
 #include <QHeaderView>
 #include <QLabel>
@@ -63,8 +63,7 @@ SkippedDialog::SkippedDialog(const ImportOutcome &outcome, QWidget *owner)
     list->addTopLevelItems(items);
     list->setColumnWidth(1, entryWidth);
     list->resizeColumnToContents(0);
-    auto *close = new QPushButton(texts.at<"cmdClose", "&Close">());
-    close->setObjectName("cmdClose"_L1);
+    auto *close = captioned<QPushButton>(texts.at<"cmdClose", "&Close">);
     close->setDefault(true);
     connect(close, &QPushButton::clicked, this, &QDialog::accept);
     auto *layout = new QVBoxLayout(this);

@@ -1,9 +1,9 @@
+#include "Captioned.h"
 #include "FieldEdit.h"
 #include "FindBar.h"
 #include "RichTextBox.h"
 #include "SourceEditor.h"
 #include "SourceWindow.h"
-#include "Texts.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -90,8 +90,7 @@ void SourceWindow::buildMenus()
 
 QAction *SourceWindow::addTool(const Text &caption, const QKeySequence &shortcut)
 {
-    auto *action = new QAction(caption(), this);
-    action->setObjectName(caption.name());
+    auto *action = captioned<QAction>(caption, this);
     action->setShortcut(shortcut);
     action->setToolTip(action->text() + " ("_L1 + shortcut.toString(QKeySequence::NativeText)
                        + u')');

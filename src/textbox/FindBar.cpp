@@ -1,7 +1,7 @@
 #include "FindBar.h"
 
+#include "Captioned.h"
 #include "RichTextBox.h"
-#include "Texts.h"
 
 #include <QDeadlineTimer>
 #include <QHBoxLayout>
@@ -35,8 +35,7 @@ FindBar::FindBar(RichTextBox *box, QWidget *parent)
     setObjectName("FindBar"_L1);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(4, 2, 4, 2);
-    auto *label = new QLabel(texts.at<"lblFind", "F&ind:">(), this);
-    label->setObjectName("lblFind"_L1);
+    auto *label = captioned<QLabel>(texts.at<"lblFind", "F&ind:">, this);
     label->setBuddy(m_text);
     row->addWidget(label);
     m_text->setObjectName("txtFind"_L1);
@@ -66,8 +65,7 @@ FindBar::FindBar(RichTextBox *box, QWidget *parent)
 
 void FindBar::addButton(const Text &caption, void (FindBar::*action)())
 {
-    auto *button = new QPushButton(caption(), this);
-    button->setObjectName(caption.name());
+    auto *button = captioned<QPushButton>(caption, this);
     button->setAccessibleName(button->text().remove(u'&'));
     button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, action);

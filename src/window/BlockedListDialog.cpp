@@ -1,11 +1,11 @@
 #include "BlockedListDialog.h"
 
 #include "BlockedList.h"
+#include "Captioned.h"
 #include "Forms.h"
 #include "Frame.h"
 #include "MsgBox.h"
 #include "NotSaved.h"
-#include "Texts.h"
 
 #include <QElapsedTimer>
 #include <QHBoxLayout>
@@ -46,8 +46,7 @@ QStringList linesOf(const QString &text)
 
 QPushButton *makeButton(const Text &caption)
 {
-    auto *button = new QPushButton(caption());
-    button->setObjectName(caption.name());
+    auto *button = captioned<QPushButton>(caption);
     button->setEnabled(false);
     return button;
 }

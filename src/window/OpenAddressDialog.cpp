@@ -6,10 +6,10 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "Captioned.h"
 #include "Forms.h"
 #include "Frame.h"
 #include "MailProgram.h"
-#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,14 +17,6 @@ namespace {
 
 constexpr int comfortableWidth = 420;
 constexpr Texts<"frmOpenURL"> texts;
-
-QPushButton *addButton(QDialogButtonBox &box, const Text &caption,
-                       QDialogButtonBox::ButtonRole role)
-{
-    QPushButton *button = box.addButton(caption(), role);
-    button->setObjectName(caption.name());
-    return button;
-}
 
 }
 
@@ -46,9 +38,9 @@ OpenAddressDialog::OpenAddressDialog(Frame &frame)
 
     auto *buttons = new QDialogButtonBox;
     QPushButton *open =
-        addButton(*buttons, texts.at<"cmdOpenURL", "&Open">, QDialogButtonBox::ActionRole);
+        addCaptioned(*buttons, texts.at<"cmdOpenURL", "&Open">, QDialogButtonBox::ActionRole);
     QPushButton *cancel =
-        addButton(*buttons, texts.at<"cmdCancel", "&Cancel">, QDialogButtonBox::RejectRole);
+        addCaptioned(*buttons, texts.at<"cmdCancel", "&Cancel">, QDialogButtonBox::RejectRole);
     // The dialog's default button is what Enter in the field presses: once.
     open->setDefault(true);
     connect(open, &QPushButton::clicked, this, &OpenAddressDialog::openAddress);
