@@ -8,6 +8,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QTimeZone>
 
 #include <chrono>
 #include <filesystem>
@@ -144,7 +145,7 @@ bool BookmarkImport::write(const QString &path, const BookmarkItem &item, const 
         if (file.write(bytes) != bytes.size() || !file.flush())
             return false;
         if (item.date > 0
-            && !file.setFileTime(QDateTime::fromSecsSinceEpoch(item.date, Qt::UTC),
+            && !file.setFileTime(QDateTime::fromSecsSinceEpoch(item.date, QTimeZone::utc()),
                                  QFileDevice::FileModificationTime))
             qCWarning(lcFiles) << "cannot date" << path;
         return true;

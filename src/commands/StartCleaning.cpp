@@ -34,7 +34,7 @@ void startCleaning()
     const QString favorites = specialFolder(favoritesFolderNumber);
     // The end of the program waits for it.
     auto isEnding = std::make_shared<std::atomic<bool>>(false);
-    QObject::connect(qApp, &QCoreApplication::aboutToQuit, [isEnding] { *isEnding = true; });
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [isEnding] { *isEnding = true; });
     QThreadPool::globalInstance()->start([all = folders(), favorites, isEnding] {
         Leftovers::removeNoted();
         for (const QString &folder : all)

@@ -1,5 +1,6 @@
 // What the page asks its user, and how that gives way to what the user does.
 #include "BrowserHost.h"
+#include "EngineVersion.h"
 #include "PagePrinter.h"
 #include "PageQuestions.h"
 #include "QtWebBrowser.h"
@@ -30,6 +31,9 @@ void QtWebBrowser::connectQuestions()
     });
     connect(m_page, &WebPage::signedIn, this, &QtWebBrowser::onSignedIn);
     connect(m_page, &QWebEnginePage::printRequested, this, &QtWebBrowser::onPrintRequested);
+#if ORVANE_HAS_FRAMES
+    connect(m_page, &QWebEnginePage::printRequestedByFrame, this, &QtWebBrowser::onPrintRequested);
+#endif
 }
 
 /// A page whose script waits for an answer gets none any more, and `command` runs when the engine

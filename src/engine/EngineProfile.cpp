@@ -7,6 +7,7 @@
 #include "EngineOptions.h"
 #include "EngineSetup.h"
 #include "EngineSwitches.h"
+#include "EngineVersion.h"
 #include "Log.h"
 #include "PageScripts.h"
 #include "RefusedAddress.h"
@@ -85,6 +86,11 @@ QWebEngineProfile *makeProfile()
         profile = new QWebEngineProfile;
     }
     setOptions(profile);
+#if ORVANE_HAS_PERMISSION_OBJECTS
+    // What is refused is not kept beside the cookies.
+    profile->setPersistentPermissionsPolicy(
+        QWebEngineProfile::PersistentPermissionsPolicy::AskEveryTime);
+#endif
     EngineSetup::start(profile, options);
     theCookies =
         new CookieList(profile->cookieStore(), theLock ? data + "/Cookies"_L1 : QString(), profile);

@@ -2,9 +2,13 @@
 
 #include "CookiePolicy.h"
 #include "EngineOptions.h"
+#include "EngineVersion.h"
 
 #include <QNetworkProxy>
 #include <QStringList>
+#if ORVANE_HAS_CLIENT_HINTS
+#include <QWebEngineClientHints>
+#endif
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
 #include <algorithm>
@@ -57,6 +61,15 @@ void useProxy(const EngineOptions &options)
     }
 }
 
+/// The engine would go on naming itself beside the name that the user chose.
+void useUserAgent(QWebEngineProfile &profile, const QString &userAgent)
+{
+    profile.setHttpUserAgent(userAgent);
+#if ORVANE_HAS_CLIENT_HINTS
+    profile.clientHints()->setAllClientHintsEnabled(false);
+#endif
+}
+
 /// The header's value: each language a tenth less wanted than the one before.
 QString acceptLanguage(const QString &languages)
 {
@@ -88,7 +101,7 @@ void start(QWebEngineProfile *profile, const EngineOptions &options)
     if (!options.languages.isEmpty())
         profile->setHttpAcceptLanguage(acceptLanguage(options.languages));
     if (!options.userAgent.isEmpty())
-        profile->setHttpUserAgent(options.userAgent);
+        useUserAgent(*profile, options.userAgent);
     if (options.cacheLimit > 0)
         profile->setHttpCacheMaximumSize(options.cacheLimit * bytesPerMegabyte);
 }

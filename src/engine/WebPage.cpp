@@ -1,6 +1,7 @@
 #include "WebPage.h"
 
 #include "CacheBypass.h"
+#include "EngineVersion.h"
 #include "Log.h"
 #include "PageHold.h"
 #include "PageLogin.h"
@@ -14,6 +15,9 @@
 #include <QWebEngineCertificateError>
 #include <QWebEngineContextMenuRequest>
 #include <QWebEngineFullScreenRequest>
+#if ORVANE_HAS_PERMISSION_OBJECTS
+#include <QWebEnginePermission>
+#endif
 #include <QWebEngineView>
 #include <utility>
 
@@ -38,10 +42,15 @@ void WebPage::answerRequests()
                 copy.rejectCertificate();
                 emit certificateRefused(copy.url());
             });
+#if ORVANE_HAS_PERMISSION_OBJECTS
+    connect(this, &QWebEnginePage::permissionRequested, this,
+            [](const QWebEnginePermission &permission) { permission.deny(); });
+#else
     connect(this, &QWebEnginePage::featurePermissionRequested, this,
             [this](const QUrl &origin, Feature feature) {
                 setFeaturePermission(origin, feature, PermissionDeniedByUser);
             });
+#endif
     connect(this, &QWebEnginePage::authenticationRequired, this,
             [this](const QUrl &url, QAuthenticator *login) {
                 const EngineCallbackScope scope;

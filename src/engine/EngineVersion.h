@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtGlobal>
+
+// What the engine that this is built against offers beyond Qt 6.4, the oldest one that is built
+// against. Code asks for these, never for a version; what only works around an older engine names
+// the release that mended it beside it.
+
+/// `QWebEnginePermission` and `QWebEnginePage::permissionRequested`; those before are deprecated.
+#define ORVANE_HAS_PERMISSION_OBJECTS (QT_VERSION >= QT_VERSION_CHECK(6, 8, 0))
+/// `QWebEngineFrame`; a frame's `print()` comes as `printRequestedByFrame`.
+#define ORVANE_HAS_FRAMES (QT_VERSION >= QT_VERSION_CHECK(6, 8, 0))
+/// `QWebEngineClientHints`: what a page is told of the browser beside the user agent.
+#define ORVANE_HAS_CLIENT_HINTS (QT_VERSION >= QT_VERSION_CHECK(6, 8, 0))
+
+/// A window that a page opens without an address is asked for with "about:blank", and nothing tells
+/// it from one that is opened with that address: both begin empty, neither is a navigation.
+inline constexpr bool emptyWindowsAreBlank = QT_VERSION >= QT_VERSION_CHECK(6, 5, 0);
