@@ -51,6 +51,8 @@ bool WebView::eventFilter(QObject *watched, QEvent *event)
     }
     if (watched != this)
         emit eventCame(*event);
+    if (event->type() == QEvent::Hide && watched == focusProxy())
+        keepFocusFrom(*focusProxy());
     // In a field of a page the engine would keep Ctrl+K and others from the menus.
     if (event->type() == QEvent::ShortcutOverride && !isPageKey(*static_cast<QKeyEvent *>(event))) {
         event->ignore();
@@ -118,4 +120,14 @@ void WebView::keepFocus()
         if (!now || now == this || (isAncestorOf(now) && now != focusProxy()))
             setFocus();
     });
+}
+
+/// Since Qt 6.6 the old widget is hidden before the new one comes, and what is next in the frame
+/// would have the focus by then.
+void WebView::keepFocusFrom(QWidget &engine)
+{
+    if (!engine.hasFocus() || !engine.isHidden())
+        return;
+    keepFocus();
+    engine.clearFocus();
 }

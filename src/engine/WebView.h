@@ -33,4 +33,5 @@ protected:
 private:
     bool holdsFocus(const QWidget *focus) const;
     void keepFocus();
+    void keepFocusFrom(QWidget &engine);
 };
