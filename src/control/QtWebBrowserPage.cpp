@@ -1,6 +1,7 @@
 // The control's page: how it comes, and what it asks for besides navigation.
 #include "BrowserHost.h"
 #include "EngineProfile.h"
+#include "EngineVersion.h"
 #include "LivePages.h"
 #include "PageIndicators.h"
 #include "PageQuestions.h"
@@ -33,8 +34,8 @@ QEvent::Type discardEvent()
 /// A window that its opener's script fills, or sends somewhere later.
 bool opensEmpty(const QUrl &url)
 {
-    return url.isEmpty() || url == QUrl(u"about:blank#blocked"_s)
-        || url.scheme() == "javascript"_L1;
+    return url.isEmpty() || url == QUrl(u"about:blank#blocked"_s) || url.scheme() == "javascript"_L1
+        || (emptyWindowsAreBlank && url.scheme() == "about"_L1);
 }
 
 /// The user has gone on since he dropped something: the page has taken it itself.

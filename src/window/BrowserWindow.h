@@ -104,6 +104,7 @@ private:
     void firstNavigationIsLate();
     void openWaitingPopup(const QString &url);
     bool closedAsBlocked(const QString &url, bool &cancel);
+    bool refusesEmptyWindow(const QString &url, bool &cancel);
     void renewBudget();
     bool isActiveChild() const;
     void showAddress();

@@ -91,6 +91,8 @@ void BrowserWindow::newWindow2(WebBrowser *&target, bool &cancel)
         return;
     }
     const WindowRequest request = m_browser->currentRequest();
+    if (refusesEmptyWindow(request.url, cancel))
+        return;
     if (!request.userInitiated
         && !m_budget->mayOpen(request.url, QUrl(m_browser->locationUrl()), *m_questions,
                               [this](const QString &url) { openWaitingPopup(url); })) {

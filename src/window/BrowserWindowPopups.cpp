@@ -1,6 +1,7 @@
 // The windows that pages ask for.
 #include "BlockedList.h"
 #include "BrowserWindow.h"
+#include "EngineVersion.h"
 #include "Frame.h"
 #include "PopupBudget.h"
 #include "PopupEntrance.h"
@@ -99,6 +100,13 @@ bool BrowserWindow::closedAsBlocked(const QString &url, bool &cancel)
         m_entrance->giveBack();
     m_frame.keepTyping([this] { unload(); });
     return true;
+}
+
+/// Where an empty window comes with an address, no navigation follows that could be tested.
+bool BrowserWindow::refusesEmptyWindow(const QString &url, bool &cancel)
+{
+    return emptyWindowsAreBlank && QUrl(url).scheme() == "about"_L1
+        && m_frame.isOn(Settings::smartPopupKiller) && !isPopupAllowed(url, cancel);
 }
 
 /// An address that the user named begins anew, and so does a link or a step of his to another

@@ -1,5 +1,6 @@
 // Popups that begin with an address of the user's list close themselves; all others stay.
 #include "EngineTest.h"
+#include "EngineVersion.h"
 #include "PopupScene.h"
 
 #include <QDialog>
@@ -335,8 +336,15 @@ void tst_smartpopups::explicitAboutBlankIsAFirstAddress()
     m_scene->block(u"*/ads/*"_s);
     BrowserWindow *opener = openerOf("window.open('about:blank')");
     PopupScene::click(opener, u"b"_s);
-    BrowserWindow *popup = PopupScene::waitForPopup();
+    QPointer<BrowserWindow> popup = PopupScene::waitForPopup();
     QVERIFY(popup);
+    if (emptyWindowsAreBlank) {
+        // Nothing tells it from an empty one, which does not count.
+        PopupScene::script(opener, u"w.location='/ads/x'; 1"_s);
+        QTRY_VERIFY(!popup);
+        proveNothingElseOpens(opener);
+        return;
+    }
     QTRY_VERIFY(!popup->isPopup);
     PopupScene::script(opener, u"w.location='/ads/x'; 1"_s);
     QTRY_COMPARE(popup->windowTitle(), u"ad"_s);
