@@ -5,10 +5,12 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QIconEngine>
+#include <QLibraryInfo>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
 #include <QSvgRenderer>
+#include <QVersionNumber>
 
 using namespace Qt::StringLiterals;
 
@@ -74,9 +76,11 @@ public:
         return rendered(size, mode);
     }
 
-    QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State, qreal) override
+    QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State, qreal ratio) override
     {
-        return rendered(size, mode);
+        // Since Qt 6.8 the size is asked for before the screen's ratio, until then after it.
+        static const bool isUnscaled = QLibraryInfo::version() >= QVersionNumber(6, 8);
+        return rendered(isUnscaled ? size * ratio : size, mode);
     }
 
 private:
