@@ -477,6 +477,8 @@ void tst_coolbar::chevron()
     QCOMPARE(QAccessible::queryAccessibleInterface(chevron)->text(QAccessible::Name),
              u"More Buttons"_s);
 
+    // From Qt 6.8 on a menu takes a press for the one that opened it while no mouse was ever seen.
+    QTest::mouseMove(m_window->windowHandle(), QPoint());
     QTest::mouseClick(chevron, Qt::LeftButton);
     QTRY_VERIFY(chevron->menu()->isVisible());
     QVERIFY(!chevron->menu()->actions().isEmpty());
