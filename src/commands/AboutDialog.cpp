@@ -8,17 +8,19 @@
 #include <QIcon>
 #include <QLabel>
 #include <QPushButton>
-#include <QtWebEngineCore/qtwebenginecoreglobal.h>
 
+#include "EngineAge.h"
 #include "Forms.h"
 #include "ProgramInfo.h"
 #include "StartSound.h"
+#include "Texts.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int iconSize = 48;
+constexpr Texts<"frmAbout"> texts;
 
 QLabel *label(const QString &name, const QString &text)
 {
@@ -47,6 +49,22 @@ QLabel *descriptionLabel()
                        "This allows users to have just a single window tab on their task bar!"_L1);
 }
 
+/// What follows from the engine's age; null while it is not old.
+QLabel *ageLabel()
+{
+    const QDate released = EngineAge::ofEngine();
+    if (!EngineAge::isOld(released, QDate::currentDate()))
+        return nullptr;
+    const QString age =
+        texts.at<"strOldEngine",
+                 "The page engine is of %1, more than a year old: it has security holes that have "
+                 "been found since. Open only pages you trust.">();
+    QLabel *result =
+        label(u"lblOldEngine"_s, QString(age).replace("%1"_L1, released.toString(u"yyyy-MM"_s)));
+    result->setWordWrap(true);
+    return result;
+}
+
 QFrame *line()
 {
     auto *result = new QFrame;
@@ -68,10 +86,8 @@ void AboutDialog::showOver(QWidget *owner)
 
 QString AboutDialog::versionDetails()
 {
-    return "Orvane %1\nQt %2\nQt WebEngine %3\nChromium %4, security patches up to %5"_L1.arg(
-        ProgramInfo::version(), QLatin1StringView(qVersion()),
-        QLatin1StringView(qWebEngineVersion()), QLatin1StringView(qWebEngineChromiumVersion()),
-        QLatin1StringView(qWebEngineChromiumSecurityPatchVersion()));
+    return "Orvane %1\nQt %2\n"_L1.arg(ProgramInfo::version(), QLatin1StringView(qVersion()))
+        + EngineAge::versions().join(u'\n');
 }
 
 AboutDialog::AboutDialog(QWidget *owner)
@@ -107,6 +123,8 @@ AboutDialog::AboutDialog(QWidget *owner)
     layout->addWidget(label(u"lblCopyright"_s, ProgramInfo::copyright()), 3, 1);
     layout->addWidget(line(), 4, 0, 1, 2);
     layout->addWidget(details, 5, 1);
-    layout->addWidget(buttons, 6, 0, 1, 2);
+    if (QLabel *age = ageLabel())
+        layout->addWidget(age, 6, 1);
+    layout->addWidget(buttons, 7, 0, 1, 2);
     playStartSound();
 }

@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 
 #include "DraggedUrls.h"
+#include "EngineAge.h"
 #include "ProgramInfo.h"
 #include "Texts.h"
 
@@ -66,6 +67,7 @@ bool asksForWords(QByteArrayView argument)
 QString commandLineAnswer(QByteArrayView argument, const QString &program)
 {
     if (argument == version)
-        return ProgramInfo::title() + u' ' + ProgramInfo::version() + u'\n';
+        return ProgramInfo::title() + u' ' + ProgramInfo::version() + u'\n'
+            + EngineAge::versions().join(", "_L1) + u'\n';
     return usage(program);
 }

@@ -4,6 +4,7 @@
 
 #include "CommandLine.h"
 #include "DraggedUrls.h"
+#include "EngineAge.h"
 #include "ProgramInfo.h"
 
 using namespace Qt::StringLiterals;
@@ -115,7 +116,8 @@ void tst_CommandLine::answers()
     for (const char *other : {"", "-h", "--help=1", "--versions", "http://127.0.0.1/"})
         QVERIFY2(!asksForWords(other), other);
     QCOMPARE(commandLineAnswer("--version", u"orvane"_s),
-             ProgramInfo::title() + u' ' + ProgramInfo::version() + u'\n');
+             ProgramInfo::title() + u' ' + ProgramInfo::version() + u'\n'
+                 + EngineAge::versions().join(", "_L1) + u'\n');
     const QString help = commandLineAnswer("--help", u"orvane"_s);
     QVERIFY(help.startsWith("Usage: orvane [ADDRESS"_L1));
     QVERIFY(help.contains("\n  --version   "_L1) && help.endsWith(u'\n'));

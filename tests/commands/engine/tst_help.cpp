@@ -5,6 +5,7 @@
 
 #include "../Session.h"
 #include "Answer.h"
+#include "EngineAge.h"
 #include "EngineTest.h"
 #include "ProgramInfo.h"
 
@@ -20,6 +21,7 @@ private slots:
 
     void aboutTwiceShowsOneBox();
     void aboutBoxTellsWhatItIs();
+    void oldEngineIsTold();
     void okUnloadsTheBox();
     void closeAllTakesTheBox();
     void versionsCanBeCopied();
@@ -81,6 +83,17 @@ void tst_Help::aboutBoxTellsWhatItIs()
     QCOMPARE(text("lblCopyright"), ProgramInfo::copyright());
     QVERIFY(!about()->findChild<QLabel *>(u"imgIcon"_s)->pixmap(Qt::ReturnByValue).isNull());
     QVERIFY(about()->findChild<QWidget *>(u"Line1"_s));
+}
+
+void tst_Help::oldEngineIsTold()
+{
+    m_session->folder.writeLanguage(u"English"_s, "[frmAbout]\r\nstrOldEngine=Von %1: alt\r\n");
+    m_session->choose("mnuHelpAbout");
+    const auto *told = about()->findChild<QLabel *>(u"lblOldEngine"_s);
+    const QDate released = EngineAge::ofEngine();
+    QCOMPARE(told != nullptr, EngineAge::isOld(released, QDate::currentDate()));
+    if (told)
+        QCOMPARE(told->text(), "Von "_L1 + released.toString(u"yyyy-MM"_s) + ": alt"_L1);
 }
 
 void tst_Help::okUnloadsTheBox()
