@@ -97,7 +97,7 @@ void SourceWindow::connectEditor()
 {
     connect(m_editor, &SourceEditor::changed, this, [this] { setEdited(true); });
     connect(m_editor, &SourceEditor::rightClicked, this,
-            [this] { m_editMenu->popup(QCursor::pos()); });
+            [this] { findChild<QMenu *>(u"mnuEdit"_s)->popup(QCursor::pos()); });
     connect(m_editor, &SourceEditor::fileDropped, this, &SourceWindow::openFile);
 }
 

@@ -8,8 +8,6 @@
 
 class FindBar;
 class QLabel;
-class QLineEdit;
-class QMenu;
 class QProgressBar;
 class SourceEditor;
 class Text;
@@ -37,13 +35,9 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    QMenu *addMenu(const char *name, const QString &caption);
-    QAction *addItem(QMenu *menu, const char *name, const QString &caption,
-                     void (SourceWindow::*handler)());
-    /// The item is for the source, or for the field that has the focus in its place.
-    void addEditItem(const char *name, const QString &caption, void (*inText)(SourceEditor &editor),
-                     void (*inField)(QLineEdit &field));
-    void addSeparator(QMenu *menu, const char *name);
+    /// What an item of the Edit menu does with the source, or with the field that has the focus in
+    /// its place.
+    template <auto inText, auto inField> void edit();
     void buildMenus();
     void buildStatusBar();
     QAction *addTool(const Text &caption, const QKeySequence &shortcut);
@@ -60,7 +54,6 @@ private:
 
     SourceEditor *m_editor;
     FindBar *m_findBar;
-    QMenu *m_editMenu = nullptr;
     QLabel *m_state = nullptr;
     QProgressBar *m_progress = nullptr;
     CommonDialog m_dialog;

@@ -11,6 +11,7 @@
 #include <QProgressBar>
 #include <QStatusBar>
 #include <QToolButton>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -20,72 +21,60 @@ constexpr Texts<"frmSource"> texts;
 
 }
 
-QMenu *SourceWindow::addMenu(const char *name, const QString &caption)
+template <auto inText, auto inField> void SourceWindow::edit()
 {
-    QMenu *menu = menuBar()->addMenu(caption);
-    menu->setObjectName(QLatin1String(name));
-    menu->menuAction()->setObjectName(QLatin1String(name));
-    return menu;
-}
-
-QAction *SourceWindow::addItem(QMenu *menu, const char *name, const QString &caption,
-                               void (SourceWindow::*handler)())
-{
-    QAction *action = menu->addAction(caption);
-    action->setObjectName(QLatin1String(name));
-    connect(action, &QAction::triggered, this, handler);
-    return action;
-}
-
-void SourceWindow::addEditItem(const char *name, const QString &caption,
-                               void (*inText)(SourceEditor &editor),
-                               void (*inField)(QLineEdit &field))
-{
-    QAction *action = m_editMenu->addAction(caption);
-    action->setObjectName(QLatin1String(name));
-    connect(action, &QAction::triggered, m_editor, [this, inText, inField] {
-        if (QLineEdit *field = FieldEdit::focused(*this))
-            inField(*field);
-        else
-            inText(*m_editor);
-    });
-}
-
-void SourceWindow::addSeparator(QMenu *menu, const char *name)
-{
-    menu->addSeparator()->setObjectName(QLatin1String(name));
+    if (QLineEdit *field = FieldEdit::focused(*this))
+        std::invoke(inField, *field);
+    else
+        std::invoke(inText, *m_editor);
 }
 
 void SourceWindow::buildMenus()
 {
-    QMenu *file = addMenu("mnuFile", u"&File"_s);
-    addItem(file, "mnuFileOpen", u"&Open"_s, &SourceWindow::fileOpen)
-        ->setShortcut(QKeySequence::Open);
-    addItem(file, "mnuFileSave", u"&Save"_s, &SourceWindow::fileSave)
-        ->setShortcut(QKeySequence::Save);
-    addSeparator(file, "mnuFileBar0");
-    addItem(file, "mnuFileExit", u"E&xit"_s, &SourceWindow::fileExit);
-
-    m_editMenu = addMenu("mnuEdit", u"&Edit"_s);
-    addEditItem(
-        "mnuEditUndo", u"Undo"_s, [](SourceEditor &editor) { editor.undo(); },
-        [](QLineEdit &field) { field.undo(); });
-    addSeparator(m_editMenu, "mnuEditBar0");
-    addEditItem(
-        "mnuEditCut", u"Cu&t"_s, [](SourceEditor &editor) { editor.cut(); }, FieldEdit::cut);
-    addEditItem(
-        "mnuEditCopy", u"&Copy"_s, [](SourceEditor &editor) { editor.copy(); },
-        [](QLineEdit &field) { field.copy(); });
-    addEditItem(
-        "mnuEditPaste", u"&Paste"_s, [](SourceEditor &editor) { editor.paste(); },
-        FieldEdit::paste);
-    addSeparator(m_editMenu, "mnuEditBar1");
-    addEditItem(
-        "mnuEditSelectAll", u"Select &All"_s, [](SourceEditor &editor) { editor.selectAll(); },
-        [](QLineEdit &field) { field.selectAll(); });
-
-    QMenu *help = addMenu("mnuHelp", u"&Help"_s);
-    addItem(help, "mnuHelpAbout", u"&About"_s, &SourceWindow::helpAbout);
+    struct Line {
+        const char *name;
+        /// Null: a separator.
+        const char *caption = nullptr;
+        /// Null: a menu, which the lines below are in.
+        void (SourceWindow::*act)() = nullptr;
+        QKeySequence::StandardKey key = QKeySequence::UnknownKey;
+    };
+    static constexpr Line lines[] = {
+        {"mnuFile", "&File"},
+        {"mnuFileOpen", "&Open", &SourceWindow::fileOpen, QKeySequence::Open},
+        {"mnuFileSave", "&Save", &SourceWindow::fileSave, QKeySequence::Save},
+        {"mnuFileBar0"},
+        {"mnuFileExit", "E&xit", &SourceWindow::fileExit},
+        {"mnuEdit", "&Edit"},
+        {"mnuEditUndo", "Undo", &SourceWindow::edit<&SourceEditor::undo, &QLineEdit::undo>},
+        {"mnuEditBar0"},
+        {"mnuEditCut", "Cu&t", &SourceWindow::edit<&SourceEditor::cut, FieldEdit::cut>},
+        {"mnuEditCopy", "&Copy", &SourceWindow::edit<&SourceEditor::copy, &QLineEdit::copy>},
+        {"mnuEditPaste", "&Paste", &SourceWindow::edit<&SourceEditor::paste, FieldEdit::paste>},
+        {"mnuEditBar1"},
+        {"mnuEditSelectAll", "Select &All",
+         &SourceWindow::edit<&SourceEditor::selectAll, &QLineEdit::selectAll>},
+        {"mnuHelp", "&Help"},
+        {"mnuHelpAbout", "&About", &SourceWindow::helpAbout},
+    };
+    QMenu *menu = nullptr;
+    for (const Line &line : lines) {
+        const QString caption = QString::fromLatin1(line.caption);
+        QAction *action = nullptr;
+        if (line.act) {
+            action = menu->addAction(caption);
+            connect(action, &QAction::triggered, this, line.act);
+            if (line.key != QKeySequence::UnknownKey)
+                action->setShortcut(line.key);
+        } else if (line.caption) {
+            menu = menuBar()->addMenu(caption);
+            menu->setObjectName(QLatin1StringView(line.name));
+            action = menu->menuAction();
+        } else {
+            action = menu->addSeparator();
+        }
+        action->setObjectName(QLatin1StringView(line.name));
+    }
 }
 
 QAction *SourceWindow::addTool(const Text &caption, const QKeySequence &shortcut)
