@@ -9,7 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_navigation : public QObject {
+class tst_navigation_engine : public QObject {
     Q_OBJECT
 
 private slots:
@@ -52,7 +52,7 @@ private:
     QtWebBrowser *m_browser = nullptr;
 };
 
-void tst_navigation::init()
+void tst_navigation_engine::init()
 {
     m_scene = std::make_unique<ControlScene>();
     m_server = &m_scene->server;
@@ -63,12 +63,12 @@ void tst_navigation::init()
     m_server->page("/b", "<title>Page B</title>b");
 }
 
-void tst_navigation::cleanup()
+void tst_navigation_engine::cleanup()
 {
     m_scene.reset();
 }
 
-void tst_navigation::sparePageHasNoHistory()
+void tst_navigation_engine::sparePageHasNoHistory()
 {
     warmUpEngine();
     std::unique_ptr<WebPage> page(takePage());
@@ -80,7 +80,7 @@ void tst_navigation::sparePageHasNoHistory()
     QVERIFY(page->url().isEmpty());
 }
 
-void tst_navigation::eventsComeInOrder()
+void tst_navigation_engine::eventsComeInOrder()
 {
     warmUpEngine();
     const QString url = m_server->url(u"/a"_s);
@@ -97,7 +97,7 @@ void tst_navigation::eventsComeInOrder()
     QCOMPARE(m_browser->page()->history()->count(), 1);
 }
 
-void tst_navigation::aboutBlankHasItsEvents()
+void tst_navigation_engine::aboutBlankHasItsEvents()
 {
     m_browser->navigate(u"About:Blank"_s);
     QTRY_VERIFY2(arrived(u"about:blank"_s), qPrintable(m_events->lines.join(u'|')));
@@ -115,7 +115,7 @@ void tst_navigation::aboutBlankHasItsEvents()
     QCOMPARE(m_events->navigation(), expected);
 }
 
-void tst_navigation::aboutBlankOverALoadHasItsEvents()
+void tst_navigation_engine::aboutBlankOverALoadHasItsEvents()
 {
     TestServer::Reply silent;
     silent.silent = true;
@@ -132,7 +132,7 @@ void tst_navigation::aboutBlankOverALoadHasItsEvents()
     QCOMPARE(m_events->navigation(), expected);
 }
 
-void tst_navigation::aboutBlankIsRefused()
+void tst_navigation_engine::aboutBlankIsRefused()
 {
     const QString a = m_server->url(u"/a"_s);
     m_browser->navigate(a);
@@ -144,7 +144,7 @@ void tst_navigation::aboutBlankIsRefused()
     QCOMPARE(m_browser->locationUrl(), a);
 }
 
-void tst_navigation::redirectIsOneNavigation()
+void tst_navigation_engine::redirectIsOneNavigation()
 {
     m_server->redirect("/first", "/second");
     m_server->redirect("/second", "/b");
@@ -156,7 +156,7 @@ void tst_navigation::redirectIsOneNavigation()
     QCOMPARE(m_events->navigation(), expected);
 }
 
-void tst_navigation::reloadHasItsEvents()
+void tst_navigation_engine::reloadHasItsEvents()
 {
     const QString url = m_server->url(u"/a"_s);
     m_browser->navigate(url);
@@ -168,7 +168,7 @@ void tst_navigation::reloadHasItsEvents()
     QCOMPARE(m_events->navigation(), expected);
 }
 
-void tst_navigation::framesCompleteBeforeThePage()
+void tst_navigation_engine::framesCompleteBeforeThePage()
 {
     m_server->page("/framed", "<title>F</title><iframe src=/a></iframe><iframe src=/b></iframe>");
     const QString url = m_server->url(u"/framed"_s);
@@ -182,7 +182,7 @@ void tst_navigation::framesCompleteBeforeThePage()
     QCOMPARE(m_events->count("navigated "_L1 + url), 1);
 }
 
-void tst_navigation::fragmentChangesTheAddressOnly()
+void tst_navigation_engine::fragmentChangesTheAddressOnly()
 {
     const QString url = m_server->url(u"/a"_s);
     m_browser->navigate(url);
@@ -195,7 +195,7 @@ void tst_navigation::fragmentChangesTheAddressOnly()
     QVERIFY(!m_browser->isBusy());
 }
 
-void tst_navigation::historyStateChangesTheAddressOnly()
+void tst_navigation_engine::historyStateChangesTheAddressOnly()
 {
     const QString url = m_server->url(u"/a"_s);
     m_browser->navigate(url);
@@ -207,7 +207,7 @@ void tst_navigation::historyStateChangesTheAddressOnly()
     QCOMPARE(m_events->navigation(), QStringList{"location "_L1 + pushed});
 }
 
-void tst_navigation::locationIsByteExact()
+void tst_navigation_engine::locationIsByteExact()
 {
     m_server->page("/x%20y", "<title>E</title>");
     m_server->page("/go", "<title>G</title><script>location='/x%20y?q=%C3%A4+%2b%41%7e'</script>");
@@ -215,7 +215,7 @@ void tst_navigation::locationIsByteExact()
     QTRY_COMPARE(m_browser->locationUrl(), m_server->url(u"/x%20y?q=%C3%A4+%2b%41%7e"_s));
 }
 
-void tst_navigation::backAndForward()
+void tst_navigation_engine::backAndForward()
 {
     QVERIFY(!m_browser->goBack());
     const QString a = m_server->url(u"/a"_s);
@@ -236,7 +236,7 @@ void tst_navigation::backAndForward()
     QCOMPARE(m_browser->locationUrl(), b);
 }
 
-void tst_navigation::busyUntilLoaded()
+void tst_navigation_engine::busyUntilLoaded()
 {
     TestServer::Reply silent;
     silent.silent = true;
@@ -250,7 +250,7 @@ void tst_navigation::busyUntilLoaded()
     QTRY_VERIFY(!m_browser->isBusy());
 }
 
-void tst_navigation::stopEndsALoad()
+void tst_navigation_engine::stopEndsALoad()
 {
     const QString a = m_server->url(u"/a"_s);
     m_browser->navigate(a);
@@ -266,7 +266,7 @@ void tst_navigation::stopEndsALoad()
     QVERIFY(!arrived(m_server->url(u"/never"_s)));
 }
 
-void tst_navigation::refusedNavigationLeavesThePage()
+void tst_navigation_engine::refusedNavigationLeavesThePage()
 {
     const QString a = m_server->url(u"/a"_s);
     const QString b = m_server->url(u"/b"_s);
@@ -286,7 +286,7 @@ void tst_navigation::refusedNavigationLeavesThePage()
     QCOMPARE(m_events->navigation(), expected);
 }
 
-void tst_navigation::noContentLeavesThePage()
+void tst_navigation_engine::noContentLeavesThePage()
 {
     TestServer::Reply nothing;
     nothing.status = 204;
@@ -300,7 +300,7 @@ void tst_navigation::noContentLeavesThePage()
     QCOMPARE(m_browser->locationUrl(), a);
 }
 
-void tst_navigation::notFoundShowsTheServersPage()
+void tst_navigation_engine::notFoundShowsTheServersPage()
 {
     const QString url = m_server->url(u"/missing"_s);
     m_browser->navigate(url);
@@ -309,7 +309,7 @@ void tst_navigation::notFoundShowsTheServersPage()
     QCOMPARE(script(u"document.getElementById('missing').textContent"_s), u"Not here"_s);
 }
 
-void tst_navigation::refreshCompletelyBypassesTheCache()
+void tst_navigation_engine::refreshCompletelyBypassesTheCache()
 {
     TestServer::Reply image;
     image.type = "text/css";
@@ -331,7 +331,7 @@ void tst_navigation::refreshCompletelyBypassesTheCache()
     QCOMPARE(m_server->count("/style.css"), 2);
 }
 
-void tst_navigation::scriptAddressDoesNotRun()
+void tst_navigation_engine::scriptAddressDoesNotRun()
 {
     const QString a = m_server->url(u"/a"_s);
     m_browser->navigate(a);
@@ -342,7 +342,7 @@ void tst_navigation::scriptAddressDoesNotRun()
     QCOMPARE(m_browser->locationUrl(), a);
 }
 
-void tst_navigation::emptyAddressesAskAndDoNothing_data()
+void tst_navigation_engine::emptyAddressesAskAndDoNothing_data()
 {
     QTest::addColumn<QString>("address");
     QTest::newRow("empty") << QString();
@@ -350,7 +350,7 @@ void tst_navigation::emptyAddressesAskAndDoNothing_data()
     QTest::newRow("no host") << u"http:///"_s;
 }
 
-void tst_navigation::emptyAddressesAskAndDoNothing()
+void tst_navigation_engine::emptyAddressesAskAndDoNothing()
 {
     QFETCH(QString, address);
     m_browser->navigate(address);
@@ -365,7 +365,7 @@ void tst_navigation::emptyAddressesAskAndDoNothing()
     QCOMPARE(m_browser->locationUrl(), a);
 }
 
-void tst_navigation::textThatIsNoAddressIsTold()
+void tst_navigation_engine::textThatIsNoAddressIsTold()
 {
     m_browser->navigate(u"hello world"_s);
     QCOMPARE(m_events->statuses.last(), u"This is not an address: hello world"_s);
@@ -379,7 +379,7 @@ void tst_navigation::textThatIsNoAddressIsTold()
     QCOMPARE(script(u"document.title"_s), u"Page A"_s);
 }
 
-void tst_navigation::addressOfAnotherProgramIsTold_data()
+void tst_navigation_engine::addressOfAnotherProgramIsTold_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("unknown") << u"foo:bar"_s;
@@ -392,7 +392,7 @@ void tst_navigation::addressOfAnotherProgramIsTold_data()
 }
 
 /// And nothing is started for it: an address can come from a file as well.
-void tst_navigation::addressOfAnotherProgramIsTold()
+void tst_navigation_engine::addressOfAnotherProgramIsTold()
 {
     QFETCH(const QString, text);
     const QString told = u"Addresses of this kind are not opened here: "_s + text.left(200);
@@ -410,7 +410,7 @@ void tst_navigation::addressOfAnotherProgramIsTold()
     QCOMPARE(m_events->statuses.last(), told);
 }
 
-void tst_navigation::markup()
+void tst_navigation_engine::markup()
 {
     QString seen = u"nothing yet"_s;
     m_browser->outerHtml([&seen](const QString &html) { seen = html; });
@@ -424,7 +424,7 @@ void tst_navigation::markup()
         u"<html><head><title>Page B</title></head><body><p>changed by script</p></body></html>"_s);
 }
 
-void tst_navigation::statusTexts()
+void tst_navigation_engine::statusTexts()
 {
     const QString a = m_server->url(u"/a"_s);
     m_browser->navigate(a);
@@ -433,5 +433,5 @@ void tst_navigation::statusTexts()
     QCOMPARE(m_events->statuses.last(), u"Done"_s);
 }
 
-ORVANE_ENGINE_TEST_MAIN(tst_navigation)
-#include "tst_navigation.moc"
+ORVANE_ENGINE_TEST_MAIN(tst_navigation_engine)
+#include "tst_navigation_engine.moc"
