@@ -49,7 +49,7 @@ void onTarget(Frame &frame, const AddressFocus &focus, const QString &item, cons
 template <OleCmd command> void ifEnabled(WebBrowser &page)
 {
     constexpr int enabled = OleCmdStatus::Supported | OleCmdStatus::Enabled;
-    if (page.queryStatusWB(command) == enabled)
+    if (page.queryStatus(command) == enabled)
         ExecForms::two(page, command);
 }
 

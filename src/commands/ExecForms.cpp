@@ -6,14 +6,14 @@ namespace ExecForms {
 
 void two(WebBrowser &page, OleCmd command)
 {
-    page.execWB(command, OleExecOpt::Default);
+    page.execCommand(command, OleExecOpt::Default);
 }
 
 void four(WebBrowser &page, OleCmd command)
 {
     const QVariant in = QVariant::fromValue<qint16>(0);
     QVariant out = QVariant::fromValue<qint16>(0);
-    page.execWB(command, OleExecOpt::Default, &in, &out);
+    page.execCommand(command, OleExecOpt::Default, &in, &out);
 }
 
 }

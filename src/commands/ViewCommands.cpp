@@ -30,7 +30,7 @@ void markFontSize(Frame &frame)
     if (!active)
         return;
     QVariant out;
-    if (!active->browser()->execWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &out))
+    if (!active->browser()->execCommand(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &out))
         return;
     bool isNumber = false;
     const int level = out.toInt(&isNumber);
@@ -44,7 +44,7 @@ void setFontSize(Frame &frame, qint32 level)
     if (!active)
         return;
     const QVariant in = level;
-    active->browser()->execWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &in);
+    active->browser()->execCommand(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &in);
     letPendingEventsRun();
 }
 

@@ -4,7 +4,7 @@ class QVariant;
 class WebPage;
 enum class OleCmd;
 
-/// The commands of `WebBrowser::execWB` on a page.
+/// The commands of `WebBrowser::execCommand` on a page.
 namespace PageCommands {
 bool run(WebPage *page, OleCmd command, const QVariant *in, QVariant *out);
 /// `OleCmdStatus` bits.

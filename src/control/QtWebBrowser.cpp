@@ -241,12 +241,12 @@ void QtWebBrowser::stop()
         m_page->triggerAction(QWebEnginePage::Stop);
 }
 
-bool QtWebBrowser::execWB(OleCmd command, OleExecOpt, const QVariant *in, QVariant *out)
+bool QtWebBrowser::execCommand(OleCmd command, OleExecOpt, const QVariant *in, QVariant *out)
 {
     return m_page && PageCommands::run(m_page, command, in, out);
 }
 
-int QtWebBrowser::queryStatusWB(OleCmd command)
+int QtWebBrowser::queryStatus(OleCmd command)
 {
     return m_page ? PageCommands::status(m_page, command) : 0;
 }

@@ -42,9 +42,9 @@ public:
     void refresh() override;
     void refresh2(int level) override;
     void stop() override;
-    bool execWB(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
-                QVariant *out = nullptr) override;
-    int queryStatusWB(OleCmd command) override;
+    bool execCommand(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
+                     QVariant *out = nullptr) override;
+    int queryStatus(OleCmd command) override;
     void setFocus() override;
     void find() override;
     void move(int left, int top, int width, int height) override;
@@ -54,7 +54,7 @@ public:
     void clearDocument() override { }
     void outerHtml(const std::function<void(const QString &)> &done) override;
     bool isBusy() const override { return m_busy; }
-    Arrival ArrivedBy() const override { return m_arrival; }
+    Arrival arrivedBy() const override { return m_arrival; }
     WindowRequest currentRequest() const override { return m_request; }
     void setRefusesUnaskedWindows(bool refuses) override;
     bool isSilent() const override { return m_silent; }

@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <functional>
 
-/// Commands that `WebBrowser::execWB` runs on the current document.
+/// Commands that `WebBrowser::execCommand` runs on the current document.
 enum class OleCmd {
     SaveAs = 4,
     Print = 6,
@@ -24,7 +24,7 @@ enum class OleCmd {
 
 enum class OleExecOpt { Default = 0, DoNotPromptUser = 2 };
 
-/// Bits of `WebBrowser::queryStatusWB`.
+/// Bits of `WebBrowser::queryStatus`.
 namespace OleCmdStatus {
 inline constexpr int Supported = 1;
 inline constexpr int Enabled = 2;
@@ -145,10 +145,10 @@ public:
     virtual void stop() = 0;
 
     /// Runs a command. A null `in` or `out` is an argument left out.
-    virtual bool execWB(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
-                        QVariant *out = nullptr) = 0;
+    virtual bool execCommand(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
+                             QVariant *out = nullptr) = 0;
     /// `OleCmdStatus` bits.
-    virtual int queryStatusWB(OleCmd command) = 0;
+    virtual int queryStatus(OleCmd command) = 0;
     virtual void setFocus() = 0;
     /// Opens the engine's own bar for finding text in the page, and gives it the focus.
     virtual void find() = 0;
@@ -169,7 +169,7 @@ public:
     virtual void outerHtml(const std::function<void(const QString &)> &done) = 0;
     virtual bool isBusy() const = 0;
     /// How the navigation of the whole page that was last asked for came about.
-    virtual Arrival ArrivedBy() const { return Arrival::ByAddress; }
+    virtual Arrival arrivedBy() const { return Arrival::ByAddress; }
     /// True: the page's scripts get null at once for windows that the user did nothing for, and
     /// `newWindow2` is not raised for them.
     virtual void setRefusesUnaskedWindows(bool) { }

@@ -115,7 +115,7 @@ void BrowserWindow::navigateComplete2(const QString &)
 /// A download or an answer without a page leaves nothing to look at in a window made for it.
 void BrowserWindow::nothingCame()
 {
-    if (!m_entrance || m_browser->ArrivedBy() == Arrival::ByAddress)
+    if (!m_entrance || m_browser->arrivedBy() == Arrival::ByAddress)
         return;
     m_entrance->giveBack();
     m_frame.keepTyping([this] { unload(); });

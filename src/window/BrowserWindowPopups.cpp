@@ -117,7 +117,7 @@ bool BrowserWindow::refusesEmptyWindow(const QString &url, bool &cancel)
 void BrowserWindow::renewBudget()
 {
     const QString host = QUrl(m_browser->locationUrl()).host();
-    const Arrival arrival = m_browser->ArrivedBy();
+    const Arrival arrival = m_browser->arrivedBy();
     const bool followed = arrival == Arrival::ByStep && !m_openedUnasked && host != m_budgetHost;
     if (arrival != Arrival::ByAddress && !followed) {
         if (m_budgetHost.isEmpty())

@@ -7,7 +7,7 @@
 /// An engine control without an engine: it counts what it is asked and does what the test says.
 class FakeWebBrowser : public WebBrowser {
 public:
-    /// One call of `execWB`; how many arguments were given is part of what callers promise.
+    /// One call of `execCommand`; how many arguments were given is part of what callers promise.
     struct Exec {
         OleCmd command;
         OleExecOpt option;
@@ -59,14 +59,14 @@ public:
     void refresh() override { ++refreshes; }
     void refresh2(int level) override { refreshLevels.append(level); }
     void stop() override { ++stops; }
-    bool execWB(OleCmd command, OleExecOpt option, const QVariant *in, QVariant *out) override
+    bool execCommand(OleCmd command, OleExecOpt option, const QVariant *in, QVariant *out) override
     {
         executed.append({command, option, in != nullptr, out != nullptr, in ? *in : QVariant()});
         if (out)
             *out = result;
         return succeeds;
     }
-    int queryStatusWB(OleCmd) override { return status; }
+    int queryStatus(OleCmd) override { return status; }
     void setFocus() override
     {
         ++focused;
@@ -88,7 +88,7 @@ public:
         done(markup);
     }
     bool isBusy() const override { return busy; }
-    Arrival ArrivedBy() const override { return arrival; }
+    Arrival arrivedBy() const override { return arrival; }
     WindowRequest currentRequest() const override { return request; }
     bool isSilent() const override { return silent; }
     void setSilent(bool value) override { silent = value; }

@@ -45,7 +45,7 @@ private:
     QVariant ask(const QString &script) const;
     QString field() const { return ask(u"f.value"_s).toString(); }
     void openMenus() const;
-    int pasteStatus() const { return m_session->active()->browser()->queryStatusWB(OleCmd::Paste); }
+    int pasteStatus() const { return m_session->active()->browser()->queryStatus(OleCmd::Paste); }
     void focusAddress(const QString &text) const;
     void useEverything();
 

@@ -136,12 +136,12 @@ void tst_EditCommands::fieldOfThePage()
         return ask(u"document.getElementById('%1').value"_s.arg(QLatin1String(id))).toString();
     };
     focusField(u"one"_s);
-    QTRY_COMPARE(m_session->active()->browser()->queryStatusWB(OleCmd::Cut), 3);
+    QTRY_COMPARE(m_session->active()->browser()->queryStatus(OleCmd::Cut), 3);
     run("mnuEditCut", Qt::Key_X);
     QTRY_COMPARE(clipboard(), u"first"_s);
     QTRY_COMPARE(value("one"), QString());
     focusField(u"two"_s);
-    QTRY_COMPARE(m_session->active()->browser()->queryStatusWB(OleCmd::Paste), 3);
+    QTRY_COMPARE(m_session->active()->browser()->queryStatus(OleCmd::Paste), 3);
     run("mnuEditPaste", Qt::Key_V);
     QTRY_COMPARE(value("two"), u"first"_s);
     run("mnuEditUndo", Qt::Key_Z);
@@ -231,7 +231,7 @@ void tst_EditCommands::hugeClipboard()
 {
     openPage("<textarea id=one>x</textarea>");
     focusField(u"one"_s);
-    QTRY_COMPARE(m_session->active()->browser()->queryStatusWB(OleCmd::Paste), 3);
+    QTRY_COMPARE(m_session->active()->browser()->queryStatus(OleCmd::Paste), 3);
     QApplication::clipboard()->setText(QString(10'000'000, u'a'));
     m_session->choose("mnuEditPaste");
     QTRY_COMPARE_WITH_TIMEOUT(ask(u"document.getElementById('one').value.length"_s).toInt(),

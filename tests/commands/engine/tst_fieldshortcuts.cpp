@@ -87,7 +87,7 @@ void tst_FieldShortcuts::openFieldPage()
     QTRY_VERIFY_WITH_TIMEOUT(ask(u"document.hasFocus()"_s).toBool(), 20000);
     ask(u"f.focus(), f.select()"_s);
     QTRY_COMPARE_WITH_TIMEOUT(page().selectedText(), u"of the page"_s, 20000);
-    QTRY_COMPARE_WITH_TIMEOUT(m_session->active()->browser()->queryStatusWB(OleCmd::Cut), 3, 20000);
+    QTRY_COMPARE_WITH_TIMEOUT(m_session->active()->browser()->queryStatus(OleCmd::Cut), 3, 20000);
 }
 
 /// Presses a key with control as the window system tells it: to the window, which has to find out

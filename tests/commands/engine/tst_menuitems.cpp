@@ -123,7 +123,7 @@ void tst_MenuItems::selectField()
     QTRY_VERIFY_WITH_TIMEOUT(ask(u"document.hasFocus()"_s).toBool(), 20000);
     ask(u"f = document.getElementById('f'), f.focus(), f.select()"_s);
     QTRY_COMPARE_WITH_TIMEOUT(page().selectedText(), u"field"_s, 20000);
-    QTRY_COMPARE_WITH_TIMEOUT(m_session->active()->browser()->queryStatusWB(OleCmd::Cut), 3, 20000);
+    QTRY_COMPARE_WITH_TIMEOUT(m_session->active()->browser()->queryStatus(OleCmd::Cut), 3, 20000);
 }
 
 void tst_MenuItems::closeDialog()

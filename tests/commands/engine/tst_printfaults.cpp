@@ -272,7 +272,7 @@ void tst_PrintFaults::deadPageTakesAndTellsNoZoomWrongly()
     m_session->choose("mnuViewFontSize24");
     QVariant level;
     WebBrowser &browser = *m_session->active()->browser();
-    QVERIFY(browser.execWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &level));
+    QVERIFY(browser.execCommand(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &level));
     QCOMPARE(level.toInt(), 4);
     for (const char *item :
          {"mnuFileSaveAs", "mnuFilePrint", "mnuFilePrintPreview", "mnuFileProperties",

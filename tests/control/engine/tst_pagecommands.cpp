@@ -31,8 +31,8 @@ private slots:
     void fullScreenComesAndGoes();
 
 private:
-    int status(OleCmd command) { return m_scene->browser->queryStatusWB(command); }
-    bool run(OleCmd command) { return m_scene->browser->execWB(command, OleExecOpt::Default); }
+    int status(OleCmd command) { return m_scene->browser->queryStatus(command); }
+    bool run(OleCmd command) { return m_scene->browser->execCommand(command, OleExecOpt::Default); }
     void open(const QString &path) { m_scene->open(m_scene->server.url(path)); }
     static QDir downloads()
     {
@@ -131,7 +131,7 @@ void tst_pagecommands::zoomLevels()
     QVariant level;
     const auto current = [&] {
         level = QVariant();
-        m_scene->browser->execWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &level);
+        m_scene->browser->execCommand(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, nullptr, &level);
         return level.toInt();
     };
     QCOMPARE(current(), 2);
@@ -139,7 +139,7 @@ void tst_pagecommands::zoomLevels()
     QList<int> widths;
     for (int wanted = 0; wanted <= 4; ++wanted) {
         const QVariant in = wanted;
-        QVERIFY(m_scene->browser->execWB(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &in));
+        QVERIFY(m_scene->browser->execCommand(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &in));
         QCOMPARE(current(), wanted);
         if (wanted != 2)
             QTRY_VERIFY(m_scene->script(u"innerWidth"_s).toInt() != middle);

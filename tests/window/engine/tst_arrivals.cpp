@@ -21,7 +21,7 @@ private slots:
     void addressForAPage();
 
 private:
-    static Arrival arrival(const BrowserWindow *form) { return form->browser()->ArrivedBy(); }
+    static Arrival arrival(const BrowserWindow *form) { return form->browser()->arrivedBy(); }
     /// Waits for the page "/next" on the other host.
     void waitForNext(const BrowserWindow *form);
 

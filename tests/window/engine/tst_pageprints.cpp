@@ -100,7 +100,7 @@ void tst_pageprints::endlessPrintsCanBeEnded()
 /// The user's own print dialog is the only one while it is open.
 void tst_pageprints::chosenPrintIsLeftAlone()
 {
-    QVERIFY(m_form->browser()->execWB(OleCmd::Print, OleExecOpt::Default));
+    QVERIFY(m_form->browser()->execCommand(OleCmd::Print, OleExecOpt::Default));
     QTRY_COMPARE(dialogs().size(), 1);
     QVERIFY(dialogs().first()->isModal());
     PopupScene::script(m_form, u"for (let i = 0; i < 5; i++) print(); 1"_s);
