@@ -2,8 +2,8 @@
 
 #include "EngineOptions.h"
 #include "EngineProfile.h"
-#include "LivePages.h"
 #include "PageHold.h"
+#include "PageLife.h"
 #include "ProgramInfo.h"
 
 #include <QCoreApplication>
@@ -119,7 +119,7 @@ void warmUpEngine()
 
 void stopEngine()
 {
-    LivePages::deleteAll();
+    PageLife::dropAll();
     PageHold::finishAll();
     // What was closed last waits for its deletion still; the profile must outlive it.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

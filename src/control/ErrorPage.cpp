@@ -10,7 +10,6 @@
 #include <QJsonObject>
 #include <QPalette>
 #include <QUrl>
-#include <QWebEngineLoadingInfo>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
 
@@ -60,14 +59,14 @@ QString reasonFor(int code)
 
 namespace ErrorPage {
 
-void show(QWebEnginePage *page, const QUrl &url, const QWebEngineLoadingInfo &info)
+void show(QWebEnginePage *page, const QUrl &url, int error)
 {
     const QString name = url.host().isEmpty() ? shownAddress(url) : shownHost(url.host());
     const bool isDark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
     const QJsonObject shown{
         {u"title"_s, name},
         {u"heading"_s, texts.at<"strHeading", "This page cannot be shown">()},
-        {u"reason"_s, reasonFor(info.errorCode())},
+        {u"reason"_s, reasonFor(error)},
         {u"address"_s, shownAddress(url)},
         {u"again"_s, texts.at<"cmdTryAgain", "Try Again">()},
         {u"scheme"_s, isDark ? u"dark"_s : u"light"_s},

@@ -216,7 +216,7 @@ Navigation::Events Navigation::loadEnded(const LoadEnd &end, const EnginePlace &
     }
     if (end.error) {
         m_showsError = true;
-        events.append({What::ErrorCame, place.shown, {}, end.error});
+        events.append({What::ErrorCame, place.shown, {}, *end.error});
     }
     events.append(documentLoaded());
     finish(end, place, events);

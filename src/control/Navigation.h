@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QUrl>
+#include <optional>
 #include <utility>
 
 /// What the engine shows, as it says itself; no page has a say in it.
@@ -19,8 +20,8 @@ struct EnginePlace {
 struct LoadEnd {
     QUrl url;
     bool isStopped = false;
-    /// The engine shows a page of its own for this error of the network; 0: it shows none.
-    int error = 0;
+    /// The engine shows a page of its own for this error of the network.
+    std::optional<int> error;
 };
 
 /// What the navigation of a whole page is at. What the engine tells goes in, at odd moments, in odd

@@ -164,9 +164,11 @@ Navigation::Events Scene::tells(const QString &what, const QStringList &words)
     if (what == "blankShown"_L1)
         return navigation.blankShown();
     if (what == "end"_L1)
-        return navigation.loadEnded({url, false, words.value(2).toInt()}, place);
+        return navigation.loadEnded({url, false, {}}, place);
+    if (what == "error"_L1)
+        return navigation.loadEnded({url, false, words.at(2).toInt()}, place);
     if (what == "stopped"_L1)
-        return navigation.loadEnded({url, true, 0}, place);
+        return navigation.loadEnded({url, true, {}}, place);
     return {{What::Refused, {}, {}}};
 }
 
@@ -244,9 +246,13 @@ void tst_navigation::addLoads()
            u"before %1; opening %1; came %2; complete %2; forget; done; ended"_s.arg(a, b));
     addRow("error page", {},
            u"load %1; ask typed %1; start %1; at %1 1; url; "
-           "document chrome-error://chromewebdata/; end %1 -102"_s.arg(a),
+           "document chrome-error://chromewebdata/; error %1 -102"_s.arg(a),
            u"before %1; opening %1; came %1 failed; error -102; complete %1; forget; done; ended"_s
                .arg(a));
+    addRow(
+        "error page without a number", opened(a), u"ask other %1; start %1; error %1 0"_s.arg(a),
+        u"before %1; opening %1; came %1 failed; error 0; complete %1; forget; done; ended"_s.arg(
+            a));
     addRow("server's page for an error", {},
            u"load %1; ask typed %1; start %1; at %1 1; document %1; end %1"_s.arg(a),
            u"before %1; opening %1; came %1; complete %1; forget; done; ended"_s.arg(a));
@@ -310,7 +316,7 @@ void tst_navigation::addOddOrders()
            u"load %2; ask typed %2; document %1; start %2"_s.arg(a, b),
            u"before %1; opening %1"_s.arg(b));
     addRow("error told by its end before its start", {},
-           u"load %1; ask typed %1; start %1; at %1 1; end %1 -105; "
+           u"load %1; ask typed %1; start %1; at %1 1; error %1 -105; "
            "document chrome-error://chromewebdata/"_s.arg(a),
            u"before %1; opening %1; came %1 failed; error -105; complete %1; forget; done; ended"_s
                .arg(a));
@@ -392,7 +398,7 @@ void tst_navigation::addHistory()
            u"ask link %1; start %1; at %1 2; document %1"_s.arg(b),
            u"before %1; opening %1; came %1 skipped"_s.arg(b));
     addRow("leaves no trace: over an error page",
-           u"flags 2; load %1; ask typed %1; start %1; at %1 1; end %1 -102"_s.arg(a),
+           u"flags 2; load %1; ask typed %1; start %1; at %1 1; error %1 -102"_s.arg(a),
            u"ask typed %1"_s.arg(b), u"before %1"_s.arg(b));
     addRow("leaves no trace: the same page", u"flags 2;"_s + opened(a), u"ask typed %1#x"_s.arg(a),
            u"before %1#x"_s.arg(a));

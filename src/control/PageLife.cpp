@@ -1,0 +1,188 @@
+#include "PageLife.h"
+
+#include "EngineProfile.h"
+#include "Listener.h"
+#include "PageHold.h"
+#include "RefusedAddress.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QWebEngineFullScreenRequest>
+#include <QWebEngineNewWindowRequest>
+#include <utility>
+
+namespace {
+QList<PageLife *> living;
+
+QEvent::Type discardEvent()
+{
+    static const auto type = QEvent::Type(QEvent::registerEventType());
+    return type;
+}
+}
+
+PageLife::PageLife(BrowserHost *host, Listener &listener)
+    : m_host(host)
+    , m_listener(listener)
+{
+}
+
+void PageLife::setQuestions(PageQuestions *questions)
+{
+    m_questions = questions;
+    connect(questions, &PageQuestions::shown, m_host, &BrowserHost::endFullScreen);
+}
+
+void PageLife::begin()
+{
+    if (!m_page)
+        use(takePage());
+}
+
+void PageLife::adopt(QWebEngineNewWindowRequest &request)
+{
+    // The spare page has contents of its own already, which those of the request replace. A page
+    // without would be left half made, and end the program as soon as a script touches it.
+    WebPage *page = takePage();
+    request.openIn(page);
+    page->renewInterceptor();
+    use(page);
+}
+
+void PageLife::use(WebPage *page)
+{
+    m_page = page;
+    m_page->setQuestions(m_questions);
+    m_view = new WebView(m_page, m_host);
+    m_bond = std::make_unique<QObject>();
+    living.append(this);
+    emit came(m_page, m_view, m_bond.get());
+    connect(m_view, &WebView::visibleChanged, m_bond.get(), [this] { applyShown(); });
+    connect(m_page, &QWebEnginePage::recentlyAudibleChanged, m_bond.get(),
+            [this] { applyShown(); });
+    connect(
+        m_page, &WebPage::focusMissed, m_bond.get(),
+        [this] {
+            if (m_view)
+                m_view->renewFocus();
+        },
+        Qt::QueuedConnection);
+    connect(m_page, &QWebEnginePage::fullScreenRequested, m_bond.get(),
+            [this](const QWebEngineFullScreenRequest &request) {
+                if (m_host)
+                    m_host->answerFullScreen(request);
+            });
+    connect(m_page, &QWebEnginePage::renderProcessTerminated, m_bond.get(),
+            [this](QWebEnginePage::RenderProcessTerminationStatus status) {
+                // Pages that are being shut down end normally.
+                if (status != QWebEnginePage::NormalTerminationStatus)
+                    noteCrash();
+            });
+    m_host->setView(m_view);
+    applyShown();
+}
+
+void PageLife::end()
+{
+    living.removeOne(this);
+    m_bond.reset();
+    if (m_questions)
+        m_questions->endAll();
+    if (m_page) {
+        // One that lives on for a while stays what it is.
+        m_page->setQuestion([](const QUrl &url, QWebEnginePage::NavigationType, bool isMainFrame) {
+            return !isMainFrame && !isRefusedAddress(url);
+        });
+        m_page->setIsOnItsWay({});
+    }
+    if (m_page && PageHold::takeOver(m_view, m_page)) {
+        if (m_host)
+            m_host->giveUpView();
+        m_view.clear();
+        m_page.clear();
+    }
+    delete m_view;
+    delete m_page;
+    leaveCrashed();
+}
+
+void PageLife::drop()
+{
+    m_listener.set(nullptr);
+    end();
+}
+
+void PageLife::dropAll()
+{
+    const QList<PageLife *> all = living;
+    for (PageLife *life : all)
+        life->drop();
+}
+
+void PageLife::setShown(bool shown)
+{
+    m_shown = shown;
+    applyShown();
+}
+
+/// A page that can be heard goes on as if it were seen.
+void PageLife::applyShown()
+{
+    if (!m_page || !m_view || m_crashed)
+        return;
+    const bool inSight = m_shown && m_view->isVisible() && !m_view->window()->isMinimized();
+    m_page->setVisible(inSight || m_page->recentlyAudible());
+}
+
+void PageLife::noteCrash()
+{
+    if (m_questions)
+        m_questions->endAll();
+    m_host->showCrash();
+    m_crashed = true;
+    // Ahead of whatever a screen reader asks meanwhile.
+    QCoreApplication::postEvent(this, new QEvent(discardEvent()), Qt::HighEventPriority);
+    emit crashed();
+}
+
+bool PageLife::event(QEvent *event)
+{
+    if (event->type() != discardEvent())
+        return QObject::event(event);
+    discardCrashed();
+    return true;
+}
+
+/// What screen readers know of the page leads through what has gone with its process, and would end
+/// the program. It goes as well; the history stays.
+void PageLife::discardCrashed()
+{
+    if (!m_crashed || !m_page)
+        return;
+    m_page->setVisible(false);
+    m_page->setLifecycleState(QWebEnginePage::LifecycleState::Discarded);
+}
+
+void PageLife::leaveCrashed()
+{
+    if (m_host)
+        m_host->hideCrash();
+    if (std::exchange(m_crashed, false))
+        applyShown();
+}
+
+bool PageLife::waitsForAnswer(const std::function<void()> &command)
+{
+    if (!m_page || !m_page->awaitsAnswer())
+        return false;
+    connect(m_page, &WebPage::answerGiven, m_bond.get(), command, Qt::SingleShotConnection);
+    if (m_questions)
+        m_questions->endAll();
+    return true;
+}
+
+void PageLife::noteUserAction()
+{
+    if (m_questions)
+        m_questions->userActed();
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "BrowserHost.h"
+#include "PageQuestions.h"
+#include "WebPage.h"
+#include "WebView.h"
+
+#include <QPointer>
+#include <functional>
+#include <memory>
+
+class Listener;
+class QWebEngineNewWindowRequest;
+
+/// The page of an engine control: how it comes, is made for a window that a page asked for, loses
+/// its process, and ends. There is none until it is needed.
+class PageLife : public QObject {
+    Q_OBJECT
+
+public:
+    PageLife(BrowserHost *host, Listener &listener);
+
+    /// The widget that the view is in; null once the window has gone.
+    BrowserHost *host() const { return m_host; }
+    WebPage *page() const { return m_page; }
+    WebView *view() const { return m_view; }
+    /// Where the page asks its user; may be null.
+    PageQuestions *questions() const { return m_questions; }
+    void setQuestions(PageQuestions *questions);
+
+    /// Makes the page where there is none.
+    void begin();
+    /// The page is the one that another page has asked for. Inside its engine callback only.
+    void adopt(QWebEngineNewWindowRequest &request);
+    /// What the engine still does for the user with the page it does to its end, unseen.
+    void end();
+    /// The same, and nobody is told of anything from now on.
+    void drop();
+    /// Drops every page there is, so that none outlives the profile.
+    static void dropAll();
+
+    /// The page that is shown next comes in place of a crashed one.
+    void leaveCrashed();
+    /// False: the window is wholly covered.
+    void setShown(bool shown);
+    /// A page whose script waits for an answer gets none any more, and `command` runs when the
+    /// engine has gone on; true then.
+    bool waitsForAnswer(const std::function<void()> &command);
+    /// The user did something with the page himself.
+    void noteUserAction();
+
+signals:
+    /// All connections to the page and its view have `bond` as their receiver: it goes with them.
+    void came(WebPage *page, WebView *view, QObject *bond);
+    /// The page's process has ended.
+    void crashed();
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    void use(WebPage *page);
+    void applyShown();
+    void noteCrash();
+    void discardCrashed();
+
+    QPointer<BrowserHost> m_host;
+    Listener &m_listener;
+    QPointer<WebPage> m_page;
+    QPointer<WebView> m_view;
+    QPointer<PageQuestions> m_questions;
+    std::unique_ptr<QObject> m_bond;
+    /// The page's process has ended, and nothing has been loaded since.
+    bool m_crashed = false;
+    bool m_shown = true;
+};

@@ -1,0 +1,147 @@
+#include "WindowRequests.h"
+
+#include "Addresses.h"
+#include "Listener.h"
+#include "Navigator.h"
+#include "PageLife.h"
+#include "QtWebBrowser.h"
+#include "RefusedAddress.h"
+#include "ScriptedPlace.h"
+#include "Yield.h"
+
+#include <QEvent>
+#include <QPointer>
+#include <QTimer>
+#include <QWebEngineNewWindowRequest>
+
+using namespace Addresses;
+
+namespace {
+/// The user has gone on since he dropped something: the page has taken it itself.
+bool beginsAnew(const QEvent &event)
+{
+    return event.type() == QEvent::MouseButtonPress || event.type() == QEvent::KeyPress
+        || event.type() == QEvent::TouchBegin;
+}
+}
+
+WindowRequests::WindowRequests(PageLife &life, Navigator &navigator, const Listener &listener)
+    : m_life(life)
+    , m_navigator(navigator)
+    , m_listener(listener)
+{
+    connect(&life, &PageLife::came, this, &WindowRequests::watch);
+    connect(&navigator, &Navigator::pageAsked, this, [this] { m_dropped.clear(); });
+    connect(&navigator.teller(), &NavigationTeller::windowAsked, this, [this] {
+        placeAsOpened();
+        m_requested = QRect();
+    });
+}
+
+void WindowRequests::watch(WebPage *page, WebView *view, QObject *bond)
+{
+    m_requested = QRect();
+    m_dropped.clear();
+    connect(page, &QWebEnginePage::newWindowRequested, bond,
+            [this](QWebEngineNewWindowRequest &request) { answer(request); });
+    connect(page, &WebPage::linkWindowRequested, bond, [this](const QUrl &url) {
+        m_listener.tell(&WebBrowserEvents::openLinkInNewWindow, encoded(url));
+    });
+    connect(page, &QWebEnginePage::geometryChangeRequested, bond,
+            [this](const QRect &pixels) { placeOnScreen(pixels); });
+    connect(page, &WebPage::placeRequested, bond,
+            [this](const QString &request) { placeByScript(request); });
+    connect(page, &QWebEnginePage::windowCloseRequested, bond, [this] { answerClosing(); });
+    connect(view, &WebView::dropped, bond,
+            [this](const QStringList &addresses) { m_dropped = addresses; });
+    connect(view, &WebView::eventCame, bond, [this](const QEvent &event) {
+        if (beginsAnew(event))
+            m_dropped.clear();
+    });
+}
+
+void WindowRequests::answer(QWebEngineNewWindowRequest &request)
+{
+    const EngineCallbackScope scope;
+    const QUrl url = request.requestedUrl();
+    if (!m_listener.isThere() || opensDropped(url))
+        return;
+    if (isRefusedAddress(url)) {
+        m_navigator.teller().tellNoPage(encoded(url), url);
+        return;
+    }
+    WebBrowser *target = nullptr;
+    bool cancel = false;
+    m_current = {encoded(url), request.isUserInitiated()};
+    m_listener.tell(&WebBrowserEvents::newWindow2, target, cancel);
+    auto *control = qobject_cast<QtWebBrowser *>(target);
+    if (control && !cancel)
+        control->adopt(request);
+}
+
+/// The engine asks for a window for the first file or link that was dropped on a page that left it;
+/// it opens where it was dropped instead, and the others in windows of their own.
+bool WindowRequests::opensDropped(const QUrl &url)
+{
+    if (m_dropped.isEmpty() || url != QUrl(m_dropped.first()))
+        return false;
+    QTimer::singleShot(0, this, [this, addresses = std::exchange(m_dropped, {})] {
+        const QPointer<WindowRequests> self(this);
+        emit dropped(addresses.first());
+        for (const QString &other : addresses.mid(1)) {
+            // Events run while a window opens.
+            if (self)
+                m_listener.tell(&WebBrowserEvents::openLinkInNewWindow, other);
+        }
+    });
+    return true;
+}
+
+void WindowRequests::openAt(const QRect &place)
+{
+    m_requested = place.width() > 0 && place.height() > 0 ? place : QRect();
+    placeAsOpened();
+}
+
+/// The window may have been laid out anew since; its first navigation is to find the control as
+/// the opening page wanted it.
+void WindowRequests::placeAsOpened()
+{
+    if (!m_requested.isNull())
+        m_life.host()->setGeometry(m_requested);
+}
+
+void WindowRequests::placeOnScreen(const QRect &pixels)
+{
+    const EngineCallbackScope scope;
+    // The first request repeats what the window was opened with.
+    if (!m_requested.isNull() || !m_navigator.state().hasDocument())
+        return;
+    BrowserHost *host = m_life.host();
+    QRect wanted = host->geometry();
+    const QWidget *top = host->window();
+    if (pixels.topLeft() != top->frameGeometry().topLeft())
+        wanted.moveTopLeft(pixels.topLeft());
+    if (pixels.size() != top->frameGeometry().size())
+        wanted.setSize(pixels.size());
+    host->setGeometry(wanted);
+}
+
+/// A script places the control inside its window; one that does so before the first navigation has
+/// the window fitted to it.
+void WindowRequests::placeByScript(const QString &request)
+{
+    if (!m_navigator.state().isAdopted())
+        return;
+    const QRect wanted = scriptedPlace(m_life.host()->geometry(), request);
+    if (!m_requested.isNull())
+        m_requested = wanted;
+    m_life.host()->setGeometry(wanted);
+}
+
+void WindowRequests::answerClosing()
+{
+    const EngineCallbackScope scope;
+    bool cancel = false;
+    m_listener.tell(&WebBrowserEvents::windowClosing, m_navigator.state().isAdopted(), cancel);
+}
