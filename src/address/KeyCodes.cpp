@@ -132,12 +132,3 @@ int KeyCodes::shiftOf(Qt::KeyboardModifiers modifiers)
     return (modifiers & Qt::ShiftModifier ? 1 : 0) | (modifiers & Qt::ControlModifier ? 2 : 0)
         | (modifiers & Qt::AltModifier ? 4 : 0);
 }
-
-Qt::KeyboardModifiers KeyCodes::modifiersOf(int shift)
-{
-    Qt::KeyboardModifiers modifiers;
-    modifiers.setFlag(Qt::ShiftModifier, shift & 1);
-    modifiers.setFlag(Qt::ControlModifier, shift & 2);
-    modifiers.setFlag(Qt::AltModifier, shift & 4);
-    return modifiers;
-}

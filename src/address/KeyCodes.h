@@ -18,5 +18,4 @@ int codeOf(const QKeyEvent &event);
 Qt::Key keyOf(int code);
 /// 1 shift, 2 control, 4 alt.
 int shiftOf(Qt::KeyboardModifiers modifiers);
-Qt::KeyboardModifiers modifiersOf(int shift);
 }

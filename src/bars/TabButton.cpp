@@ -100,12 +100,6 @@ void TabButton::setPressed(bool pressed)
     QAccessible::updateAccessibility(&event);
 }
 
-void TabButton::setPicture(const QIcon &icon, bool own)
-{
-    m_hasOwnIcon = own;
-    setIcon(icon);
-}
-
 int TabButton::wantedWidth() const
 {
     const QFontMetrics metrics = fontMetrics();

@@ -16,9 +16,6 @@ public:
     bool setCaption(const QString &caption);
     bool isPressed() const { return m_pressed; }
     void setPressed(bool pressed);
-    /// The tab shows the strip's own picture.
-    bool hasOwnIcon() const { return m_hasOwnIcon; }
-    void setPicture(const QIcon &icon, bool own);
 
     QSize sizeHint() const override;
 
@@ -38,13 +35,11 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
 
 private:
-    void showToolTip(const QPoint &globalPos);
     int wantedWidth() const;
 
     QString m_key;
     QString m_caption;
     int m_width = 0;
     bool m_pressed = false;
-    bool m_hasOwnIcon = false;
     bool m_middleDown = false;
 };

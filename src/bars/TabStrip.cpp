@@ -74,7 +74,7 @@ void TabStrip::addTab(const QString &key, const QString &caption)
     auto *tab = new TabButton(key, caption, m_content);
     // Made late, it stands last in its window's Tab order.
     putInTabOrder(m_order.isEmpty() ? m_content : static_cast<QWidget *>(m_order.last()), tab);
-    tab->setPicture(m_image1, false);
+    tab->setIcon(m_image1);
     const int left = m_order.isEmpty() ? 0 : m_order.last()->geometry().right() + 1 + spacing;
     tab->setGeometry(left, 0, tab->sizeHint().width(), std::max(height(), 1));
     m_tabs.insert(key, tab);
@@ -143,16 +143,7 @@ void TabStrip::setToolTip(const QString &key, const QString &text)
 void TabStrip::setIcon(const QString &key, const QIcon &icon)
 {
     if (TabButton *tab = button(key))
-        tab->setPicture(icon.isNull() ? m_image1 : icon, !icon.isNull());
-}
-
-void TabStrip::setImage1(const QIcon &image)
-{
-    m_image1 = image;
-    for (TabButton *tab : std::as_const(m_order)) {
-        if (!tab->hasOwnIcon())
-            tab->setPicture(image, false);
-    }
+        tab->setIcon(icon.isNull() ? m_image1 : icon);
 }
 
 void TabStrip::setPressed(const QString &key, bool pressed)

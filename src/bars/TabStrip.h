@@ -35,8 +35,6 @@ public:
     QString caption(const QString &key) const;
     /// The tab's widget; null for a key without a tab.
     QWidget *tab(const QString &key) const;
-    /// Exchanges the picture of all tabs that have none of their own.
-    void setImage1(const QIcon &image);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -130,32 +130,6 @@ void ToolBar::setPressed(const QString &key, bool pressed)
     showState(m_items.at(index));
 }
 
-bool ToolBar::isButtonEnabled(const QString &key) const
-{
-    const int index = indexOf(key);
-    return index >= 0 && m_items.at(index).enabled;
-}
-
-void ToolBar::setButtonEnabled(const QString &key, bool enabled)
-{
-    const int index = indexOf(key);
-    if (index < 0)
-        return;
-    m_items[index].enabled = enabled;
-    showState(m_items.at(index));
-}
-
-void ToolBar::setButtonIcon(const QString &key, const QIcon &icon)
-{
-    const int index = indexOf(key);
-    if (index < 0)
-        return;
-    m_items[index].icon = icon;
-    m_items[index].width = -1;
-    showState(m_items.at(index));
-    itemsChanged();
-}
-
 QRect ToolBar::buttonRect(int index1)
 {
     if (m_layoutPending)
@@ -253,7 +227,6 @@ void ToolBar::showState(const Item &item)
     button->setToolTip(item.toolTip);
     button->setAccessibleName(nameOf(item));
     button->setAccessibleDescription(item.text.isEmpty() ? QString() : item.toolTip);
-    button->setEnabled(item.enabled);
     button->setPressed(item.pressed);
 }
 
@@ -272,13 +245,8 @@ void ToolBar::keepTabStop()
 {
     const QList<ToolBarButton *> buttons = shownButtons();
     const auto isStop = [](const ToolBarButton *b) { return b->focusPolicy() & Qt::TabFocus; };
-    const auto canFocus = [](const ToolBarButton *b) { return b->isEnabled(); };
-    const auto stop = std::find_if(buttons.begin(), buttons.end(), isStop);
-    if (stop != buttons.end() && canFocus(*stop))
-        return;
-    const auto first = std::find_if(buttons.begin(), buttons.end(), canFocus);
-    if (first != buttons.end())
-        setTabStop(*first);
+    if (!buttons.isEmpty() && std::none_of(buttons.begin(), buttons.end(), isStop))
+        setTabStop(buttons.first());
 }
 
 void ToolBar::setTabStop(ToolBarButton *stop)
@@ -290,8 +258,7 @@ void ToolBar::setTabStop(ToolBarButton *stop)
 
 void ToolBar::moveFocus(ToolBarButton *from, int key)
 {
-    QList<ToolBarButton *> buttons = shownButtons();
-    buttons.removeIf([from](const ToolBarButton *b) { return b != from && !b->isEnabled(); });
+    const QList<ToolBarButton *> buttons = shownButtons();
     const auto last = buttons.size() - 1;
     auto at = buttons.indexOf(from);
     switch (key) {
@@ -345,7 +312,6 @@ QList<QAction *> ToolBar::actionsFor(int index, QObject *parent)
     const Item &item = m_items.at(index);
     const QString name = menuText(nameOf(item), 80); // one as wide as the screen helps nobody
     auto *action = new QAction(item.icon, name, parent);
-    action->setEnabled(item.enabled);
     action->setToolTip(item.toolTip);
     action->setCheckable(item.pressed);
     action->setChecked(item.pressed);
@@ -355,7 +321,6 @@ QList<QAction *> ToolBar::actionsFor(int index, QObject *parent)
     if (item.style != Style::DropDown)
         return {action};
     auto *more = new QAction(name + QChar(0x2026), parent);
-    more->setEnabled(item.enabled);
     connect(more, &QAction::triggered, this,
             [this, key] { emit dropDown(key, mapToGlobal(QPoint(width(), height()))); });
     return {action, more};

@@ -49,9 +49,6 @@ public:
     /// By key these address the first button of that key; an unknown key does nothing.
     bool isPressed(const QString &key) const;
     void setPressed(const QString &key, bool pressed);
-    bool isButtonEnabled(const QString &key) const;
-    void setButtonEnabled(const QString &key, bool enabled);
-    void setButtonIcon(const QString &key, const QIcon &icon);
 
     /// The button's place in the bar; null while it does not fit.
     QRect buttonRect(int index1);
@@ -88,7 +85,6 @@ private:
         QIcon icon;
         Style style = Style::Push;
         bool separator = false;
-        bool enabled = true;
         bool pressed = false;
         mutable int width = -1;          // negative: not measured yet
         ToolBarButton *button = nullptr; // only while it fits

@@ -1,6 +1,5 @@
 #include "LikeOperator.h"
 
-#include <QString>
 #include <algorithm>
 
 namespace {
@@ -152,14 +151,4 @@ bool matches(std::u32string_view program, std::u32string_view text)
     return rest.empty() || (rest.size() == 1 && rest.front() == star);
 }
 
-}
-
-LikePattern::LikePattern(QStringView pattern)
-    : m_valid(LikeProgram::compile(pattern, m_program))
-{
-}
-
-bool LikePattern::matches(QStringView text) const
-{
-    return m_valid && LikeProgram::matches(m_program, LikeProgram::characters(text));
 }

@@ -12,21 +12,9 @@
 /// An unclosed `[` or a descending range is an error, and such a pattern matches nothing.
 ///
 /// Time is at most the length of the text times that of the pattern, whatever the pattern.
-class LikePattern {
-public:
-    explicit LikePattern(QStringView pattern);
-
-    /// False for a pattern with an error.
-    bool isValid() const { return m_valid; }
-    bool matches(QStringView text) const;
-
-private:
-    std::u32string m_program;
-    bool m_valid;
-};
-
-/// What patterns are compiled to, for those who keep many: characters stand for themselves,
-/// numbers beyond the last character are operations.
+///
+/// Patterns are compiled, for those who keep many: characters stand for themselves, numbers beyond
+/// the last character are operations.
 namespace LikeProgram {
 inline constexpr char32_t star = 0x80000000;
 inline constexpr char32_t any = 0x80000001;

@@ -94,13 +94,6 @@ std::optional<QByteArray> readFile(const QString &path, qint64 &date)
 
 namespace InternetShortcut {
 
-QString url(const QString &file)
-{
-    // Opening a pipe would wait for whoever writes to it.
-    const QFileInfo info(file);
-    return info.isFile() ? urlOfPlainFile(file, info.size()) : QString();
-}
-
 QString urlOfPlainFile(const QString &file, qint64 size)
 {
     if (size > largestShortcut) {

@@ -6,10 +6,9 @@
 /// Internet shortcut files: INI files whose section "InternetShortcut" holds the address as "URL".
 namespace InternetShortcut {
 /// The address in the file, cut to 999 characters like every value of an INI file; empty where
-/// the file, the section or the key is missing, or the file is too large to be a shortcut.
-QString url(const QString &file);
-/// The same of a file known to be a plain one, of `size` bytes when it was looked at: thousands of
-/// files are read, and each further look at one costs as much as opening it.
+/// the file, the section or the key is missing, or the file is too large to be a shortcut. Known to
+/// be a plain file, of `size` bytes when it was looked at: thousands of files are read, and each
+/// further look at one costs as much as opening it.
 QString urlOfPlainFile(const QString &file, qint64 size);
 
 /// The name a shortcut is shown by: its file name without the last four characters.

@@ -15,11 +15,6 @@ constexpr int letterCount = 6;
 
 namespace StageName {
 
-QString pattern(const QString &folder)
-{
-    return QDir(folder).filePath(beginning + QString(letterCount, u'X'));
-}
-
 QString make(const QString &folder)
 {
     QString name = beginning;

@@ -36,11 +36,8 @@ WebPage::WebPage(QWebEngineProfile *profile)
 void WebPage::answerRequests()
 {
     connect(this, &QWebEnginePage::certificateError, this,
-            [this](const QWebEngineCertificateError &error) {
-                const EngineCallbackScope scope;
-                QWebEngineCertificateError copy(error);
-                copy.rejectCertificate();
-                emit certificateRefused(copy.url());
+            [](const QWebEngineCertificateError &error) {
+                QWebEngineCertificateError(error).rejectCertificate();
             });
 #if ORVANE_HAS_PERMISSION_OBJECTS
     connect(this, &QWebEnginePage::permissionRequested, this,

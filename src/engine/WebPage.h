@@ -69,8 +69,6 @@ signals:
     void sourceRead(int number);
     /// The button of the error page was pressed.
     void retryRequested();
-    /// The connection's certificate was refused on the way to `url`.
-    void certificateRefused(const QUrl &url);
     /// The page shows or asked for content that does not come over a secure connection.
     void mixedContentSeen();
     /// A script of the page, or of a frame of it, failed and did not catch its error.

@@ -25,15 +25,3 @@ std::optional<FavoriteLink> LinksReading::readNext()
         return {};
     return FavoriteLink{InternetShortcut::caption(file.name), url};
 }
-
-LinksFolder readLinksFolder()
-{
-    LinksReading reading;
-    LinksFolder result;
-    result.seen = reading.seen();
-    while (!reading.atEnd()) {
-        if (const auto link = reading.readNext())
-            result.links.append(*link);
-    }
-    return result;
-}

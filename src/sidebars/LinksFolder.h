@@ -12,13 +12,6 @@ struct FavoriteLink {
     QString url;
 };
 
-struct LinksFolder {
-    /// Those shortcuts that have an address, in the order of their upper-cased file names.
-    QList<FavoriteLink> links;
-    /// All the shortcut files there are, with an address or without.
-    int seen = 0;
-};
-
 /// Reads the folder "Links" in the user's Favorites folder file by file, so that a large one can be
 /// read in pieces.
 class LinksReading {
@@ -37,6 +30,3 @@ private:
     QList<FolderListing::Entry> m_files;
     qsizetype m_next = 0;
 };
-
-/// Reads the whole folder "Links" at once.
-LinksFolder readLinksFolder();

@@ -52,7 +52,10 @@ private:
     ImportOutcome import(const QByteArray &bytes, const QString &root = {}) const;
     QByteArray exported(const QString &root = {}) const;
     QStringList files() const;
-    QString url(const QString &name) const { return InternetShortcut::url(m_home->path(name)); }
+    QString url(const QString &name) const
+    {
+        return InternetShortcut::contents(m_home->path(name)).url;
+    }
 
     std::unique_ptr<FavoritesHome> m_home;
 };
@@ -351,7 +354,7 @@ void tst_BookmarkImport::everyScript()
     // Marks of direction are in the titles, not in the names.
     const QString name = FavoriteFile::name(text, {});
     const QString path = root + u'/' + name + u'/' + name + u".url"_s;
-    QCOMPARE(InternetShortcut::url(path), u"http://a/"_s + text);
+    QCOMPARE(InternetShortcut::contents(path).url, u"http://a/"_s + text);
     const QByteArray first = exported(root);
     QVERIFY(first.contains('>' + text.toUtf8() + "</A>"));
     const QString other = folder + u"/other"_s;

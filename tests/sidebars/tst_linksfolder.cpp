@@ -2,8 +2,28 @@
 #include "InternetShortcut.h"
 #include "LinksFolder.h"
 
+#include <QFileInfo>
 #include <QTest>
 #include <sys/stat.h>
+
+namespace {
+
+QList<FavoriteLink> linksOf(LinksReading &folder)
+{
+    QList<FavoriteLink> links;
+    while (!folder.atEnd()) {
+        if (const auto link = folder.readNext())
+            links.append(*link);
+    }
+    return links;
+}
+
+QString urlOf(const QString &file)
+{
+    return InternetShortcut::urlOfPlainFile(file, QFileInfo(file).size());
+}
+
+}
 
 class tst_LinksFolder : public QObject {
     Q_OBJECT
@@ -88,13 +108,13 @@ void tst_LinksFolder::shortcut()
     QFETCH(QByteArray, bytes);
     QFETCH(QString, url);
     QVERIFY(m_home->write(u"x.url"_s, bytes));
-    QCOMPARE(InternetShortcut::url(m_home->path(u"x.url"_s)), url);
+    QCOMPARE(urlOf(m_home->path(u"x.url"_s)), url);
 }
 
 void tst_LinksFolder::millionCharacters()
 {
     QVERIFY(m_home->writeLink(u"x.url"_s, "http://a/" + QByteArray(1'000'000, 'b')));
-    QCOMPARE(InternetShortcut::url(m_home->path(u"x.url"_s)).size(), 999);
+    QCOMPARE(urlOf(m_home->path(u"x.url"_s)).size(), 999);
 }
 
 void tst_LinksFolder::addressAfterMegabytes()
@@ -102,7 +122,7 @@ void tst_LinksFolder::addressAfterMegabytes()
     QVERIFY(m_home->write(u"x.url"_s,
                           "[Junk]\nX=" + QByteArray(5'000'000, 'b')
                               + "\n[InternetShortcut]\nURL=http://a/\n"));
-    QCOMPARE(InternetShortcut::url(m_home->path(u"x.url"_s)), u"http://a/"_s);
+    QCOMPARE(urlOf(m_home->path(u"x.url"_s)), u"http://a/"_s);
 }
 
 void tst_LinksFolder::tooLargeForAShortcut()
@@ -110,15 +130,17 @@ void tst_LinksFolder::tooLargeForAShortcut()
     QVERIFY(m_home->writeLink(u"x.url"_s, "http://a/"));
     QVERIFY(QFile::resize(m_home->path(u"x.url"_s), 20'000'000));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"too large for a shortcut"_s));
-    QCOMPARE(InternetShortcut::url(m_home->path(u"x.url"_s)), QString());
+    QCOMPARE(urlOf(m_home->path(u"x.url"_s)), QString());
 }
 
 void tst_LinksFolder::pipeDoesNotWait()
 {
-    QVERIFY(m_home->makeFolder());
-    const QString pipe = m_home->path(u"x.url"_s);
+    QVERIFY(m_home->makeFolder(u"Links"_s));
+    const QString pipe = m_home->path(u"Links/x.url"_s);
     QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    QCOMPARE(InternetShortcut::url(pipe), QString());
+    LinksReading folder;
+    QCOMPARE(folder.seen(), 1);
+    QVERIFY(linksOf(folder).isEmpty());
 }
 
 void tst_LinksFolder::writtenShortcutIsRead()
@@ -127,7 +149,7 @@ void tst_LinksFolder::writtenShortcutIsRead()
     const QByteArray bytes = InternetShortcut::bytes(url);
     QCOMPARE(bytes, "[InternetShortcut]\r\nURL="_ba + url.toUtf8() + "\r\n");
     QVERIFY(m_home->write(u"x.url"_s, bytes));
-    QCOMPARE(InternetShortcut::url(m_home->path(u"x.url"_s)), url);
+    QCOMPARE(urlOf(m_home->path(u"x.url"_s)), url);
 }
 
 void tst_LinksFolder::lineBreaksCannotAddKeys()
@@ -142,13 +164,14 @@ void tst_LinksFolder::linksInOrder()
     QVERIFY(m_home->writeLink(u"Links/C.URL"_s, "http://c/"));
     QVERIFY(m_home->writeLink(u"Links/a.url"_s, "http://a/"));
     QVERIFY(m_home->writeLink(u"other.url"_s, "http://o/"));
-    const LinksFolder folder = readLinksFolder();
-    QCOMPARE(folder.seen, 3);
-    QCOMPARE(folder.links.size(), 3);
-    QCOMPARE(folder.links.at(0).caption, u"a"_s);
-    QCOMPARE(folder.links.at(0).url, u"http://a/"_s);
-    QCOMPARE(folder.links.at(1).caption, u"b"_s);
-    QCOMPARE(folder.links.at(2).caption, u"C"_s);
+    LinksReading folder;
+    QCOMPARE(folder.seen(), 3);
+    const QList<FavoriteLink> links = linksOf(folder);
+    QCOMPARE(links.size(), 3);
+    QCOMPARE(links.at(0).caption, u"a"_s);
+    QCOMPARE(links.at(0).url, u"http://a/"_s);
+    QCOMPARE(links.at(1).caption, u"b"_s);
+    QCOMPARE(links.at(2).caption, u"C"_s);
 }
 
 void tst_LinksFolder::linksWithoutAddressAreSeen()
@@ -156,23 +179,24 @@ void tst_LinksFolder::linksWithoutAddressAreSeen()
     QVERIFY(m_home->write(u"Links/a.url"_s, "[InternetShortcut]\nURL=\n"));
     QVERIFY(m_home->makeFolder(u"Links/b.url"_s));
     QVERIFY(m_home->writeLink(u"Links/c.url"_s, "http://c/"));
-    const LinksFolder folder = readLinksFolder();
-    QCOMPARE(folder.seen, 3);
-    QCOMPARE(folder.links.size(), 1);
-    QCOMPARE(folder.links.first().caption, u"c"_s);
+    LinksReading folder;
+    QCOMPARE(folder.seen(), 3);
+    const QList<FavoriteLink> links = linksOf(folder);
+    QCOMPARE(links.size(), 1);
+    QCOMPARE(links.first().caption, u"c"_s);
 }
 
 void tst_LinksFolder::subfoldersAreNotEntered()
 {
     QVERIFY(m_home->writeLink(u"Links/sub/a.url"_s, "http://a/"));
-    QCOMPARE(readLinksFolder().seen, 0);
+    QCOMPARE(LinksReading().seen(), 0);
 }
 
 void tst_LinksFolder::missingFolder()
 {
-    const LinksFolder folder = readLinksFolder();
-    QCOMPARE(folder.seen, 0);
-    QVERIFY(folder.links.isEmpty());
+    LinksReading folder;
+    QCOMPARE(folder.seen(), 0);
+    QVERIFY(folder.atEnd());
 }
 
 void tst_LinksFolder::fiveThousandLinks()
@@ -180,9 +204,9 @@ void tst_LinksFolder::fiveThousandLinks()
     for (int i = 0; i < 5000; ++i)
         QVERIFY(m_home->writeLink(u"Links/%1 %2.url"_s.arg(i).arg(QString(200, u'x')),
                                   "http://a/" + QByteArray::number(i)));
-    const LinksFolder folder = readLinksFolder();
-    QCOMPARE(folder.seen, 5000);
-    QCOMPARE(folder.links.size(), 5000);
+    LinksReading folder;
+    QCOMPARE(folder.seen(), 5000);
+    QCOMPARE(linksOf(folder).size(), 5000);
 }
 
 QTEST_GUILESS_MAIN(tst_LinksFolder)
