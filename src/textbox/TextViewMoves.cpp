@@ -74,6 +74,46 @@ MoveKey moveOf(const QKeyEvent *event)
     return {QKeySequence::UnknownKey, Move::None, false};
 }
 
+/// How many lines on; 0 for a move that is none by lines.
+int linesOf(Move move, int page)
+{
+    switch (move) {
+    case Move::NextLine:
+        return 1;
+    case Move::PreviousLine:
+        return -1;
+    case Move::NextPage:
+        return page;
+    case Move::PreviousPage:
+        return -page;
+    default:
+        return 0;
+    }
+}
+
+/// Where a move leads that only the text decides.
+qsizetype endOf(Move move, QStringView text, qsizetype from)
+{
+    switch (move) {
+    case Move::NextCharacter:
+        return TextMoves::nextCharacter(text, from);
+    case Move::PreviousCharacter:
+        return TextMoves::previousCharacter(text, from);
+    case Move::NextWord:
+        return TextMoves::nextWord(text, from);
+    case Move::PreviousWord:
+        return TextMoves::previousWord(text, from);
+    case Move::BlockStart:
+        return TextMoves::lineStart(text, from);
+    case Move::BlockEnd:
+        return TextMoves::lineEnd(text, from);
+    case Move::Start:
+        return 0;
+    default:
+        return text.size();
+    }
+}
+
 constexpr int scrollMilliseconds = 50;
 
 }
@@ -86,60 +126,30 @@ bool TextView::isMoveKey(const QKeyEvent *event)
 bool TextView::moveByKey(const QKeyEvent *event)
 {
     const MoveKey key = moveOf(event);
-    const QStringView text = m_buffer.text();
-    const int page = qMax(1, linesInView() - 1);
+    if (key.move == Move::None)
+        return false;
+    if (key.move == Move::All) {
+        select(0, m_buffer.size());
+        return true;
+    }
+    const int lines = linesOf(key.move, qMax(1, linesInView() - 1));
     const bool collapses = !key.selecting && hasSelection();
     qsizetype to = m_caret;
-    qreal wanted = -1;
-    switch (key.move) {
-    case Move::NextCharacter:
-        to = collapses ? selectionEnd() : TextMoves::nextCharacter(text, m_caret);
-        break;
-    case Move::PreviousCharacter:
-        to = collapses ? selectionStart() : TextMoves::previousCharacter(text, m_caret);
-        break;
-    case Move::NextWord:
-        to = TextMoves::nextWord(text, m_caret);
-        break;
-    case Move::PreviousWord:
-        to = TextMoves::previousWord(text, m_caret);
-        break;
-    case Move::NextLine:
-    case Move::PreviousLine:
-    case Move::NextPage:
-    case Move::PreviousPage: {
-        const bool byPage = key.move == Move::NextPage || key.move == Move::PreviousPage;
-        const bool down = key.move == Move::NextLine || key.move == Move::NextPage;
-        to = lineMove((down ? 1 : -1) * (byPage ? page : 1));
-        wanted = m_wantedX;
-        if (byPage)
-            setTop(moved(m_top, down ? page : -page));
-        break;
-    }
-    case Move::LineStart:
+    if (lines != 0)
+        to = lineMove(lines);
+    else if (key.move == Move::LineStart)
         to = visualStart();
-        break;
-    case Move::LineEnd:
+    else if (key.move == Move::LineEnd)
         to = visualEnd();
-        break;
-    case Move::BlockStart:
-        to = TextMoves::lineStart(text, m_caret);
-        break;
-    case Move::BlockEnd:
-        to = TextMoves::lineEnd(text, m_caret);
-        break;
-    case Move::Start:
-        to = 0;
-        break;
-    case Move::End:
-        to = text.size();
-        break;
-    case Move::All:
-        select(0, text.size());
-        return true;
-    case Move::None:
-        return false;
-    }
+    else if (collapses && key.move == Move::NextCharacter)
+        to = selectionEnd();
+    else if (collapses && key.move == Move::PreviousCharacter)
+        to = selectionStart();
+    else
+        to = endOf(key.move, m_buffer.text(), m_caret);
+    const qreal wanted = lines == 0 ? -1 : m_wantedX;
+    if (key.move == Move::NextPage || key.move == Move::PreviousPage)
+        setTop(moved(m_top, lines));
     select(key.selecting ? m_anchor : to, to);
     m_wantedX = wanted;
     ensureCaretVisible();
