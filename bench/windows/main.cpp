@@ -12,7 +12,6 @@
 #include "AppFolder.h"
 #include "BrowserWindow.h"
 #include "EngineStart.h"
-#include "Forms.h"
 #include "MainWindow.h"
 #include "PageServer.h"
 #include "Places.h"

@@ -4,7 +4,6 @@
 #include "ChevronButton.h"
 #include "CoolBar.h"
 #include "Overflow.h"
-#include "Twips.h"
 
 #include <QLabel>
 #include <algorithm>

@@ -11,7 +11,6 @@
 #include "Twips.h"
 
 #include <QEvent>
-#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>

@@ -5,7 +5,6 @@
 #include "Log.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <functional>

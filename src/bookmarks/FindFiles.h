@@ -4,7 +4,6 @@
 
 #include <QString>
 #include <functional>
-#include <optional>
 #include <vector>
 
 /// A walk through a folder tree for the files that match a pattern, done in small steps so that

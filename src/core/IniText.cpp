@@ -1,4 +1,5 @@
 #include "IniText.h"
+#include "TextEncoding.h"
 
 #include "TextRules.h"
 

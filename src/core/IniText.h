@@ -1,6 +1,5 @@
 #pragma once
 
-#include "TextEncoding.h"
 
 #include <QByteArray>
 #include <QList>

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QStringList>
-
 class CookieList;
 class QWebEngineProfile;
 class WebPage;

@@ -3,7 +3,6 @@
 #include <QObject>
 #include <QPageLayout>
 #include <QPageRanges>
-#include <QPointer>
 #include <QQueue>
 #include <functional>
 #include <memory>

@@ -4,7 +4,6 @@
 #include "FileWriter.h"
 #include "Log.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QStringList>
+#include <QString>
 
 /// The command line without double quotes at its ends. The two ends are looked at independently:
 /// a lone quote at either goes too.

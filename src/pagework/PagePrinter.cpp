@@ -9,6 +9,7 @@
 #include "PrintService.h"
 #include "Texts.h"
 
+#include <QPointer>
 #include <QPrinter>
 #include <QProgressDialog>
 #include <QWebEnginePage>

@@ -3,8 +3,6 @@
 #include "TextEncoding.h"
 #include "TextRules.h"
 
-#include <QRegularExpression>
-
 #include <cmath>
 #include <map>
 

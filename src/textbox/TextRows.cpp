@@ -1,7 +1,6 @@
 #include "TextRows.h"
 
 #include <QChar>
-#include <algorithm>
 
 namespace {
 

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QScrollBar>
 #include <QWheelEvent>
-#include <algorithm>
 
 namespace {
 

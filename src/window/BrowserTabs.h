@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QIcon>
-#include <QString>
 
 /// How a browser window shows itself on its caption and its tab.
 namespace BrowserTabs {

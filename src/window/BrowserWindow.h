@@ -4,7 +4,6 @@
 
 #include <QList>
 #include <QMdiSubWindow>
-#include <QPointer>
 #include <memory>
 
 class Frame;

@@ -4,12 +4,10 @@
 #include "Texts.h"
 
 #include <QAccessible>
-#include <QFontMetrics>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
-#include <QStyleOption>
 #include <QToolTip>
 
 using namespace Qt::StringLiterals;
