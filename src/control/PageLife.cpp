@@ -45,6 +45,7 @@ void PageLife::adopt(QWebEngineNewWindowRequest &request)
     // without would be left half made, and end the program as soon as a script touches it.
     WebPage *page = takePage();
     request.openIn(page);
+    // Until Qt 6.6.1 it is lost (QTBUG-117867).
     page->renewInterceptor();
     use(page);
 }

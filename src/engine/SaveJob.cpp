@@ -78,7 +78,8 @@ void SaveJob::take(QWebEngineDownloadRequest *request)
         return;
     m_request = request;
     if (request->state() == QWebEngineDownloadRequest::DownloadRequested) {
-        // What is no markup comes without the place it was to be saved at.
+        // Until Qt 6.6.1 what is no markup comes without the place it was to be saved at
+        // (QTBUG-117624).
         const QFileInfo file(m_stage->file());
         request->setDownloadDirectory(file.path());
         request->setDownloadFileName(file.fileName());
