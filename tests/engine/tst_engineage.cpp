@@ -19,6 +19,7 @@ void tst_engineage::released_data()
     QTest::addColumn<QString>("chromium");
     QTest::addColumn<QDate>("expected");
     QTest::newRow("in the table") << u"108.0.5359.179"_s << QDate(2022, 11, 1);
+    QTest::newRow("by its number alone too early") << u"132.0.6834.111"_s << QDate(2025, 1, 1);
     QTest::newRow("between two") << u"131.0.6778.264"_s << QDate(2024, 11, 1);
     QTest::newRow("after the last") << u"145.0.1.2"_s << QDate(2026, 2, 1);
     QTest::newRow("major alone") << u"94"_s << QDate(2021, 9, 1);
