@@ -29,6 +29,7 @@ private slots:
     void itShowsWhatIsStored();
     void switchThatIsNoNumberEndsTheLoading();
     void numberThatIsNeitherOnNorOffShowsOff();
+    void everyDeclaredBoxAndItemIsThere();
     void languagesAreListedByNameWithTheCurrentOneSelected();
     void languageInOtherLettersSelectsNothing();
     void oddFilesInTheLanguageFolder();
@@ -159,6 +160,24 @@ void tst_Options::numberThatIsNeitherOnNorOffShowsOff()
     QVERIFY(!isOn("chkAskOnExit"));
     QVERIFY(isOn("chkMaxCatcher"));
     QCOMPARE(languages(), QStringList(u"English"_s));
+}
+
+void tst_Options::everyDeclaredBoxAndItemIsThere()
+{
+    open();
+    QStringList boxes;
+    for (const auto *box : form()->findChildren<QCheckBox *>())
+        boxes.append(box->objectName());
+    QStringList declared;
+    for (const Settings::Switch *setting : Settings::switches) {
+        if (setting->checkBox)
+            declared.append(QString::fromLatin1(setting->checkBox));
+        if (setting->menuItem)
+            QVERIFY2(m_program->item(setting->menuItem)->isCheckable(), setting->key);
+    }
+    boxes.sort();
+    declared.sort();
+    QCOMPARE(boxes, declared);
 }
 
 void tst_Options::languagesAreListedByNameWithTheCurrentOneSelected()
