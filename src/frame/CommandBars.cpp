@@ -11,7 +11,6 @@
 #include "ThemedIcon.h"
 #include "ToolBar.h"
 #include "WebBrowser.h"
-#include "Yield.h"
 
 using namespace Qt::StringLiterals;
 
@@ -117,7 +116,6 @@ void CommandBars::click(ToolBar &bar, const QString &key, int index)
         popUp(key, below(bar, index));
     else if (const BrowserWindow *active = activeBrowser(m_frame))
         active->browser()->refresh2(refreshCompletely);
-    letPendingEventsRun();
 }
 
 void CommandBars::popUp(const QString &key, const QPoint &place)

@@ -8,7 +8,6 @@
 #include "Texts.h"
 #include "ThemedIcon.h"
 #include "ToolBar.h"
-#include "Yield.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -25,10 +24,8 @@ LinksBar::LinksBar(Frame &frame, ToolBar &bar, QObject *parent)
     , m_frame(frame)
     , m_bar(bar)
 {
-    connect(&m_bar, &ToolBar::buttonClicked, this, [this](const QString &, int index) {
-        m_frame.navigateActive(m_bar.toolTip(index));
-        letPendingEventsRun();
-    });
+    connect(&m_bar, &ToolBar::buttonClicked, this,
+            [this](const QString &, int index) { m_frame.navigateActive(m_bar.toolTip(index)); });
     m_start.setSingleShot(true);
     m_start.setInterval(startDelay);
     connect(&m_start, &QTimer::timeout, this, [this] {

@@ -8,7 +8,6 @@
 #include "TabStrip.h"
 #include "Texts.h"
 #include "ToolTipText.h"
-#include "Yield.h"
 
 #include <QAction>
 #include <QMdiSubWindow>
@@ -123,7 +122,6 @@ void activateTab(Frame &frame, const QString &key)
 {
     if (BrowserWindow *window = windowOfTab(key))
         bringToFront(frame, window);
-    letPendingEventsRun();
 }
 
 void registerWindowCommands(Frame &frame, MdiArea &area, QMenu &openBrowsers)

@@ -11,12 +11,10 @@
 #include "SideBarControls.h"
 #include "SpecialFolders.h"
 #include "WebBrowser.h"
-#include "Yield.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMenu>
-#include <QPointer>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -157,41 +155,11 @@ void FavoritesBar::reopenFolders()
     m_wereOpen.clear();
 }
 
-std::optional<qint64> FavoritesBar::findFavorites(QString &path, const QString &pattern,
-                                                  qint16 &fileCount, qint16 &dirCount)
-{
-    const QPointer<FavoritesBar> self(this);
-    FolderWalk walk(path, pattern, fileCount, dirCount,
-                    [&self](const QString &folder, const FolderListing::Entry &entry, bool isFile) {
-                        self->addNode(folder, entry, isFile);
-                    });
-    QElapsedTimer sinceYield;
-    sinceYield.start();
-    while (walk.advance()) {
-        if (!sinceYield.hasExpired(sliceMs))
-            continue;
-        letPendingEventsRun();
-        if (!self)
-            break;
-        sinceYield.restart();
-    }
-    if (self)
-        showFinishedNode();
-    return walk.overflowed() ? std::nullopt : std::optional(walk.size());
-}
-
-// A node whose key is there already, or whose folder is not, is left out.
-void FavoritesBar::addNode(const QString &path, const FolderListing::Entry &entry, bool isFile)
+void FavoritesBar::addNode(const QString &folder, const FolderListing::Entry &entry, bool isFile)
 {
     const QString &name = entry.name;
-    const QString key = isFile ? path + name : path + name + u'/';
-    const bool atTop = path == m_favoritesRoot;
-    FavoriteNode *parent = atTop ? nullptr : m_nodes.value(path);
-    if (!atTop && !parent)
-        return;
+    const QString key = isFile ? folder + name : folder + name + u'/';
     FavoriteNode *&node = m_nodes[key];
-    if (node)
-        return;
     if (isFile) {
         node = new FavoriteNode(FavoriteNode::Kind::Link, key, InternetShortcut::caption(name));
         if (entry.isPlainFile)
@@ -199,11 +167,12 @@ void FavoritesBar::addNode(const QString &path, const FolderListing::Entry &entr
     } else {
         node = new FavoriteNode(FavoriteNode::Kind::Folder, key, name);
     }
-    if (atTop) {
+    // The walk comes to a folder before what is in it; the root has no node.
+    if (folder != m_favoritesRoot) {
+        m_nodes.value(folder)->addChild(node);
+    } else {
         showFinishedNode();
         m_unfinished.reset(node);
-    } else {
-        parent->addChild(node);
     }
 }
 

@@ -35,12 +35,6 @@ public:
     /// True until the tree shows all there is.
     bool isRefreshing() const { return m_walk != nullptr; }
 
-    /// Walks `path`, adds a node for everything in it, and returns the summed size of the files
-    /// that match `pattern`; nothing when there were more files or folders than a count can
-    /// hold. `path` gets the trailing slash it lacks. Pending events run meanwhile.
-    std::optional<qint64> findFavorites(QString &path, const QString &pattern, qint16 &fileCount,
-                                        qint16 &dirCount);
-
     /// Asks for a name and a folder for the active window's page, and writes the shortcut. Beeps
     /// when there is no page to add.
     void addCurrentPage();

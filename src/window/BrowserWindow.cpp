@@ -13,7 +13,6 @@
 #include "StatusStrip.h"
 #include "TextRules.h"
 #include "WindowTabs.h"
-#include "Yield.h"
 
 #include <QAction>
 #include <QKeyEvent>
@@ -227,7 +226,6 @@ bool BrowserWindow::keyDown(int keyCode, Qt::KeyboardModifiers shift)
     if (keyCode != Qt::Key_N || shift != Qt::ControlModifier)
         return false;
     m_frame.openBrowserWindow(m_browser->locationUrl(), WindowState::AsOthers);
-    letPendingEventsRun();
     return true;
 }
 

@@ -13,7 +13,6 @@
 #include "TextRules.h"
 #include "Texts.h"
 #include "WindowTabs.h"
-#include "Yield.h"
 
 #include <QUrl>
 
@@ -85,7 +84,6 @@ void BrowserWindow::fitToControl()
 
 void BrowserWindow::newWindow2(WebBrowser *&target, bool &cancel)
 {
-    letPendingEventsRun();
     if (m_frame.isOn(Settings::killPopups)) {
         cancel = true;
         return;

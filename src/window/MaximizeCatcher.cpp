@@ -5,7 +5,6 @@
 #include "Settings.h"
 #include "StatusStrip.h"
 #include "WebBrowser.h"
-#include "Yield.h"
 
 #include <QTimer>
 
@@ -46,5 +45,4 @@ void MaximizeCatcher::catchUp()
     if (height >= 0 && !m_window.isMinimized())
         m_window.browser()->move(aside, aside, m_window.innerWidth(), height);
     m_window.layOut();
-    letPendingEventsRun();
 }

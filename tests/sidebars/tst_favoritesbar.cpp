@@ -26,10 +26,6 @@ private slots:
     void pictures();
     void addressAsToolTip();
     void markupIsNoMarkup();
-    void duplicateKeysAreDropped();
-    void nodesWithoutAFolderAreDropped();
-    void walkByHand();
-    void walkOverflow();
     void missingFolder();
     void fileInPlaceOfTheFolder();
     void refreshShowsWhatIsThere();
@@ -218,57 +214,6 @@ void tst_FavoritesBar::markupIsNoMarkup()
     QVERIFY(m_home->writeLink(u"a.url"_s, "data:text/html,<b>x</b>"));
     fill();
     QVERIFY(node(u"a"_s)->toolTip(0).contains(u"&lt;b&gt;"_s));
-}
-
-void tst_FavoritesBar::duplicateKeysAreDropped()
-{
-    QVERIFY(m_home->writeLink(u"a.url"_s, "http://a/"));
-    fill();
-    QVERIFY(m_home->writeLink(u"b.url"_s, "http://b/"));
-    // The bar's own folder, walked once more, adds only what is new.
-    QString path = m_home->favorites();
-    qint16 files = 0;
-    qint16 folders = 0;
-    m_bar->findFavorites(path, u"*.url"_s, files, folders);
-    const QStringList expected{u"a"_s, u"b"_s};
-    QCOMPARE(texts(), expected);
-    QCOMPARE(files, qint16(2));
-}
-
-void tst_FavoritesBar::nodesWithoutAFolderAreDropped()
-{
-    QVERIFY(m_home->writeLink(u"a.url"_s, "http://a/"));
-    fill();
-    QTemporaryDir elsewhere;
-    QVERIFY(QFile::copy(m_home->path(u"a.url"_s), elsewhere.filePath(u"x.url"_s)));
-    QString path = elsewhere.path();
-    qint16 files = 0;
-    qint16 folders = 0;
-    m_bar->findFavorites(path, u"*.url"_s, files, folders);
-    QCOMPARE(files, qint16(1));
-    QCOMPARE(texts(), QStringList{u"a"_s});
-}
-
-void tst_FavoritesBar::walkByHand()
-{
-    QVERIFY(m_home->write(u"a.url"_s, QByteArray(10, 'x')));
-    QVERIFY(m_home->write(u"f/b.url"_s, QByteArray(5, 'x')));
-    QString path = m_home->favorites();
-    qint16 files = 1;
-    qint16 folders = 2;
-    QCOMPARE(m_bar->findFavorites(path, u"*.url"_s, files, folders), std::optional<qint64>(15));
-    QCOMPARE(path, m_home->favorites() + u'/');
-    QCOMPARE(files, qint16(3));
-    QCOMPARE(folders, qint16(3));
-}
-
-void tst_FavoritesBar::walkOverflow()
-{
-    QVERIFY(m_home->writeLink(u"a.url"_s, "http://a/"));
-    QString path = m_home->favorites();
-    qint16 files = 32767;
-    qint16 folders = 0;
-    QVERIFY(!m_bar->findFavorites(path, u"*.url"_s, files, folders).has_value());
 }
 
 void tst_FavoritesBar::missingFolder()
