@@ -1,10 +1,6 @@
 #include "WriteResult.h"
 
-#include "Texts.h"
-
 namespace {
-constexpr Texts<"WriteResult"> texts;
-
 WriteResult::Failure failureOf(const std::error_code &error)
 {
     using Failure = WriteResult::Failure;
@@ -31,31 +27,4 @@ WriteResult WriteResult::of(const std::error_code &error)
     if (!error)
         return {};
     return WriteResult(failureOf(error), QString::fromLocal8Bit(error.message().c_str()));
-}
-
-QString WriteResult::text() const
-{
-    if (m_done)
-        return {};
-    switch (m_failure) {
-    case Failure::NoRoom:
-        return texts.at<"strNoRoom", "There is no room left on the disk.">();
-    case Failure::NotAllowed:
-        return texts.at<"strNotAllowed", "The file or its folder may not be changed.">();
-    case Failure::FolderMissing:
-        return texts.at<"strFolderMissing", "The folder is missing.">();
-    case Failure::Taken:
-        return texts.at<"strTaken", "There is a file of that name already.">();
-    case Failure::Busy:
-        return texts.at<"strBusy", "Another program keeps the folder locked.">();
-    case Failure::Unreadable:
-        return texts.at<"strUnreadable", "What is there in its place cannot be read.">();
-    case Failure::SixteenBits:
-        return texts
-            .at<"strSixteenBits", "The file there is UTF-16 text, which is left as it is.">();
-    case Failure::Refused:
-    case Failure::Other:
-        break;
-    }
-    return m_detail;
 }

@@ -39,9 +39,8 @@ public:
 
     explicit operator bool() const { return m_done; }
     bool isFailure(Failure failure) const { return !m_done && m_failure == failure; }
-    /// A sentence for the user, in his language; empty when all went well or there is nothing to
-    /// be said.
-    QString text() const;
+    /// Of one that failed.
+    Failure failure() const { return m_failure; }
     /// What the system says, for the log.
     QString detail() const { return m_detail; }
     /// Where nobody waits for word of it: what failed was logged as it did.

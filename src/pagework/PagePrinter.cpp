@@ -3,6 +3,7 @@
 #include "FileWriter.h"
 #include "JobProgress.h"
 #include "MsgBox.h"
+#include "NotSaved.h"
 #include "PageJobs.h"
 #include "PagePrintDialog.h"
 #include "PageSetup.h"
@@ -58,7 +59,7 @@ void deliver(const QByteArray &pdf, QPrinter &printer, QWidget *owner)
     else if (printer.outputFormat() != QPrinter::PdfFormat)
         sendToPrinter(pdf, printer, owner);
     else if (const WriteResult result = FileWriter::write(printer.outputFileName(), pdf); !result)
-        tellFailure(owner, printer.outputFileName(), result.text());
+        tellFailure(owner, printer.outputFileName(), NotSaved::reason(result));
 }
 
 void print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer, QWidget *owner)

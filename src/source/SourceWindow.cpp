@@ -136,7 +136,7 @@ void SourceWindow::fileSave()
     if (const WriteResult result = m_editor->saveFile(m_dialog.fileName()); !result) {
         MsgBox::inform(this,
                        texts.at<"strCannotSave", "The file cannot be written:">() + u'\n'
-                           + m_dialog.fileName() + u"\n\n"_s + result.text());
+                           + m_dialog.fileName() + u"\n\n"_s + NotSaved::reason(result));
         return;
     }
     setSubject(m_dialog.fileName());

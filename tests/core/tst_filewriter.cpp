@@ -227,7 +227,6 @@ void tst_filewriter::lostFolder()
         const QByteArray bytes(size, 'x');
         const WriteResult written = FileWriter::write(path(u"none/a"_s), bytes);
         QVERIFY(written.isFailure(Failure::FolderMissing));
-        QVERIFY(!written.text().isEmpty());
         QVERIFY(FileWriter::create(path(u"none/a"_s), bytes).isFailure(Failure::FolderMissing));
     }
     QCOMPARE(files(), QStringList());
@@ -289,7 +288,6 @@ void tst_filewriter::eachFaultKeepsTheOldFile()
         QCOMPARE(files(), QStringList(u"a"_s));
         if (!result) {
             ++failures;
-            QVERIFY(!result.text().isEmpty());
             if (kind == Kind::FullDisk)
                 QVERIFY(result.isFailure(Failure::NoRoom));
         }
