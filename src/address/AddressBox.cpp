@@ -11,7 +11,6 @@
 #include "Yield.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenuBar>
@@ -24,8 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 constexpr auto defaultScheme = "http://"_L1;
-// A long load lets the interface live this often.
-constexpr int yieldAfterMs = 50;
 
 QString settingsOr(const QString &file)
 {
@@ -141,18 +138,13 @@ void AddressBox::loadList(const QString &section, const QString &iniFile, int co
     for (int i = 0; i < count; ++i)
         keys.append(itemKey(i));
     const QPointer<AddressBox> self(this);
-    QElapsedTimer sinceYield;
-    sinceYield.start();
+    SlicedLoop loop;
     const QStringList values = readIniValues(section, keys, settingsOr(iniFile));
     for (const QString &value : values) {
         if (!value.isEmpty())
             addItem(value, selectNew);
-        if (sinceYield.hasExpired(yieldAfterMs)) {
-            letPendingEventsRun();
-            if (!self)
-                return;
-            sinceYield.restart();
-        }
+        if (loop.yieldWhenDue() && !self)
+            return;
     }
 }
 
@@ -198,9 +190,8 @@ void AddressBox::selectAll()
 bool AddressBox::offerKey(QKeyEvent *event, int &code)
 {
     int shift = KeyCodes::shiftOf(event->modifiers());
-    const QPointer<AddressBox> self(this);
     emit keyDown(code, shift);
-    return self && code != 0;
+    return code != 0;
 }
 
 void AddressBox::keyPressed(QKeyEvent *event)
@@ -233,9 +224,8 @@ void AddressBox::pressedCharacter(QKeyEvent &event)
     }
     const int ascii = static_cast<int>(characters.first());
     int left = ascii;
-    const QPointer<AddressBox> self(this);
     emit keyPress(left);
-    if (!self || left == 0)
+    if (left == 0)
         return;
     if (left == ascii) {
         applyKey(event);
@@ -272,11 +262,9 @@ void AddressBox::keyReleased(QKeyEvent *event)
     if (event->isAutoRepeat() || !m_pressed.remove(event->key()))
         return;
     int code = KeyCodes::codeOf(*event);
-    const QPointer<AddressBox> self(this);
     m_keyIsReleased = true;
     offerKey(event, code);
-    if (self)
-        m_keyIsReleased = false;
+    m_keyIsReleased = false;
 }
 
 void AddressBox::edited(bool inserted)

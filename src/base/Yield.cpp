@@ -21,6 +21,16 @@ bool arePendingEventsRunning()
     return running > 0;
 }
 
+bool SlicedLoop::yieldWhenDue()
+{
+    constexpr int sliceMs = 25;
+    if (!m_slice.hasExpired(sliceMs))
+        return false;
+    letPendingEventsRun();
+    m_slice.start();
+    return true;
+}
+
 EngineCallbackScope::EngineCallbackScope()
 {
     ++openScopes;

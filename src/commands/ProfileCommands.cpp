@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QMdiSubWindow>
-#include <QPointer>
 #include <memory>
 
 #include "AppFolder.h"
@@ -28,19 +27,13 @@ namespace {
 constexpr int firstFilter = 1;
 constexpr Texts<"frmProfile"> texts;
 
-/// The addresses of all browser windows, in the order in which they were loaded. Other forms only
-/// let pending events run, as browser windows do.
+/// The addresses of all browser windows, in the order in which they were loaded.
 QStringList openAddresses()
 {
-    QList<QPointer<QWidget>> forms;
-    for (QWidget *form : Forms::all())
-        forms.append(form);
     QStringList addresses;
-    for (const QPointer<QWidget> &form : std::as_const(forms)) {
-        const auto *window = qobject_cast<BrowserWindow *>(form.data());
-        if (window && !window->isUnloaded())
+    for (const BrowserWindow *window : browserForms()) {
+        if (!window->isUnloaded())
             addresses.append(window->browser()->locationUrl());
-        letPendingEventsRun();
     }
     return addresses;
 }
@@ -96,9 +89,7 @@ void ProfileCommands::save()
         return;
     }
     CommonDialog &saveDialog = dialog(texts.at<"FrameSave", "Open A URL Profile">);
-    letPendingEventsRun();
     const int confirmed = saveDialog.showSave(&m_frame, firstFilter);
-    letPendingEventsRun();
     const QString file = saveDialog.fileName();
     if (confirmed == 0 || file.isEmpty())
         return;
@@ -133,16 +124,14 @@ void ProfileCommands::openWindows(const QStringList &addresses)
     // Otherwise each window would come up maximized, only to be cascaded in the end.
     if (QMdiSubWindow *active = m_frame.activeChild(); active && active->isMaximized())
         active->showNormal();
-    letPendingEventsRun();
     const int stops = m_pages->stops();
     m_pages->beginOpening(int(addresses.size()));
+    SlicedLoop loop;
     for (const QString &address : addresses) {
-        // Pending events run with every window: the user may have ended this, or the program.
-        if (m_pages->stops() != stops || !m_frame.isVisible())
+        m_pages->add(openBrowserWindow(m_frame, address, WindowState::AsOthers, Loading::Later));
+        // The user may have ended this, or the program.
+        if (loop.yieldWhenDue() && (m_pages->stops() != stops || !m_frame.isVisible()))
             break;
-        if (BrowserWindow *window =
-                openBrowserWindow(m_frame, address, WindowState::AsOthers, Loading::Later))
-            m_pages->add(window);
     }
     m_pages->endOpening();
     if (!m_frame.isVisible())

@@ -3,15 +3,14 @@
 #include "Settings.h"
 #include "WebBrowser.h"
 #include "WindowTabs.h"
-#include "Yield.h"
 
-QPointer<BrowserWindow> openBrowserWindow(Frame &frame, const QString &url, WindowState state,
-                                          Loading loading)
+BrowserWindow *openBrowserWindow(Frame &frame, const QString &url, WindowState state,
+                                 Loading loading)
 {
     if (const BrowserWindow *active = activeBrowser(frame))
         frame.windowTabs().setPressed(WindowTabs::key(active->hWnd()), false);
 
-    const QPointer form = new BrowserWindow(frame);
+    auto *form = new BrowserWindow(frame);
     form->startingLoad = loading;
     form->startingAddress = url.isEmpty() ? Settings::homeUrl.read() : url;
     form->browser()->setSilent(frame.isOn(Settings::suppressScriptErrors));
@@ -20,7 +19,6 @@ QPointer<BrowserWindow> openBrowserWindow(Frame &frame, const QString &url, Wind
         form->showMaximized();
     else
         form->show();
-    letPendingEventsRun();
     return form;
 }
 

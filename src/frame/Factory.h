@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPointer>
 #include <QString>
 
 #include "BrowserWindow.h"
@@ -8,10 +7,9 @@
 
 /// The only way windows are made for the user: a new browser window on `url` (empty: the home
 /// page), its tab the pressed one.
-/// With `Later` its page waits (`WebBrowser::navigateLater`). The window, unless it has gone
-/// already: pending events have run.
-QPointer<BrowserWindow> openBrowserWindow(Frame &frame, const QString &url, WindowState state,
-                                          Loading loading = Loading::Now);
+/// With `Later` its page waits (`WebBrowser::navigateLater`).
+BrowserWindow *openBrowserWindow(Frame &frame, const QString &url, WindowState state,
+                                 Loading loading = Loading::Now);
 
 /// Sends the active window to `url`; the first window comes up maximized.
 void navigateActive(Frame &frame, const QString &url);

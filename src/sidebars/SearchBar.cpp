@@ -12,7 +12,6 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPointer>
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -205,12 +204,9 @@ void SearchBar::startSearch()
         refuse(m_engineDataNotFound);
         return;
     }
-    // Opening a window lets events run, and the program may be closed by one of them.
-    const QPointer<SearchBar> self(this);
     emit searchRequested(m_newWindow->isChecked() ? 1 : 0,
                          SearchEngines::searchAddress(address, query));
-    if (self)
-        SearchEngines::keepSelection(m_iniFile, m_engine->currentIndex());
+    SearchEngines::keepSelection(m_iniFile, m_engine->currentIndex());
 }
 
 void SearchBar::refuse(const QString &message)

@@ -101,7 +101,6 @@ private slots:
     void millionCharacters();
     void rightToLeftText();
     void hundredThousandEntries();
-    void deletedByItsHost();
 
     void names();
 
@@ -955,17 +954,6 @@ void tst_brwURL::hundredThousandEntries()
     m_field->addItem(u"http://host0.example/"_s, false);
     QCOMPARE(m_field->listCount(), many);
     QCOMPARE(m_field->listItem(0), u"http://host0.example/"_s);
-}
-
-void tst_brwURL::deletedByItsHost()
-{
-    connect(m_field, &AddressBox::keyDown, this, [this](int &code, int &) {
-        if (code == 13)
-            delete std::exchange(m_field, nullptr);
-    });
-    QKeyEvent down(QEvent::KeyPress, Qt::Key_Return, {}, u"\r"_s);
-    QApplication::sendEvent(combo(), &down);
-    QVERIFY(!m_field);
 }
 
 void tst_brwURL::names()

@@ -55,7 +55,6 @@ private slots:
     void noTemplateIsRefused();
     void refusedQueryIsRemembered();
     void repeatedQueryIsOneEntry();
-    void barMayGoInASearch();
 
     void clearSearches();
     void clearSearchesByKey();
@@ -336,18 +335,6 @@ void tst_SearchBar::repeatedQueryIsOneEntry()
     }
     const QStringList expected{u"Cats"_s, u"cats"_s, u"dogs"_s};
     QCOMPARE(history(), expected);
-}
-
-void tst_SearchBar::barMayGoInASearch()
-{
-    show();
-    connect(m_bar, &SearchBar::searchRequested, this,
-            [this] { delete std::exchange(m_bar, nullptr); });
-    type(u"x"_s);
-    QMetaObject::invokeMethod(
-        m_bar, [bar = m_bar] { bar->findChild<QPushButton *>(u"cmdSearch"_s)->click(); });
-    QCOMPARE(m_bar, nullptr);
-    QVERIFY(m_folder->read(fileName).contains("Item0=x"));
 }
 
 void tst_SearchBar::clearSearches()
