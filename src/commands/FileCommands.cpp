@@ -9,7 +9,6 @@
 #include "Frame.h"
 #include "OpenAddressDialog.h"
 #include "WebBrowser.h"
-#include "Yield.h"
 
 using namespace Qt::StringLiterals;
 
@@ -47,7 +46,6 @@ void closeAll(Frame &frame)
         form->setWindowState(Qt::WindowMinimized);
         form->close();
     }
-    letPendingEventsRun();
 }
 
 void registerNewCommands(Frame &frame)

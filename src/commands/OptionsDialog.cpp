@@ -9,7 +9,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiSubWindow>
-#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -26,7 +25,6 @@
 #include "ProgramInfo.h"
 #include "StartUp.h"
 #include "WebBrowser.h"
-#include "Yield.h"
 
 using namespace Qt::StringLiterals;
 
@@ -97,11 +95,8 @@ void OptionsDialog::showOver(Frame &frame, StartUpFrame &program)
         open.first()->activateWindow();
         return;
     }
-    // Loading lets events run, and one of them may close the frame.
-    const QPointer<OptionsDialog> form = new OptionsDialog(frame, program);
+    auto *form = new OptionsDialog(frame, program);
     form->load();
-    if (!form)
-        return;
     form->setCurrentPage(addressOfCurrentPage(frame));
     form->open();
 }
@@ -186,9 +181,8 @@ QWidget *OptionsDialog::makeButtons()
     connect(buttons.apply, &QPushButton::clicked, this, &OptionsDialog::applySettings);
     connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::close);
     connect(buttons.save, &QPushButton::clicked, this, [this] {
-        const QPointer<OptionsDialog> self = this;
-        if (applySettings() && self)
-            self->close();
+        if (applySettings())
+            close();
     });
     return buttons.box;
 }
@@ -207,20 +201,13 @@ void OptionsDialog::applyCaptions()
     m_homePage->setAccessibleName(
         plainCaption(findChild<QGroupBox *>(u"FrameHomePage"_s)->title()));
     m_languages->setAccessibleName(plainCaption(label->text()));
-    letPendingEventsRun();
 }
 
 void OptionsDialog::load()
 {
-    const QPointer<OptionsDialog> self = this;
     applyCaptions();
-    if (!self)
-        return;
     m_homePage->setText(Settings::homeUrl.read());
-    if (!fillSwitches())
-        return;
-    letPendingEventsRun();
-    if (self)
+    if (fillSwitches())
         fillLanguages();
 }
 
@@ -269,13 +256,12 @@ QList<IniEntry> OptionsDialog::entries() const
 /// False when nothing was kept, which the user is told; what acts at once acts all the same.
 bool OptionsDialog::applySettings()
 {
-    const QPointer<OptionsDialog> self = this;
     const WriteResult result = Settings::write(entries());
     for (const Settings::Switch &actsAtOnce : {Settings::killPopups, Settings::maximizeCatcher})
         m_frame.itemOf(actsAtOnce)->setChecked(boxOf(actsAtOnce)->isChecked());
     startUp(m_program);
     applyCaptions();
-    if (!result && self)
+    if (!result)
         NotSaved::tell(this, AppFolder::settingsPath(), result);
     return bool(result);
 }

@@ -9,7 +9,6 @@
 #include "Frame.h"
 #include "SourceWindow.h"
 #include "WebBrowser.h"
-#include "Yield.h"
 
 using namespace Qt::StringLiterals;
 
@@ -45,7 +44,6 @@ void setFontSize(Frame &frame, qint32 level)
         return;
     const QVariant in = level;
     active->browser()->execCommand(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &in);
-    letPendingEventsRun();
 }
 
 /// The favorites bar while the frame's active control is in it and it has filled its tree.
@@ -90,7 +88,6 @@ void showDocumentHTML(Frame &frame)
             owner.data(), [markup, address] { SourceWindow::openOn(markup, address); },
             Qt::QueuedConnection);
     });
-    letPendingEventsRun();
 }
 
 }
