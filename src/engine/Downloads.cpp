@@ -18,8 +18,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr const char *toldBefore = "toldBefore";
-
 QString downloadFolder()
 {
     const QString chosen = EngineOptions::read().downloadFolder;
@@ -76,15 +74,18 @@ namespace Downloads {
 
 void install(QWebEngineProfile *profile)
 {
-    // Made before anything that saves pages connects, and so the first to hear of a request.
     QObject::connect(profile, &QWebEngineProfile::downloadRequested, profile,
                      [told = QSet<quint32>(), targets = std::make_shared<Targets>()](
                          QWebEngineDownloadRequest *request) mutable {
-                         request->setProperty(toldBefore, told.contains(request->id()));
+                         // The engine takes up a download whose connection broke, and tells of it
+                         // once more. Its page must not be asked for then: that may be gone, and
+                         // the program with it.
+                         const bool isNew = !told.contains(request->id());
                          told.insert(request->id());
                          // A page being saved has its place already.
-                         if (request->state() != QWebEngineDownloadRequest::DownloadRequested
-                             || SaveJob::awaits(*request))
+                         if (isNew && SaveJob::take(*request))
+                             return;
+                         if (request->state() != QWebEngineDownloadRequest::DownloadRequested)
                              return;
                          place(*request, targets);
                          // Not accepted before this returns means cancelled.
@@ -92,11 +93,6 @@ void install(QWebEngineProfile *profile)
                          qCInfo(lcEngine) << "download to" << request->downloadDirectory()
                                           << request->downloadFileName();
                      });
-}
-
-bool goesOn(const QWebEngineDownloadRequest &request)
-{
-    return request.property(toldBefore).toBool();
 }
 
 }

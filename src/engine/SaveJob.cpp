@@ -1,6 +1,5 @@
 #include "SaveJob.h"
 
-#include "Downloads.h"
 #include "JobProgress.h"
 #include "Log.h"
 #include "SaveStage.h"
@@ -12,7 +11,6 @@
 #include <QProgressDialog>
 #include <QThreadPool>
 #include <QWebEnginePage>
-#include <QWebEngineProfile>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -48,7 +46,6 @@ void SaveJob::start()
         end(false);
         return;
     }
-    connect(m_page->profile(), &QWebEngineProfile::downloadRequested, this, &SaveJob::take);
     connect(m_page, &QWebEnginePage::renderProcessTerminated, this,
             [this](QWebEnginePage::RenderProcessTerminationStatus status) {
                 // Pages that are being shut down end normally.
@@ -59,36 +56,35 @@ void SaveJob::start()
     m_page->save(m_stage->file(), m_format);
 }
 
-bool SaveJob::awaits(const QWebEngineDownloadRequest &request)
+bool SaveJob::take(QWebEngineDownloadRequest &request)
 {
-    const auto has = [&request](const SaveJob *job) { return job->m_request == &request; };
     // The page comes last: asking for one that is gone ends the program.
     const auto waits = [&request](const SaveJob *job) {
         return !job->m_request && !job->m_keeps
             && (request.isSavePageDownload() || request.url() == job->m_page->url())
             && request.page() == job->m_page;
     };
-    return !Downloads::goesOn(request) && std::none_of(jobs.begin(), jobs.end(), has)
-        && std::any_of(jobs.begin(), jobs.end(), waits);
+    const auto job = std::find_if(jobs.begin(), jobs.end(), waits);
+    if (job == jobs.end())
+        return false;
+    (*job)->begin(request);
+    return true;
 }
 
-void SaveJob::take(QWebEngineDownloadRequest *request)
+void SaveJob::begin(QWebEngineDownloadRequest &request)
 {
-    if (m_request || !awaits(*request) || request->page() != m_page)
-        return;
-    m_request = request;
-    if (request->state() == QWebEngineDownloadRequest::DownloadRequested) {
+    m_request = &request;
+    if (request.state() == QWebEngineDownloadRequest::DownloadRequested) {
         // Until Qt 6.6.1 what is no markup comes without the place it was to be saved at
         // (QTBUG-117624).
         const QFileInfo file(m_stage->file());
-        request->setDownloadDirectory(file.path());
-        request->setDownloadFileName(file.fileName());
-        request->accept();
+        request.setDownloadDirectory(file.path());
+        request.setDownloadFileName(file.fileName());
+        request.accept();
     }
-    disconnect(m_page->profile(), &QWebEngineProfile::downloadRequested, this, nullptr);
-    connect(request, &QWebEngineDownloadRequest::stateChanged, this, &SaveJob::watch,
+    connect(m_request, &QWebEngineDownloadRequest::stateChanged, this, &SaveJob::watch,
             Qt::QueuedConnection);
-    connect(request, &QWebEngineDownloadRequest::receivedBytesChanged, this, [this] {
+    connect(m_request, &QWebEngineDownloadRequest::receivedBytesChanged, this, [this] {
         if (m_progress && m_request)
             m_progress->setLabelText(texts.at<"strSaving", "Saving the page: %1">().arg(
                 QLocale().formattedDataSize(m_request->receivedBytes())));

@@ -23,15 +23,16 @@ public:
     ~SaveJob() override;
 
     void start();
-    /// True for what a job of the request's page has just asked for, and takes.
-    static bool awaits(const QWebEngineDownloadRequest &request);
+    /// Gives a request that the engine tells of for the first time to the job of its page that
+    /// asked for it; false when there is none.
+    static bool take(QWebEngineDownloadRequest &request);
 
 signals:
     void saved();
     void failed();
 
 private:
-    void take(QWebEngineDownloadRequest *request);
+    void begin(QWebEngineDownloadRequest &request);
     void watch();
     void showProgress();
     void closeProgress();
