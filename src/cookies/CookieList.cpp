@@ -20,12 +20,13 @@ void CookieList::note(const QNetworkCookie &cookie, bool isThere)
 {
     const StoredCookie known{cookie.name(), cookie.domain(), cookie.path(), cookie.expirationDate(),
                              cookie.isSecure()};
-    if (!m_loaded)
+    if (!m_loaded) {
         m_changes.insert(known.key(), isThere ? std::optional(known) : std::nullopt);
-    else if (isThere)
+    } else if (isThere) {
         m_cookies.insert(known.key(), known);
-    else
+    } else {
         m_cookies.remove(known.key());
+    }
     emit changed();
 }
 

@@ -86,13 +86,13 @@ void WebView::dropEvent(QDropEvent *event)
 /// nearly all of them covered.
 void WebView::showEvent(QShowEvent *event)
 {
-    QWidget::showEvent(event);
+    QWidget::showEvent(event); // NOLINT(bugprone-parent-virtual-call)
     emit visibleChanged();
 }
 
 void WebView::hideEvent(QHideEvent *event)
 {
-    QWidget::hideEvent(event);
+    QWidget::hideEvent(event); // NOLINT(bugprone-parent-virtual-call)
     emit visibleChanged();
 }
 
