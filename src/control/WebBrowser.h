@@ -189,9 +189,3 @@ signals:
     /// inside the engine, like the events.
     void loadEnded();
 };
-
-/// Makes the engine control of a window, parented to `host`. Tests put another maker in.
-using WebBrowserMaker = std::function<WebBrowser *(QWidget *host)>;
-WebBrowser *makeWebBrowser(QWidget *host);
-/// Returns the maker that was in force.
-WebBrowserMaker setWebBrowserMaker(const WebBrowserMaker &maker);

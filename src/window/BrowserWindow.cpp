@@ -12,6 +12,7 @@
 #include "ShownText.h"
 #include "StatusStrip.h"
 #include "TextRules.h"
+#include "WebBrowserMaker.h"
 #include "WindowTabs.h"
 
 #include <QAction>

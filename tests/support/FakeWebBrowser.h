@@ -1,6 +1,7 @@
 #pragma once
 
 #include "WebBrowser.h"
+#include "WebBrowserMaker.h"
 
 #include <QPointer>
 

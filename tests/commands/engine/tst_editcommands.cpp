@@ -8,6 +8,7 @@
 #include "../Session.h"
 #include "EngineTest.h"
 #include "PageFindBar.h"
+#include "WebBrowserMaker.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,4 +1,4 @@
-#include "WebBrowser.h"
+#include "WebBrowserMaker.h"
 
 #include "QtWebBrowser.h"
 
