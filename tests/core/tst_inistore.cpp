@@ -431,7 +431,6 @@ void tst_inistore::sixteenBitsAreReadAndNeverWrittenInto()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"is UTF-16"_s));
     const WriteResult one = writeIni(u"S"_s, u"k"_s, u"v"_s, path());
     QVERIFY(one.isFailure(WriteResult::Failure::SixteenBits));
-    QVERIFY(!one.text().isEmpty());
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"is UTF-16"_s));
     QVERIFY(!writeIniEntries({{u"S"_s, u"a"_s, u"1"_s}, {u"S"_s, u"b"_s, u"2"_s}}, path()));
     QCOMPARE(m_folder->readSettings(), bytes);
