@@ -412,8 +412,8 @@ void tst_ProfileCommands::progressCountsUp()
 void tst_ProfileCommands::stopEndsTheLoading()
 {
     m_session->start(profileOf(30));
-    // Eight in their turn, and where the user is.
-    QTRY_COMPARE(loading(), 9);
+    // Eight in their turn; where the user is may be one of them, or come besides.
+    QTRY_VERIFY(loading() >= 8 && !m_session->active()->browser()->isWaiting());
     const int before = pages();
     auto *stop = strip().findChild<QAbstractButton *>();
     QCOMPARE(stop->text(), u"Stop"_s);
