@@ -207,10 +207,13 @@ Navigation::Events Navigation::loadEnded(const LoadEnd &end, const EnginePlace &
             return events;
         }
     }
-    if (isUnderWay() && !end.isStopped) {
-        // The end of an earlier load, told late.
-        if (!isSamePage(end.url, m_pending))
+    if (isUnderWay() && !end.isStopped && !isSamePage(end.url, m_pending)) {
+        // The end of an earlier load, told late. A blank page is under way before the engine knows.
+        if (end.isFollowed || isBlank(m_pending) || !m_hasDocument
+            || !isSamePage(end.url, QUrl(m_location)))
             return {};
+        events.append(returnToPage(place));
+    } else if (isUnderWay() && !end.isStopped) {
         events.append(commit(encoded(committedAddress(place)), !end.error, place));
         m_startedUnheard = end.error ? errorPage : m_location;
     }
@@ -220,6 +223,18 @@ Navigation::Events Navigation::loadEnded(const LoadEnd &end, const EnginePlace &
     }
     events.append(documentLoaded());
     finish(end, place, events);
+    return events;
+}
+
+/// While a page is still loading, the engine does not tell that a navigation away from it came to
+/// nothing, as by a download. What it tells is the end of that page, when nothing loads any more.
+Navigation::Events Navigation::returnToPage(const EnginePlace &place)
+{
+    m_stage = Stage::Committed;
+    m_redirectedTo.clear();
+    Events events = urlChanged(place);
+    if (!isAnotherToCome())
+        events.append(event(What::GivenUp));
     return events;
 }
 
@@ -300,5 +315,10 @@ bool Navigation::holdsNoPage() const
 
 bool Navigation::isGivenUp() const
 {
-    return m_stage == Stage::None && m_handedOver.isEmpty() && m_replacing.isEmpty();
+    return m_stage == Stage::None && !isAnotherToCome();
+}
+
+bool Navigation::isAnotherToCome() const
+{
+    return !m_handedOver.isEmpty() || !m_replacing.isEmpty();
 }

@@ -22,6 +22,8 @@ struct LoadEnd {
     bool isStopped = false;
     /// The engine shows a page of its own for this error of the network.
     std::optional<int> error;
+    /// The engine is loading again by now.
+    bool isFollowed = false;
 };
 
 /// What the navigation of a whole page is at. What the engine tells goes in, at odd moments, in odd
@@ -154,8 +156,10 @@ private:
     QUrl committedAddress(const EnginePlace &place) const;
     Event commit(const QString &url, bool hasArrived, const EnginePlace &place);
     void finish(const LoadEnd &end, const EnginePlace &place, Events &events);
+    Events returnToPage(const EnginePlace &place);
     bool holdsNoPage() const;
     bool isGivenUp() const;
+    bool isAnotherToCome() const;
 
     Stage m_stage = Stage::None;
     Arrival m_arrival = Arrival::ByPage;

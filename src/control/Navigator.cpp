@@ -234,7 +234,7 @@ void Navigator::noteLoading(const QWebEngineLoadingInfo &info)
         return;
     }
     const bool isStopped = info.status() == QWebEngineLoadingInfo::LoadStoppedStatus;
-    LoadEnd end{info.url(), isStopped, {}};
+    LoadEnd end{info.url(), isStopped, {}, m_life.page()->isLoading()};
     if (info.isErrorPage())
         end.error = info.errorCode();
     m_teller.tell(m_state.loadEnded(end, place()));

@@ -164,7 +164,7 @@ Navigation::Events Scene::tells(const QString &what, const QStringList &words)
     if (what == "blankShown"_L1)
         return navigation.blankShown();
     if (what == "end"_L1)
-        return navigation.loadEnded({url, false, {}}, place);
+        return navigation.loadEnded({url, false, {}, words.value(2) == "followed"_L1}, place);
     if (what == "error"_L1)
         return navigation.loadEnded({url, false, words.at(2).toInt()}, place);
     if (what == "stopped"_L1)
@@ -321,8 +321,17 @@ void tst_navigation::addOddOrders()
            u"before %1; opening %1; came %1 failed; error -105; complete %1; forget; done; ended"_s
                .arg(a));
     addRow("late end of an earlier load", opened(a),
-           u"load %1; ask typed %1; start %1; end %2"_s.arg(b, a),
+           u"load %1; ask typed %1; start %1; end %2 followed"_s.arg(b, a),
            u"before %1; opening %1"_s.arg(b));
+    const QString loading = u"load %1; ask typed %1; start %1; at %1 1; url; document %1;"_s.arg(a);
+    addRow("nothing came while the page was loading", loading,
+           u"load %1; ask typed %1; loaded; end %2"_s.arg(b, a),
+           u"before %1; given up; complete %2; forget; done; ended"_s.arg(b, a));
+    addRow("late end of an earlier load, with a blank page to come", loading,
+           u"load about:blank; end %1"_s.arg(a), {});
+    addRow("nothing came while the page was loading, and another is to come", loading,
+           u"ask link %1; load %2; end %3"_s.arg(b, b + u'x', a),
+           u"before %1; complete %2; forget; done; ended"_s.arg(b, a));
     addRow("late document of an earlier load", opened(a),
            u"load %1; ask typed %1; at %1 1 %2; document %2"_s.arg(b, a),
            u"before %1; came %2"_s.arg(b, a));

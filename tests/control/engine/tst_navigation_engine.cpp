@@ -31,6 +31,8 @@ private slots:
     void stopEndsALoad();
     void refusedNavigationLeavesThePage();
     void noContentLeavesThePage();
+    void nothingComesWhileThePageLoads_data();
+    void nothingComesWhileThePageLoads();
     void notFoundShowsTheServersPage();
     void refreshCompletelyBypassesTheCache();
     void scriptAddressDoesNotRun();
@@ -298,6 +300,38 @@ void tst_navigation_engine::noContentLeavesThePage()
     QTRY_VERIFY(m_server->count("/nothing") == 1);
     QTRY_VERIFY(!m_browser->isBusy());
     QCOMPARE(m_browser->locationUrl(), a);
+}
+
+void tst_navigation_engine::nothingComesWhileThePageLoads_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("no content") << u"/nothing"_s;
+    QTest::newRow("redirect to no content") << u"/redirect"_s;
+    QTest::newRow("redirect to another program") << u"/other"_s;
+}
+
+void tst_navigation_engine::nothingComesWhileThePageLoads()
+{
+    QFETCH(const QString, path);
+    TestServer::Reply nothing;
+    nothing.status = 204;
+    m_server->reply("/nothing", nothing);
+    m_server->redirect("/redirect", "/nothing");
+    m_server->redirect("/other", "foo:bar");
+    m_server->page("/slow", "<title>Slow</title><img src=/late.png>");
+    m_server->hold("/late.png");
+    const QString slow = m_server->url(u"/slow"_s);
+    m_browser->navigate(slow);
+    QTRY_COMPARE(m_server->count("/late.png"), 1);
+    QTRY_COMPARE(m_browser->locationUrl(), slow);
+    QSignalSpy progress(m_browser->page(), &QWebEnginePage::loadProgress);
+    m_browser->navigate(m_server->url(path));
+    // It is over for the engine.
+    QTRY_VERIFY(progress.contains(QVariantList{100}));
+    m_server->release();
+    QTRY_VERIFY(arrived(slow));
+    QTRY_VERIFY(!m_browser->isBusy());
+    QCOMPARE(m_browser->locationUrl(), slow);
 }
 
 void tst_navigation_engine::notFoundShowsTheServersPage()
