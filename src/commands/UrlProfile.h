@@ -2,7 +2,6 @@
 
 #include "WriteResult.h"
 
-#include "WriteResult.h"
 #include <QString>
 
 #include <QStringList>
