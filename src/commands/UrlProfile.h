@@ -3,7 +3,6 @@
 #include "WriteResult.h"
 
 #include <QString>
-
 #include <QStringList>
 
 /// Profile files: the addresses of the browser windows open at one moment. An INI file with the

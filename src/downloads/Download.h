@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+#include <QUrl>
+
+/// One file on its way to the user's disk, or what became of it: what is known of it, as a value
+/// that knows no engine.
+struct Download {
+    enum class State {
+        /// Comes in.
+        Running,
+        /// Stopped by the user, who can go on with it.
+        Paused,
+        /// Its page started it unasked, and the user has not said yet whether he wants it.
+        Held,
+        /// All is there, and on its way under its name.
+        Finishing,
+        Done,
+        Cancelled,
+        Failed,
+        /// The program ended before it did.
+        Unfinished,
+    };
+    /// Why it is `Failed`, or why it began anew.
+    enum class Problem {
+        None,
+        NoRoom,
+        FolderGone,
+        NotAllowed,
+        WriteError,
+        ConnectionLost,
+        /// The server refused it or has it no more.
+        ServerRefused,
+        /// Less or more came than the server had announced.
+        WrongLength,
+        /// What is there cannot be continued: the server's file is another one by now.
+        FileChanged,
+        /// What is there cannot be continued: the server only gives whole files.
+        NoRanges,
+        Other,
+    };
+
+    /// Of this download alone, in all programs: what files and windows know it by.
+    QString id;
+    /// Without a folder; while it runs the name that it will have if nobody takes it meanwhile.
+    QString name;
+    /// Absolute.
+    QString folder;
+    /// The stage's path while there is something to continue; else empty.
+    QString stage;
+    QUrl address;
+    /// Of the page that it came from; empty where that is unknown or not to be kept.
+    QUrl page;
+    /// Bytes; -1: the server did not say.
+    qint64 size = -1;
+    qint64 received = 0;
+    QDateTime began;
+    QDateTime ended;
+    State state = State::Running;
+    Problem problem = Problem::None;
+    /// What the system or server said of the problem, for the tool tip and the log.
+    QString detail;
+    /// By which the server tells this file from a later one of the same address.
+    QByteArray etag;
+    QByteArray lastModified;
+
+    QString path() const { return folder + u'/' + name; }
+    /// Nothing more comes of it by itself.
+    bool isOver() const { return state >= State::Done; }
+    /// Bytes are on their way, or held back.
+    bool isUnderWay() const { return !isOver(); }
+
+    bool operator==(const Download &) const = default;
+};
