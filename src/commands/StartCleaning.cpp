@@ -36,7 +36,7 @@ void startCleaning()
     auto isEnding = std::make_shared<std::atomic<bool>>(false);
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [isEnding] { *isEnding = true; });
     QThreadPool::globalInstance()->start([all = folders(), favorites, isEnding] {
-        Leftovers::removeNoted();
+        Leftovers::removeNoted([](const QString &) { return false; });
         for (const QString &folder : all)
             Leftovers::removeIn(folder);
         if (!favorites.isEmpty())

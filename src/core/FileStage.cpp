@@ -1,5 +1,6 @@
 #include "FileStage.h"
 
+#include "NewName.h"
 #include "StageName.h"
 
 #include <QFileInfo>
@@ -85,35 +86,6 @@ int openNamed(const QByteArray &name)
     errno = EEXIST;
     return -1;
 }
-
-/// Where a disk knows neither links nor a renaming that replaces nothing, a name is taken first.
-std::error_code renameToTaken(const QByteArray &from, const QByteArray &to)
-{
-    const int file = ::open(to.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
-    if (file < 0)
-        return lastError();
-    ::close(file);
-    const std::error_code error = rename(from, to);
-    if (error)
-        ::unlink(to.constData());
-    return error;
-}
-
-std::error_code renameToNew(const QByteArray &from, const QByteArray &to)
-{
-#ifdef RENAME_NOREPLACE
-    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
-        return {};
-    if (errno != EINVAL && errno != ENOSYS)
-        return lastError();
-#endif
-    if (::link(from.constData(), to.constData()) != 0) {
-        const bool isUnknown = errno == EPERM || errno == ENOSYS || errno == EOPNOTSUPP;
-        return isUnknown ? renameToTaken(from, to) : lastError();
-    }
-    ::unlink(from.constData());
-    return {};
-}
 }
 
 void FileStage::open()
@@ -175,7 +147,7 @@ std::error_code FileStage::create()
             == 0;
         return isDone ? std::error_code() : lastError();
     }
-    const std::error_code error = renameToNew(m_name, m_target);
+    const std::error_code error = NewName::give(m_name, m_target);
     if (!error)
         m_name.clear();
     return error;
@@ -214,8 +186,8 @@ std::error_code FileStage::replace()
 std::error_code FileStage::create()
 {
     m_file.close();
-    if (!QFile::rename(QFile::decodeName(m_name), QFile::decodeName(m_target)))
-        return std::make_error_code(std::errc::file_exists);
+    if (const std::error_code error = NewName::give(m_name, m_target))
+        return error;
     m_name.clear();
     return {};
 }

@@ -69,21 +69,6 @@ WriteResult fill(FileStage &stage, const FileWriter::Writer &writer, FileWriter:
     return WriteResult::of(sync == FileWriter::Sync::Now ? stage.sync() : std::error_code());
 }
 
-/// That a file is in its place is on the disk only when its folder is.
-void syncFolder(const QString &folder)
-{
-#ifdef Q_OS_UNIX
-    const int place = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_CLOEXEC);
-    if (place < 0)
-        return;
-    if (::fsync(place) != 0 && errno != EINVAL && errno != ENOTSUP)
-        qCWarning(lcFiles) << "not known to be on the disk:" << folder;
-    ::close(place);
-#else
-    Q_UNUSED(folder)
-#endif
-}
-
 WriteResult replace(const QString &path, const FileWriter::Writer &writer)
 {
     if (path.isEmpty())
@@ -103,7 +88,7 @@ WriteResult replace(const QString &path, const FileWriter::Writer &writer)
         error = stage.replace();
     if (error)
         return WriteResult::of(error);
-    syncFolder(old.absolutePath());
+    FileWriter::syncFolder(old.absolutePath());
     return {};
 }
 }
@@ -145,6 +130,20 @@ WriteResult create(const QString &path, const Writer &writer, Sync sync)
 WriteResult create(const QString &path, const QByteArray &bytes, Sync sync)
 {
     return create(path, writerOf(bytes), sync);
+}
+
+void syncFolder(const QString &folder)
+{
+#ifdef Q_OS_UNIX
+    const int place = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_CLOEXEC);
+    if (place < 0)
+        return;
+    if (::fsync(place) != 0 && errno != EINVAL && errno != ENOTSUP)
+        qCWarning(lcFiles) << "not known to be on the disk:" << folder;
+    ::close(place);
+#else
+    Q_UNUSED(folder)
+#endif
 }
 
 void settle(const QString &folder)

@@ -34,6 +34,9 @@ WriteResult write(const QString &path, const QByteArray &bytes);
 WriteResult create(const QString &path, const Writer &writer, Sync sync = Sync::Now);
 WriteResult create(const QString &path, const QByteArray &bytes, Sync sync = Sync::Now);
 
+/// Waits until the names in that folder are on the disk: that a file is in its place is there only
+/// when its folder is.
+void syncFolder(const QString &folder);
 /// Waits until everything written on the disk of that folder is there to stay.
 void settle(const QString &folder);
 }

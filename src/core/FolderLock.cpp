@@ -44,7 +44,7 @@ bool lockComesInTime(int folder)
 }
 }
 
-FolderLock::FolderLock(const QString &folder)
+FolderLock::FolderLock(const QString &folder, Wait wait)
     : m_folder(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
 {
     if (m_folder < 0) {
@@ -53,8 +53,8 @@ FolderLock::FolderLock(const QString &folder)
     }
     const bool isTaken =
         ::flock(m_folder, LOCK_EX | LOCK_NB) != 0 && (errno == EWOULDBLOCK || errno == EINTR);
-    m_held = !isTaken || lockComesInTime(m_folder);
-    if (!m_held)
+    m_held = !isTaken || (wait == Wait::Some && lockComesInTime(m_folder));
+    if (!m_held && wait == Wait::Some)
         qCWarning(lcFiles) << "another program keeps" << folder << "locked";
 }
 
@@ -66,11 +66,11 @@ FolderLock::~FolderLock()
 
 #else
 
-FolderLock::FolderLock(const QString &folder)
+FolderLock::FolderLock(const QString &folder, Wait wait)
     : m_file(std::make_unique<QLockFile>(QDir(folder).filePath(u".orvane.lock"_s)))
 {
-    m_held = m_file->tryLock(int(longestWait.count()));
-    if (!m_held)
+    m_held = m_file->tryLock(wait == Wait::Some ? int(longestWait.count()) : 0);
+    if (!m_held && wait == Wait::Some)
         qCWarning(lcFiles) << "cannot lock" << folder;
 }
 

@@ -13,8 +13,11 @@
 /// for the lock while it is held, and after a crash until the next write).
 class FolderLock {
 public:
-    /// Waits a few seconds at most for another holder.
-    explicit FolderLock(const QString &folder);
+    /// For another holder: a few seconds at most, or not at all, and then not having the lock is
+    /// no failure that is logged.
+    enum class Wait { Some, None };
+
+    explicit FolderLock(const QString &folder, Wait wait = Wait::Some);
     ~FolderLock();
     FolderLock(const FolderLock &) = delete;
     FolderLock &operator=(const FolderLock &) = delete;

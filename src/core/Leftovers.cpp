@@ -112,14 +112,17 @@ void removeIn(const QString &folder, Depth depth, const std::atomic<bool> &stop)
     }
 }
 
-void removeNoted()
+void removeNoted(const IsNeeded &isNeeded)
 {
     const QDir notes(StageFolder::notes());
     for (const QString &name : notes.entryList(QDir::Files | QDir::Hidden)) {
         const QString note = notes.filePath(name);
         const auto bytes = FileUpdate::readAll(note);
         const QFileInfo folder(QString::fromUtf8(bytes.value_or(QByteArray())));
-        if (folder.isAbsolute() && StageName::matches(folder.fileName()))
+        const bool isNobodys = StageName::matches(folder.fileName())
+            || (StageName::matches(folder.fileName(), StageName::Kind::Download)
+                && !isNeeded(folder.filePath()));
+        if (folder.isAbsolute() && isNobodys)
             removeUnowned(folder.filePath());
         // A folder that is there still has an owner or could not be removed.
         if (!folder.exists() && QFileInfo(folder.path()).isDir())

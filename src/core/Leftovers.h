@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <atomic>
+#include <functional>
 
 /// What killed programs left on the way to its place. Only names of the program's own shapes are
 /// looked at, and of those none that a running program has locked.
@@ -16,7 +17,10 @@ extern const std::atomic<bool> neverStops;
 void removeIn(const QString &folder, Depth depth = Depth::Folder,
               const std::atomic<bool> &stop = neverStops);
 
-/// The folders that the notes of StageFolder tell of, wherever they are. A note stays while its
-/// disk is away.
-void removeNoted();
+/// Whether a folder that a download was in, by its path, is needed for going on with it.
+using IsNeeded = std::function<bool(const QString &folder)>;
+
+/// The folders that the notes of StageFolder tell of, wherever they are, but for those of downloads
+/// that are needed. A note stays while its disk is away.
+void removeNoted(const IsNeeded &isNeeded);
 }

@@ -65,6 +65,11 @@ struct Download {
     /// By which the server tells this file from a later one of the same address.
     QByteArray etag;
     QByteArray lastModified;
+    /// Its address alone brings the same once more: not so for the answer to a form, and for what a
+    /// page made by itself.
+    bool isRepeatable = true;
+    /// The file is marked with where it came from; not where pages are kept out of the history.
+    bool leavesTrace = true;
 
     QString path() const { return folder + u'/' + name; }
     /// Nothing more comes of it by itself.

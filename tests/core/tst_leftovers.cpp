@@ -20,6 +20,13 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+bool none(const QString &)
+{
+    return false;
+}
+}
+
 /// What a killed program left goes, and nothing else.
 class tst_leftovers : public QObject {
     Q_OBJECT
@@ -38,6 +45,8 @@ private slots:
     void stageFolderGoesWithItsObject();
     void stageFolderOfARunningProgramStays();
     void stageFolderOfAKilledProgramGoes();
+    void keptStageFolderIsTakenOnce();
+    void downloadsThatAreNeededStay();
     void oddNotes();
     void whatKilledWritersLeave();
 
@@ -173,7 +182,7 @@ void tst_leftovers::missingFolders()
 {
     Leftovers::removeIn(m_folder->file(u"none"_s), Leftovers::Depth::Tree);
     Leftovers::removeIn({}, Leftovers::Depth::Tree);
-    Leftovers::removeNoted();
+    Leftovers::removeNoted(none);
     QVERIFY(!m_folder->exists(u"none"_s));
 }
 
@@ -198,7 +207,7 @@ void tst_leftovers::stageFolderOfARunningProgramStays()
     const StageFolder stage(path({}));
     QVERIFY(FileWriter::write(stage.filePath(u"page.html"_s), "x"));
     const QStringList before = entries();
-    Leftovers::removeNoted();
+    Leftovers::removeNoted(none);
     clean();
     QCOMPARE(entries(), before);
     QVERIFY(QFileInfo::exists(stage.filePath(u"page.html"_s)));
@@ -219,7 +228,7 @@ void tst_leftovers::stageFolderOfAKilledProgramGoes()
         }
         int status = 0;
         QCOMPARE(::waitpid(child, &status, 0), child);
-        Leftovers::removeNoted();
+        Leftovers::removeNoted(none);
         QCOMPARE(entries(), QStringList());
         QVERIFY(!QFileInfo::exists(StageFolder::notes()));
         if (WEXITSTATUS(status) != FileFaults::killed)
@@ -227,6 +236,52 @@ void tst_leftovers::stageFolderOfAKilledProgramGoes()
         ++kills;
     }
     QVERIFY(kills >= 4);
+}
+
+void tst_leftovers::keptStageFolderIsTakenOnce()
+{
+    QString kept;
+    {
+        StageFolder stage(path({}), StageName::Kind::Download);
+        QVERIFY(stage.isValid());
+        kept = stage.path();
+        QVERIFY(FileWriter::write(stage.filePath(u"part"_s), "x"));
+        QVERIFY(!StageFolder::take(kept));
+        stage.keep();
+    }
+    QVERIFY(QFileInfo::exists(StageFolder::notes()));
+    {
+        const auto taken = StageFolder::take(kept);
+        QVERIFY(taken);
+        QVERIFY(QFileInfo::exists(taken->filePath(u"part"_s)));
+        QVERIFY(!StageFolder::take(kept));
+        Leftovers::removeNoted(none);
+        QVERIFY(QFileInfo::exists(taken->filePath(u"part"_s)));
+    }
+    QCOMPARE(entries(), QStringList());
+    QVERIFY(!QFileInfo::exists(StageFolder::notes()));
+    QVERIFY(!StageFolder::take(kept));
+    QVERIFY(QFile::link(m_folder->path(), kept));
+    QVERIFY(!StageFolder::take(kept));
+}
+
+void tst_leftovers::downloadsThatAreNeededStay()
+{
+    QStringList kept;
+    for (int i = 0; i < 2; ++i) {
+        StageFolder stage(path({}), StageName::Kind::Download);
+        QVERIFY(FileWriter::write(stage.filePath(u"part"_s), "x"));
+        stage.keep();
+        kept.append(stage.path());
+    }
+    clean(Leftovers::Depth::Tree);
+    QCOMPARE(entries().size(), 2);
+    Leftovers::removeNoted([&kept](const QString &folder) { return folder == kept.first(); });
+    QCOMPARE(entries(), QStringList(QFileInfo(kept.first()).fileName()));
+    QVERIFY(QFileInfo::exists(kept.first() + u"/part"_s));
+    QCOMPARE(QDir(StageFolder::notes()).entryList(QDir::Files).size(), 1);
+    Leftovers::removeNoted(none);
+    QCOMPARE(entries(), QStringList());
 }
 
 void tst_leftovers::oddNotes()
@@ -243,12 +298,12 @@ void tst_leftovers::oddNotes()
     // Its disk may come back.
     QVERIFY(note(u"f"_s, QFile::encodeName(m_folder->file(u"away/.orvane-abcdef"_s))));
     QVERIFY(note(u"g"_s, QFile::encodeName(path(u".orvane-abcdef"_s))));
-    Leftovers::removeNoted();
+    Leftovers::removeNoted(none);
     QCOMPARE(entries(), QStringList(u"photo.png"_s));
     QVERIFY(m_folder->exists(u"AppData/Unfinished/f"_s));
     QVERIFY(!m_folder->exists(u"AppData/Unfinished/g"_s));
     QVERIFY(m_folder->write(u"away/.orvane-abcdef/page.html"_s, "x"));
-    Leftovers::removeNoted();
+    Leftovers::removeNoted(none);
     QVERIFY(!m_folder->exists(u"away/.orvane-abcdef"_s));
     QVERIFY(!m_folder->exists(u"AppData/Unfinished/f"_s));
 }

@@ -1,0 +1,92 @@
+#include "DownloadStage.h"
+
+#include "Log.h"
+#include "StageFolder.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QThreadPool>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// What the engine adds while it writes.
+constexpr auto engineEnding = ".download"_L1;
+
+bool isPlainFile(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.isFile() && !info.isSymLink();
+}
+}
+
+DownloadStage::DownloadStage(const QString &folder)
+    : m_folder(std::make_unique<StageFolder>(folder, StageName::Kind::Download))
+{
+}
+
+DownloadStage::DownloadStage(std::unique_ptr<StageFolder> folder)
+    : m_folder(std::move(folder))
+{
+}
+
+DownloadStage::~DownloadStage() = default;
+
+std::unique_ptr<DownloadStage> DownloadStage::take(const QString &path)
+{
+    // The path comes from a file that anybody may have written.
+    if (!StageName::matches(QFileInfo(path).fileName(), StageName::Kind::Download))
+        return nullptr;
+    std::unique_ptr<StageFolder> folder = StageFolder::take(path);
+    if (!folder)
+        return nullptr;
+    return std::unique_ptr<DownloadStage>(new DownloadStage(std::move(folder)));
+}
+
+void DownloadStage::drop(std::unique_ptr<DownloadStage> stage)
+{
+    if (stage)
+        QThreadPool::globalInstance()->start(
+            [gone = std::shared_ptr<DownloadStage>(std::move(stage))]() mutable { gone.reset(); });
+}
+
+bool DownloadStage::isValid() const
+{
+    return m_folder->isValid();
+}
+
+std::error_code DownloadStage::error() const
+{
+    return m_folder->error();
+}
+
+QString DownloadStage::path() const
+{
+    return m_folder->path();
+}
+
+QString DownloadStage::file() const
+{
+    return m_folder->filePath(u"part"_s);
+}
+
+QString DownloadStage::arrived() const
+{
+    for (const QString &path : {file(), file() + engineEnding}) {
+        if (isPlainFile(path))
+            return path;
+    }
+    return {};
+}
+
+void DownloadStage::setAside()
+{
+    const QString partial = file() + engineEnding;
+    if (isPlainFile(partial) && !QFileInfo::exists(file()) && !QFile::rename(partial, file()))
+        qCWarning(lcFiles) << "not kept for later:" << partial;
+}
+
+void DownloadStage::keep()
+{
+    m_folder->keep();
+}
