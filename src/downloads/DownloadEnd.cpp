@@ -1,0 +1,98 @@
+#include "DownloadEnd.h"
+
+#include "DownloadList.h"
+#include "DownloadStage.h"
+#include "Log.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QThreadPool>
+#include <utility>
+
+namespace {
+/// Of its own: a disk may take minutes for what it has buffered.
+QThreadPool &workers()
+{
+    static QThreadPool pool;
+    return pool;
+}
+
+/// Less than the server announced is a beginning that can be continued, more is not.
+bool isOfUse(const FinalFile::Result &result, qint64 size)
+{
+    return result.problem != Download::Problem::WrongLength || result.size < size;
+}
+
+/// The stage's lock, and the stage where it is of no more use, are gone when this returns.
+DownloadEnd::Outcome work(const Download &download, const std::unique_ptr<DownloadStage> stage)
+{
+    DownloadEnd::Outcome outcome{FinalFile::place(download, *stage), {}};
+    const FinalFile::Result &result = outcome.result;
+    if (result.problem != Download::Problem::None && isOfUse(result, download.size)) {
+        stage->keep();
+        outcome.stage = stage->path();
+    }
+    return outcome;
+}
+}
+
+void DownloadEnd::begin(const QString &id, std::unique_ptr<DownloadStage> stage)
+{
+    downloadList().change(id,
+                          [](Download &download) { download.state = Download::State::Finishing; });
+    const Download *entry = downloadList().find(id);
+    if (!entry)
+        return;
+    auto *end = new DownloadEnd(id);
+    downloadList().setTransfer(id, end);
+    end->start(*entry, std::move(stage));
+}
+
+void DownloadEnd::start(const Download &download, std::unique_ptr<DownloadStage> stage)
+{
+    // What a pool runs can be copied.
+    auto outcome = std::make_shared<std::promise<Outcome>>();
+    auto given = std::make_shared<std::unique_ptr<DownloadStage>>(std::move(stage));
+    m_outcome = outcome->get_future();
+    workers().start([outcome, given, download, self = QPointer(this)] {
+        outcome->set_value(work(download, std::move(*given)));
+        QMetaObject::invokeMethod(
+            qApp,
+            [self] {
+                if (self)
+                    self->finish();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void DownloadEnd::leave()
+{
+    finish();
+}
+
+/// Waits where the worker is not through.
+void DownloadEnd::finish()
+{
+    if (!m_outcome.valid())
+        return;
+    const Outcome outcome = m_outcome.get();
+    const FinalFile::Result &result = outcome.result;
+    const bool isDone = result.problem == Download::Problem::None;
+    downloadList().change(m_id, [&](Download &download) {
+        download.stage = outcome.stage;
+        download.state = isDone ? Download::State::Done : Download::State::Failed;
+        download.problem = result.problem;
+        download.detail = result.detail;
+        download.ended = QDateTime::currentDateTimeUtc();
+        if (result.size >= 0)
+            download.received = result.size;
+        if (isDone) {
+            download.name = result.name;
+            download.size = result.size;
+        }
+    });
+    if (!isDone)
+        qCWarning(lcFiles) << "a download has not come to its end:" << result.detail;
+    deleteLater();
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "FinalFile.h"
+#include "Transfer.h"
+
+#include <future>
+#include <memory>
+
+class DownloadStage;
+
+/// Brings a download whose bytes are all there to its end, beside the program: it is `Finishing`
+/// until its file has its name, and then `Done`, or `Failed`. What may be of use for going on stays
+/// in its stage.
+class DownloadEnd : public Transfer {
+    Q_OBJECT
+
+public:
+    /// Takes over the entry of that id from what brought the bytes, which are in `file` of the
+    /// stage. Its size is the one that the server announced.
+    static void begin(const QString &id, std::unique_ptr<DownloadStage> stage);
+
+    void pause() override { }
+    void resume() override { }
+    /// Too late: the file is whole.
+    void cancel() override { }
+    void leave() override;
+
+    struct Outcome {
+        FinalFile::Result result;
+        /// The path of the one that stays.
+        QString stage;
+    };
+
+private:
+    explicit DownloadEnd(const QString &id)
+        : m_id(id)
+    {
+    }
+
+    void start(const Download &download, std::unique_ptr<DownloadStage> stage);
+    void finish();
+
+    QString m_id;
+    std::future<Outcome> m_outcome;
+};

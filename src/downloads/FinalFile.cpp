@@ -1,0 +1,142 @@
+#include "FinalFile.h"
+
+#include "DownloadProblem.h"
+#include "DownloadStage.h"
+#include "FileMarks.h"
+#include "FileName.h"
+#include "FileWriter.h"
+#include "Log.h"
+#include "NewName.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+using Problem = Download::Problem;
+using FinalFile::Result;
+
+constexpr int mostNames = 100'000;
+
+/// An open file, by its descriptor.
+class Handle {
+public:
+    explicit Handle(const QString &path)
+        : m_file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC))
+    {
+    }
+    ~Handle()
+    {
+        if (m_file >= 0)
+            ::close(m_file);
+    }
+    Handle(const Handle &) = delete;
+    Handle &operator=(const Handle &) = delete;
+
+    int get() const { return m_file; }
+
+private:
+    int m_file;
+};
+
+std::error_code lastError()
+{
+    return {errno, std::generic_category()};
+}
+
+Result failed(const std::error_code &error)
+{
+    return {{}, DownloadProblem::of(error), QString::fromLocal8Bit(error.message().c_str())};
+}
+
+/// Not where the disk cannot do such a thing at all.
+bool isFailure(const std::error_code &error)
+{
+    return error && error != std::errc::invalid_argument && error != std::errc::not_supported;
+}
+
+/// What the system gives a file that a program makes, which the engine does not: others may read
+/// it as the user wants it for all his files. The process's mask cannot be asked without changing
+/// it, but for here.
+mode_t modeOfNewFiles()
+{
+    QFile status(u"/proc/self/status"_s);
+    mode_t mask = S_IWGRP | S_IWOTH;
+    if (status.open(QIODevice::ReadOnly)) {
+        const QByteArray bytes = status.readAll();
+        const qsizetype at = bytes.indexOf("\nUmask:");
+        constexpr qsizetype word = 7;
+        bool isNumber = false;
+        const uint told =
+            bytes.mid(at + word, 16).simplified().split(' ').first().toUInt(&isNumber, 8);
+        if (at >= 0 && isNumber)
+            mask = told;
+    }
+    constexpr mode_t all = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    return all & ~mask;
+}
+
+/// On a disk without permissions there is nothing to take away.
+std::error_code setMode(int file)
+{
+    static const mode_t mode = modeOfNewFiles();
+    if (::fchmod(file, mode) == 0)
+        return {};
+    const std::error_code error = lastError();
+    qCWarning(lcFiles) << "the permissions of a download cannot be set:" << error.message().c_str();
+    const bool hasNone = error == std::errc::operation_not_permitted || !isFailure(error);
+    return hasNone ? std::error_code() : error;
+}
+
+std::error_code prepare(int file, const Download &download)
+{
+    if (const std::error_code error = setMode(file))
+        return error;
+    FileMarks::set(file, download);
+    const std::error_code error = ::fsync(file) == 0 ? std::error_code() : lastError();
+    return isFailure(error) ? error : std::error_code();
+}
+
+Result giveName(const Download &download, const QString &from)
+{
+    // What names it may come from a file that anybody may have written.
+    const QString wanted = FileName::from(download.name, {}, u"download"_s);
+    QString name = wanted;
+    for (int number = 1; number < mostNames; ++number) {
+        const QString path = download.folder + u'/' + name;
+        const std::error_code error =
+            NewName::give(QFile::encodeName(from), QFile::encodeName(path));
+        if (!error) {
+            FileWriter::syncFolder(download.folder);
+            return {name, Problem::None, {}, QFileInfo(path).size()};
+        }
+        if (error != std::errc::file_exists)
+            return failed(error);
+        name = FileName::numbered(wanted, number);
+    }
+    return failed(std::make_error_code(std::errc::file_exists));
+}
+}
+
+FinalFile::Result FinalFile::place(const Download &download, const DownloadStage &stage)
+{
+    const Handle file(stage.file());
+    struct stat status = {};
+    if (file.get() < 0 || ::fstat(file.get(), &status) != 0)
+        return failed(lastError());
+    if (!S_ISREG(status.st_mode))
+        return {{}, Problem::WriteError, u"not a file"_s};
+    if (download.size >= 0 && status.st_size != download.size) {
+        const QString both = u"%1 of %2"_s.arg(status.st_size).arg(download.size);
+        return {{}, Problem::WrongLength, both, status.st_size};
+    }
+    if (const std::error_code error = prepare(file.get(), download))
+        return failed(error);
+    return giveName(download, stage.file());
+}
