@@ -60,7 +60,8 @@ build() {
         fi
         touch "$folder/build.ninja"
     fi
-    NINJA_STATUS="[$preset %f/%t] " cmake --build "$folder" --target "$@" >&2
+    # What was compiled for one folder of the project serves in every other.
+    CCACHE_BASEDIR="$root" NINJA_STATUS="[$preset %f/%t] " cmake --build "$folder" --target "$@" >&2
 }
 
 # The engine's sandbox does not start as root.
