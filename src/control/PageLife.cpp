@@ -59,6 +59,8 @@ void PageLife::use(WebPage *page)
     living.append(this);
     emit came(m_page, m_view, m_bond.get());
     connect(m_view, &WebView::visibleChanged, m_bond.get(), [this] { applyShown(); });
+    connect(m_view, &WebView::eventCame, m_page,
+            [page = m_page.data()](const QEvent &event) { page->placeWish().noteEvent(event); });
     connect(m_page, &QWebEnginePage::recentlyAudibleChanged, m_bond.get(),
             [this] { applyShown(); });
     connect(

@@ -43,7 +43,7 @@ void WindowRequests::watch(WebPage *page, WebView *view, QObject *bond)
     m_requested = QRect();
     m_dropped.clear();
     connect(page, &QWebEnginePage::newWindowRequested, bond,
-            [this](QWebEngineNewWindowRequest &request) { answer(request); });
+            [this, page](QWebEngineNewWindowRequest &request) { answer(*page, request); });
     connect(page, &WebPage::linkWindowRequested, bond, [this](const QUrl &url) {
         m_listener.tell(&WebBrowserEvents::openLinkInNewWindow, encoded(url));
     });
@@ -60,7 +60,7 @@ void WindowRequests::watch(WebPage *page, WebView *view, QObject *bond)
     });
 }
 
-void WindowRequests::answer(QWebEngineNewWindowRequest &request)
+void WindowRequests::answer(WebPage &page, QWebEngineNewWindowRequest &request)
 {
     const EngineCallbackScope scope;
     const QUrl url = request.requestedUrl();
@@ -75,8 +75,11 @@ void WindowRequests::answer(QWebEngineNewWindowRequest &request)
     m_current = {encoded(url), request.isUserInitiated()};
     m_listener.tell(&WebBrowserEvents::newWindow2, target, cancel);
     auto *control = qobject_cast<QtWebBrowser *>(target);
-    if (control && !cancel)
-        control->adopt(request);
+    if (!control || cancel)
+        return;
+    control->adopt(request);
+    if (m_current.userInitiated)
+        page.placeWish().moveTo(control->page()->placeWish());
 }
 
 /// The engine asks for a window for the first file or link that was dropped on a page that left it;

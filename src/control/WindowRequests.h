@@ -30,7 +30,7 @@ signals:
 
 private:
     void watch(WebPage *page, WebView *view, QObject *bond);
-    void answer(QWebEngineNewWindowRequest &request);
+    void answer(WebPage &page, QWebEngineNewWindowRequest &request);
     bool opensDropped(const QUrl &url);
     void placeAsOpened();
     void placeOnScreen(const QRect &pixels);

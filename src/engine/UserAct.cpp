@@ -8,8 +8,9 @@
 namespace {
 /// As long as a page's own right to act for the user lasts after a click.
 constexpr std::chrono::seconds counts(5);
+}
 
-bool followsLinks(const QEvent &event)
+bool UserAct::isOne(const QEvent &event)
 {
     switch (event.type()) {
     case QEvent::MouseButtonRelease: {
@@ -27,11 +28,10 @@ bool followsLinks(const QEvent &event)
         return false;
     }
 }
-}
 
 void UserAct::note(const QEvent &event)
 {
-    if (followsLinks(event))
+    if (isOne(event))
         m_counts.setRemainingTime(counts);
 }
 

@@ -10,6 +10,7 @@ class QEvent;
 /// to do so, is the best that can be known.
 class UserAct {
 public:
+    static bool isOne(const QEvent &event);
     /// An event on its way to the page; others than those are no acts.
     void note(const QEvent &event);
     /// Whether there was one, not long ago. It counts for one navigation only.

@@ -23,6 +23,22 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+/// What the page's menu was opened on last.
+const QWebEngineContextMenuRequest *menuOf(WebPage &page)
+{
+    const QWebEngineView *view = QWebEngineView::forPage(&page);
+    return view ? view->lastContextMenuRequest() : nullptr;
+}
+
+bool opensLink(QWebEnginePage::WebAction action)
+{
+    return action == QWebEnginePage::OpenLinkInNewWindow
+        || action == QWebEnginePage::OpenLinkInNewTab
+        || action == QWebEnginePage::OpenLinkInNewBackgroundTab;
+}
+}
+
 WebPage::WebPage(QWebEngineProfile *profile)
     : QWebEnginePage(profile)
     , m_cacheBypass(new CacheBypass(this))
@@ -76,14 +92,17 @@ void WebPage::triggerAction(WebAction action, bool checked)
         emit resendRequested(action);
         return;
     }
-    const bool opensLink = action == OpenLinkInNewWindow || action == OpenLinkInNewTab
-        || action == OpenLinkInNewBackgroundTab;
-    const QWebEngineView *view = opensLink ? QWebEngineView::forPage(this) : nullptr;
-    const QWebEngineContextMenuRequest *menu = view ? view->lastContextMenuRequest() : nullptr;
-    if (menu)
-        emit linkWindowRequested(menu->linkUrl());
-    else
-        QWebEnginePage::triggerAction(action, checked);
+    if (const QWebEngineContextMenuRequest *menu = menuOf(*this)) {
+        if (opensLink(action)) {
+            emit linkWindowRequested(menu->linkUrl());
+            return;
+        }
+        if (action == DownloadLinkToDisk)
+            m_placeWish.noteMenu(menu->linkUrl());
+        else if (action == DownloadImageToDisk || action == DownloadMediaToDisk)
+            m_placeWish.noteMenu(menu->mediaUrl());
+    }
+    QWebEnginePage::triggerAction(action, checked);
 }
 
 bool WebPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame)
@@ -100,6 +119,7 @@ bool WebPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool
 
 void WebPage::noteArrival()
 {
+    m_placeWish.noteArrival();
     const QString scheme = url().scheme();
     m_mayAskAgain = !m_sendsForm || (scheme != "http"_L1 && scheme != "https"_L1);
 }

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "ConsoleBrake.h"
+#include "PlaceWish.h"
 #include "ScriptError.h"
 
 class CacheBypass;
@@ -46,6 +47,7 @@ public:
     bool mayAskAgain() const { return m_mayAskAgain; }
     /// The page that was on its way is the one shown from now on.
     void noteArrival();
+    PlaceWish &placeWish() { return m_placeWish; }
     /// Reloads, and sends the form again that the page is the answer to.
     void resend(WebAction action) { QWebEnginePage::triggerAction(action); }
 
@@ -97,6 +99,7 @@ private:
     QPointer<PageQuestions> m_questions;
     CacheBypass *m_cacheBypass = nullptr;
     ConsoleBrake m_consoleBrake;
+    PlaceWish m_placeWish;
     bool m_editableFocus = false;
     bool m_richFocus = false;
     bool m_mayAskAgain = true;

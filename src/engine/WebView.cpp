@@ -2,7 +2,9 @@
 
 #include "DraggedUrls.h"
 #include "FieldKeys.h"
+#include "Texts.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QChildEvent>
 #include <QDragEnterEvent>
@@ -12,6 +14,8 @@
 #include <QWebEnginePage>
 
 namespace {
+constexpr Texts<"SaveAs"> texts;
+
 /// Copying with Ctrl+Insert and cutting with Shift+Delete stay with a page's field.
 bool isPageKey(const QKeyEvent &event)
 {
@@ -59,6 +63,18 @@ bool WebView::eventFilter(QObject *watched, QEvent *event)
         return true;
     }
     return QWebEngineView::eventFilter(watched, event);
+}
+
+/// The engine's own menu, in which what is saved says that it asks where to.
+void WebView::contextMenuEvent(QContextMenuEvent *event)
+{
+    const auto caption = [this](QWebEnginePage::WebAction action, const Text &text) {
+        page()->action(action)->setText(text());
+    };
+    caption(QWebEnginePage::DownloadLinkToDisk, texts.at<"mnuSaveLink", "Save Link As...">);
+    caption(QWebEnginePage::DownloadImageToDisk, texts.at<"mnuSaveImage", "Save Image As...">);
+    caption(QWebEnginePage::DownloadMediaToDisk, texts.at<"mnuSaveMedia", "Save Media As...">);
+    QWebEngineView::contextMenuEvent(event);
 }
 
 /// Refused here, a drag is offered to the widgets around the view, and stays with the one that

@@ -24,6 +24,7 @@ signals:
     void dropped(const QStringList &addresses);
 
 protected:
+    void contextMenuEvent(QContextMenuEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
