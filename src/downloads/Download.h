@@ -42,12 +42,24 @@ struct Download {
         Other,
     };
 
+    /// Who named the place where it goes.
+    enum class Place {
+        /// The program did, after what server and page propose: nothing is replaced.
+        Proposed,
+        /// The user did, and nothing was there then.
+        Chosen,
+        /// The user did, and agreed that the file that is there is replaced.
+        Replaced,
+    };
+
     /// Of this download alone, in all programs: what files and windows know it by.
     QString id;
     /// Without a folder; while it runs the name that it will have if nobody takes it meanwhile.
     QString name;
     /// Absolute.
     QString folder;
+    /// Not kept over a restart: another program may have put a file there since.
+    Place place = Place::Proposed;
     /// The stage's path while there is something to continue; else empty.
     QString stage;
     QUrl address;

@@ -54,7 +54,7 @@ public:
     void add(const Download &download, Transfer *transfer);
     /// The entry is brought by another from now on.
     void setTransfer(const QString &id, Transfer *transfer);
-    /// Changes the entry of that id, if there is one; id and place stay.
+    /// Changes the entry of that id, if there is one; the id stays.
     void change(const QString &id, const std::function<void(Download &)> &change);
     /// Takes entries out; those under way are cancelled. Files that are whole stay.
     void remove(const QStringList &ids);

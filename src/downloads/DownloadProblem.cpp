@@ -4,10 +4,13 @@
 
 Download::Problem DownloadProblem::of(const std::error_code &error)
 {
+    return error ? of(WriteResult::of(error)) : Download::Problem::None;
+}
+
+Download::Problem DownloadProblem::of(const WriteResult &failure)
+{
     using Failure = WriteResult::Failure;
-    if (!error)
-        return Download::Problem::None;
-    switch (WriteResult::of(error).failure()) {
+    switch (failure.failure()) {
     case Failure::NoRoom:
         return Download::Problem::NoRoom;
     case Failure::NotAllowed:

@@ -12,6 +12,7 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -103,28 +104,79 @@ std::error_code prepare(int file, const Download &download)
     return isFailure(error) ? error : std::error_code();
 }
 
-Result giveName(const Download &download, const QString &from)
+/// What a file was given as its name, or why it got none.
+struct Named {
+    QString name;
+    std::error_code error;
+};
+
+QString pathOf(const Download &download)
+{
+    const QString path = download.path();
+    return download.place == Download::Place::Replaced ? FileWriter::target(path) : path;
+}
+
+Named giveFreeName(const Download &download, const QString &from)
 {
     // What names it may come from a file that anybody may have written.
-    const QString wanted = FileName::from(download.name, {}, u"download"_s);
+    const QString wanted = download.place == Download::Place::Proposed
+        ? FileName::from(download.name, {}, u"download"_s)
+        : download.name;
     QString name = wanted;
     for (int number = 1; number < mostNames; ++number) {
         const QString path = download.folder + u'/' + name;
         const std::error_code error =
             NewName::give(QFile::encodeName(from), QFile::encodeName(path));
-        if (!error) {
-            FileWriter::syncFolder(download.folder);
-            return {name, Problem::None, {}, QFileInfo(path).size()};
-        }
         if (error != std::errc::file_exists)
-            return failed(error);
+            return {name, error};
         name = FileName::numbered(wanted, number);
     }
-    return failed(std::make_error_code(std::errc::file_exists));
-}
+    return {{}, std::make_error_code(std::errc::file_exists)};
 }
 
-FinalFile::Result FinalFile::place(const Download &download, const DownloadStage &stage)
+/// In one step, over the file that the user has agreed to lose. A link stays one.
+Named replace(const Download &download, const QString &from)
+{
+    const QString path = pathOf(download);
+    const QFileInfo old(path);
+    if (old.isSymLink() || (old.exists() && (!old.isFile() || !old.isWritable())))
+        return {{}, std::make_error_code(std::errc::permission_denied)};
+    if (::rename(QFile::encodeName(from).constData(), QFile::encodeName(path).constData()) != 0)
+        return {{}, lastError()};
+    return {download.name, {}};
+}
+
+bool copy(const QString &from, QFileDevice &to)
+{
+    constexpr qint64 piece = 1024 * 1024;
+    QFile source(from);
+    if (!source.open(QIODevice::ReadOnly))
+        return false;
+    while (!source.atEnd()) {
+        const QByteArray bytes = source.read(piece);
+        if (bytes.isEmpty() || to.write(bytes) != bytes.size())
+            return false;
+    }
+    return true;
+}
+
+Result placeOn(const Download &download, const DownloadStage &stage, bool mayCopy);
+
+/// The user has chosen a place on another disk: there as here, what has the name is whole.
+Result placeCopy(const Download &download, const QString &from)
+{
+    const DownloadStage there(QFileInfo(pathOf(download)).path());
+    if (!there.isValid())
+        return failed(there.error());
+    const WriteResult copied = FileWriter::create(
+        there.file(), [&from](QFileDevice &device) { return copy(from, device); },
+        FileWriter::Sync::Later);
+    if (!copied)
+        return {{}, DownloadProblem::of(copied), copied.detail()};
+    return placeOn(download, there, false);
+}
+
+Result placeOn(const Download &download, const DownloadStage &stage, bool mayCopy)
 {
     const Handle file(stage.file());
     struct stat status = {};
@@ -138,5 +190,19 @@ FinalFile::Result FinalFile::place(const Download &download, const DownloadStage
     }
     if (const std::error_code error = prepare(file.get(), download))
         return failed(error);
-    return giveName(download, stage.file());
+    const bool replaces = download.place == Download::Place::Replaced;
+    const Named named =
+        replaces ? replace(download, stage.file()) : giveFreeName(download, stage.file());
+    if (mayCopy && named.error == std::errc::cross_device_link)
+        return placeCopy(download, stage.file());
+    if (named.error)
+        return failed(named.error);
+    FileWriter::syncFolder(QFileInfo(pathOf(download)).path());
+    return {named.name, Problem::None, {}, status.st_size};
+}
+}
+
+FinalFile::Result FinalFile::place(const Download &download, const DownloadStage &stage)
+{
+    return placeOn(download, stage, true);
 }

@@ -16,9 +16,10 @@ struct Result {
     qint64 size = -1;
 };
 
-/// Puts what is in the stage under the download's name, or a free one like it, in its folder:
-/// never over anything, never to be executed, marked with where it came from, and on the disk as a
-/// whole before it has that name. Where a step fails, nothing is there under the name, and the
-/// stage stays as it is. Waits for the disk.
+/// Puts what is in the stage under the download's name, or a free one like it, in its folder, also
+/// on another disk: never over anything but a file that the user has agreed to lose, never to be
+/// executed, marked with where it came from, and on the disk as a whole before it has that name.
+/// Where a step fails, nothing is there under the name, and the stage stays as it is. Waits for the
+/// disk.
 Result place(const Download &download, const DownloadStage &stage);
 }
