@@ -202,6 +202,7 @@ bool Navigator::askForPage(const QUrl &url, Navigation::Type type)
             return false;
         }
         m_life.page()->setCacheBypass(m_state.flags() & NavFlags::NoWriteToCache);
+        m_life.page()->setLeavesTrace(m_state.leavesTrace());
         if (m_state.replaces(url, type, place())) {
             replaceEntry(url);
             return false;

@@ -188,4 +188,6 @@ void PageLife::noteUserAction()
 {
     if (m_questions)
         m_questions->userActed();
+    if (m_page)
+        emit m_page->userActed();
 }

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <chrono>
 
 #ifdef Q_OS_UNIX
@@ -12,6 +13,7 @@
 #include <future>
 #include <memory>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 #endif
@@ -64,6 +66,14 @@ FolderLock::~FolderLock()
         ::close(m_folder);
 }
 
+bool FolderLock::isAt(const QString &path) const
+{
+    struct stat mine = {};
+    struct stat there = {};
+    return ::fstat(m_folder, &mine) == 0 && ::stat(QFile::encodeName(path).constData(), &there) == 0
+        && mine.st_dev == there.st_dev && mine.st_ino == there.st_ino;
+}
+
 #else
 
 FolderLock::FolderLock(const QString &folder, Wait wait)
@@ -75,5 +85,10 @@ FolderLock::FolderLock(const QString &folder, Wait wait)
 }
 
 FolderLock::~FolderLock() = default;
+
+bool FolderLock::isAt(const QString &path) const
+{
+    return QFileInfo(m_file->fileName()).dir() == QDir(path) && QDir(path).exists();
+}
 
 #endif

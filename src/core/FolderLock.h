@@ -25,6 +25,8 @@ public:
     /// False when another held it all the time or the folder is missing. Where the file system
     /// has no locks this is true: a write then is better than none.
     bool isHeld() const { return m_held; }
+    /// The folder is the one that is at this path now.
+    bool isAt(const QString &path) const;
 
 private:
     bool m_held = false;

@@ -73,6 +73,11 @@ void StageFolder::remove()
         qCWarning(lcFiles) << "cannot remove" << m_path;
 }
 
+bool StageFolder::isThere() const
+{
+    return m_lock && m_lock->isAt(m_path);
+}
+
 QString StageFolder::notes()
 {
     return AppFolder::appData(u"Unfinished"_s);

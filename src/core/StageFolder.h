@@ -32,6 +32,9 @@ public:
     void remove();
     /// It stays after the object, with its note.
     void keep() { m_keeps = true; }
+    bool isKept() const { return m_keeps; }
+    /// It is still at its path, not removed, and no folder on the way to it moved or renamed.
+    bool isThere() const;
 
     /// Where the notes are, each the path of a folder in UTF-8.
     static QString notes();

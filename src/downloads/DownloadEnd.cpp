@@ -36,16 +36,17 @@ DownloadEnd::Outcome work(const Download &download, const std::unique_ptr<Downlo
 }
 }
 
-void DownloadEnd::begin(const QString &id, std::unique_ptr<DownloadStage> stage)
+Transfer *DownloadEnd::begin(const QString &id, std::unique_ptr<DownloadStage> stage)
 {
     downloadList().change(id,
                           [](Download &download) { download.state = Download::State::Finishing; });
     const Download *entry = downloadList().find(id);
     if (!entry)
-        return;
+        return nullptr;
     auto *end = new DownloadEnd(id);
     downloadList().setTransfer(id, end);
     end->start(*entry, std::move(stage));
+    return end;
 }
 
 void DownloadEnd::start(const Download &download, std::unique_ptr<DownloadStage> stage)

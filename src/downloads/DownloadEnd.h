@@ -16,8 +16,8 @@ class DownloadEnd : public Transfer {
 
 public:
     /// Takes over the entry of that id from what brought the bytes, which are in `file` of the
-    /// stage. Its size is the one that the server announced.
-    static void begin(const QString &id, std::unique_ptr<DownloadStage> stage);
+    /// stage. Its size is the one that the server announced. Null where there is no such entry.
+    static Transfer *begin(const QString &id, std::unique_ptr<DownloadStage> stage);
 
     void pause() override { }
     void resume() override { }

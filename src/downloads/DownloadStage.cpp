@@ -45,7 +45,7 @@ std::unique_ptr<DownloadStage> DownloadStage::take(const QString &path)
 
 void DownloadStage::drop(std::unique_ptr<DownloadStage> stage)
 {
-    if (stage)
+    if (stage && !stage->m_folder->isKept())
         QThreadPool::globalInstance()->start(
             [gone = std::shared_ptr<DownloadStage>(std::move(stage))]() mutable { gone.reset(); });
 }
@@ -58,6 +58,11 @@ bool DownloadStage::isValid() const
 std::error_code DownloadStage::error() const
 {
     return m_folder->error();
+}
+
+bool DownloadStage::isThere() const
+{
+    return m_folder->isThere();
 }
 
 QString DownloadStage::path() const

@@ -27,6 +27,8 @@ public:
     bool isValid() const;
     /// Why nothing can.
     std::error_code error() const;
+    /// It is still in its place: nobody has removed, moved or renamed a folder on the way to it.
+    bool isThere() const;
     /// Of the folder.
     QString path() const;
     /// Where the bytes are to be written.

@@ -4,8 +4,11 @@
 
 void CacheBypass::interceptRequest(QWebEngineUrlRequestInfo &info)
 {
-    if (info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame)
+    const bool isPage = info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame;
+    if (isPage)
         emit pageRequested(info.requestMethod());
+    if (isPage || info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeSubFrame)
+        emit frameRequested(info.requestUrl(), info.requestMethod());
     if (!m_active)
         return;
     switch (info.resourceType()) {

@@ -17,6 +17,8 @@ public:
 signals:
     /// The page itself is asked for, not a part of it; again for each redirect.
     void pageRequested(const QByteArray &method);
+    /// The page or a frame of it is asked for, with a form where the method is not "GET".
+    void frameRequested(const QUrl &url, const QByteArray &method);
 
 private:
     bool m_active = false;

@@ -1,13 +1,22 @@
 #include "Downloads.h"
 
+#include "DownloadList.h"
+#include "DownloadName.h"
+#include "DownloadOrder.h"
+#include "DownloadProblem.h"
+#include "DownloadStage.h"
+#include "EngineDownload.h"
 #include "EngineOptions.h"
 #include "FileName.h"
 #include "Log.h"
+#include "PageDownloads.h"
 #include "SaveJob.h"
+#include "WebPage.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+#include <QPointer>
 #include <QSet>
 #include <QStandardPaths>
 #include <QWebEngineDownloadRequest>
@@ -32,41 +41,168 @@ QString downloadFolder()
     return QStandardPaths::writableLocation(QStandardPaths::TempLocation);
 }
 
-/// Where the downloads go, by their numbers, so that two of one name do not meet.
-using Targets = QHash<quint32, QString>;
-
-/// Under a further name the engine writes, and takes the last one from whoever has it.
-QString freeName(const QString &suggested, const QString &folder, const Targets &targets)
+bool isOfNetwork(const QUrl &address)
 {
-    const QString ending = u".download"_s;
-    const auto isTaken = [&](const QString &name) {
-        const QString path = folder + u'/' + name;
-        const QFileInfo file(path);
-        return file.exists() || file.isSymLink() || QFileInfo::exists(path + ending)
-            || std::find(targets.begin(), targets.end(), path) != targets.end();
-    };
-    const qsizetype limit = FileName::longest - ending.size();
-    const QString name = FileName::from(suggested, {}, u"download"_s, limit);
-    return FileName::firstFree(name, 1, isTaken, limit);
+    return address.scheme() == "http"_L1 || address.scheme() == "https"_L1;
 }
 
-void place(QWebEngineDownloadRequest &request, const std::shared_ptr<Targets> &targets)
+/// What "data:" has for an address is the file itself.
+QUrl addressOf(const QWebEngineDownloadRequest &request)
 {
-    // One that the engine takes up again has its place.
-    QString &target = (*targets)[request.id()];
-    if (target.isEmpty()) {
-        const QString folder = downloadFolder();
-        target = folder + u'/' + freeName(request.suggestedFileName(), folder, *targets);
+    return request.url().scheme() == "data"_L1 ? QUrl("data:"_L1 + request.mimeType())
+                                               : request.url();
+}
+
+/// A page that shows nothing of its own is none to come from.
+QUrl originOf(const WebPage &page)
+{
+    const QUrl url = page.committedUrl();
+    return page.leavesTrace() && url.scheme() != "about"_L1 ? url : QUrl();
+}
+
+Download newEntry(const QWebEngineDownloadRequest &request, const WebPage *page)
+{
+    Download download;
+    download.id = DownloadList::newId();
+    download.folder = downloadFolder();
+    download.name = DownloadName::freeIn(download.folder, DownloadName::of(request));
+    download.address = addressOf(request);
+    download.began = QDateTime::currentDateTimeUtc();
+    download.isRepeatable =
+        isOfNetwork(request.url()) && !(page && page->isAnswerToForm(request.url()));
+    if (page) {
+        download.page = originOf(*page);
+        download.leavesTrace = page->leavesTrace();
     }
-    const QFileInfo file(target);
-    request.setDownloadDirectory(file.path());
-    request.setDownloadFileName(file.fileName());
-    QObject::connect(&request, &QWebEngineDownloadRequest::stateChanged, &request,
-                     [targets, id = request.id()](QWebEngineDownloadRequest::DownloadState state) {
-                         if (state == QWebEngineDownloadRequest::DownloadCompleted
-                             || state == QWebEngineDownloadRequest::DownloadCancelled)
-                             targets->remove(id);
-                     });
+    return download;
+}
+
+/// The engine's downloads, by the numbers that it gives them.
+class EngineDownloads : public QObject {
+public:
+    explicit EngineDownloads(QWebEngineProfile *profile)
+        : QObject(profile)
+        , m_profile(profile)
+    {
+    }
+
+    void answer(QWebEngineDownloadRequest &request);
+    bool goOn(const QString &id);
+    void order(const QString &id);
+    void leaveAll();
+
+private:
+    void beginFor(QWebEngineDownloadRequest &request, WebPage *page);
+    bool takeOrdered(QWebEngineDownloadRequest &request);
+    EngineDownload *accept(QWebEngineDownloadRequest &request, const QString &id,
+                           const QString &folder);
+
+    QWebEngineProfile *m_profile;
+    QHash<quint32, QPointer<EngineDownload>> m_all;
+    QSet<quint32> m_told;
+    QList<QPointer<DownloadOrder>> m_orders;
+};
+
+QPointer<EngineDownloads> theDownloads;
+
+void EngineDownloads::answer(QWebEngineDownloadRequest &request)
+{
+    // The engine takes up a download whose connection broke, and tells of it once more. Its page
+    // must not be asked for then: that may be gone, and the program with it.
+    if (m_told.contains(request.id())) {
+        if (EngineDownload *known = m_all.value(request.id()))
+            known->accept(request);
+        return;
+    }
+    m_told.insert(request.id());
+    // A page being saved has its place already.
+    if (SaveJob::take(request) || request.state() != QWebEngineDownloadRequest::DownloadRequested
+        || takeOrdered(request))
+        return;
+    beginFor(request, qobject_cast<WebPage *>(request.page()));
+}
+
+/// Not accepted before the signal returns means cancelled.
+void EngineDownloads::beginFor(QWebEngineDownloadRequest &request, WebPage *page)
+{
+    using Verdict = PageDownloads::Verdict;
+    const Verdict verdict = page ? page->downloads().judge() : Verdict::Go;
+    if (verdict == Verdict::Refused)
+        return;
+    const Download entry = newEntry(request, page);
+    downloadList().add(entry, nullptr);
+    EngineDownload *download = accept(request, entry.id, entry.folder);
+    if (!download || verdict != Verdict::Wait)
+        return;
+    download->hold();
+    QObject::connect(&page->downloads(), &PageDownloads::answered, download,
+                     &EngineDownload::endHold);
+}
+
+bool EngineDownloads::takeOrdered(QWebEngineDownloadRequest &request)
+{
+    m_orders.removeAll(nullptr);
+    const auto order = std::find_if(m_orders.begin(), m_orders.end(),
+                                    [&](DownloadOrder *each) { return each->isFor(request); });
+    if (order == m_orders.end())
+        return false;
+    const QPointer<DownloadOrder> mine = m_orders.takeAt(order - m_orders.begin());
+    mine->deleteLater();
+    const Download *entry = downloadList().find(mine->id());
+    if (entry && !mine->isCancelled())
+        accept(request, mine->id(), entry->folder);
+    return true;
+}
+
+/// Null where nothing can be written; the entry says why.
+EngineDownload *EngineDownloads::accept(QWebEngineDownloadRequest &request, const QString &id,
+                                        const QString &folder)
+{
+    auto stage = std::make_unique<DownloadStage>(folder);
+    if (!stage->isValid()) {
+        downloadList().change(id, [&stage](Download &download) {
+            download.state = Download::State::Failed;
+            download.problem = DownloadProblem::of(stage->error());
+            download.detail = QString::fromLocal8Bit(stage->error().message().c_str());
+            download.ended = QDateTime::currentDateTimeUtc();
+        });
+        return nullptr;
+    }
+    auto *download = new EngineDownload(id, std::move(stage));
+    m_all.insert(request.id(), download);
+    downloadList().setTransfer(id, download);
+    download->accept(request);
+    qCInfo(lcEngine) << "download to" << folder;
+    return download;
+}
+
+bool EngineDownloads::goOn(const QString &id)
+{
+    for (const QPointer<EngineDownload> &each : std::as_const(m_all)) {
+        if (each && each->id() == id)
+            return each->goOn();
+    }
+    return false;
+}
+
+void EngineDownloads::order(const QString &id)
+{
+    auto *order = new DownloadOrder(id, m_profile);
+    m_orders.append(order);
+    order->start();
+}
+
+/// What has failed is not among those that the list knows to be under way.
+void EngineDownloads::leaveAll()
+{
+    downloadList().leaveAll();
+    const auto all = std::exchange(m_all, {});
+    for (const QPointer<EngineDownload> &each : all) {
+        if (each)
+            each->leave();
+    }
+    for (const QPointer<DownloadOrder> &order : std::exchange(m_orders, {}))
+        delete order;
 }
 }
 
@@ -74,25 +210,55 @@ namespace Downloads {
 
 void install(QWebEngineProfile *profile)
 {
-    QObject::connect(profile, &QWebEngineProfile::downloadRequested, profile,
-                     [told = QSet<quint32>(), targets = std::make_shared<Targets>()](
-                         QWebEngineDownloadRequest *request) mutable {
-                         // The engine takes up a download whose connection broke, and tells of it
-                         // once more. Its page must not be asked for then: that may be gone, and
-                         // the program with it.
-                         const bool isNew = !told.contains(request->id());
-                         told.insert(request->id());
-                         // A page being saved has its place already.
-                         if (isNew && SaveJob::take(*request))
-                             return;
-                         if (request->state() != QWebEngineDownloadRequest::DownloadRequested)
-                             return;
-                         place(*request, targets);
-                         // Not accepted before this returns means cancelled.
-                         request->accept();
-                         qCInfo(lcEngine) << "download to" << request->downloadDirectory()
-                                          << request->downloadFileName();
-                     });
+    theDownloads = new EngineDownloads(profile);
+    QObject::connect(profile, &QWebEngineProfile::downloadRequested, theDownloads,
+                     [](QWebEngineDownloadRequest *request) { theDownloads->answer(*request); });
+}
+
+bool goOn(const QString &id)
+{
+    return theDownloads && theDownloads->goOn(id);
+}
+
+bool beginAnew(const QString &id)
+{
+    const Download *entry = downloadList().find(id);
+    if (!theDownloads || !entry || !entry->isOver() || !entry->isRepeatable)
+        return false;
+    downloadList().change(id, [](Download &download) {
+        download.state = Download::State::Running;
+        download.received = 0;
+        download.size = -1;
+        download.ended = {};
+        download.stage.clear();
+    });
+    theDownloads->order(id);
+    return true;
+}
+
+QString begin(const QUrl &address, const QString &path, const QUrl &page)
+{
+    const QFileInfo file(path);
+    Download download;
+    download.id = DownloadList::newId();
+    download.folder = file.absolutePath();
+    download.name =
+        DownloadName::freeIn(download.folder, FileName::from(file.fileName(), {}, u"download"_s));
+    download.address = address;
+    download.page = page;
+    download.leavesTrace = !page.isEmpty();
+    download.isRepeatable = isOfNetwork(address);
+    download.began = QDateTime::currentDateTimeUtc();
+    downloadList().add(download, nullptr);
+    if (theDownloads)
+        theDownloads->order(download.id);
+    return download.id;
+}
+
+void leaveAll()
+{
+    if (theDownloads)
+        theDownloads->leaveAll();
 }
 
 }

@@ -1,9 +1,25 @@
 #pragma once
 
+#include <QString>
+#include <QUrl>
+
 class QWebEngineProfile;
 
 /// What pages hand over as files goes to the user's download folder under a free name, which no
-/// server, page or address chooses without `FileName`.
+/// server, page or address chooses without `FileName`; the list of downloads shows it.
 namespace Downloads {
 void install(QWebEngineProfile *profile);
+
+/// Goes on with the list's entry of that id, which has failed, where the engine can. False where it
+/// cannot: then nothing of the engine's is in the entry's stage any more.
+bool goOn(const QString &id);
+/// Has the engine bring the entry, which is over, from its beginning, into a new stage. What the
+/// entry says of its problem stays, and so does the stage that it names, which is the caller's.
+/// False where its address does not bring it.
+bool beginAnew(const QString &id);
+/// Downloads `address` to `path`, or a free name like it, for the user, who chose it in a page at
+/// `page`, which is empty where it is to leave no trace. Returns the entry's id.
+QString begin(const QUrl &address, const QString &path, const QUrl &page);
+/// The program ends: what can be continued stays on the disk. Before the profile goes.
+void leaveAll();
 }

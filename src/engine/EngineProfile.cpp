@@ -153,6 +153,7 @@ void noticeProxy()
 
 void dropEngineProfile()
 {
+    Downloads::leaveAll();
     delete std::exchange(theSparePage, nullptr);
     delete std::exchange(theProfile, nullptr);
     theLock.reset();

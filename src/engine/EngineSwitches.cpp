@@ -9,13 +9,28 @@ constexpr char variable[] = "QTWEBENGINE_CHROMIUM_FLAGS";
 // lie beside it, and reads nothing of them. The engine's setting that is meant for this keeps even
 // a page's own parts from being shown.
 constexpr char switches[] = "--blink-settings=allowFileAccessFromFileURLs=false";
+
+// In pieces that come side by side a download has gaps, and nothing of it could be continued.
+constexpr char disabling[] = "--disable-features=";
+constexpr char disabled[] = "ParallelDownloading";
+
+/// Of a switch that is given twice the engine takes the last.
+QByteArray withOurs(QByteArray flags)
+{
+    const qsizetype theirs = flags.lastIndexOf(disabling);
+    if (theirs < 0)
+        flags += ' ' + QByteArray(disabling) + disabled;
+    else
+        flags.insert(theirs + qsizetype(sizeof disabling) - 1, QByteArray(disabled) + ',');
+    return (flags + ' ' + switches).trimmed();
+}
 }
 
 EngineSwitches::EngineSwitches()
     : m_wasSet(qEnvironmentVariableIsSet(variable))
     , m_before(qgetenv(variable))
 {
-    qputenv(variable, m_wasSet ? m_before + ' ' + switches : QByteArray(switches));
+    qputenv(variable, withOurs(m_before));
 }
 
 EngineSwitches::~EngineSwitches()

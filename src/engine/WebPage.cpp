@@ -3,6 +3,7 @@
 #include "CacheBypass.h"
 #include "EngineVersion.h"
 #include "Log.h"
+#include "PageDownloads.h"
 #include "PageHold.h"
 #include "PageLogin.h"
 #include "PageQuestions.h"
@@ -15,6 +16,7 @@
 #include <QWebEngineCertificateError>
 #include <QWebEngineContextMenuRequest>
 #include <QWebEngineFullScreenRequest>
+#include <QWebEngineHistory>
 #if ORVANE_HAS_PERMISSION_OBJECTS
 #include <QWebEnginePermission>
 #endif
@@ -46,6 +48,13 @@ WebPage::WebPage(QWebEngineProfile *profile)
     setUrlRequestInterceptor(m_cacheBypass);
     connect(m_cacheBypass, &CacheBypass::pageRequested, this,
             [this](const QByteArray &method) { m_sendsForm = method != "GET"; });
+    connect(m_cacheBypass, &CacheBypass::frameRequested, this,
+            [this](const QUrl &url, const QByteArray &method) {
+                if (method != "GET")
+                    m_formAddress = url;
+                else if (url == m_formAddress)
+                    m_formAddress.clear();
+            });
     answerRequests();
 }
 
@@ -122,6 +131,25 @@ void WebPage::noteArrival()
     m_placeWish.noteArrival();
     const QString scheme = url().scheme();
     m_mayAskAgain = !m_sendsForm || (scheme != "http"_L1 && scheme != "https"_L1);
+    emit arrived();
+}
+
+QUrl WebPage::committedUrl() const
+{
+    return history()->currentItem().url();
+}
+
+bool WebPage::isAnswerToForm(const QUrl &url) const
+{
+    return !m_formAddress.isEmpty()
+        && url.matches(m_formAddress, QUrl::RemoveFragment | QUrl::NormalizePathSegments);
+}
+
+PageDownloads &WebPage::downloads()
+{
+    if (!m_downloads)
+        m_downloads = new PageDownloads(*this);
+    return *m_downloads;
 }
 
 void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message,

@@ -9,6 +9,7 @@
 #include "ScriptError.h"
 
 class CacheBypass;
+class PageDownloads;
 class PageQuestions;
 
 /// A page of the engine with the synchronous questions handed on, safe answers for what must not
@@ -36,6 +37,15 @@ public:
     bool awaitsAnswer() const { return m_awaitsAnswer; }
     /// Keeps what the page loads from now on out of the disk cache.
     void setCacheBypass(bool on);
+    /// Whether the window keeps what it shows among the pages visited.
+    void setLeavesTrace(bool leaves) { m_leavesTrace = leaves; }
+    bool leavesTrace() const { return m_leavesTrace; }
+    /// Of the page that is shown, also while another is on its way.
+    QUrl committedUrl() const;
+    /// What is asked for at that address was asked for with a form, and once more would send it.
+    bool isAnswerToForm(const QUrl &url) const;
+    /// What the page may download unasked.
+    PageDownloads &downloads();
     /// A page that took over the contents of a request for a window has lost its interceptor.
     void renewInterceptor();
     /// The focused element of the page takes text.
@@ -77,6 +87,10 @@ signals:
     void scriptFailed(const ScriptError &error);
     /// The engine has gone on after `awaitsAnswer`. Not sent from inside it.
     void answerGiven();
+    /// A page has come in the place of another.
+    void arrived();
+    /// The user did something with the page himself.
+    void userActed();
     /// The user has signed in, and the page is to be asked for once more.
     void signedIn();
 
@@ -98,6 +112,9 @@ private:
     IsOnItsWay m_isOnItsWay;
     QPointer<PageQuestions> m_questions;
     CacheBypass *m_cacheBypass = nullptr;
+    PageDownloads *m_downloads = nullptr;
+    /// The last address that a form was sent to.
+    QUrl m_formAddress;
     ConsoleBrake m_consoleBrake;
     PlaceWish m_placeWish;
     bool m_editableFocus = false;
@@ -106,6 +123,7 @@ private:
     /// The page on its way is asked for with a form.
     bool m_sendsForm = false;
     bool m_awaitsAnswer = false;
+    bool m_leavesTrace = true;
     /// Of the error that is about to be reported; 0: unknown.
     int m_errorColumn = 0;
 };

@@ -363,8 +363,7 @@ void tst_downloads::longNamesArrive()
     showPage();
     for (int number = 1; number <= 2; ++number) {
         m_browser->navigate(url(u"/long"_s));
-        QTRY_COMPARE(allKept().size(), number);
-        QTRY_VERIFY(!allKept().join(u'\n').contains(".download"_L1));
+        QTRY_VERIFY(allKept().size() == number && !allKept().join(u'\n').contains(".orvane"_L1));
         for (const QString &name : allKept()) {
             QVERIFY2(name.startsWith(letter.repeated(50)) && name.endsWith(".bin"_L1),
                      qPrintable(name));
@@ -383,8 +382,11 @@ void tst_downloads::whatIsThereStays()
     QVERIFY(write(u"bytes.bin"_s) && write(u"bytes (1).bin.download"_s));
     QVERIFY(QFile::link(u"/nowhere/at/all"_s, kept(u"bytes (2).bin"_s)));
     showPage();
-    m_browser->navigate(url(u"/bytes.bin"_s));
-    QTRY_COMPARE(QFileInfo(kept(u"bytes (3).bin"_s)).size(), 5);
+    for (const QString &name : {u"bytes (1).bin"_s, u"bytes (3).bin"_s}) {
+        m_browser->navigate(url(u"/bytes.bin"_s));
+        QTRY_COMPARE(QFileInfo(kept(name)).size(), 5);
+        QTRY_VERIFY(!m_browser->isBusy());
+    }
     QCOMPARE(QFileInfo(kept(u"bytes.bin"_s)).size(), 4);
     QCOMPARE(QFileInfo(kept(u"bytes (1).bin.download"_s)).size(), 4);
     QVERIFY(QFileInfo(kept(u"bytes (2).bin"_s)).isSymLink());

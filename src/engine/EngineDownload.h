@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Transfer.h"
+
+#include <QPointer>
+#include <QWebEngineDownloadRequest>
+
+#include <memory>
+
+class DownloadStage;
+
+/// A download that the engine brings, into a stage. It outlasts the page that it came from, and
+/// the engine's own objects: of one that it takes up again the engine tells with a new one. One
+/// whose connection broke stays for the user to go on with while the engine can.
+class EngineDownload : public Transfer {
+    Q_OBJECT
+
+public:
+    /// Of the list's entry of that id; the stage must be valid.
+    EngineDownload(const QString &id, std::unique_ptr<DownloadStage> stage);
+    ~EngineDownload() override;
+
+    QString id() const { return m_id; }
+    /// Accepts the engine's request, for the first time or once more. Inside its signal.
+    void accept(QWebEngineDownloadRequest &request);
+    /// What has been accepted waits until the user wants it, or is cancelled.
+    void hold();
+    void endHold(bool isWanted);
+    /// Goes on with one that has failed. False where the engine cannot, and then the stage is there
+    /// for whoever can.
+    bool goOn();
+
+    void pause() override;
+    void resume() override;
+    void cancel() override;
+    void leave() override;
+
+private:
+    void watch();
+    void update();
+    void noteProgress();
+    void settle();
+    Transfer *complete();
+    void fail();
+    void giveUp();
+    bool isInterrupted() const;
+    void end();
+
+    QString m_id;
+    std::unique_ptr<DownloadStage> m_stage;
+    QPointer<QWebEngineDownloadRequest> m_request;
+    bool m_isHeld = false;
+};
