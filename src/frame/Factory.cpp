@@ -7,8 +7,8 @@
 BrowserWindow *openBrowserWindow(Frame &frame, const QString &url, WindowState state,
                                  Loading loading)
 {
-    if (const BrowserWindow *active = activeBrowser(frame))
-        frame.windowTabs().setPressed(WindowTabs::key(active->hWnd()), false);
+    if (const InnerWindow *active = activeInner(frame))
+        frame.windowTabs().setPressed(active->tabKey(), false);
 
     auto *form = new BrowserWindow(frame);
     form->startingLoad = loading;
@@ -27,5 +27,5 @@ void navigateActive(Frame &frame, const QString &url)
     if (const BrowserWindow *active = activeBrowser(frame))
         active->browser()->navigate(url);
     else
-        frame.openBrowserWindow(url, WindowState::Maximized);
+        frame.openBrowserWindow(url, frame.newWindowState());
 }

@@ -11,5 +11,6 @@
 BrowserWindow *openBrowserWindow(Frame &frame, const QString &url, WindowState state,
                                  Loading loading = Loading::Now);
 
-/// Sends the active window to `url`; the first window comes up maximized.
+/// Sends the active window to `url`. Where that has no page, a new one opens; the first window
+/// comes up maximized.
 void navigateActive(Frame &frame, const QString &url);

@@ -78,6 +78,7 @@ void MdiArea::adopt(QMdiSubWindow *child)
         viewport()->update();
         noteActiveSoon();
     });
+    CoveredWindows::follow(*child);
     child->installEventFilter(this);
 }
 

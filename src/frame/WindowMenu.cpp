@@ -36,13 +36,13 @@ public:
 };
 
 /// The window of a tab; null when it is gone.
-BrowserWindow *windowOfTab(const QString &key)
+InnerWindow *windowOfTab(const QString &key)
 {
     bool isNumber = false;
     const int wanted = key.mid(1).toInt(&isNumber);
     if (!isNumber)
         return nullptr;
-    for (BrowserWindow *window : browserForms()) {
+    for (InnerWindow *window : innerForms()) {
         if (window->hWnd() == wanted)
             return window;
     }
@@ -56,13 +56,13 @@ void bringToFront(Frame &frame, QMdiSubWindow *window)
             area->restore(window);
         area->setActiveSubWindow(window);
     }
-    const auto *browser = qobject_cast<BrowserWindow *>(window);
-    if (!browser)
+    auto *inner = qobject_cast<InnerWindow *>(window);
+    if (!inner)
         return;
     // Out of the address field: what was typed there for another page would keep the text from
     // telling which page this is.
-    browser->browser()->setFocus();
-    frame.setAddressText(browser->shownAddress());
+    inner->focusContents();
+    frame.setAddressText(inner->shownAddress());
 }
 
 /// A window as the list of windows names it: by its caption, or by what else is known of its page.
@@ -120,16 +120,15 @@ void openInNewWindows(Frame &frame, const QStringList &addresses)
 
 void activateTab(Frame &frame, const QString &key)
 {
-    if (BrowserWindow *window = windowOfTab(key))
+    if (InnerWindow *window = windowOfTab(key))
         bringToFront(frame, window);
 }
 
 void registerWindowCommands(Frame &frame, MdiArea &area, QMenu &openBrowsers)
 {
-    frame.handle(u"mnuWindowMinimizeAll"_s,
-                 [&area] { area.minimizeAll(Forms::named("frmBrowser")); });
-    frame.handle(u"mnuWindowRestoreAll"_s,
-                 [&area] { area.restoreAll(Forms::named("frmBrowser")); });
+    // Of the forms, those that are inner windows.
+    frame.handle(u"mnuWindowMinimizeAll"_s, [&area] { area.minimizeAll(Forms::all()); });
+    frame.handle(u"mnuWindowRestoreAll"_s, [&area] { area.restoreAll(Forms::all()); });
     frame.handle(u"mnuWindowCascade"_s, [&area] { area.arrange(Arrange::Cascade); });
     frame.handle(u"mnuWindowTileHorizontal"_s, [&area] { area.arrange(Arrange::TileHorizontal); });
     frame.handle(u"mnuWindowTileVertical"_s, [&area] { area.arrange(Arrange::TileVertical); });
@@ -146,7 +145,7 @@ void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
     QObject::connect(&strip, &TabStrip::tabClicked, &strip,
                      [&frame](const QString &key) { activateTab(frame, key); });
     QObject::connect(&strip, &TabStrip::tabMiddleClicked, &strip, [](const QString &key) {
-        if (BrowserWindow *window = windowOfTab(key))
+        if (InnerWindow *window = windowOfTab(key))
             window->close();
     });
     QObject::connect(

@@ -22,15 +22,10 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-int lastWindowNumber = 0;
-}
-
 BrowserWindow::BrowserWindow(Frame &frame)
-    : m_frame(frame)
+    : InnerWindow(frame)
     , m_client(new QWidget)
     , m_budget(std::make_shared<PopupBudget>())
-    , m_hWnd(++lastWindowNumber)
 {
     setObjectName(u"frmBrowser"_s);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -73,15 +68,15 @@ BrowserWindow::~BrowserWindow()
     unloadWindow();
 }
 
-QString BrowserWindow::tabKey() const
-{
-    return WindowTabs::key(m_hWnd);
-}
-
 QString BrowserWindow::shownAddress() const
 {
     const QString address = m_browser->locationUrl();
     return address.isEmpty() ? m_browser->addressBeforePage(m_opening) : address;
+}
+
+void BrowserWindow::focusContents()
+{
+    m_browser->setFocus();
 }
 
 /// In the shared address bar, while this window is the one it is for.
@@ -107,14 +102,7 @@ void BrowserWindow::setVisible(bool visible)
         m_loaded = true;
         load();
     }
-    QMdiSubWindow::setVisible(visible);
-}
-
-/// Three quarters of the frame's room, as new inner windows are; the page gives no size of its own.
-QSize BrowserWindow::sizeHint() const
-{
-    const QMdiArea *area = mdiArea();
-    return area ? area->viewport()->size() * 3 / 4 : QMdiSubWindow::sizeHint();
+    InnerWindow::setVisible(visible);
 }
 
 void BrowserWindow::load()
@@ -168,32 +156,15 @@ void BrowserWindow::closeEvent(QCloseEvent *event)
 {
     unloadWindow();
     QMdiArea *area = mdiArea();
-    QMdiSubWindow::closeEvent(event);
+    InnerWindow::closeEvent(event);
     CoveredWindows::refresh(area);
-}
-
-bool BrowserWindow::event(QEvent *event)
-{
-    const bool handled = QMdiSubWindow::event(event);
-    switch (event->type()) {
-    case QEvent::Move:
-    case QEvent::Resize:
-    case QEvent::ZOrderChange:
-    case QEvent::Show:
-    case QEvent::Hide:
-        CoveredWindows::refresh(mdiArea());
-        break;
-    default:
-        break;
-    }
-    return handled;
 }
 
 bool BrowserWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_client && event->type() == QEvent::Resize)
         layOut();
-    return QMdiSubWindow::eventFilter(watched, event);
+    return InnerWindow::eventFilter(watched, event);
 }
 
 void BrowserWindow::layOut()
@@ -219,7 +190,7 @@ void BrowserWindow::placeStatusBar()
 void BrowserWindow::keyPressEvent(QKeyEvent *event)
 {
     if (!keyDown(event->key(), event->modifiers()))
-        QMdiSubWindow::keyPressEvent(event);
+        InnerWindow::keyPressEvent(event);
 }
 
 bool BrowserWindow::keyDown(int keyCode, Qt::KeyboardModifiers shift)

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "InnerWindow.h"
 #include "WebBrowser.h"
 
 #include <QList>
-#include <QMdiSubWindow>
 #include <memory>
 
-class Frame;
 class PageQuestions;
 class PopupBudget;
 class PopupEntrance;
@@ -20,7 +19,7 @@ enum class Loading { Now, Later };
 /// The inner window that shows one web page: engine control, status bar, and their reflection in
 /// the window's tab and the shared address bar. The creator sets the public members, hands the
 /// window to `Frame::adopt` and shows it; the first show loads it.
-class BrowserWindow : public QMdiSubWindow, private WebBrowserEvents {
+class BrowserWindow : public InnerWindow, private WebBrowserEvents {
     Q_OBJECT
 
 public:
@@ -34,8 +33,6 @@ public:
     /// True from a page's request for this window until its first navigation.
     bool isPopup = false;
 
-    /// A number of our own, unique for the life of the program.
-    int hWnd() const { return m_hWnd; }
     WebBrowser *browser() const { return m_browser; }
     StatusStrip *statusBar() const { return m_status; }
     /// What its pages ask the user.
@@ -43,9 +40,8 @@ public:
 
     /// The address that stands for the window: its page's, and until there is one what it was
     /// opened on, or "about:blank" where another page may have put its own contents into it.
-    QString shownAddress() const;
-    /// The key of this window's tab.
-    QString tabKey() const;
+    QString shownAddress() const override;
+    void focusContents() override;
     /// Size of the client area, pixels.
     int innerWidth() const;
     int innerHeight() const;
@@ -56,7 +52,6 @@ public:
     bool isUnloaded() const { return m_unloaded; }
 
     void setVisible(bool visible) override;
-    QSize sizeHint() const override;
 
 signals:
     /// A page, or a frame of it, has finished loading.
@@ -67,7 +62,6 @@ public slots:
     void layOut();
 
 protected:
-    bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
@@ -107,9 +101,7 @@ private:
     void renewBudget();
     bool isActiveChild() const;
     void showAddress();
-    void pressTab();
 
-    Frame &m_frame;
     QWidget *m_client = nullptr;
     WebBrowser *m_browser = nullptr;
     StatusStrip *m_status = nullptr;
@@ -124,7 +116,6 @@ private:
     QString m_budgetHost;
     /// Only of a window that a page asked for.
     std::unique_ptr<PopupEntrance> m_entrance;
-    int m_hWnd = 0;
     bool m_openedUnasked = false;
     /// The caption is the page's, or stands for it where none came.
     bool m_named = false;

@@ -168,13 +168,6 @@ void BrowserWindow::privacyImpactedStateChange(bool impacted)
     m_status->setPrivacyShown(impacted);
 }
 
-void BrowserWindow::pressTab()
-{
-    WindowTabs &tabs = m_frame.windowTabs();
-    if (!tabs.isPressed(tabKey()))
-        tabs.setPressed(tabKey(), true);
-}
-
 void BrowserWindow::gotFocus()
 {
     if (m_frame.windowTabs().isPressed(tabKey()))

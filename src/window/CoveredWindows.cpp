@@ -2,6 +2,7 @@
 
 #include "BrowserWindow.h"
 
+#include <QEvent>
 #include <QMdiArea>
 #include <QRegion>
 #include <QTimer>
@@ -30,6 +31,25 @@ void refreshNow(QMdiArea *area)
             covered += (*window)->geometry();
     }
 }
+
+class Follower : public QObject {
+public:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        switch (event->type()) {
+        case QEvent::Move:
+        case QEvent::Resize:
+        case QEvent::ZOrderChange:
+        case QEvent::Show:
+        case QEvent::Hide:
+            CoveredWindows::refresh(static_cast<QMdiSubWindow *>(watched)->mdiArea());
+            break;
+        default:
+            break;
+        }
+        return false;
+    }
+};
 }
 
 namespace CoveredWindows {
@@ -43,6 +63,12 @@ void refresh(QMdiArea *area)
         area->setProperty(pendingProperty, false);
         refreshNow(area);
     });
+}
+
+void follow(QMdiSubWindow &window)
+{
+    static Follower follower;
+    window.installEventFilter(&follower);
 }
 
 }

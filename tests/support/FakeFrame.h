@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BrowserWindow.h"
+#include "CoveredWindows.h"
 #include "Frame.h"
 #include "WindowTabs.h"
 
@@ -87,7 +88,11 @@ public:
     }
 
     QWidget *window() override { return &m_window; }
-    void adopt(QMdiSubWindow *child) override { area->addSubWindow(child); }
+    void adopt(QMdiSubWindow *child) override
+    {
+        area->addSubWindow(child);
+        CoveredWindows::follow(*child);
+    }
     QMdiSubWindow *activeChild() const override { return area->currentSubWindow(); }
     void openBrowserWindow(const QString &url, WindowState state) override
     {
