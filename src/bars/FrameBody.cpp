@@ -25,6 +25,11 @@ void FrameBody::addSideBar(QWidget &bar)
     m_splitter->setStretchFactor(windows + 1, 1);
 }
 
+void FrameBody::addStrip(QWidget &strip)
+{
+    m_layout->addWidget(&strip);
+}
+
 void FrameBody::dockCoolBar(CoolBar::Dock side)
 {
     const int index = side == CoolBar::Dock::Top ? 0 : 1;

@@ -19,6 +19,8 @@ public:
     void dockCoolBar(CoolBar::Dock side);
     /// Adds a side bar left of the inner windows; its edge can be dragged.
     void addSideBar(QWidget &bar);
+    /// Adds a strip below everything else.
+    void addStrip(QWidget &strip);
 
 private:
     CoolBar &m_bar;

@@ -1,5 +1,6 @@
 #include "AllCommands.h"
 
+#include "DownloadCommands.h"
 #include "EditCommands.h"
 #include "FileCommands.h"
 #include "HelpCommands.h"
@@ -15,6 +16,7 @@ void registerAllCommands(MainWindow &frame)
     registerViewCommands(frame);
     registerProfileCommands(frame);
     registerToolsCommands(frame, frame);
+    registerDownloadCommands(frame);
     registerHelpCommands(frame);
     frame.closeCommandTable();
 }

@@ -79,10 +79,8 @@ bool fill(QCheckBox &box, const Settings::Switch &setting)
 
 QString addressOfCurrentPage(const Frame &frame)
 {
-    if (!frame.activeChild())
-        return Settings::homeUrl.read();
     const BrowserWindow *active = activeBrowser(frame);
-    return active ? active->browser()->locationUrl() : QString();
+    return active ? active->browser()->locationUrl() : Settings::homeUrl.read();
 }
 
 }

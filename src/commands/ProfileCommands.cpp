@@ -84,7 +84,7 @@ CommonDialog &ProfileCommands::dialog(const Text &title)
 
 void ProfileCommands::save()
 {
-    if (!m_frame.activeChild()) {
+    if (browserForms().isEmpty()) {
         QApplication::beep();
         return;
     }

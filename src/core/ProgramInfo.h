@@ -5,6 +5,8 @@ class QString;
 /// What the program says of itself: fixed texts, set when it is built and never translated.
 namespace ProgramInfo {
 QString title();
+/// The name of the desktop's entry for the program and of its icon there.
+QString desktopEntry();
 /// Three numbers with dots, "1.0.0".
 QString version();
 QString fileDescription();

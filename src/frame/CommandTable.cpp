@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QMenu>
 
+#include "BrowserWindow.h"
 #include "Clipboard.h"
 #include "Frame.h"
 #include "Log.h"
@@ -105,6 +106,10 @@ bool CommandTable::isMet(MenuEntry::Need need) const
         break;
     case Window:
         return m_frame.activeChild();
+    case Page:
+        return activeBrowser(m_frame);
+    case Pages:
+        return !browserForms().isEmpty();
     case ClipboardText:
         return clipboardMayHaveText();
     case ToolBar:

@@ -20,12 +20,15 @@
 #include "BandFocus.h"
 #include "BandLayout.h"
 #include "BlockedList.h"
-#include "BrowserWindow.h"
 #include "Clipboard.h"
 #include "CommandBars.h"
 #include "CommandLine.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
+#include "DownloadList.h"
+#include "DownloadNews.h"
+#include "DownloadStrip.h"
+#include "DownloadsWindow.h"
 #include "DraggedUrls.h"
 #include "ExitQuestion.h"
 #include "Factory.h"
@@ -34,6 +37,7 @@
 #include "Forms.h"
 #include "FrameBody.h"
 #include "GripGuard.h"
+#include "InnerWindow.h"
 #include "LinksBar.h"
 #include "MailProgram.h"
 #include "MdiArea.h"
@@ -54,7 +58,6 @@
 #include "ToolBar.h"
 #include "ToolBarCommands.h"
 #include "TypingKept.h"
-#include "WebBrowser.h"
 #include "WindowMenu.h"
 #include "Yield.h"
 
@@ -89,6 +92,7 @@ MainWindow::MainWindow()
     , m_links(new LinksBar(*this, *m_linksToolBar, this))
     , m_favoritesBar(named(new FavoritesBar(*this), "FavoritesBar1"))
     , m_searchBar(named(new SearchBar, "SearchBar1"))
+    , m_downloads(new DownloadStrip(downloadList()))
 {
     setObjectName("frmMain"_L1);
     new PlainCaption(*this);
@@ -100,13 +104,15 @@ MainWindow::MainWindow()
     resizeToScreen(*this, designSize);
     m_body->addSideBar(*m_favoritesBar);
     m_body->addSideBar(*m_searchBar);
+    m_body->addStrip(*m_downloads);
     makeBands();
     connectAddressBar();
-    new BandFocus(*this, *m_coolBar, {m_favoritesBar, m_searchBar}, [this] {
-        const BrowserWindow *active = activeBrowser(*this);
-        const bool isSeen = active && active->browser()->widget()->isVisible();
+    connectDownloads();
+    new BandFocus(*this, *m_coolBar, {m_favoritesBar, m_searchBar, m_downloads}, [this] {
+        InnerWindow *active = activeInner(*this);
+        const bool isSeen = active && active->widget()->isVisible();
         if (isSeen)
-            active->browser()->setFocus();
+            active->focusContents();
         return isSeen;
     });
     const auto giveBack = [this] { m_windows->takeFocus(); };
@@ -166,6 +172,22 @@ void MainWindow::connectAddressBar()
     });
 }
 
+void MainWindow::connectDownloads()
+{
+    const auto showList = [this] { run(u"mnuToolsDownloads"_s); };
+    connect(m_downloads, &DownloadStrip::clicked, this, showList);
+    connect(m_windows, &MdiArea::activeChildChanged, m_downloads, [this](QMdiSubWindow *child) {
+        m_downloads->setListSeen(qobject_cast<DownloadsWindow *>(child));
+    });
+    connect(new DownloadNews(downloadList(), this), &DownloadNews::listWanted, this,
+            [this, showList] {
+                setWindowState(windowState() & ~Qt::WindowMinimized);
+                raise();
+                activateWindow();
+                showList();
+            });
+}
+
 void MainWindow::navigateToAddress()
 {
     if (openInMailProgram(m_addressBox->text())) {
@@ -173,13 +195,13 @@ void MainWindow::navigateToAddress()
         return;
     }
     navigateActive(m_addressBox->text());
-    if (const BrowserWindow *active = activeBrowser(*this))
-        active->browser()->setFocus();
+    if (InnerWindow *active = activeInner(*this))
+        active->focusContents();
 }
 
 void MainWindow::restoreAddress()
 {
-    if (const BrowserWindow *active = activeBrowser(*this))
+    if (const InnerWindow *active = activeInner(*this))
         m_addressBox->setText(active->shownAddress());
 }
 
@@ -220,6 +242,9 @@ void MainWindow::translate()
     address.setCaption(Texts<"frmMain">::at<"lblAddress", "Address:">(address.caption()));
     m_coolBar->translate();
     m_searchBar->loadLanguage();
+    m_downloads->translate();
+    for (InnerWindow *window : innerForms())
+        window->translate();
 }
 
 void MainWindow::adopt(QMdiSubWindow *child)
@@ -282,7 +307,7 @@ void MainWindow::keepTyping(const Handler &change)
         change();
     }
     // Where nothing was typed, the field tells of the window that is active now.
-    if (const BrowserWindow *active = activeBrowser(*this))
+    if (const InnerWindow *active = activeInner(*this))
         setAddressText(active->shownAddress());
 }
 

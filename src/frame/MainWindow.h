@@ -9,6 +9,7 @@
 
 class CommandBars;
 class CoolBar;
+class DownloadStrip;
 class FavoritesBar;
 class FrameBody;
 class LinksBar;
@@ -74,6 +75,7 @@ protected:
 private:
     void makeBands();
     void connectAddressBar();
+    void connectDownloads();
     void registerCommands();
     void openFirstWindow();
     void navigateToAddress();
@@ -94,6 +96,7 @@ private:
     LinksBar *m_links;
     FavoritesBar *m_favoritesBar;
     SearchBar *m_searchBar;
+    DownloadStrip *m_downloads;
     ProfileOpener m_profileOpener;
     QString m_commandLine;
     int m_navigationFlags = 0;

@@ -11,6 +11,8 @@ struct MenuEntry {
     enum class Need {
         Nothing,
         Window,        ///< an active child of the frame
+        Page,          ///< an active child that shows a page
+        Pages,         ///< a child that shows a page
         ClipboardText, ///< as far as is known without asking another program
         ToolBar        ///< the strip of tool bars, shown
     };

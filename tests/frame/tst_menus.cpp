@@ -117,7 +117,8 @@ void tst_Menus::menuHoldsItsItemsInOrder_data()
            "mnuToolsHistory|&History;mnuToolsBar2|-;mnuToolsKillPopUps|&Kill Popups;"
            "mnuToolsSmartPopupKiller|Smart Popup Killer;mnuToolsBar3|-;"
            "mnuToolsMaximizeCatcher|&Maximize Catcher;"
-           "mnuToolsScriptErrorSuppress|&Suppress Script Errors"_s;
+           "mnuToolsScriptErrorSuppress|&Suppress Script Errors;mnuToolsBar4|-;"
+           "mnuToolsDownloads|&Downloads"_s;
     QTest::newRow("history") << u"mnuToolsHistory"_s
         << u"mnuToolsAddPagesToHistory|Add Pages To &History;mnuToolsHistoryBar0|-;"
            "mnuToolsAddFilesToCache|Add Files To Cache"_s;
@@ -164,6 +165,7 @@ void tst_Menus::acceleratorsAreAsDesigned()
         {u"mnuToolsKillPopUps"_s, u"Ctrl+K"_s},
         {u"mnuToolsMaximizeCatcher"_s, u"Ctrl+M"_s},
         {u"mnuToolsScriptErrorSuppress"_s, u"Ctrl+S"_s},
+        {u"mnuToolsDownloads"_s, u"Ctrl+J"_s},
     };
     QMap<QString, QString> found;
     for (const MenuEntry &entry : menuTable()) {

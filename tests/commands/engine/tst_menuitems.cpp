@@ -276,6 +276,11 @@ void tst_MenuItems::describeTools()
     });
     describeSwitch(u"mnuToolsSmartPopupKiller"_s, [] { return true; });
     describeSwitch(u"mnuToolsMaximizeCatcher"_s, [] { return true; });
+    m_items[u"mnuToolsDownloads"_s] = {
+        {}, [this] {
+            const QMdiSubWindow *active = m_session->frame->activeChild();
+            return active && active->objectName() == "frmDownloads"_L1;
+        }};
     describeSwitch(u"mnuToolsScriptErrorSuppress"_s, [engine] { return engine().isSilent(); });
 }
 

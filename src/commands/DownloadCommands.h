@@ -1,0 +1,6 @@
+#pragma once
+
+class Frame;
+
+/// Tools > Downloads.
+void registerDownloadCommands(Frame &frame);

@@ -1,0 +1,72 @@
+#include "DesktopSession.h"
+
+#include <QDBusMessage>
+
+using namespace Qt::StringLiterals;
+
+QStringList FakeNotifications::GetCapabilities(const QDBusMessage &call)
+{
+    call.setDelayedReply(isSilent);
+    return capabilities;
+}
+
+uint FakeNotifications::Notify(const QString &program, uint replaced, const QString &,
+                               const QString &title, const QString &body,
+                               const QStringList &actions, const QVariantMap &, int)
+{
+    shown.append({program, replaced, title, body, actions});
+    return replaced > 0 ? replaced : uint(shown.size());
+}
+
+void FakeFileManager::ShowItems(const QStringList &addresses, const QString &)
+{
+    shown.append(addresses);
+}
+
+DesktopSession::DesktopSession()
+    : m_bus(QString())
+{
+    m_daemon.start(
+        u"dbus-daemon"_s,
+        {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s, u"--address=unix:tmpdir=/tmp"_s});
+    if (!m_daemon.waitForReadyRead())
+        return;
+    const QString address = QString::fromUtf8(m_daemon.readLine()).trimmed();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
+    m_bus = QDBusConnection::connectToBus(address, u"the desktop of the test"_s);
+    const auto all = QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals;
+    m_bus.registerObject(u"/org/freedesktop/Notifications"_s, &notifications, all);
+    m_bus.registerObject(u"/org/freedesktop/FileManager1"_s, &files, all);
+    m_bus.connect({}, {}, u"com.canonical.Unity.LauncherEntry"_s, u"Update"_s, this,
+                  SLOT(noteProgress(QString, QVariantMap)));
+}
+
+DesktopSession::~DesktopSession()
+{
+    QDBusConnection::disconnectFromBus(m_bus.name());
+    m_daemon.kill();
+    m_daemon.waitForFinished();
+}
+
+void DesktopSession::setNotifying(bool on)
+{
+    const QString name = u"org.freedesktop.Notifications"_s;
+    if (on)
+        m_bus.registerService(name);
+    else
+        m_bus.unregisterService(name);
+}
+
+void DesktopSession::setFileManaging(bool on)
+{
+    const QString name = u"org.freedesktop.FileManager1"_s;
+    if (on)
+        m_bus.registerService(name);
+    else
+        m_bus.unregisterService(name);
+}
+
+void DesktopSession::noteProgress(const QString &entry, const QVariantMap &properties)
+{
+    progress.append({entry, properties});
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QList>
+#include <QObject>
+#include <QProcess>
+#include <QStringList>
+#include <QVariantMap>
+
+class QDBusMessage;
+
+/// A service for notifications that remembers what it was asked to show.
+class FakeNotifications : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public:
+    struct Notice {
+        QString program;
+        uint replaced = 0;
+        QString title;
+        QString body;
+        QStringList actions;
+    };
+    QList<Notice> shown;
+    QStringList capabilities{QStringLiteral("body"), QStringLiteral("body-markup")};
+    /// Calls are taken and never answered.
+    bool isSilent = false;
+
+public slots:
+    QStringList GetCapabilities(const QDBusMessage &call);
+    uint Notify(const QString &program, uint replaced, const QString &icon, const QString &title,
+                const QString &body, const QStringList &actions, const QVariantMap &hints,
+                int timeout);
+
+signals:
+    void ActionInvoked(uint number, const QString &action);
+};
+
+/// A file manager that remembers what it was asked to show.
+class FakeFileManager : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+
+public:
+    QList<QStringList> shown;
+
+public slots:
+    void ShowItems(const QStringList &addresses, const QString &startup);
+};
+
+/// A desktop session of a test's own: a real bus, with services that can be there or not. A program
+/// knows one session for its whole life, so there is one at most.
+class DesktopSession : public QObject {
+    Q_OBJECT
+
+public:
+    DesktopSession();
+    ~DesktopSession() override;
+
+    bool isRunning() const { return m_bus.isConnected(); }
+    void setNotifying(bool on);
+    void setFileManaging(bool on);
+
+    FakeNotifications notifications;
+    FakeFileManager files;
+    /// What was told of progress, in order: the task bar's entry and its properties.
+    QList<QPair<QString, QVariantMap>> progress;
+
+private slots:
+    void noteProgress(const QString &entry, const QVariantMap &properties);
+
+private:
+    QProcess m_daemon;
+    QDBusConnection m_bus;
+};
