@@ -27,10 +27,10 @@ std::optional<QByteArray> putAtOnce(const QByteArray &file, const QList<IniEntry
     return IniText::putKeys(file, entries.first().section, keys, values);
 }
 
-std::optional<QByteArray> changed(const QByteArray &old, const QList<IniEntry> &entries)
+QByteArray changed(const QByteArray &old, const QList<IniEntry> &entries)
 {
     if (const std::optional<QByteArray> all = putAtOnce(old, entries))
-        return all;
+        return *all;
     QByteArray bytes = old;
     for (const IniEntry &entry : entries)
         bytes = IniText::put(bytes, {entry.section, entry.key}, entry.value);
@@ -85,6 +85,20 @@ WriteResult writeIni(const QString &section, const QString &key, const QString &
     return writeIniEntries({{section, key, value}}, path);
 }
 
+WriteResult changeIniFile(const QString &path,
+                          const std::function<QByteArray(const QByteArray &)> &change)
+{
+    bool sixteenBits = false;
+    const WriteResult result = FileUpdate::change(path, [&](const QByteArray &old) {
+        sixteenBits = isSixteenBits(old);
+        return sixteenBits ? std::nullopt : std::optional(change(old));
+    });
+    if (!sixteenBits)
+        return result;
+    qCWarning(lcFiles) << path << "is UTF-16 and so stays as it is";
+    return WriteResult(WriteResult::Failure::SixteenBits);
+}
+
 WriteResult writeIniEntries(const QList<IniEntry> &entries, const QString &path)
 {
     const auto refused = std::find_if(entries.cbegin(), entries.cend(), [](const IniEntry &entry) {
@@ -97,13 +111,5 @@ WriteResult writeIniEntries(const QList<IniEntry> &entries, const QString &path)
     }
     if (entries.isEmpty())
         return {};
-    bool sixteenBits = false;
-    const WriteResult result = FileUpdate::change(path, [&](const QByteArray &old) {
-        sixteenBits = isSixteenBits(old);
-        return sixteenBits ? std::nullopt : changed(old, entries);
-    });
-    if (!sixteenBits)
-        return result;
-    qCWarning(lcFiles) << path << "is UTF-16 and so stays as it is";
-    return WriteResult(WriteResult::Failure::SixteenBits);
+    return changeIniFile(path, [&](const QByteArray &old) { return changed(old, entries); });
 }

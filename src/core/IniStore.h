@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <optional>
 
 /// The file's bytes as the functions below see them: those of a UTF-16 file, which its byte order
@@ -30,6 +31,11 @@ QStringList readIniValues(const QString &section, const QStringList &keys, const
 /// is empty, has "=" or begins with "[" or ";".
 WriteResult writeIni(const QString &section, const QString &key, const QString &value,
                      const QString &path);
+
+/// Puts what `change` makes of the file's bytes in their place, as `FileUpdate::change` does. It
+/// fails, and the old file is untouched, where that fails and when the file is UTF-16.
+WriteResult changeIniFile(const QString &path,
+                          const std::function<QByteArray(const QByteArray &)> &change);
 
 struct IniEntry {
     QString section;

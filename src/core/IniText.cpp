@@ -200,6 +200,43 @@ std::optional<QByteArray> putEncoded(const QByteArray &file, const IniText::Name
 
 namespace IniText {
 
+QByteArrayView Section::value(QByteArrayView key) const
+{
+    for (const Key &each : keys) {
+        if (each.name.compare(key, Qt::CaseInsensitive) == 0)
+            return each.value;
+    }
+    return {};
+}
+
+QList<Section> sections(QByteArrayView file)
+{
+    const auto part = [file](qsizetype begin, qsizetype end) {
+        const qsizetype first = skipBlanks(file, begin, end);
+        return file.sliced(first, dropBlanks(file, first, end) - first);
+    };
+    QList<Section> result;
+    for (qsizetype at = afterMark(file); at < file.size();) {
+        const qsizetype end = seek(file, '\n', at, file.size());
+        const qsizetype next = std::min(end + 1, file.size());
+        const qsizetype begin = skipBlanks(file, at, end);
+        if (begin < end && file[begin] == '[') {
+            if (!result.isEmpty())
+                result.last().end = at;
+            const qsizetype close = seek(file, ']', begin + 1, end);
+            result.append({part(begin + 1, close), at, file.size(), next, {}});
+        } else if (begin < end && file[begin] != ';' && !result.isEmpty()) {
+            const qsizetype equals = seek(file, '=', begin, end);
+            if (equals < end) {
+                result.last().keys.append({part(begin, equals), part(equals + 1, end)});
+                result.last().keysEnd = next;
+            }
+        }
+        at = next;
+    }
+    return result;
+}
+
 Place find(QByteArrayView file, const Name &name)
 {
     Place place;

@@ -29,6 +29,29 @@ struct Name {
     QString key;
 };
 
+/// A section with its keys, for files whose sections are the entries of a list. All of it are parts
+/// of the file's bytes.
+struct Section {
+    struct Key {
+        QByteArrayView name;
+        QByteArrayView value;
+    };
+
+    QByteArrayView name;
+    /// From its header to the next one or the end of the file. Positions in the bytes.
+    qsizetype begin = 0;
+    qsizetype end = 0;
+    /// Behind the line of its last key, or its header: what follows may belong to the next section.
+    qsizetype keysEnd = 0;
+    QList<Key> keys;
+
+    /// Of the first key of that ASCII name; a null view where there is none.
+    QByteArrayView value(QByteArrayView key) const;
+};
+
+/// All sections in their order, of those with one name too, found in one pass.
+QList<Section> sections(QByteArrayView file);
+
 Place find(QByteArrayView file, const Name &name);
 
 /// The places of keys of one section, in their order, found in one pass: each as `find` has it.

@@ -15,6 +15,8 @@ private slots:
     void sameAsOneByOne();
     void singleStepsOnly();
     void valuesOfAFile();
+    void sectionsOfAFile();
+    void oddSections();
 };
 
 void tst_IniTextKeys::sameAsOneByOne_data()
@@ -68,6 +70,40 @@ void tst_IniTextKeys::valuesOfAFile()
                             path));
     QCOMPARE(readIniValues(u"list"_s, {u"B"_s, u"c"_s, u"A"_s}, path),
              (QStringList{u"2"_s, QString(), QString(999, u'x')}));
+}
+
+void tst_IniTextKeys::sectionsOfAFile()
+{
+    const QByteArray file = "\xef\xbb\xbf; top\r\nlost=1\r\n [ One ] rest\r\na = 1 \r\nA=2\r\n"
+                            ";a=3\r\n\r\n; of two\r\n[Two]\r\nnone\r\n[one]\nb=\n=x"_ba;
+    const QList<IniText::Section> sections = IniText::sections(file);
+    QCOMPARE(sections.size(), 3);
+    QCOMPARE(sections.at(0).name, "One"_ba);
+    QCOMPARE(sections.at(0).value("A"), "1"_ba);
+    QVERIFY(sections.at(0).value("b").isNull());
+    QCOMPARE(sections.at(0).begin, file.indexOf(" [ One"));
+    QCOMPARE(sections.at(0).keysEnd, file.indexOf(";a=3"));
+    QCOMPARE(sections.at(0).end, file.indexOf("[Two]"));
+    QCOMPARE(sections.at(1).name, "Two"_ba);
+    QVERIFY(sections.at(1).keys.isEmpty());
+    QCOMPARE(sections.at(1).keysEnd, file.indexOf("none"));
+    QCOMPARE(sections.at(2).name, "one"_ba);
+    QVERIFY(!sections.at(2).value("b").isNull());
+    QVERIFY(sections.at(2).value("b").isEmpty());
+    QCOMPARE(sections.at(2).end, file.size());
+    // As single look-ups have it.
+    QCOMPARE(IniText::value(file, {u"One"_s, u"a"_s}, 999), u"1"_s);
+}
+
+void tst_IniTextKeys::oddSections()
+{
+    QVERIFY(IniText::sections({}).isEmpty());
+    QVERIFY(IniText::sections("a=1\r\n").isEmpty());
+    const QList<IniText::Section> sections = IniText::sections("[\n[]\n[a");
+    QCOMPARE(sections.size(), 3);
+    QVERIFY(sections.at(0).name.isEmpty());
+    QVERIFY(sections.at(1).name.isEmpty());
+    QCOMPARE(sections.at(2).name, "a"_ba);
 }
 
 QTEST_APPLESS_MAIN(tst_IniTextKeys)
