@@ -2,8 +2,10 @@
 
 #include "Transfer.h"
 
+#include <QCoreApplication>
 #include <QUuid>
 #include <algorithm>
+#include <functional>
 
 namespace {
 /// Milliseconds between two tellings of bytes.
@@ -34,10 +36,26 @@ QString DownloadList::newId()
 void DownloadList::add(const Download &download, Transfer *transfer)
 {
     m_all.prepend(download);
+    m_numbers.prepend(m_numbers.isEmpty() ? 0 : m_numbers.first() + 1);
+    m_numberOf.insert(download.id, m_numbers.first());
     if (transfer)
         setTransfer(download.id, transfer);
     emit added(download.id);
     trim();
+}
+
+void DownloadList::restore(const QList<Download> &earlier)
+{
+    for (const Download &download : earlier) {
+        if (m_all.size() >= most)
+            break;
+        if (m_numberOf.contains(download.id))
+            continue;
+        m_all.append(download);
+        m_numbers.append(m_numbers.isEmpty() ? 0 : m_numbers.last() - 1);
+        m_numberOf.insert(download.id, m_numbers.last());
+    }
+    emit restored();
 }
 
 void DownloadList::setTransfer(const QString &id, Transfer *transfer)
@@ -81,6 +99,8 @@ void DownloadList::remove(const QStringList &ids)
         if (index < 0)
             continue;
         m_all.removeAt(index);
+        m_numbers.removeAt(index);
+        m_numberOf.remove(id);
         m_running.remove(id);
         m_changed.remove(id);
         emit removed(id);
@@ -119,6 +139,7 @@ void DownloadList::leaveAll()
         if (Transfer *transfer = transferOf(id))
             transfer->leave();
     }
+    emit left();
 }
 
 DownloadList::Sum DownloadList::sum() const
@@ -158,11 +179,12 @@ qint64 DownloadList::secondsLeft(const QString &id) const
 
 qsizetype DownloadList::indexOf(const QString &id) const
 {
-    for (qsizetype i = 0; i < m_all.size(); ++i) {
-        if (m_all.at(i).id == id)
-            return i;
-    }
-    return -1;
+    const auto number = m_numberOf.constFind(id);
+    if (number == m_numberOf.cend())
+        return -1;
+    const auto place =
+        std::lower_bound(m_numbers.cbegin(), m_numbers.cend(), *number, std::greater<>());
+    return place - m_numbers.cbegin();
 }
 
 Transfer *DownloadList::transferOf(const QString &id) const
@@ -188,6 +210,9 @@ void DownloadList::trim()
 
 DownloadList &downloadList()
 {
-    static DownloadList list;
-    return list;
+    // A static one would outlive the event loop that its timers are of.
+    static QPointer<DownloadList> list;
+    if (!list)
+        list = new DownloadList(qApp);
+    return *list;
 }

@@ -52,6 +52,8 @@ public:
 
     /// Puts a new entry in front; `transfer` may be null for one that is over.
     void add(const Download &download, Transfer *transfer);
+    /// Puts entries that are over behind all others, in their order.
+    void restore(const QList<Download> &earlier);
     /// The entry is brought by another from now on.
     void setTransfer(const QString &id, Transfer *transfer);
     /// Changes the entry of that id, if there is one; the id stays.
@@ -80,6 +82,10 @@ signals:
     /// next turn of the event loop.
     void changed(const QSet<QString> &ids);
     void removed(const QString &id);
+    /// Entries of earlier runs came in behind the others, maybe many.
+    void restored();
+    /// All have been told to leave: what is to be kept of them must be when this returns.
+    void left();
 
 private:
     struct Running {
@@ -93,6 +99,9 @@ private:
     void trim();
 
     QList<Download> m_all;
+    /// By which an entry's place is found: descending, one for each, an entry's own all its life.
+    QList<qint64> m_numbers;
+    QHash<QString, qint64> m_numberOf;
     QHash<QString, Running> m_running;
     QSet<QString> m_changed;
     QTimer m_tells;
@@ -100,5 +109,5 @@ private:
     Retry m_retry;
 };
 
-/// The program's one list.
+/// The program's one list; it goes with the application object, which must be there.
 DownloadList &downloadList();
