@@ -4,6 +4,9 @@
 
 #include "AllCommands.h"
 #include "CommandLine.h"
+#include "DownloadFile.h"
+#include "DownloadList.h"
+#include "DownloadStore.h"
 #include "EndRequests.h"
 #include "EngineStart.h"
 #include "MainWindow.h"
@@ -16,6 +19,8 @@ namespace {
 int runFrame()
 {
     MainWindow frame;
+    // Reads beside the start.
+    const DownloadStore downloads(downloadList(), DownloadFile::path());
     registerAllCommands(frame);
     frame.setCommandLine(QCoreApplication::arguments().mid(1).join(u' '));
     followEndRequests(frame);

@@ -150,6 +150,12 @@ QString from(const QString &text, const QString &ending, const QString &otherwis
     return joined(name, own, limit);
 }
 
+bool isFit(const QString &name)
+{
+    return !name.isEmpty() && clean(name) == name && !isDevice(name)
+        && name.toUtf8().size() <= longest;
+}
+
 QString numbered(const QString &name, int number, qsizetype limit)
 {
     const QString ending = endingOf(name);

@@ -16,6 +16,9 @@ inline constexpr qsizetype longest = 255;
 QString from(const QString &text, const QString &ending, const QString &otherwise,
              qsizetype limit = longest);
 
+/// Whether `name` can be a file's as it is: what `from` makes is one, at a hundredth of the time.
+bool isFit(const QString &name);
+
 /// The name's ending with its dot, as ".html" or ".tar.gz"; empty where there is none. What comes
 /// after a dot in a sentence is none.
 QString endingOf(const QString &name);

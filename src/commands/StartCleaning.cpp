@@ -1,6 +1,7 @@
 #include "StartCleaning.h"
 
 #include "AppFolder.h"
+#include "DownloadFile.h"
 #include "EngineOptions.h"
 #include "Leftovers.h"
 #include "RecoveredText.h"
@@ -36,7 +37,10 @@ void startCleaning()
     auto isEnding = std::make_shared<std::atomic<bool>>(false);
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [isEnding] { *isEnding = true; });
     QThreadPool::globalInstance()->start([all = folders(), favorites, isEnding] {
-        Leftovers::removeNoted([](const QString &) { return false; });
+        const std::optional<QSet<QString>> needed = DownloadFile::stages(DownloadFile::path());
+        // Where it cannot be read nothing is known to be of no use.
+        Leftovers::removeNoted(
+            [&needed](const QString &folder) { return !needed || needed->contains(folder); });
         for (const QString &folder : all)
             Leftovers::removeIn(folder);
         if (!favorites.isEmpty())

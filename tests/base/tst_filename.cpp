@@ -11,6 +11,8 @@ class tst_filename : public QObject {
 private slots:
     void names_data();
     void names();
+    void fitNames_data();
+    void fitNames();
     void hiddenCharactersGo();
     void longNamesKeepTheirEnding_data();
     void longNamesKeepTheirEnding();
@@ -93,6 +95,28 @@ void tst_filename::hiddenCharactersGo()
     }
     QCOMPARE(FileName::from(text + u"b"_s, u".html"_s, u"other"_s), u"ab.html"_s);
     QCOMPARE(FileName::from(text.mid(1), {}, u"other"_s), u"other"_s);
+}
+
+void tst_filename::fitNames_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isFit");
+    QTest::newRow("plain") << u"a b (1).tar.gz"_s << true;
+    QTest::newRow("other scripts") << u"\u65e5\u672c.html"_s << true;
+    QTest::newRow("longest") << QString(255, u'x') << true;
+    QTest::newRow("empty") << QString() << false;
+    QTest::newRow("too long") << QString(128, u'\u00e4') << false;
+    for (const QString &name : {u"a/b"_s, u".."_s, u".hidden"_s, u"a."_s, u" a"_s, u"a\tb"_s,
+                                u"a\u202eb"_s, u"con.txt"_s, u"a:b"_s})
+        QTest::newRow(qPrintable(name)) << name << false;
+}
+
+void tst_filename::fitNames()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, isFit);
+    QCOMPARE(FileName::isFit(name), isFit);
+    QVERIFY(FileName::isFit(FileName::from(name, {}, u"other"_s)));
 }
 
 void tst_filename::longNamesKeepTheirEnding_data()

@@ -1,0 +1,173 @@
+#include "DownloadStore.h"
+
+#include "DownloadFile.h"
+#include "DownloadList.h"
+#include "DownloadStage.h"
+#include "LeftDownload.h"
+#include "Log.h"
+
+#include <algorithm>
+
+namespace {
+/// Milliseconds from the end of one write to the next.
+constexpr int leastPause = 100;
+
+/// Without what changes all the time.
+Download settled(Download download)
+{
+    if (download.isUnderWay())
+        download.received = 0;
+    return download;
+}
+
+void removeStages(const QStringList &stages)
+{
+    // One that is still somebody's is not given.
+    for (const QString &stage : stages)
+        DownloadStage::take(stage);
+}
+}
+
+DownloadStore::DownloadStore(DownloadList &list, const QString &file, QObject *parent)
+    : QObject(parent)
+    , m_list(list)
+    , m_file(file)
+{
+    m_worker.setMaxThreadCount(1);
+    m_soon.setSingleShot(true);
+    connect(&m_soon, &QTimer::timeout, this, &DownloadStore::start);
+    connect(&list, &DownloadList::added, this, &DownloadStore::note);
+    connect(&list, &DownloadList::changed, this, [this](const QSet<QString> &ids) {
+        for (const QString &id : ids)
+            note(id);
+    });
+    connect(&list, &DownloadList::removed, this, &DownloadStore::drop);
+    // What ends the program may not wait for more than this.
+    connect(&list, &DownloadList::left, this, &DownloadStore::flush);
+    load();
+}
+
+DownloadStore::~DownloadStore()
+{
+    flush();
+}
+
+void DownloadStore::flush()
+{
+    noteAll();
+    start();
+    m_worker.waitForDone();
+}
+
+void DownloadStore::load()
+{
+    m_worker.start([this] {
+        const std::optional<QList<Download>> stored = DownloadFile::read(m_file);
+        if (!stored)
+            qCWarning(lcFiles) << "cannot read" << m_file << "and so shows no earlier downloads";
+        const QList<Download> all = stored.value_or(QList<Download>());
+        QList<Download> found;
+        for (const Download &download : all) {
+            if (const std::optional<Download> left = LeftDownload::asLeft(download))
+                found.append(*left);
+        }
+        QMetaObject::invokeMethod(
+            this, [this, found, all] { take(found, all); }, Qt::QueuedConnection);
+    });
+}
+
+void DownloadStore::take(const QList<Download> &found, const QList<Download> &stored)
+{
+    // Its own ones may be in the file already.
+    QList<Download> others;
+    std::copy_if(found.cbegin(), found.cend(), std::back_inserter(others),
+                 [this](const Download &each) { return !m_known.contains(each.id); });
+    for (const Download &each : stored) {
+        if (!m_known.contains(each.id))
+            m_known.insert(each.id, settled(each));
+    }
+    m_list.restore(others);
+    for (const Download &each : std::as_const(others))
+        note(each.id);
+    emit loaded();
+}
+
+void DownloadStore::note(const QString &id)
+{
+    const Download *now = m_list.find(id);
+    if (!now)
+        return;
+    const Download known = settled(*now);
+    Download &before = m_known[id];
+    if (before == known)
+        return;
+    before = known;
+    m_removed.remove(id);
+    if (!m_waiting.contains(id))
+        m_waiting.append(id);
+    wake();
+}
+
+/// What the list has not told yet, too. The oldest first, as in the file.
+void DownloadStore::noteAll()
+{
+    const QList<Download> &all = m_list.all();
+    for (auto each = all.crbegin(); each != all.crend(); ++each)
+        note(each->id);
+}
+
+void DownloadStore::drop(const QString &id)
+{
+    const Download known = m_known.take(id);
+    if (!known.stage.isEmpty())
+        m_stages.append(known.stage);
+    m_waiting.removeAll(id);
+    m_removed.insert(id);
+    wake();
+}
+
+/// At once where nothing was written just now: what is not in the file is lost with the program.
+void DownloadStore::wake()
+{
+    if (!m_isWriting && !m_soon.isActive())
+        m_soon.start(0);
+}
+
+void DownloadStore::start()
+{
+    DownloadFile::Changes changes;
+    changes.removed = std::exchange(m_removed, {});
+    const QStringList ids = std::exchange(m_waiting, {});
+    for (const QString &id : ids) {
+        if (const Download *download = m_list.find(id))
+            changes.entries.append(*download);
+    }
+    const QStringList stages = std::exchange(m_stages, {});
+    if (changes.entries.isEmpty() && changes.removed.isEmpty())
+        return;
+    m_isWriting = true;
+    m_worker.start([this, changes, ids, stages] {
+        QStringList trimmed;
+        const bool isWritten = bool(DownloadFile::write(m_file, changes, trimmed));
+        removeStages(stages + trimmed);
+        QMetaObject::invokeMethod(
+            this,
+            [this, ids, removed = changes.removed, isWritten] { end(ids, removed, isWritten); },
+            Qt::QueuedConnection);
+    });
+}
+
+void DownloadStore::end(const QStringList &entries, const QSet<QString> &removed, bool isWritten)
+{
+    m_isWriting = false;
+    if (!isWritten) {
+        // With the next change: the disk may be as full for long.
+        for (const QString &id : entries) {
+            if (!m_waiting.contains(id) && m_list.find(id))
+                m_waiting.append(id);
+        }
+        m_removed.unite(removed);
+    } else if (!m_waiting.isEmpty() || !m_removed.isEmpty()) {
+        m_soon.start(leastPause);
+    }
+}

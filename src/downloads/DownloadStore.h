@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Download.h"
+
+#include <QHash>
+#include <QObject>
+#include <QSet>
+#include <QStringList>
+#include <QThreadPool>
+#include <QTimer>
+
+class DownloadList;
+
+/// Keeps a list of downloads in a file: reads it once, behind what the list has by then, and writes
+/// each change of state soon after it. Both are done beside the interface; what cannot be written
+/// is logged and tried again with the next change. Stages of entries that leave the list go.
+class DownloadStore : public QObject {
+    Q_OBJECT
+
+public:
+    DownloadStore(DownloadList &list, const QString &file, QObject *parent = nullptr);
+    /// With the list's last state in the file.
+    ~DownloadStore() override;
+
+    /// Returns when the file has what the list has now.
+    void flush();
+
+signals:
+    /// What the file had is in the list.
+    void loaded();
+
+private:
+    void load();
+    void take(const QList<Download> &found, const QList<Download> &stored);
+    void note(const QString &id);
+    void noteAll();
+    void drop(const QString &id);
+    void wake();
+    void start();
+    void end(const QStringList &entries, const QSet<QString> &removed, bool isWritten);
+
+    DownloadList &m_list;
+    QString m_file;
+    /// One after the other.
+    QThreadPool m_worker;
+    QTimer m_soon;
+    /// As they are in the file or on their way there.
+    QHash<QString, Download> m_known;
+    /// What is to be written, in the order of its changes.
+    QStringList m_waiting;
+    QSet<QString> m_removed;
+    /// Of entries that left the list.
+    QStringList m_stages;
+    bool m_isWriting = false;
+};
