@@ -28,6 +28,7 @@
 #include "DownloadList.h"
 #include "DownloadNews.h"
 #include "DownloadStrip.h"
+#include "Downloads.h"
 #include "DownloadsWindow.h"
 #include "DraggedUrls.h"
 #include "ExitQuestion.h"
@@ -354,6 +355,9 @@ void MainWindow::leave()
     findChild<QLabel *>(u"pctIcon"_s)->clear();
     saveBandLayout(*m_coolBar);
     m_closed = true;
+    // The pages take along what is still the engine's.
+    Downloads::leaveAll();
+    downloadList().leaveAll();
     unloadForms();
     QCoreApplication::quit();
 }
