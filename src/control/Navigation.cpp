@@ -83,6 +83,7 @@ void Navigation::accept(const QUrl &url, Type type, Request request)
     }
     m_opensEmpty = false;
     m_replacing.clear();
+    m_startedAhead.clear();
     m_pending = url;
     m_stage = Stage::Asked;
 }
@@ -144,6 +145,10 @@ Navigation::Events Navigation::documentStarted(const QString &address, const Eng
     if (!m_startedUnheard.isEmpty() && std::exchange(m_startedUnheard, {}) == address)
         return {};
     const QUrl committed = committedAddress(place);
+    if (isUnderWay() && isAhead(address, committed)) {
+        m_startedAhead = address;
+        return {};
+    }
     if (!isUnderWay() || committed.isEmpty())
         return {};
     // The load that a blank page was opened over has got this far.
@@ -156,9 +161,20 @@ Navigation::Events Navigation::documentStarted(const QString &address, const Eng
     return events;
 }
 
+/// The document on its way tells of its start, and the engine has yet to say that it is there. From
+/// Qt 6.5 on it may be so: both come from another process, each in its own way.
+bool Navigation::isAhead(const QString &address, const QUrl &committed) const
+{
+    if (!address.startsWith(errorScheme) && !isSamePage(QUrl(address), m_pending))
+        return false;
+    return committed.isEmpty()
+        || (committed == QUrl(m_location) && !isSamePage(committed, m_pending));
+}
+
 Navigation::Event Navigation::commit(const QString &url, bool hasArrived, const EnginePlace &place)
 {
     m_stage = Stage::Committed;
+    m_startedAhead.clear();
     // The page tells of the address it is the source of.
     m_location = place.shown.scheme() == "view-source"_L1 ? encoded(place.shown) : url;
     m_hasDocument = true;
@@ -214,8 +230,10 @@ Navigation::Events Navigation::loadEnded(const LoadEnd &end, const EnginePlace &
             return {};
         events.append(returnToPage(place));
     } else if (isUnderWay() && !end.isStopped) {
+        const bool isHeard = !m_startedAhead.isEmpty();
         events.append(commit(encoded(committedAddress(place)), !end.error, place));
-        m_startedUnheard = end.error ? errorPage : m_location;
+        if (!isHeard)
+            m_startedUnheard = end.error ? errorPage : m_location;
     }
     if (end.error) {
         m_showsError = true;
@@ -243,6 +261,7 @@ void Navigation::finish(const LoadEnd &end, const EnginePlace &place, Events &ev
     events.append(event(What::ForgetLinks));
     m_busy = false;
     m_stage = Stage::None;
+    m_startedAhead.clear();
     if (end.isStopped) {
         // The page may have changed its address while the other one was on its way.
         events.append(urlChanged(place));
@@ -264,6 +283,11 @@ Navigation::Events Navigation::urlChanged(const EnginePlace &place)
     const QUrl address = committedAddress(place);
     if (address.isEmpty())
         return m_adopted ? Events{event(What::Location, m_location)} : Events();
+    if (!m_startedAhead.isEmpty()) {
+        const Events came = documentStarted(std::exchange(m_startedAhead, {}), place);
+        if (!came.isEmpty())
+            return came;
+    }
     const QUrl before(m_location);
     if (!m_hasDocument || address == before)
         return {};

@@ -154,6 +154,7 @@ private:
     enum class Stage { None, Asked, Started, Committed };
 
     QUrl committedAddress(const EnginePlace &place) const;
+    bool isAhead(const QString &address, const QUrl &committed) const;
     Event commit(const QString &url, bool hasArrived, const EnginePlace &place);
     void finish(const LoadEnd &end, const EnginePlace &place, Events &events);
     Events returnToPage(const EnginePlace &place);
@@ -174,6 +175,8 @@ private:
     QUrl m_redirectedTo;
     /// The address of a page whose end was told before its start.
     QString m_startedUnheard;
+    /// How a document spells its address that has begun before the engine told of its coming.
+    QString m_startedAhead;
     QList<QUrl> m_linksToForget;
     Beginning m_beginning;
     int m_flags = 0;

@@ -320,6 +320,26 @@ void tst_navigation::addOddOrders()
            "document chrome-error://chromewebdata/"_s.arg(a),
            u"before %1; opening %1; came %1 failed; error -105; complete %1; forget; done; ended"_s
                .arg(a));
+    addRow("document before the engine's word of it", opened(a),
+           u"load %1; ask typed %1; start %1; document %1; loaded; at %1 2; url; end %1"_s.arg(b),
+           u"before %1; opening %1; came %1; complete %1; forget; done; ended"_s.arg(b));
+    addRow("first document before the engine's word of it", {},
+           u"load %1; ask typed %1; start %1; document %1; at %1 1; url; loaded; end %1"_s.arg(a),
+           u"before %1; opening %1; came %1; complete %1; forget; done; ended"_s.arg(a));
+    addRow("error page before the engine's word of it", opened(a),
+           u"ask link %1; start %1; document chrome-error://chromewebdata/; at %1 2; url; "
+           "error %1 -102"_s.arg(b),
+           u"before %1; opening %1; came %1 failed; error -102; complete %1; forget; done; ended"_s
+               .arg(b));
+    addRow(
+        "document before the engine's word, which is its end", opened(a),
+        u"ask link %1; start %1; document %1; at %1 2; end %1; ask link %2; document %2"_s.arg(
+            b, b + u'x'),
+        u"before %1; opening %1; came %1; complete %1; forget; done; ended; before %1x"_s.arg(b));
+    addRow("document ahead, of a load that comes to nothing", opened(a),
+           u"ask link %1; start %1; document %1; ask link %2; at %1 2; url; start %2"_s.arg(
+               a + u'x', a + u'y'),
+           u"before %1x; opening %1x; before %1y; opening %1y"_s.arg(a));
     addRow("late end of an earlier load", opened(a),
            u"load %1; ask typed %1; start %1; end %2 followed"_s.arg(b, a),
            u"before %1; opening %1"_s.arg(b));
