@@ -45,7 +45,7 @@ bool isDone(const Download &each)
 
 bool canBeRetried(const Download &each)
 {
-    return each.isOver() && !isDone(each);
+    return each.isOver() && !isDone(each) && each.isRepeatable;
 }
 
 bool hasAddress(const Download &each)

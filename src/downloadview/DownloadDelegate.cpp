@@ -5,11 +5,16 @@
 
 #include <QApplication>
 #include <QPainter>
+#include <algorithm>
 
 namespace {
 
 /// Around a bar in its cell.
 constexpr int gap = 3;
+/// What a style may leave free beside a text, on both sides together.
+constexpr int textMargins = 10;
+/// Above and below the text of a row together.
+constexpr int rowMargins = 10;
 
 QStyle *styleOf(const QStyleOptionViewItem &item)
 {
@@ -41,12 +46,12 @@ void DownloadDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
     QStyle *style = styleOf(item);
-    const bool isAddress =
-        index.column() == DownloadModel::Address || index.column() == DownloadModel::Page;
-    if (isAddress) {
+    // Of a name the ending tells what it is, of a text the beginning.
+    item.textElideMode = index.column() == DownloadModel::Name ? Qt::ElideMiddle : Qt::ElideRight;
+    if (index.column() == DownloadModel::Address || index.column() == DownloadModel::Page) {
         const QRect room = style->subElementRect(QStyle::SE_ItemViewItemText, &item, item.widget);
         item.text =
-            elidedAddress(item.text, item.fontMetrics, room.width() - 2 * gap, Qt::ElideRight);
+            elidedAddress(item.text, item.fontMetrics, room.width() - textMargins, Qt::ElideRight);
     }
     const QVariant share = index.column() == DownloadModel::Progress
         ? index.data(DownloadModel::ShareRole)
@@ -60,4 +65,10 @@ void DownloadDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     style->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
     item.text = text;
     paintBar(painter, item, share.toInt());
+}
+
+QSize DownloadDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const QSize size = QStyledItemDelegate::sizeHint(option, index);
+    return {size.width(), std::max(size.height(), option.fontMetrics.height() + rowMargins)};
 }

@@ -24,7 +24,12 @@ DownloadModel::DownloadModel(DownloadList &list, QObject *parent)
         m_rows.append(rowOf(download));
     connect(&list, &DownloadList::added, this, &DownloadModel::insert);
     connect(&list, &DownloadList::changed, this, &DownloadModel::update);
-    connect(&list, &DownloadList::removed, this, &DownloadModel::erase);
+    m_erases.setSingleShot(true);
+    connect(&m_erases, &QTimer::timeout, this, &DownloadModel::eraseGone);
+    connect(&list, &DownloadList::removed, this, [this](const QString &id) {
+        m_gone.insert(id);
+        m_erases.start();
+    });
 }
 
 DownloadModel::Row DownloadModel::rowOf(const Download &download)
@@ -72,16 +77,21 @@ void DownloadModel::update(const QSet<QString> &ids)
         emit dataChanged(index(first, Name), index(last, Size));
 }
 
-void DownloadModel::erase(const QString &id)
+void DownloadModel::eraseGone()
 {
-    for (int i = 0; i < int(m_rows.size()); ++i) {
-        if (m_rows.at(i).download.id != id)
+    const auto isGone = [this](int row) { return m_gone.contains(id(row)); };
+    for (int last = int(m_rows.size()) - 1; last >= 0; --last) {
+        if (!isGone(last))
             continue;
-        beginRemoveRows({}, i, i);
-        m_rows.removeAt(i);
+        int first = last;
+        while (first > 0 && isGone(first - 1))
+            --first;
+        beginRemoveRows({}, first, last);
+        m_rows.remove(first, last - first + 1);
         endRemoveRows();
-        return;
+        last = first;
     }
+    m_gone.clear();
 }
 
 QStringList DownloadModel::headerTexts()

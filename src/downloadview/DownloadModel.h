@@ -4,6 +4,7 @@
 
 #include <QAbstractTableModel>
 #include <QSet>
+#include <QTimer>
 
 class DownloadList;
 
@@ -43,7 +44,7 @@ private:
     static Row rowOf(const Download &download);
     void insert(const QString &id);
     void update(const QSet<QString> &ids);
-    void erase(const QString &id);
+    void eraseGone();
     QString text(const Row &row, int column) const;
     QString stateOf(const Download &download) const;
     static QVariant sortValue(const Row &row, int column);
@@ -54,4 +55,7 @@ private:
     DownloadTexts m_texts;
     QStringList m_headers;
     QList<Row> m_rows;
+    /// Taken out of the list; their rows go together, as a view looks at all of its rows each time.
+    QSet<QString> m_gone;
+    QTimer m_erases;
 };

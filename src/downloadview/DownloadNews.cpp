@@ -24,7 +24,9 @@ DownloadNews::DownloadNews(DownloadList &list, QObject *parent)
     connect(m_notice, &DesktopNotice::chosen, this, &DownloadNews::listWanted);
     connect(&list, &DownloadList::added, this, &DownloadNews::look);
     connect(&list, &DownloadList::changed, this, &DownloadNews::look);
-    connect(&list, &DownloadList::removed, this, &DownloadNews::look);
+    m_looks.setSingleShot(true);
+    connect(&m_looks, &QTimer::timeout, this, &DownloadNews::look);
+    connect(&list, &DownloadList::removed, &m_looks, qOverload<>(&QTimer::start));
     look();
 }
 

@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <QSet>
-#include <QStringList>
+#include <QTimer>
 
 class DesktopNotice;
 class DownloadList;
@@ -30,4 +30,6 @@ private:
     TaskBarProgress *m_progress;
     /// Ids since nothing was under way.
     QSet<QString> m_begun;
+    /// Many may be removed at once.
+    QTimer m_looks;
 };

@@ -50,7 +50,9 @@ DownloadStrip::DownloadStrip(DownloadList &list, QWidget *parent)
     connect(&m_names, &QTimer::timeout, this, &DownloadStrip::nameAnew);
     connect(&list, &DownloadList::added, this, &DownloadStrip::look);
     connect(&list, &DownloadList::changed, this, &DownloadStrip::look);
-    connect(&list, &DownloadList::removed, this, &DownloadStrip::look);
+    m_looks.setSingleShot(true);
+    connect(&m_looks, &QTimer::timeout, this, &DownloadStrip::look);
+    connect(&list, &DownloadList::removed, &m_looks, qOverload<>(&QTimer::start));
     hide();
     look();
 }

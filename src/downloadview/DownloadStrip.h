@@ -54,4 +54,6 @@ private:
     bool m_isSeen = false;
     /// Somebody who has the strip read to him is not told each change.
     QTimer m_names;
+    /// Many may be removed at once.
+    QTimer m_looks;
 };

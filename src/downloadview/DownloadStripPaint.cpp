@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int gap = 6;
+constexpr int gap = 8;
 constexpr int barWidth = 160;
 constexpr int barHeight = 6;
 /// Of a subject, in average letters.
@@ -18,6 +18,7 @@ constexpr int leastLetters = 12;
 void paintBar(QPainter &painter, const QRect &rect, int share, const QPalette &palette)
 {
     constexpr double radius = barHeight / 2.0;
+    painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette.mid());
@@ -26,6 +27,7 @@ void paintBar(QPainter &painter, const QRect &rect, int share, const QPalette &p
     part.setWidth(std::max(rect.width() * share / 100, share > 0 ? barHeight : 0));
     painter.setBrush(palette.highlight());
     painter.drawRoundedRect(part, radius, radius);
+    painter.restore();
 }
 
 }

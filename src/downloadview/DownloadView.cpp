@@ -3,7 +3,6 @@
 #include "DownloadDelegate.h"
 #include "DownloadModel.h"
 
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -21,10 +20,8 @@ DownloadView::DownloadView(QWidget *parent)
     setSelectionMode(ExtendedSelection);
     setSortingEnabled(true);
     setAlternatingRowColors(true);
-    setTextElideMode(Qt::ElideMiddle);
     setContextMenuPolicy(Qt::ActionsContextMenu);
     setItemDelegate(new DownloadDelegate(this));
-    header()->setStretchLastSection(false);
     connect(this, &QAbstractItemView::doubleClicked, this, &DownloadView::openWanted);
 }
 

@@ -12,7 +12,6 @@
 #include "WindowTabs.h"
 
 #include <QCloseEvent>
-#include <QHeaderView>
 #include <QMdiArea>
 #include <QSortFilterProxyModel>
 #include <QToolButton>
@@ -24,9 +23,9 @@ namespace {
 
 constexpr Texts<"frmDownloads"> texts;
 
-/// Widths of the columns in average letters.
-constexpr int letters[] = {34, 30, 22, 10, 16, 34, 18};
-static_assert(std::size(letters) == DownloadModel::ColumnCount);
+/// Widths of the columns in digits; the last one takes what is left.
+constexpr int digits[] = {28, 24, 17, 10, 11, 26, 18};
+static_assert(std::size(digits) == DownloadModel::ColumnCount);
 
 QToolButton *buttonOf(QAction *action)
 {
@@ -111,9 +110,9 @@ void DownloadsWindow::connectList()
 
 void DownloadsWindow::setColumnWidths()
 {
-    const int letter = m_view->fontMetrics().averageCharWidth();
+    const int digit = m_view->fontMetrics().horizontalAdvance(u'0');
     for (int column = 0; column < DownloadModel::ColumnCount; ++column)
-        m_view->setColumnWidth(column, letters[column] * letter);
+        m_view->setColumnWidth(column, digits[column] * digit);
 }
 
 QList<Download> DownloadsWindow::chosen() const

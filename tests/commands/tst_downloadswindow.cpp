@@ -521,6 +521,10 @@ void tst_DownloadsWindow::buttonsActOnTheChosen()
 
 void tst_DownloadsWindow::retryAsksTheList()
 {
+    // What a page made by itself is not to be had once more.
+    Download made = FakeDownloads::make(u"made"_s, State::Failed);
+    made.isRepeatable = false;
+    FakeDownloads::add(made);
     QStringList retried;
     downloadList().setRetry([&retried](const QString &id) { retried.append(id); });
     const Download failed = FakeDownloads::make(u"one"_s, State::Failed);
@@ -530,6 +534,8 @@ void tst_DownloadsWindow::retryAsksTheList()
     QTRY_VERIFY(button("cmdRetry").isEnabled());
     QTest::mouseClick(&button("cmdRetry"), Qt::LeftButton);
     QCOMPARE(retried, QStringList(failed.id));
+    choose({u"made"_s});
+    QTRY_VERIFY(!button("cmdRetry").isEnabled());
     downloadList().setRetry({});
 }
 

@@ -221,6 +221,7 @@ void tst_DownloadModel::followsAddingAndRemoving()
         m_list->add(all.last(), nullptr);
     }
     m_list->remove({all.at(1).id, all.at(3).id});
+    QTRY_COMPARE(m_model->rowCount(), 3);
     QStringList names;
     for (int row = 0; row < m_model->rowCount(); ++row)
         names.append(text(row, DownloadModel::Name));

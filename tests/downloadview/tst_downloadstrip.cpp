@@ -151,7 +151,7 @@ void tst_DownloadStrip::retriedOneIsNoFailureAnyMore()
     FakeDownloads::set(one, State::Failed, Problem::NoRoom, *m_list);
     QTRY_VERIFY(name().contains("no room"_L1));
     m_list->remove({one.id});
-    QVERIFY(!m_strip->isVisible());
+    QTRY_VERIFY(!m_strip->isVisible());
 }
 
 void tst_DownloadStrip::numbersAreNotReadOutAllTheTime()
