@@ -7,7 +7,6 @@
 #include "DownloadStage.h"
 #include "EngineDownload.h"
 #include "EngineOptions.h"
-#include "FileName.h"
 #include "Log.h"
 #include "PageDownloads.h"
 #include "SaveJob.h"
@@ -236,14 +235,14 @@ bool beginAnew(const QString &id)
     return true;
 }
 
-QString begin(const QUrl &address, const QString &path, const QUrl &page)
+QString begin(const QUrl &address, const QString &path, Download::Place place, const QUrl &page)
 {
     const QFileInfo file(path);
     Download download;
     download.id = DownloadList::newId();
     download.folder = file.absolutePath();
-    download.name =
-        DownloadName::freeIn(download.folder, FileName::from(file.fileName(), {}, u"download"_s));
+    download.name = file.fileName();
+    download.place = place;
     download.address = address;
     download.page = page;
     download.leavesTrace = !page.isEmpty();

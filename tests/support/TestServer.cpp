@@ -246,7 +246,8 @@ void TestServer::answer(QTcpSocket *socket, const Request &request)
         head += "Content-Type: " + reply.type + "\r\n";
     for (const auto &[name, value] : std::as_const(reply.headers))
         head += name + ": " + value + "\r\n";
-    const qsizetype length = reply.stallAfterHeaders ? 100000 : reply.body.size();
+    const qsizetype told = reply.announced < 0 ? reply.body.size() : reply.announced;
+    const qsizetype length = reply.stallAfterHeaders ? 100000 : told;
     head += "Content-Length: " + QByteArray::number(length) + "\r\nConnection: close\r\n\r\n";
     socket->write(head);
     if (request.method != "HEAD")

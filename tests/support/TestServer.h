@@ -42,6 +42,8 @@ public:
         bool silent = false;
         /// Closes the connection without an answer.
         bool hangUp = false;
+        /// The length that the headers tell; -1: the body's.
+        qsizetype announced = -1;
     };
 
     using Handler = std::function<Reply(const Request &)>;
