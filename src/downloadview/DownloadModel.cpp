@@ -23,6 +23,7 @@ DownloadModel::DownloadModel(DownloadList &list, QObject *parent)
     for (const Download &download : list.all())
         m_rows.append(rowOf(download));
     connect(&list, &DownloadList::added, this, &DownloadModel::insert);
+    connect(&list, &DownloadList::restored, this, &DownloadModel::appendRestored);
     connect(&list, &DownloadList::changed, this, &DownloadModel::update);
     m_erases.setSingleShot(true);
     connect(&m_erases, &QTimer::timeout, this, &DownloadModel::eraseGone);
@@ -45,6 +46,24 @@ void DownloadModel::insert(const QString &id)
         return;
     beginInsertRows({}, 0, 0);
     m_rows.prepend(rowOf(*download));
+    endInsertRows();
+}
+
+void DownloadModel::appendRestored()
+{
+    QSet<QString> known;
+    for (const Row &row : std::as_const(m_rows))
+        known.insert(row.download.id);
+    QList<Row> more;
+    for (const Download &download : m_list.all()) {
+        if (!known.contains(download.id))
+            more.append(rowOf(download));
+    }
+    if (more.isEmpty())
+        return;
+    const int count = int(m_rows.size());
+    beginInsertRows({}, count, count + int(more.size()) - 1);
+    m_rows.append(more);
     endInsertRows();
 }
 

@@ -43,6 +43,7 @@ private:
 
     static Row rowOf(const Download &download);
     void insert(const QString &id);
+    void appendRestored();
     void update(const QSet<QString> &ids);
     void eraseGone();
     QString text(const Row &row, int column) const;

@@ -12,6 +12,7 @@
 #include "WindowTabs.h"
 
 #include <QCloseEvent>
+#include <QHeaderView>
 #include <QMdiArea>
 #include <QSortFilterProxyModel>
 #include <QToolButton>
@@ -82,7 +83,7 @@ void DownloadsWindow::makeContents()
     m_view->setModel(m_sorted);
     m_view->sortByColumn(DownloadModel::When, Qt::DescendingOrder);
     m_view->addActions(m_actions->all());
-    setColumnWidths();
+    arrangeColumns();
     auto *contents = new QWidget;
     auto *buttons = new FlowRows;
     const QList<QAction *> actions = m_actions->all();
@@ -108,8 +109,12 @@ void DownloadsWindow::connectList()
     m_actions->refresh();
 }
 
-void DownloadsWindow::setColumnWidths()
+void DownloadsWindow::arrangeColumns()
 {
+    // What changes stands beside the name: a narrow window has no room for all.
+    m_view->header()->moveSection(DownloadModel::Progress, 1);
+    m_view->header()->moveSection(DownloadModel::State, 2);
+    m_view->header()->moveSection(DownloadModel::Size, 3);
     const int digit = m_view->fontMetrics().horizontalAdvance(u'0');
     for (int column = 0; column < DownloadModel::ColumnCount; ++column)
         m_view->setColumnWidth(column, digits[column] * digit);

@@ -34,7 +34,7 @@ private:
 
     void makeContents();
     void connectList();
-    void setColumnWidths();
+    void arrangeColumns();
     /// As they are now, of which the rows may be told a moment later.
     QList<Download> chosen() const;
     void unload();

@@ -48,23 +48,21 @@ void FlowRows::setGeometry(const QRect &rect)
 int FlowRows::arrange(const QRect &rect, bool isPlacing) const
 {
     const bool isLeftward = parentWidget() && parentWidget()->isRightToLeft();
+    const int height = sizeHint().height();
     int x = 0;
     int y = 0;
-    int rowHeight = 0;
     for (QLayoutItem *item : m_items) {
-        const QSize size = item->sizeHint();
-        if (x > 0 && x + size.width() > rect.width()) {
+        const int width = item->sizeHint().width();
+        if (x > 0 && x + width > rect.width()) {
             x = 0;
-            y += rowHeight + spacing();
-            rowHeight = 0;
+            y += height + spacing();
         }
         if (isPlacing) {
-            const QRect place(rect.topLeft() + QPoint(x, y), size);
+            const QRect place(rect.topLeft() + QPoint(x, y), QSize(width, height));
             item->setGeometry(
                 QStyle::visualRect(isLeftward ? Qt::RightToLeft : Qt::LeftToRight, rect, place));
         }
-        x += size.width() + spacing();
-        rowHeight = std::max(rowHeight, size.height());
+        x += width + spacing();
     }
-    return y + rowHeight;
+    return y + height;
 }

@@ -3,7 +3,7 @@
 #include <QLayout>
 #include <QList>
 
-/// Widgets side by side, in as many rows as the width asks for.
+/// Widgets side by side, all of one height, in as many rows as the width asks for.
 class FlowRows : public QLayout {
     Q_OBJECT
 

@@ -29,6 +29,7 @@ private slots:
     void manyChangesAreToldAsOne();
     void columnsThatStayAreNotTold();
     void followsAddingAndRemoving();
+    void earlierOnesComeBehind();
     void sorting_data();
     void sorting();
 
@@ -226,6 +227,18 @@ void tst_DownloadModel::followsAddingAndRemoving()
     for (int row = 0; row < m_model->rowCount(); ++row)
         names.append(text(row, DownloadModel::Name));
     QCOMPARE(names, QStringList({u"4"_s, u"2"_s, u"0"_s}));
+}
+
+void tst_DownloadModel::earlierOnesComeBehind()
+{
+    m_list->add(FakeDownloads::make(u"new"_s), nullptr);
+    const QSignalSpy inserted(m_model.get(), &DownloadModel::rowsInserted);
+    m_list->restore({FakeDownloads::make(u"old"_s, State::Done),
+                     FakeDownloads::make(u"older"_s, State::Unfinished)});
+    QCOMPARE(inserted.size(), 1);
+    QCOMPARE(m_model->rowCount(), 3);
+    QCOMPARE(text(0, DownloadModel::Name), u"new"_s);
+    QCOMPARE(text(2, DownloadModel::Name), u"older"_s);
 }
 
 void tst_DownloadModel::sorting_data()
