@@ -36,8 +36,8 @@ void tst_pageprints::init()
 {
     m_scene = std::make_unique<PopupScene>();
     QVERIFY(m_scene->isReady());
-    m_form = m_scene->openPage("<button id=b onclick='for (let i = 0; i < 30; i++) print()'>b"
-                               "</button>",
+    m_form = m_scene->openPage("<button id=b onclick='for (let i = 0; i < 30; i++) print();"
+                               "document.title = \"through\"'>b</button>",
                                true);
 }
 
@@ -61,7 +61,9 @@ void tst_pageprints::manyPrintsInOneClick()
     const QSignalSpy requests(PopupScene::control(m_form)->page(), &WebPage::printRequested);
     PopupScene::click(m_form, u"b"_s);
     QTRY_COMPARE(dialogs().size(), 1);
-    QTRY_COMPARE(requests.size(), 30);
+    QTRY_COMPARE(m_form->windowTitle(), u"through"_s);
+    // Qt 6.4 hands on each of them, Qt 6.8 the first.
+    QVERIFY(!requests.isEmpty());
     QVERIFY(!dialogs().first()->isModal());
     QVERIFY(!QApplication::activeModalWidget());
     // The page goes on, and so does every other.
