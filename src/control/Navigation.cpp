@@ -167,8 +167,9 @@ bool Navigation::isAhead(const QString &address, const QUrl &committed) const
 {
     if (!address.startsWith(errorScheme) && !isSamePage(QUrl(address), m_pending))
         return false;
-    return committed.isEmpty()
-        || (committed == QUrl(m_location) && !isSamePage(committed, m_pending));
+    if (committed.isEmpty() || (!m_hasDocument && isBlank(committed)))
+        return !isBlank(m_pending);
+    return committed == QUrl(m_location) && !isSamePage(committed, m_pending);
 }
 
 Navigation::Event Navigation::commit(const QString &url, bool hasArrived, const EnginePlace &place)
