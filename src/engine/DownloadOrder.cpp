@@ -3,8 +3,6 @@
 #include "DownloadList.h"
 #include "WebPage.h"
 
-#include <QWebEngineDownloadRequest>
-
 DownloadOrder::DownloadOrder(const QString &id, QWebEngineProfile *profile)
     : m_id(id)
     , m_page(std::make_unique<WebPage>(profile))
@@ -18,11 +16,6 @@ void DownloadOrder::start()
 {
     if (const Download *entry = downloadList().find(m_id))
         m_page->download(entry->address, entry->name);
-}
-
-bool DownloadOrder::isFor(const QWebEngineDownloadRequest &request) const
-{
-    return request.page() == m_page.get();
 }
 
 void DownloadOrder::cancel()

@@ -7,7 +7,6 @@
 
 #include <memory>
 
-class QWebEngineDownloadRequest;
 class QWebEngineProfile;
 class WebPage;
 
@@ -24,8 +23,8 @@ public:
 
     void start();
     QString id() const { return m_id; }
-    /// The engine tells of this order.
-    bool isFor(const QWebEngineDownloadRequest &request) const;
+    /// What the engine tells of comes from that page.
+    bool isFor(const WebPage *page) const { return page == m_page.get(); }
     /// Nobody wants it any more.
     bool isCancelled() const { return m_isCancelled; }
 

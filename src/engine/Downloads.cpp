@@ -3,6 +3,7 @@
 #include "DownloadList.h"
 #include "DownloadName.h"
 #include "DownloadOrder.h"
+#include "DownloadPages.h"
 #include "DownloadProblem.h"
 #include "DownloadStage.h"
 #include "EngineDownload.h"
@@ -12,6 +13,7 @@
 #include "SaveJob.h"
 #include "WebPage.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
@@ -20,6 +22,7 @@
 #include <QStandardPaths>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineProfile>
+#include <QWebEngineView>
 #include <algorithm>
 #include <memory>
 
@@ -76,6 +79,17 @@ Download newEntry(const QWebEngineDownloadRequest &request, const WebPage *page)
     return download;
 }
 
+bool isPlaceAskedFor(const QWebEngineDownloadRequest &request, WebPage *page)
+{
+    return page ? page->placeWish().take(request.url()) : PlaceWish::takeOfGone(request.url());
+}
+
+QWidget *windowOf(const WebPage *page)
+{
+    const QWidget *view = page ? QWebEngineView::forPage(page) : nullptr;
+    return view ? view->window() : QApplication::activeWindow();
+}
+
 /// The engine's downloads, by the numbers that it gives them.
 class EngineDownloads : public QObject {
 public:
@@ -92,7 +106,7 @@ public:
 
 private:
     void beginFor(QWebEngineDownloadRequest &request, WebPage *page);
-    bool takeOrdered(QWebEngineDownloadRequest &request);
+    bool takeOrdered(QWebEngineDownloadRequest &request, const WebPage *page);
     EngineDownload *accept(QWebEngineDownloadRequest &request, const QString &id,
                            const QString &folder);
 
@@ -115,34 +129,40 @@ void EngineDownloads::answer(QWebEngineDownloadRequest &request)
     }
     m_told.insert(request.id());
     // A page being saved has its place already.
-    if (SaveJob::take(request) || request.state() != QWebEngineDownloadRequest::DownloadRequested
-        || takeOrdered(request))
+    if (SaveJob::take(request) || request.state() != QWebEngineDownloadRequest::DownloadRequested)
         return;
-    beginFor(request, qobject_cast<WebPage *>(request.page()));
+    WebPage *page = DownloadPages::of(request);
+    if (!takeOrdered(request, page))
+        beginFor(request, page);
 }
 
 /// Not accepted before the signal returns means cancelled.
 void EngineDownloads::beginFor(QWebEngineDownloadRequest &request, WebPage *page)
 {
     using Verdict = PageDownloads::Verdict;
-    const Verdict verdict = page ? page->downloads().judge() : Verdict::Go;
+    const Verdict verdict = page ? page->downloads().judge() : PageDownloads::judgeOfGone();
     if (verdict == Verdict::Refused)
         return;
     const Download entry = newEntry(request, page);
     downloadList().add(entry, nullptr);
     EngineDownload *download = accept(request, entry.id, entry.folder);
-    if (!download || verdict != Verdict::Wait)
+    if (!download)
         return;
+    if (verdict == Verdict::Go) {
+        if (isPlaceAskedFor(request, page))
+            download->askForPlace(windowOf(page));
+        return;
+    }
     download->hold();
     QObject::connect(&page->downloads(), &PageDownloads::answered, download,
                      &EngineDownload::endHold);
 }
 
-bool EngineDownloads::takeOrdered(QWebEngineDownloadRequest &request)
+bool EngineDownloads::takeOrdered(QWebEngineDownloadRequest &request, const WebPage *page)
 {
     m_orders.removeAll(nullptr);
     const auto order = std::find_if(m_orders.begin(), m_orders.end(),
-                                    [&](DownloadOrder *each) { return each->isFor(request); });
+                                    [&](DownloadOrder *each) { return each->isFor(page); });
     if (order == m_orders.end())
         return false;
     const QPointer<DownloadOrder> mine = m_orders.takeAt(order - m_orders.begin());

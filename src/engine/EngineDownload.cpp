@@ -5,6 +5,7 @@
 #include "DownloadStage.h"
 #include "InterruptReason.h"
 #include "Log.h"
+#include "PlaceQuestion.h"
 
 #include <QFileInfo>
 
@@ -76,7 +77,10 @@ void EngineDownload::settle()
         return;
     switch (m_request->state()) {
     case QWebEngineDownloadRequest::DownloadCompleted:
-        complete();
+        if (m_question)
+            noteWhole();
+        else
+            complete();
         break;
     case QWebEngineDownloadRequest::DownloadInterrupted:
     case QWebEngineDownloadRequest::DownloadCancelled:
@@ -88,13 +92,18 @@ void EngineDownload::settle()
 }
 
 /// The engine counts what a page's server sent packed, and at the end what came out of it.
-Transfer *EngineDownload::complete()
+void EngineDownload::noteWhole()
 {
     const qint64 size = m_request->receivedBytes();
     downloadList().change(m_id, [size](Download &download) {
         download.received = size;
         download.size = size;
     });
+}
+
+Transfer *EngineDownload::complete()
+{
+    noteWhole();
     Transfer *next = DownloadEnd::begin(m_id, std::move(m_stage));
     end();
     return next;
@@ -132,6 +141,22 @@ void EngineDownload::giveUp()
     else
         downloadList().change(m_id, [](Download &download) { download.stage.clear(); });
     end();
+}
+
+void EngineDownload::askForPlace(QWidget *owner)
+{
+    m_question = new PlaceQuestion(m_id, owner, this);
+    connect(m_question, &PlaceQuestion::answered, this, &EngineDownload::endQuestion);
+}
+
+void EngineDownload::endQuestion(bool isWanted)
+{
+    m_question->deleteLater();
+    m_question.clear();
+    if (!isWanted)
+        cancel();
+    else if (m_request)
+        update();
 }
 
 bool EngineDownload::isInterrupted() const
@@ -252,6 +277,7 @@ void EngineDownload::leave()
 /// The engine's objects are not deleted inside their own signals.
 void EngineDownload::end()
 {
+    delete m_question.data();
     DownloadStage::drop(std::move(m_stage));
     if (m_request) {
         m_request->disconnect(this);

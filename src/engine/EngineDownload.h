@@ -8,6 +8,8 @@
 #include <memory>
 
 class DownloadStage;
+class PlaceQuestion;
+class QWidget;
 
 /// A download that the engine brings, into a stage. It outlasts the page that it came from, and
 /// the engine's own objects: of one that it takes up again the engine tells with a new one. One
@@ -26,6 +28,9 @@ public:
     /// What has been accepted waits until the user wants it, or is cancelled.
     void hold();
     void endHold(bool isWanted);
+    /// The user is asked over `owner` where it is to go. It comes in meanwhile, and has its name
+    /// when both are there, the file and the answer.
+    void askForPlace(QWidget *owner);
     /// Goes on with one that has failed. False where the engine cannot, and then the stage is there
     /// for whoever can.
     bool goOn();
@@ -40,14 +45,18 @@ private:
     void update();
     void noteProgress();
     void settle();
+    void noteWhole();
     Transfer *complete();
     void fail();
     void giveUp();
     bool isInterrupted() const;
+    void endQuestion(bool isWanted);
     void end();
 
     QString m_id;
     std::unique_ptr<DownloadStage> m_stage;
     QPointer<QWebEngineDownloadRequest> m_request;
+    /// While the user has not said where it is to go.
+    QPointer<PlaceQuestion> m_question;
     bool m_isHeld = false;
 };

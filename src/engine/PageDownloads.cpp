@@ -7,6 +7,8 @@
 #include "WebPage.h"
 #include "WebView.h"
 
+#include <QDeadlineTimer>
+#include <chrono>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -16,6 +18,8 @@ namespace {
 constexpr int unasked = 3;
 /// What the engine holds of those that wait is not on the disk.
 constexpr int mostWaiting = 200;
+/// In a minute.
+constexpr int mostOfGone = 50;
 /// Milliseconds in which refused ones are told as one.
 constexpr int pace = 1000;
 
@@ -65,6 +69,17 @@ PageDownloads::Verdict PageDownloads::judge()
     if (m_waiting++ == 0)
         QMetaObject::invokeMethod(this, &PageDownloads::ask, Qt::QueuedConnection);
     return Verdict::Wait;
+}
+
+PageDownloads::Verdict PageDownloads::judgeOfGone()
+{
+    static QDeadlineTimer minute(0);
+    static int left = 0;
+    if (minute.hasExpired()) {
+        minute.setRemainingTime(std::chrono::minutes(1));
+        left = mostOfGone;
+    }
+    return left-- > 0 ? Verdict::Go : Verdict::Refused;
 }
 
 void PageDownloads::ask()

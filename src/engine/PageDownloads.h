@@ -27,6 +27,8 @@ public:
 
     /// For one more.
     Verdict judge();
+    /// For one more of pages that have gone: nobody can be asked, so there is a limit.
+    static Verdict judgeOfGone();
 
 signals:
     void answered(bool isWanted);

@@ -1,6 +1,7 @@
 #include "WebPage.h"
 
 #include "CacheBypass.h"
+#include "DownloadPages.h"
 #include "EngineVersion.h"
 #include "Log.h"
 #include "PageDownloads.h"
@@ -50,12 +51,18 @@ WebPage::WebPage(QWebEngineProfile *profile)
             [this](const QByteArray &method) { m_sendsForm = method != "GET"; });
     connect(m_cacheBypass, &CacheBypass::frameRequested, this,
             [this](const QUrl &url, const QByteArray &method) {
+                DownloadPages::note(*this, url);
                 if (method != "GET")
                     m_formAddress = url;
                 else if (url == m_formAddress)
                     m_formAddress.clear();
             });
     answerRequests();
+}
+
+WebPage::~WebPage()
+{
+    DownloadPages::noteEnd(*this);
 }
 
 void WebPage::answerRequests()

@@ -22,6 +22,7 @@ public:
     using IsOnItsWay = std::function<bool(const QUrl &url)>;
 
     explicit WebPage(QWebEngineProfile *profile);
+    ~WebPage() override;
 
     /// Asked before every navigation of a frame; false refuses it. Runs inside the engine.
     void setQuestion(const Question &question) { m_question = question; }
