@@ -43,7 +43,7 @@ void Navigation::beginBlank(const QUrl &url)
     m_isTyped = false;
     m_arrival = m_beginning.take(Type::Typed);
     m_stopped = false;
-    m_pending = url;
+    m_asked = m_pending = url;
     m_stage = Stage::Asked;
 }
 
@@ -80,6 +80,7 @@ void Navigation::accept(const QUrl &url, Type type, Request request)
     if (request != Request::Redirected) {
         m_replacesEntry = request == Request::Replacing;
         m_isTyped = type == Type::Typed;
+        m_asked = url;
     }
     m_opensEmpty = false;
     m_replacing.clear();
@@ -133,7 +134,8 @@ QUrl Navigation::committedAddress(const EnginePlace &place) const
     // The current entry of the history is no answer by itself: a step in it counts at once.
     const QUrl &shown = place.shown;
     const bool isOnlyOnItsWay = !shown.isEmpty()
-        && (shown == m_handedOver || (m_isTyped && isUnderWay() && shown == m_pending));
+        && (shown == m_handedOver
+            || (m_isTyped && isUnderWay() && (shown == m_pending || shown == m_asked)));
     return isOnlyOnItsWay ? place.entry : shown;
 }
 

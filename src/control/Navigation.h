@@ -165,8 +165,9 @@ private:
     Stage m_stage = Stage::None;
     Arrival m_arrival = Arrival::ByPage;
     QString m_location;
-    /// The address on its way.
+    /// The address on its way, and the one that it was redirected from at first.
     QUrl m_pending;
+    QUrl m_asked;
     /// An address that the engine was given and has not asked for yet.
     QUrl m_handedOver;
     /// Asked for already: a history entry is being replaced by it.

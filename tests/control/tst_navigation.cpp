@@ -330,6 +330,10 @@ void tst_navigation::addOddOrders()
            u"at about:blank 1"_s,
            u"load %1; ask typed %1; start %1; document %1; at %1 1; url; loaded; end %1"_s.arg(a),
            u"before %1; opening %1; came %1; complete %1; forget; done; ended"_s.arg(a));
+    addRow("redirected, its document before the engine's word of it", {},
+           u"load %1; ask typed %1; start %1; at %1 1 about:blank; ask redirect %2; document %2; "
+           "at %2 1; url; loaded; end %2"_s.arg(a, b),
+           u"before %1; opening %1; came %2; complete %2; forget; done; ended"_s.arg(a, b));
     addRow("error page before the engine's word of it", opened(a),
            u"ask link %1; start %1; document chrome-error://chromewebdata/; at %1 2; url; "
            "error %1 -102"_s.arg(b),
