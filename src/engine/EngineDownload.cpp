@@ -71,9 +71,11 @@ void EngineDownload::noteProgress()
     });
 }
 
+/// What is small is all there before it can be held, and waits whole.
 void EngineDownload::settle()
 {
-    if (!m_request || !m_stage)
+    const bool isOver = !m_request || !m_stage;
+    if (isOver || (m_isHeld && isCompleted()))
         return;
     switch (m_request->state()) {
     case QWebEngineDownloadRequest::DownloadCompleted:
@@ -159,6 +161,11 @@ void EngineDownload::endQuestion(bool isWanted)
         update();
 }
 
+bool EngineDownload::isCompleted() const
+{
+    return m_request && m_request->state() == QWebEngineDownloadRequest::DownloadCompleted;
+}
+
 bool EngineDownload::isInterrupted() const
 {
     return m_request && m_request->state() == QWebEngineDownloadRequest::DownloadInterrupted;
@@ -198,7 +205,8 @@ void EngineDownload::hold()
 
 void EngineDownload::endHold(bool isWanted)
 {
-    if (!std::exchange(m_isHeld, false))
+    const Download *entry = downloadList().find(m_id);
+    if (!std::exchange(m_isHeld, false) || !entry || entry->isOver())
         return;
     if (!isWanted) {
         cancel();
@@ -208,7 +216,8 @@ void EngineDownload::endHold(bool isWanted)
         download.state = State::Running;
         download.stage = download.isRepeatable ? m_stage->path() : QString();
     });
-    m_request->resume();
+    if (!isCompleted())
+        m_request->resume();
     update();
 }
 
@@ -248,7 +257,7 @@ void EngineDownload::leave()
 {
     if (!m_stage)
         return;
-    if (m_request && m_request->state() == QWebEngineDownloadRequest::DownloadCompleted) {
+    if (isCompleted() && !m_isHeld) {
         if (Transfer *end = complete())
             end->leave();
         return;

@@ -49,6 +49,7 @@ private:
     Transfer *complete();
     void fail();
     void giveUp();
+    bool isCompleted() const;
     bool isInterrupted() const;
     void endQuestion(bool isWanted);
     void end();
