@@ -3,15 +3,19 @@
 #include "Log.h"
 #include "StageFolder.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QThreadPool>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 /// What the engine adds while it writes.
 constexpr auto engineEnding = ".download"_L1;
+/// Milliseconds in which the engine, told to give a download up, may make its folder once more.
+constexpr int writersEnd = 1500;
 
 bool isPlainFile(const QString &path)
 {
@@ -45,9 +49,13 @@ std::unique_ptr<DownloadStage> DownloadStage::take(const QString &path)
 
 void DownloadStage::drop(std::unique_ptr<DownloadStage> stage)
 {
-    if (stage && !stage->m_folder->isKept())
-        QThreadPool::globalInstance()->start(
-            [gone = std::shared_ptr<DownloadStage>(std::move(stage))]() mutable { gone.reset(); });
+    if (!stage || stage->m_folder->isKept())
+        return;
+    const std::shared_ptr<DownloadStage> gone = std::move(stage);
+    QThreadPool::globalInstance()->start([gone] { gone->m_folder->remove(); });
+    QTimer::singleShot(writersEnd, qApp, [gone]() mutable {
+        QThreadPool::globalInstance()->start([last = std::move(gone)] {});
+    });
 }
 
 bool DownloadStage::isValid() const

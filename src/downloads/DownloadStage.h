@@ -20,7 +20,8 @@ public:
 
     /// One that an earlier program left; null where it is gone or another program has it.
     static std::unique_ptr<DownloadStage> take(const QString &path);
-    /// Lets go of one without waiting for the disk, which may have gigabytes to forget.
+    /// Lets go of one without waiting for the disk, which may have gigabytes to forget, and removes
+    /// it once more a little later, as the engine may not be through with it.
     static void drop(std::unique_ptr<DownloadStage> stage);
 
     /// False where nothing can be written.
