@@ -83,7 +83,9 @@ void DownloadEnd::finish()
     downloadList().change(m_id, [&](Download &download) {
         download.stage = outcome.stage;
         download.state = isDone ? Download::State::Done : Download::State::Failed;
-        download.problem = result.problem;
+        // That it began anew is said of what it is by now, too.
+        if (!isDone)
+            download.problem = result.problem;
         download.detail = result.detail;
         download.ended = QDateTime::currentDateTimeUtc();
         if (result.size >= 0)
