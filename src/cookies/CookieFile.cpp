@@ -2,6 +2,7 @@
 
 #include "Log.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QUrl>
 #include <sqlite3.h>
@@ -16,22 +17,26 @@ QDateTime timeOf(qint64 microseconds)
     return QDateTime::fromMSecsSinceEpoch(microseconds / 1000 - secondsTo1970 * 1000);
 }
 
-StoredCookie cookieOf(sqlite3_stmt *statement)
+QNetworkCookie cookieOf(sqlite3_stmt *statement)
 {
     const auto text = [statement](int column) {
         return QByteArray(reinterpret_cast<const char *>(sqlite3_column_text(statement, column)));
     };
-    return {text(0), QString::fromUtf8(text(1)), QString::fromUtf8(text(2)),
-            timeOf(sqlite3_column_int64(statement, 3)), sqlite3_column_int64(statement, 4) != 0};
+    QNetworkCookie cookie(text(0), text(5));
+    cookie.setDomain(QString::fromUtf8(text(1)));
+    cookie.setPath(QString::fromUtf8(text(2)));
+    cookie.setExpirationDate(timeOf(sqlite3_column_int64(statement, 3)));
+    cookie.setSecure(sqlite3_column_int64(statement, 4) != 0);
+    return cookie;
 }
 
 /// False when there is no such table or the rows do not end well.
-bool readRows(sqlite3 *file, QList<StoredCookie> &cookies)
+bool readRows(sqlite3 *file, QList<QNetworkCookie> &cookies)
 {
     sqlite3_stmt *statement = nullptr;
-    if (sqlite3_prepare_v2(file, "SELECT name, host_key, path, expires_utc, is_secure FROM cookies",
-                           -1, &statement, nullptr)
-        != SQLITE_OK)
+    constexpr char query[] =
+        "SELECT name, host_key, path, expires_utc, is_secure, value FROM cookies";
+    if (sqlite3_prepare_v2(file, query, -1, &statement, nullptr) != SQLITE_OK)
         return false;
     int result = 0;
     while ((result = sqlite3_step(statement)) == SQLITE_ROW)
@@ -41,14 +46,14 @@ bool readRows(sqlite3 *file, QList<StoredCookie> &cookies)
 }
 }
 
-QList<StoredCookie> readCookieFile(const QString &path)
+QList<QNetworkCookie> readCookieFile(const QString &path)
 {
     if (!QFile::exists(path))
         return {};
     // Without locks: the engine, in this very process, must never find its file busy.
     const QByteArray name = QUrl::fromLocalFile(path).toEncoded() + "?immutable=1";
     sqlite3 *file = nullptr;
-    QList<StoredCookie> cookies;
+    QList<QNetworkCookie> cookies;
     const bool opened =
         sqlite3_open_v2(name.constData(), &file, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr)
         == SQLITE_OK;

@@ -3,8 +3,8 @@
 #include <QList>
 #include <QString>
 
-#include "StoredCookie.h"
+#include <QNetworkCookie>
 
 /// The cookies in the engine's own file, which the engine does not list. What it has not written
 /// yet is not among them. Nothing, and a line in the log, when the file cannot be read as such.
-QList<StoredCookie> readCookieFile(const QString &path);
+QList<QNetworkCookie> readCookieFile(const QString &path);

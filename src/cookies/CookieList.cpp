@@ -5,6 +5,14 @@
 #include <QNetworkCookie>
 #include <QWebEngineCookieStore>
 
+namespace {
+StoredCookie storedOf(const QNetworkCookie &cookie)
+{
+    return {cookie.name(), cookie.domain(), cookie.path(), cookie.expirationDate(),
+            cookie.isSecure()};
+}
+}
+
 CookieList::CookieList(QWebEngineCookieStore *store, const QString &file, QObject *parent)
     : QObject(parent)
     , m_store(store)
@@ -18,14 +26,13 @@ CookieList::CookieList(QWebEngineCookieStore *store, const QString &file, QObjec
 
 void CookieList::note(const QNetworkCookie &cookie, bool isThere)
 {
-    const StoredCookie known{cookie.name(), cookie.domain(), cookie.path(), cookie.expirationDate(),
-                             cookie.isSecure()};
+    const QByteArray key = storedOf(cookie).key();
     if (!m_loaded) {
-        m_changes.insert(known.key(), isThere ? std::optional(known) : std::nullopt);
+        m_changes.insert(key, isThere ? std::optional(cookie) : std::nullopt);
     } else if (isThere) {
-        m_cookies.insert(known.key(), known);
+        m_cookies.insert(key, cookie);
     } else {
-        m_cookies.remove(known.key());
+        m_cookies.remove(key);
     }
     emit changed();
 }
@@ -34,9 +41,9 @@ void CookieList::load()
 {
     m_loaded = true;
     // Cookies of an earlier session that ended with it may still stand in the file.
-    for (const StoredCookie &cookie : readCookieFile(m_file)) {
-        if (cookie.expires.isValid())
-            m_cookies.insert(cookie.key(), cookie);
+    for (const QNetworkCookie &cookie : readCookieFile(m_file)) {
+        if (!cookie.isSessionCookie())
+            m_cookies.insert(storedOf(cookie).key(), cookie);
     }
     for (const auto &[key, cookie] : m_changes.asKeyValueRange()) {
         if (cookie)
@@ -48,6 +55,14 @@ void CookieList::load()
 }
 
 QList<StoredCookie> CookieList::cookies()
+{
+    QList<StoredCookie> result;
+    for (const QNetworkCookie &cookie : withValues())
+        result.append(storedOf(cookie));
+    return result;
+}
+
+QList<QNetworkCookie> CookieList::withValues()
 {
     if (!m_loaded)
         load();

@@ -2,12 +2,12 @@
 
 #include <QHash>
 #include <QList>
+#include <QNetworkCookie>
 #include <QObject>
 #include <optional>
 
 #include "StoredCookie.h"
 
-class QNetworkCookie;
 class QWebEngineCookieStore;
 
 /// The cookies of a profile. The engine lists none when asked, it tells of changes only: so this
@@ -22,6 +22,8 @@ public:
 
     /// In no order.
     QList<StoredCookie> cookies();
+    /// With what they say, for requests that go out beside the engine's; never to be shown or kept.
+    QList<QNetworkCookie> withValues();
     /// Asks the engine to delete a cookie; `changed` tells when it is gone. The engine deletes
     /// those of the same name that a page at the cookie's path would be sent with it.
     void remove(const StoredCookie &cookie);
@@ -37,8 +39,8 @@ private:
 
     QWebEngineCookieStore *m_store;
     QString m_file;
-    QHash<QByteArray, StoredCookie> m_cookies;
+    QHash<QByteArray, QNetworkCookie> m_cookies;
     /// Until the list is wanted: what came, and without a value what went.
-    QHash<QByteArray, std::optional<StoredCookie>> m_changes;
+    QHash<QByteArray, std::optional<QNetworkCookie>> m_changes;
     bool m_loaded = false;
 };

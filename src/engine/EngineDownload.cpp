@@ -138,10 +138,13 @@ void EngineDownload::giveUp()
 {
     const Download *entry = downloadList().find(m_id);
     m_stage->setAside();
-    if (entry && entry->isRepeatable && !m_stage->arrived().isEmpty())
+    if (entry && entry->isRepeatable && !m_stage->arrived().isEmpty()) {
         m_stage->keep();
-    else
+        // Whoever goes on with it takes it at once.
+        m_stage.reset();
+    } else {
         downloadList().change(m_id, [](Download &download) { download.stage.clear(); });
+    }
     end();
 }
 
@@ -280,6 +283,7 @@ void EngineDownload::leave()
         download.received = QFileInfo(m_stage->arrived()).size();
         download.ended = QDateTime::currentDateTimeUtc();
     });
+    m_stage.reset();
     end();
 }
 

@@ -3,6 +3,7 @@
 #include "AppFolder.h"
 #include "CookieList.h"
 #include "CookiePolicy.h"
+#include "DownloadRetry.h"
 #include "Downloads.h"
 #include "EngineOptions.h"
 #include "EngineSetup.h"
@@ -98,6 +99,7 @@ QWebEngineProfile *makeProfile()
     PageScripts::install(profile);
     CookiePolicy::instance().install(profile);
     Downloads::install(profile);
+    DownloadRetry::install(profile);
     return profile;
 }
 }
