@@ -8,6 +8,7 @@
 #include "AddressFocus.h"
 #include "BrowserWindow.h"
 #include "Clipboard.h"
+#include "DownloadsWindow.h"
 #include "ExecForms.h"
 #include "FieldEdit.h"
 #include "Frame.h"
@@ -22,6 +23,8 @@ struct Actions {
     void (*page)(WebBrowser &page);
     void (*bar)(AddressBox &bar);
     void (*field)(QLineEdit &field);
+    /// Null where the list of downloads has no use for it.
+    void (DownloadsWindow::*list)() = nullptr;
 };
 
 /// The field beside the page that the user works in, of whatever its window shows there: the find
@@ -41,6 +44,9 @@ void onTarget(Frame &frame, const AddressFocus &focus, const QString &item, cons
             actions.field(*field);
         else if (active && !focus.isSet())
             actions.page(*active->browser());
+        else if (auto *list = qobject_cast<DownloadsWindow *>(frame.activeChild());
+                 list && actions.list && !focus.isSet())
+            (list->*actions.list)();
         else if (focus.isActiveControl())
             actions.bar(focus.bar());
     });
@@ -138,14 +144,16 @@ void registerEditCommands(Frame &frame)
     const AddressFocus &focus = *new AddressFocus(*bar);
     onTarget(frame, focus, u"mnuEditCut"_s, {ifEnabled<OleCmd::Cut>, cutFrom, FieldEdit::cut});
     onTarget(frame, focus, u"mnuEditCopy"_s,
-             {always<OleCmd::Copy>, copyFrom, [](QLineEdit &field) { field.copy(); }});
+             {always<OleCmd::Copy>, copyFrom, [](QLineEdit &field) { field.copy(); },
+              &DownloadsWindow::copyAddresses});
     onTarget(frame, focus, u"mnuEditPaste"_s,
              {ifEnabled<OleCmd::Paste>, pasteInto, pasteIntoField});
     onTarget(frame, focus, u"mnuEditSelectAll"_s,
-             {always<OleCmd::SelectAll>, selectAllOf, [](QLineEdit &field) { field.selectAll(); }});
-    onTarget(
-        frame, focus, u"mnuEditSelectNone"_s,
-        {always<OleCmd::ClearSelection>, selectNoneOf, [](QLineEdit &field) { field.deselect(); }});
+             {always<OleCmd::SelectAll>, selectAllOf, [](QLineEdit &field) { field.selectAll(); },
+              &DownloadsWindow::selectAll});
+    onTarget(frame, focus, u"mnuEditSelectNone"_s,
+             {always<OleCmd::ClearSelection>, selectNoneOf,
+              [](QLineEdit &field) { field.deselect(); }, &DownloadsWindow::selectNone});
     frame.handle(u"mnuEditUndo"_s, [&frame, &focus] { undo(frame, focus); });
     frame.handle(u"mnuEditFind"_s, [&frame] { find(frame); });
 }

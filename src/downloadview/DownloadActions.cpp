@@ -226,8 +226,8 @@ void DownloadActions::show(const QList<Download> &files)
     const QString folder = files.value(0).folder;
     const auto failed = [owner = QPointer(this), folder] {
         if (owner)
-            owner->tell(
-                texts.at<"strNoFolder", "The desktop cannot show the folder %1.">().arg(folder));
+            owner->tell(texts.at<"strNoFolder", "The desktop cannot show the folder %1.">().arg(
+                shownText(folder)));
     };
     if (!paths.isEmpty()) {
         DesktopPrograms::showInFolder(paths, failed);
@@ -240,7 +240,8 @@ void DownloadActions::show(const QList<Download> &files)
     else if (QDir::isAbsolutePath(folder) && QFileInfo(folder).isDir())
         DesktopPrograms::open(folder, failed);
     else
-        tell(texts.at<"strFolderIsGone", "The folder %1 is no longer there.">().arg(folder));
+        tell(texts.at<"strFolderIsGone", "The folder %1 is no longer there.">().arg(
+            shownText(folder)));
 }
 
 void DownloadActions::tell(const QString &text)

@@ -215,7 +215,8 @@ QVariant DownloadModel::data(const QModelIndex &index, int role) const
         return wrappedToolTip(detail.isEmpty() ? whole : whole + u" - "_s + detail);
     }
     case Qt::TextAlignmentRole:
-        return index.column() == Size ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+        return index.column() == Size ? QVariant(int(Qt::AlignRight | Qt::AlignVCenter))
+                                      : QVariant();
     case SortRole:
         return sortValue(row, index.column());
     case ShareRole:

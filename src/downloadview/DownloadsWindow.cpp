@@ -137,6 +137,21 @@ void DownloadsWindow::focusContents()
     m_view->setFocus();
 }
 
+void DownloadsWindow::copyAddresses()
+{
+    m_actions->copyAddress();
+}
+
+void DownloadsWindow::selectAll()
+{
+    m_view->selectAll();
+}
+
+void DownloadsWindow::selectNone()
+{
+    m_view->clearSelection();
+}
+
 void DownloadsWindow::translate()
 {
     const QString caption = texts.at<"Caption", "Downloads">();

@@ -25,6 +25,11 @@ public:
     void focusContents() override;
     void translate() override;
 
+    // What the Edit menu does here.
+    void copyAddresses();
+    void selectAll();
+    void selectNone();
+
 protected:
     void closeEvent(QCloseEvent *event) override;
 

@@ -54,6 +54,7 @@ private slots:
     void buttonsActOnTheChosen();
     void retryAsksTheList();
     void keysActOnTheChosen();
+    void editMenuActsOnTheList();
     void chosenStayChosen();
     void removingManyAtOnce();
     void openedByItsProgram();
@@ -569,6 +570,27 @@ void tst_DownloadsWindow::keysActOnTheChosen()
     QVERIFY(qobject_cast<QToolButton *>(QApplication::focusWidget()));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
     QVERIFY(list().hasFocus());
+}
+
+void tst_DownloadsWindow::editMenuActsOnTheList()
+{
+    FakeDownloads::add(FakeDownloads::make(u"one"_s));
+    FakeDownloads::add(FakeDownloads::make(u"two"_s));
+    open();
+    m_program->choose("mnuEditSelectAll");
+    QCOMPARE(chosen(), QStringList({u"one"_s, u"two"_s}));
+    m_program->choose("mnuEditSelectNone");
+    QCOMPARE(chosen(), QStringList());
+    choose({u"two"_s});
+    m_program->choose("mnuEditCopy");
+    QCOMPARE(QApplication::clipboard()->text(), u"https://files.example/two"_s);
+    // In the address bar they act there.
+    auto *edit = m_program->frame->findChild<AddressBox *>(u"brwURL1"_s)->findChild<QLineEdit *>();
+    edit->setFocus();
+    edit->setText(u"typed"_s);
+    m_program->choose("mnuEditSelectAll");
+    QCOMPARE(edit->selectedText(), u"typed"_s);
+    QCOMPARE(chosen(), QStringList(u"two"_s));
 }
 
 void tst_DownloadsWindow::chosenStayChosen()
