@@ -81,14 +81,16 @@ function(orvane_folder name)
 endfunction()
 
 # orvane_tests(FOLDER LINKS...): one test program per tst_*.cpp in tests/FOLDER; those in
-# tests/FOLDER/engine start the page engine and carry the label "engine". The target
-# orvane_plain_tests is all those that do not. Each has one source and needs one file of moc's, for
+# tests/FOLDER/engine and tests/FOLDER/wayland start the page engine and carry the label "engine";
+# the latter run on a Wayland compositor and are skipped where there is none. The target
+# orvane_plain_tests is all that start no engine. Each has one source and needs one file of moc's, for
 # which a search over all its sources and a library of the results would cost more than moc does.
 add_custom_target(orvane_plain_tests)
 function(orvane_tests folder)
   file(GLOB plain CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/tst_*.cpp)
   file(GLOB engine CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/engine/tst_*.cpp)
-  foreach(source IN LISTS plain engine)
+  file(GLOB wayland CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/wayland/tst_*.cpp)
+  foreach(source IN LISTS plain engine wayland)
     cmake_path(GET source STEM name)
     set(moc ${CMAKE_CURRENT_BINARY_DIR}/moc)
     add_executable(${name} ${source} ${moc}/${name}.moc)
@@ -98,10 +100,16 @@ function(orvane_tests folder)
     target_link_libraries(${name} PRIVATE ${ARGN} orvane_test_support Qt6::Test orvane_options
                                           orvane_test_options)
     orvane_reuse(${name} orvane_test_headers)
-    add_test(NAME ${name} COMMAND ${ORVANE_TEST_LAUNCHER} $<TARGET_FILE:${name}>)
-    set_tests_properties(${name} PROPERTIES TIMEOUT 180)
+    set(launcher ${ORVANE_TEST_LAUNCHER})
+    if(launcher AND source IN_LIST wayland)
+      list(APPEND launcher --wayland)
+    endif()
+    add_test(NAME ${name} COMMAND ${launcher} $<TARGET_FILE:${name}>)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 180 SKIP_RETURN_CODE 77)
     if(source IN_LIST engine)
       set_tests_properties(${name} PROPERTIES LABELS engine)
+    elseif(source IN_LIST wayland)
+      set_tests_properties(${name} PROPERTIES LABELS "engine;wayland")
     else()
       add_dependencies(orvane_plain_tests ${name})
     endif()
