@@ -21,6 +21,12 @@ if(ORVANE_SANITIZE)
   target_link_options(orvane_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# A hundred and fifty test programs are linked; this linker takes a fifth of the time.
+find_program(ORVANE_LLD ld.lld DOC "The linker lld; where it is not found, the compiler's own")
+if(ORVANE_LLD)
+  target_link_options(orvane_options INTERFACE -fuse-ld=lld)
+endif()
+
 # What most sources begin with is parsed once for all of them. These are headers of the toolkit and
 # the library only, so an edit compiles no more than before. A source must compile without them too:
 # the preset debug and scripts/lint see to it.
