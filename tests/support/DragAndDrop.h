@@ -37,10 +37,10 @@ public:
         return move.isAccepted() ? move.dropAction() : Qt::IgnoreAction;
     }
     /// Lets it go over `widget`; false where that is not possible.
-    bool drop(QWidget *widget)
+    bool drop(QWidget *widget) { return over(widget) != Qt::IgnoreAction && letGo(widget); }
+    /// Lets it go where it is, over `widget`.
+    bool letGo(QWidget *widget)
     {
-        if (over(widget) == Qt::IgnoreAction)
-            return false;
         QDropEvent drop(widget->rect().center(), allowed, m_data.get(), Qt::LeftButton, {});
         QApplication::sendEvent(widget, &drop);
         return drop.isAccepted();
