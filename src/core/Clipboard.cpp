@@ -128,7 +128,9 @@ void makeClipboardTextPlain()
     const ClipboardKinds kinds = clipboardKinds();
     QClipboard *clipboard = QGuiApplication::clipboard();
     const QMimeData *data = clipboard->mimeData();
-    if (!kinds.text || kinds.html || kinds.image || !data || data->hasText())
+    // Since Qt 6.5 the toolkit finds the text in other formats by itself, as the engine does not.
+    if (!kinds.text || kinds.html || kinds.image || !data || data->hasFormat(u"text/plain"_s)
+        || data->hasUrls())
         return;
     const QString text = textOf(*data);
     if (!text.isEmpty())
