@@ -19,11 +19,11 @@ namespace {
 int runFrame()
 {
     MainWindow frame;
+    followEndRequests(frame);
     // Reads beside the start.
     const DownloadStore downloads(downloadList(), DownloadFile::path());
     registerAllCommands(frame);
     frame.setCommandLine(QCoreApplication::arguments().mid(1).join(u' '));
-    followEndRequests(frame);
     startUp(frame);
     // Left while it was starting: there is no window whose closing would end the loop.
     if (frame.isClosed())

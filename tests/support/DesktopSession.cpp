@@ -14,8 +14,9 @@ uint FakeNotifications::Notify(const QString &program, uint replaced, const QStr
                                const QString &title, const QString &body,
                                const QStringList &actions, const QVariantMap &, int)
 {
-    shown.append({program, replaced, title, body, actions});
-    return replaced > 0 ? replaced : uint(shown.size());
+    const uint number = replaced > 0 ? replaced : ++m_lastNumber;
+    shown.append({program, number, replaced, title, body, actions});
+    return number;
 }
 
 void FakeFileManager::ShowItems(const QStringList &addresses, const QString &)

@@ -17,6 +17,7 @@ class FakeNotifications : public QObject {
 public:
     struct Notice {
         QString program;
+        uint number = 0;
         uint replaced = 0;
         QString title;
         QString body;
@@ -35,6 +36,9 @@ public slots:
 
 signals:
     void ActionInvoked(uint number, const QString &action);
+
+private:
+    uint m_lastNumber = 0;
 };
 
 /// A file manager that remembers what it was asked to show.

@@ -48,12 +48,12 @@ int runProgram(int argc, char **argv)
     int status = 0;
     {
         MainWindow frame;
+        followEndRequests(frame);
         DownloadStore downloads(downloadList(), DownloadFile::path());
         if (qEnvironmentVariableIsSet(retryVariable))
             retryAll(downloads);
         registerAllCommands(frame);
         frame.setCommandLine(QCoreApplication::arguments().value(1));
-        followEndRequests(frame);
         startUp(frame);
         startCleaning();
         status = QCoreApplication::exec();
