@@ -20,12 +20,15 @@ constexpr qint64 buffer = 1024 * 1024;
 constexpr qint64 piece = 256 * 1024;
 /// Milliseconds between two tellings.
 constexpr int pace = 100;
+/// Addresses that it is sent on to, one by the other.
+constexpr int mostTimesSentOn = 20;
 
-QNetworkRequest requestOf(const RangePlan &plan)
+QNetworkRequest requestOf(const RangePlan &plan, const QUrl &address)
 {
-    QNetworkRequest request(plan.address);
+    QNetworkRequest request(address);
+    // The library would tell the next host what is for the first.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::NoLessSafeRedirectPolicy);
+                         QNetworkRequest::ManualRedirectPolicy);
     // There what comes is not held back by a full buffer.
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
@@ -42,6 +45,15 @@ QNetworkRequest requestOf(const RangePlan &plan)
         request.setRawHeader("If-Range", plan.asked.condition());
     }
     return request;
+}
+
+/// No less safe, and for the first byte alone, which nobody has asked for but us, to nobody else.
+bool mayBeSentOn(const RangePlan &plan, const QUrl &from, const QUrl &to)
+{
+    const bool isOfWeb =
+        to.scheme() == "https"_L1 || (to.scheme() == "http"_L1 && from.scheme() == "http"_L1);
+    const bool isSame = to.scheme() == from.scheme() && to.authority() == from.authority();
+    return isOfWeb && !to.host().isEmpty() && (isSame || !plan.file.isEmpty());
 }
 
 /// The manager asks for each request, in its thread.
@@ -68,8 +80,6 @@ bool isForPages(QNetworkReply::NetworkError error)
     case QNetworkReply::AuthenticationRequiredError:
     case QNetworkReply::ProxyAuthenticationRequiredError:
     case QNetworkReply::SslHandshakeFailedError:
-    case QNetworkReply::InsecureRedirectError:
-    case QNetworkReply::TooManyRedirectsError:
     case QNetworkReply::ProtocolUnknownError:
         return true;
     default:
@@ -96,10 +106,15 @@ RangeFetch::~RangeFetch()
 
 void RangeFetch::start()
 {
+    ask(m_plan.address);
+}
+
+void RangeFetch::ask(const QUrl &address)
+{
     QNetworkAccessManager &manager = m_web.manager();
-    m_web.setCookies(m_plan.manners.cookies);
+    m_web.setCookies(m_plan.manners.cookies, m_plan.address);
     manager.setProxyFactory(new Proxies(m_plan.manners.usesSystemProxy));
-    m_reply = manager.get(requestOf(m_plan));
+    m_reply = manager.get(requestOf(m_plan, address));
     m_reply->setParent(this);
     m_reply->setReadBufferSize(buffer);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &RangeFetch::take);
@@ -146,9 +161,12 @@ RangeAnswer RangeFetch::readAnswer() const
 void RangeFetch::take()
 {
     const RangeAnswer answer = readAnswer();
-    const bool isSentOn = answer.status >= 300 && answer.status < 400;
-    if (m_answer.status != 0 || isSentOn || answer.status == 0)
+    if (m_answer.status != 0 || answer.status == 0)
         return;
+    if (answer.status >= 300 && answer.status < 400) {
+        goOnElsewhere();
+        return;
+    }
     m_answer = answer;
     m_verdict = judge(m_plan.asked, answer);
     m_isWriting =
@@ -162,6 +180,20 @@ void RangeFetch::take()
     } else if (open()) {
         emit answered(m_answer, m_verdict);
     }
+}
+
+/// Pages know what to make of it where we may not follow.
+void RangeFetch::goOnElsewhere()
+{
+    const QUrl from = m_reply->url();
+    const QUrl target = m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+    const QUrl to = from.resolved(target);
+    if (target.isEmpty() || !mayBeSentOn(m_plan, from, to) || ++m_timesSentOn > mostTimesSentOn) {
+        end({m_answer, {Kind::Page}, Problem::None, m_reply->errorString(), m_received});
+        return;
+    }
+    stop();
+    ask(to);
 }
 
 bool RangeFetch::open()
@@ -223,7 +255,10 @@ void RangeFetch::finish()
     if (!m_reply || (m_isPaused && m_isWriting))
         return;
     // Some answers come with no headers of their own told before.
+    const QNetworkReply *reply = m_reply;
     take();
+    if (m_reply != reply)
+        return;
     read();
     if (!m_reply)
         return;

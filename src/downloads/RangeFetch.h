@@ -56,8 +56,10 @@ signals:
     void ended(const RangeEnd &end);
 
 private:
+    void ask(const QUrl &address);
     RangeAnswer readAnswer() const;
     void take();
+    void goOnElsewhere();
     bool open();
     void read();
     bool write(const QByteArray &bytes);
@@ -73,6 +75,7 @@ private:
     RangeVerdict m_verdict;
     QTimer m_tells;
     qint64 m_received = 0;
+    int m_timesSentOn = 0;
     bool m_isWriting = false;
     bool m_isPaused = false;
 };

@@ -46,6 +46,16 @@ bool isOlder(const Download &download, const RangeAnswer &answer)
     return changed <= (said.isValid() ? said : now).addSecs(1 - passed);
 }
 
+/// A page may have any other site asked by what it begins, without its user: with his cookies only
+/// its own. What comes from no page that is known may come from any.
+WebManners mannersFor(const Download &download, const MannersNow &manners)
+{
+    WebManners result = manners();
+    if (download.page.host() != download.address.host())
+        result.cookies.clear();
+    return result;
+}
+
 /// The same as the engine brings.
 bool isBelieved(const Download &download, const RangeAnswer &answer)
 {
@@ -106,7 +116,8 @@ void RangeProbe::ask(const Download &download)
 {
     if (!m_web)
         m_web = WebThread::shared();
-    auto *fetch = new RangeFetch(*m_web, {download.address, m_manners(), {}, {}});
+    auto *fetch =
+        new RangeFetch(*m_web, {download.address, mannersFor(download, m_manners), {}, {}});
     m_fetches.insert(fetch);
     connect(fetch, &RangeFetch::ended, this, [this, fetch, id = download.id](const RangeEnd &end) {
         m_fetches.remove(fetch);

@@ -11,7 +11,7 @@ struct WebManners {
     /// As the headers have them; empty: none is sent.
     QByteArray userAgent;
     QByteArray languages;
-    /// All that there are: which of them go to a server is found out as it is asked.
+    /// All that may be told: which of them go to a server is found out as it is asked.
     QList<QNetworkCookie> cookies;
     /// The desktop's proxy; else the one that the application was given.
     bool usesSystemProxy = false;

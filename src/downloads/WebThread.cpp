@@ -1,13 +1,30 @@
 #include "WebThread.h"
 
 #include <QCoreApplication>
+#include <QNetworkCookie>
 #include <QNetworkCookieJar>
+#include <QUrl>
+
+namespace {
+/// By its domain alone: the way there may lead over several paths.
+bool isOf(const QNetworkCookie &cookie, const QString &host)
+{
+    const QString domain = cookie.domain();
+    return domain == host
+        || (domain.startsWith(u'.') && (host.endsWith(domain) || domain == u'.' + host));
+}
+}
 
 /// Gives what it was given.
 class CookieJar : public QNetworkCookieJar {
 public:
     using QNetworkCookieJar::QNetworkCookieJar;
-    void set(const QList<QNetworkCookie> &cookies) { setAllCookies(cookies); }
+    void set(const QList<QNetworkCookie> &cookies, const QString &host)
+    {
+        QList<QNetworkCookie> own = cookies;
+        own.removeIf([&host](const QNetworkCookie &each) { return !isOf(each, host); });
+        setAllCookies(own);
+    }
 };
 
 std::shared_ptr<WebThread> WebThread::shared()
@@ -40,7 +57,7 @@ WebThread::~WebThread()
     m_thread.wait();
 }
 
-void WebThread::setCookies(const QList<QNetworkCookie> &cookies)
+void WebThread::setCookies(const QList<QNetworkCookie> &cookies, const QUrl &address)
 {
-    m_cookies->set(cookies);
+    m_cookies->set(cookies, address.host());
 }

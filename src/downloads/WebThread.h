@@ -8,6 +8,7 @@
 
 class CookieJar;
 class QNetworkCookie;
+class QUrl;
 
 /// The thread of the requests of our own: what comes goes to the disk there, and a slow one keeps
 /// the server waiting, not the interface. There is one while anybody has it.
@@ -21,8 +22,9 @@ public:
     QThread *thread() { return &m_thread; }
     /// To be used in the thread only.
     QNetworkAccessManager &manager() { return *m_manager; }
-    /// From the next request on, those to other addresses that it is sent on to too. In the thread.
-    void setCookies(const QList<QNetworkCookie> &cookies);
+    /// Those of them that are for the host of `address`, from the next request on: where a server
+    /// sends one on to another host, nobody is told there who the user is. In the thread.
+    void setCookies(const QList<QNetworkCookie> &cookies, const QUrl &address);
 
 private:
     WebThread();

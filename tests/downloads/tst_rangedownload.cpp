@@ -31,6 +31,26 @@ QByteArray randomBytes(qsizetype size)
 }
 constexpr qsizetype whole = 3'000'000;
 constexpr qsizetype begun = 1'000'000;
+
+QNetworkCookie cookieOf(const char *name, const QString &domain, bool secure = false)
+{
+    QNetworkCookie result(name, "value");
+    result.setDomain(domain);
+    result.setPath(u"/"_s);
+    result.setSecure(secure);
+    return result;
+}
+
+/// One that takes a while.
+Download longOne(const QUrl &address)
+{
+    Download download;
+    download.id = DownloadList::newId();
+    download.address = address;
+    download.size = whole;
+    download.began = QDateTime::currentDateTimeUtc().addSecs(-60);
+    return download;
+}
 }
 
 /// Going on with what an earlier program left, from a real server.
@@ -54,6 +74,7 @@ private slots:
     void refusedIsKept_data();
     void refusedIsKept();
     void sentOn();
+    void sentOnWithoutCookies();
     void notSentOnToLessSafe();
     void notCertified();
     void nobodyListens();
@@ -73,6 +94,9 @@ private slots:
     void probeIsNotBelieved_data();
     void probeIsNotBelieved();
     void probeAsksOnce();
+    void probeTellsNoOtherSite_data();
+    void probeTellsNoOtherSite();
+    void probeIsNotSentOn();
 
 private:
     QString folder() const { return m_folder->file(u"Profiles"_s); }
@@ -345,6 +369,23 @@ void tst_rangedownload::sentOn()
     QCOMPARE(m_server->lastRange(), "bytes=1000000-"_ba);
 }
 
+/// What another host knows of the user is not told there because a server wants it.
+void tst_rangedownload::sentOnWithoutCookies()
+{
+    FileServer first;
+    first.status = 302;
+    QUrl other = m_server->url();
+    other.setHost(u"localhost"_s);
+    first.headers.append(qMakePair(QByteArray("Location"), QByteArray(other.toEncoded())));
+    m_manners.cookies = {cookieOf("mine", u"127.0.0.1"_s), cookieOf("others", u"localhost"_s)};
+    const QString id = add();
+    downloadList().change(id, [&](Download &download) { download.address = first.url(); });
+    retry(id);
+    isDone(id);
+    QCOMPARE(first.requests().first().headers.value("cookie"), "mine=value"_ba);
+    QVERIFY(!m_server->requests().first().headers.contains("cookie"));
+}
+
 void tst_rangedownload::notSentOnToLessSafe()
 {
     m_server->status = 302;
@@ -518,18 +559,10 @@ void tst_rangedownload::partIsGone()
 
 void tst_rangedownload::speaksAsThePagesDo()
 {
-    const auto cookie = [](const char *name, const QString &domain, bool secure) {
-        QNetworkCookie result(name, "value");
-        result.setDomain(domain);
-        result.setPath(u"/"_s);
-        result.setSecure(secure);
-        return result;
-    };
     m_manners.userAgent = "Ours/1";
     m_manners.languages = "de,en;q=0.9";
-    m_manners.cookies = {cookie("mine", u"127.0.0.1"_s, false),
-                         cookie("safe", u"127.0.0.1"_s, true),
-                         cookie("others", u"other.example"_s, false)};
+    m_manners.cookies = {cookieOf("mine", u"127.0.0.1"_s), cookieOf("safe", u"127.0.0.1"_s, true),
+                         cookieOf("others", u"other.example"_s)};
     const QString id = add();
     retry(id);
     isDone(id);
@@ -643,6 +676,46 @@ void tst_rangedownload::probeAsksOnce()
     add(m_server->url(), whole);
     QTRY_COMPARE_WITH_TIMEOUT(m_server->probes(), 2, 10'000);
     QVERIFY(entry(first).etag.isEmpty());
+}
+
+void tst_rangedownload::probeTellsNoOtherSite_data()
+{
+    QTest::addColumn<QUrl>("page");
+    QTest::addColumn<QByteArray>("cookies");
+    QTest::newRow("its own page") << QUrl(u"http://127.0.0.1:1/page"_s) << "mine=value"_ba;
+    QTest::newRow("another site's") << QUrl(u"http://other.example/page"_s) << ""_ba;
+    QTest::newRow("none that is known") << QUrl() << ""_ba;
+}
+
+/// A page has a site asked by what it begins, and nobody has clicked.
+void tst_rangedownload::probeTellsNoOtherSite()
+{
+    QFETCH(QUrl, page);
+    m_manners.cookies = {cookieOf("mine", u"127.0.0.1"_s)};
+    const RangeProbe probe(downloadList(), [this] { return m_manners; });
+    Download download = longOne(m_server->url());
+    download.page = page;
+    downloadList().add(download, nullptr);
+    QTRY_COMPARE_WITH_TIMEOUT(entry(download.id).etag, "\"one\""_ba, 10'000);
+    QTEST(m_server->lastProbe().headers.value("cookie"), "cookies");
+}
+
+void tst_rangedownload::probeIsNotSentOn()
+{
+    FileServer first;
+    first.status = 302;
+    first.headers.append(
+        qMakePair(QByteArray("Location"), QByteArray(m_server->url().toEncoded())));
+    const RangeProbe probe(downloadList(), [this] { return m_manners; });
+    const Download sentOn = longOne(first.url());
+    downloadList().add(sentOn, nullptr);
+    QTRY_COMPARE_WITH_TIMEOUT(first.probes(), 1, 10'000);
+    // Another that is asked for later.
+    const Download second = longOne(m_server->url());
+    downloadList().add(second, nullptr);
+    QTRY_COMPARE_WITH_TIMEOUT(entry(second.id).etag, "\"one\""_ba, 10'000);
+    QCOMPARE(m_server->probes(), 1);
+    QVERIFY(entry(sentOn.id).etag.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_rangedownload)

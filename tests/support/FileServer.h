@@ -43,7 +43,8 @@ public:
     {
         return m_requests.isEmpty() ? QByteArray() : m_requests.last().headers.value("range");
     }
-    int probes() const { return m_probes; }
+    int probes() const { return int(m_probes.size()); }
+    Request lastProbe() const { return m_probes.value(m_probes.size() - 1); }
     void forget() { m_requests.clear(); }
     /// Sends what was held back by `stopAfter`.
     void goOn()
@@ -100,7 +101,7 @@ private:
         m_heard.remove(socket);
         const bool isProbe = request.headers.value("range") == "bytes=0-0";
         if (isProbe)
-            ++m_probes;
+            m_probes.append(request);
         else
             m_requests.append(request);
         answer(socket, request, isProbe);
@@ -169,5 +170,5 @@ private:
     QHash<QTcpSocket *, QByteArray> m_heard;
     QList<std::pair<QPointer<QTcpSocket>, QByteArray>> m_held;
     QList<Request> m_requests;
-    int m_probes = 0;
+    QList<Request> m_probes;
 };
