@@ -88,6 +88,12 @@ struct Download {
     bool isOver() const { return state >= State::Done; }
     /// Bytes are on their way, or held back.
     bool isUnderWay() const { return !isOver(); }
+    /// A server is asked for it.
+    bool isOfWeb() const
+    {
+        return address.scheme() == QLatin1String("http")
+            || address.scheme() == QLatin1String("https");
+    }
 
     bool operator==(const Download &) const = default;
 };

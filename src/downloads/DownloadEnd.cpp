@@ -36,26 +36,43 @@ DownloadEnd::Outcome work(const Download &download, const std::unique_ptr<Downlo
 }
 }
 
+DownloadEnd::DownloadEnd(const Download &download, std::unique_ptr<DownloadStage> stage)
+    : m_download(download)
+    , m_stage(std::move(stage))
+{
+}
+
+DownloadEnd::~DownloadEnd() = default;
+
 Transfer *DownloadEnd::begin(const QString &id, std::unique_ptr<DownloadStage> stage)
 {
-    downloadList().change(id,
-                          [](Download &download) { download.state = Download::State::Finishing; });
+    downloadList().change(id, [&stage](Download &download) {
+        download.state = Download::State::Finishing;
+        // Whole, it can be given its name after a restart, whatever it was made of.
+        download.stage = stage->path();
+    });
     const Download *entry = downloadList().find(id);
     if (!entry)
         return nullptr;
-    auto *end = new DownloadEnd(id);
+    auto *end = new DownloadEnd(*entry, std::move(stage));
     downloadList().setTransfer(id, end);
-    end->start(*entry, std::move(stage));
+    downloadList().record(id, [self = QPointer(end)] {
+        if (self)
+            self->start();
+    });
     return end;
 }
 
-void DownloadEnd::start(const Download &download, std::unique_ptr<DownloadStage> stage)
+/// Nothing where it has begun.
+void DownloadEnd::start()
 {
+    if (!m_stage)
+        return;
     // What a pool runs can be copied.
     auto outcome = std::make_shared<std::promise<Outcome>>();
-    auto given = std::make_shared<std::unique_ptr<DownloadStage>>(std::move(stage));
+    auto given = std::make_shared<std::unique_ptr<DownloadStage>>(std::move(m_stage));
     m_outcome = outcome->get_future();
-    workers().start([outcome, given, download, self = QPointer(this)] {
+    workers().start([outcome, given, download = m_download, self = QPointer(this)] {
         outcome->set_value(work(download, std::move(*given)));
         QMetaObject::invokeMethod(
             qApp,
@@ -69,6 +86,7 @@ void DownloadEnd::start(const Download &download, std::unique_ptr<DownloadStage>
 
 void DownloadEnd::leave()
 {
+    start();
     finish();
 }
 
@@ -80,7 +98,7 @@ void DownloadEnd::finish()
     const Outcome outcome = m_outcome.get();
     const FinalFile::Result &result = outcome.result;
     const bool isDone = result.problem == Download::Problem::None;
-    downloadList().change(m_id, [&](Download &download) {
+    downloadList().change(m_download.id, [&](Download &download) {
         download.stage = outcome.stage;
         download.state = isDone ? Download::State::Done : Download::State::Failed;
         // That it began anew is said of what it is by now, too.

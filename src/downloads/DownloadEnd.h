@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Download.h"
 #include "FinalFile.h"
 #include "Transfer.h"
 
@@ -10,7 +11,8 @@ class DownloadStage;
 
 /// Brings a download whose bytes are all there to its end, beside the program: it is `Finishing`
 /// until its file has its name, and then `Done`, or `Failed`. What may be of use for going on stays
-/// in its stage.
+/// in its stage. The list's file knows that it is whole before it gets its name: a program that is
+/// killed in between leaves what the next one can tell apart.
 class DownloadEnd : public Transfer {
     Q_OBJECT
 
@@ -32,14 +34,14 @@ public:
     };
 
 private:
-    explicit DownloadEnd(const QString &id)
-        : m_id(id)
-    {
-    }
+    DownloadEnd(const Download &download, std::unique_ptr<DownloadStage> stage);
+    ~DownloadEnd() override;
 
-    void start(const Download &download, std::unique_ptr<DownloadStage> stage);
+    void start();
     void finish();
 
-    QString m_id;
+    Download m_download;
+    /// Until the worker has it.
+    std::unique_ptr<DownloadStage> m_stage;
     std::future<Outcome> m_outcome;
 };

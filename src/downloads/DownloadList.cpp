@@ -132,6 +132,14 @@ void DownloadList::retry(const QString &id)
         m_retry(id);
 }
 
+void DownloadList::record(const QString &id, const std::function<void()> &then)
+{
+    if (m_record)
+        m_record(id, then);
+    else
+        then();
+}
+
 void DownloadList::leaveAll()
 {
     const QStringList ids = m_running.keys();

@@ -37,6 +37,8 @@ public:
     };
     /// Begins the download of an entry anew or goes on with it.
     using Retry = std::function<void(const QString &id)>;
+    /// Keeps an entry as it is now over the end of the program, and calls back then.
+    using Record = std::function<void(const QString &id, const std::function<void()> &then)>;
 
     /// How many are kept: the oldest that are over go first.
     static constexpr int most = 1000;
@@ -67,6 +69,10 @@ public:
     void cancel(const QString &id);
     void retry(const QString &id);
     void setRetry(const Retry &retry) { m_retry = retry; }
+    /// For a step that must not be done unknown to the list's file, however the program ends:
+    /// `then` does it, also where the file cannot be written, and at once where there is none.
+    void record(const QString &id, const std::function<void()> &then);
+    void setRecord(const Record &record) { m_record = record; }
     /// The program ends: what is under way becomes `Unfinished`, or `Cancelled` where nothing of it
     /// can be continued.
     void leaveAll();
@@ -107,6 +113,7 @@ private:
     QTimer m_tells;
     QElapsedTimer m_clock;
     Retry m_retry;
+    Record m_record;
 };
 
 /// The program's one list; it goes with the application object, which must be there.

@@ -174,7 +174,7 @@ std::optional<Download> read(const IniText::Section &section)
     download.detail = FileName::visible(textOf(section, "Detail").left(longestDetail));
     download.etag = validatorOf(section, "ETag");
     download.lastModified = validatorOf(section, "LastModified");
-    download.isRepeatable = flagOf(section, "Repeatable");
+    download.isRepeatable = download.isOfWeb() && flagOf(section, "Repeatable");
     download.leavesTrace = flagOf(section, "Trace");
     return download;
 }

@@ -42,6 +42,8 @@ DownloadStore::DownloadStore(DownloadList &list, const QString &file, QObject *p
             note(id);
     });
     connect(&list, &DownloadList::removed, this, &DownloadStore::drop);
+    list.setRecord(
+        [this](const QString &id, const std::function<void()> &then) { record(id, then); });
     // What ends the program may not wait for more than this.
     connect(&list, &DownloadList::left, this, &DownloadStore::flush);
     load();
@@ -49,6 +51,7 @@ DownloadStore::DownloadStore(DownloadList &list, const QString &file, QObject *p
 
 DownloadStore::~DownloadStore()
 {
+    m_list.setRecord({});
     flush();
 }
 
@@ -126,6 +129,19 @@ void DownloadStore::drop(const QString &id)
     wake();
 }
 
+void DownloadStore::record(const QString &id, const std::function<void()> &then)
+{
+    note(id);
+    m_then.append(then);
+    wake();
+}
+
+void DownloadStore::call(const QList<std::function<void()>> &all)
+{
+    for (const std::function<void()> &each : all)
+        each();
+}
+
 /// At once where nothing was written just now: what is not in the file is lost with the program.
 void DownloadStore::wake()
 {
@@ -143,16 +159,22 @@ void DownloadStore::start()
             changes.entries.append(*download);
     }
     const QStringList stages = std::exchange(m_stages, {});
-    if (changes.entries.isEmpty() && changes.removed.isEmpty())
+    const QList<std::function<void()>> then = std::exchange(m_then, {});
+    if (changes.entries.isEmpty() && changes.removed.isEmpty()) {
+        call(then);
         return;
+    }
     m_isWriting = true;
-    m_worker.start([this, changes, ids, stages] {
+    m_worker.start([this, changes, ids, stages, then] {
         QStringList trimmed;
         const bool isWritten = bool(DownloadFile::write(m_file, changes, trimmed));
         removeStages(stages + trimmed);
         QMetaObject::invokeMethod(
             this,
-            [this, ids, removed = changes.removed, isWritten] { end(ids, removed, isWritten); },
+            [this, ids, removed = changes.removed, isWritten, then] {
+                end(ids, removed, isWritten);
+                call(then);
+            },
             Qt::QueuedConnection);
     });
 }
@@ -167,7 +189,8 @@ void DownloadStore::end(const QStringList &entries, const QSet<QString> &removed
                 m_waiting.append(id);
         }
         m_removed.unite(removed);
-    } else if (!m_waiting.isEmpty() || !m_removed.isEmpty()) {
-        m_soon.start(leastPause);
     }
+    const bool hasMore = isWritten && (!m_waiting.isEmpty() || !m_removed.isEmpty());
+    if (hasMore || !m_then.isEmpty())
+        m_soon.start(leastPause);
 }

@@ -9,6 +9,8 @@
 #include <QThreadPool>
 #include <QTimer>
 
+#include <functional>
+
 class DownloadList;
 
 /// Keeps a list of downloads in a file: reads it once, behind what the list has by then, and writes
@@ -35,9 +37,11 @@ private:
     void note(const QString &id);
     void noteAll();
     void drop(const QString &id);
+    void record(const QString &id, const std::function<void()> &then);
     void wake();
     void start();
     void end(const QStringList &entries, const QSet<QString> &removed, bool isWritten);
+    static void call(const QList<std::function<void()>> &all);
 
     DownloadList &m_list;
     QString m_file;
@@ -51,5 +55,7 @@ private:
     QSet<QString> m_removed;
     /// Of entries that left the list.
     QStringList m_stages;
+    /// What comes after the next write.
+    QList<std::function<void()>> m_then;
     bool m_isWriting = false;
 };

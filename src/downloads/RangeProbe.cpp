@@ -18,9 +18,7 @@ constexpr qint64 leastSize = 16 * 1024;
 bool isOfUse(const Download &download)
 {
     const bool isOnItsWay = download.state == State::Running || download.state == State::Paused;
-    const bool isOfWeb =
-        download.address.scheme() == "http"_L1 || download.address.scheme() == "https"_L1;
-    return isOnItsWay && isOfWeb && download.isRepeatable && download.size >= leastSize
+    return isOnItsWay && download.isOfWeb() && download.isRepeatable && download.size >= leastSize
         && download.received < download.size && download.etag.isEmpty()
         && download.lastModified.isEmpty();
 }

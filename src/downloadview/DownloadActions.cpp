@@ -2,6 +2,7 @@
 
 #include "DesktopPrograms.h"
 #include "DownloadList.h"
+#include "LeftDownload.h"
 #include "MsgBox.h"
 #include "RunnableFile.h"
 #include "ShownText.h"
@@ -45,7 +46,8 @@ bool isDone(const Download &each)
 
 bool canBeRetried(const Download &each)
 {
-    return each.isOver() && !isDone(each) && each.isRepeatable;
+    const bool isOfUse = each.isRepeatable || LeftDownload::isWhole(each);
+    return each.isOver() && !isDone(each) && isOfUse;
 }
 
 bool hasAddress(const Download &each)

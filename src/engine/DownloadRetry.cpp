@@ -31,10 +31,8 @@ WebManners mannersOf(const QWebEngineProfile &profile)
 /// The server can tell whether it has the same file still.
 bool canGoOn(const Download &download)
 {
-    const bool isOfWeb =
-        download.address.scheme() == "http"_L1 || download.address.scheme() == "https"_L1;
     const RangeAsked asked{download.received, download.size, download.etag, download.lastModified};
-    return isOfWeb && download.isRepeatable && download.received > 0
+    return download.isOfWeb() && download.isRepeatable && download.received > 0
         && (download.size < 0 || download.received < download.size) && !asked.condition().isEmpty();
 }
 

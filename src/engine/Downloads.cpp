@@ -43,11 +43,6 @@ QString downloadFolder()
     return QStandardPaths::writableLocation(QStandardPaths::TempLocation);
 }
 
-bool isOfNetwork(const QUrl &address)
-{
-    return address.scheme() == "http"_L1 || address.scheme() == "https"_L1;
-}
-
 /// What "data:" has for an address is the file itself.
 QUrl addressOf(const QWebEngineDownloadRequest &request)
 {
@@ -70,8 +65,7 @@ Download newEntry(const QWebEngineDownloadRequest &request, const WebPage *page)
     download.name = DownloadName::freeIn(download.folder, DownloadName::of(request));
     download.address = addressOf(request);
     download.began = QDateTime::currentDateTimeUtc();
-    download.isRepeatable =
-        isOfNetwork(request.url()) && !(page && page->isAnswerToForm(request.url()));
+    download.isRepeatable = download.isOfWeb() && !(page && page->isAnswerToForm(request.url()));
     if (page) {
         download.page = originOf(*page);
         download.leavesTrace = page->leavesTrace();
@@ -206,6 +200,16 @@ bool EngineDownloads::goOn(const QString &id)
 
 void EngineDownloads::order(const QString &id)
 {
+    const Download *entry = downloadList().find(id);
+    // Of others the engine does not tell who asked for them: they would be taken for a page's own.
+    if (!entry || !entry->isOfWeb()) {
+        downloadList().change(id, [](Download &download) {
+            download.state = Download::State::Failed;
+            download.problem = Download::Problem::Other;
+            download.ended = QDateTime::currentDateTimeUtc();
+        });
+        return;
+    }
     auto *order = new DownloadOrder(id, m_profile);
     m_orders.append(order);
     order->start();
@@ -266,7 +270,7 @@ QString begin(const QUrl &address, const QString &path, Download::Place place, c
     download.address = address;
     download.page = page;
     download.leavesTrace = !page.isEmpty();
-    download.isRepeatable = isOfNetwork(address);
+    download.isRepeatable = download.isOfWeb();
     download.began = QDateTime::currentDateTimeUtc();
     downloadList().add(download, nullptr);
     if (theDownloads)

@@ -122,7 +122,9 @@ void EngineDownload::fail()
         download.state = State::Failed;
         download.problem =
             m_stage->isThere() ? InterruptReason::of(reason) : Download::Problem::FolderGone;
-        download.detail = m_request->interruptReasonString();
+        // Which the engine has no words for, and takes others.
+        if (download.problem != Download::Problem::WrongLength)
+            download.detail = m_request->interruptReasonString();
         download.received = m_request->receivedBytes();
         download.ended = QDateTime::currentDateTimeUtc();
         if (m_stage->arrived().isEmpty())
@@ -248,9 +250,10 @@ void EngineDownload::cancel()
         m_request->cancel();
     }
     downloadList().change(m_id, [](Download &download) {
-        if (!download.isOver())
-            download.state = State::Cancelled;
         download.stage.clear();
+        if (download.isOver())
+            return;
+        download.state = State::Cancelled;
         download.ended = QDateTime::currentDateTimeUtc();
     });
     end();
@@ -277,10 +280,11 @@ void EngineDownload::leave()
     m_stage->setAside();
     m_stage->keep();
     downloadList().change(m_id, [this](Download &download) {
-        if (!download.isOver())
-            download.state = State::Unfinished;
         download.stage = m_stage->path();
         download.received = QFileInfo(m_stage->arrived()).size();
+        if (download.isOver())
+            return;
+        download.state = State::Unfinished;
         download.ended = QDateTime::currentDateTimeUtc();
     });
     m_stage.reset();

@@ -74,6 +74,8 @@ private slots:
     void hostileValues();
     void noDownloads_data();
     void noDownloads();
+    void onlyTheWebBringsThemAgain_data();
+    void onlyTheWebBringsThemAgain();
     void passwordsAreNotKept();
     void longAddressIsNotKept();
     void otherEncodings();
@@ -277,6 +279,30 @@ void tst_downloadfile::noDownloads()
     QVERIFY(write({one(2)}));
     QVERIFY(bytes().startsWith(file));
     QCOMPARE(read().first(), one(2));
+}
+
+void tst_downloadfile::onlyTheWebBringsThemAgain_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<bool>("isRepeatable");
+    QTest::newRow("plain") << u"http://host/file"_s << true;
+    QTest::newRow("safe") << u"https://host/file"_s << true;
+    for (const char *address : {"file:///etc/passwd", "chrome://quit", "qrc:/a", "javascript:a",
+                                "about:blank", "data:text/plain,a", "ftp://host/file", ""})
+        QTest::newRow(address) << QString::fromLatin1(address) << false;
+}
+
+void tst_downloadfile::onlyTheWebBringsThemAgain()
+{
+    QFETCH(QString, address);
+    Download download = one(1, State::Unfinished);
+    download.address = QUrl(address);
+    QStringList trimmed;
+    QVERIFY(DownloadFile::write(DownloadFile::path(), {{download}, {}}, trimmed));
+    const auto read = DownloadFile::read(DownloadFile::path());
+    QVERIFY(read);
+    QCOMPARE(read->size(), 1);
+    QTEST(read->first().isRepeatable, "isRepeatable");
 }
 
 void tst_downloadfile::passwordsAreNotKept()

@@ -26,6 +26,8 @@ private slots:
 
     void eachStateIsWritten();
     void bytesAreNotWritten();
+    void recordedComesBeforeTheStep();
+    void stepIsTakenThoughNothingCanBeWritten();
     void lastStateIsWrittenAtTheEnd();
     void allIsWrittenWhenItIsLeft();
     void earlierOnesComeBehind();
@@ -157,6 +159,45 @@ void tst_downloadstore::bytesAreNotWritten()
     change(download.id, State::Paused);
     m_store->flush();
     QCOMPARE(stored().first().received, 1000);
+}
+
+void tst_downloadstore::recordedComesBeforeTheStep()
+{
+    open();
+    for (const QString &name : {u"a"_s, u"b"_s, u"c"_s}) {
+        // What the list has not told of yet, and what it wrote just now.
+        Download download = one(name, State::Running);
+        m_list->add(download, nullptr);
+        m_list->change(download.id, [](Download &each) {
+            each.state = State::Finishing;
+            each.size = 5;
+        });
+        std::optional<Download> seen;
+        m_list->record(download.id, [&] { seen = stored().value(0); });
+        QTRY_VERIFY(seen);
+        QCOMPARE(seen->id, download.id);
+        QCOMPARE(seen->state, State::Finishing);
+        QCOMPARE(seen->size, 5);
+        bool isAgain = false;
+        m_list->record(download.id, [&] { isAgain = true; });
+        QTRY_VERIFY(isAgain);
+    }
+}
+
+void tst_downloadstore::stepIsTakenThoughNothingCanBeWritten()
+{
+    const Unlogged unlogged;
+    open();
+    QVERIFY(QDir(m_folder->file(u"AppData"_s)).removeRecursively());
+    const Download download = one(u"a"_s, State::Finishing);
+    m_list->add(download, nullptr);
+    int taken = 0;
+    m_list->record(download.id, [&] { ++taken; });
+    QTRY_COMPARE(taken, 1);
+    m_list->record(download.id, [&] { ++taken; });
+    QTRY_COMPARE(taken, 2);
+    close();
+    QVERIFY(stored().isEmpty());
 }
 
 void tst_downloadstore::lastStateIsWrittenAtTheEnd()

@@ -48,9 +48,11 @@ private slots:
     void failedStepLeavesNothingUnderTheName();
     void killedAtAnyStep();
     void theListIsTold();
+    void noNameBeforeTheListHasIt();
     void failureKeepsWhatIsOfUse_data();
     void failureKeepsWhatIsOfUse();
     void leavingWaitsForTheEnd();
+    void leavingDoesNotWaitForTheListsFile();
 
 private:
     QString place() const { return m_folder->file(u"Profiles"_s); }
@@ -389,6 +391,32 @@ void tst_finalfile::theListIsTold()
     QVERIFY(!DownloadEnd::begin(u"unknown"_s, std::make_unique<DownloadStage>(place())));
 }
 
+void tst_finalfile::noNameBeforeTheListHasIt()
+{
+    Download entry = download(u"file"_s);
+    entry.isRepeatable = false;
+    downloadList().add(entry, nullptr);
+    std::function<void()> goOn;
+    Download recorded;
+    downloadList().setRecord([&](const QString &id, const std::function<void()> &then) {
+        recorded = *downloadList().find(id);
+        goOn = then;
+    });
+    auto stage = std::make_unique<DownloadStage>(place());
+    const QString whole = stage->path();
+    QVERIFY(write(stage->file(), "bytes"));
+    QVERIFY(DownloadEnd::begin(entry.id, std::move(stage)));
+    downloadList().setRecord({});
+    QCOMPARE(recorded.state, Download::State::Finishing);
+    QCOMPARE(recorded.stage, whole);
+    QCOMPARE(entries(), QStringList(QFileInfo(whole).fileName()));
+    goOn();
+    QTRY_COMPARE(downloadList().find(entry.id)->state, Download::State::Done);
+    QCOMPARE(entries(), QStringList(u"file"_s));
+    // That it has ended is known by now.
+    goOn();
+}
+
 void tst_finalfile::failureKeepsWhatIsOfUse_data()
 {
     QTest::addColumn<qint64>("size");
@@ -424,6 +452,20 @@ void tst_finalfile::leavingWaitsForTheEnd()
     auto stage = std::make_unique<DownloadStage>(place());
     QVERIFY(write(stage->file(), "bytes"));
     DownloadEnd::begin(entry.id, std::move(stage));
+    downloadList().leaveAll();
+    QCOMPARE(downloadList().find(entry.id)->state, Download::State::Done);
+    QCOMPARE(read(path(u"file"_s)), "bytes");
+}
+
+void tst_finalfile::leavingDoesNotWaitForTheListsFile()
+{
+    const Download entry = download(u"file"_s);
+    downloadList().add(entry, nullptr);
+    downloadList().setRecord([](const QString &, const std::function<void()> &) {});
+    auto stage = std::make_unique<DownloadStage>(place());
+    QVERIFY(write(stage->file(), "bytes"));
+    DownloadEnd::begin(entry.id, std::move(stage));
+    downloadList().setRecord({});
     downloadList().leaveAll();
     QCOMPARE(downloadList().find(entry.id)->state, Download::State::Done);
     QCOMPARE(read(path(u"file"_s)), "bytes");

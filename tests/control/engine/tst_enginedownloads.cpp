@@ -53,6 +53,7 @@ private slots:
     void pageKeptOutOfTheHistory();
     void begunAnew();
     void begunAnewFromAServerThatRefuses();
+    void begunAnewOfWhatNoServerHas();
     void begunAnewAndCancelled();
     void atAPlaceOfTheUsers();
     void nameByTheType_data();
@@ -226,6 +227,7 @@ void tst_enginedownloads::lengthThatIsTooShort()
     const QString id = begin(url(u"/short.bin"_s));
     QTRY_COMPARE(entry(id).state, State::Failed);
     QCOMPARE(entry(id).problem, Problem::WrongLength);
+    QVERIFY(entry(id).detail.isEmpty());
     QVERIFY(!QFileInfo::exists(kept(u"short.bin"_s)));
 }
 
@@ -316,9 +318,11 @@ void tst_enginedownloads::leftAfterItFailed()
     QTRY_COMPARE(entry(id).received, 200'000);
     m_slow->cut();
     QTRY_COMPARE(entry(id).state, State::Failed);
+    const QDateTime ended = entry(id).ended;
     m_scene.reset();
     dropEngineProfile();
     QCOMPARE(entry(id).state, State::Failed);
+    QCOMPARE(entry(id).ended, ended);
     const auto stage = DownloadStage::take(entry(id).stage);
     QVERIFY(stage);
     QCOMPARE(read(stage->arrived()), SlowServer::body().first(200'000));
@@ -473,6 +477,23 @@ void tst_enginedownloads::begunAnewFromAServerThatRefuses()
     QCOMPARE(entry(id).problem, Problem::ServerRefused);
     QCOMPARE(read(kept(u"bytes.bin"_s)), "bytes");
     QTRY_COMPARE(allKept(), QStringList(u"bytes.bin"_s));
+}
+
+/// The engine would bring it, and not say for whom.
+void tst_enginedownloads::begunAnewOfWhatNoServerHas()
+{
+    const QTemporaryDir place;
+    QFile mine(place.filePath(u"mine.bin"_s));
+    QVERIFY(mine.open(QIODevice::WriteOnly));
+    mine.close();
+    for (const QUrl &address : {QUrl::fromLocalFile(mine.fileName()), QUrl(u"about:blank"_s)}) {
+        const QString id = Downloads::begin(address, place.filePath(u"copy.bin"_s),
+                                            Download::Place::Chosen, QUrl());
+        QCOMPARE(entry(id).state, State::Failed);
+        QVERIFY(entry(id).ended.isValid());
+        QVERIFY(!Downloads::beginAnew(id));
+    }
+    QCOMPARE(downloadList().all().size(), 2);
 }
 
 /// Of one that nobody wants any more nothing comes, though its server answers at last.
