@@ -45,6 +45,13 @@ bool isReserved(QChar character)
     return reserved.contains(character);
 }
 
+/// Looks like a blank and is none to a text: in a row they push an ending out of sight.
+bool isEmptyLetter(QChar character)
+{
+    constexpr QStringView empty(u"\u2800\u3164\uffa0");
+    return empty.contains(character);
+}
+
 bool isEnd(QChar character)
 {
     return character == u'.' || character.isSpace();
@@ -64,7 +71,7 @@ QString clean(const QString &text)
 {
     QString name = FileName::visible(text.left(longestLookedAt));
     for (QChar &character : name) {
-        if (isReserved(character))
+        if (isReserved(character) || isEmptyLetter(character))
             character = u' ';
     }
     return trimmed(name.simplified());

@@ -57,6 +57,11 @@ void tst_filename::names_data()
     QTest::newRow("line feed") << u"a\nb.txt"_s << u""_s << u"a b.txt"_s;
     QTest::newRow("bell") << u"a\ab.txt"_s << u""_s << u"ab.txt"_s;
     QTest::newRow("NUL") << u"a"_s + QChar(0) + u"b.txt"_s << u""_s << u"ab.txt"_s;
+    QTest::newRow("ending behind fillers")
+        << u"a.pdf\u3164\u3164\u3164.sh"_s << u""_s << u"a.pdf.sh"_s;
+    QTest::newRow("ending behind empty cells")
+        << u"a\u2800\u2800\uffa0b.exe"_s << u""_s << u"a b.exe"_s;
+    QTest::newRow("only fillers") << u"\u3164\u3164"_s << u".txt"_s << u"other.txt"_s;
     QTest::newRow("turned round") << u"photo\u202egpj.exe"_s << u""_s << u"photogpj.exe"_s;
     QTest::newRow("blank before the ending") << u"page .html"_s << u""_s << u"page.html"_s;
     QTest::newRow("dot at the end") << u"run.exe."_s << u""_s << u"run.exe"_s;
