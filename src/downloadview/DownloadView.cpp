@@ -3,6 +3,7 @@
 #include "DownloadDelegate.h"
 #include "DownloadModel.h"
 
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -62,6 +63,19 @@ bool DownloadView::event(QEvent *event)
         }
     }
     return QTreeView::event(event);
+}
+
+/// Whoever comes by key has a row that the keys and buttons act on: to the only one there is none
+/// to come from.
+void DownloadView::focusInEvent(QFocusEvent *event)
+{
+    QTreeView::focusInEvent(event);
+    const bool isByKey = event->reason() == Qt::TabFocusReason
+        || event->reason() == Qt::BacktabFocusReason || event->reason() == Qt::ShortcutFocusReason
+        || event->reason() == Qt::OtherFocusReason;
+    if (isByKey && selectionModel() && !selectionModel()->hasSelection())
+        selectionModel()->select(currentIndex(),
+                                 QItemSelectionModel::Select | QItemSelectionModel::Rows);
 }
 
 void DownloadView::keyPressEvent(QKeyEvent *event)

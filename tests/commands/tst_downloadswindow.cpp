@@ -54,6 +54,7 @@ private slots:
     void buttonsActOnTheChosen();
     void retryAsksTheList();
     void keysActOnTheChosen();
+    void keysReachTheOnlyOne();
     void editMenuActsOnTheList();
     void chosenStayChosen();
     void removingManyAtOnce();
@@ -576,6 +577,18 @@ void tst_DownloadsWindow::keysActOnTheChosen()
     QVERIFY(qobject_cast<QToolButton *>(QApplication::focusWidget()));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
     QVERIFY(list().hasFocus());
+}
+
+/// There is no other row for the arrows to come from.
+void tst_DownloadsWindow::keysReachTheOnlyOne()
+{
+    const FakeTransfer &running = *FakeDownloads::add(FakeDownloads::make(u"one"_s));
+    open();
+    QTRY_VERIFY(list().hasFocus());
+    QCOMPARE(chosen(), QStringList(u"one"_s));
+    QTRY_VERIFY(button("cmdPause").isEnabled());
+    QTest::keyClick(&list(), Qt::Key_Space);
+    QCOMPARE(running.asked, QStringList(u"pause"_s));
 }
 
 void tst_DownloadsWindow::editMenuActsOnTheList()
