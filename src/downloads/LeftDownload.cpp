@@ -5,13 +5,17 @@
 #include <QFileInfo>
 
 namespace {
+/// Seconds by which a file may seem older than it is: some disks keep no finer time, and the clock
+/// that the system takes for files is a little behind.
+constexpr int roughness = 2;
+
 /// It got its name, and the program ended before it said so. Of the last step only the stage tells:
 /// it goes when the file is in its place.
 bool isPlaced(const Download &download)
 {
     const QFileInfo file(download.path());
     return download.size >= 0 && file.isFile() && file.size() == download.size
-        && download.began.isValid() && file.lastModified() >= download.began;
+        && download.began.isValid() && file.lastModified() >= download.began.addSecs(-roughness);
 }
 
 Download withoutBytes(Download download)

@@ -40,6 +40,7 @@ private slots:
     void emptyStage();
     void diskThatIsAway();
     void oneThatGotItsNameIsDone();
+    void timesOfFilesAreRough();
     void anothersFileIsNotTakenForIt_data();
     void anothersFileIsNotTakenForIt();
     void removedTakesItsStageAlong();
@@ -350,6 +351,21 @@ void tst_downloadstore::oneThatGotItsNameIsDone()
     QCOMPARE(m_list->find(download.id)->received, 5);
     QVERIFY(m_list->find(download.id)->ended.isValid());
     QVERIFY(!QFileInfo::exists(download.stage));
+}
+
+/// Of a small one they may be those of before it began.
+void tst_downloadstore::timesOfFilesAreRough()
+{
+    Download download = left(u"a"_s, "12345", State::Finishing);
+    download.size = 5;
+    QVERIFY(QFile::rename(download.stage + "/part"_L1, download.path()));
+    QFile placed(download.path());
+    QVERIFY(placed.open(QIODevice::ReadWrite));
+    QVERIFY(placed.setFileTime(download.began.addMSecs(-1500), QFileDevice::FileModificationTime));
+    placed.close();
+    QVERIFY(write({download}));
+    open();
+    QCOMPARE(m_list->find(download.id)->state, State::Done);
 }
 
 void tst_downloadstore::anothersFileIsNotTakenForIt_data()
