@@ -28,6 +28,22 @@ QLabel *makeIcon(QWidget *parent)
     return icon;
 }
 
+/// Goes on in the next line wherever it has to: the end of a host says whose it is, and a part of
+/// it that fits no line would push that out of sight. A headline has words.
+QString breakable(const QString &site)
+{
+    if (site.contains(u' '))
+        return site;
+    constexpr QChar mayBreak(0x200b);
+    QString result;
+    for (const QChar letter : site) {
+        if (letter.isLetterOrNumber())
+            result += mayBreak;
+        result += letter;
+    }
+    return result;
+}
+
 bool isAnswerKey(const QKeyEvent &event)
 {
     const int key = event.key();
@@ -46,7 +62,8 @@ PageQuestionBox::PageQuestionBox(const PageQuestion &question, bool offersSilenc
     setAccessibleName(question.title);
     setAccessibleDescription(question.text);
     new QVBoxLayout(this);
-    QLabel *title = addLabel("lblTitle", question.title);
+    QLabel *title = addLabel("lblTitle", breakable(question.title));
+    title->setAccessibleName(question.title);
     QFont bold = title->font();
     bold.setBold(true);
     title->setFont(bold);

@@ -39,7 +39,7 @@ inline QString textOf(const PageQuestionBox *box)
 
 inline QString titleOf(const PageQuestionBox *box)
 {
-    return box->findChild<QLabel *>(QStringLiteral("lblTitle"))->text();
+    return box->findChild<QLabel *>(QStringLiteral("lblTitle"))->accessibleName();
 }
 
 inline QPushButton *yes(const PageQuestionBox *box)
