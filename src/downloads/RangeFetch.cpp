@@ -93,9 +93,13 @@ RangeFetch::RangeFetch(WebThread &web, const RangePlan &plan)
     , m_plan(plan)
     , m_file(plan.file)
     , m_tells(this)
+    , m_silence(this)
 {
     m_tells.setSingleShot(true);
     connect(&m_tells, &QTimer::timeout, this, [this] { emit arrived(m_received); });
+    m_silence.setSingleShot(true);
+    m_silence.setInterval(plan.manners.longestSilence);
+    connect(&m_silence, &QTimer::timeout, this, &RangeFetch::giveUp);
     moveToThread(m_web.thread());
 }
 
@@ -117,15 +121,38 @@ void RangeFetch::ask(const QUrl &address)
     m_reply = manager.get(requestOf(m_plan, address));
     m_reply->setParent(this);
     m_reply->setReadBufferSize(buffer);
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, &RangeFetch::listen);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &RangeFetch::take);
     connect(m_reply, &QNetworkReply::readyRead, this, &RangeFetch::read);
+    connect(m_reply, &QNetworkReply::redirected, this, &RangeFetch::listen);
     connect(m_reply, &QNetworkReply::finished, this, &RangeFetch::finish);
+    listen();
+}
+
+/// In a pause nothing may come. A network that went away without a word never says that it did.
+void RangeFetch::listen()
+{
+    if (m_isPaused)
+        m_silence.stop();
+    else
+        m_silence.start();
+}
+
+void RangeFetch::giveUp()
+{
+    RangeEnd result = failure();
+    result.problem = Problem::ConnectionLost;
+    result.detail = u"nothing came for %1 s"_s.arg(m_silence.interval() / 1000);
+    end(result);
 }
 
 void RangeFetch::setPaused(bool paused)
 {
     m_isPaused = paused;
-    if (paused || !m_reply)
+    if (!m_reply)
+        return;
+    listen();
+    if (paused)
         return;
     read();
     if (m_reply && m_reply->isFinished())
@@ -140,6 +167,7 @@ void RangeFetch::stop()
         reply->deleteLater();
     }
     m_tells.stop();
+    m_silence.stop();
     m_file.close();
 }
 
@@ -218,7 +246,11 @@ void RangeFetch::read()
         if (!write(m_reply->read(piece)))
             return;
     }
-    if (m_reply && m_isWriting && !m_tells.isActive())
+    if (!m_reply || !m_isWriting)
+        return;
+    // Not sooner: the disk may have been slow.
+    listen();
+    if (!m_tells.isActive())
         m_tells.start(pace);
 }
 

@@ -57,6 +57,8 @@ signals:
 
 private:
     void ask(const QUrl &address);
+    void listen();
+    void giveUp();
     RangeAnswer readAnswer() const;
     void take();
     void goOnElsewhere();
@@ -74,6 +76,8 @@ private:
     RangeAnswer m_answer;
     RangeVerdict m_verdict;
     QTimer m_tells;
+    /// Runs while the server has something to say.
+    QTimer m_silence;
     qint64 m_received = 0;
     int m_timesSentOn = 0;
     bool m_isWriting = false;

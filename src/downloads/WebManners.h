@@ -15,6 +15,8 @@ struct WebManners {
     QList<QNetworkCookie> cookies;
     /// The desktop's proxy; else the one that the application was given.
     bool usesSystemProxy = false;
+    /// Milliseconds without a byte after which a server is taken for gone.
+    int longestSilence = 60'000;
 };
 
 /// What they are by now; asked on the interface's thread.

@@ -31,6 +31,8 @@ QByteArray randomBytes(qsizetype size)
 }
 constexpr qsizetype whole = 3'000'000;
 constexpr qsizetype begun = 1'000'000;
+/// Milliseconds.
+constexpr int shortWhile = 1000;
 
 QNetworkCookie cookieOf(const char *name, const QString &domain, bool secure = false)
 {
@@ -83,6 +85,9 @@ private slots:
     void moreThanAnnounced();
     void slowAndPaused();
     void hungUpInAPause();
+    void goneWithoutAWord_data();
+    void goneWithoutAWord();
+    void silentInAPause();
     void cancelled();
     void left();
     void leftTwice();
@@ -486,6 +491,52 @@ void tst_rangedownload::hungUpInAPause()
     isDone(id);
     QCOMPARE(m_server->requests().size(), 2);
     QCOMPARE(m_server->lastRange(), "bytes=1300000-"_ba);
+}
+
+void tst_rangedownload::goneWithoutAWord_data()
+{
+    QTest::addColumn<qint64>("sent");
+    QTest::newRow("before the answer") << qint64(-1);
+    QTest::newRow("after the headers") << qint64(0);
+    QTest::newRow("in the middle") << qint64(300'000);
+}
+
+/// Nobody closes the connection.
+void tst_rangedownload::goneWithoutAWord()
+{
+    QFETCH(qint64, sent);
+    m_manners.longestSilence = shortWhile;
+    m_server->isSilent = sent < 0;
+    m_server->stopAfter = sent;
+    const QString id = add();
+    retry(id);
+    isKept(id, Problem::ConnectionLost, begun + std::max(sent, qint64(0)));
+    m_manners.longestSilence = WebManners().longestSilence;
+    m_server->isSilent = false;
+    m_server->goOn();
+    retryLater(id);
+    isDone(id);
+}
+
+/// The user's pause is not the server's silence.
+void tst_rangedownload::silentInAPause()
+{
+    m_manners.longestSilence = shortWhile;
+    m_server->stopAfter = 300'000;
+    const QString id = add();
+    retry(id);
+    downloadList().pause(id);
+    // One that is not paused is given up meanwhile.
+    const QString other = add();
+    retry(other);
+    QTRY_COMPARE(entry(other).state, State::Failed);
+    QCOMPARE(entry(other).problem, Problem::ConnectionLost);
+    QCOMPARE(entry(id).state, State::Paused);
+    DownloadStage::drop(DownloadStage::take(entry(other).stage));
+    m_server->goOn();
+    downloadList().resume(id);
+    isDone(id);
+    QCOMPARE(m_server->requests().size(), 2);
 }
 
 void tst_rangedownload::cancelled()

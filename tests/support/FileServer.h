@@ -78,6 +78,8 @@ public:
     /// Takes each range for one of the file as it is.
     bool ignoresCondition = false;
     bool saysLength = true;
+    /// Hears, and says nothing.
+    bool isSilent = false;
     /// Bytes of the body after which it waits for `goOn`; -1: none.
     qint64 stopAfter = -1;
     /// Bytes of the body after which it hangs up; -1: none.
@@ -104,7 +106,8 @@ private:
             m_probes.append(request);
         else
             m_requests.append(request);
-        answer(socket, request, isProbe);
+        if (!isSilent)
+            answer(socket, request, isProbe);
     }
 
     void answer(QTcpSocket *socket, const Request &request, bool isProbe)
