@@ -78,6 +78,7 @@ void WindowRequests::answer(WebPage &page, QWebEngineNewWindowRequest &request)
     if (!control || cancel)
         return;
     control->adopt(request);
+    control->page()->setOpener(page);
     if (m_current.userInitiated)
         page.placeWish().moveTo(control->page()->placeWish());
 }

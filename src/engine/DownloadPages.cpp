@@ -1,8 +1,7 @@
 #include "DownloadPages.h"
 
-#include "WebPage.h"
-
 #include <QElapsedTimer>
+#include <QSet>
 #include <QWebEngineDownloadRequest>
 #include <algorithm>
 
@@ -17,14 +16,26 @@ constexpr int justNow = 10'000;
 struct Asked {
     QUrl url;
     QPointer<WebPage> page;
-    /// Since it did.
-    QElapsedTimer gone;
+    PageOrigin origin;
+    bool isAnswerToForm = false;
+};
+
+struct Gone {
+    /// It may be any where none is named.
+    std::optional<QString> site;
+    QElapsedTimer since;
 };
 
 /// The latest last.
 QList<Asked> &asked()
 {
     static QList<Asked> all;
+    return all;
+}
+
+QList<Gone> &gone()
+{
+    static QList<Gone> all;
     return all;
 }
 
@@ -36,10 +47,10 @@ QUrl plain(const QUrl &url)
 /// A page that had to do with the site that made the address, or any where that is unknown.
 bool hasOneJustGone(const QUrl &made)
 {
-    const QString site = QUrl(made.path()).authority();
-    return std::any_of(asked().cbegin(), asked().cend(), [&site](const Asked &each) {
-        return each.gone.isValid() && !each.gone.hasExpired(justNow)
-            && (site.isEmpty() || each.url.authority() == site);
+    const QString site = plain(QUrl(made.path())).authority();
+    return std::any_of(gone().cbegin(), gone().cend(), [&site](const Gone &each) {
+        return !each.since.hasExpired(justNow)
+            && (site.isEmpty() || !each.site || *each.site == site);
     });
 }
 
@@ -48,35 +59,62 @@ bool isMadeByPage(const QUrl &url)
 {
     return url.scheme() == "blob"_L1 || url.scheme() == "data"_L1;
 }
+
+DownloadSource sourceAt(WebPage *page, const QUrl &url)
+{
+    return page ? DownloadSource{page, page->origin(), page->isAnswerToForm(url)}
+                : DownloadSource();
+}
 }
 
 namespace DownloadPages {
 
 void note(WebPage &page, const QUrl &url)
 {
+    if (isMadeByPage(url))
+        return;
     QList<Asked> &all = asked();
     if (all.size() >= mostNoted)
         all.removeFirst();
-    all.append({plain(url), &page, {}});
+    all.append({plain(url), &page, page.origin(), page.isAnswerToForm(url)});
 }
 
+/// A window that asked for nothing may have been filled by the page that opened it.
 void noteEnd(const WebPage &page)
 {
-    for (Asked &each : asked()) {
+    QList<Gone> &all = gone();
+    all.removeIf([](const Gone &each) { return each.since.hasExpired(justNow); });
+    const auto add = [&all](const std::optional<QString> &site) {
+        all.append({site, {}});
+        all.last().since.start();
+    };
+    QSet<QString> sites;
+    for (const Asked &each : std::as_const(asked())) {
         if (each.page == &page)
-            each.gone.start();
+            sites.insert(each.url.authority());
+    }
+    for (const QString &site : std::as_const(sites))
+        add(site);
+    if (const std::optional<QUrl> &opener = page.openerUrl()) {
+        const QString site = plain(*opener).authority();
+        add(site.isEmpty() ? std::nullopt : std::optional(site));
     }
 }
 
-WebPage *of(const QWebEngineDownloadRequest &request)
+DownloadSource sourceOf(const QWebEngineDownloadRequest &request)
 {
-    if (isMadeByPage(request.url()))
-        return hasOneJustGone(request.url()) ? nullptr : qobject_cast<WebPage *>(request.page());
-    const QUrl url = plain(request.url());
+    const QUrl url = request.url();
+    if (isMadeByPage(url))
+        return hasOneJustGone(url) ? DownloadSource()
+                                   : sourceAt(qobject_cast<WebPage *>(request.page()), url);
     const QList<Asked> &all = asked();
+    const QUrl wanted = plain(url);
     const auto last = std::find_if(all.crbegin(), all.crend(),
-                                   [&url](const Asked &each) { return each.url == url; });
-    return last == all.crend() ? nullptr : last->page.data();
+                                   [&wanted](const Asked &each) { return each.url == wanted; });
+    if (last == all.crend())
+        return {};
+    return last->page ? sourceAt(last->page.data(), url)
+                      : DownloadSource{nullptr, last->origin, last->isAnswerToForm};
 }
 
 }

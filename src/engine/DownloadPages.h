@@ -1,8 +1,17 @@
 #pragma once
 
-class QUrl;
+#include "WebPage.h"
+
 class QWebEngineDownloadRequest;
-class WebPage;
+
+/// Where a download comes from.
+struct DownloadSource {
+    /// Null where it has gone, or cannot be told safely.
+    WebPage *page = nullptr;
+    PageOrigin origin;
+    /// The address alone does not bring it.
+    bool isAnswerToForm = false;
+};
 
 /// Which page a download comes from. The engine's own word for it ends the program where the page
 /// has gone since, as the page of a window closes that was made for a file alone. So what the pages
@@ -12,6 +21,6 @@ namespace DownloadPages {
 void note(WebPage &page, const QUrl &url);
 /// A page is about to go.
 void noteEnd(const WebPage &page);
-/// Null where it has gone, or cannot be told safely.
-WebPage *of(const QWebEngineDownloadRequest &request);
+/// Of a page that is there as it is by now, and of one that has gone as it was when it asked.
+DownloadSource sourceOf(const QWebEngineDownloadRequest &request);
 }

@@ -15,7 +15,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFileInfo>
 #include <QHash>
 #include <QPointer>
 #include <QSet>
@@ -50,14 +49,7 @@ QUrl addressOf(const QWebEngineDownloadRequest &request)
                                                : request.url();
 }
 
-/// A page that shows nothing of its own is none to come from.
-QUrl originOf(const WebPage &page)
-{
-    const QUrl url = page.committedUrl();
-    return page.leavesTrace() && url.scheme() != "about"_L1 ? url : QUrl();
-}
-
-Download newEntry(const QWebEngineDownloadRequest &request, const WebPage *page)
+Download newEntry(const QWebEngineDownloadRequest &request, const DownloadSource &source)
 {
     Download download;
     download.id = DownloadList::newId();
@@ -65,11 +57,9 @@ Download newEntry(const QWebEngineDownloadRequest &request, const WebPage *page)
     download.name = DownloadName::freeIn(download.folder, DownloadName::of(request));
     download.address = addressOf(request);
     download.began = QDateTime::currentDateTimeUtc();
-    download.isRepeatable = download.isOfWeb() && !(page && page->isAnswerToForm(request.url()));
-    if (page) {
-        download.page = originOf(*page);
-        download.leavesTrace = page->leavesTrace();
-    }
+    download.isRepeatable = download.isOfWeb() && !source.isAnswerToForm;
+    download.page = source.origin.page;
+    download.leavesTrace = source.origin.leavesTrace;
     return download;
 }
 
@@ -99,7 +89,7 @@ public:
     void leaveAll();
 
 private:
-    void beginFor(QWebEngineDownloadRequest &request, WebPage *page);
+    void beginFor(QWebEngineDownloadRequest &request, const DownloadSource &source);
     bool takeOrdered(QWebEngineDownloadRequest &request, const WebPage *page);
     EngineDownload *accept(QWebEngineDownloadRequest &request, const QString &id,
                            const QString &folder);
@@ -125,19 +115,20 @@ void EngineDownloads::answer(QWebEngineDownloadRequest &request)
     // A page being saved has its place already.
     if (SaveJob::take(request) || request.state() != QWebEngineDownloadRequest::DownloadRequested)
         return;
-    WebPage *page = DownloadPages::of(request);
-    if (!takeOrdered(request, page))
-        beginFor(request, page);
+    const DownloadSource source = DownloadPages::sourceOf(request);
+    if (!takeOrdered(request, source.page))
+        beginFor(request, source);
 }
 
 /// Not accepted before the signal returns means cancelled.
-void EngineDownloads::beginFor(QWebEngineDownloadRequest &request, WebPage *page)
+void EngineDownloads::beginFor(QWebEngineDownloadRequest &request, const DownloadSource &source)
 {
     using Verdict = PageDownloads::Verdict;
+    WebPage *page = source.page;
     const Verdict verdict = page ? page->downloads().judge() : PageDownloads::judgeOfGone();
     if (verdict == Verdict::Refused)
         return;
-    const Download entry = newEntry(request, page);
+    const Download entry = newEntry(request, source);
     downloadList().add(entry, nullptr);
     EngineDownload *download = accept(request, entry.id, entry.folder);
     if (!download)
@@ -257,25 +248,6 @@ bool beginAnew(const QString &id)
     });
     theDownloads->order(id);
     return true;
-}
-
-QString begin(const QUrl &address, const QString &path, Download::Place place, const QUrl &page)
-{
-    const QFileInfo file(path);
-    Download download;
-    download.id = DownloadList::newId();
-    download.folder = file.absolutePath();
-    download.name = file.fileName();
-    download.place = place;
-    download.address = address;
-    download.page = page;
-    download.leavesTrace = !page.isEmpty();
-    download.isRepeatable = download.isOfWeb();
-    download.began = QDateTime::currentDateTimeUtc();
-    downloadList().add(download, nullptr);
-    if (theDownloads)
-        theDownloads->order(download.id);
-    return download.id;
 }
 
 void leaveAll()

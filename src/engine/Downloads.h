@@ -1,9 +1,6 @@
 #pragma once
 
-#include "Download.h"
-
 #include <QString>
-#include <QUrl>
 
 class QWebEngineProfile;
 
@@ -19,10 +16,6 @@ bool goOn(const QString &id);
 /// entry says of its problem stays, and so does the stage that it names, which is the caller's.
 /// False where its address does not bring it.
 bool beginAnew(const QString &id);
-/// Downloads `address` to `path`, which the user chose, over what is there where he agreed to that
-/// and else under a free name like it. He did so in a page at `page`, which is empty where it is to
-/// leave no trace. Returns the entry's id.
-QString begin(const QUrl &address, const QString &path, Download::Place place, const QUrl &page);
 /// The program ends: what can be continued stays on the disk. Before the profile goes.
 void leaveAll();
 }

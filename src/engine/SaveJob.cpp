@@ -1,16 +1,18 @@
 #include "SaveJob.h"
 
+#include "DownloadPages.h"
 #include "JobProgress.h"
 #include "Log.h"
 #include "SaveStage.h"
 #include "Texts.h"
+#include "WebPage.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QLocale>
 #include <QProgressDialog>
 #include <QThreadPool>
-#include <QWebEnginePage>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -21,7 +23,7 @@ QList<SaveJob *> jobs;
 constexpr Texts<"PageSaver"> texts;
 }
 
-SaveJob::SaveJob(QWebEnginePage *page, const QString &file,
+SaveJob::SaveJob(WebPage *page, const QString &file,
                  QWebEngineDownloadRequest::SavePageFormat format, QWidget *owner)
     : QObject(page)
     , m_page(page)
@@ -53,22 +55,33 @@ void SaveJob::start()
                     giveUp();
             });
     showProgress();
+    DownloadPages::note(*m_page, m_page->url());
     m_page->save(m_stage->file(), m_format);
 }
 
 bool SaveJob::take(QWebEngineDownloadRequest &request)
 {
-    // The page comes last: asking for one that is gone ends the program.
-    const auto waits = [&request](const SaveJob *job) {
-        return !job->m_request && !job->m_keeps
-            && (request.isSavePageDownload() || request.url() == job->m_page->url())
-            && request.page() == job->m_page;
+    const auto isMine = [&request](const SaveJob *job) {
+        return !job->m_request && !job->m_keeps && job->isFor(request);
     };
-    const auto job = std::find_if(jobs.begin(), jobs.end(), waits);
+    const auto job = std::find_if(jobs.begin(), jobs.end(), isMine);
     if (job == jobs.end())
         return false;
     (*job)->begin(request);
     return true;
+}
+
+/// The place is the job's alone. What is no markup comes without it, as any other file: whose that
+/// is may be unknown.
+bool SaveJob::isFor(const QWebEngineDownloadRequest &request) const
+{
+    if (request.isSavePageDownload())
+        return QDir(request.downloadDirectory()).absoluteFilePath(request.downloadFileName())
+            == QFileInfo(m_stage->file()).absoluteFilePath();
+    if (request.url() != m_page->url())
+        return false;
+    const WebPage *source = DownloadPages::sourceOf(request).page;
+    return !source || source == m_page;
 }
 
 void SaveJob::begin(QWebEngineDownloadRequest &request)

@@ -8,8 +8,8 @@
 
 class SaveStage;
 class QProgressDialog;
-class QWebEnginePage;
 class QWidget;
+class WebPage;
 
 /// One saving of a page by the engine, with its progress. What is there already is replaced only
 /// by what is whole. The job deletes itself at the end, and keeps its
@@ -18,8 +18,8 @@ class SaveJob : public QObject {
     Q_OBJECT
 
 public:
-    SaveJob(QWebEnginePage *page, const QString &file,
-            QWebEngineDownloadRequest::SavePageFormat format, QWidget *owner);
+    SaveJob(WebPage *page, const QString &file, QWebEngineDownloadRequest::SavePageFormat format,
+            QWidget *owner);
     ~SaveJob() override;
 
     void start();
@@ -32,6 +32,7 @@ signals:
     void failed();
 
 private:
+    bool isFor(const QWebEngineDownloadRequest &request) const;
     void begin(QWebEngineDownloadRequest &request);
     void watch();
     void showProgress();
@@ -41,7 +42,7 @@ private:
     void end(bool done);
     void tell(bool done);
 
-    QWebEnginePage *m_page;
+    WebPage *m_page;
     QPointer<QWidget> m_owner;
     QPointer<QWebEngineDownloadRequest> m_request;
     QPointer<QProgressDialog> m_progress;

@@ -51,11 +51,11 @@ WebPage::WebPage(QWebEngineProfile *profile)
             [this](const QByteArray &method) { m_sendsForm = method != "GET"; });
     connect(m_cacheBypass, &CacheBypass::frameRequested, this,
             [this](const QUrl &url, const QByteArray &method) {
-                DownloadPages::note(*this, url);
                 if (method != "GET")
                     m_formAddress = url;
                 else if (url == m_formAddress)
                     m_formAddress.clear();
+                DownloadPages::note(*this, url);
             });
     answerRequests();
 }
@@ -144,6 +144,20 @@ void WebPage::noteArrival()
 QUrl WebPage::committedUrl() const
 {
     return history()->currentItem().url();
+}
+
+PageOrigin WebPage::origin() const
+{
+    const QUrl url = committedUrl();
+    if (!m_leavesTrace)
+        return {{}, false};
+    return url.isEmpty() || url.scheme() == "about"_L1 ? m_opener : PageOrigin{url, true};
+}
+
+void WebPage::setOpener(const WebPage &opener)
+{
+    m_opener = opener.origin();
+    m_openerUrl = opener.committedUrl();
 }
 
 bool WebPage::isAnswerToForm(const QUrl &url) const

@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QWebEnginePage>
 #include <functional>
+#include <optional>
 
 #include "ConsoleBrake.h"
 #include "PlaceWish.h"
@@ -11,6 +12,14 @@
 class CacheBypass;
 class PageDownloads;
 class PageQuestions;
+
+/// What a file was asked for from.
+struct PageOrigin {
+    /// Empty where there is none, or none that may be kept.
+    QUrl page;
+    /// Its window keeps what it shows among the pages visited.
+    bool leavesTrace = true;
+};
 
 /// A page of the engine with the synchronous questions handed on, safe answers for what must not
 /// stay unanswered, and signals for the lines of the script in its frames.
@@ -43,6 +52,13 @@ public:
     bool leavesTrace() const { return m_leavesTrace; }
     /// Of the page that is shown, also while another is on its way.
     QUrl committedUrl() const;
+    /// Of what the page asks for now: the page that is shown, and while that is nothing of its own
+    /// the one that opened the window.
+    PageOrigin origin() const;
+    /// The window was opened by that page.
+    void setOpener(const WebPage &opener);
+    /// Of the page that opened the window; not even its site is known where the address is empty.
+    const std::optional<QUrl> &openerUrl() const { return m_openerUrl; }
     /// What is asked for at that address was asked for with a form, and once more would send it.
     bool isAnswerToForm(const QUrl &url) const;
     /// What the page may download unasked.
@@ -116,6 +132,8 @@ private:
     PageDownloads *m_downloads = nullptr;
     /// The last address that a form was sent to.
     QUrl m_formAddress;
+    PageOrigin m_opener;
+    std::optional<QUrl> m_openerUrl;
     ConsoleBrake m_consoleBrake;
     PlaceWish m_placeWish;
     bool m_editableFocus = false;

@@ -68,6 +68,8 @@ private slots:
 
     void shiftAsks_data();
     void shiftAsks();
+    void openerIsThePageOfOrigin_data();
+    void openerIsThePageOfOrigin();
     void shiftAndEnterAsk();
     void plainClickDoesNotAsk();
     void shiftOnAPageOpensAWindow();
@@ -221,6 +223,35 @@ void tst_saveas::shiftAsks()
     QCOMPARE(read(place(u"mine.txt"_s)), QByteArray("bytes"));
     QTRY_COMPARE(entries(downloads()), QStringList());
     QCOMPARE(downloadList().all().size(), 1);
+    QCOMPARE(entry().page, QUrl(m_session->server.url(u"/home"_s)));
+}
+
+/// The window that is made for a file has nothing of its own to come from.
+void tst_saveas::openerIsThePageOfOrigin_data()
+{
+    QTest::addColumn<QByteArray>("markup");
+    QTest::addColumn<bool>("leavesTrace");
+    const QByteArray link = "<a href=/attached target=_blank>x</a>";
+    QTest::newRow("window of its own") << link << true;
+    QTest::newRow("kept out of the history") << link << false;
+    QTest::newRow("script's window")
+        << QByteArray("<p onclick=\"window.open('/attached')\">x</p>") << true;
+    QTest::newRow("empty window of a script")
+        << QByteArray("<p onclick=\"window.open('').location = '/attached'\">x</p>") << true;
+}
+
+void tst_saveas::openerIsThePageOfOrigin()
+{
+    QFETCH(QByteArray, markup);
+    QFETCH(bool, leavesTrace);
+    open(markup);
+    auto *browser = qobject_cast<QtWebBrowser *>(m_session->active()->browser());
+    browser->page()->setLeavesTrace(leavesTrace);
+    click(0, {});
+    QTRY_COMPARE(downloadList().all().size(), 1);
+    QTRY_COMPARE(entry().state, State::Done);
+    QCOMPARE(entry().page, leavesTrace ? QUrl(m_session->server.url(u"/home"_s)) : QUrl());
+    QCOMPARE(entry().leavesTrace, leavesTrace);
 }
 
 void tst_saveas::shiftAndEnterAsk()

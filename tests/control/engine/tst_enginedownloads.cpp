@@ -6,6 +6,7 @@
 #include "Downloads.h"
 #include "EngineProfile.h"
 #include "EngineTest.h"
+#include "SaveJob.h"
 #include "SlowServer.h"
 #include "SmallDisk.h"
 #include "StageFolder.h"
@@ -35,6 +36,8 @@ private slots:
     void cancelLeavesNothing();
     void removedFromTheListIsCancelled();
     void windowClosedWhileItRuns();
+    void windowClosedBeforeTheAnswer();
+    void windowClosedWhileItsAddressIsSaved();
     void lengthThatIsTooShort();
     void lengthThatIsTooLong();
     void packedByTheServer();
@@ -55,7 +58,6 @@ private slots:
     void begunAnewFromAServerThatRefuses();
     void begunAnewOfWhatNoServerHas();
     void begunAnewAndCancelled();
-    void atAPlaceOfTheUsers();
     void nameByTheType_data();
     void nameByTheType();
 
@@ -95,6 +97,16 @@ private:
         m_scene->browser->navigate(address);
         [&] { QTRY_COMPARE(downloadList().all().size(), before + 1); }();
         return latest().id;
+    }
+    /// The entry of a file that is to come to that folder.
+    QString begunAnewIn(const QString &folder)
+    {
+        const QString id = begin(m_slow->url());
+        downloadList().cancel(id);
+        downloadList().change(id, [&folder](Download &download) { download.folder = folder; });
+        [&] { QTRY_COMPARE(m_slow->open(), 0); }();
+        Downloads::beginAnew(id);
+        return id;
     }
     void openPage()
     {
@@ -216,6 +228,51 @@ void tst_enginedownloads::windowClosedWhileItRuns()
     m_slow->sendAll();
     QTRY_COMPARE(entry(id).state, State::Done);
     QCOMPARE(read(kept(u"file.bin"_s)), SlowServer::body());
+}
+
+void tst_enginedownloads::windowClosedBeforeTheAnswer()
+{
+    m_scene->server.hold("/bytes.bin");
+    auto closing = std::make_unique<ControlScene>();
+    closing->open(url(u"/a"_s));
+    closing->script(u"const a = document.createElement('a'); a.download = 'mine.bin';"
+                    "a.href = '/bytes.bin'; a.click(); 1"_s);
+    QTRY_COMPARE(m_scene->server.count("/bytes.bin"), 1);
+    closing.reset();
+    m_scene->server.release();
+    QTRY_COMPARE(latest().state, State::Done);
+    QCOMPARE(latest().page, QUrl(url(u"/a"_s)));
+    QCOMPARE(read(kept(u"mine.bin"_s)), "bytes");
+}
+
+/// What is saved is known without asking whose the file is that came.
+void tst_enginedownloads::windowClosedWhileItsAddressIsSaved()
+{
+    const TestServer::Reply picture{200,
+                                    "<svg xmlns='http://www.w3.org/2000/svg'/>",
+                                    "image/svg+xml",
+                                    {{"Cache-Control", "no-store"}}};
+    m_scene->server.reply("/picture.svg", picture);
+    m_scene->open(url(u"/picture.svg"_s));
+    auto closing = std::make_unique<ControlScene>();
+    closing->open(url(u"/a"_s));
+    m_scene->server.hold("/picture.svg");
+    closing->script(u"const a = document.createElement('a'); a.download = 'mine.svg';"
+                    "a.href = '/picture.svg'; a.click(); 1"_s);
+    QTRY_COMPARE(m_scene->server.count("/picture.svg"), 2);
+    const QTemporaryDir place;
+    auto *job = new SaveJob(m_scene->browser->page(), place.filePath(u"saved.svg"_s),
+                            QWebEngineDownloadRequest::CompleteHtmlSaveFormat, &m_scene->window);
+    const QSignalSpy saved(job, &SaveJob::saved);
+    job->start();
+    QTRY_COMPARE(m_scene->server.count("/picture.svg"), 3);
+    closing.reset();
+    m_scene->server.release();
+    QTRY_COMPARE(saved.size(), 1);
+    QCOMPARE(read(place.filePath(u"saved.svg"_s)), picture.body);
+    QTRY_COMPARE(latest().state, State::Done);
+    QCOMPARE(downloadList().all().size(), 1);
+    QCOMPARE(read(latest().path()), picture.body);
 }
 
 /// The engine asks a few times more before it gives up.
@@ -358,9 +415,8 @@ void tst_enginedownloads::fullDisk()
     const SmallDisk disk;
     if (!disk.isMounted())
         QSKIP("Only the superuser can mount a disk.");
-    const QString id = Downloads::begin(QUrl(m_slow->url()), disk.path() + u"/file.bin"_s,
-                                        Download::Place::Chosen, QUrl());
-    QTRY_COMPARE(m_slow->requests().size(), 1);
+    const QString id = begunAnewIn(disk.path());
+    QTRY_COMPARE(m_slow->requests().size(), 2);
     m_slow->sendAll();
     QTRY_COMPARE(entry(id).state, State::Failed);
     QCOMPARE(entry(id).problem, Problem::NoRoom);
@@ -390,15 +446,12 @@ void tst_enginedownloads::folderThatCannotBeWrittenTo()
     if (!disk.isMounted() || !disk.makeReadOnly())
         QSKIP("Only the superuser can mount a disk.");
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^cannot make"_s));
-    const QString id = Downloads::begin(QUrl(url(u"/bytes.bin"_s)), disk.path() + u"/x.bin"_s,
-                                        Download::Place::Chosen, QUrl());
+    const QString id = begunAnewIn(disk.path());
     QTRY_COMPARE(entry(id).state, State::Failed);
     QCOMPARE(entry(id).problem, Problem::NotAllowed);
     QVERIFY(!entry(id).detail.isEmpty());
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^cannot make"_s));
-    const QString nowhere =
-        Downloads::begin(QUrl(url(u"/bytes.bin"_s)), disk.path() + u"/none/x.bin"_s,
-                         Download::Place::Chosen, QUrl());
+    const QString nowhere = begunAnewIn(disk.path() + u"/none"_s);
     QTRY_COMPARE(entry(nowhere).state, State::Failed);
     QCOMPARE(entry(nowhere).problem, Problem::FolderGone);
 }
@@ -487,11 +540,18 @@ void tst_enginedownloads::begunAnewOfWhatNoServerHas()
     QVERIFY(mine.open(QIODevice::WriteOnly));
     mine.close();
     for (const QUrl &address : {QUrl::fromLocalFile(mine.fileName()), QUrl(u"about:blank"_s)}) {
-        const QString id = Downloads::begin(address, place.filePath(u"copy.bin"_s),
-                                            Download::Place::Chosen, QUrl());
-        QCOMPARE(entry(id).state, State::Failed);
-        QVERIFY(entry(id).ended.isValid());
-        QVERIFY(!Downloads::beginAnew(id));
+        // As a list edited by hand may have it.
+        Download edited;
+        edited.id = DownloadList::newId();
+        edited.name = u"copy.bin"_s;
+        edited.folder = place.path();
+        edited.address = address;
+        edited.state = State::Unfinished;
+        downloadList().add(edited, nullptr);
+        Downloads::beginAnew(edited.id);
+        QCOMPARE(entry(edited.id).state, State::Failed);
+        QVERIFY(entry(edited.id).ended.isValid());
+        QVERIFY(!QFileInfo::exists(place.filePath(u"copy.bin"_s)));
     }
     QCOMPARE(downloadList().all().size(), 2);
 }
@@ -513,18 +573,6 @@ void tst_enginedownloads::begunAnewAndCancelled()
     QCOMPARE(downloadList().all().size(), 1);
     QCOMPARE(entry(id).state, State::Cancelled);
     QTRY_COMPARE(allKept(), QStringList());
-}
-
-void tst_enginedownloads::atAPlaceOfTheUsers()
-{
-    const QTemporaryDir place;
-    const QUrl page(u"https://example.com/page"_s);
-    const QString id = Downloads::begin(QUrl(url(u"/bytes.bin"_s)), place.filePath(u"mine.txt"_s),
-                                        Download::Place::Chosen, page);
-    QCOMPARE(entry(id).state, State::Running);
-    QTRY_COMPARE(entry(id).state, State::Done);
-    QCOMPARE(entry(id).page, page);
-    QCOMPARE(read(place.filePath(u"mine.txt"_s)), "bytes");
 }
 
 void tst_enginedownloads::nameByTheType_data()

@@ -30,6 +30,7 @@ private slots:
     void questionGoesWithThePage();
     void heldOneIsTakenByHand();
     void nextPageIsAskedAnew();
+    void emptyWindowGoesWithItsFile();
     void aThousandInARow();
 
 private:
@@ -208,6 +209,21 @@ void tst_pagedownloads::nextPageIsAskedAnew()
     begin(1, 20);
     QTRY_VERIFY(PageAsks::shownIn(m_form));
     QCOMPARE(count(State::Held), 1);
+}
+
+/// It has asked for nothing itself, and the file that its opener makes in it comes as it goes.
+void tst_pagedownloads::emptyWindowGoesWithItsFile()
+{
+    PopupScene::script(m_form,
+                       u"b.onclick = () => { const w = open('');"
+                       "const a = w.document.createElement('a'); a.download = 'own.txt';"
+                       "a.href = w.URL.createObjectURL(new w.Blob(['bytes'])); a.click();"
+                       "w.close(); }; 1"_s);
+    PopupScene::click(m_form, u"b"_s);
+    QTRY_COMPARE(PopupScene::popups().size(), 0);
+    begin(1);
+    QTRY_VERIFY(kept().contains(u"f0.txt"_s));
+    QTRY_VERIFY(count(State::Running) == 0);
 }
 
 /// Each is on the list or refused; none is lost on the way, and none is there
