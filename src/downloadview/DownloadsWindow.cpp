@@ -17,6 +17,7 @@
 #include <QSortFilterProxyModel>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -120,6 +121,19 @@ void DownloadsWindow::arrangeColumns()
         m_view->setColumnWidth(column, digits[column] * digit);
 }
 
+void DownloadsWindow::widenColumns()
+{
+    QHeaderView &header = *m_view->header();
+    const int last = header.logicalIndex(DownloadModel::ColumnCount - 1);
+    // With a width of its own it would stay that wide in a window that becomes narrower.
+    header.setMinimumSectionSize(header.sectionSizeHint(last));
+    for (int column = 0; column < DownloadModel::ColumnCount; ++column) {
+        if (column != last)
+            m_view->setColumnWidth(
+                column, std::max(header.sectionSize(column), header.sectionSizeHint(column)));
+    }
+}
+
 QList<Download> DownloadsWindow::chosen() const
 {
     QList<Download> downloads;
@@ -161,6 +175,7 @@ void DownloadsWindow::translate()
     m_view->setAccessibleName(caption);
     m_view->setEmptyText(texts.at<"strNoDownloads", "There are no downloads">());
     m_model->translate();
+    widenColumns();
     m_actions->translate();
 }
 

@@ -40,6 +40,8 @@ private:
     void makeContents();
     void connectList();
     void arrangeColumns();
+    /// None is narrower than its heading.
+    void widenColumns();
     /// As they are now, of which the rows may be told a moment later.
     QList<Download> chosen() const;
     void unload();

@@ -15,9 +15,11 @@
 
 #include <QAccessible>
 #include <QClipboard>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QScrollBar>
 #include <QToolButton>
 #include <QTreeView>
 #include <QtTest>
@@ -48,6 +50,7 @@ private slots:
     void closeAndCloseAll();
     void coveredPageIsToldThatItIsHidden();
     void languageIsFollowed();
+    void lastColumnGivesWay();
     void rowsAreFoundByTheirFile();
     void buttonsAreEnabledAsTheStatesAllow_data();
     void buttonsAreEnabledAsTheStatesAllow();
@@ -433,6 +436,25 @@ void tst_DownloadsWindow::languageIsFollowed()
 }
 
 /// As checks from outside and screen readers look for them.
+/// It takes what is left, in a language that came while it was wide too.
+void tst_DownloadsWindow::lastColumnGivesWay()
+{
+    open();
+    window()->showMaximized();
+    m_program->frame->resize(1260, 600);
+    const QHeaderView &header = *list().header();
+    const int last = header.logicalIndex(header.count() - 1);
+    const int less = 40;
+    QTRY_VERIFY(header.sectionSize(last) > header.sectionSizeHint(last) + less);
+    m_program->frame->translate();
+    const int width = list().viewport()->width();
+    const int before = header.sectionSize(last);
+    m_program->frame->resize(m_program->frame->width() - less, 600);
+    QTRY_COMPARE(list().viewport()->width(), width - less);
+    QTRY_COMPARE(header.sectionSize(last), before - less);
+    QCOMPARE(list().horizontalScrollBar()->maximum(), 0);
+}
+
 void tst_DownloadsWindow::rowsAreFoundByTheirFile()
 {
     FakeDownloads::add(FakeDownloads::make(u"a.zip"_s, State::Paused));

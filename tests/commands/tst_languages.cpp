@@ -44,6 +44,8 @@ private slots:
     void optionsHoldTheTextsTheyChangeTo();
     void internetOptionsNeedNoScroller_data() { languageRows(); }
     void internetOptionsNeedNoScroller();
+    void downloadsHaveRoomForTheirTexts_data() { languageRows(); }
+    void downloadsHaveRoomForTheirTexts();
     void walkThroughTheLanguagesWithTenWindows();
 
 private:
@@ -291,6 +293,25 @@ void tst_Languages::internetOptionsNeedNoScroller()
     QVERIFY2(dialog->width() < 800, qPrintable(QString::number(dialog->width())));
     QVERIFY2(dialog->height() < 720, qPrintable(QString::number(dialog->height())));
     dialog->close();
+}
+
+/// It is open as the language changes.
+void tst_Languages::downloadsHaveRoomForTheirTexts()
+{
+    QFETCH(QString, language);
+    m_program->choose("mnuToolsDownloads");
+    QWidget *window = Forms::named("frmDownloads").value(0);
+    m_program->choose("mnuToolsOptions");
+    QVERIFY(QTest::qWaitForWindowExposed(form(), longestWait));
+    takeLanguage(language);
+    QCOMPARE(languageName(), language);
+    form()->close();
+    for (const int width : {1000, 420}) {
+        m_program->frame->resize(width, 500);
+        QTRY_COMPARE(m_program->frame->width(), width);
+        QTRY_VERIFY2(roomFaults(*window).isEmpty(), qPrintable(roomFaults(*window).join(u'\n')));
+    }
+    window->close();
 }
 
 void tst_Languages::walkThroughTheLanguagesWithTenWindows()
