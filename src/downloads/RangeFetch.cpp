@@ -124,7 +124,6 @@ void RangeFetch::ask(const QUrl &address)
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &RangeFetch::listen);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &RangeFetch::take);
     connect(m_reply, &QNetworkReply::readyRead, this, &RangeFetch::read);
-    connect(m_reply, &QNetworkReply::redirected, this, &RangeFetch::listen);
     connect(m_reply, &QNetworkReply::finished, this, &RangeFetch::finish);
     listen();
 }

@@ -77,6 +77,7 @@ private slots:
     void refusedIsKept();
     void sentOn();
     void sentOnWithoutCookies();
+    void sentRoundAndRound();
     void notSentOnToLessSafe();
     void notCertified();
     void nobodyListens();
@@ -389,6 +390,15 @@ void tst_rangedownload::sentOnWithoutCookies()
     isDone(id);
     QCOMPARE(first.requests().first().headers.value("cookie"), "mine=value"_ba);
     QVERIFY(!m_server->requests().first().headers.contains("cookie"));
+}
+
+void tst_rangedownload::sentRoundAndRound()
+{
+    m_server->status = 302;
+    m_server->headers.append(qMakePair(QByteArray("Location"), QByteArray("/file.bin?again")));
+    const QString id = add();
+    retry(id);
+    QTRY_COMPARE(m_anew, QStringList(id));
 }
 
 void tst_rangedownload::notSentOnToLessSafe()
