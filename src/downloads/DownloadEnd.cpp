@@ -75,7 +75,7 @@ void DownloadEnd::start()
     workers().start([outcome, given, download = m_download, self = QPointer(this)] {
         outcome->set_value(work(download, std::move(*given)));
         QMetaObject::invokeMethod(
-            qApp,
+            QCoreApplication::instance(),
             [self] {
                 if (self)
                     self->finish();

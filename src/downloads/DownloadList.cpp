@@ -221,6 +221,6 @@ DownloadList &downloadList()
     // A static one would outlive the event loop that its timers are of.
     static QPointer<DownloadList> list;
     if (!list)
-        list = new DownloadList(qApp);
+        list = new DownloadList(QCoreApplication::instance());
     return *list;
 }

@@ -53,7 +53,7 @@ void DownloadStage::drop(std::unique_ptr<DownloadStage> stage)
         return;
     const std::shared_ptr<DownloadStage> gone = std::move(stage);
     QThreadPool::globalInstance()->start([gone] { gone->m_folder->remove(); });
-    QTimer::singleShot(writersEnd, qApp, [gone]() mutable {
+    QTimer::singleShot(writersEnd, QCoreApplication::instance(), [gone]() mutable {
         QThreadPool::globalInstance()->start([last = std::move(gone)] {});
     });
 }

@@ -221,7 +221,7 @@ void RangeDownload::cancel()
 {
     if (m_fetch) {
         // Not before nothing is written any more.
-        connect(m_fetch, &QObject::destroyed, qApp,
+        connect(m_fetch, &QObject::destroyed, QCoreApplication::instance(),
                 [stage = std::make_shared<std::unique_ptr<DownloadStage>>(std::move(m_stage))] {
                     DownloadStage::drop(std::move(*stage));
                 });
@@ -254,7 +254,7 @@ void RangeDownload::dropFetch()
 {
     ++m_turn;
     if (RangeFetch *fetch = std::exchange(m_fetch, nullptr)) {
-        connect(fetch, &QObject::destroyed, qApp, [web = m_web] {});
+        connect(fetch, &QObject::destroyed, QCoreApplication::instance(), [web = m_web] {});
         fetch->deleteLater();
     }
 }

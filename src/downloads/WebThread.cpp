@@ -34,7 +34,7 @@ std::shared_ptr<WebThread> WebThread::shared()
     if (!result) {
         // The last to let go may be in the thread itself, which cannot wait for its own end.
         result.reset(new WebThread, [](WebThread *web) {
-            QMetaObject::invokeMethod(qApp, [web] { delete web; });
+            QMetaObject::invokeMethod(QCoreApplication::instance(), [web] { delete web; });
         });
         one = result;
     }

@@ -357,7 +357,7 @@ void tst_downloadlist::theProgramsOneGoesWithTheApplication()
 {
     DownloadList &list = downloadList();
     QCOMPARE(&downloadList(), &list);
-    QCOMPARE(list.parent(), qApp);
+    QCOMPARE(list.parent(), QCoreApplication::instance());
 }
 
 QTEST_GUILESS_MAIN(tst_downloadlist)
