@@ -90,12 +90,13 @@ bool WindowRequests::opensDropped(const QUrl &url)
     if (m_dropped.isEmpty() || url != QUrl(m_dropped.first()))
         return false;
     QTimer::singleShot(0, this, [this, addresses = std::exchange(m_dropped, {})] {
+        // Events run while a window opens.
         const QPointer<WindowRequests> self(this);
-        emit dropped(addresses.first());
-        for (const QString &other : addresses.mid(1)) {
-            // Events run while a window opens.
-            if (self)
-                m_listener.tell(&WebBrowserEvents::openLinkInNewWindow, other);
+        for (qsizetype i = 0; self && i < addresses.size(); ++i) {
+            if (i == 0)
+                emit dropped(addresses.first());
+            else
+                m_listener.tell(&WebBrowserEvents::openLinkInNewWindow, addresses.at(i));
         }
     });
     return true;
