@@ -88,8 +88,7 @@ void StageFolder::note()
 {
     const QString file = notes() + u'/' + QFileInfo(m_path).fileName().mid(1);
     const bool hasPlace = QFileInfo(notes()).isDir() || QDir().mkdir(notes());
-    if (QFileInfo::exists(file))
-        m_note = file;
-    else if (hasPlace && FileWriter::create(file, m_path.toUtf8(), FileWriter::Sync::Later))
+    if (QFileInfo::exists(file)
+        || (hasPlace && FileWriter::create(file, m_path.toUtf8(), FileWriter::Sync::Later)))
         m_note = file;
 }

@@ -22,10 +22,8 @@ signals:
     /// The user clicked it.
     void chosen();
 
-private slots:
-    void actionInvoked(uint number, const QString &action);
-
 private:
+    Q_SLOT void actionInvoked(uint number, const QString &action);
     void send(const QString &title, const QString &body, const QString &action);
 
     /// The service's number for the last one; 0: none yet.
