@@ -51,7 +51,7 @@ void DownloadStage::drop(std::unique_ptr<DownloadStage> stage)
 {
     if (!stage || stage->m_folder->isKept())
         return;
-    const std::shared_ptr<DownloadStage> gone = std::move(stage);
+    std::shared_ptr<DownloadStage> gone = std::move(stage);
     QThreadPool::globalInstance()->start([gone] { gone->m_folder->remove(); });
     QTimer::singleShot(writersEnd, QCoreApplication::instance(), [gone]() mutable {
         QThreadPool::globalInstance()->start([last = std::move(gone)] {});

@@ -60,7 +60,7 @@ DownloadsWindow::DownloadsWindow(Frame &frame, DownloadList &list)
     Forms::add(this);
     frame.windowTabs().addTab(tabKey(), {});
     frame.windowTabs().setIcon(tabKey(), windowIcon());
-    translate();
+    DownloadsWindow::translate();
     connect(this, &QMdiSubWindow::windowStateChanged, this,
             [this](Qt::WindowStates before, Qt::WindowStates now) {
                 if ((before & Qt::WindowActive) || !(now & Qt::WindowActive) || m_unloaded)

@@ -717,7 +717,7 @@ void tst_rangedownload::probeAsksOnce()
 {
     m_server->status = 404;
     const RangeProbe probe(downloadList(), [this] { return m_manners; });
-    const auto add = [this](const QUrl &address, qint64 size, bool isRepeatable = true) {
+    const auto add = [](const QUrl &address, qint64 size, bool isRepeatable = true) {
         Download download;
         download.id = DownloadList::newId();
         download.address = address;
