@@ -66,10 +66,29 @@ void waitUntil(const char *what, const std::function<bool()> &done)
     }
 }
 
+/// Nothing is measured of a program that ends by itself.
+void awaitEnd(QProcess &process, int limitMs)
+{
+    if (process.waitForFinished(limitMs))
+        qFatal("the program has ended");
+}
+
+/// Until the program has hardly any work left.
+void awaitRest(QProcess &process)
+{
+    constexpr int lookMs = 500;
+    constexpr qint64 rest = 20;
+    qint64 before = -1;
+    for (qint64 now = 0; before < 0 || now - before > rest;) {
+        before = treeProcessorTime(process.processId());
+        awaitEnd(process, lookMs);
+        now = treeProcessorTime(process.processId());
+    }
+}
+
 /// From the moment that the page asks for the file until it is there under its name.
 Taken download(const Program &program, const FileServer &server, const QString &file)
 {
-    constexpr int settleMs = 3000;
     constexpr int lookMs = 5;
     QProcess process;
     process.setProcessEnvironment(program.environment);
@@ -78,7 +97,7 @@ Taken download(const Program &program, const FileServer &server, const QString &
     if (!process.waitForStarted())
         qFatal("no program");
     server.awaitPage();
-    QThread::msleep(settleMs);
+    awaitRest(process);
     const qint64 before = treeProcessorTime(process.processId());
     QElapsedTimer clock;
     clock.start();
@@ -86,7 +105,7 @@ Taken download(const Program &program, const FileServer &server, const QString &
     while (QFileInfo(file).size() != largeSize) {
         if (clock.elapsed() > 300'000)
             qFatal("the file has not come");
-        QThread::msleep(lookMs);
+        awaitEnd(process, lookMs);
     }
     const Taken taken{double(clock.elapsed()),
                       double(treeProcessorTime(process.processId()) - before)};
