@@ -1,5 +1,6 @@
 #include "EngineStart.h"
 
+#include "Downloads.h"
 #include "EngineOptions.h"
 #include "EngineProfile.h"
 #include "PageHold.h"
@@ -106,6 +107,7 @@ void startEngine()
     letPagesBeRead();
     QLoggingCategory::setFilterRules(u"qt.webenginecontext.info=false"_s);
     hearMessages();
+    Downloads::install();
     // Read by now, and no affair of the programs that this one starts.
     if (glIsLeftOut)
         qunsetenv(glVariable);

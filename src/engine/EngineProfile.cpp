@@ -3,8 +3,6 @@
 #include "AppFolder.h"
 #include "CookieList.h"
 #include "CookiePolicy.h"
-#include "DownloadRetry.h"
-#include "Downloads.h"
 #include "EngineOptions.h"
 #include "EngineSetup.h"
 #include "EngineSwitches.h"
@@ -21,6 +19,7 @@
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineSettings>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -29,6 +28,7 @@ QWebEngineProfile *theProfile = nullptr;
 std::unique_ptr<QLockFile> theLock;
 WebPage *theSparePage = nullptr;
 CookieList *theCookies = nullptr;
+QList<ProfileFollower> theFollowers;
 bool scriptsMayOpenWindows = true;
 
 /// Two application folders are two browsers, however a folder is reached.
@@ -98,8 +98,8 @@ QWebEngineProfile *makeProfile()
     profile->setUrlRequestInterceptor(new InnerFilesGuard(profile));
     PageScripts::install(profile);
     CookiePolicy::instance().install(profile);
-    Downloads::install(profile);
-    DownloadRetry::install(profile);
+    for (const ProfileFollower &follower : std::as_const(theFollowers))
+        follower.begin(profile);
     return profile;
 }
 }
@@ -153,9 +153,21 @@ void noticeProxy()
         QWebEngineScript::ApplicationWorld);
 }
 
+void followProfile(const ProfileFollower &follower)
+{
+    const bool isKnown = std::any_of(
+        theFollowers.cbegin(), theFollowers.cend(),
+        [&follower](const ProfileFollower &each) { return each.begin == follower.begin; });
+    if (!isKnown)
+        theFollowers.append(follower);
+}
+
 void dropEngineProfile()
 {
-    Downloads::leaveAll();
+    if (theProfile) {
+        for (const ProfileFollower &follower : std::as_const(theFollowers))
+            follower.end();
+    }
     delete std::exchange(theSparePage, nullptr);
     delete std::exchange(theProfile, nullptr);
     theLock.reset();

@@ -31,5 +31,16 @@ CookieList *engineCookies();
 /// on: this makes such a first request, which goes nowhere.
 void noticeProxy();
 
+/// What goes with the profile in rooms that the engine's does not know.
+struct ProfileFollower {
+    /// A profile has been made, and has no page yet.
+    void (*begin)(QWebEngineProfile *profile);
+    /// It is about to be dropped.
+    void (*end)();
+};
+
+/// For each profile from now on; once, however often it is called with the same.
+void followProfile(const ProfileFollower &follower);
+
 /// Ends spare page and profile; every other page must be gone.
 void dropEngineProfile();

@@ -2,12 +2,11 @@
 
 #include <QString>
 
-class QWebEngineProfile;
-
 /// What pages hand over as files goes to the user's download folder under a free name, which no
 /// server, page or address chooses without `FileName`; the list of downloads shows it.
 namespace Downloads {
-void install(QWebEngineProfile *profile);
+/// For every profile that is made from now on.
+void install();
 
 /// Goes on with the list's entry of that id, which has failed, where the engine can. False where it
 /// cannot: then nothing of the engine's is in the entry's stage any more.

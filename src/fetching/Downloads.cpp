@@ -5,9 +5,11 @@
 #include "DownloadOrder.h"
 #include "DownloadPages.h"
 #include "DownloadProblem.h"
+#include "DownloadRetry.h"
 #include "DownloadStage.h"
 #include "EngineDownload.h"
 #include "EngineOptions.h"
+#include "EngineProfile.h"
 #include "Log.h"
 #include "PageDownloads.h"
 #include "SaveJob.h"
@@ -222,11 +224,17 @@ void EngineDownloads::leaveAll()
 
 namespace Downloads {
 
-void install(QWebEngineProfile *profile)
+static void begin(QWebEngineProfile *profile)
 {
     theDownloads = new EngineDownloads(profile);
     QObject::connect(profile, &QWebEngineProfile::downloadRequested, theDownloads,
                      [](QWebEngineDownloadRequest *request) { theDownloads->answer(*request); });
+    DownloadRetry::install(profile);
+}
+
+void install()
+{
+    followProfile({begin, leaveAll});
 }
 
 bool goOn(const QString &id)
