@@ -5,7 +5,6 @@
 #include "Navigator.h"
 #include "PageLife.h"
 #include "PagePrinter.h"
-#include "ShownAddress.h"
 #include "Texts.h"
 
 using namespace Qt::StringLiterals;
@@ -17,7 +16,7 @@ PageQuestion yesOrNo(const QString &kind, const QString &address, const QString 
 {
     PageQuestion question;
     question.kind = kind;
-    question.title = shownSite(QUrl(address));
+    question.asker = QUrl(address);
     question.text = words;
     question.yes = texts.at<"cmdYes", "Yes">();
     question.no = texts.at<"cmdNo", "No">();
@@ -62,8 +61,8 @@ void UserConsent::askToPrint()
     PageQuestion question =
         yesOrNo(u"print"_s, m_navigator.state().location(),
                 texts.at<"strPrint", "This page wants to be printed. Do you want to print it?">());
-    question.done = [this](PageQuestion::Answer answer) {
-        if (answer == PageQuestion::Answer::Yes)
+    question.done = [this](PageQuestion::Reply reply) {
+        if (reply.answer == PageQuestion::Answer::Yes)
             openPrintDialog();
     };
     questions->ask(question);
@@ -109,8 +108,8 @@ void UserConsent::askToSend(QWebEnginePage::WebAction action, const QString &wor
     if (!m_life.questions())
         return;
     PageQuestion question = yesOrNo(u"sendAgain"_s, m_navigator.state().location(), words);
-    question.done = [this, page = QPointer(m_life.page()), action](PageQuestion::Answer answer) {
-        if (answer != PageQuestion::Answer::Yes || !page || page != m_life.page()
+    question.done = [this, page = QPointer(m_life.page()), action](PageQuestion::Reply reply) {
+        if (reply.answer != PageQuestion::Answer::Yes || !page || page != m_life.page()
             || page->mayAskAgain())
             return;
         m_life.leaveCrashed();

@@ -86,16 +86,16 @@ void PageDownloads::ask()
 {
     PageQuestion question;
     question.kind = u"downloads"_s;
-    question.title = shownSite(m_page.committedUrl());
+    question.asker = m_page.committedUrl();
     question.text =
         texts.at<"strDownloads",
                  "This page wants to download more files. Do you want to download them?">();
     question.yes = texts.at<"cmdYes", "Yes">();
     question.no = texts.at<"cmdNo", "No">();
     question.noHolds = true;
-    question.done = [self = QPointer(this)](PageQuestion::Answer answer) {
+    question.done = [self = QPointer(this)](PageQuestion::Reply reply) {
         if (self)
-            self->finish(answer);
+            self->finish(reply.answer);
     };
     if (!m_page.questions() || !m_page.questions()->ask(question)) {
         m_refused += m_waiting;

@@ -117,8 +117,8 @@ void askUser(WebPage *page, const Asker &asker, const QString &wrongUser)
         return fields->data();
     };
     const QString key = question.kind;
-    question.done = [fields, key, page](PageQuestion::Answer answer) {
-        if (answer == PageQuestion::Answer::Yes && *fields)
+    question.done = [fields, key, page](PageQuestion::Reply reply) {
+        if (reply.answer == PageQuestion::Answer::Yes && *fields)
             signIn(key, {(*fields)->user(), (*fields)->password()});
         else
             asking().remove(key, page);

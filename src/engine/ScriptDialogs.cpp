@@ -38,6 +38,7 @@ PageQuestion questionOf(const WebPage &page, const QUrl &origin, const QString &
 {
     PageQuestion question;
     question.kind = u"script"_s;
+    question.shape = PageQuestion::Shape::Box;
     question.title = headline(page, origin);
     question.text = message.left(longestMessage);
     question.yes = texts.at<"cmdOK", "OK">();
@@ -108,7 +109,7 @@ bool prompt(WebPage &page, const QUrl &origin, const QString &message, const QSt
         return field.data();
     };
     QString entered;
-    question.done = [&field, &entered](Answer) {
+    question.done = [&field, &entered](PageQuestion::Reply) {
         if (field)
             entered = field->text();
     };

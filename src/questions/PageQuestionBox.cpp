@@ -1,6 +1,7 @@
 #include "PageQuestionBox.h"
 
 #include "Captioned.h"
+#include "ShownAddress.h"
 
 #include <QAccessible>
 #include <QCheckBox>
@@ -17,6 +18,8 @@ using namespace Qt::StringLiterals;
 namespace {
 /// Pixels.
 constexpr int widest = 520;
+
+constexpr Texts<"PageQuestions"> texts;
 
 QLabel *makeIcon(QWidget *parent)
 {
@@ -59,31 +62,56 @@ PageQuestionBox::PageQuestionBox(const PageQuestion &question, bool offersSilenc
     setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
     setAutoFillBackground(true);
     setFocusPolicy(Qt::NoFocus);
-    setAccessibleName(question.title);
+    const QString site = shownSite(question.asker);
+    setAccessibleName(site.isEmpty() ? question.title : site);
     setAccessibleDescription(question.text);
     new QVBoxLayout(this);
-    QLabel *title = addLabel("lblTitle", breakable(question.title));
-    title->setAccessibleName(question.title);
-    QFont bold = title->font();
-    bold.setBold(true);
-    title->setFont(bold);
-    auto *head = new QHBoxLayout;
-    if (!question.no.isEmpty() && !question.fields)
-        head->addWidget(makeIcon(this));
-    head->addWidget(title, 1);
-    static_cast<QVBoxLayout *>(layout())->addLayout(head);
+    addHead(question);
     addText(QString(question.text).replace("\r\n"_L1, "\n"_L1));
     if (question.fields) {
         m_fields = question.fields(this);
         layout()->addWidget(m_fields);
     }
-    if (offersSilence) {
-        m_silence = captioned<QCheckBox>(
-            Texts<"PageQuestions">::at<"chkNoMore", "No more questions from this page">, this);
-        m_silence->setAccessibleName(m_silence->text());
-        layout()->addWidget(m_silence);
-    }
+    if (question.remember)
+        m_remember = addTick(texts.at<"chkRemember", "Remember for this site">);
+    if (offersSilence)
+        m_silence = addTick(texts.at<"chkNoMore", "No more questions from this page">);
     addButtons(question);
+}
+
+/// Who asks, and the headline.
+void PageQuestionBox::addHead(const PageQuestion &question)
+{
+    auto *lines = new QVBoxLayout;
+    const auto addLine = [this, lines](const char *name, const QString &line, bool isBold) {
+        QLabel *label = addLabel(name, breakable(line));
+        label->setAccessibleName(line);
+        QFont font = label->font();
+        font.setBold(isBold);
+        label->setFont(font);
+        lines->addWidget(label);
+    };
+    const QString site = shownSite(question.asker);
+    const QString around = shownSite(question.around);
+    if (!site.isEmpty())
+        addLine("lblAsker", site, true);
+    if (!around.isEmpty() && around != site)
+        addLine("lblAround", texts.at<"strAround", "inside a page of">() + u' ' + around, false);
+    if (!question.title.isEmpty())
+        addLine("lblTitle", question.title, true);
+    auto *head = new QHBoxLayout;
+    if (!question.no.isEmpty() && !question.fields)
+        head->addWidget(makeIcon(this));
+    head->addLayout(lines, 1);
+    static_cast<QVBoxLayout *>(layout())->addLayout(head);
+}
+
+QCheckBox *PageQuestionBox::addTick(const Text &caption)
+{
+    auto *tick = captioned<QCheckBox>(caption, this);
+    tick->setAccessibleName(tick->text());
+    layout()->addWidget(tick);
+    return tick;
 }
 
 QLabel *PageQuestionBox::addLabel(const char *name, const QString &text)
@@ -114,16 +142,20 @@ void PageQuestionBox::addButtons(const PageQuestion &question)
 {
     using Answer = PageQuestion::Answer;
     auto *row = new QDialogButtonBox(this);
-    m_yes = row->addButton(question.yes, QDialogButtonBox::AcceptRole);
-    m_yes->setObjectName("cmdYes"_L1);
-    m_yes->setAccessibleName(question.yes);
-    connect(m_yes, &QPushButton::clicked, this, [this] { emit answered(Answer::Yes); });
-    if (!question.no.isEmpty()) {
-        m_no = row->addButton(question.no, QDialogButtonBox::RejectRole);
-        m_no->setObjectName("cmdNo"_L1);
-        m_no->setAccessibleName(question.no);
-        connect(m_no, &QPushButton::clicked, this, [this] { emit answered(Answer::No); });
-    }
+    const auto add = [this, row](const char *name, const QString &caption, Answer answer) {
+        const bool isNo = answer == Answer::No;
+        QPushButton *button = row->addButton(
+            caption, isNo ? QDialogButtonBox::RejectRole : QDialogButtonBox::AcceptRole);
+        button->setObjectName(QLatin1String(name));
+        button->setAccessibleName(caption);
+        connect(button, &QPushButton::clicked, this, [this, answer] { emit answered(answer); });
+        return button;
+    };
+    m_yes = add("cmdYes", question.yes, Answer::Yes);
+    if (!question.other.isEmpty())
+        add("cmdOther", question.other, Answer::Other);
+    if (!question.no.isEmpty())
+        m_no = add("cmdNo", question.no, Answer::No);
     layout()->addWidget(row);
 }
 
@@ -157,6 +189,11 @@ bool PageQuestionBox::wantsSilence() const
     return m_silence && m_silence->isChecked();
 }
 
+bool PageQuestionBox::wantsRemembered() const
+{
+    return m_remember && m_remember->isChecked();
+}
+
 bool PageQuestionBox::event(QEvent *event)
 {
     // These keys are menu items' as well.
@@ -184,10 +221,8 @@ void PageQuestionBox::keyPressEvent(QKeyEvent *event)
 
 void PageQuestionBox::pressFocused()
 {
-    if (m_no && m_no->hasFocus())
-        m_no->click();
-    else
-        m_yes->click();
+    auto *focused = qobject_cast<QPushButton *>(focusWidget());
+    (focused ? focused : m_yes)->click();
 }
 
 bool PageQuestionBox::focusNextPrevChild(bool next)

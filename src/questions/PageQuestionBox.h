@@ -8,6 +8,7 @@ class QCheckBox;
 class QLabel;
 class QPushButton;
 class QScrollArea;
+class Text;
 
 /// A question at the top of a page, inside its window. Return presses the button with the focus,
 /// or the first one; Escape gives the answer that changes nothing.
@@ -23,6 +24,8 @@ public:
     /// Gives the fields the keyboard, or the first button.
     void takeFocus();
     bool wantsSilence() const;
+    /// "Remember for this site" is ticked.
+    bool wantsRemembered() const;
     /// Keeps Tab inside, as nothing beside the box can be used.
     void setKeepsFocus(bool keeps) { m_keepsFocus = keeps; }
 
@@ -36,7 +39,9 @@ protected:
 
 private:
     QLabel *addLabel(const char *name, const QString &text);
+    void addHead(const PageQuestion &question);
     void addText(const QString &text);
+    QCheckBox *addTick(const Text &caption);
     void addButtons(const PageQuestion &question);
     void pressFocused();
 
@@ -44,6 +49,7 @@ private:
     QLabel *m_text = nullptr;
     QWidget *m_fields = nullptr;
     QCheckBox *m_silence = nullptr;
+    QCheckBox *m_remember = nullptr;
     QPushButton *m_yes = nullptr;
     QPushButton *m_no = nullptr;
     bool m_keepsFocus = false;

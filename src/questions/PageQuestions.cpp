@@ -87,9 +87,10 @@ void PageQuestions::finish(int number, Answer answer)
         m_silenced = true;
         endAll();
     }
+    const bool remembered = answer != Answer::Ended && entry.box && entry.box->wantsRemembered();
     const QPointer<PageQuestions> self(this);
     if (entry.question.done)
-        entry.question.done(answer);
+        entry.question.done({answer, remembered});
     if (entry.box) {
         entry.box->hide();
         entry.box->deleteLater();

@@ -61,7 +61,7 @@ void PageQuestions::release(int number)
     if (entry.box)
         entry.box->setKeepsFocus(false);
     showFirst();
-    asked.done(Answer::Ended);
+    asked.done({});
 }
 
 /// All pages stand still during one, so that a second can only come by way of the first's. Windows
@@ -78,8 +78,8 @@ PageQuestions::Answer PageQuestions::askAndWait(PageQuestion question)
     const QPointer<PageQuestions> self(this);
     Answer answer = Answer::Ended;
     QEventLoop loop;
-    question.done = [&answer, &loop, done = question.done](Answer given) {
-        answer = given;
+    question.done = [&answer, &loop, done = question.done](PageQuestion::Reply given) {
+        answer = given.answer;
         if (done)
             done(given);
         loop.quit();

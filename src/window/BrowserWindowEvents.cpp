@@ -147,12 +147,13 @@ void BrowserWindow::windowClosing(bool, bool &cancel)
     cancel = true;
     PageQuestion question;
     question.kind = u"close"_s;
+    question.asker = QUrl(m_browser->locationUrl());
     question.title = u"Allow Window Close?"_s;
     question.text = u"This window is attempting to close itself!\r\nDo you want to allow this?"_s;
     question.yes = Texts<"PageQuestions">::at<"cmdYes", "Yes">();
     question.no = Texts<"PageQuestions">::at<"cmdNo", "No">();
-    question.done = [this](PageQuestion::Answer answer) {
-        if (answer == PageQuestion::Answer::Yes)
+    question.done = [this](PageQuestion::Reply reply) {
+        if (reply.answer == PageQuestion::Answer::Yes)
             unload();
     };
     m_questions->ask(question);

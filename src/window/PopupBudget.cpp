@@ -1,7 +1,6 @@
 #include "PopupBudget.h"
 
 #include "PageQuestions.h"
-#include "ShownAddress.h"
 #include "Texts.h"
 
 #include <QTimer>
@@ -41,20 +40,20 @@ void PopupBudget::ask(const QUrl &asker)
     m_answer = Answer::Asked;
     PageQuestion question;
     question.kind = u"windows"_s;
-    question.title = shownSite(asker);
+    question.asker = asker;
     question.text = Texts<"frmBrowser">::at<
         "strManyWindows",
         "This page has opened many windows by itself and wants to open more. "
         "Do you want to allow this?">();
     question.yes = Texts<"PageQuestions">::at<"cmdYes", "Yes">();
     question.no = Texts<"PageQuestions">::at<"cmdNo", "No">();
-    question.done = [self = weak_from_this()](PageQuestion::Answer answer) {
+    question.done = [self = weak_from_this()](PageQuestion::Reply reply) {
         const std::shared_ptr<PopupBudget> budget = self.lock();
         if (!budget)
             return;
         // A page that has gone was not answered; the next one may ask.
-        const bool ended = answer == PageQuestion::Answer::Ended;
-        const bool yes = answer == PageQuestion::Answer::Yes;
+        const bool ended = reply.answer == PageQuestion::Answer::Ended;
+        const bool yes = reply.answer == PageQuestion::Answer::Yes;
         budget->take(ended ? Answer::None : yes ? Answer::Yes : Answer::No);
     };
     if (!m_questions->ask(question))

@@ -42,6 +42,12 @@ inline QString titleOf(const PageQuestionBox *box)
     return box->findChild<QLabel *>(QStringLiteral("lblTitle"))->accessibleName();
 }
 
+/// The site that asks, as it is written.
+inline QString askerOf(const PageQuestionBox *box)
+{
+    return box->findChild<QLabel *>(QStringLiteral("lblAsker"))->accessibleName();
+}
+
 inline QPushButton *yes(const PageQuestionBox *box)
 {
     return box->findChild<QPushButton *>(QStringLiteral("cmdYes"));

@@ -188,7 +188,7 @@ void tst_popupstorms::withoutSwitchesTheRestWaitsForOneQuestion()
     QCOMPARE(questions().size(), 1);
     QVERIFY(browserForms().first()->isAncestorOf(questions().first()));
     QVERIFY(!QApplication::activeModalWidget());
-    QCOMPARE(PageAsks::titleOf(questions().first()),
+    QCOMPARE(PageAsks::askerOf(questions().first()),
              u"http://127.0.0.1:%1"_s.arg(m_server->port()));
     PageAsks::no(questions().first())->click();
     QTRY_VERIFY(questions().isEmpty());

@@ -104,7 +104,7 @@ void tst_pagedownloads::yesIsForAllOfThePage()
     QTRY_COMPARE(count(State::Done), 3);
     QCOMPARE(kept().size(), 3);
     const PageQuestionBox *box = PageAsks::shownIn(m_form);
-    QVERIFY(PageAsks::titleOf(box).startsWith("http://127.0.0.1:"_L1));
+    QVERIFY(PageAsks::askerOf(box).startsWith("http://127.0.0.1:"_L1));
     QVERIFY(!QApplication::activeModalWidget());
     PageAsks::yes(box)->click();
     QTRY_COMPARE(count(State::Done), 6);

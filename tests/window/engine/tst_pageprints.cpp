@@ -85,7 +85,7 @@ void tst_pageprints::endlessPrintsCanBeEnded()
     dialogs().first()->reject();
     QTRY_VERIFY(PageAsks::shownIn(m_form));
     const PageQuestionBox *box = PageAsks::shownIn(m_form);
-    QVERIFY(PageAsks::titleOf(box).startsWith("http://127.0.0.1:"_L1));
+    QVERIFY(PageAsks::askerOf(box).startsWith("http://127.0.0.1:"_L1));
     QVERIFY(dialogs().isEmpty());
     PageAsks::yes(box)->click();
     QTRY_COMPARE(dialogs().size(), 1);

@@ -71,7 +71,7 @@ void tst_resend::answer(bool yes)
     const PageQuestionBox *box = PageAsks::shownIn(m_form);
     QVERIFY(!QApplication::activeModalWidget());
     QVERIFY(PageAsks::textOf(box).contains("form"_L1));
-    QCOMPARE(PageAsks::titleOf(box), u"http://127.0.0.1:%1"_s.arg(m_scene->server.port()));
+    QCOMPARE(PageAsks::askerOf(box), u"http://127.0.0.1:%1"_s.arg(m_scene->server.port()));
     (yes ? PageAsks::yes(box) : PageAsks::no(box))->click();
     QTRY_COMPARE(asked(), 0);
 }
