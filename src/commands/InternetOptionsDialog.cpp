@@ -12,6 +12,7 @@
 #include "Frame.h"
 #include "InternetAdvancedPage.h"
 #include "InternetGeneralPage.h"
+#include "InternetSitesPage.h"
 #include "NotSaved.h"
 #include "OptionsButtons.h"
 #include "Texts.h"
@@ -50,6 +51,7 @@ InternetOptionsDialog::InternetOptionsDialog(QWidget *owner)
     m_pages->setObjectName("tabPages"_L1);
     m_pages->addTab(m_general, texts.at<"FrameGeneral", "&General">());
     m_pages->addTab(m_advanced, texts.at<"FrameAdvanced", "&Advanced">());
+    m_pages->addTab(new InternetSitesPage, texts.at<"FrameSites", "S&ites">());
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_pages);
     layout->addWidget(makeButtons());

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QWidget>
+
+class QPushButton;
+class SiteList;
+class WriteResult;
+
+/// The third page of the internet options: what the user had remembered when pages of a site asked
+/// for something. What is removed is gone at once, and asked for anew.
+class InternetSitesPage : public QWidget {
+    Q_OBJECT
+
+public:
+    InternetSitesPage();
+
+private:
+    void enable();
+    void removeSelected();
+    void askToRemoveAll();
+    void finish(const WriteResult &result);
+
+    SiteList *m_list;
+    QPushButton *m_remove;
+    QPushButton *m_removeAll;
+};

@@ -1,0 +1,106 @@
+#include "SiteList.h"
+
+#include "ShownAddress.h"
+#include "Texts.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr int siteColumn = 0;
+
+constexpr Texts<"frmInternetOptions"> texts;
+
+QString wordText(SitePermissions::Word word)
+{
+    return word == SitePermissions::Word::Allow ? texts.at<"strAllowed", "Allowed">()
+                                                : texts.at<"strRefused", "Refused">();
+}
+
+/// The asker alone, or "asker in page".
+QString siteText(const AskingSite &site)
+{
+    const QString asker = shownSite(QUrl(site.asker));
+    return site.page.isEmpty()
+        ? asker
+        : texts.at<"strSiteIn", "%1 in %2">().arg(asker, shownSite(QUrl(site.page)));
+}
+
+class AnswerItem : public QTreeWidgetItem {
+public:
+    explicit AnswerItem(const SitePermissions::Answer &shown)
+        : QTreeWidgetItem(
+            {siteText(shown.site), permissionText(shown.permission), wordText(shown.word)})
+        , answer(shown)
+    {
+        setToolTip(siteColumn, text(siteColumn));
+    }
+    SitePermissions::Answer answer;
+};
+
+const SitePermissions::Answer &answerOf(const QTreeWidgetItem *item)
+{
+    return static_cast<const AnswerItem *>(item)->answer;
+}
+}
+
+SiteList::SiteList()
+{
+    setObjectName("lstSites"_L1);
+    setSelectionMode(ExtendedSelection);
+    setUniformRowHeights(true);
+    setRootIsDecorated(false);
+    setAllColumnsShowFocus(true);
+    // The domain stands at the end of a site's name.
+    setTextElideMode(Qt::ElideLeft);
+    setHeaderLabels({texts.at<"strSite", "Site">(), texts.at<"strWhat", "What">(),
+                     texts.at<"strAnswer", "Answer">()});
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(siteColumn, QHeaderView::Stretch);
+    header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+    header()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
+}
+
+QList<SitePermissions::Answer> SiteList::selected() const
+{
+    QList<SitePermissions::Answer> result;
+    for (const QTreeWidgetItem *item : selectedItems())
+        result.append(answerOf(item));
+    return result;
+}
+
+void SiteList::refresh()
+{
+    const QList<SitePermissions::Answer> kept = selected();
+    const int row = indexOfTopLevelItem(currentItem());
+    QList<QTreeWidgetItem *> items;
+    for (const SitePermissions::Answer &answer : SitePermissions::all())
+        items.append(new AnswerItem(answer));
+    clear();
+    addTopLevelItems(items);
+    for (QTreeWidgetItem *item : items)
+        item->setSelected(kept.contains(answerOf(item)));
+    // Whoever goes through with the keyboard stays at his place.
+    if (!items.isEmpty())
+        selectionModel()->setCurrentIndex(
+            model()->index(qBound(0, row, int(items.size()) - 1), siteColumn),
+            QItemSelectionModel::NoUpdate);
+}
+
+void SiteList::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Delete))
+        emit removeRequested();
+    else
+        QTreeWidget::keyPressEvent(event);
+}
+
+/// Pages and other programs may have written since.
+void SiteList::showEvent(QShowEvent *event)
+{
+    QTreeWidget::showEvent(event);
+    refresh();
+}

@@ -1,0 +1,205 @@
+#include "SitePermissions.h"
+
+#include "AppFolder.h"
+#include "IniStore.h"
+#include "IniText.h"
+#include "Log.h"
+
+#include <QFileInfo>
+#include <QHash>
+#include <QSet>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+using IniText::Section;
+using SitePermissions::Answer;
+using SitePermissions::Word;
+
+/// What the program writes has less than half of this.
+constexpr qint64 largestFile = 2 * 1024 * 1024;
+
+struct Key {
+    Permission permission;
+    const char *name;
+};
+constexpr Key keys[] = {
+    {Permission::Place, "Place"},         {Permission::Notifications, "Notifications"},
+    {Permission::Camera, "Camera"},       {Permission::Microphone, "Microphone"},
+    {Permission::Screen, "Screen"},       {Permission::Clipboard, "Clipboard"},
+    {Permission::Fonts, "Fonts"},         {Permission::Pointer, "Pointer"},
+    {Permission::Downloads, "Downloads"},
+};
+
+constexpr auto allow = "Allow"_L1;
+constexpr auto refuse = "Refuse"_L1;
+
+QString keyOf(Permission permission)
+{
+    const auto *key = std::find_if(std::begin(keys), std::end(keys), [permission](const Key &each) {
+        return each.permission == permission;
+    });
+    return QString::fromLatin1(key->name);
+}
+
+std::optional<Word> wordOf(QByteArrayView text)
+{
+    if (text.compare(allow.latin1(), Qt::CaseInsensitive) == 0)
+        return Word::Allow;
+    if (text.compare(refuse.latin1(), Qt::CaseInsensitive) == 0)
+        return Word::Refuse;
+    return {};
+}
+
+bool isUsable(const QString &path)
+{
+    if (QFileInfo(path).size() <= largestFile)
+        return true;
+    qCWarning(lcFiles) << path << "is too large to be answers of the user";
+    return false;
+}
+
+std::optional<AskingSite> siteOf(const Section &section)
+{
+    return AskingSite::fromName(QString::fromUtf8(section.name));
+}
+
+/// `bytes` without [begin, end) of each, which ascend.
+QByteArray without(const QByteArray &bytes, const QList<std::pair<qsizetype, qsizetype>> &parts)
+{
+    QByteArray result;
+    qsizetype done = 0;
+    for (const auto &[begin, end] : parts) {
+        result += QByteArrayView(bytes).sliced(done, begin - done);
+        done = end;
+    }
+    return result + bytes.sliced(done);
+}
+
+QByteArray trimmed(const QByteArray &bytes)
+{
+    const QList<Section> sections = IniText::sections(bytes);
+    QSet<QString> names;
+    for (const Section &section : sections) {
+        if (const auto site = siteOf(section))
+            names.insert(site->name());
+    }
+    qsizetype over = names.size() - SitePermissions::mostSites;
+    QSet<QString> removed;
+    for (const Section &section : sections) {
+        if (over <= 0)
+            break;
+        const auto site = siteOf(section);
+        if (!site || removed.contains(site->name()))
+            continue;
+        removed.insert(site->name());
+        --over;
+    }
+    QList<std::pair<qsizetype, qsizetype>> parts;
+    for (const Section &section : sections) {
+        const auto site = siteOf(section);
+        if (site && removed.contains(site->name()))
+            parts.append({section.begin, section.keysEnd});
+    }
+    return without(bytes, parts);
+}
+
+/// The lines of those keys, or all of a section of which nothing else is left.
+QList<std::pair<qsizetype, qsizetype>> linesOf(const QByteArray &bytes, const Section &section,
+                                               const QStringList &wanted)
+{
+    QList<std::pair<qsizetype, qsizetype>> lines;
+    for (const Section::Key &key : section.keys) {
+        if (!wanted.contains(QString::fromUtf8(key.name), Qt::CaseInsensitive))
+            continue;
+        const qsizetype at = key.name.data() - bytes.constData();
+        const qsizetype end = bytes.indexOf('\n', at);
+        lines.append({bytes.lastIndexOf('\n', at) + 1, end < 0 ? bytes.size() : end + 1});
+    }
+    if (!lines.isEmpty() && lines.size() == section.keys.size())
+        return {{section.begin, section.keysEnd}};
+    return lines;
+}
+
+QByteArray removed(const QByteArray &bytes, const QList<Answer> &answers)
+{
+    QHash<QString, QStringList> wanted;
+    for (const Answer &answer : answers)
+        wanted[answer.site.name()].append(keyOf(answer.permission));
+    QList<std::pair<qsizetype, qsizetype>> parts;
+    for (const Section &section : IniText::sections(bytes)) {
+        const auto site = siteOf(section);
+        if (site && wanted.contains(site->name()))
+            parts += linesOf(bytes, section, wanted.value(site->name()));
+    }
+    return without(bytes, parts);
+}
+}
+
+namespace SitePermissions {
+
+QString path()
+{
+    return AppFolder::appData(u"Permissions.ini"_s);
+}
+
+std::optional<Word> answer(const AskingSite &site, Permission permission)
+{
+    if (!site.canBeKept() || !isUsable(path()))
+        return {};
+    return wordOf(readIni(site.name(), keyOf(permission), {}, path()).toUtf8());
+}
+
+WriteResult keep(const AskingSite &site, const QList<Permission> &permissions, Word word)
+{
+    if (!site.canBeKept() || !isUsable(path()))
+        return WriteResult(WriteResult::Failure::Refused);
+    return changeIniFile(path(), [&](const QByteArray &old) {
+        QByteArray bytes = old;
+        for (const Permission permission : permissions) {
+            const IniText::Name name{site.name(), keyOf(permission)};
+            bytes = IniText::put(bytes, name, word == Word::Allow ? allow : refuse);
+        }
+        return trimmed(bytes);
+    });
+}
+
+QList<Answer> all()
+{
+    QList<Answer> result;
+    if (!isUsable(path()))
+        return result;
+    const QByteArray file = readIniFile(path()).value_or(QByteArray());
+    QSet<QString> seen;
+    for (const Section &section : IniText::sections(file)) {
+        const auto site = siteOf(section);
+        if (!site || seen.contains(site->name()) || seen.size() == mostSites)
+            continue;
+        seen.insert(site->name());
+        for (const Key &key : keys) {
+            if (const auto word = wordOf(section.value(key.name)))
+                result.append({*site, key.permission, *word});
+        }
+    }
+    return result;
+}
+
+WriteResult remove(const QList<Answer> &answers)
+{
+    if (!QFileInfo::exists(path()))
+        return {};
+    return changeIniFile(path(), [&](const QByteArray &old) { return removed(old, answers); });
+}
+
+WriteResult removeAll()
+{
+    if (!QFileInfo::exists(path()))
+        return {};
+    return changeIniFile(path(), [](const QByteArray &old) {
+        const QList<Section> sections = IniText::sections(old);
+        return sections.isEmpty() ? old : old.first(sections.first().begin);
+    });
+}
+
+}

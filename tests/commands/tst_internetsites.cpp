@@ -1,0 +1,251 @@
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTreeWidget>
+#include <QUrl>
+#include <QtTest>
+
+#include "FakeEngineData.h"
+#include "InternetOptionsDialog.h"
+#include "ProgramWithoutEngine.h"
+#include "ScreenReader.h"
+#include "SitePermissions.h"
+#include "Unlogged.h"
+
+using namespace Qt::StringLiterals;
+using SitePermissions::Answer;
+using SitePermissions::Word;
+
+/// The page of the internet options that lists what the user had remembered of sites.
+class tst_InternetSites : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void pageStandsBehindTheOthers();
+    void withoutAFileItIsEmpty();
+    void answersAreListed();
+    void looksAlikeAreToldApart();
+    void selectedAreRemoved();
+    void delRemoves();
+    void keyboardStaysInTheList();
+    void allAreRemovedAfterAQuestion();
+    void removedStayRemovedAfterCancel();
+    void listIsAsTheFileIsNow();
+    void whatCannotBeWrittenIsTold();
+    void screenReaderReadsTheRows();
+    void fiveHundredSites();
+
+private:
+    static constexpr auto file = "AppData/Permissions.ini"_L1;
+
+    void open()
+    {
+        m_program->choose("mnuToolsInternetOptions");
+        find<QTabWidget>("tabPages")->setCurrentIndex(2);
+        QVERIFY(list()->isVisible());
+    }
+    static QWidget *form() { return Forms::named("frmInternetOptions").value(0); }
+    template <typename Control> static Control *find(const char *name)
+    {
+        return form()->findChild<Control *>(QLatin1String(name));
+    }
+    static QTreeWidget *list() { return find<QTreeWidget>("lstSites"); }
+    static QStringList rows()
+    {
+        QStringList result;
+        for (int index = 0; index < list()->topLevelItemCount(); ++index) {
+            const QTreeWidgetItem *row = list()->topLevelItem(index);
+            result.append(row->text(0) + " | "_L1 + row->text(1) + " | "_L1 + row->text(2));
+        }
+        return result;
+    }
+    static void click(const char *name)
+    {
+        QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton);
+    }
+    QByteArray stored() const { return m_program->folder.read(file); }
+
+    std::unique_ptr<ProgramWithoutEngine> m_program;
+    std::unique_ptr<FakeData> m_data;
+    QByteArray m_path;
+};
+
+void tst_InternetSites::init()
+{
+    m_path = qgetenv("PATH");
+    m_program = std::make_unique<ProgramWithoutEngine>();
+    QVERIFY(m_program->folder.isValid());
+    qputenv("PATH", m_program->folder.file(u"bin"_s).toUtf8());
+    m_data = std::make_unique<FakeData>();
+    QVERIFY(m_program->folder.write(file,
+                                    "[https://shop.example]\r\nCamera=Allow\r\nPlace=Refuse\r\n"
+                                    "[https://ads.example https://shop.example]\r\n"
+                                    "Notifications=Refuse\r\n"));
+    m_program->start();
+}
+
+void tst_InternetSites::cleanup()
+{
+    m_program.reset();
+    m_data.reset();
+    qputenv("PATH", m_path);
+}
+
+void tst_InternetSites::pageStandsBehindTheOthers()
+{
+    m_program->choose("mnuToolsInternetOptions");
+    const auto *pages = find<QTabWidget>("tabPages");
+    QCOMPARE(pages->count(), 3);
+    QCOMPARE(pages->currentIndex(), 0);
+    QCOMPARE(pages->tabText(2).remove(u'&'), u"Sites"_s);
+}
+
+void tst_InternetSites::withoutAFileItIsEmpty()
+{
+    QVERIFY(QFile::remove(m_program->folder.file(file)));
+    open();
+    QVERIFY(rows().isEmpty());
+    QVERIFY(!find<QPushButton>("cmdRemoveSite")->isEnabled());
+    QVERIFY(!find<QPushButton>("cmdRemoveAllSites")->isEnabled());
+    QTest::keyClick(list(), Qt::Key_Delete);
+    QVERIFY(!m_program->folder.exists(file));
+}
+
+void tst_InternetSites::answersAreListed()
+{
+    open();
+    QCOMPARE(rows(),
+             QStringList({u"https://shop.example | Where you are | Refused"_s,
+                          u"https://shop.example | Camera | Allowed"_s,
+                          u"https://ads.example in https://shop.example | Notifications | "
+                          "Refused"_s}));
+    QVERIFY(!find<QPushButton>("cmdRemoveSite")->isEnabled());
+    QVERIFY(find<QPushButton>("cmdRemoveAllSites")->isEnabled());
+}
+
+void tst_InternetSites::looksAlikeAreToldApart()
+{
+    // A small Cyrillic letter in the place of an "a".
+    const QUrl url(u"https://b\u0430nk.example/"_s);
+    QVERIFY(SitePermissions::keep(AskingSite::of(url, url), {Permission::Place}, Word::Allow));
+    open();
+    QVERIFY(rows().last().startsWith("https://xn--"_L1));
+}
+
+void tst_InternetSites::selectedAreRemoved()
+{
+    open();
+    list()->topLevelItem(0)->setSelected(true);
+    list()->topLevelItem(2)->setSelected(true);
+    click("cmdRemoveSite");
+    QCOMPARE(rows(), QStringList(u"https://shop.example | Camera | Allowed"_s));
+    QCOMPARE(stored(), QByteArray("[https://shop.example]\r\nCamera=Allow\r\n"));
+    QVERIFY(!find<QPushButton>("cmdRemoveSite")->isEnabled());
+}
+
+void tst_InternetSites::delRemoves()
+{
+    open();
+    list()->setFocus();
+    QTest::keyClick(list(), Qt::Key_Home);
+    QTest::keyClick(list(), Qt::Key_Down);
+    QTest::keyClick(list(), Qt::Key_Delete);
+    QCOMPARE(rows().size(), 2);
+    QVERIFY(!stored().contains("Camera"));
+    QVERIFY(stored().contains("Place=Refuse"));
+}
+
+void tst_InternetSites::keyboardStaysInTheList()
+{
+    open();
+    list()->setFocus();
+    QTest::keyClick(list(), Qt::Key_Home);
+    for (int left = 2; left >= 0; --left) {
+        QTest::keyClick(list(), Qt::Key_Space);
+        click("cmdRemoveSite");
+        QCOMPARE(rows().size(), left);
+        QCOMPARE(form()->focusWidget(), list());
+        QVERIFY(left == 0 || list()->currentItem());
+    }
+    QVERIFY(!find<QPushButton>("cmdRemoveAllSites")->isEnabled());
+}
+
+void tst_InternetSites::allAreRemovedAfterAQuestion()
+{
+    open();
+    for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+        click("cmdRemoveAllSites");
+        QTRY_VERIFY(form()->findChild<QMessageBox *>());
+        QPointer<QMessageBox> box = form()->findChild<QMessageBox *>();
+        QTest::mouseClick(box->button(answer), Qt::LeftButton);
+        QTRY_VERIFY(!box);
+        QTRY_COMPARE(rows().size(), answer == QMessageBox::Yes ? 0 : 3);
+    }
+    QCOMPARE(stored(), QByteArray(""));
+    QVERIFY(!find<QPushButton>("cmdRemoveAllSites")->isEnabled());
+}
+
+void tst_InternetSites::removedStayRemovedAfterCancel()
+{
+    open();
+    list()->topLevelItem(0)->setSelected(true);
+    click("cmdRemoveSite");
+    click("cmdCancel");
+    QTRY_VERIFY(!form());
+    QVERIFY(!stored().contains("Place"));
+}
+
+void tst_InternetSites::listIsAsTheFileIsNow()
+{
+    open();
+    QVERIFY(m_program->folder.write(file, "[https://new.example]\nFonts=Allow\n"));
+    find<QTabWidget>("tabPages")->setCurrentIndex(0);
+    find<QTabWidget>("tabPages")->setCurrentIndex(2);
+    QCOMPARE(rows(), QStringList(u"https://new.example | List of your fonts | Allowed"_s));
+}
+
+void tst_InternetSites::whatCannotBeWrittenIsTold()
+{
+    const Unlogged quiet;
+    open();
+    const QString path = m_program->folder.file(file);
+    QVERIFY(QFile::remove(path) && QDir().mkpath(path));
+    list()->topLevelItem(0)->setSelected(true);
+    click("cmdRemoveSite");
+    QTRY_VERIFY(form()->findChild<QMessageBox *>());
+    QVERIFY(form()->findChild<QMessageBox *>()->text().contains(path));
+}
+
+void tst_InternetSites::screenReaderReadsTheRows()
+{
+    open();
+    ScreenReader reader;
+    const QString text = reader.read(list());
+    for (const char *part : {"Answers by site", "https://shop.example", "Camera", "Allowed",
+                             "https://ads.example in https://shop.example"})
+        QVERIFY2(text.contains(QLatin1String(part)), qPrintable(text));
+}
+
+void tst_InternetSites::fiveHundredSites()
+{
+    QByteArray bytes;
+    for (int number = 0; number < SitePermissions::mostSites; ++number) {
+        bytes += "[https://" + QByteArray(60, 'a') + QByteArray::number(number) + ".example]\n";
+        for (const char *key : {"Place", "Notifications", "Camera", "Microphone", "Screen",
+                                "Clipboard", "Fonts", "Pointer", "Downloads"})
+            bytes += QByteArray(key) + "=Allow\n";
+    }
+    QVERIFY(m_program->folder.write(file, bytes));
+    open();
+    QCOMPARE(rows().size(), 9 * SitePermissions::mostSites);
+    list()->selectAll();
+    click("cmdRemoveSite");
+    QVERIFY(rows().isEmpty());
+    QCOMPARE(stored(), QByteArray(""));
+}
+
+QTEST_MAIN(tst_InternetSites)
+#include "tst_internetsites.moc"
