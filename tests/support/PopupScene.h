@@ -70,6 +70,9 @@ public:
     {
         QWebEngineView *view = QWebEngineView::forPage(control(form)->page());
         QVERIFY(view && view->focusProxy());
+        // The engine drops what is done to a page before that is painted.
+        const auto paints = QStringLiteral("performance.getEntriesByType('paint').length");
+        [&] { QTRY_VERIFY(script(form, paints).toInt() > 0); }();
         const QVariantList place =
             script(form,
                    QStringLiteral("var r=document.getElementById('%1').getBoundingClientRect();"
