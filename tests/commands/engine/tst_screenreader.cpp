@@ -161,8 +161,12 @@ void tst_ScreenReader::crashedPageIsRead()
     QTRY_VERIFY(read().contains(u"Second page"_s));
     auto *browser = qobject_cast<QtWebBrowser *>(m_session->active()->browser());
     ::kill(pid_t(browser->page()->renderProcessPid()), SIGKILL);
+    // Later engines keep nodes for some moments after the tree that they ask for their parent, and
+    // end the program when they are read there.
+    constexpr bool isReadWhileItDies = QT_VERSION < QT_VERSION_CHECK(6, 8, 0);
     const auto readOn = [this, browser] {
-        read();
+        if (isReadWhileItDies)
+            read();
         return browser->page()->renderProcessPid() == 0;
     };
     QTRY_VERIFY(readOn());
