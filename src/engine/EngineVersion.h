@@ -16,3 +16,6 @@
 /// A window that a page opens without an address is asked for with "about:blank", and nothing tells
 /// it from one that is opened with that address: both begin empty, neither is a navigation.
 inline constexpr bool emptyWindowsAreBlank = QT_VERSION >= QT_VERSION_CHECK(6, 5, 0);
+/// What is saved always comes with the place that it is to be saved at; before, what is no markup
+/// came without (QTBUG-117624).
+inline constexpr bool savesBringTheirPlace = QT_VERSION >= QT_VERSION_CHECK(6, 6, 1);

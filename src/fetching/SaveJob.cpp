@@ -1,6 +1,7 @@
 #include "SaveJob.h"
 
 #include "DownloadPages.h"
+#include "EngineVersion.h"
 #include "JobProgress.h"
 #include "Log.h"
 #include "SaveStage.h"
@@ -71,14 +72,14 @@ bool SaveJob::take(QWebEngineDownloadRequest &request)
     return true;
 }
 
-/// The place is the job's alone. What is no markup comes without it, as any other file: whose that
-/// is may be unknown.
+/// The place is the job's alone. From older engines what is no markup comes without it, as any
+/// other file: whose that is may be unknown.
 bool SaveJob::isFor(const QWebEngineDownloadRequest &request) const
 {
     if (request.isSavePageDownload())
         return QDir(request.downloadDirectory()).absoluteFilePath(request.downloadFileName())
             == QFileInfo(m_stage->file()).absoluteFilePath();
-    if (request.url() != m_page->url())
+    if (savesBringTheirPlace || request.url() != m_page->url())
         return false;
     const WebPage *source = DownloadPages::sourceOf(request).page;
     return !source || source == m_page;
@@ -88,8 +89,7 @@ void SaveJob::begin(QWebEngineDownloadRequest &request)
 {
     m_request = &request;
     if (request.state() == QWebEngineDownloadRequest::DownloadRequested) {
-        // Until Qt 6.6.1 what is no markup comes without the place it was to be saved at
-        // (QTBUG-117624).
+        // Only engines that do not bring the place.
         const QFileInfo file(m_stage->file());
         request.setDownloadDirectory(file.path());
         request.setDownloadFileName(file.fileName());
