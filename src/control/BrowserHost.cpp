@@ -1,11 +1,13 @@
 #include "BrowserHost.h"
 
+#include "CertificateNotice.h"
 #include "CrashNotice.h"
 #include "FullScreenNotice.h"
 #include "PageFindBar.h"
 #include "WebView.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEnginePage>
 
@@ -23,6 +25,7 @@ BrowserHost::~BrowserHost()
 
 void BrowserHost::setView(WebView *view)
 {
+    hideFailure();
     m_view = view;
     delete m_findBar;
     setFocusProxy(view);
@@ -42,6 +45,8 @@ void BrowserHost::placeChildren()
         m_view->setGeometry(page);
     if (m_crash)
         m_crash->setGeometry(rect());
+    if (m_failure)
+        m_failure->setGeometry(rect());
 }
 
 void BrowserHost::resizeEvent(QResizeEvent *event)
@@ -97,11 +102,12 @@ void BrowserHost::endFullScreen()
 void BrowserHost::giveUpView()
 {
     m_view.clear();
+    hideFailure();
 }
 
 void BrowserHost::openFindBar()
 {
-    if (!m_view || m_view->parentWidget() != this)
+    if (!m_view || m_view->parentWidget() != this || m_failure)
         return;
     if (!m_findBar) {
         m_findBar = new PageFindBar(m_view->page(), this);
@@ -118,10 +124,49 @@ void BrowserHost::showCrash()
 {
     if (m_crash)
         return;
+    hideFailure();
     m_crash = new CrashNotice(this);
     connect(m_crash, &CrashNotice::reloadPressed, this, &BrowserHost::reloadRequested);
     placeChildren();
     m_crash->show();
+}
+
+/// The view goes out of sight meanwhile: what is behind the notice can neither be pressed nor read.
+void BrowserHost::showFailure(const CertificateFailure &failure)
+{
+    endFullScreen();
+    if (!m_view || m_view->parentWidget() != this)
+        return;
+    const QWidget *focus = QApplication::focusWidget();
+    const bool hadFocus = focus && isAncestorOf(focus);
+    delete m_findBar;
+    delete m_failure;
+    m_failure = new CertificateNotice(failure, this);
+    connect(m_failure, &CertificateNotice::backPressed, this, &BrowserHost::backRequested);
+    connect(m_failure, &CertificateNotice::goOnPressed, this, &BrowserHost::goOnRequested);
+    setFocusProxy(m_failure);
+    placeChildren();
+    m_failure->show();
+    if (hadFocus)
+        m_failure->setFocus();
+    m_view->hide();
+}
+
+void BrowserHost::hideFailure()
+{
+    if (!m_failure)
+        return;
+    const QWidget *focus = QApplication::focusWidget();
+    const bool hadFocus = focus && m_failure->isAncestorOf(focus);
+    m_failure->hide();
+    m_failure->deleteLater();
+    m_failure.clear();
+    setFocusProxy(m_view);
+    if (!m_view)
+        return;
+    m_view->show();
+    if (hadFocus)
+        m_view->setFocus();
 }
 
 void BrowserHost::hideCrash()

@@ -3,11 +3,13 @@
 #include <QPointer>
 #include <QWidget>
 
+class CertificateNotice;
 class CrashNotice;
 class FullScreenNotice;
 class PageFindBar;
 class QWebEngineFullScreenRequest;
 class WebView;
+struct CertificateFailure;
 
 /// The widget that a browser window places: it holds the view of the page, from when there is one,
 /// and takes it back after full screen.
@@ -28,11 +30,17 @@ public:
     /// Covers the page with a notice that it has ended, until `hideCrash`.
     void showCrash();
     void hideCrash();
+    /// Has a notice stand where the page would: its server could not prove who it is.
+    void showFailure(const CertificateFailure &failure);
+    void hideFailure();
     /// Opens the bar under the page that finds text in it; nothing without a page.
     void openFindBar();
 
 signals:
     void reloadRequested();
+    /// What the user chose on the notice of a failure.
+    void backRequested();
+    void goOnRequested(const CertificateFailure &failure);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -44,6 +52,7 @@ private:
 
     QPointer<WebView> m_view;
     QPointer<CrashNotice> m_crash;
+    QPointer<CertificateNotice> m_failure;
     QPointer<PageFindBar> m_findBar;
     QPointer<FullScreenNotice> m_notice;
 };

@@ -4,6 +4,7 @@
 #include "ErrorPage.h"
 #include "Listener.h"
 #include "NavigationHistory.h"
+#include "PageCertificates.h"
 #include "PageIndicators.h"
 #include "PageLife.h"
 #include "RefusedAddress.h"
@@ -49,9 +50,12 @@ NavigationTeller::NavigationTeller(PageLife &life, const Listener &listener, Nav
     , m_indicators(new PageIndicators(this))
 {
     connect(&life, &PageLife::came, m_indicators, &PageIndicators::watch);
-    connect(m_indicators, &PageIndicators::secureChanged, this, [this](bool secure) {
-        m_listener.tell(&WebBrowserEvents::setSecureLockIcon, secure ? 1 : 0);
-    });
+    const auto tellLock = [this] {
+        const int lock = m_indicators->isSecure() ? 1 : m_indicators->isUnproven() ? -1 : 0;
+        m_listener.tell(&WebBrowserEvents::setSecureLockIcon, lock);
+    };
+    connect(m_indicators, &PageIndicators::secureChanged, this, tellLock);
+    connect(m_indicators, &PageIndicators::unprovenChanged, this, tellLock);
     connect(m_indicators, &PageIndicators::privacyImpacted, this, [this](bool impacted) {
         m_listener.tell(&WebBrowserEvents::privacyImpactedStateChange, impacted);
     });
@@ -101,7 +105,7 @@ void NavigationTeller::tellOne(const Navigation::Event &event)
         QTimer::singleShot(0, this, [this] { tell(m_state.blankShown()); });
         break;
     case What::ErrorCame:
-        ErrorPage::show(m_life.page(), event.url, event.error);
+        tellError(event);
         break;
     case What::Location:
         m_listener.tell(&WebBrowserEvents::locationChange, event.text);
@@ -131,6 +135,8 @@ void NavigationTeller::tellPage(const Navigation::Event &event)
 {
     WebPage *page = m_life.page();
     page->noteArrival();
+    if (m_life.host())
+        m_life.host()->hideFailure();
     m_indicators->reset(event.url, event.hasArrived);
     if (m_life.questions())
         m_life.questions()->pageChanged(event.url);
@@ -139,6 +145,15 @@ void NavigationTeller::tellPage(const Navigation::Event &event)
         m_history.skipCurrent(page);
     forgetLinks(m_state.linksToForget());
     m_listener.tell(&WebBrowserEvents::navigateComplete2, event.text);
+}
+
+/// A server that cannot prove who it is has a notice of ours, over the page of the error.
+void NavigationTeller::tellError(const Navigation::Event &event)
+{
+    ErrorPage::show(m_life.page(), event.url, event.error);
+    const auto failure = m_life.page()->certificates().failureAt(event.url, event.error);
+    if (failure && m_life.host())
+        m_life.host()->showFailure(*failure);
 }
 
 void NavigationTeller::forgetLinks(const QList<QUrl> &links)

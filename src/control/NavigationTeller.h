@@ -42,6 +42,7 @@ signals:
 private:
     void tellOne(const Navigation::Event &event);
     void tellPage(const Navigation::Event &event);
+    void tellError(const Navigation::Event &event);
     void forgetLinks(const QList<QUrl> &links);
     void tellIfNothingCame();
     void showStatus(const QString &text);

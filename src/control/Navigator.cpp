@@ -166,6 +166,14 @@ void Navigator::reload(QWebEnginePage::WebAction action)
     page->triggerAction(action);
 }
 
+/// Not where another page stands there by now. A form that the page was asked for with never left.
+void Navigator::askAgain(const QUrl &url)
+{
+    WebPage *page = m_life.page();
+    if (page && m_state.showsError() && isSamePage(QUrl(m_state.location()), url))
+        page->resend(QWebEnginePage::Reload);
+}
+
 void Navigator::stop()
 {
     m_state.stop();

@@ -30,6 +30,8 @@ public:
     QList<HistoryStep> historySteps() const;
     bool goTo(int offset);
     void reload(QWebEnginePage::WebAction action);
+    /// The page at `url` failed before anything was sent to its server, and is loaded once more.
+    void askAgain(const QUrl &url);
     void stop();
 
 signals:

@@ -5,12 +5,17 @@
 
 class WebPage;
 
-/// Whether a page is secure, and whether cookies of other sites were refused on it.
+/// Whether a page is secure, or proves nothing where it ought to, and whether cookies of other
+/// sites were refused on it.
 class PageIndicators : public QObject {
     Q_OBJECT
 
 public:
     explicit PageIndicators(QObject *parent);
+
+    /// The page comes over a connection of which nothing is proven, or a part of it does.
+    bool isUnproven() const { return m_unproven; }
+    bool isSecure() const { return m_secure; }
     void watch(WebPage *page);
     /// A page is on its way; what is refused to it before it is shown is kept for it.
     void expect(const QUrl &url);
@@ -21,6 +26,7 @@ public:
 
 signals:
     void secureChanged(bool secure);
+    void unprovenChanged(bool unproven);
     void privacyImpacted(bool impacted);
 
 private:
@@ -31,6 +37,9 @@ private:
     QUrl m_expected;
     bool m_arrived = false;
     bool m_mixed = false;
+    bool m_hasUnprovenPart = false;
+    bool m_hasUnprovenPartEarly = false;
+    bool m_unproven = false;
     bool m_secure = false;
     bool m_impacted = false;
     bool m_impactedEarly = false;

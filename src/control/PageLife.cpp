@@ -104,6 +104,8 @@ void PageLife::end()
         m_view.clear();
         m_page.clear();
     }
+    if (m_host)
+        m_host->hideFailure();
     delete m_view;
     delete m_page;
     leaveCrashed();

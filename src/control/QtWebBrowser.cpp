@@ -1,6 +1,8 @@
 #include "QtWebBrowser.h"
 
+#include "CertificateExceptions.h"
 #include "PageCommands.h"
+#include "PageConnection.h"
 
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineScript>
@@ -17,6 +19,8 @@ QtWebBrowser::QtWebBrowser(QWidget *host)
     , m_title(nullptr)
 {
     connect(m_life.host(), &BrowserHost::reloadRequested, this, &QtWebBrowser::refresh);
+    connect(m_life.host(), &BrowserHost::backRequested, this, &QtWebBrowser::leaveFailure);
+    connect(m_life.host(), &BrowserHost::goOnRequested, this, &QtWebBrowser::goOn);
     connect(&m_life, &PageLife::came, this, &QtWebBrowser::watch);
     connect(&m_navigator, &Navigator::refreshRequested, this, &QtWebBrowser::refresh);
     connect(&m_navigator.teller(), &NavigationTeller::loadEnded, this, &QtWebBrowser::loadEnded);
@@ -101,6 +105,27 @@ void QtWebBrowser::refresh2(int level)
         return;
     m_navigator.reload(level == completely ? QWebEnginePage::ReloadAndBypassCache
                                            : QWebEnginePage::Reload);
+}
+
+/// Until the program ends, where that very page still stands for the window.
+void QtWebBrowser::goOn(const CertificateFailure &failure)
+{
+    if (!mayRun([this, failure] { goOn(failure); }))
+        return;
+    CertificateExceptions::instance().add(failure);
+    m_navigator.askAgain(failure.url);
+}
+
+void QtWebBrowser::leaveFailure()
+{
+    if (!goBack())
+        navigate(u"about:blank"_s);
+}
+
+void QtWebBrowser::showCertificates()
+{
+    if (page() && m_life.host())
+        PageConnection::open(QUrl(locationUrl()), m_life.host());
 }
 
 bool QtWebBrowser::execCommand(OleCmd command, OleExecOpt, const QVariant *in, QVariant *out)

@@ -43,6 +43,7 @@ public:
     bool hasDocument() const override { return m_navigator.state().hasDocument(); }
     void clearDocument() override { }
     void outerHtml(const std::function<void(const QString &)> &done) override;
+    void showCertificates() override;
     bool isBusy() const override { return m_navigator.state().isBusy(); }
     Arrival arrivedBy() const override { return m_navigator.state().arrival(); }
     WindowRequest currentRequest() const override { return m_windows.current(); }
@@ -61,6 +62,8 @@ public:
 
 private:
     void watch(WebPage *page, WebView *view, QObject *bond);
+    void goOn(const CertificateFailure &failure);
+    void leaveFailure();
     /// A command of the user's may run now; else it is `command` that does, later.
     bool mayRun(const std::function<void()> &command);
 

@@ -96,7 +96,8 @@ public:
     virtual void documentComplete(const QString &url) = 0;
     /// The page's script asks for its window to be closed.
     virtual void windowClosing(bool isChildWindow, bool &cancel) = 0;
-    /// Greater than 0 while the page is secure.
+    /// Greater than 0 while the page is secure; below 0 while it, or a part of it, comes from a
+    /// server whose certificate proves nothing and that the user went on to all the same.
     virtual void setSecureLockIcon(int secureLockIcon) = 0;
     virtual void privacyImpactedStateChange(bool impacted) = 0;
     /// The keyboard focus has come to the page.
@@ -168,6 +169,8 @@ public:
     /// empty when the page goes away meanwhile.
     virtual void outerHtml(const std::function<void(const QString &)> &done) = 0;
     virtual bool isBusy() const = 0;
+    /// Opens a dialog with the certificates of the page's server; nothing where it has none.
+    virtual void showCertificates() { }
     /// How the navigation of the whole page that was last asked for came about.
     virtual Arrival arrivedBy() const { return Arrival::ByAddress; }
     /// True: the page's scripts get null at once for windows that the user did nothing for, and

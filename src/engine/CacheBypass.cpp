@@ -5,6 +5,7 @@
 void CacheBypass::interceptRequest(QWebEngineUrlRequestInfo &info)
 {
     const bool isPage = info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame;
+    emit requested(info.requestUrl(), isPage);
     if (isPage)
         emit pageRequested(info.requestMethod());
     if (isPage || info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeSubFrame)

@@ -19,6 +19,8 @@ signals:
     void pageRequested(const QByteArray &method);
     /// The page or a frame of it is asked for, with a form where the method is not "GET".
     void frameRequested(const QUrl &url, const QByteArray &method);
+    /// Something is asked for; again for each redirect.
+    void requested(const QUrl &url, bool isPage);
 
 private:
     bool m_active = false;

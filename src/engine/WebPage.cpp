@@ -4,6 +4,7 @@
 #include "DownloadPages.h"
 #include "EngineVersion.h"
 #include "Log.h"
+#include "PageCertificates.h"
 #include "PageDownloads.h"
 #include "PageHold.h"
 #include "PageLogin.h"
@@ -14,7 +15,6 @@
 
 #include <QAuthenticator>
 #include <QScopeGuard>
-#include <QWebEngineCertificateError>
 #include <QWebEngineContextMenuRequest>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineHistory>
@@ -45,6 +45,7 @@ bool opensLink(QWebEnginePage::WebAction action)
 WebPage::WebPage(QWebEngineProfile *profile)
     : QWebEnginePage(profile)
     , m_cacheBypass(new CacheBypass(this))
+    , m_certificates(new PageCertificates(*this))
 {
     setUrlRequestInterceptor(m_cacheBypass);
     connect(m_cacheBypass, &CacheBypass::pageRequested, this,
@@ -57,6 +58,11 @@ WebPage::WebPage(QWebEngineProfile *profile)
                     m_formAddress.clear();
                 DownloadPages::note(*this, url);
             });
+    connect(m_cacheBypass, &CacheBypass::requested, m_certificates,
+            [this](const QUrl &url, bool isPage) {
+                if (!isPage)
+                    m_certificates->noteRequest(url);
+            });
     answerRequests();
 }
 
@@ -67,10 +73,6 @@ WebPage::~WebPage()
 
 void WebPage::answerRequests()
 {
-    connect(this, &QWebEnginePage::certificateError, this,
-            [](const QWebEngineCertificateError &error) {
-                QWebEngineCertificateError(error).rejectCertificate();
-            });
 #if ORVANE_HAS_PERMISSION_OBJECTS
     connect(this, &QWebEnginePage::permissionRequested, this,
             [](const QWebEnginePermission &permission) { permission.deny(); });

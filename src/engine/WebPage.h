@@ -10,6 +10,7 @@
 #include "ScriptError.h"
 
 class CacheBypass;
+class PageCertificates;
 class PageDownloads;
 class PageQuestions;
 
@@ -63,6 +64,8 @@ public:
     bool isAnswerToForm(const QUrl &url) const;
     /// What the page may download unasked.
     PageDownloads &downloads();
+    /// Certificates of the page and its parts that prove nothing.
+    PageCertificates &certificates() { return *m_certificates; }
     /// A page that took over the contents of a request for a window has lost its interceptor.
     void renewInterceptor();
     /// The focused element of the page takes text.
@@ -129,6 +132,7 @@ private:
     IsOnItsWay m_isOnItsWay;
     QPointer<PageQuestions> m_questions;
     CacheBypass *m_cacheBypass = nullptr;
+    PageCertificates *m_certificates;
     PageDownloads *m_downloads = nullptr;
     /// The last address that a form was sent to.
     QUrl m_formAddress;

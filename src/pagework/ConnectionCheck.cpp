@@ -1,5 +1,6 @@
 #include "ConnectionCheck.h"
 
+#include "CertificateText.h"
 #include "Texts.h"
 
 #include <QLocale>
@@ -15,6 +16,7 @@ namespace {
 constexpr int securePort = 443;
 /// Milliseconds.
 constexpr int longestWait = 15'000;
+constexpr qsizetype longestChain = 20;
 
 constexpr Texts<"PageProperties"> texts;
 
@@ -22,7 +24,7 @@ QString described(const QSslCertificate &certificate)
 {
     const QLocale locale;
     return texts.at<"strCertificate", "%1, issued by %2, valid from %3 to %4">().arg(
-        certificate.subjectDisplayName(), certificate.issuerDisplayName(),
+        CertificateText::subject(certificate), CertificateText::issuer(certificate),
         locale.toString(certificate.effectiveDate().date(), QLocale::ShortFormat),
         locale.toString(certificate.expiryDate().date(), QLocale::ShortFormat));
 }
@@ -45,12 +47,16 @@ void ConnectionCheck::answerFrom(const QSslSocket &socket)
     QStringList lines{texts.at<"strOwnConnection",
                                "As the server shows them now to a connection of "
                                "this window's own:">()};
-    const QList<QSslCertificate> chain = socket.peerCertificateChain();
-    for (const QSslCertificate &certificate : chain)
-        lines.append(described(certificate));
+    if (m_answered)
+        return;
+    m_chain = socket.peerCertificateChain();
     const QList<QSslError> errors = socket.sslHandshakeErrors();
     for (const QSslError &error : errors)
-        lines.append(error.errorString());
+        m_problems.append(error.errorString());
+    const QList<QSslCertificate> shown = m_chain.first(qMin(longestChain, m_chain.size()));
+    for (const QSslCertificate &certificate : shown)
+        lines.append(described(certificate));
+    lines.append(m_problems);
     const QSslCipher cipher = socket.sessionCipher();
     QString protocol = texts.at<"strEncrypted", "Encrypted">();
     if (!cipher.isNull())

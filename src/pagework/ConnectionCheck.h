@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QSslCertificate>
 
 class QSslSocket;
 class QUrl;
@@ -13,6 +14,10 @@ class ConnectionCheck : public QObject {
 public:
     using QObject::QObject;
     void ask(const QUrl &url);
+    /// The certificates, the server's own first, and what is wrong with them; both empty until the
+    /// answer, and where there was none.
+    const QList<QSslCertificate> &chain() const { return m_chain; }
+    const QStringList &problems() const { return m_problems; }
 
 signals:
     /// Once: what to show of the connection, and of its chain of certificates.
@@ -23,5 +28,7 @@ private:
     void answerFailure(const QString &reason);
     void answer(const QString &protocol, const QString &chain);
 
+    QList<QSslCertificate> m_chain;
+    QStringList m_problems;
     bool m_answered = false;
 };

@@ -1,6 +1,8 @@
 #include "PageProperties.h"
 
+#include "Captioned.h"
 #include "ConnectionCheck.h"
+#include "PageConnection.h"
 #include "ShownAddress.h"
 #include "ShownText.h"
 #include "Texts.h"
@@ -83,6 +85,10 @@ PageProperties::PageProperties(QWebEnginePage *page, QWidget *owner)
     m_certificates = addRow(texts.at<"lblCertificates", "Certificates:">);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    m_openCertificates = addCaptioned(*buttons, texts.at<"cmdCertificates", "&Certificates...">,
+                                      QDialogButtonBox::ActionRole);
+    connect(m_openCertificates, &QPushButton::clicked, this,
+            [this] { PageConnection::open(m_url, this); });
     column->addWidget(buttons);
     showConnection(m_url);
     page->runJavaScript(factScript, QWebEngineScript::ApplicationWorld,
@@ -135,6 +141,7 @@ void PageProperties::showConnection(const QUrl &url)
                 ? texts.at<"strOpen", "Not encrypted">()
                 : texts.at<"strNone", "None: the page did not come over a network">());
         m_rows->setRowVisible(m_certificates, false);
+        m_openCertificates->hide();
         return;
     }
     m_connection->setText(texts.at<"strEncrypted", "Encrypted">());

@@ -5,6 +5,7 @@
 
 class QFormLayout;
 class QLabel;
+class QPushButton;
 class QWebEnginePage;
 class Text;
 
@@ -30,4 +31,5 @@ private:
     QLabel *m_opened;
     QLabel *m_connection;
     QLabel *m_certificates;
+    QPushButton *m_openCertificates;
 };

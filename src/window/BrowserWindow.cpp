@@ -37,6 +37,7 @@ BrowserWindow::BrowserWindow(Frame &frame)
     m_browser->setEvents(this);
     connect(m_browser, &WebBrowser::loadEnded, this, &BrowserWindow::nameIfNameless);
     m_status = new StatusStrip(m_client);
+    connect(m_status, &StatusStrip::connectionPressed, m_browser, &WebBrowser::showCertificates);
     m_questions = new PageQuestions(m_client);
     m_browser->setQuestions(m_questions);
     m_client->setFocusProxy(m_browser->widget());

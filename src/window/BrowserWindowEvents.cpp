@@ -162,6 +162,7 @@ void BrowserWindow::windowClosing(bool, bool &cancel)
 void BrowserWindow::setSecureLockIcon(int secureLockIcon)
 {
     m_status->setSecureShown(secureLockIcon > 0);
+    m_status->setUnprovenShown(secureLockIcon < 0);
 }
 
 void BrowserWindow::privacyImpactedStateChange(bool impacted)

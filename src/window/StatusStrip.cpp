@@ -19,17 +19,19 @@ constexpr int indicatorGap = 5;
 /// Longer texts are cut for painting only: measuring a megabyte would hold the frame.
 constexpr int longestPainted = 500;
 
-/// A closed padlock.
-void paintLock(QPainter &painter, const QRectF &box)
+/// A padlock.
+void paintLock(QPainter &painter, const QRectF &box, bool isOpen)
 {
     const qreal unit = box.width() / 13;
+    const qreal turned = isOpen ? 5 * unit : 0;
     const QRectF body(box.left() + 2 * unit, box.top() + 6 * unit, 9 * unit, 6 * unit);
+    const qreal left = box.left() + 4 * unit + turned;
     QPainterPath shackle;
-    shackle.moveTo(box.left() + 4 * unit, body.top());
-    shackle.lineTo(box.left() + 4 * unit, box.top() + 4 * unit);
-    shackle.arcTo(QRectF(box.left() + 4 * unit, box.top() + 1.2 * unit, 5 * unit, 5 * unit), 180,
-                  -180);
-    shackle.lineTo(box.left() + 9 * unit, body.top());
+    shackle.moveTo(left, body.top());
+    shackle.lineTo(left, box.top() + 4 * unit);
+    shackle.arcTo(QRectF(left, box.top() + 1.2 * unit, 5 * unit, 5 * unit), 180, -180);
+    if (!isOpen)
+        shackle.lineTo(left + 5 * unit, body.top());
     painter.strokePath(shackle, QPen(painter.pen().color(), 1.5 * unit));
     painter.fillRect(body, painter.pen().color());
 }
@@ -54,6 +56,11 @@ constexpr Texts<"frmBrowser"> texts;
 const Text &privacyTip =
     texts.at<"strPrivacyTip", "Cookies of other sites were refused on this page">;
 const Text &secureTip = texts.at<"strSecureTip", "The connection to this page is secure">;
+const Text &unproven = texts.at<"strUnproven", "Not secure">;
+const Text &unprovenTip =
+    texts.at<"strUnprovenTip",
+             "Not secure: this page, or a part of it, comes from a server that could not prove who "
+             "it is">;
 }
 
 StatusStrip::StatusStrip(QWidget *parent)
@@ -96,15 +103,41 @@ void StatusStrip::setSecureShown(bool shown)
     update();
 }
 
+void StatusStrip::setUnprovenShown(bool shown)
+{
+    if (shown == m_unproven)
+        return;
+    m_unproven = shown;
+    refreshAccessibleText();
+    update();
+}
+
+int StatusStrip::wordsWidth() const
+{
+    const int words = m_unproven ? fontMetrics().horizontalAdvance(unproven()) : 0;
+    constexpr int leastForText = 120;
+    return words + leastForText < width() ? words : 0;
+}
+
 QRect StatusStrip::indicatorRect(int fromRight) const
 {
-    const int left = width() - (fromRight + 1) * (indicatorSize + indicatorGap);
+    const int words = wordsWidth();
+    const int right = width() - (words > 0 ? words + indicatorGap : 0);
+    const int left = right - (fromRight + 1) * (indicatorSize + indicatorGap);
     return QRect(left, (height() - indicatorSize + 1) / 2, indicatorSize, indicatorSize);
 }
 
 QRect StatusStrip::secureRect() const
 {
     return m_secure ? indicatorRect(0) : QRect();
+}
+
+QRect StatusStrip::unprovenRect() const
+{
+    if (!m_unproven)
+        return {};
+    const int words = wordsWidth();
+    return indicatorRect(0).adjusted(0, 0, words > 0 ? words + indicatorGap : 0, 0);
 }
 
 QRect StatusStrip::privacyRect() const
@@ -119,6 +152,8 @@ void StatusStrip::refreshAccessibleText()
         indicators.append(privacyTip());
     if (m_secure)
         indicators.append(secureTip());
+    if (m_unproven)
+        indicators.append(unprovenTip());
     setAccessibleName(m_text.left(longestPainted).trimmed());
     setAccessibleDescription(indicators.join(u". "_s));
 }
@@ -132,6 +167,8 @@ bool StatusStrip::event(QEvent *event)
             tip = privacyTip();
         else if (secureRect().contains(help->pos()))
             tip = secureTip();
+        else if (unprovenRect().contains(help->pos()))
+            tip = unprovenTip();
         QToolTip::showText(help->globalPos(), tip, this);
         return true;
     }
@@ -156,8 +193,21 @@ void StatusStrip::paintEvent(QPaintEvent *)
     const QString shown =
         blank + elidedAddress(text.sliced(blank.size()), fontMetrics(), room, Qt::ElideRight);
     painter.drawText(textRect, int(Qt::AlignVCenter | Qt::AlignLeft) | Qt::TextSingleLine, shown);
+    paintIndicators(painter);
+}
+
+void StatusStrip::paintIndicators(QPainter &painter) const
+{
     if (m_secure)
-        paintLock(painter, secureRect());
+        paintLock(painter, secureRect(), false);
+    if (m_unproven) {
+        paintLock(painter, indicatorRect(0), true);
+        const QRect words = unprovenRect().adjusted(indicatorSize + indicatorGap, 0, 0, 0);
+        if (wordsWidth() > 0)
+            painter.drawText(QRect(words.left(), 1, words.width(), height() - 1),
+                             int(Qt::AlignVCenter | Qt::AlignLeft) | Qt::TextSingleLine,
+                             unproven());
+    }
     if (m_privacy)
         paintEye(painter, privacyRect());
 }
@@ -165,4 +215,8 @@ void StatusStrip::paintEvent(QPaintEvent *)
 void StatusStrip::mousePressEvent(QMouseEvent *event)
 {
     event->accept();
+    const bool isOnConnection =
+        secureRect().contains(event->pos()) || unprovenRect().contains(event->pos());
+    if (event->button() == Qt::LeftButton && isOnConnection)
+        emit connectionPressed();
 }

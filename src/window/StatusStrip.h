@@ -4,7 +4,8 @@
 #include <QWidget>
 
 /// The status bar of a browser window: the status text, and at the right end the privacy and the
-/// secure indicator while they apply. Painted by itself; cheap to change many times a second.
+/// secure indicator while they apply, or that the page is not secure where it ought to be. Painted
+/// by itself; cheap to change many times a second.
 class StatusStrip : public QWidget {
     Q_OBJECT
 
@@ -24,8 +25,17 @@ public:
     bool secureShown() const { return m_secure; }
     void setSecureShown(bool shown);
 
+    /// In place of panel 3: the page comes from a server that could not prove who it is.
+    bool unprovenShown() const { return m_unproven; }
+    void setUnprovenShown(bool shown);
+
     QRect privacyRect() const;
     QRect secureRect() const;
+    QRect unprovenRect() const;
+
+signals:
+    /// The user pressed what the strip says of the page's connection.
+    void connectionPressed();
 
 protected:
     bool event(QEvent *event) override;
@@ -35,8 +45,12 @@ protected:
 private:
     QRect indicatorRect(int fromRight) const;
     void refreshAccessibleText();
+    void paintIndicators(QPainter &painter) const;
+    /// Pixels that the words of the open lock need; 0 where there is no room for them.
+    int wordsWidth() const;
 
     QString m_text;
     bool m_privacy = false;
     bool m_secure = false;
+    bool m_unproven = false;
 };

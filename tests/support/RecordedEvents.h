@@ -39,7 +39,11 @@ public:
         lines.append(QStringLiteral("complete ") + url);
     }
     void windowClosing(bool, bool &) override { lines.append(QStringLiteral("closing")); }
-    void setSecureLockIcon(int lock) override { secure = lock > 0; }
+    void setSecureLockIcon(int lock) override
+    {
+        secure = lock > 0;
+        unproven = lock < 0;
+    }
     void privacyImpactedStateChange(bool impacted) override { privacy = impacted; }
     void gotFocus() override { ++focused; }
 
@@ -64,5 +68,6 @@ public:
     int focused = 0;
     bool refuse = false;
     bool secure = false;
+    bool unproven = false;
     bool privacy = false;
 };

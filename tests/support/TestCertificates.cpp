@@ -1,5 +1,6 @@
 #include "TestCertificates.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -21,6 +22,25 @@ QString run(const QString &folder, const QString &program, const QString &argume
         return {};
     return program + ": "_L1 + process.errorString() + u' '
         + QString::fromLocal8Bit(process.readAll());
+}
+
+void check(const QString &wrong)
+{
+    if (!wrong.isEmpty())
+        qFatal("%s", qPrintable(wrong));
+}
+
+void write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    check(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() ? QString() : path);
+}
+
+QString inYears(int years)
+{
+    // Well before now where it is to be valid at once.
+    return QDateTime::currentDateTimeUtc().addYears(years).addDays(-1).toString(
+        u"yyyyMMddHHmmss'Z'"_s);
 }
 
 QByteArray bytesOf(const QString &path)
@@ -66,6 +86,52 @@ QSslConfiguration server(const QString &folder)
     configuration.setPrivateKey(QSslKey(bytesOf(folder + "/server.key"_L1), QSsl::Rsa));
     configuration.setLocalCertificate(QSslCertificate(bytesOf(folder + "/server.pem"_L1)));
     return configuration;
+}
+
+QSslConfiguration shaped(const QString &folder, const Shape &shape)
+{
+    static int count = 0;
+    const QString own = folder + u"/shaped%1"_s.arg(++count);
+    QDir().mkpath(own);
+    write(own + "/names"_L1,
+          "subjectAltName=" + shape.names.join(u',').toLatin1() + "\nbasicConstraints=CA:FALSE\n");
+    write(own + "/index"_L1, {});
+    write(own + "/ca.conf"_L1,
+          "[ca]\ndefault_ca=test\n[test]\nnew_certs_dir=.\ndatabase=index\nrand_serial=yes\n"
+          "policy=any\n[any]\ncommonName=optional\norganizationName=optional\n");
+    const QString key = u"-newkey rsa:%1 -nodes -keyout server.key"_s.arg(shape.bits);
+    QString signer = folder;
+    if (shape.signer == Signer::Stranger) {
+        signer = own;
+        check(run(own, u"openssl"_s,
+                  u"req -x509 -newkey rsa:2048 -nodes -keyout ca.key -out ca.pem -days 5 -subj "
+                  "/CN=Stranger"_s));
+    }
+    check(run(own, u"openssl"_s, u"req "_s + key + u" -out server.csr -subj "_s + shape.subject));
+    const QString signing = shape.signer == Signer::Itself
+        ? u"-selfsign -keyfile server.key"_s
+        : u"-cert %1/ca.pem -keyfile %1/ca.key"_s.arg(signer);
+    check(run(own, u"openssl"_s,
+              u"ca -batch -config ca.conf -notext -extfile names -in server.csr -out server.pem "
+              "-md %1 -startdate %2 -enddate %3 "_s.arg(shape.digest, inYears(shape.from),
+                                                        inYears(shape.until))
+                  + signing));
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.setPrivateKey(QSslKey(bytesOf(own + "/server.key"_L1), QSsl::Rsa));
+    QList<QSslCertificate> chain{QSslCertificate(bytesOf(own + "/server.pem"_L1))};
+    if (shape.signer != Signer::Itself)
+        chain.append(QSslCertificate(bytesOf(signer + "/ca.pem"_L1)));
+    configuration.setLocalCertificateChain(chain);
+    return configuration;
+}
+
+void allowWeakServers(const QString &folder)
+{
+    const QString path = folder + "/weak.conf"_L1;
+    write(path,
+          "openssl_conf=all\n[all]\nssl_conf=ssl\n[ssl]\nsystem_default=weak\n[weak]\n"
+          "CipherString=DEFAULT:@SECLEVEL=0\n[req]\ndistinguished_name=names\n[names]\n");
+    qputenv("OPENSSL_CONF", path.toUtf8());
 }
 
 }

@@ -116,6 +116,11 @@ TestServer::TestServer(const QSslConfiguration &certificate)
     start();
 }
 
+void TestServer::setCertificate(const QSslConfiguration &certificate)
+{
+    static_cast<QSslServer *>(m_server.get())->setSslConfiguration(certificate);
+}
+
 void TestServer::start()
 {
     connect(m_server.get(), &QTcpServer::pendingConnectionAvailable, this, [this] {

@@ -54,6 +54,9 @@ public:
     explicit TestServer(const QSslConfiguration &certificate);
     ~TestServer() override;
 
+    /// Of an https server, for the connections from now on.
+    void setCertificate(const QSslConfiguration &certificate);
+
     bool isListening() const;
     int port() const;
     /// The address of `path` ("/x") on this server.

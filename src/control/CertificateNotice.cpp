@@ -1,0 +1,139 @@
+#include "CertificateNotice.h"
+
+#include "Captioned.h"
+#include "CertificateDetails.h"
+#include "CertificateReason.h"
+#include "ShownAddress.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QScrollArea>
+#include <QStyle>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// Pixels.
+constexpr int widestText = 560;
+constexpr int around = 24;
+
+constexpr Texts<"Certificate"> texts;
+
+QLabel *addLabel(QVBoxLayout &column, const char *name, const QString &text)
+{
+    auto *label = new QLabel(text);
+    label->setObjectName(QLatin1StringView(name));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    column.addWidget(label);
+    return label;
+}
+}
+
+CertificateNotice::CertificateNotice(const CertificateFailure &failure, QWidget *parent)
+    : QWidget(parent)
+    , m_failure(failure)
+{
+    setObjectName("CertificateNotice"_L1);
+    setAutoFillBackground(true);
+    auto *contents = new QWidget;
+    contents->setMaximumWidth(widestText);
+    auto *column = new QVBoxLayout(contents);
+    column->setContentsMargins(around, around, around, around);
+    column->setSpacing(12);
+    column->addStretch(1);
+    addTexts(*column);
+    addButtons(*column);
+    column->addStretch(2);
+
+    auto *middle = new QWidget;
+    auto *row = new QHBoxLayout(middle);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addStretch();
+    row->addWidget(contents, 100);
+    row->addStretch();
+    auto *scroll = new QScrollArea(this);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(middle);
+    auto *all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->addWidget(scroll);
+}
+
+void CertificateNotice::addTexts(QVBoxLayout &column)
+{
+    const QString headline =
+        texts.at<"strHeading", "%1 could not prove who it is">().arg(shownSite(m_failure.url));
+    QLabel *title = addLabel(column, "lblHeading", headline);
+    QFont large = title->font();
+    large.setBold(true);
+    large.setPointSizeF(large.pointSizeF() * 1.3);
+    title->setFont(large);
+    const QString reasons = CertificateReason::reasonsFor(m_failure).join(u'\n');
+    addLabel(column, "lblReason", reasons);
+    const QString cause = CertificateReason::causeOf(m_failure);
+    addLabel(column, "lblCause", cause);
+    const QString why = CertificateReason::whyNoWay(m_failure);
+    if (!why.isEmpty())
+        addLabel(column, "lblNoWay", why);
+    setAccessibleName(headline);
+    setAccessibleDescription(reasons + u'\n' + cause);
+}
+
+void CertificateNotice::addButtons(QVBoxLayout &column)
+{
+    auto *row = new QHBoxLayout;
+    const auto add = [&](const Text &caption) {
+        auto *button = captioned<QPushButton>(caption);
+        button->setAutoDefault(true);
+        row->addWidget(button);
+        return button;
+    };
+    QPushButton *back = add(texts.at<"cmdBack", "&Back">);
+    back->setDefault(true);
+    setFocusProxy(back);
+    connect(back, &QPushButton::clicked, this, &CertificateNotice::backPressed);
+    QPushButton *details = add(texts.at<"cmdDetails", "&Details...">);
+    details->setEnabled(!m_failure.chain.isEmpty());
+    connect(details, &QPushButton::clicked, this, &CertificateNotice::openDetails);
+    row->addStretch();
+    if (m_failure.isOverridable) {
+        QPushButton *goOn = add(texts.at<"cmdGoOn", "&Go on, until Orvane ends">);
+        connect(goOn, &QPushButton::clicked, this,
+                [this] { emit goOnPressed(CertificateFailure(m_failure)); });
+    }
+    column.addSpacing(8);
+    column.addLayout(row);
+}
+
+/// It goes with the notice, and with the window.
+void CertificateNotice::openDetails()
+{
+    auto *details = new CertificateDetails(shownSite(m_failure.url), this);
+    details->setNote(CertificateReason::reasonsFor(m_failure).join(u'\n'));
+    details->setChain(m_failure.chain);
+    details->open();
+}
+
+bool CertificateNotice::event(QEvent *event)
+{
+    // The key is a menu item's as well.
+    if (event->type() == QEvent::ShortcutOverride
+        && static_cast<QKeyEvent *>(event)->matches(QKeySequence::Cancel)) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void CertificateNotice::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Cancel) && !event->isAutoRepeat())
+        emit backPressed();
+    else
+        QWidget::keyPressEvent(event);
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "CertificateFailure.h"
+
+#include <QObject>
+#include <optional>
+
+class QWebEngineCertificateError;
+class WebPage;
+
+/// Certificates that the engine does not take for good, and what of a page came over one all the
+/// same. A page whose certificate the user has let pass is loaded; everything else is refused at
+/// once, so that nothing waits inside the engine: parts and frames in silence, and of the page on
+/// its way it is kept why, for whoever shows that it did not come.
+class PageCertificates : public QObject {
+    Q_OBJECT
+
+public:
+    explicit PageCertificates(WebPage &page);
+
+    /// Why the page at `url`, the last one that was asked for, did not come; nothing where the
+    /// network's `error` is none of certificates.
+    std::optional<CertificateFailure> failureAt(const QUrl &url, int error) const;
+    /// Something is asked for, by the page or for it.
+    void noteRequest(const QUrl &url);
+
+signals:
+    /// The page gets something from a host that proves nothing.
+    void unprovenPartSeen();
+
+private:
+    void answer(QWebEngineCertificateError error);
+
+    WebPage &m_page;
+    std::optional<CertificateFailure> m_failure;
+};
