@@ -31,11 +31,11 @@ QWidget *firstStop(QWidget *place)
 }
 
 BandFocus::BandFocus(QWidget &window, CoolBar &bar, const QList<QWidget *> &others,
-                     const std::function<bool()> &focusPage)
+                     const Page &page)
     : QObject(&window)
     , m_bar(bar)
     , m_others(others)
-    , m_focusPage(focusPage)
+    , m_page(page)
 {
     const auto add = [this, &window](const QKeySequence &key, int by) {
         auto *shortcut = new QShortcut(key, &window);
@@ -50,7 +50,7 @@ QList<QWidget *> BandFocus::places() const
     QList<QWidget *> places;
     for (int position = 1; position <= m_bar.bandCount(); ++position)
         places.append(m_bar.band(position)->child());
-    return places + m_others;
+    return places + m_others + QList<QWidget *>{m_page.question()};
 }
 
 int BandFocus::placeOf(const QWidget *focus) const
@@ -77,7 +77,7 @@ void BandFocus::moveOn(int by)
     for (int tries = 0; tries <= count; ++tries) {
         at = (at + 1 + by + count + 1) % (count + 1) - 1;
         if (at < 0) {
-            if (m_focusPage())
+            if (m_page.focus())
                 return;
         } else if (QWidget *stop = firstStop(all.at(at))) {
             stop->setFocus(Qt::TabFocusReason);

@@ -9,14 +9,20 @@ class QWidget;
 
 /// The keys F6 and Shift+F6 of a window: they take the keyboard on to the next, or back to the
 /// previous, of its places. These are the bands of the strip in the order shown, then other
-/// widgets, such as side bars, then the page. What is not shown, or takes no focus, is passed over.
+/// widgets, such as side bars, then what the page asks, then the page. What is not shown, or takes
+/// no focus, is passed over.
 class BandFocus : public QObject {
     Q_OBJECT
 
 public:
-    /// `focusPage` gives the page the focus; it returns false when none is seen.
-    BandFocus(QWidget &window, CoolBar &bar, const QList<QWidget *> &others,
-              const std::function<bool()> &focusPage);
+    struct Page {
+        /// What it asks, as it is shown now; null: nothing.
+        std::function<QWidget *()> question;
+        /// Gives it the focus; false when none is seen.
+        std::function<bool()> focus;
+    };
+
+    BandFocus(QWidget &window, CoolBar &bar, const QList<QWidget *> &others, const Page &page);
 
 private:
     void moveOn(int by);
@@ -27,5 +33,5 @@ private:
 
     CoolBar &m_bar;
     QList<QWidget *> m_others;
-    std::function<bool()> m_focusPage;
+    Page m_page;
 };

@@ -20,6 +20,7 @@
 #include "BandFocus.h"
 #include "BandLayout.h"
 #include "BlockedList.h"
+#include "BrowserWindow.h"
 #include "Clipboard.h"
 #include "CommandBars.h"
 #include "CommandLine.h"
@@ -44,6 +45,7 @@
 #include "MdiArea.h"
 #include "NavigationCommands.h"
 #include "NavigationFlags.h"
+#include "PageQuestions.h"
 #include "PlainCaption.h"
 #include "PopupCommands.h"
 #include "ProgramIcon.h"
@@ -109,13 +111,7 @@ MainWindow::MainWindow()
     makeBands();
     connectAddressBar();
     connectDownloads();
-    new BandFocus(*this, *m_coolBar, {m_favoritesBar, m_searchBar, m_downloads}, [this] {
-        InnerWindow *active = activeInner(*this);
-        const bool isSeen = active && active->widget()->isVisible();
-        if (isSeen)
-            active->focusContents();
-        return isSeen;
-    });
+    joinPlaces();
     const auto giveBack = [this] { m_windows->takeFocus(); };
     new FocusReturn(*this, giveBack);
     new GripGuard(*this, *m_coolBar, giveBack);
@@ -125,6 +121,24 @@ MainWindow::MainWindow()
     connect(QApplication::clipboard(), &QClipboard::dataChanged, &m_commands,
             &CommandTable::refresh);
     m_commands.refresh();
+}
+
+/// By F6.
+void MainWindow::joinPlaces()
+{
+    BandFocus::Page page;
+    page.question = [this] {
+        const BrowserWindow *browser = activeBrowser(*this);
+        return browser ? browser->questions()->shownQuestion() : nullptr;
+    };
+    page.focus = [this] {
+        InnerWindow *active = activeInner(*this);
+        const bool isSeen = active && active->widget()->isVisible();
+        if (isSeen)
+            active->focusContents();
+        return isSeen;
+    };
+    new BandFocus(*this, *m_coolBar, {m_favoritesBar, m_searchBar, m_downloads}, page);
 }
 
 void MainWindow::registerCommands()

@@ -77,6 +77,7 @@ private:
     void connectAddressBar();
     void connectDownloads();
     void registerCommands();
+    void joinPlaces();
     void openFirstWindow();
     void navigateToAddress();
     void restoreAddress();

@@ -1,11 +1,13 @@
 #include "PageQuestionBox.h"
 
 #include "Captioned.h"
+#include "FlowRows.h"
+#include "QuestionAccessible.h"
 #include "ShownAddress.h"
 
-#include <QAccessible>
+#include <QApplication>
 #include <QCheckBox>
-#include <QDialogButtonBox>
+#include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -16,8 +18,11 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-/// Pixels.
-constexpr int widest = 520;
+/// Of the grid; the buttons stand in a column of their own, or in the last one.
+constexpr int headRow = 0;
+constexpr int textRow = 1;
+constexpr int fieldsRow = 2;
+constexpr int ticksRow = 3;
 
 constexpr Texts<"PageQuestions"> texts;
 
@@ -53,30 +58,54 @@ bool isAnswerKey(const QKeyEvent &event)
     return !event.modifiers().testAnyFlags(Qt::ControlModifier | Qt::AltModifier)
         && (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter);
 }
+
+/// Side by side, in as many rows as it takes.
+QWidget *makeRows(QWidget *parent)
+{
+    auto *rows = new QWidget(parent);
+    rows->setLayout(new FlowRows);
+    rows->layout()->setContentsMargins({});
+    return rows;
+}
 }
 
 PageQuestionBox::PageQuestionBox(const PageQuestion &question, bool offersSilence, QWidget *parent)
     : QFrame(parent)
+    , m_shape(question.shape)
+    , m_sight(this, [this] { return vital(); })
+    , m_grid(new QGridLayout(this))
 {
+    QuestionAccessible::install();
     setObjectName("PageQuestion"_L1);
     setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
     setAutoFillBackground(true);
-    setFocusPolicy(Qt::NoFocus);
-    const QString site = shownSite(question.asker);
-    setAccessibleName(site.isEmpty() ? question.title : site);
-    setAccessibleDescription(question.text);
-    new QVBoxLayout(this);
+    setAttribute(Qt::WA_NoMousePropagation);
+    nameFor(question);
+    m_grid->setColumnStretch(0, 1);
     addHead(question);
     addText(QString(question.text).replace("\r\n"_L1, "\n"_L1));
     if (question.fields) {
         m_fields = question.fields(this);
-        layout()->addWidget(m_fields);
+        m_grid->addWidget(m_fields, fieldsRow, 0);
     }
-    if (question.remember)
-        m_remember = addTick(texts.at<"chkRemember", "Remember for this site">);
-    if (offersSilence)
-        m_silence = addTick(texts.at<"chkNoMore", "No more questions from this page">);
     addButtons(question);
+    addTicks(question, offersSilence);
+    placeButtons(false);
+    setAnswerable(false);
+    connect(&m_sight, &SteadySight::changed, this, &PageQuestionBox::setAnswerable);
+}
+
+/// All of a strip's text is its name.
+void PageQuestionBox::nameFor(const PageQuestion &question)
+{
+    if (m_shape == PageQuestion::Shape::Box) {
+        setAccessibleName(question.title);
+        setAccessibleDescription(question.text);
+        return;
+    }
+    QStringList lines{shownSite(question.asker), question.title, question.text};
+    lines.removeAll(QString());
+    setAccessibleName(lines.join(u'\n').replace("\r\n"_L1, "\n"_L1));
 }
 
 /// Who asks, and the headline.
@@ -90,28 +119,23 @@ void PageQuestionBox::addHead(const PageQuestion &question)
         font.setBold(isBold);
         label->setFont(font);
         lines->addWidget(label);
+        return label;
     };
     const QString site = shownSite(question.asker);
     const QString around = shownSite(question.around);
     if (!site.isEmpty())
-        addLine("lblAsker", site, true);
+        m_asker = addLine("lblAsker", site, true);
     if (!around.isEmpty() && around != site)
         addLine("lblAround", texts.at<"strAround", "inside a page of">() + u' ' + around, false);
-    if (!question.title.isEmpty())
-        addLine("lblTitle", question.title, true);
+    if (!question.title.isEmpty()) {
+        QLabel *title = addLine("lblTitle", question.title, true);
+        m_asker = m_asker ? m_asker : title;
+    }
     auto *head = new QHBoxLayout;
     if (!question.no.isEmpty() && !question.fields)
-        head->addWidget(makeIcon(this));
+        head->addWidget(makeIcon(this), 0, Qt::AlignTop);
     head->addLayout(lines, 1);
-    static_cast<QVBoxLayout *>(layout())->addLayout(head);
-}
-
-QCheckBox *PageQuestionBox::addTick(const Text &caption)
-{
-    auto *tick = captioned<QCheckBox>(caption, this);
-    tick->setAccessibleName(tick->text());
-    layout()->addWidget(tick);
-    return tick;
+    m_grid->addLayout(head, headRow, 0);
 }
 
 QLabel *PageQuestionBox::addLabel(const char *name, const QString &text)
@@ -135,20 +159,20 @@ void PageQuestionBox::addText(const QString &text)
     m_scroll->setWidgetResizable(true);
     m_scroll->setWidget(m_text);
     m_scroll->setVisible(!text.isEmpty());
-    layout()->addWidget(m_scroll);
+    m_grid->addWidget(m_scroll, textRow, 0);
 }
 
 void PageQuestionBox::addButtons(const PageQuestion &question)
 {
     using Answer = PageQuestion::Answer;
-    auto *row = new QDialogButtonBox(this);
-    const auto add = [this, row](const char *name, const QString &caption, Answer answer) {
-        const bool isNo = answer == Answer::No;
-        QPushButton *button = row->addButton(
-            caption, isNo ? QDialogButtonBox::RejectRole : QDialogButtonBox::AcceptRole);
+    m_buttons = makeRows(this);
+    const auto add = [this](const char *name, const QString &caption, Answer given) {
+        auto *button = new QPushButton(QString(caption).replace(u'&', "&&"_L1), m_buttons);
         button->setObjectName(QLatin1String(name));
         button->setAccessibleName(caption);
-        connect(button, &QPushButton::clicked, this, [this, answer] { emit answered(answer); });
+        button->setAutoDefault(false);
+        connect(button, &QPushButton::clicked, this, [this, given] { answer(given); });
+        m_buttons->layout()->addWidget(button);
         return button;
     };
     m_yes = add("cmdYes", question.yes, Answer::Yes);
@@ -156,32 +180,23 @@ void PageQuestionBox::addButtons(const PageQuestion &question)
         add("cmdOther", question.other, Answer::Other);
     if (!question.no.isEmpty())
         m_no = add("cmdNo", question.no, Answer::No);
-    layout()->addWidget(row);
 }
 
-void PageQuestionBox::fitInto(const QSize &room)
+void PageQuestionBox::addTicks(const PageQuestion &question, bool offersSilence)
 {
-    const int width = qMin(room.width(), widest);
-    const QMargins around = layout()->contentsMargins();
-    const int textWidth = width - around.left() - around.right() - 2 * frameWidth();
-    const int wanted = m_text->heightForWidth(qMax(1, textWidth));
-    m_scroll->setFixedHeight(0);
-    layout()->activate();
-    const int others = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width)
-                                                     : layout()->totalSizeHint().height();
-    const int oneLine = m_text->fontMetrics().height();
-    m_scroll->setFixedHeight(qBound(oneLine, room.height() - others, qMax(oneLine, wanted)));
-    layout()->activate();
-    const int height = m_scroll->isVisibleTo(this) ? others + m_scroll->height() : others;
-    setGeometry((room.width() - width) / 2, 0, width, height);
-}
-
-void PageQuestionBox::takeFocus()
-{
-    QWidget *first = m_fields ? m_fields : m_yes;
-    first->setFocus(Qt::OtherFocusReason);
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    m_ticks = makeRows(this);
+    const auto add = [this](const Text &caption) {
+        auto *tick = captioned<QCheckBox>(caption, m_ticks);
+        tick->setAccessibleName(tick->text());
+        m_ticks->layout()->addWidget(tick);
+        return tick;
+    };
+    if (question.remember)
+        m_remember = add(texts.at<"chkRemember", "Remember for this site">);
+    if (offersSilence)
+        m_silence = add(texts.at<"chkNoMore", "No more questions from this page">);
+    m_ticks->setVisible(m_remember || m_silence);
+    m_grid->addWidget(m_ticks, ticksRow, 0);
 }
 
 bool PageQuestionBox::wantsSilence() const
@@ -211,7 +226,7 @@ void PageQuestionBox::keyPressEvent(QKeyEvent *event)
         QFrame::keyPressEvent(event);
         return;
     }
-    if (event->isAutoRepeat())
+    if (event->isAutoRepeat() || !isAnswerable())
         return;
     if (event->key() != Qt::Key_Escape)
         pressFocused();
@@ -221,8 +236,32 @@ void PageQuestionBox::keyPressEvent(QKeyEvent *event)
 
 void PageQuestionBox::pressFocused()
 {
-    auto *focused = qobject_cast<QPushButton *>(focusWidget());
-    (focused ? focused : m_yes)->click();
+    if (auto *focused = qobject_cast<QPushButton *>(focusWidget()))
+        focused->click();
+    else if (m_shape == PageQuestion::Shape::Box || m_fields)
+        m_yes->click();
+}
+
+void PageQuestionBox::answer(PageQuestion::Answer answer)
+{
+    if (isAnswerable())
+        emit answered(answer);
+}
+
+/// A button that is out of use gives the keyboard away: then the question itself has it.
+void PageQuestionBox::setAnswerable(bool on)
+{
+    QWidget *focus = QApplication::focusWidget();
+    if (!on && m_buttons->isAncestorOf(focus)) {
+        m_focusLater = focus;
+        setFocus();
+    }
+    setFocusPolicy(on ? Qt::NoFocus : Qt::TabFocus);
+    const QList<QPushButton *> buttons = m_buttons->findChildren<QPushButton *>();
+    for (QPushButton *each : buttons)
+        each->setEnabled(on);
+    if (on && hasFocus())
+        (m_focusLater ? m_focusLater.data() : m_yes)->setFocus(Qt::OtherFocusReason);
 }
 
 bool PageQuestionBox::focusNextPrevChild(bool next)

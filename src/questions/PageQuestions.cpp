@@ -12,6 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 /// A page that has taken back that many questions wants no answer.
 constexpr int mostTakenBack = 3;
+constexpr int mostWaiting = 20;
 }
 
 PageQuestions::PageQuestions(QWidget *client)
@@ -24,12 +25,15 @@ PageQuestions::PageQuestions(QWidget *client)
 
 PageQuestions::~PageQuestions()
 {
+    // The window around it may be half gone.
+    blockSignals(true);
     endAll();
 }
 
 bool PageQuestions::ask(const PageQuestion &question)
 {
-    if (m_silenced || isAsking(question.kind) || m_refused.contains(question.kind))
+    if (m_silenced || isAsking(question.kind) || m_refused.contains(question.kind)
+        || m_entries.size() >= mostWaiting)
         return false;
     put(m_entries.size(), question, false);
     return true;
@@ -81,8 +85,9 @@ void PageQuestions::finish(int number, Answer answer)
     if (answer == Answer::No && entry.question.noHolds)
         m_refused.insert(entry.question.kind);
     // Hidden, it would hand the keyboard to whatever comes next.
-    if (entry.box && entry.box->isAncestorOf(QApplication::focusWidget()))
-        m_client->setFocus();
+    const QWidget *focus = QApplication::focusWidget();
+    if (entry.box && (focus == entry.box || entry.box->isAncestorOf(focus)))
+        giveFocusBack();
     if (answer != Answer::Ended && entry.box && entry.box->wantsSilence()) {
         m_silenced = true;
         endAll();

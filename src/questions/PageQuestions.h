@@ -10,9 +10,10 @@
 class PageQuestionBox;
 
 /// The one place where the pages of a window ask their user something: in the window itself, one
-/// question at a time, and nothing but the page waits for the answer. From the second question on
-/// the user can shut the page up until he does something with the page himself. Pages that take
-/// their own questions back again and again are shut up at once.
+/// question at a time, and nothing but the page waits for the answer. A strip has room of its own
+/// above the page, a box comes over it. From the second question on the user can shut the page up
+/// until he does something with the page himself. Pages that take their own questions back again
+/// and again are shut up at once.
 class PageQuestions : public QObject {
     Q_OBJECT
 
@@ -24,7 +25,7 @@ public:
     ~PageQuestions() override;
 
     /// Asks when the questions before are answered. False, and nobody is told: the page is shut
-    /// up, or a question of that kind waits already.
+    /// up, a question of that kind waits already, or too many do.
     bool ask(const PageQuestion &question);
     /// For an engine that waits for the answer: asks at once, and returns with it. While that
     /// lasts, all pages stand still, so that it ends with `Ended` as soon as the window is no
@@ -39,6 +40,10 @@ public:
     /// it; it counts as a question.
     bool mayGoAhead();
     bool isSilenced() const { return m_silenced; }
+    /// The question that is shown; null: none.
+    QWidget *shownQuestion() const;
+    /// What the strip takes of the client area at its top, pixels; 0: there is none.
+    int stripHeight() const { return m_stripHeight; }
     /// The window is the frame's active one, seen, and no dialog keeps the user from it.
     bool isInFront() const;
 
@@ -53,6 +58,10 @@ public:
 signals:
     /// A question is being shown, and the window is to be seen.
     void shown();
+    /// `stripHeight` is another.
+    void stripChanged();
+    /// The client area is too small for the question, which needs that size.
+    void roomNeeded(const QSize &size);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -73,6 +82,10 @@ private:
     qsizetype placeOf(int number) const;
     void showFirst();
     void placeBox();
+    void setStripHeight(int height);
+    /// The keyboard comes to it by itself.
+    bool wantsKeyboard() const;
+    void giveFocusBack();
     void followFocus(QWidget *old, QWidget *now);
     void takeFocusHere();
     PageQuestionBox *shownBox() const;
@@ -80,7 +93,10 @@ private:
     QWidget *m_client;
     /// Keeps the mouse off a page that stands still.
     QPointer<QWidget> m_cover;
+    /// Had the keyboard before the question did.
+    QPointer<QWidget> m_focusBefore;
     QList<Entry> m_entries;
+    int m_stripHeight = 0;
     int m_lastNumber = 0;
     /// Since the user did something himself.
     int m_asked = 0;

@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QTimer>
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -58,6 +59,8 @@ void PageQuestions::showFirst()
         if (each.box && each.box != box)
             each.box->hide();
     }
+    if (!box)
+        setStripHeight(0);
     const bool covers = box && m_entries.constFirst().waits;
     if (!covers)
         delete m_cover;
@@ -70,10 +73,14 @@ void PageQuestions::showFirst()
     emit shown();
     box->show();
     placeBox();
-    m_owesFocus = true;
+    const QSize least = box->leastRoom();
+    if (least.width() > m_client->width() || least.height() > m_client->height())
+        emit roomNeeded(least);
+    box->announce();
+    m_owesFocus = wantsKeyboard();
     const QWidget *window = m_client->parentWidget();
     const QWidget *now = QApplication::focusWidget();
-    if (isInFront() && (!now || (window && window->isAncestorOf(now))))
+    if (m_owesFocus && isInFront() && (!now || (window && window->isAncestorOf(now))))
         takeFocusHere();
 }
 
@@ -86,7 +93,36 @@ void PageQuestions::placeBox()
     if (PageQuestionBox *box = shownBox()) {
         box->fitInto(m_client->size());
         box->raise();
+        const bool isStrip = m_entries.constFirst().question.shape == PageQuestion::Shape::Strip;
+        setStripHeight(isStrip ? box->height() : 0);
     }
+}
+
+void PageQuestions::setStripHeight(int height)
+{
+    if (std::exchange(m_stripHeight, height) != height)
+        emit stripChanged();
+}
+
+QWidget *PageQuestions::shownQuestion() const
+{
+    PageQuestionBox *box = shownBox();
+    return box && box->isVisible() ? box : nullptr;
+}
+
+/// What stands above the page must not take what is typed into it.
+bool PageQuestions::wantsKeyboard() const
+{
+    const PageQuestionBox *box = shownBox();
+    return box
+        && (box->hasFields() || m_entries.constFirst().question.shape == PageQuestion::Shape::Box);
+}
+
+void PageQuestions::giveFocusBack()
+{
+    const bool isThere = m_focusBefore && m_focusBefore->isVisible() && m_focusBefore->isEnabled();
+    (isThere ? m_focusBefore.data() : m_client)->setFocus();
+    m_focusBefore.clear();
 }
 
 void PageQuestions::takeFocusHere()
@@ -101,7 +137,12 @@ void PageQuestions::takeFocusHere()
 void PageQuestions::followFocus(QWidget *old, QWidget *now)
 {
     PageQuestionBox *box = shownBox();
-    if (!box || !now || !m_client->isAncestorOf(now) || box->isAncestorOf(now))
+    if (!box || !now)
+        return;
+    const bool isInside = now == box || box->isAncestorOf(now);
+    if (isInside && old && old != box && !box->isAncestorOf(old))
+        m_focusBefore = old;
+    if (isInside || !m_client->isAncestorOf(now) || !wantsKeyboard())
         return;
     const bool clicked = QApplication::mouseButtons() != Qt::NoButton;
     const bool comes = old ? !m_client->isAncestorOf(old) : m_owesFocus;

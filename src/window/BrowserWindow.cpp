@@ -40,6 +40,8 @@ BrowserWindow::BrowserWindow(Frame &frame)
     connect(m_status, &StatusStrip::connectionPressed, m_browser, &WebBrowser::showCertificates);
     m_questions = new PageQuestions(m_client);
     m_browser->setQuestions(m_questions);
+    connect(m_questions, &PageQuestions::stripChanged, this, &BrowserWindow::layOut);
+    connect(m_questions, &PageQuestions::roomNeeded, this, &BrowserWindow::makeRoom);
     m_client->setFocusProxy(m_browser->widget());
     m_client->installEventFilter(this);
     new MaximizeCatcher(*this, frame);
@@ -176,10 +178,21 @@ void BrowserWindow::layOut()
 
 void BrowserWindow::placeControl()
 {
-    const int height = innerHeight() - m_status->stripHeight();
+    const int top = m_questions->stripHeight();
+    const int height = innerHeight() - top - m_status->stripHeight();
     // A minimized window has no room for the control, which then keeps its place.
-    if (height >= 0 && !isMinimized())
-        m_browser->move(0, 0, innerWidth(), height);
+    if (isMinimized() || innerHeight() < m_status->stripHeight())
+        return;
+    m_browser->move(0, top, innerWidth(), qMax(0, height));
+}
+
+/// A question in a window too small for it could not be answered.
+void BrowserWindow::makeRoom(const QSize &room)
+{
+    if (isMaximized() || isMinimized())
+        return;
+    const QSize least = room + QSize(0, m_status->stripHeight());
+    resize(size() + least.expandedTo(m_client->size()) - m_client->size());
 }
 
 void BrowserWindow::placeStatusBar()

@@ -87,8 +87,10 @@ private:
     void load();
     void unloadWindow();
     bool keyDown(int keyCode, Qt::KeyboardModifiers shift);
-    /// Puts the engine control at 0, 0 over the client area less the status bar.
+    /// Puts the engine control over the client area, between a question's strip and the status
+    /// bar.
     void placeControl();
+    void makeRoom(const QSize &room);
     void fitToControl();
     void placeStatusBar();
     void showTitle();

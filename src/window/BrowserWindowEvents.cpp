@@ -71,8 +71,8 @@ void BrowserWindow::beforeNavigate2(const QString &url, int &flags, bool &cancel
 void BrowserWindow::fitToControl()
 {
     const QRect control = m_browser->widget()->geometry();
-    const int roomBelow = m_status->stripHeight();
-    const QRect filled(0, 0, m_client->width(), m_client->height() - roomBelow);
+    const int others = m_questions->stripHeight() + m_status->stripHeight();
+    const QRect filled(0, 0, m_client->width(), qMax(0, m_client->height() - others));
     if (control.size() != filled.size()) {
         showNormal();
         setGeometry(control.left(), control.top(), control.width() + widthAroundPage,

@@ -34,6 +34,7 @@ void tst_PageQuestionBox::wholeSiteIsSeen()
     QWidget window;
     window.resize(width, 400);
     PageQuestion question;
+    question.shape = PageQuestion::Shape::Box;
     question.title = site;
     question.text = u"Question"_s;
     question.yes = u"Yes"_s;
@@ -48,7 +49,7 @@ void tst_PageQuestionBox::wholeSiteIsSeen()
         title->fontMetrics().boundingRect(room, int(Qt::TextWordWrap), title->text()).size();
     QVERIFY2(taken.width() <= title->width(), qPrintable(title->text()));
     QVERIFY(taken.height() <= title->height());
-    QCOMPARE(box.accessibleName(), site);
+    QVERIFY(box.accessibleName().startsWith(site));
     QCOMPARE(title->accessibleName(), site);
 }
 

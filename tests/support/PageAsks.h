@@ -5,7 +5,10 @@
 
 #include <QCheckBox>
 #include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 #include <functional>
 
@@ -58,6 +61,32 @@ inline QPushButton *no(const PageQuestionBox *box)
     return box->findChild<QPushButton *>(QStringLiteral("cmdNo"));
 }
 
+inline QPushButton *other(const PageQuestionBox *box)
+{
+    return box->findChild<QPushButton *>(QStringLiteral("cmdOther"));
+}
+
+/// Waits until the question has been in sight for long enough to be answered.
+inline void waitUntilAnswerable(PageQuestionBox *box)
+{
+    const QPointer<PageQuestionBox> question(box);
+    QTRY_VERIFY(!question || question->isAnswerable());
+}
+
+/// Presses a button of a question as soon as that takes an answer, in the window in front.
+inline void press(QPushButton *button)
+{
+    const QPointer<QPushButton> pressed(button);
+    QWidget *around = button;
+    while (around && !qobject_cast<QMdiSubWindow *>(around))
+        around = around->parentWidget();
+    if (auto *window = qobject_cast<QMdiSubWindow *>(around))
+        window->mdiArea()->setActiveSubWindow(window);
+    QTRY_VERIFY(!pressed || pressed->isEnabled());
+    if (pressed)
+        pressed->click();
+}
+
 inline QCheckBox *noMore(const PageQuestionBox *box)
 {
     return box->findChild<QCheckBox *>(QStringLiteral("chkNoMore"));
@@ -65,8 +94,8 @@ inline QCheckBox *noMore(const PageQuestionBox *box)
 
 }
 
-/// Does something each time a window shows a new question, also while the engine waits inside the
-/// test's own waiting.
+/// Does something each time a window shows a new question, as soon as it takes an answer, also
+/// while the engine waits inside the test's own waiting.
 class WhenAsked : public QObject {
 
 public:
@@ -77,7 +106,7 @@ public:
     {
         connect(&m_look, &QTimer::timeout, this, [this, act] {
             PageQuestionBox *box = PageAsks::shownIn(m_form);
-            if (!box || box == m_last)
+            if (!box || box == m_last || !box->isAnswerable())
                 return;
             m_last = box;
             ++m_count;

@@ -363,7 +363,7 @@ void tst_browserwindow::closingAsks()
     QCOMPARE(PageAsks::yes(box)->text(), u"Yes"_s);
     QCOMPARE(PageAsks::no(box)->text(), u"No"_s);
     QVERIFY(!box->findChild<QLabel *>(u"lblIcon"_s)->pixmap(Qt::ReturnByValue).isNull());
-    (agree ? PageAsks::yes(box) : PageAsks::no(box))->click();
+    PageAsks::press(agree ? PageAsks::yes(box) : PageAsks::no(box));
     if (agree) {
         QTRY_VERIFY(!form);
         QVERIFY(m_frame->tabs.tabs.isEmpty());

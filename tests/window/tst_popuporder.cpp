@@ -426,7 +426,7 @@ void tst_popuporder::answerYesOpensThoseThatWaited()
     for (int i = 0; i < 53; ++i)
         ask(opener, address + QString::number(i));
     QCOMPARE(browserForms().size(), 51);
-    PageAsks::yes(questions().first())->click();
+    PageAsks::press(PageAsks::yes(questions().first()));
     QTRY_COMPARE(browserForms().size(), 54);
     QCOMPARE(engineOf(browserForms().last())->navigatedForPage, QStringList{address + "52"_L1});
     QVERIFY(browserForms().last()->isPopup);
@@ -440,7 +440,7 @@ void tst_popuporder::killPopupsHoldsBackThoseThatWaited()
     for (int i = 0; i < 53; ++i)
         ask(opener);
     m_scene->kill();
-    PageAsks::yes(questions().first())->click();
+    PageAsks::press(PageAsks::yes(questions().first()));
     // One of those that waited is dealt with in each turn of the event loop.
     int turns = 0;
     QTimer everyTurn;
@@ -457,7 +457,7 @@ void tst_popuporder::answerNoForgetsThem()
     const BrowserWindow *opener = openWindow();
     for (int i = 0; i < 53; ++i)
         ask(opener);
-    PageAsks::no(questions().first())->click();
+    PageAsks::press(PageAsks::no(questions().first()));
     QTRY_VERIFY(questions().isEmpty());
     QVERIFY(!ask(opener));
     QVERIFY(questions().isEmpty());
@@ -472,7 +472,7 @@ void tst_popuporder::anotherSiteBeginsAnew()
     engineOf(opener)->events->navigateComplete2(u"http://opener.example/"_s);
     for (int i = 0; i < 51; ++i)
         ask(opener);
-    PageAsks::no(questions().first())->click();
+    PageAsks::press(PageAsks::no(questions().first()));
     engineOf(opener)->location = u"http://opener.example/other"_s;
     engineOf(opener)->events->navigateComplete2(u"http://opener.example/other"_s);
     QVERIFY(!ask(opener));
@@ -492,7 +492,7 @@ void tst_popuporder::questionGoesWithItsPage()
     QCOMPARE(browserForms().size(), 51);
     QVERIFY(!ask(opener));
     QCOMPARE(questions().size(), 1);
-    PageAsks::yes(questions().first())->click();
+    PageAsks::press(PageAsks::yes(questions().first()));
     QTRY_COMPARE(browserForms().size(), 52);
 }
 
@@ -532,7 +532,7 @@ void tst_popuporder::namedAddressBeginsAnewWhereverItIs()
     const BrowserWindow *popup = browserForms().last();
     for (int i = 0; i < 50; ++i)
         ask(opener);
-    PageAsks::no(questions().first())->click();
+    PageAsks::press(PageAsks::no(questions().first()));
     for (const BrowserWindow *form : {opener, popup}) {
         QVERIFY(!ask(form));
         engineOf(form)->arrival = Arrival::ByAddress;
@@ -547,7 +547,7 @@ void tst_popuporder::windowsThatWaitedBeginNothing()
     const BrowserWindow *opener = openWindow();
     for (int i = 0; i < 51; ++i)
         ask(opener);
-    PageAsks::yes(questions().first())->click();
+    PageAsks::press(PageAsks::yes(questions().first()));
     QTRY_COMPARE(browserForms().size(), 52);
     QCOMPARE(engineOf(browserForms().last())->navigatedForPage, QStringList{address});
 }

@@ -142,7 +142,7 @@ void tst_exitwhileasked::openerClosesTheWindowThatAsks()
         const QList<BrowserWindow *> forms = browserForms();
         PageQuestionBox *box = forms.size() > 1 ? PageAsks::shownIn(forms.last()) : nullptr;
         if (box)
-            PageAsks::yes(box)->click();
+            PageAsks::press(PageAsks::yes(box));
     });
     look.start(10);
     // Closed before that, the window would never have asked for its page.

@@ -190,7 +190,7 @@ void tst_popupstorms::withoutSwitchesTheRestWaitsForOneQuestion()
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(PageAsks::askerOf(questions().first()),
              u"http://127.0.0.1:%1"_s.arg(m_server->port()));
-    PageAsks::no(questions().first())->click();
+    PageAsks::press(PageAsks::no(questions().first()));
     QTRY_VERIFY(questions().isEmpty());
     QCOMPARE(browserForms().size(), 51);
     closeAll();
@@ -202,7 +202,7 @@ void tst_popupstorms::answerYesOpensTheRest()
     start("storm(55)");
     QTRY_COMPARE_WITH_TIMEOUT(questions().size(), 1, 60000);
     QTRY_COMPARE_WITH_TIMEOUT(told(u"window.done"_s), 1, 60000);
-    PageAsks::yes(questions().first())->click();
+    PageAsks::press(PageAsks::yes(questions().first()));
     QTRY_COMPARE_WITH_TIMEOUT(browserForms().size(), 56, 60000);
     verifyMenuAnswers();
 }
@@ -235,7 +235,7 @@ void tst_popupstorms::clickedLinkToAnotherSiteBeginsAnew()
           "link</a>`;storm(51)");
     QTRY_COMPARE_WITH_TIMEOUT(questions().size(), 1, 60000);
     QTRY_COMPARE_WITH_TIMEOUT(told(u"window.done"_s), 1, 60000);
-    PageAsks::no(questions().first())->click();
+    PageAsks::press(PageAsks::no(questions().first()));
     QTRY_VERIFY(questions().isEmpty());
     QCOMPARE(browserForms().size(), 51);
     BrowserWindow *opener = browserForms().first();

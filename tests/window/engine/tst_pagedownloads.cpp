@@ -106,7 +106,7 @@ void tst_pagedownloads::yesIsForAllOfThePage()
     const PageQuestionBox *box = PageAsks::shownIn(m_form);
     QVERIFY(PageAsks::askerOf(box).startsWith("http://127.0.0.1:"_L1));
     QVERIFY(!QApplication::activeModalWidget());
-    PageAsks::yes(box)->click();
+    PageAsks::press(PageAsks::yes(box));
     QTRY_COMPARE(count(State::Done), 6);
     begin(3, 10);
     QTRY_COMPARE(count(State::Done), 9);
@@ -121,7 +121,7 @@ void tst_pagedownloads::noIsForAllThatWait()
     begin(6);
     QTRY_COMPARE(count(State::Held), 3);
     QTRY_VERIFY(PageAsks::shownIn(m_form));
-    PageAsks::no(PageAsks::shownIn(m_form))->click();
+    PageAsks::press(PageAsks::no(PageAsks::shownIn(m_form)));
     QTRY_COMPARE(count(State::Cancelled), 3);
     QTRY_COMPARE(count(State::Done), 3);
     QTRY_COMPARE(all(), QStringList({u"f0.txt"_s, u"f1.txt"_s, u"f2.txt"_s}));
@@ -131,7 +131,7 @@ void tst_pagedownloads::noHolds()
 {
     begin(4);
     QTRY_VERIFY(PageAsks::shownIn(m_form));
-    PageAsks::no(PageAsks::shownIn(m_form))->click();
+    PageAsks::press(PageAsks::no(PageAsks::shownIn(m_form)));
     QTRY_COMPARE(count(State::Done), 3);
     begin(2, 10);
     QTRY_COMPARE(count(State::Cancelled), 3);
@@ -191,7 +191,7 @@ void tst_pagedownloads::heldOneIsTakenByHand()
     downloadList().resume(first);
     QTRY_COMPARE(downloadList().find(first)->state, State::Done);
     QTRY_VERIFY(PageAsks::shownIn(m_form));
-    PageAsks::no(PageAsks::shownIn(m_form))->click();
+    PageAsks::press(PageAsks::no(PageAsks::shownIn(m_form)));
     QTRY_COMPARE(count(State::Cancelled), 1);
     QTRY_COMPARE(count(State::Done), 4);
 }
@@ -200,7 +200,7 @@ void tst_pagedownloads::nextPageIsAskedAnew()
 {
     begin(4);
     QTRY_VERIFY(PageAsks::shownIn(m_form));
-    PageAsks::yes(PageAsks::shownIn(m_form))->click();
+    PageAsks::press(PageAsks::yes(PageAsks::shownIn(m_form)));
     QTRY_COMPARE(count(State::Done), 4);
     // A script's doing, which is no act of the user's.
     PopupScene::script(m_form, u"location.href = '/opener?again'; 1"_s);
@@ -233,7 +233,7 @@ void tst_pagedownloads::aThousandInARow()
     QLoggingCategory::setFilterRules(u"orvane.engine.warning=false"_s);
     begin(4);
     QTRY_VERIFY(PageAsks::shownIn(m_form));
-    PageAsks::yes(PageAsks::shownIn(m_form))->click();
+    PageAsks::press(PageAsks::yes(PageAsks::shownIn(m_form)));
     QTRY_COMPARE(count(State::Done), 4);
     m_scene->server.reply("/file", {200, "bytes", "application/x-parcel", {}});
     PopupScene::script(m_form,

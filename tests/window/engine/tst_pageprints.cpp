@@ -87,12 +87,12 @@ void tst_pageprints::endlessPrintsCanBeEnded()
     const PageQuestionBox *box = PageAsks::shownIn(m_form);
     QVERIFY(PageAsks::askerOf(box).startsWith("http://127.0.0.1:"_L1));
     QVERIFY(dialogs().isEmpty());
-    PageAsks::yes(box)->click();
+    PageAsks::press(PageAsks::yes(box));
     QTRY_COMPARE(dialogs().size(), 1);
     dialogs().first()->reject();
     QTRY_VERIFY(PageAsks::shownIn(m_form));
     PageAsks::noMore(PageAsks::shownIn(m_form))->click();
-    PageAsks::no(PageAsks::shownIn(m_form))->click();
+    PageAsks::press(PageAsks::no(PageAsks::shownIn(m_form)));
     PopupScene::script(m_form, u"window.n = 0; 1"_s);
     QTRY_VERIFY(PopupScene::script(m_form, u"window.n > 50"_s).toBool());
     QCOMPARE(PageAsks::countIn(m_form), 0);
@@ -140,7 +140,7 @@ void tst_pageprints::pageBehindOpensNoDialog()
     PopupScene::script(m_form, u"print(); 1"_s);
     QTRY_VERIFY(PageAsks::shownIn(m_form));
     QVERIFY(dialogs().isEmpty());
-    PageAsks::yes(PageAsks::shownIn(m_form))->click();
+    PageAsks::press(PageAsks::yes(PageAsks::shownIn(m_form)));
     QTRY_COMPARE(dialogs().size(), 1);
 }
 
@@ -160,8 +160,10 @@ void tst_pageprints::windowsThatCloseThemselves()
     QVERIFY(!m_scene->frame.window()->findChild<QWidget *>(u"MsgBox"_s));
     for (const QPointer<BrowserWindow> window : PopupScene::popups()) {
         m_scene->frame.area->setActiveSubWindow(window);
-        QTRY_VERIFY(PageAsks::shownIn(window)->isAncestorOf(QApplication::focusWidget()));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+        PageQuestionBox *box = PageAsks::shownIn(window);
+        PageAsks::waitUntilAnswerable(box);
+        box->takeFocus();
+        QTest::keyClick(PageAsks::yes(box), Qt::Key_Escape);
         QTRY_COMPARE(PageAsks::countIn(window), 0);
         QVERIFY(window);
     }

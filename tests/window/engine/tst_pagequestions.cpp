@@ -113,7 +113,7 @@ void tst_pagequestions::markupIsShownAsText()
         for (const QLabel *label : box->findChildren<QLabel *>())
             QCOMPARE(label->textFormat(), Qt::PlainText);
         QCOMPARE(PageAsks::textOf(box), u"<b>bold</b>"_s);
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     start(u"alert('<b>bold</b>'); document.title = 'after'"_s);
     QTRY_COMPARE(title(), u"after"_s);
@@ -162,7 +162,7 @@ void tst_pagequestions::tabStaysInside()
             seen.insert(QApplication::focusWidget());
         }
         QCOMPARE(seen.size(), 3);
-        PageAsks::no(box)->click();
+        PageAsks::press(PageAsks::no(box));
     });
     start(u"prompt('?'); document.title = 'after'"_s);
     QTRY_COMPARE(title(), u"after"_s);
@@ -178,7 +178,7 @@ void tst_pagequestions::longMessageFits()
         const QPushButton *button = PageAsks::yes(box);
         QVERIFY(box->rect().contains(QRect(button->mapTo(box, QPoint()), button->size())));
         QCOMPARE(PageAsks::textOf(box).size(), 2000);
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     start(u"alert('word '.repeat(200000)); document.title = 'after'"_s);
     QTRY_COMPARE(title(), u"after"_s);
@@ -190,7 +190,7 @@ void tst_pagequestions::frameIsNamed()
     QStringList named;
     const WhenAsked asked(m_form, [&named](PageQuestionBox *box) {
         named.append(PageAsks::titleOf(box).section(u' ', -1));
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     const QString elsewhere = m_scene->server.url(u"/inner"_s, u"localhost"_s);
     start("document.body.innerHTML = '<iframe src=\""_L1 + elsewhere + "\"></iframe>'"_L1);
@@ -221,7 +221,7 @@ void tst_pagequestions::frameWithoutASiteDoesNotSpeakForThePage()
     QStringList named;
     const WhenAsked asked(m_form, [&named](PageQuestionBox *box) {
         named.append(PageAsks::titleOf(box));
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     const QString elsewhere = m_scene->server.url(u"/advert"_s, u"localhost"_s);
     start("document.body.innerHTML = '<iframe src=\""_L1 + elsewhere + "\"></iframe>'"_L1);
@@ -248,7 +248,7 @@ void tst_pagequestions::pageWithoutASiteIsNamed()
     QStringList named;
     const WhenAsked asked(m_form, [&named](PageQuestionBox *box) {
         named.append(PageAsks::titleOf(box));
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     m_form->browser()->navigate(address);
     QTRY_COMPARE(named, QStringList(title));
@@ -270,7 +270,7 @@ void tst_pagequestions::restIsUsableMeanwhile()
         // A press on the page reaches nobody.
         m_form->browser()->setFocus();
         QTRY_VERIFY(box->isAncestorOf(QApplication::focusWidget()));
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     start(u"alert('x'); document.title = 'after'"_s);
     QTRY_COMPARE(title(), u"after"_s);
@@ -283,7 +283,7 @@ void tst_pagequestions::endlessAlertsCanBeEnded()
             QVERIFY(!noMore->accessibleName().isEmpty());
             noMore->click();
         }
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     start(u"for (let i = 0; i < 1000; i++) alert(i); document.title = 'after'"_s);
     QTRY_COMPARE_WITH_TIMEOUT(title(), u"after"_s, 20000);
@@ -300,7 +300,7 @@ void tst_pagequestions::silencedPageLeavesTheRestUsable()
     const WhenAsked asked(m_form, [](PageQuestionBox *box) {
         if (QCheckBox *noMore = PageAsks::noMore(box))
             noMore->click();
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     start(u"while (true) alert()"_s);
     QTRY_COMPARE(asked.count(), 2);
@@ -319,7 +319,7 @@ void tst_pagequestions::userDoingSomethingEndsTheSilence()
     const WhenAsked asked(m_form, [](PageQuestionBox *box) {
         if (QCheckBox *noMore = PageAsks::noMore(box))
             noMore->click();
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     start(u"alert(1); alert(2); alert(3); location = '/b'"_s);
     QTRY_COMPARE(title(), u"b"_s);
@@ -365,7 +365,7 @@ void tst_pagequestions::messageLeftIsThereStill()
     m_scene->frame.area->setActiveSubWindow(m_form);
     QCOMPARE(PageAsks::countIn(m_form), 1);
     QCOMPARE(PageAsks::textOf(PageAsks::shownIn(m_form)), u"read me"_s);
-    PageAsks::yes(PageAsks::shownIn(m_form))->click();
+    PageAsks::press(PageAsks::yes(PageAsks::shownIn(m_form)));
     QTRY_COMPARE(PageAsks::countIn(m_form), 0);
     QCOMPARE(PopupScene::script(m_form, u"1 + 1"_s).toInt(), 2);
 }
@@ -428,7 +428,7 @@ void tst_pagequestions::nothingWaitsBehindADialog()
 
 void tst_pagequestions::nothingWaitsBetweenTheStepsOfALongRoutine()
 {
-    const WhenAsked asked(m_form, [](PageQuestionBox *box) { PageAsks::yes(box)->click(); });
+    const WhenAsked asked(m_form, [](PageQuestionBox *box) { PageAsks::press(PageAsks::yes(box)); });
     start(u"document.title = 'said ' + confirm('?')"_s);
     const QDeadlineTimer limit(10000);
     while (!title().startsWith("said"_L1) && !limit.hasExpired())
@@ -503,7 +503,7 @@ void tst_pagequestions::closingAnotherWindow()
     const WhenAsked asked(m_form, [other](PageQuestionBox *box) {
         other->close();
         QTRY_VERIFY(!other);
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     start(u"document.title = 'said ' + confirm('?')"_s);
     QTRY_COMPARE(title(), u"said true"_s);
@@ -535,7 +535,7 @@ void tst_pagequestions::processEndsMeanwhile()
 {
     const WhenAsked asked(m_form, [this](PageQuestionBox *box) {
         ::kill(pid_t(PopupScene::control(m_form)->page()->renderProcessPid()), SIGKILL);
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     start(u"alert('x')"_s);
     QTRY_VERIFY(m_form->findChild<QPushButton *>(u"cmdReload"_s));
@@ -562,7 +562,7 @@ void tst_pagequestions::leavingIsAsked()
     const WhenAsked asked(m_form, [leave](PageQuestionBox *box) {
         QVERIFY(PageAsks::textOf(box).startsWith("Leave this page?"_L1));
         QCOMPARE(PageAsks::no(box)->text(), u"Stay"_s);
-        (leave ? PageAsks::yes(box) : PageAsks::no(box))->click();
+        PageAsks::press(leave ? PageAsks::yes(box) : PageAsks::no(box));
     });
     m_form->browser()->navigate(m_scene->server.url(u"/b"_s));
     QTRY_COMPARE(asked.count(), 1);
@@ -582,7 +582,7 @@ void tst_pagequestions::focusStaysWhereTheUserTypes()
     const WhenAsked asked(m_form, [&](PageQuestionBox *box) {
         QCoreApplication::processEvents();
         QVERIFY(beside.hasFocus());
-        PageAsks::yes(box)->click();
+        PageAsks::press(PageAsks::yes(box));
     });
     start(u"alert('x'); document.title = 'after'"_s);
     QTRY_COMPARE(title(), u"after"_s);

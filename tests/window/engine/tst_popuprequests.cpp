@@ -262,7 +262,7 @@ void tst_popuprequests::allowedWindowCanBeClosedByItsOpener()
     const PageQuestionBox *question = nullptr;
     QTRY_VERIFY((question = PageAsks::shownIn(popup)));
     QCOMPARE(PageAsks::titleOf(question), u"Allow Window Close?"_s);
-    PageAsks::yes(question)->click();
+    PageAsks::press(PageAsks::yes(question));
     QTRY_VERIFY(!popup);
     QTRY_VERIFY(PopupScene::script(opener, u"w.closed"_s).toBool());
 }

@@ -141,7 +141,7 @@ void tst_popups::closingIsAskedAndRefused()
     QTRY_COMPARE(popup->windowTitle(), u"Popup"_s);
     script(popup, u"setTimeout(() => window.close(), 0); 1"_s);
     QTRY_COMPARE(PageAsks::countIn(popup), 1);
-    PageAsks::no(PageAsks::shownIn(popup))->click();
+    PageAsks::press(PageAsks::no(PageAsks::shownIn(popup)));
     QTRY_COMPARE(PageAsks::countIn(popup), 0);
     QCOMPARE(browserForms().size(), 2);
     QCOMPARE(script(popup, u"document.title"_s), u"Popup"_s);
@@ -153,7 +153,7 @@ void tst_popups::closingIsAskedAndGranted()
     QTRY_COMPARE(popup->windowTitle(), u"Popup"_s);
     script(popup, u"setTimeout(() => window.close(), 0); 1"_s);
     QTRY_COMPARE(PageAsks::countIn(popup), 1);
-    PageAsks::yes(PageAsks::shownIn(popup))->click();
+    PageAsks::press(PageAsks::yes(PageAsks::shownIn(popup)));
     QTRY_VERIFY(!popup);
     QCOMPARE(m_frame->tabs.tabs.size(), 1);
 }

@@ -72,7 +72,7 @@ void tst_resend::answer(bool yes)
     QVERIFY(!QApplication::activeModalWidget());
     QVERIFY(PageAsks::textOf(box).contains("form"_L1));
     QCOMPARE(PageAsks::askerOf(box), u"http://127.0.0.1:%1"_s.arg(m_scene->server.port()));
-    (yes ? PageAsks::yes(box) : PageAsks::no(box))->click();
+    PageAsks::press(yes ? PageAsks::yes(box) : PageAsks::no(box));
     QTRY_COMPARE(asked(), 0);
 }
 

@@ -93,7 +93,7 @@ void tst_signin::enter(const PageQuestionBox *box, const QString &password)
 {
     box->findChild<QLineEdit *>(u"txtUser"_s)->setText(u"me"_s);
     box->findChild<QLineEdit *>(u"txtPassword"_s)->setText(password);
-    PageAsks::yes(box)->click();
+    PageAsks::press(PageAsks::yes(box));
 }
 
 int tst_signin::countWith(const QByteArray &path, const QByteArray &password) const
@@ -168,7 +168,7 @@ void tst_signin::cancelShowsTheAnswerAndHolds()
     protect("/private", "Realm", "<script>setTimeout(() => location.reload(), 20)</script>");
     open(u"/private"_s);
     QTRY_VERIFY(question());
-    PageAsks::no(question())->click();
+    PageAsks::press(PageAsks::no(question()));
     const int before = m_scene->server.count("/private");
     QTRY_VERIFY(m_scene->server.count("/private") > before + 5);
     QVERIFY(!question());
@@ -289,7 +289,7 @@ void tst_signin::formIsNotSentAgainUnasked()
     enter(question(), u"secret"_s);
     QTRY_VERIFY(question() && PageAsks::textOf(question()).startsWith("What you entered"_L1));
     QCOMPARE(m_scene->server.count("/send"), 1);
-    PageAsks::yes(question())->click();
+    PageAsks::press(PageAsks::yes(question()));
     QTRY_COMPARE(title(), u"Inside"_s);
     QCOMPARE(m_scene->server.requests("/send").last().method, "POST");
 }
