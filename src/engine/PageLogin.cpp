@@ -72,7 +72,9 @@ QString wordsOf(const Asker &asker, bool wasWrong)
     if (wasWrong)
         lines.append(texts.at<"strWrong", "The user name or the password was not accepted.">());
     if (!asker.isEncrypted)
-        lines.append(texts.at<"strUnencrypted", "The password is sent unencrypted.">());
+        lines.append(texts.at<"strUnencrypted",
+                              "The connection is not encrypted: others on the way may read the "
+                              "password.">());
     return lines.join(u'\n');
 }
 
@@ -130,15 +132,16 @@ void askUser(WebPage *page, const Asker &asker, const QString &wrongUser)
 void reply(WebPage &page, const Asker &asker, QAuthenticator *login)
 {
     const QString key = asker.key();
-    const std::optional<KnownLogins::Login> found =
-        known().take(key, asker.address.toString(QUrl::FullyEncoded));
+    const bool isPage = page.isOnItsWay(asker.address);
+    const std::optional<KnownLogins::Login> found = known().take(
+        key, asker.address.toString(QUrl::FullyEncoded), isPage ? page.navigation() : 0);
     if (found) {
         login->setUser(found->user);
         login->setPassword(found->password);
         return;
     }
     *login = QAuthenticator();
-    if (!page.isOnItsWay(asker.address))
+    if (!isPage)
         return;
     const QString wrongUser = known().user(key);
     known().remove(key);

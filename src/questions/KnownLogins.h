@@ -13,9 +13,10 @@ public:
         QString password;
     };
 
-    /// What `address` is to be told. Nothing where nothing is known, or where it was told once
-    /// and asks again: then it was wrong.
-    std::optional<Login> take(const QString &realm, const QString &address);
+    /// What `address` is to be told. Nothing where nothing is known, or where it was told once and
+    /// asks again: then it was wrong. `navigation` numbers the loads of pages, and is 0 for what is
+    /// no page: a load that another one ended before the answer had gone out asks once more.
+    std::optional<Login> take(const QString &realm, const QString &address, int navigation = 0);
     bool has(const QString &realm) const { return m_logins.contains(realm); }
     /// The user name last entered; empty: none.
     QString user(const QString &realm) const { return m_logins.value(realm).login.user; }
@@ -26,7 +27,8 @@ public:
 private:
     struct Known {
         Login login;
-        QSet<QString> told;
+        /// The navigations in which each address was told.
+        QHash<QString, QSet<int>> told;
     };
 
     QHash<QString, Known> m_logins;

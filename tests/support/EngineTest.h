@@ -7,10 +7,14 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+#include <functional>
 
 /// Runs a test class in the surroundings of the program: its rendering backend and logging, and
-/// the engine's data, the application folder and the downloads in a temporary folder.
-template <typename Test> int runEngineTest(int argc, char **argv)
+/// the engine's data, the application folder and the downloads in a temporary folder. `prepare` is
+/// called before the engine starts.
+template <typename Test>
+int runEngineTest(
+    int argc, char **argv, const std::function<void()> &prepare = [] {})
 {
     const QTemporaryDir folder;
     for (const char *variable :
@@ -25,6 +29,7 @@ template <typename Test> int runEngineTest(int argc, char **argv)
     QString why;
     if (!sandboxUsable(&why))
         qFatal("%s", qPrintable(why));
+    prepare();
     startEngine();
     int result = 0;
     {
