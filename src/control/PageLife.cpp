@@ -99,6 +99,7 @@ void PageLife::end()
         m_page->setIsOnItsWay({});
     }
     if (m_page && PageHold::takeOver(m_view, m_page)) {
+        emit m_page->left();
         if (m_host)
             m_host->giveUpView();
         m_view.clear();

@@ -63,6 +63,8 @@ struct Text {
 using enum Form;
 
 inline constexpr Text homeUrl{"Settings", "Home-URL", ProgramInfo::homeUrl};
+/// Where the user last chose a file for a page.
+inline constexpr Text uploadFolder{"Settings", "UploadFolder", [] { return QString(); }};
 inline constexpr Text language{"Options", "Language", [] { return QStringLiteral("English"); }};
 
 // clang-format off

@@ -40,6 +40,10 @@ DesktopFileDialog::DesktopFileDialog(const FileDialogRequest &request)
         setAcceptMode(AcceptOpen);
         setFileMode(ExistingFile);
         break;
+    case FileDialogRequest::Kind::OpenSeveral:
+        setAcceptMode(AcceptOpen);
+        setFileMode(ExistingFiles);
+        break;
     case FileDialogRequest::Kind::Save:
         setAcceptMode(AcceptSave);
         setFileMode(AnyFile);

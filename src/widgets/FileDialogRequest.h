@@ -9,7 +9,8 @@
 
 /// What one showing of a file dialog asks of the user.
 struct FileDialogRequest {
-    enum class Kind { Open, Save, Folder };
+    /// Several are taken from the dialog itself: an answer names one.
+    enum class Kind { Open, OpenSeveral, Save, Folder };
 
     struct Filter {
         QString description;

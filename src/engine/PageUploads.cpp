@@ -1,0 +1,183 @@
+#include "PageUploads.h"
+
+#include "DesktopFileDialog.h"
+#include "FolderCount.h"
+#include "PageHold.h"
+#include "PageQuestions.h"
+#include "Settings.h"
+#include "ShownAddress.h"
+#include "ShownText.h"
+#include "Texts.h"
+#include "UploadFilter.h"
+#include "WebPage.h"
+#include "WebView.h"
+
+#include <QDir>
+#include <QEvent>
+#include <QEventLoop>
+#include <QScopeGuard>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr qsizetype longestName = 60;
+
+constexpr Texts<"Upload"> texts;
+
+/// The engine lets a page ask within some seconds of one of these.
+bool isAct(const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::KeyPress:
+    case QEvent::TouchBegin:
+    case QEvent::TouchEnd:
+        return true;
+    default:
+        return false;
+    }
+}
+
+FileDialogRequest requestOf(const WebPage &page, PageUploads::Mode mode, const QStringList &types)
+{
+    using Kind = FileDialogRequest::Kind;
+    FileDialogRequest request;
+    const QWidget *view = QWebEngineView::forPage(&page);
+    request.owner = view ? view->window() : nullptr;
+    const bool isFolder = mode == QWebEnginePage::FileSelectUploadFolder;
+    const QString what = isFolder ? texts.at<"strFolder", "Choose a folder for">()
+                                  : texts.at<"strFiles", "Choose files for">();
+    request.title = what + u' ' + shownSite(page.committedUrl());
+    request.kind = mode == QWebEnginePage::FileSelectOpenMultiple ? Kind::OpenSeveral : Kind::Open;
+    if (isFolder)
+        request.kind = Kind::Folder;
+    else
+        request.filters = uploadFilters(types);
+    const QString last = Settings::uploadFolder.read();
+    request.initDir = QFileInfo(last).isDir() ? last : QDir::homePath();
+    return request;
+}
+}
+
+PageUploads::PageUploads(WebPage &page)
+    : QObject(&page)
+    , m_page(page)
+{
+    connect(&page, &WebPage::userActed, this, [this] { m_mayAsk = true; });
+    if (auto *view = qobject_cast<WebView *>(QWebEngineView::forPage(&page)))
+        connect(view, &WebView::eventCame, this, [this](const QEvent &event) {
+            if (!m_isChoosing && isAct(event))
+                m_mayAsk = true;
+        });
+}
+
+QStringList PageUploads::choose(Mode mode, const QStringList &types)
+{
+    if (m_isChoosing || !std::exchange(m_mayAsk, false) || !m_page.questions()
+        || m_page.questions()->isSilenced() || mode == QWebEnginePage::FileSelectSave)
+        return {};
+    const PageHold hold(&m_page, PageHold::AtExit::Stays);
+    m_isChoosing = true;
+    const auto done = qScopeGuard([this] { m_isChoosing = false; });
+    const QStringList files = askForFiles(mode, types);
+    if (files.isEmpty())
+        return {};
+    noteFolder(files.first());
+    if (mode == QWebEnginePage::FileSelectUploadFolder && !mayTakeFolder(files.first()))
+        return {};
+    return files;
+}
+
+/// What begins may end the loop at once. False: the page went, or its window, or the program ends.
+bool PageUploads::waitFor(const std::function<void(QEventLoop &loop)> &begin)
+{
+    enum { Answered, Gone };
+    QEventLoop loop;
+    const auto gone = [&loop] { loop.exit(Gone); };
+    connect(&m_page, &WebPage::arrived, &loop, gone);
+    connect(&m_page, &WebPage::left, &loop, gone);
+    connect(&m_page, &QWebEnginePage::renderProcessTerminated, &loop, gone);
+    connect(qApp, &QCoreApplication::aboutToQuit, &loop, gone);
+    // An answer that came before the loop runs would not end it.
+    QMetaObject::invokeMethod(
+        &loop, [&] { begin(loop); }, Qt::QueuedConnection);
+    return loop.exec() == Answered;
+}
+
+QStringList PageUploads::askForFiles(Mode mode, const QStringList &types)
+{
+    QStringList files;
+    const bool isAnswered = waitFor([&](QEventLoop &loop) {
+        m_dialog = new DesktopFileDialog(requestOf(m_page, mode, types));
+        connect(m_dialog, &QFileDialog::filesSelected, &loop,
+                [&files](const QStringList &selected) { files = selected; });
+        connect(m_dialog, &QDialog::finished, &loop, [&loop] { loop.exit(0); });
+        connect(m_dialog, &QObject::destroyed, &loop, [&loop] { loop.exit(0); });
+        m_dialog->show();
+    });
+    if (m_dialog) {
+        // It may be in the middle of a question of its own.
+        m_dialog->disconnect();
+        m_dialog->hide();
+        m_dialog->deleteLater();
+    }
+    return isAnswered ? files : QStringList();
+}
+
+bool PageUploads::mayTakeFolder(const QString &folder)
+{
+    int files = 0;
+    const bool isCounted = waitFor([&](QEventLoop &loop) {
+        FolderCount::of(folder, &loop, [&files, &loop](int counted) {
+            files = counted;
+            loop.exit(0);
+        });
+    });
+    if (!isCounted)
+        return false;
+    if (files > FolderCount::most) {
+        emit m_page.told(texts.at<"strTooMany", "The folder holds too many files for a page:">()
+                         + u' ' + shownText(QDir::toNativeSeparators(folder)));
+        return false;
+    }
+    return askForFolder(folder, files);
+}
+
+bool PageUploads::askForFolder(const QString &folder, int files)
+{
+    PageQuestion question;
+    question.kind = u"upload"_s;
+    question.asker = m_page.committedUrl();
+    const QString name = shownText(QFileInfo(folder).fileName()).left(longestName);
+    question.text = texts.at<"strWholeFolder", "Give this page all files in the folder? Files:">()
+        + u' ' + QString::number(files) + u'\n'
+        + (name.isEmpty() ? folder.left(longestName) : name);
+    question.yes = texts.at<"cmdGive", "Give">();
+    question.no = Texts<"PageQuestions">::at<"cmdCancel", "Cancel">();
+    bool isWanted = false;
+    const bool isAnswered = waitFor([&](QEventLoop &loop) {
+        question.done = [&isWanted, loop = QPointer(&loop)](const PageQuestion::Reply &reply) {
+            // It may be told later, when nobody waits any more.
+            if (!loop)
+                return;
+            isWanted = reply.answer == PageQuestion::Answer::Yes;
+            loop->exit(0);
+        };
+        if (!m_page.questions() || !m_page.questions()->ask(question))
+            loop.exit(0);
+    });
+    if (!isAnswered && m_page.questions())
+        m_page.questions()->end(question.kind);
+    return isAnswered && isWanted;
+}
+
+/// Where the next dialog begins. A window that keeps no trace leaves none there either.
+void PageUploads::noteFolder(const QString &path) const
+{
+    const QString folder = QFileInfo(path).absolutePath();
+    if (!m_page.leavesTrace() || folder == Settings::uploadFolder.read())
+        return;
+    Settings::write({Settings::uploadFolder.entry(folder)}).leaveToLog();
+}

@@ -1,0 +1,334 @@
+// Files that pages ask for, chosen in a dialog that nothing but the page waits for.
+#include "AppFolder.h"
+#include "DesktopFileDialog.h"
+#include "EngineTest.h"
+#include "FolderCount.h"
+#include "PageAsks.h"
+#include "PopupScene.h"
+#include "Settings.h"
+#include "StatusStrip.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// Does something each time a dialog for files comes up, while the engine waits for it.
+class WhenChoosing : public QObject {
+
+public:
+    explicit WhenChoosing(const std::function<void(QFileDialog *dialog)> &act)
+    {
+        connect(&m_look, &QTimer::timeout, this, [this, act] {
+            QFileDialog *dialog = shown();
+            if (!dialog || dialog == m_last)
+                return;
+            m_last = dialog;
+            ++m_count;
+            act(dialog);
+        });
+        m_look.start(10);
+    }
+    int count() const { return m_count; }
+
+    static QFileDialog *shown()
+    {
+        const QWidgetList all = QApplication::topLevelWidgets();
+        for (QWidget *each : all) {
+            auto *dialog = qobject_cast<QFileDialog *>(each);
+            if (dialog && dialog->isVisible())
+                return dialog;
+        }
+        return nullptr;
+    }
+
+private:
+    QPointer<QFileDialog> m_last;
+    QTimer m_look;
+    int m_count = 0;
+};
+
+void choose(QFileDialog *dialog, const QStringList &paths)
+{
+    QStringList names;
+    for (const QString &path : paths)
+        names.append(u'"' + path + u'"');
+    auto *edit = dialog->findChild<QLineEdit *>(u"fileNameEdit"_s);
+    edit->setText(paths.size() == 1 ? paths.first() : names.join(u' '));
+    QMetaObject::invokeMethod(dialog, "accept");
+}
+}
+
+class tst_uploads : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void oneFile();
+    void severalFiles();
+    void cancelGivesNothing();
+    void folderIsAskedAboutOnceMore_data();
+    void folderIsAskedAboutOnceMore();
+    void folderWithoutEnd();
+    void typesAreFilters();
+    void folderIsRemembered();
+    void aThousandClicksAreOneDialog();
+    void dialogGoesWithThePage_data();
+    void dialogGoesWithThePage();
+    void othersGoOnMeanwhile();
+    void closedAndReopenedAgainAndAgain();
+
+private:
+    QString path(const QString &name) const { return m_files->filePath(name); }
+    QString file(const QString &name) const
+    {
+        QDir().mkpath(QFileInfo(path(name)).absolutePath());
+        QFile made(path(name));
+        return made.open(QIODevice::WriteOnly) && made.write("bytes") == 5 ? path(name) : QString();
+    }
+    void open(const QByteArray &attributes)
+    {
+        m_form = m_scene->openPage(
+            "<input type=file id=f " + attributes
+                + "><button id=b onclick='for (let i = 0; i < 1000; ++i) f.click()'>b</button>"
+                  "<script>f.onchange = async () => { let t = []; for (const each of f.files)"
+                  "t.push((each.webkitRelativePath || each.name) + '=' + await each.text().catch(e "
+                  "=> e.name));"
+                  "document.title = t.sort().join(' ') };"
+                  "f.oncancel = () => document.title = 'cancelled'</script>",
+            true);
+    }
+    QString title() const { return m_form->windowTitle(); }
+    void run(const QString &code) const { PopupScene::script(m_form, code + u"; 1"_s); }
+
+    std::unique_ptr<PopupScene> m_scene;
+    std::unique_ptr<QTemporaryDir> m_files;
+    QPointer<BrowserWindow> m_form;
+};
+
+void tst_uploads::init()
+{
+    m_scene = std::make_unique<PopupScene>();
+    m_files = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_scene->isReady() && m_files->isValid());
+    m_scene->server.page("/other", "<title>other</title>");
+}
+
+void tst_uploads::cleanup()
+{
+    m_scene.reset();
+    QVERIFY(!WhenChoosing::shown());
+}
+
+void tst_uploads::oneFile()
+{
+    const QString one = file(u"one.txt"_s);
+    open({});
+    QString caption;
+    const WhenChoosing choosing([&](QFileDialog *dialog) {
+        caption = dialog->windowTitle();
+        QVERIFY(!dialog->isModal());
+        QCOMPARE(dialog->fileMode(), QFileDialog::ExistingFile);
+        choose(dialog, {one});
+    });
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_COMPARE(title(), u"one.txt=bytes"_s);
+    QCOMPARE(caption, u"Choose files for http://127.0.0.1:%1"_s.arg(m_scene->server.port()));
+    QCOMPARE(choosing.count(), 1);
+}
+
+void tst_uploads::severalFiles()
+{
+    const QStringList both{file(u"one.txt"_s), file(u".hidden"_s)};
+    open("multiple");
+    const WhenChoosing choosing([&](QFileDialog *dialog) {
+        QCOMPARE(dialog->fileMode(), QFileDialog::ExistingFiles);
+        choose(dialog, both);
+    });
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_COMPARE(title(), u".hidden=bytes one.txt=bytes"_s);
+}
+
+void tst_uploads::cancelGivesNothing()
+{
+    open({});
+    const WhenChoosing choosing([&](QFileDialog *dialog) { dialog->reject(); });
+    for (int i = 1; i <= 2; ++i) {
+        PopupScene::click(m_form, u"f"_s);
+        QTRY_COMPARE(choosing.count(), i);
+    }
+    QCOMPARE(PopupScene::script(m_form, u"f.files.length"_s).toInt(), 0);
+}
+
+void tst_uploads::folderIsAskedAboutOnceMore_data()
+{
+    QTest::addColumn<bool>("gives");
+    QTest::newRow("yes") << true;
+    QTest::newRow("no") << false;
+}
+
+void tst_uploads::folderIsAskedAboutOnceMore()
+{
+    QFETCH(const bool, gives);
+    file(u"folder/one.txt"_s);
+    file(u"folder/.hidden"_s);
+    file(u"folder/sub/two.txt"_s);
+    QVERIFY(QFile::link(path(u"folder/one.txt"_s), path(u"folder/link.txt"_s)));
+    open("webkitdirectory");
+    const WhenChoosing choosing([&](QFileDialog *dialog) { choose(dialog, {path(u"folder"_s)}); });
+    QString words;
+    const WhenAsked asked(m_form, [&](PageQuestionBox *box) {
+        words = PageAsks::textOf(box);
+        QTimer::singleShot(
+            0, box, [box, gives] { (gives ? PageAsks::yes(box) : PageAsks::no(box))->click(); });
+    });
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_COMPARE(asked.count(), 1);
+    QVERIFY2(words.contains("Files: 3"_L1) && words.endsWith("\nfolder"_L1), qPrintable(words));
+    if (gives)
+        QTRY_VERIFY2(title().endsWith("folder/.hidden=bytes folder/one.txt=bytes "
+                                      "folder/sub/two.txt=bytes"_L1),
+                     qPrintable(title()));
+    else
+        QCOMPARE(PopupScene::script(m_form, u"f.files.length"_s).toInt(), 0);
+}
+
+/// Its links lead back into it, twice at each turn.
+void tst_uploads::folderWithoutEnd()
+{
+    file(u"folder/one.txt"_s);
+    QVERIFY(QFile::link(path(u"folder"_s), path(u"folder/a"_s)));
+    QVERIFY(QFile::link(path(u"folder"_s), path(u"folder/b"_s)));
+    open("webkitdirectory");
+    const WhenChoosing choosing([&](QFileDialog *dialog) { choose(dialog, {path(u"folder"_s)}); });
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_VERIFY(
+        m_form->statusBar()->text().startsWith(" The folder holds too many files for a page: "_L1));
+    QCOMPARE(PageAsks::countIn(m_form), 0);
+    QCOMPARE(PopupScene::script(m_form, u"f.files.length"_s).toInt(), 0);
+}
+
+void tst_uploads::typesAreFilters()
+{
+    open("accept='.txt,image/png,nonsense,.a;b*,text/x-no-such'");
+    QStringList filters;
+    const WhenChoosing choosing([&](QFileDialog *dialog) {
+        filters = dialog->nameFilters();
+        dialog->reject();
+    });
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_COMPARE(choosing.count(), 1);
+    QCOMPARE(filters,
+             QStringList({u"Files that the page takes (*.png *.txt)"_s, u"All Files (*)"_s}));
+}
+
+void tst_uploads::folderIsRemembered()
+{
+    const QString one = file(u"deep/one.txt"_s);
+    open({});
+    QStringList folders;
+    const WhenChoosing choosing([&](QFileDialog *dialog) {
+        folders.append(dialog->directory().absolutePath());
+        choose(dialog, {one});
+    });
+    for (int i = 1; i <= 2; ++i) {
+        PopupScene::click(m_form, u"f"_s);
+        QTRY_COMPARE(choosing.count(), i);
+        QTRY_COMPARE(title(), u"one.txt=bytes"_s);
+    }
+    QVERIFY(folders.first() != path(u"deep"_s));
+    QCOMPARE(folders.last(), path(u"deep"_s));
+    QCOMPARE(Settings::uploadFolder.read(), path(u"deep"_s));
+}
+
+void tst_uploads::aThousandClicksAreOneDialog()
+{
+    open({});
+    const WhenChoosing choosing([&](QFileDialog *dialog) { dialog->reject(); });
+    PopupScene::click(m_form, u"b"_s);
+    QTRY_COMPARE(choosing.count(), 1);
+    run(u"document.title = 'through'"_s);
+    QTRY_COMPARE(title(), u"through"_s);
+    QTRY_VERIFY(!WhenChoosing::shown());
+    QCOMPARE(choosing.count(), 1);
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_COMPARE(choosing.count(), 2);
+}
+
+void tst_uploads::dialogGoesWithThePage_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::newRow("another page") << 0;
+    QTest::newRow("page that leaves by itself") << 1;
+    QTest::newRow("window closed") << 2;
+    QTest::newRow("page that closes itself") << 3;
+    QTest::newRow("page's process killed") << 4;
+}
+
+void tst_uploads::dialogGoesWithThePage()
+{
+    QFETCH(const int, way);
+    open({});
+    const WhenChoosing choosing([&](QFileDialog *) {
+        WebPage *page = PopupScene::control(m_form)->page();
+        if (way == 0)
+            m_form->browser()->navigate(m_scene->server.url(u"/other"_s));
+        else if (way == 1)
+            page->runJavaScript(u"location = '/other'"_s);
+        else if (way == 2)
+            m_form->close();
+        else if (way == 3)
+            m_form->unload();
+        else
+            ::kill(pid_t(page->renderProcessPid()), SIGKILL);
+    });
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_COMPARE(choosing.count(), 1);
+    QTRY_VERIFY(!WhenChoosing::shown());
+    if (way < 2)
+        QTRY_COMPARE(title(), u"other"_s);
+    else if (way < 4)
+        QTRY_VERIFY(!m_form);
+}
+
+void tst_uploads::othersGoOnMeanwhile()
+{
+    open({});
+    const QPointer<BrowserWindow> other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+    QTRY_COMPARE(other->windowTitle(), u"other"_s);
+    m_scene->server.page("/next", "<title>next</title>");
+    bool wentOn = false;
+    QTimer look;
+    const WhenChoosing choosing([&](QFileDialog *dialog) {
+        other->browser()->navigate(m_scene->server.url(u"/next"_s));
+        connect(&look, &QTimer::timeout, dialog, [&, dialog] {
+            if (other->windowTitle() != "next"_L1)
+                return;
+            wentOn = true;
+            dialog->reject();
+        });
+        look.start(10);
+    });
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_VERIFY(wentOn);
+}
+
+void tst_uploads::closedAndReopenedAgainAndAgain()
+{
+    const WhenChoosing choosing([&](QFileDialog *) { m_form->unload(); });
+    for (int i = 1; i <= 5; ++i) {
+        open({});
+        PopupScene::click(m_form, u"f"_s);
+        QTRY_COMPARE(choosing.count(), i);
+        QTRY_VERIFY(!m_form);
+        QTRY_VERIFY(!WhenChoosing::shown());
+    }
+}
+
+ORVANE_ENGINE_TEST_MAIN(tst_uploads)
+#include "tst_uploads.moc"
