@@ -29,11 +29,16 @@ QString siteText(const AskingSite &site)
         : texts.at<"strSiteIn", "%1 in %2">().arg(asker, shownSite(QUrl(site.page)));
 }
 
+QString whatText(const SitePermissions::Answer &answer)
+{
+    const QString what = permissionText(answer.permission);
+    return answer.scheme.isEmpty() ? what : what + " ("_L1 + answer.scheme + u')';
+}
+
 class AnswerItem : public QTreeWidgetItem {
 public:
     explicit AnswerItem(const SitePermissions::Answer &shown)
-        : QTreeWidgetItem(
-            {siteText(shown.site), permissionText(shown.permission), wordText(shown.word)})
+        : QTreeWidgetItem({siteText(shown.site), whatText(shown), wordText(shown.word)})
         , answer(shown)
     {
         setToolTip(siteColumn, text(siteColumn));

@@ -90,11 +90,12 @@ void NavigationTeller::tellOne(const Navigation::Event &event)
                    + u"..."_s);
         break;
     case What::Done:
+        m_statusOfNothing.clear();
         showStatus(texts.at<"strDone", "Done">());
         break;
     case What::Refused:
         if (event.url.isEmpty())
-            showStatus({});
+            showStatus(std::exchange(m_statusOfNothing, {}));
         else
             tellNoPage(encoded(event.url), event.url);
         break;
@@ -179,6 +180,14 @@ void NavigationTeller::tellNoPage(const QString &text, const QUrl &address)
 {
     if (!isNothing(text))
         showStatus(whyNoPage(address) + u' ' + editableAddress(text.left(200)));
+}
+
+void NavigationTeller::tellText(const QString &text)
+{
+    if (m_state.isUnderWay())
+        m_statusOfNothing = text;
+    else
+        showStatus(text);
 }
 
 /// The engine would open an empty page instead, end, or do nothing and say nothing.

@@ -25,6 +25,8 @@ public:
     void tellNoPage(const QString &text, const QUrl &address);
     /// `address`, given as `text`, was to be loaded, and is not opened.
     void tellRefused(const QString &text, const QUrl &address);
+    /// Becomes the status text, when what is under way has come to nothing.
+    void tellText(const QString &text);
     /// The pointer is over a link to `url`, or over none.
     void tellLink(const QString &url);
     /// The page at `url` is on its way.
@@ -54,4 +56,6 @@ private:
     PageIndicators *m_indicators;
     /// Comes back where the address of a link has been shown.
     QString m_status;
+    /// The status text where the load under way comes to nothing.
+    QString m_statusOfNothing;
 };

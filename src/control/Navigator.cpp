@@ -3,6 +3,7 @@
 #include "AddressCompletion.h"
 #include "Addresses.h"
 #include "EngineVersion.h"
+#include "OutsideRequests.h"
 #include "PageLife.h"
 #include "RefusedAddress.h"
 #include "Yield.h"
@@ -82,6 +83,7 @@ void Navigator::watch(WebPage *page, WebView *view, QObject *bond)
         if (m_state.showsError())
             QTimer::singleShot(0, this, &Navigator::refreshRequested);
     });
+    connect(page, &WebPage::told, bond, [this](const QString &text) { m_teller.tellText(text); });
     connect(page, &QWebEnginePage::linkHovered, bond, [this](const QString &url) {
         const EngineCallbackScope scope;
         m_teller.tellLink(url);
@@ -189,6 +191,10 @@ EnginePlace Navigator::place() const
 
 bool Navigator::ask(const QUrl &url, QWebEnginePage::NavigationType type, bool isMainFrame)
 {
+    if (isOutsideAddress(url)) {
+        passOn(url, typeOf(type), isMainFrame);
+        return false;
+    }
     if (!isMainFrame)
         return mayBeFrame(url) && m_teller.askWindow(url);
     emit pageAsked();
@@ -197,6 +203,15 @@ bool Navigator::ask(const QUrl &url, QWebEnginePage::NavigationType type, bool i
         return false;
     }
     return askForPage(url, typeOf(type));
+}
+
+/// What an address of the user's, or a step of his, leads to is asked for by whom it leads over. No
+/// more is known of what a page goes to: it may itself have left for somewhere a moment ago.
+void Navigator::passOn(const QUrl &url, Navigation::Type type, bool isMainFrame)
+{
+    const bool isLed = isMainFrame && m_state.isUnderWay() && isWeb(m_state.pending())
+        && (type == Navigation::Type::Typed || type == Navigation::Type::Step);
+    OutsideRequests::put(*m_life.page(), {url, !isMainFrame, isLed ? m_state.pending() : QUrl()});
 }
 
 bool Navigator::askForPage(const QUrl &url, Navigation::Type type)

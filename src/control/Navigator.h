@@ -44,6 +44,7 @@ private:
     void watch(WebPage *page, WebView *view, QObject *bond);
     EnginePlace place() const;
     bool ask(const QUrl &url, QWebEnginePage::NavigationType type, bool isMainFrame);
+    void passOn(const QUrl &url, Navigation::Type type, bool isMainFrame);
     bool askForPage(const QUrl &url, Navigation::Type type);
     bool noteStep(bool goes);
     void replaceEntry(const QUrl &url);

@@ -3,6 +3,7 @@
 #include "Addresses.h"
 #include "Listener.h"
 #include "Navigator.h"
+#include "OutsideRequests.h"
 #include "PageLife.h"
 #include "QtWebBrowser.h"
 #include "RefusedAddress.h"
@@ -13,10 +14,13 @@
 #include <QPointer>
 #include <QTimer>
 #include <QWebEngineNewWindowRequest>
+#include <QWebEngineSettings>
 
 using namespace Addresses;
 
 namespace {
+constexpr int mostDroppedOutside = 20;
+
 /// The user has gone on since he dropped something: the page has taken it itself.
 bool beginsAnew(const QEvent &event)
 {
@@ -42,6 +46,7 @@ void WindowRequests::watch(WebPage *page, WebView *view, QObject *bond)
 {
     m_requested = QRect();
     m_dropped.clear();
+    m_droppedOutside = 0;
     connect(page, &QWebEnginePage::newWindowRequested, bond,
             [this, page](QWebEngineNewWindowRequest &request) { answer(*page, request); });
     connect(page, &WebPage::linkWindowRequested, bond, [this](const QUrl &url) {
@@ -70,6 +75,10 @@ void WindowRequests::answer(WebPage &page, QWebEngineNewWindowRequest &request)
         m_navigator.teller().tellNoPage(encoded(url), url);
         return;
     }
+    if (isOutsideAddress(url)) {
+        askOutside(page, request);
+        return;
+    }
     WebBrowser *target = nullptr;
     bool cancel = false;
     m_current = {encoded(url), request.isUserInitiated()};
@@ -81,6 +90,14 @@ void WindowRequests::answer(WebPage &page, QWebEngineNewWindowRequest &request)
     control->page()->setOpener(page);
     if (m_current.userInitiated)
         page.placeWish().moveTo(control->page()->placeWish());
+}
+
+/// Each that is asked for costs, also where it is refused: a page that goes on is kept from it.
+void WindowRequests::askOutside(WebPage &page, const QWebEngineNewWindowRequest &request)
+{
+    if (!OutsideRequests::put(page, {request.requestedUrl()}) && !request.isUserInitiated()
+        && ++m_droppedOutside > mostDroppedOutside)
+        page.settings()->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, false);
 }
 
 /// The engine asks for a window for the first file or link that was dropped on a page that left it;

@@ -31,6 +31,7 @@ signals:
 private:
     void watch(WebPage *page, WebView *view, QObject *bond);
     void answer(WebPage &page, QWebEngineNewWindowRequest &request);
+    void askOutside(WebPage &page, const QWebEngineNewWindowRequest &request);
     bool opensDropped(const QUrl &url);
     void placeAsOpened();
     void placeOnScreen(const QRect &pixels);
@@ -43,6 +44,8 @@ private:
     WindowRequest m_current;
     /// What the opening page asked for, pixels; null when nothing or when it is done.
     QRect m_requested;
+    /// Windows for other programs that were not heard.
+    int m_droppedOutside = 0;
     /// What was dropped on the page last, while it may still turn out that the page left it.
     QStringList m_dropped;
 };

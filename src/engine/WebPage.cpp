@@ -4,12 +4,14 @@
 #include "DownloadPages.h"
 #include "EngineVersion.h"
 #include "Log.h"
+#include "OutsideRequests.h"
 #include "PageCertificates.h"
 #include "PageDownloads.h"
 #include "PageHold.h"
 #include "PageLogin.h"
 #include "PageQuestions.h"
 #include "PageScripts.h"
+#include "PageUploads.h"
 #include "ScriptDialogs.h"
 #include "Yield.h"
 
@@ -21,6 +23,7 @@
 #if ORVANE_HAS_PERMISSION_OBJECTS
 #include <QWebEnginePermission>
 #endif
+#include <QWebEngineSettings>
 #include <QWebEngineView>
 #include <utility>
 
@@ -48,6 +51,8 @@ WebPage::WebPage(QWebEngineProfile *profile)
     , m_certificates(new PageCertificates(*this))
 {
     setUrlRequestInterceptor(m_cacheBypass);
+    // All are refused where they are asked for; the engine would refuse others unheard.
+    settings()->setUnknownUrlSchemePolicy(QWebEngineSettings::AllowAllUnknownUrlSchemes);
     connect(m_cacheBypass, &CacheBypass::pageRequested, this,
             [this](const QByteArray &method) { m_sendsForm = method != "GET"; });
     connect(m_cacheBypass, &CacheBypass::frameRequested, this,
@@ -111,6 +116,10 @@ void WebPage::triggerAction(WebAction action, bool checked)
         return;
     }
     if (const QWebEngineContextMenuRequest *menu = menuOf(*this)) {
+        if (opensLink(action) && isOutsideAddress(menu->linkUrl())) {
+            OutsideRequests::put(*this, {menu->linkUrl()});
+            return;
+        }
         if (opensLink(action)) {
             emit linkWindowRequested(menu->linkUrl());
             return;
@@ -128,10 +137,15 @@ bool WebPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool
     const EngineCallbackScope scope;
     if (isMainFrame)
         m_consoleBrake.release();
-    const bool accepted = !m_question || m_question(url, type, isMainFrame);
+    // The engine would start the program that the desktop has for it.
+    const bool accepted =
+        (!m_question || m_question(url, type, isMainFrame)) && !isOutsideAddress(url);
     // Until its request is seen, which not every kind of address has.
-    if (accepted && isMainFrame)
+    if (accepted && isMainFrame) {
+        static int lastNavigation = 0;
+        m_navigation = ++lastNavigation;
         m_sendsForm = type == NavigationTypeFormSubmitted;
+    }
     return accepted;
 }
 
@@ -156,8 +170,9 @@ PageOrigin WebPage::origin() const
     return url.isEmpty() || url.scheme() == "about"_L1 ? m_opener : PageOrigin{url, true};
 }
 
-void WebPage::setOpener(const WebPage &opener)
+void WebPage::setOpener(WebPage &opener)
 {
+    m_openerPage = &opener;
     m_opener = opener.origin();
     m_openerUrl = opener.committedUrl();
 }
@@ -173,6 +188,21 @@ PageDownloads &WebPage::downloads()
     if (!m_downloads)
         m_downloads = new PageDownloads(*this);
     return *m_downloads;
+}
+
+OutsideRequests &WebPage::outside()
+{
+    if (!m_outside)
+        m_outside = new OutsideRequests(*this);
+    return *m_outside;
+}
+
+QStringList WebPage::chooseFiles(FileSelectionMode mode, const QStringList &,
+                                 const QStringList &acceptedMimeTypes)
+{
+    if (!m_uploads)
+        m_uploads = new PageUploads(*this);
+    return m_uploads->choose(mode, acceptedMimeTypes);
 }
 
 void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message,

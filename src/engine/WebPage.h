@@ -10,9 +10,11 @@
 #include "ScriptError.h"
 
 class CacheBypass;
+class OutsideRequests;
 class PageCertificates;
 class PageDownloads;
 class PageQuestions;
+class PageUploads;
 
 /// What a file was asked for from.
 struct PageOrigin {
@@ -39,6 +41,8 @@ public:
     /// Tells whether an address is that of the page on its way, the only one that the user is
     /// asked to sign in for.
     void setIsOnItsWay(const IsOnItsWay &isOnItsWay) { m_isOnItsWay = isOnItsWay; }
+    /// Numbers the last load that was begun, among those of all pages.
+    int navigation() const { return m_navigation; }
     bool isOnItsWay(const QUrl &url) const { return m_isOnItsWay && m_isOnItsWay(url); }
     /// Where what the page asks is shown; null: nobody is asked.
     void setQuestions(PageQuestions *questions);
@@ -57,13 +61,17 @@ public:
     /// the one that opened the window.
     PageOrigin origin() const;
     /// The window was opened by that page.
-    void setOpener(const WebPage &opener);
+    void setOpener(WebPage &opener);
     /// Of the page that opened the window; not even its site is known where the address is empty.
     const std::optional<QUrl> &openerUrl() const { return m_openerUrl; }
+    /// Null where there is none, or it has gone.
+    WebPage *openerPage() const { return m_openerPage; }
     /// What is asked for at that address was asked for with a form, and once more would send it.
     bool isAnswerToForm(const QUrl &url) const;
     /// What the page may download unasked.
     PageDownloads &downloads();
+    /// What the page asks other programs to open.
+    OutsideRequests &outside();
     /// Certificates of the page and its parts that prove nothing.
     PageCertificates &certificates() { return *m_certificates; }
     /// A page that took over the contents of a request for a window has lost its interceptor.
@@ -111,6 +119,10 @@ signals:
     void arrived();
     /// The user did something with the page himself.
     void userActed();
+    /// The window that showed the page has gone, while something holds the page.
+    void left();
+    /// Something for the status line.
+    void told(const QString &text);
     /// The user has signed in, and the page is to be asked for once more.
     void signedIn();
 
@@ -118,6 +130,8 @@ protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
     void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString &message,
                                   int line, const QString &source) override;
+    QStringList chooseFiles(FileSelectionMode mode, const QStringList &oldFiles,
+                            const QStringList &acceptedMimeTypes) override;
     void javaScriptAlert(const QUrl &origin, const QString &message) override;
     bool javaScriptConfirm(const QUrl &origin, const QString &message) override;
     bool javaScriptPrompt(const QUrl &origin, const QString &message, const QString &defaultValue,
@@ -134,10 +148,13 @@ private:
     CacheBypass *m_cacheBypass = nullptr;
     PageCertificates *m_certificates;
     PageDownloads *m_downloads = nullptr;
+    OutsideRequests *m_outside = nullptr;
+    PageUploads *m_uploads = nullptr;
     /// The last address that a form was sent to.
     QUrl m_formAddress;
     PageOrigin m_opener;
     std::optional<QUrl> m_openerUrl;
+    QPointer<WebPage> m_openerPage;
     ConsoleBrake m_consoleBrake;
     PlaceWish m_placeWish;
     bool m_editableFocus = false;
@@ -147,6 +164,7 @@ private:
     bool m_sendsForm = false;
     bool m_awaitsAnswer = false;
     bool m_leavesTrace = true;
+    int m_navigation = 0;
     /// Of the error that is about to be reported; 0: unknown.
     int m_errorColumn = 0;
 };

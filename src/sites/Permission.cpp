@@ -35,6 +35,8 @@ QString permissionText(Permission permission)
         return texts.at<"strPointer", "Mouse pointer">();
     case Permission::Downloads:
         return texts.at<"strDownloads", "Many downloads">();
+    case Permission::Program:
+        return texts.at<"strProgram", "Other program">();
     }
     return {};
 }

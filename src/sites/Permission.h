@@ -14,9 +14,12 @@ enum class Permission {
     Fonts,
     Pointer,
     Downloads,
+    /// Opening an address of one kind ("tel:") in another program.
+    Program,
 };
 
-/// In the order in which they are listed.
+/// In the order in which they are listed; without `Program`, of which there is one for each kind of
+/// address.
 QList<Permission> allPermissions();
 
 /// In the user's words.

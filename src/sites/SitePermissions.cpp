@@ -7,6 +7,7 @@
 
 #include <QFileInfo>
 #include <QHash>
+#include <QRegularExpression>
 #include <QSet>
 #include <algorithm>
 
@@ -35,8 +36,19 @@ constexpr Key keys[] = {
 constexpr auto allow = "Allow"_L1;
 constexpr auto refuse = "Refuse"_L1;
 
-QString keyOf(Permission permission)
+constexpr auto programKey = "Program-"_L1;
+
+/// As the network allows them; longer ones than any in use are none.
+bool isScheme(const QString &text)
 {
+    static const QRegularExpression form(u"^[a-z][a-z0-9+.-]{0,63}$"_s);
+    return form.match(text).hasMatch();
+}
+
+QString keyOf(Permission permission, const QString &scheme)
+{
+    if (permission == Permission::Program)
+        return programKey + scheme;
     const auto *key = std::find_if(std::begin(keys), std::end(keys), [permission](const Key &each) {
         return each.permission == permission;
     });
@@ -126,7 +138,7 @@ QByteArray removed(const QByteArray &bytes, const QList<Answer> &answers)
 {
     QHash<QString, QStringList> wanted;
     for (const Answer &answer : answers)
-        wanted[answer.site.name()].append(keyOf(answer.permission));
+        wanted[answer.site.name()].append(keyOf(answer.permission, answer.scheme));
     QList<std::pair<qsizetype, qsizetype>> parts;
     for (const Section &section : IniText::sections(bytes)) {
         const auto site = siteOf(section);
@@ -134,6 +146,30 @@ QByteArray removed(const QByteArray &bytes, const QList<Answer> &answers)
             parts += linesOf(bytes, section, wanted.value(site->name()));
     }
     return without(bytes, parts);
+}
+
+bool mayBeKept(const AskingSite &site, Permission permission, const QString &scheme)
+{
+    return site.canBeKept()
+        && (permission == Permission::Program ? isScheme(scheme) : scheme.isEmpty());
+}
+
+/// What the section says of other programs.
+QList<Answer> programsOf(const Section &section, const AskingSite &site)
+{
+    QList<Answer> result;
+    QSet<QString> seen;
+    for (const Section::Key &key : section.keys) {
+        const QString name = QString::fromUtf8(key.name);
+        const QString scheme = name.mid(programKey.size()).toLower();
+        if (!name.startsWith(programKey, Qt::CaseInsensitive) || !isScheme(scheme)
+            || seen.contains(scheme))
+            continue;
+        seen.insert(scheme);
+        if (const auto word = wordOf(section.value(name.toUtf8())))
+            result.append({site, Permission::Program, *word, scheme});
+    }
+    return result;
 }
 }
 
@@ -144,21 +180,24 @@ QString path()
     return AppFolder::appData(u"Permissions.ini"_s);
 }
 
-std::optional<Word> answer(const AskingSite &site, Permission permission)
+std::optional<Word> answer(const AskingSite &site, Permission permission, const QString &scheme)
 {
-    if (!site.canBeKept() || !isUsable(path()))
+    if (!mayBeKept(site, permission, scheme) || !isUsable(path()))
         return {};
-    return wordOf(readIni(site.name(), keyOf(permission), {}, path()).toUtf8());
+    return wordOf(readIni(site.name(), keyOf(permission, scheme), {}, path()).toUtf8());
 }
 
-WriteResult keep(const AskingSite &site, const QList<Permission> &permissions, Word word)
+WriteResult keep(const AskingSite &site, const QList<Permission> &permissions, Word word,
+                 const QString &scheme)
 {
-    if (!site.canBeKept() || !isUsable(path()))
+    const bool mayBe = std::all_of(permissions.begin(), permissions.end(),
+                                   [&](Permission each) { return mayBeKept(site, each, scheme); });
+    if (!mayBe || !isUsable(path()))
         return WriteResult(WriteResult::Failure::Refused);
     return changeIniFile(path(), [&](const QByteArray &old) {
         QByteArray bytes = old;
         for (const Permission permission : permissions) {
-            const IniText::Name name{site.name(), keyOf(permission)};
+            const IniText::Name name{site.name(), keyOf(permission, scheme)};
             bytes = IniText::put(bytes, name, word == Word::Allow ? allow : refuse);
         }
         return trimmed(bytes);
@@ -181,6 +220,7 @@ QList<Answer> all()
             if (const auto word = wordOf(section.value(key.name)))
                 result.append({*site, key.permission, *word});
         }
+        result += programsOf(section, *site);
     }
     return result;
 }

@@ -27,6 +27,9 @@ private slots:
     void whoHasASite();
     void nothingIsKeptWithoutASite();
     void eachPermissionHasItsOwnKey();
+    void programsGoByScheme();
+    void whatIsNoSchemeIsNotKept_data();
+    void whatIsNoSchemeIsNotKept();
     void severalAreOneReplacement();
     void nothingIsCached();
     void listIsTheFilesOrder();
@@ -164,6 +167,42 @@ void tst_SitePermissions::eachPermissionHasItsOwnKey()
     }
     QCOMPARE(SitePermissions::all().size(), allPermissions().size());
     QCOMPARE(allPermissions().size(), 9);
+}
+
+void tst_SitePermissions::programsGoByScheme()
+{
+    const AskingSite shop = site("https://shop.example/");
+    QVERIFY(SitePermissions::keep(shop, {Permission::Program}, Word::Allow, u"tel"_s));
+    QVERIFY(SitePermissions::keep(shop, {Permission::Program}, Word::Refuse, u"web+a.b-c"_s));
+    QVERIFY(SitePermissions::keep(shop, {Permission::Camera}, Word::Refuse));
+    QCOMPARE(SitePermissions::answer(shop, Permission::Program, u"tel"_s), Word::Allow);
+    QCOMPARE(SitePermissions::answer(shop, Permission::Program, u"web+a.b-c"_s), Word::Refuse);
+    QVERIFY(!SitePermissions::answer(shop, Permission::Program, u"mailto"_s));
+    QVERIFY(!SitePermissions::answer(site("https://a.example/"), Permission::Program, u"tel"_s));
+    QCOMPARE(SitePermissions::all(),
+             QList<Answer>({{shop, Permission::Camera, Word::Refuse},
+                            {shop, Permission::Program, Word::Allow, u"tel"_s},
+                            {shop, Permission::Program, Word::Refuse, u"web+a.b-c"_s}}));
+    QVERIFY(SitePermissions::remove({{shop, Permission::Program, Word::Allow, u"tel"_s}}));
+    QVERIFY(!SitePermissions::answer(shop, Permission::Program, u"tel"_s));
+    QCOMPARE(SitePermissions::all().size(), 2);
+}
+
+void tst_SitePermissions::whatIsNoSchemeIsNotKept_data()
+{
+    QTest::addColumn<QString>("scheme");
+    for (const char *each : {"", "Tel", "1a", "a b", "a=b", "a]", "a\nb", "a\r\n[x]"})
+        QTest::newRow(each) << QString::fromLatin1(each);
+    QTest::newRow("long") << QString(65, u'a');
+}
+
+void tst_SitePermissions::whatIsNoSchemeIsNotKept()
+{
+    QFETCH(const QString, scheme);
+    const AskingSite shop = site("https://shop.example/");
+    QVERIFY(!SitePermissions::keep(shop, {Permission::Program}, Word::Allow, scheme));
+    QVERIFY(!SitePermissions::keep(shop, {Permission::Camera}, Word::Allow, u"tel"_s));
+    QVERIFY(SitePermissions::all().isEmpty());
 }
 
 void tst_SitePermissions::severalAreOneReplacement()
