@@ -1,6 +1,7 @@
 #include "QtWebBrowser.h"
 
 #include "CertificateExceptions.h"
+#include "Downloads.h"
 #include "PageCommands.h"
 #include "PageConnection.h"
 
@@ -47,6 +48,8 @@ void QtWebBrowser::watch(WebPage *page, WebView *view, QObject *bond)
         if (!m_silent)
             m_listener.tell(&WebBrowserEvents::scriptFailed, error);
     });
+    connect(page, &WebPage::saveRequested, bond,
+            [page](const QUrl &url) { Downloads::saveAs(*page, url); });
     connect(view, &WebView::gotFocus, bond,
             [this] { m_listener.tell(&WebBrowserEvents::gotFocus); });
 }

@@ -15,6 +15,8 @@ struct Download {
         Paused,
         /// Its page started it unasked, and the user has not said yet whether he wants it.
         Held,
+        /// All is there, and the user has not said yet where it goes.
+        Unplaced,
         /// All is there, and on its way under its name.
         Finishing,
         Done,
@@ -39,6 +41,8 @@ struct Download {
         FileChanged,
         /// What is there cannot be continued: the server only gives whole files.
         NoRanges,
+        /// Another program has what is there.
+        InUse,
         Other,
     };
 

@@ -24,10 +24,15 @@ template <typename Value> struct Word {
 
 using State = Download::State;
 constexpr std::array states{
-    Word<State>{State::Running, "Running"_L1}, Word<State>{State::Paused, "Paused"_L1},
-    Word<State>{State::Held, "Held"_L1},       Word<State>{State::Finishing, "Finishing"_L1},
-    Word<State>{State::Done, "Done"_L1},       Word<State>{State::Cancelled, "Cancelled"_L1},
-    Word<State>{State::Failed, "Failed"_L1},   Word<State>{State::Unfinished, "Unfinished"_L1},
+    Word<State>{State::Running, "Running"_L1},
+    Word<State>{State::Paused, "Paused"_L1},
+    Word<State>{State::Held, "Held"_L1},
+    Word<State>{State::Unplaced, "Unplaced"_L1},
+    Word<State>{State::Finishing, "Finishing"_L1},
+    Word<State>{State::Done, "Done"_L1},
+    Word<State>{State::Cancelled, "Cancelled"_L1},
+    Word<State>{State::Failed, "Failed"_L1},
+    Word<State>{State::Unfinished, "Unfinished"_L1},
 };
 
 using Problem = Download::Problem;
@@ -42,6 +47,7 @@ constexpr std::array problems{
     Word<Problem>{Problem::WrongLength, "WrongLength"_L1},
     Word<Problem>{Problem::FileChanged, "FileChanged"_L1},
     Word<Problem>{Problem::NoRanges, "NoRanges"_L1},
+    Word<Problem>{Problem::InUse, "InUse"_L1},
     Word<Problem>{Problem::Other, "Other"_L1},
 };
 

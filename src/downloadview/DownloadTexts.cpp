@@ -29,6 +29,7 @@ QMap<Download::State, QString> stateTexts()
     return {{Running, texts.at<"strRunning", "Running">()},
             {Paused, texts.at<"strPaused", "Paused">()},
             {Held, texts.at<"strHeld", "Waits for your answer">()},
+            {Unplaced, texts.at<"strUnplaced", "Waits for its place">()},
             {Finishing, texts.at<"strFinishing", "Finishing">()},
             {Done, texts.at<"strDone", "Done">()},
             {Cancelled, texts.at<"strCancelled", "Cancelled">()},
@@ -48,7 +49,8 @@ QMap<Download::Problem, QString> problemTexts()
         {ServerRefused, texts.at<"strServerRefused", "The server does not give the file">()},
         {WrongLength, texts.at<"strWrongLength", "The file has another length than announced">()},
         {FileChanged, texts.at<"strFileChanged", "The file on the server has changed">()},
-        {NoRanges, texts.at<"strNoRanges", "The server only sends whole files">()}};
+        {NoRanges, texts.at<"strNoRanges", "The server only sends whole files">()},
+        {InUse, texts.at<"strInUse", "Another program is busy with this download">()}};
 }
 
 QMap<Download::Problem, QString> anewTexts()

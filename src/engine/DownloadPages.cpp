@@ -60,6 +60,29 @@ bool isMadeByPage(const QUrl &url)
     return url.scheme() == "blob"_L1 || url.scheme() == "data"_L1;
 }
 
+/// The last that asked for it; of several the one that the engine names, which it can be asked for
+/// safely while all of them are there.
+const Asked *askerOf(const QWebEngineDownloadRequest &request)
+{
+    const QUrl url = plain(request.url());
+    QList<const Asked *> all;
+    for (auto each = asked().crbegin(); each != asked().crend(); ++each) {
+        if (each->url == url)
+            all.append(&*each);
+    }
+    if (all.isEmpty())
+        return nullptr;
+    const auto isFirst = [&all](const Asked *each) { return each->page == all.first()->page; };
+    const auto isThere = [](const Asked *each) { return !each->page.isNull(); };
+    if (std::all_of(all.cbegin(), all.cend(), isFirst)
+        || !std::all_of(all.cbegin(), all.cend(), isThere))
+        return all.first();
+    const QWebEnginePage *told = request.page();
+    const auto named = std::find_if(all.cbegin(), all.cend(),
+                                    [told](const Asked *each) { return each->page == told; });
+    return named == all.cend() ? all.first() : *named;
+}
+
 DownloadSource sourceAt(WebPage *page, const QUrl &url)
 {
     return page ? DownloadSource{page, page->origin(), page->isAnswerToForm(url)}
@@ -107,14 +130,11 @@ DownloadSource sourceOf(const QWebEngineDownloadRequest &request)
     if (isMadeByPage(url))
         return hasOneJustGone(url) ? DownloadSource()
                                    : sourceAt(qobject_cast<WebPage *>(request.page()), url);
-    const QList<Asked> &all = asked();
-    const QUrl wanted = plain(url);
-    const auto last = std::find_if(all.crbegin(), all.crend(),
-                                   [&wanted](const Asked &each) { return each.url == wanted; });
-    if (last == all.crend())
+    const Asked *asker = askerOf(request);
+    if (!asker)
         return {};
-    return last->page ? sourceAt(last->page.data(), url)
-                      : DownloadSource{nullptr, last->origin, last->isAnswerToForm};
+    return asker->page ? sourceAt(asker->page.data(), url)
+                       : DownloadSource{nullptr, asker->origin, asker->isAnswerToForm};
 }
 
 }

@@ -15,7 +15,8 @@ struct DownloadSource {
 
 /// Which page a download comes from. The engine's own word for it ends the program where the page
 /// has gone since, as the page of a window closes that was made for a file alone. So what the pages
-/// ask for is noted, and whose the last request for an address was counts.
+/// ask for is noted, and whose the last request for an address was counts, or, of several pages
+/// that are all there, the engine's word.
 namespace DownloadPages {
 /// `page` asks for `url`, as for a page, a frame or a file.
 void note(WebPage &page, const QUrl &url);

@@ -53,16 +53,10 @@ void PlaceWish::moveTo(PlaceWish &window)
 bool PlaceWish::take(const QUrl &url)
 {
     m_menu.removeIf([](const Menu &menu) { return menu.lasts.hasExpired(); });
-    auto menu = std::find_if(m_menu.cbegin(), m_menu.cend(),
-                             [&url](const Menu &each) { return each.url == url; });
-    if (menu == m_menu.cend()) {
-        if (!std::exchange(m_act, QDeadlineTimer(0)).hasExpired())
-            return true;
-        // A server may have sent the engine on to another address.
-        menu = m_menu.cbegin();
-    }
+    const auto menu = std::find_if(m_menu.cbegin(), m_menu.cend(),
+                                   [&url](const Menu &each) { return each.url == url; });
     if (menu == m_menu.cend())
-        return false;
+        return !std::exchange(m_act, QDeadlineTimer(0)).hasExpired();
     m_menu.erase(menu);
     return true;
 }

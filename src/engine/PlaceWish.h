@@ -7,9 +7,9 @@
 class QEvent;
 
 /// The user's wish to say himself where a file of a page goes: he held Shift as he followed a
-/// link, or took "Save Link As..." from the page's menu. The engine does not say which act a
-/// download comes from; that it is the first one after it, or the one of its address, is the best
-/// that can be known. Each act counts for one download only, whatever the page does.
+/// link, or had the page's menu save what the page itself made. The engine does not say which act a
+/// download comes from: it is the first one after the click, and of the menu the one of that very
+/// address. Each act counts for one download only, whatever the page does.
 class PlaceWish {
 public:
     PlaceWish() = default;

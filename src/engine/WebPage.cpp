@@ -43,6 +43,20 @@ bool opensLink(QWebEnginePage::WebAction action)
         || action == QWebEnginePage::OpenLinkInNewTab
         || action == QWebEnginePage::OpenLinkInNewBackgroundTab;
 }
+
+/// What the item of the page's menu saves; empty where it saves nothing.
+QUrl savedBy(QWebEnginePage::WebAction action, const QWebEngineContextMenuRequest &menu)
+{
+    switch (action) {
+    case QWebEnginePage::DownloadLinkToDisk:
+        return menu.linkUrl();
+    case QWebEnginePage::DownloadImageToDisk:
+    case QWebEnginePage::DownloadMediaToDisk:
+        return menu.mediaUrl();
+    default:
+        return {};
+    }
+}
 }
 
 WebPage::WebPage(QWebEngineProfile *profile)
@@ -124,10 +138,13 @@ void WebPage::triggerAction(WebAction action, bool checked)
             emit linkWindowRequested(menu->linkUrl());
             return;
         }
-        if (action == DownloadLinkToDisk)
-            m_placeWish.noteMenu(menu->linkUrl());
-        else if (action == DownloadImageToDisk || action == DownloadMediaToDisk)
-            m_placeWish.noteMenu(menu->mediaUrl());
+        const QUrl saved = savedBy(action, *menu);
+        if (saved.scheme() == "http"_L1 || saved.scheme() == "https"_L1) {
+            emit saveRequested(saved);
+            return;
+        }
+        if (!saved.isEmpty())
+            m_placeWish.noteMenu(saved);
     }
     QWebEnginePage::triggerAction(action, checked);
 }

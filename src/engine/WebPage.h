@@ -97,6 +97,8 @@ signals:
     void resendRequested(QWebEnginePage::WebAction action);
     /// An item of the page's own menu opens a link in a new window.
     void linkWindowRequested(const QUrl &url);
+    /// An item of the page's own menu saves what a server has at `url`.
+    void saveRequested(const QUrl &url);
     /// A document begins in the main frame: time to ask the engine what it shows. `address` is how
     /// the document spells its own, and "chrome-error:" for the engine's page of an error.
     void documentStarted(const QString &address);

@@ -44,6 +44,11 @@ QString of(const QWebEngineDownloadRequest &request)
     return ending.isEmpty() ? name : FileName::from(name, ending, u"download"_s);
 }
 
+QString of(const QUrl &address)
+{
+    return FileName::from(address.fileName(QUrl::FullyDecoded), {}, u"download"_s);
+}
+
 QString freeIn(const QString &folder, const QString &name)
 {
     QSet<QString> promised;

@@ -1,12 +1,20 @@
 #include "DownloadOrder.h"
 
 #include "DownloadList.h"
+#include "OrderRequests.h"
 #include "WebPage.h"
+
+#include <QUuid>
+#include <QWebEngineDownloadRequest>
+#include <QWidget>
 
 DownloadOrder::DownloadOrder(const QString &id, QWebEngineProfile *profile)
     : m_id(id)
+    , m_mark(QUuid::createUuid().toString(QUuid::Id128))
     , m_page(std::make_unique<WebPage>(profile))
+    , m_requests(new OrderRequests(m_page.get()))
 {
+    m_page->setUrlRequestInterceptor(m_requests);
     downloadList().setTransfer(id, this);
 }
 
@@ -15,7 +23,40 @@ DownloadOrder::~DownloadOrder() = default;
 void DownloadOrder::start()
 {
     if (const Download *entry = downloadList().find(m_id))
-        m_page->download(entry->address, entry->name);
+        ask(entry->name);
+}
+
+/// Without a name of ours the engine tells the server's.
+void DownloadOrder::startFor(const QUrl &page, QWidget *owner)
+{
+    m_asksForPlace = true;
+    m_owner = owner;
+    m_requests->setReferrer(page);
+    ask({});
+}
+
+void DownloadOrder::ask(const QString &name)
+{
+    const Download *entry = downloadList().find(m_id);
+    if (!entry)
+        return;
+    QUrl marked = entry->address;
+    marked.setFragment(m_mark);
+    m_page->download(marked, name);
+}
+
+/// A server that sends the engine on may take the mark away.
+bool DownloadOrder::isFor(const QWebEngineDownloadRequest &request) const
+{
+    return request.url().fragment() == m_mark || request.url() == m_requests->last();
+}
+
+QUrl DownloadOrder::address(const QWebEngineDownloadRequest &request) const
+{
+    QUrl url = request.url();
+    if (url.fragment() == m_mark)
+        url.setFragment({});
+    return url;
 }
 
 void DownloadOrder::cancel()

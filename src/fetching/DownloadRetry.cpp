@@ -64,6 +64,10 @@ void retry(const QString &id, const MannersNow &manners)
     std::unique_ptr<DownloadStage> stage = DownloadStage::take(download.stage);
     if (!stage && QFileInfo(download.stage).isDir()) {
         qCWarning(lcEngine) << "another program has" << download.stage;
+        downloadList().change(id, [](Download &other) {
+            other.state = Download::State::Failed;
+            other.problem = Problem::InUse;
+        });
         return;
     }
     const bool hasBytes = stage && !stage->arrived().isEmpty();

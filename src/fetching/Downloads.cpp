@@ -8,19 +8,17 @@
 #include "DownloadRetry.h"
 #include "DownloadStage.h"
 #include "EngineDownload.h"
-#include "EngineOptions.h"
 #include "EngineProfile.h"
 #include "Log.h"
+#include "NewDownload.h"
 #include "PageDownloads.h"
 #include "SaveJob.h"
 #include "WebPage.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QHash>
 #include <QPointer>
 #include <QSet>
-#include <QStandardPaths>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineProfile>
 #include <QWebEngineView>
@@ -30,41 +28,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-QString downloadFolder()
-{
-    const QString chosen = EngineOptions::read().downloadFolder;
-    if (!chosen.isEmpty()) {
-        if (QDir().mkpath(chosen))
-            return chosen;
-        qCWarning(lcEngine) << "cannot download to" << chosen;
-    }
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
-    if (!folder.isEmpty() && QDir().mkpath(folder))
-        return folder;
-    return QStandardPaths::writableLocation(QStandardPaths::TempLocation);
-}
-
-/// What "data:" has for an address is the file itself.
-QUrl addressOf(const QWebEngineDownloadRequest &request)
-{
-    return request.url().scheme() == "data"_L1 ? QUrl("data:"_L1 + request.mimeType())
-                                               : request.url();
-}
-
-Download newEntry(const QWebEngineDownloadRequest &request, const DownloadSource &source)
-{
-    Download download;
-    download.id = DownloadList::newId();
-    download.folder = downloadFolder();
-    download.name = DownloadName::freeIn(download.folder, DownloadName::of(request));
-    download.address = addressOf(request);
-    download.began = QDateTime::currentDateTimeUtc();
-    download.isRepeatable = download.isOfWeb() && !source.isAnswerToForm;
-    download.page = source.origin.page;
-    download.leavesTrace = source.origin.leavesTrace;
-    return download;
-}
-
 bool isPlaceAskedFor(const QWebEngineDownloadRequest &request, WebPage *page)
 {
     return page ? page->placeWish().take(request.url()) : PlaceWish::takeOfGone(request.url());
@@ -87,12 +50,14 @@ public:
 
     void answer(QWebEngineDownloadRequest &request);
     bool goOn(const QString &id);
-    void order(const QString &id);
+    /// Null where the entry's address is not the web's.
+    DownloadOrder *order(const QString &id);
     void leaveAll();
 
 private:
     void beginFor(QWebEngineDownloadRequest &request, const DownloadSource &source);
-    bool takeOrdered(QWebEngineDownloadRequest &request, const WebPage *page);
+    bool takeOrdered(QWebEngineDownloadRequest &request);
+    void begin(QWebEngineDownloadRequest &request, const DownloadOrder &order);
     EngineDownload *accept(QWebEngineDownloadRequest &request, const QString &id,
                            const QString &folder);
 
@@ -114,12 +79,11 @@ void EngineDownloads::answer(QWebEngineDownloadRequest &request)
         return;
     }
     m_told.insert(request.id());
-    // A page being saved has its place already.
-    if (SaveJob::take(request) || request.state() != QWebEngineDownloadRequest::DownloadRequested)
+    // What is known for certain comes first. A page being saved has its place already.
+    if (takeOrdered(request) || SaveJob::take(request)
+        || request.state() != QWebEngineDownloadRequest::DownloadRequested)
         return;
-    const DownloadSource source = DownloadPages::sourceOf(request);
-    if (!takeOrdered(request, source.page))
-        beginFor(request, source);
+    beginFor(request, DownloadPages::sourceOf(request));
 }
 
 /// Not accepted before the signal returns means cancelled.
@@ -130,7 +94,7 @@ void EngineDownloads::beginFor(QWebEngineDownloadRequest &request, const Downloa
     const Verdict verdict = page ? page->downloads().judge() : PageDownloads::judgeOfGone();
     if (verdict == Verdict::Refused)
         return;
-    const Download entry = newEntry(request, source);
+    const Download entry = NewDownload::of(request, source);
     downloadList().add(entry, nullptr);
     EngineDownload *download = accept(request, entry.id, entry.folder);
     if (!download)
@@ -145,19 +109,36 @@ void EngineDownloads::beginFor(QWebEngineDownloadRequest &request, const Downloa
                      &EngineDownload::endHold);
 }
 
-bool EngineDownloads::takeOrdered(QWebEngineDownloadRequest &request, const WebPage *page)
+bool EngineDownloads::takeOrdered(QWebEngineDownloadRequest &request)
 {
     m_orders.removeAll(nullptr);
     const auto order = std::find_if(m_orders.begin(), m_orders.end(),
-                                    [&](DownloadOrder *each) { return each->isFor(page); });
+                                    [&](DownloadOrder *each) { return each->isFor(request); });
     if (order == m_orders.end())
         return false;
     const QPointer<DownloadOrder> mine = m_orders.takeAt(order - m_orders.begin());
     mine->deleteLater();
-    const Download *entry = downloadList().find(mine->id());
-    if (entry && !mine->isCancelled())
-        accept(request, mine->id(), entry->folder);
+    if (downloadList().find(mine->id()) && !mine->isCancelled())
+        begin(request, *mine);
     return true;
+}
+
+void EngineDownloads::begin(QWebEngineDownloadRequest &request, const DownloadOrder &order)
+{
+    const bool comes = request.interruptReason() == QWebEngineDownloadRequest::NoReason;
+    const bool asksForPlace = order.asksForPlace() && comes;
+    if (asksForPlace) {
+        downloadList().change(order.id(), [&](Download &download) {
+            download.address = order.address(request);
+            const QString name = DownloadName::of(request);
+            if (name != download.name)
+                download.name = DownloadName::freeIn(download.folder, name);
+        });
+    }
+    const QString folder = downloadList().find(order.id())->folder;
+    EngineDownload *download = accept(request, order.id(), folder);
+    if (download && asksForPlace)
+        download->askForPlace(order.owner());
 }
 
 /// Null where nothing can be written; the entry says why.
@@ -191,7 +172,7 @@ bool EngineDownloads::goOn(const QString &id)
     return false;
 }
 
-void EngineDownloads::order(const QString &id)
+DownloadOrder *EngineDownloads::order(const QString &id)
 {
     const Download *entry = downloadList().find(id);
     // Of others the engine does not tell who asked for them: they would be taken for a page's own.
@@ -201,11 +182,11 @@ void EngineDownloads::order(const QString &id)
             download.problem = Download::Problem::Other;
             download.ended = QDateTime::currentDateTimeUtc();
         });
-        return;
+        return nullptr;
     }
     auto *order = new DownloadOrder(id, m_profile);
     m_orders.append(order);
-    order->start();
+    return order;
 }
 
 /// What has failed is not among those that the list knows to be under way.
@@ -254,8 +235,19 @@ bool beginAnew(const QString &id)
         download.ended = {};
         download.stage.clear();
     });
-    theDownloads->order(id);
+    if (DownloadOrder *order = theDownloads->order(id))
+        order->start();
     return true;
+}
+
+void saveAs(const WebPage &page, const QUrl &url)
+{
+    if (!theDownloads)
+        return;
+    const Download entry = NewDownload::at(url, page);
+    downloadList().add(entry, nullptr);
+    if (DownloadOrder *order = theDownloads->order(entry.id))
+        order->startFor(page.committedUrl(), windowOf(&page));
 }
 
 void leaveAll()

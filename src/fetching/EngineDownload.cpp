@@ -80,7 +80,7 @@ void EngineDownload::settle()
     switch (m_request->state()) {
     case QWebEngineDownloadRequest::DownloadCompleted:
         if (m_question)
-            noteWhole();
+            noteWhole(State::Unplaced);
         else
             complete();
         break;
@@ -94,18 +94,19 @@ void EngineDownload::settle()
 }
 
 /// The engine counts what a page's server sent packed, and at the end what came out of it.
-void EngineDownload::noteWhole()
+void EngineDownload::noteWhole(State state)
 {
     const qint64 size = m_request->receivedBytes();
-    downloadList().change(m_id, [size](Download &download) {
+    downloadList().change(m_id, [size, state](Download &download) {
         download.received = size;
         download.size = size;
+        download.state = state;
     });
 }
 
 Transfer *EngineDownload::complete()
 {
-    noteWhole();
+    noteWhole(State::Finishing);
     Transfer *next = DownloadEnd::begin(m_id, std::move(m_stage));
     end();
     return next;
@@ -127,7 +128,7 @@ void EngineDownload::fail()
             download.detail = m_request->interruptReasonString();
         download.received = m_request->receivedBytes();
         download.ended = QDateTime::currentDateTimeUtc();
-        if (m_stage->arrived().isEmpty())
+        if (!hasBytes())
             download.stage.clear();
     });
     qCWarning(lcEngine) << "a download has failed:" << m_request->interruptReasonString();
@@ -135,12 +136,18 @@ void EngineDownload::fail()
         giveUp();
 }
 
+/// Where its folder was taken away, the engine makes another in its place, which holds nothing.
+bool EngineDownload::hasBytes() const
+{
+    return m_stage->isThere() && !m_stage->arrived().isEmpty();
+}
+
 /// The engine can do no more for it.
 void EngineDownload::giveUp()
 {
     const Download *entry = downloadList().find(m_id);
     m_stage->setAside();
-    if (entry && entry->isRepeatable && !m_stage->arrived().isEmpty()) {
+    if (entry && entry->isRepeatable && hasBytes()) {
         m_stage->keep();
         // Whoever goes on with it takes it at once.
         m_stage.reset();

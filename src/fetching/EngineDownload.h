@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Download.h"
 #include "Transfer.h"
 
 #include <QPointer>
@@ -45,10 +46,11 @@ private:
     void update();
     void noteProgress();
     void settle();
-    void noteWhole();
+    void noteWhole(Download::State state);
     Transfer *complete();
     void fail();
     void giveUp();
+    bool hasBytes() const;
     bool isCompleted() const;
     bool isInterrupted() const;
     void endQuestion(bool isWanted);

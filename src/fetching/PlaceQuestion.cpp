@@ -2,6 +2,7 @@
 
 #include "DesktopFileDialog.h"
 #include "DownloadList.h"
+#include "ShownAddress.h"
 #include "Texts.h"
 
 #include <QFileInfo>
@@ -14,6 +15,16 @@ QString &lastFolder()
 {
     static QString folder;
     return folder;
+}
+
+/// Whose file it is, which its name does not say.
+QString titleFor(const Download &download)
+{
+    const QString site = download.address.scheme() == QLatin1String("data")
+        ? QString()
+        : shownSite(download.address);
+    return site.isEmpty() ? texts.at<"Caption", "Save As">()
+                          : texts.at<"strFrom", "Save As - from %1">().arg(site);
 }
 }
 
@@ -44,7 +55,7 @@ void PlaceQuestion::open()
     FileDialogRequest request;
     request.kind = FileDialogRequest::Kind::Save;
     request.owner = m_owner;
-    request.title = texts.at<"Caption", "Save As">();
+    request.title = titleFor(*entry);
     request.initDir = QFileInfo(lastFolder()).isDir() ? lastFolder() : entry->folder;
     request.fileName = entry->name;
     m_dialog = new DesktopFileDialog(request);

@@ -75,6 +75,12 @@ private slots:
     void shiftOnAPageOpensAWindow();
     void menuAsks_data();
     void menuAsks();
+    void menuTellsTheServerThePage_data();
+    void menuTellsTheServerThePage();
+    void menuIsNotTakenOver();
+    void menuAndPageAtOnce_data();
+    void menuAndPageAtOnce();
+    void menuBringsNothing();
     void menuByKeyboard();
     void oneQuestionForAClick();
     void refusingCancels();
@@ -114,6 +120,32 @@ private:
     static QString nameIn(DesktopFileDialog *dialog)
     {
         return dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->text();
+    }
+    /// What the page's menu has for its first line.
+    void takeFromMenu(const QString &caption)
+    {
+        click(0, {}, Qt::RightButton);
+        QMenu *menu = nullptr;
+        QTRY_VERIFY((menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())));
+        QAction *entryOfMenu = nullptr;
+        for (QAction *each : menu->actions()) {
+            if (each->text() == caption)
+                entryOfMenu = each;
+        }
+        QVERIFY(entryOfMenu);
+        menu->close();
+        entryOfMenu->trigger();
+    }
+    void run(const QString &script) const
+    {
+        qobject_cast<QtWebBrowser *>(m_session->active()->browser())->page()->runJavaScript(script);
+    }
+    static const Download *named(const QString &name)
+    {
+        const QList<Download> &all = downloadList().all();
+        const auto found = std::find_if(
+            all.cbegin(), all.cend(), [&name](const Download &each) { return each.name == name; });
+        return found == all.cend() ? nullptr : &*found;
     }
     void choose(const QString &path) const
     {
@@ -166,6 +198,7 @@ void tst_saveas::init()
     file.type = "image/png";
     m_session->server.reply("/picture.png", file);
     m_session->server.redirect("/moved", "/attached");
+    m_session->server.redirect("/lost", "/attached#part");
 }
 
 void tst_saveas::cleanup()
@@ -313,6 +346,8 @@ void tst_saveas::menuAsks_data()
         << QByteArray("<a href=/one>x</a>") << u"Save Link As..."_s << u"one.html"_s;
     QTest::newRow("redirected link")
         << QByteArray("<a href=/moved>x</a>") << u"Save Link As..."_s << u"named.bin"_s;
+    QTest::newRow("redirected to a place in it")
+        << QByteArray("<a href=/lost>x</a>") << u"Save Link As..."_s << u"named.bin"_s;
     QTest::newRow("picture") << QByteArray("<img src=/picture.png>") << u"Save Image As..."_s
                              << u"picture.png"_s;
     QTest::newRow("film") << QByteArray("<video src=/file.bin width=300 height=40 controls>")
@@ -325,22 +360,122 @@ void tst_saveas::menuAsks()
     QFETCH(QString, caption);
     QFETCH(QString, name);
     open(element);
-    click(0, {}, Qt::RightButton);
-    QMenu *menu = nullptr;
-    QTRY_VERIFY((menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())));
-    QAction *entryOfMenu = nullptr;
-    for (QAction *each : menu->actions()) {
-        if (each->text() == caption)
-            entryOfMenu = each;
-    }
-    QVERIFY(entryOfMenu);
-    menu->close();
-    entryOfMenu->trigger();
+    takeFromMenu(caption);
     QTRY_COMPARE(dialogs().size(), 1);
     QCOMPARE(nameIn(dialogs().first()), name);
+    QVERIFY(dialogs().first()->windowTitle().endsWith(
+        u"http://127.0.0.1:%1"_s.arg(m_session->server.port())));
     choose(place(u"mine"_s));
     QTRY_COMPARE(entry().state, State::Done);
     QVERIFY(QFileInfo(place(u"mine"_s)).size() > 0);
+    QTRY_COMPARE(entries(downloads()), QStringList());
+    QCOMPARE(downloadList().all().size(), 1);
+    QCOMPARE(entry().page, QUrl(m_session->server.url(u"/home"_s)));
+    QVERIFY(!entry().address.hasFragment() || entry().address.fragment() == "part"_L1);
+}
+
+void tst_saveas::menuTellsTheServerThePage_data()
+{
+    QTest::addColumn<QString>("host");
+    QTest::addColumn<QString>("referrer");
+    QTest::newRow("same site") << u"127.0.0.1"_s << u"/home"_s;
+    QTest::newRow("another site") << u"localhost"_s << u"/"_s;
+}
+
+/// As engines do, where nobody says otherwise.
+void tst_saveas::menuTellsTheServerThePage()
+{
+    QFETCH(QString, host);
+    QFETCH(QString, referrer);
+    const QString address = m_session->server.url(u"/attached"_s, host);
+    open("<a href=" + address.toUtf8() + ">x</a>");
+    takeFromMenu(u"Save Link As..."_s);
+    choose(place(u"mine"_s));
+    QTRY_COMPARE(entry().state, State::Done);
+    QCOMPARE(m_session->server.requests("/attached").first().headers.value("referer"),
+             m_session->server.url(referrer).toUtf8());
+}
+
+/// What the page itself begins while the server of the link still waits is no answer to the menu.
+void tst_saveas::menuIsNotTakenOver()
+{
+    const QByteArray link = m_session->server.url(u"/attached"_s, u"localhost"_s).toUtf8();
+    m_session->server.hold("/attached");
+    open("<a href=" + link
+         + ">x</a><script>for (const kind of ['mousedown', 'contextmenu'])"
+           "addEventListener(kind, () => setTimeout(() => { location = '/file.bin' }, "
+           "50))</script>");
+    takeFromMenu(u"Save Link As..."_s);
+    QTRY_COMPARE(m_session->server.count("/attached"), 1);
+    run(u"setTimeout(() => { location = '/file.bin?late' }, 50)"_s);
+    QTRY_VERIFY(named(u"file.bin"_s) && named(u"file.bin"_s)->state == State::Done);
+    QTRY_VERIFY(named(u"file (1).bin"_s) && named(u"file (1).bin"_s)->state == State::Done);
+    QVERIFY(dialogs().isEmpty());
+    m_session->server.release();
+    QTRY_COMPARE(dialogs().size(), 1);
+    QCOMPARE(nameIn(dialogs().first()), u"named.bin"_s);
+    QVERIFY(dialogs().first()->windowTitle().endsWith(
+        u"http://localhost:%1"_s.arg(m_session->server.port())));
+    choose(place(u"mine"_s));
+    QTRY_COMPARE(read(place(u"mine"_s)), QByteArray("bytes"));
+}
+
+void tst_saveas::menuAndPageAtOnce_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("menuIsFirst");
+    QTest::newRow("menu first") << u"/twice"_s << true;
+    QTest::newRow("page first") << u"/twice"_s << false;
+    QTest::newRow("menu first, redirected") << u"/sent"_s << true;
+    QTest::newRow("page first, redirected") << u"/sent"_s << false;
+}
+
+/// Two of one address, and each goes its own way.
+void tst_saveas::menuAndPageAtOnce()
+{
+    QFETCH(QString, path);
+    QFETCH(bool, menuIsFirst);
+    TestServer &server = m_session->server;
+    const auto answered = std::make_shared<int>(0);
+    server.handle("/twice", [answered](const TestServer::Request &) {
+        TestServer::Reply reply;
+        reply.type = "application/x-parcel";
+        reply.body = ++*answered == 1 ? "first" : "second";
+        reply.headers = {{"Cache-Control", "no-store"}};
+        return reply;
+    });
+    server.redirect("/sent", "/twice");
+    server.hold("/twice");
+    open("<a href=" + path.toUtf8() + ">x</a>");
+    const QString byPage = u"location = '%1'"_s.arg(path);
+    if (!menuIsFirst) {
+        run(byPage);
+        QTRY_COMPARE(server.count("/twice"), 1);
+    }
+    takeFromMenu(u"Save Link As..."_s);
+    QTRY_COMPARE(server.count("/twice"), menuIsFirst ? 1 : 2);
+    if (menuIsFirst) {
+        run(byPage);
+        QTRY_COMPARE(server.count("/twice"), 2);
+    }
+    server.release();
+    choose(place(u"mine"_s));
+    QTRY_COMPARE(read(place(u"mine"_s)), QByteArray(menuIsFirst ? "first" : "second"));
+    const auto keptOfPage = [] {
+        const QStringList all = entries(downloads());
+        return all.size() == 1 ? read(downloads() + u'/' + all.first()) : QByteArray();
+    };
+    QTRY_COMPARE(keptOfPage(), QByteArray(menuIsFirst ? "second" : "first"));
+}
+
+void tst_saveas::menuBringsNothing()
+{
+    open("<a href=/nowhere>x</a>");
+    takeFromMenu(u"Save Link As..."_s);
+    QTRY_COMPARE(downloadList().all().size(), 1);
+    QTRY_COMPARE(entry().state, State::Failed);
+    QCOMPARE(entry().problem, Download::Problem::ServerRefused);
+    QVERIFY(dialogs().isEmpty());
     QTRY_COMPARE(entries(downloads()), QStringList());
 }
 
@@ -404,8 +539,8 @@ void tst_saveas::fileComesFirst()
     click(0, Qt::ShiftModifier);
     QTRY_COMPARE(dialogs().size(), 1);
     server.sendRest();
-    QTRY_COMPARE(entry().received, 2 * HalfServer::half);
-    QCOMPARE(entry().state, State::Running);
+    QTRY_COMPARE(entry().state, State::Unplaced);
+    QCOMPARE(entry().received, 2 * HalfServer::half);
     QCOMPARE(entries(place({})), QStringList());
     choose(place(u"mine"_s));
     QTRY_COMPARE(entry().state, State::Done);

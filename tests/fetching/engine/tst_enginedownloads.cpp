@@ -16,6 +16,8 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QWebEngineProfile>
 
 #include <sys/xattr.h>
@@ -40,6 +42,7 @@ private slots:
     void windowClosedWhileItsAddressIsSaved();
     void lengthThatIsTooShort();
     void lengthThatIsTooLong();
+    void piecesThatEndEarly();
     void packedByTheServer();
     void cutConnectionIsGoneOnWith();
     void cutConnectionOfAFileThatCannotBeContinued();
@@ -49,6 +52,7 @@ private slots:
     void answerToAFormIsNotLeft();
     void fullDisk();
     void folderGoneMeanwhile();
+    void stageOfAnotherProgram();
     void folderThatCannotBeWrittenTo();
     void neverToBeExecuted_data();
     void neverToBeExecuted();
@@ -300,6 +304,26 @@ void tst_enginedownloads::lengthThatIsTooLong()
     QCOMPARE(entry(id).size, 50'000);
 }
 
+/// A message in pieces says where it ends.
+void tst_enginedownloads::piecesThatEndEarly()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    connect(&server, &QTcpServer::newConnection, &server, [&server] {
+        QTcpSocket *socket = server.nextPendingConnection();
+        connect(socket, &QTcpSocket::readyRead, socket, [socket] {
+            socket->readAll();
+            socket->write("HTTP/1.1 200 OK\r\nContent-Type: application/x-parcel\r\n"
+                          "Transfer-Encoding: chunked\r\n\r\n5\r\nbytes\r\n");
+            socket->disconnectFromHost();
+        });
+    });
+    const QString id = begin(u"http://127.0.0.1:%1/pieces.bin"_s.arg(server.serverPort()));
+    QTRY_COMPARE(entry(id).state, State::Failed);
+    QCOMPARE(entry(id).problem, Problem::ConnectionLost);
+    QVERIFY(!QFileInfo::exists(kept(u"pieces.bin"_s)));
+}
+
 /// What is announced is then the length of something else.
 void tst_enginedownloads::packedByTheServer()
 {
@@ -437,7 +461,31 @@ void tst_enginedownloads::folderGoneMeanwhile()
     QTRY_COMPARE(entry(id).state, State::Failed);
     QCOMPARE(entry(id).problem, Problem::FolderGone);
     QVERIFY(!QFileInfo::exists(kept(u"file.bin"_s)));
+    QVERIFY(entry(id).stage.isEmpty());
     QVERIFY(QDir(folder() + u"-gone"_s).removeRecursively());
+    // What the engine makes there once more is empty.
+    QTRY_COMPARE(allKept(), QStringList());
+}
+
+void tst_enginedownloads::stageOfAnotherProgram()
+{
+    QVERIFY(QDir().mkpath(folder()));
+    DownloadStage others(folder());
+    QVERIFY(others.isValid());
+    Download left;
+    left.id = DownloadList::newId();
+    left.name = u"file.bin"_s;
+    left.folder = folder();
+    left.address = QUrl(m_slow->url());
+    left.stage = others.path();
+    left.state = State::Unfinished;
+    downloadList().add(left, nullptr);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^another program has"_s));
+    downloadList().retry(left.id);
+    QCOMPARE(entry(left.id).state, State::Failed);
+    QCOMPARE(entry(left.id).problem, Problem::InUse);
+    QCOMPARE(entry(left.id).stage, others.path());
+    QVERIFY(QFileInfo(others.path()).isDir());
 }
 
 void tst_enginedownloads::folderThatCannotBeWrittenTo()
