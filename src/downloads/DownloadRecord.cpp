@@ -147,6 +147,12 @@ QString textOf(const QUrl &address)
     const QByteArray text = withoutUser(address).toEncoded();
     return text.size() > longestValue ? QString() : QString::fromLatin1(text);
 }
+
+/// Where pages are kept out of the history, so is the address, but for what can be continued.
+QUrl keptAddress(const Download &download)
+{
+    return download.leavesTrace || !download.stage.isEmpty() ? download.address : QUrl();
+}
 }
 
 namespace DownloadRecord {
@@ -191,7 +197,7 @@ QList<Line> lines(const Download &download)
         {"Name", download.name},
         {"Folder", download.folder},
         {"Stage", download.stage},
-        {"Address", textOf(download.address)},
+        {"Address", textOf(keptAddress(download))},
         {"Page", textOf(download.page)},
         {"Size", QString::number(download.size)},
         {"Received", QString::number(download.received)},

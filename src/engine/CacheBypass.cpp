@@ -9,7 +9,7 @@ void CacheBypass::interceptRequest(QWebEngineUrlRequestInfo &info)
     if (isPage)
         emit pageRequested(info.requestMethod());
     if (isPage || info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeSubFrame)
-        emit frameRequested(info.requestUrl(), info.requestMethod());
+        emit frameRequested(info.requestUrl(), info.requestMethod(), info.initiator(), isPage);
     if (!m_active)
         return;
     switch (info.resourceType()) {

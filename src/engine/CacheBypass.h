@@ -17,8 +17,9 @@ public:
 signals:
     /// The page itself is asked for, not a part of it; again for each redirect.
     void pageRequested(const QByteArray &method);
-    /// The page or a frame of it is asked for, with a form where the method is not "GET".
-    void frameRequested(const QUrl &url, const QByteArray &method);
+    /// The page or a frame of it is asked for, with a form where the method is not "GET". Of who
+    /// asks, only the site is told, and nothing where that is the user, or a frame without a site.
+    void frameRequested(const QUrl &url, const QByteArray &method, const QUrl &asker, bool isPage);
     /// Something is asked for; again for each redirect.
     void requested(const QUrl &url, bool isPage);
 

@@ -17,6 +17,7 @@ struct Asked {
     QUrl url;
     QPointer<WebPage> page;
     PageOrigin origin;
+    DownloadAsker asker;
     bool isAnswerToForm = false;
 };
 
@@ -83,23 +84,30 @@ const Asked *askerOf(const QWebEngineDownloadRequest &request)
     return named == all.cend() ? all.first() : *named;
 }
 
-DownloadSource sourceAt(WebPage *page, const QUrl &url)
+DownloadSource sourceAt(WebPage *page, const QUrl &url, const DownloadAsker &asker)
 {
-    return page ? DownloadSource{page, page->origin(), page->isAnswerToForm(url)}
+    return page ? DownloadSource{page, page->origin(), asker, page->isAnswerToForm(url)}
                 : DownloadSource();
+}
+
+/// The site that made it stands in its address, where it has one; what "data:" is of nobody says.
+DownloadAsker makerOf(const QUrl &made)
+{
+    const QUrl maker(made.path());
+    return {maker, made.scheme() == "blob"_L1 && maker.scheme().isEmpty()};
 }
 }
 
 namespace DownloadPages {
 
-void note(WebPage &page, const QUrl &url)
+void note(WebPage &page, const QUrl &url, const DownloadAsker &asker)
 {
     if (isMadeByPage(url))
         return;
     QList<Asked> &all = asked();
     if (all.size() >= mostNoted)
         all.removeFirst();
-    all.append({plain(url), &page, page.origin(), page.isAnswerToForm(url)});
+    all.append({plain(url), &page, page.origin(), asker, page.isAnswerToForm(url)});
 }
 
 /// A window that asked for nothing may have been filled by the page that opened it.
@@ -127,14 +135,17 @@ void noteEnd(const WebPage &page)
 DownloadSource sourceOf(const QWebEngineDownloadRequest &request)
 {
     const QUrl url = request.url();
-    if (isMadeByPage(url))
-        return hasOneJustGone(url) ? DownloadSource()
-                                   : sourceAt(qobject_cast<WebPage *>(request.page()), url);
+    if (isMadeByPage(url)) {
+        if (hasOneJustGone(url))
+            return {};
+        return sourceAt(qobject_cast<WebPage *>(request.page()), url, makerOf(url));
+    }
     const Asked *asker = askerOf(request);
     if (!asker)
         return {};
-    return asker->page ? sourceAt(asker->page.data(), url)
-                       : DownloadSource{nullptr, asker->origin, asker->isAnswerToForm};
+    if (asker->page)
+        return sourceAt(asker->page.data(), url, asker->asker);
+    return {nullptr, asker->origin, asker->asker, asker->isAnswerToForm};
 }
 
 }

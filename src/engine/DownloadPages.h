@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DownloadAsker.h"
 #include "WebPage.h"
 
 class QWebEngineDownloadRequest;
@@ -9,6 +10,8 @@ struct DownloadSource {
     /// Null where it has gone, or cannot be told safely.
     WebPage *page = nullptr;
     PageOrigin origin;
+    /// Who of the page.
+    DownloadAsker asker;
     /// The address alone does not bring it.
     bool isAnswerToForm = false;
 };
@@ -19,7 +22,7 @@ struct DownloadSource {
 /// that are all there, the engine's word.
 namespace DownloadPages {
 /// `page` asks for `url`, as for a page, a frame or a file.
-void note(WebPage &page, const QUrl &url);
+void note(WebPage &page, const QUrl &url, const DownloadAsker &asker);
 /// A page is about to go.
 void noteEnd(const WebPage &page);
 /// Of a page that is there as it is by now, and of one that has gone as it was when it asked.

@@ -9,6 +9,7 @@
 
 #include <QDeadlineTimer>
 #include <chrono>
+#include <numeric>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -23,7 +24,17 @@ constexpr int mostOfGone = 50;
 /// Milliseconds in which refused ones are told as one.
 constexpr int pace = 1000;
 
+/// Sites of frames that may ask at a time.
+constexpr int mostAskers = 3;
+
 constexpr Texts<"PageQuestions"> texts;
+
+QString siteOf(const QUrl &url)
+{
+    return url.isEmpty() ? QString()
+                         : url.scheme() + "://"_L1
+            + url.adjusted(QUrl::RemoveUserInfo).authority(QUrl::FullyEncoded);
+}
 }
 
 PageDownloads::PageDownloads(WebPage &page)
@@ -34,7 +45,7 @@ PageDownloads::PageDownloads(WebPage &page)
     m_tells.setSingleShot(true);
     m_tells.setInterval(pace);
     connect(&m_tells, &QTimer::timeout, this, &PageDownloads::tellRefused);
-    connect(&page, &WebPage::arrived, this, [this] { m_isAllowed = false; });
+    connect(&page, &WebPage::arrived, this, [this] { m_allowed.clear(); });
     connect(&page, &WebPage::userActed, this, &PageDownloads::renew);
     if (auto *view = qobject_cast<WebView *>(QWebEngineView::forPage(&page)))
         connect(view, &WebView::eventCame, this, [this](const QEvent &event) {
@@ -47,7 +58,9 @@ PageDownloads::PageDownloads(WebPage &page)
 /// The page may go while its question is open.
 PageDownloads::~PageDownloads()
 {
-    finish(PageQuestion::Answer::Ended);
+    const QStringList askers = m_waiting.keys();
+    for (const QString &asker : askers)
+        finish(asker, PageQuestion::Answer::Ended);
 }
 
 void PageDownloads::renew()
@@ -55,19 +68,33 @@ void PageDownloads::renew()
     m_left = unasked;
 }
 
-PageDownloads::Verdict PageDownloads::judge()
+QString PageDownloads::nameOf(const DownloadAsker &asker) const
 {
-    if (m_isAllowed)
+    if (asker.isFrameWithoutSite)
+        return u"frame"_s;
+    const QString site = siteOf(asker.site);
+    return site.isEmpty() ? siteOf(m_page.committedUrl()) : site;
+}
+
+PageDownloads::Verdict PageDownloads::judge(const DownloadAsker &asker)
+{
+    const QString name = nameOf(asker);
+    if (m_allowed.contains(name))
         return Verdict::Go;
     if (m_left > 0) {
         --m_left;
         return Verdict::Go;
     }
-    if (m_waiting >= mostWaiting)
+    const QList<int> waiting = m_waiting.values();
+    const bool isFirst = !m_waiting.contains(name);
+    if (std::accumulate(waiting.cbegin(), waiting.cend(), 0) >= mostWaiting
+        || (isFirst && m_waiting.size() >= mostAskers))
         return refuse();
+    ++m_waiting[name];
     // The engine stands still inside the signal that this is called from.
-    if (m_waiting++ == 0)
-        QMetaObject::invokeMethod(this, &PageDownloads::ask, Qt::QueuedConnection);
+    if (isFirst)
+        QMetaObject::invokeMethod(
+            this, [this, asker] { ask(asker); }, Qt::QueuedConnection);
     return Verdict::Wait;
 }
 
@@ -82,34 +109,46 @@ PageDownloads::Verdict PageDownloads::judgeOfGone()
     return left-- > 0 ? Verdict::Go : Verdict::Refused;
 }
 
-void PageDownloads::ask()
+void PageDownloads::ask(const DownloadAsker &asker)
 {
+    const QString name = nameOf(asker);
     PageQuestion question;
-    question.kind = u"downloads"_s;
+    question.kind = "downloads "_L1 + name;
     question.asker = m_page.committedUrl();
     question.text =
         texts.at<"strDownloads",
                  "This page wants to download more files. Do you want to download them?">();
+    if (name != siteOf(question.asker)) {
+        question.text = texts.at<"strFrameDownloads",
+                                 "A frame in this page wants to download more "
+                                 "files. Do you want to download them?">();
+        if (!asker.isFrameWithoutSite) {
+            question.around = question.asker;
+            question.asker = asker.site;
+        }
+    }
     question.yes = texts.at<"cmdYes", "Yes">();
     question.no = texts.at<"cmdNo", "No">();
     question.noHolds = true;
-    question.done = [self = QPointer(this)](PageQuestion::Reply reply) {
+    question.done = [self = QPointer(this), name](PageQuestion::Reply reply) {
         if (self)
-            self->finish(reply.answer);
+            self->finish(name, reply.answer);
     };
     if (!m_page.questions() || !m_page.questions()->ask(question)) {
-        m_refused += m_waiting;
+        m_refused += m_waiting.value(name);
         m_tells.start();
-        finish(PageQuestion::Answer::No);
+        finish(name, PageQuestion::Answer::No);
     }
 }
 
-void PageDownloads::finish(PageQuestion::Answer answer)
+void PageDownloads::finish(const QString &asker, PageQuestion::Answer answer)
 {
-    if (std::exchange(m_waiting, 0) == 0)
+    if (m_waiting.take(asker) == 0)
         return;
-    m_isAllowed = answer == PageQuestion::Answer::Yes;
-    emit answered(m_isAllowed);
+    const bool isWanted = answer == PageQuestion::Answer::Yes;
+    if (isWanted)
+        m_allowed.insert(asker);
+    emit answered(asker, isWanted);
 }
 
 PageDownloads::Verdict PageDownloads::refuse()

@@ -1,22 +1,26 @@
 #pragma once
 
+#include "DownloadAsker.h"
 #include "PageQuestion.h"
 #include "UserAct.h"
 
+#include <QHash>
 #include <QObject>
+#include <QSet>
 #include <QTimer>
 
 class WebPage;
 
 /// How many files a page may download before its user is asked: a few each time that he does
-/// something with it. Those that come then wait for one answer for all.
+/// something with it. Those that come then wait, and for all of a site there is one answer: a frame
+/// of another site asks in that site's name.
 class PageDownloads : public QObject {
     Q_OBJECT
 
 public:
     enum class Verdict {
         Go,
-        /// `answered` follows.
+        /// `answered` follows, for all of that asker.
         Wait,
         Refused
     };
@@ -26,26 +30,29 @@ public:
     ~PageDownloads() override;
 
     /// For one more.
-    Verdict judge();
+    Verdict judge(const DownloadAsker &asker);
+    /// The page itself, a site or a frame without one, as one word.
+    QString nameOf(const DownloadAsker &asker) const;
     /// For one more of pages that have gone: nobody can be asked, so there is a limit.
     static Verdict judgeOfGone();
 
 signals:
-    void answered(bool isWanted);
+    void answered(const QString &asker, bool isWanted);
 
 private:
     void renew();
-    void ask();
-    void finish(PageQuestion::Answer answer);
+    void ask(const DownloadAsker &asker);
+    void finish(const QString &asker, PageQuestion::Answer answer);
     Verdict refuse();
     void tellRefused();
 
     WebPage &m_page;
     UserAct m_act;
     int m_left;
-    int m_waiting = 0;
+    /// How many, by who asks.
+    QHash<QString, int> m_waiting;
     int m_refused = 0;
     /// By the user, as long as the page is there.
-    bool m_isAllowed = false;
+    QSet<QString> m_allowed;
     QTimer m_tells;
 };

@@ -70,12 +70,12 @@ WebPage::WebPage(QWebEngineProfile *profile)
     connect(m_cacheBypass, &CacheBypass::pageRequested, this,
             [this](const QByteArray &method) { m_sendsForm = method != "GET"; });
     connect(m_cacheBypass, &CacheBypass::frameRequested, this,
-            [this](const QUrl &url, const QByteArray &method) {
+            [this](const QUrl &url, const QByteArray &method, const QUrl &asker, bool isPage) {
                 if (method != "GET")
                     m_formAddress = url;
                 else if (url == m_formAddress)
                     m_formAddress.clear();
-                DownloadPages::note(*this, url);
+                DownloadPages::note(*this, url, {asker, asker.isEmpty() && !isPage});
             });
     connect(m_cacheBypass, &CacheBypass::requested, m_certificates,
             [this](const QUrl &url, bool isPage) {

@@ -91,7 +91,8 @@ void EngineDownloads::beginFor(QWebEngineDownloadRequest &request, const Downloa
 {
     using Verdict = PageDownloads::Verdict;
     WebPage *page = source.page;
-    const Verdict verdict = page ? page->downloads().judge() : PageDownloads::judgeOfGone();
+    const Verdict verdict =
+        page ? page->downloads().judge(source.asker) : PageDownloads::judgeOfGone();
     if (verdict == Verdict::Refused)
         return;
     const Download entry = NewDownload::of(request, source);
@@ -106,7 +107,11 @@ void EngineDownloads::beginFor(QWebEngineDownloadRequest &request, const Downloa
     }
     download->hold();
     QObject::connect(&page->downloads(), &PageDownloads::answered, download,
-                     &EngineDownload::endHold);
+                     [download, mine = page->downloads().nameOf(source.asker)](const QString &asker,
+                                                                               bool isWanted) {
+                         if (asker == mine)
+                             download->endHold(isWanted);
+                     });
 }
 
 bool EngineDownloads::takeOrdered(QWebEngineDownloadRequest &request)

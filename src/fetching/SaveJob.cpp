@@ -56,7 +56,7 @@ void SaveJob::start()
                     giveUp();
             });
     showProgress();
-    DownloadPages::note(*m_page, m_page->url());
+    DownloadPages::note(*m_page, m_page->url(), {});
     m_page->save(m_stage->file(), m_format);
 }
 

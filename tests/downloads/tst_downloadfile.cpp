@@ -65,6 +65,7 @@ private slots:
     void allComesBack();
     void statesComeBack_data();
     void statesComeBack();
+    void addressKeptOutOfTheHistory();
     void latestIsFirst();
     void handEditedStays();
     void hisLineEndsStay();
@@ -139,6 +140,24 @@ void tst_downloadfile::statesComeBack()
     download.problem = problem;
     QVERIFY(write({download}));
     QCOMPARE(read(), QList<Download>({download}));
+}
+
+/// It stays only as long as something can be continued by it.
+void tst_downloadfile::addressKeptOutOfTheHistory()
+{
+    Download download = one(1, State::Running);
+    download.leavesTrace = false;
+    download.stage = stage;
+    QVERIFY(write({download}));
+    QCOMPARE(read().first().address, download.address);
+    download.stage.clear();
+    for (const State over : {State::Done, State::Cancelled, State::Failed}) {
+        download.state = over;
+        QVERIFY(write({download}));
+        QVERIFY(!bytes().contains("http"));
+        QCOMPARE(read().size(), 1);
+        QVERIFY(read().first().address.isEmpty() && !read().first().isRepeatable);
+    }
 }
 
 void tst_downloadfile::latestIsFirst()

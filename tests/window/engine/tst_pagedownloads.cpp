@@ -30,6 +30,9 @@ private slots:
     void questionGoesWithThePage();
     void heldOneIsTakenByHand();
     void nextPageIsAskedAnew();
+    void frameAsksInItsOwnName_data();
+    void frameAsksInItsOwnName();
+    void yesToAFrameIsNoYesToThePage();
     void emptyWindowGoesWithItsFile();
     void aThousandInARow();
 
@@ -54,6 +57,15 @@ private:
     void begin(int number, int from = 0) const
     {
         PopupScene::script(m_form, u"go(%1, %2); 1"_s.arg(from).arg(from + number));
+    }
+
+    /// With these attributes; "%1" is the server's port.
+    void addFrame(const QString &attributes) const
+    {
+        const QString port = QString::number(m_scene->server.port());
+        PopupScene::script(m_form,
+                           u"document.body.insertAdjacentHTML('beforeend', `<iframe %1>`); 1"_s.arg(
+                               QString(attributes).replace("%1"_L1, port)));
     }
 
     std::unique_ptr<PopupScene> m_scene;
@@ -208,6 +220,62 @@ void tst_pagedownloads::nextPageIsAskedAnew()
     PopupScene::waitUntilLoaded(m_form);
     begin(1, 20);
     QTRY_VERIFY(PageAsks::shownIn(m_form));
+    QCOMPARE(count(State::Held), 1);
+}
+
+void tst_pagedownloads::frameAsksInItsOwnName_data()
+{
+    QTest::addColumn<QString>("frame");
+    QTest::addColumn<QByteArray>("begins");
+    QTest::addColumn<QString>("host");
+    const QByteArray link = "const a = document.createElement('a'); a.download = 'x';"
+                            "document.body.append(a); a.href = ";
+    const QByteArray server = link + "'/file?' + i; a.click();";
+    const QByteArray made = link + "URL.createObjectURL(new Blob(['bytes'])); a.click();";
+    const QByteArray frames = "const f = document.createElement('iframe'); f.src = '/file?' + i;"
+                              "document.body.append(f);";
+    const QString other = u"src=http://localhost:%1/frame"_s;
+    QTest::newRow("of another site") << other << server << u"localhost"_s;
+    QTest::newRow("of another site, what it made") << other << made << u"localhost"_s;
+    QTest::newRow("frames in one of another site") << other << frames << u"localhost"_s;
+    QTest::newRow("of the page's site") << u"src=/frame"_s << server << u"127.0.0.1"_s;
+    QTest::newRow("shut off from its site")
+        << u"sandbox='allow-scripts allow-downloads' "_s + other << frames << u"127.0.0.1"_s;
+}
+
+/// One that has no site asks as a frame in the page.
+void tst_pagedownloads::frameAsksInItsOwnName()
+{
+    QFETCH(QString, frame);
+    QFETCH(QByteArray, begins);
+    QFETCH(QString, host);
+    m_scene->server.reply("/file", {200, "bytes", "application/x-parcel", {}});
+    m_scene->server.page("/frame",
+                         "<body><script>for (let i = 0; i < 4; ++i) { " + begins + " }</script>");
+    addFrame(frame);
+    QTRY_VERIFY(PageAsks::shownIn(m_form));
+    QTRY_COMPARE(count(State::Held), 1);
+    PageQuestionBox *box = PageAsks::shownIn(m_form);
+    QCOMPARE(PageAsks::askerOf(box), u"http://%1:%2"_s.arg(host).arg(m_scene->server.port()));
+    const bool isPages = frame == "src=/frame"_L1;
+    QCOMPARE(PageAsks::textOf(box).startsWith("A frame"_L1), !isPages);
+    PageAsks::yes(box)->click();
+    QTRY_COMPARE(count(State::Done), 4);
+}
+
+void tst_pagedownloads::yesToAFrameIsNoYesToThePage()
+{
+    m_scene->server.page("/frame",
+                         "<body><script>for (let i = 0; i < 4; ++i) { const a ="
+                         "document.createElement('a'); a.download = 'of frame'; a.href ="
+                         "URL.createObjectURL(new Blob(['bytes'])); a.click() }</script>");
+    addFrame(u"src=http://localhost:%1/frame"_s);
+    QTRY_VERIFY(PageAsks::shownIn(m_form));
+    PageAsks::yes(PageAsks::shownIn(m_form))->click();
+    QTRY_COMPARE(count(State::Done), 4);
+    begin(1);
+    QTRY_VERIFY(PageAsks::shownIn(m_form));
+    QVERIFY(PageAsks::askerOf(PageAsks::shownIn(m_form)).startsWith("http://127.0.0.1:"_L1));
     QCOMPARE(count(State::Held), 1);
 }
 
