@@ -179,7 +179,7 @@ void Navigator::askAgain(const QUrl &url)
 void Navigator::stop()
 {
     m_state.stop();
-    if (m_life.page() && !m_life.waitsForAnswer([] {}))
+    if (m_life.page() && !m_life.stopsAnswering())
         m_life.page()->triggerAction(QWebEnginePage::Stop);
 }
 

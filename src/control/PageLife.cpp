@@ -2,11 +2,13 @@
 
 #include "EngineProfile.h"
 #include "Listener.h"
+#include "Log.h"
 #include "PageHold.h"
 #include "RefusedAddress.h"
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QTimer>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineNewWindowRequest>
 #include <utility>
@@ -75,6 +77,7 @@ void PageLife::use(WebPage *page)
                 if (m_host)
                     m_host->answerFullScreen(request);
             });
+    connect(&m_page->leaving(), &LeavingPage::stuck, m_bond.get(), [this] { endStuck(); });
     connect(m_page, &QWebEnginePage::renderProcessTerminated, m_bond.get(),
             [this](QWebEnginePage::RenderProcessTerminationStatus status) {
                 // Pages that are being shut down end normally.
@@ -179,12 +182,44 @@ void PageLife::leaveCrashed()
 
 bool PageLife::waitsForAnswer(const std::function<void()> &command)
 {
+    return leave(LeavingPage::Way::Elsewhere, command);
+}
+
+void PageLife::leaveUnheard(const std::function<void()> &command)
+{
+    if (!m_page || !m_questions || !m_questions->isSilenced() || m_page->leaving().isOn())
+        return;
+    m_wayOut = command;
+    m_page->leaving().begin(LeavingPage::Way::Elsewhere);
+}
+
+bool PageLife::stopsAnswering()
+{
+    return leave(LeavingPage::Way::Stop, {});
+}
+
+bool PageLife::leave(LeavingPage::Way way, const std::function<void()> &command)
+{
     if (!m_page || !m_page->awaitsAnswer())
         return false;
-    connect(m_page, &WebPage::answerGiven, m_bond.get(), command, Qt::SingleShotConnection);
+    m_wayOut = command;
+    m_page->leaving().begin(way);
+    if (command)
+        connect(m_page, &WebPage::answerGiven, m_bond.get(), command, Qt::SingleShotConnection);
     if (m_questions)
         m_questions->endAll();
     return true;
+}
+
+/// Its process goes with what is discarded.
+void PageLife::endStuck()
+{
+    if (m_crashed)
+        return;
+    qCInfo(lcEngine) << "a page that does nothing but ask is ended:" << m_page->url().host();
+    noteCrash();
+    if (m_wayOut)
+        QTimer::singleShot(0, m_bond.get(), std::exchange(m_wayOut, {}));
 }
 
 void PageLife::noteUserAction()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BrowserHost.h"
+#include "LeavingPage.h"
 #include "PageQuestions.h"
 #include "WebPage.h"
 #include "WebView.h"
@@ -43,9 +44,14 @@ public:
     void leaveCrashed();
     /// False: the window is wholly covered.
     void setShown(bool shown);
-    /// A page whose script waits for an answer gets none any more, and `command` runs when the
-    /// engine has gone on; true then.
+    /// A page whose script waits for an answer gets none any more, and `command`, which leads
+    /// elsewhere, runs when the engine has gone on; true then. One that does nothing but ask ends,
+    /// as if it had crashed, and `command` runs once more.
     bool waitsForAnswer(const std::function<void()> &command);
+    /// A page that the user does not want to hear stays unheard until `command` has led elsewhere.
+    void leaveUnheard(const std::function<void()> &command);
+    /// The same for a page that the user stops.
+    bool stopsAnswering();
     /// The user did something with the page himself.
     void noteUserAction();
 
@@ -62,6 +68,8 @@ private:
     void use(WebPage *page);
     void applyShown();
     void noteCrash();
+    bool leave(LeavingPage::Way way, const std::function<void()> &command);
+    void endStuck();
     void discardCrashed();
 
     QPointer<BrowserHost> m_host;
@@ -70,6 +78,8 @@ private:
     QPointer<WebView> m_view;
     QPointer<PageQuestions> m_questions;
     std::unique_ptr<QObject> m_bond;
+    /// Where the user went last while a script waited for his answer.
+    std::function<void()> m_wayOut;
     /// The page's process has ended, and nothing has been loaded since.
     bool m_crashed = false;
     bool m_shown = true;

@@ -58,6 +58,7 @@ bool QtWebBrowser::mayRun(const std::function<void()> &command)
 {
     if (m_life.waitsForAnswer(command))
         return false;
+    m_life.leaveUnheard(command);
     m_life.noteUserAction();
     return true;
 }

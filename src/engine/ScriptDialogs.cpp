@@ -1,5 +1,6 @@
 #include "ScriptDialogs.h"
 
+#include "LeavingPage.h"
 #include "PageQuestions.h"
 #include "ShownAddress.h"
 #include "Texts.h"
@@ -54,6 +55,14 @@ bool asksToLeave(const QString &message)
                                        "you made may not be saved.");
 }
 
+bool isUnheard(const WebPage &page)
+{
+    if (!page.leaving().isOn())
+        return false;
+    page.leaving().noteDialog();
+    return true;
+}
+
 /// A page that is not heard any more must not keep the user either.
 bool mayLeave(const WebPage &page, PageQuestions &questions, const QUrl &origin)
 {
@@ -73,7 +82,7 @@ namespace ScriptDialogs {
 void alert(WebPage &page, const QUrl &origin, const QString &message)
 {
     PageQuestions *questions = page.questions();
-    if (!questions)
+    if (!questions || isUnheard(page))
         return;
     // Else it is there to be read when the user comes to the window.
     if (questions->mayWait())
@@ -87,16 +96,18 @@ bool confirm(WebPage &page, const QUrl &origin, const QString &message)
     PageQuestions *questions = page.questions();
     if (asksToLeave(message))
         return !questions || mayLeave(page, *questions, origin);
+    if (!questions || isUnheard(page))
+        return false;
     PageQuestion question = questionOf(page, origin, message);
     question.no = texts.at<"cmdCancel", "Cancel">();
-    return questions && questions->askAndWait(question) == Answer::Yes;
+    return questions->askAndWait(question) == Answer::Yes;
 }
 
 bool prompt(WebPage &page, const QUrl &origin, const QString &message, const QString &defaultValue,
             QString *result)
 {
     PageQuestions *questions = page.questions();
-    if (!questions)
+    if (!questions || isUnheard(page))
         return false;
     PageQuestion question = questionOf(page, origin, message);
     question.no = texts.at<"cmdCancel", "Cancel">();

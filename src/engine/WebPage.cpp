@@ -3,6 +3,7 @@
 #include "CacheBypass.h"
 #include "DownloadPages.h"
 #include "EngineVersion.h"
+#include "LeavingPage.h"
 #include "Log.h"
 #include "OutsideRequests.h"
 #include "PageCertificates.h"
@@ -62,6 +63,7 @@ QUrl savedBy(QWebEnginePage::WebAction action, const QWebEngineContextMenuReques
 WebPage::WebPage(QWebEngineProfile *profile)
     : QWebEnginePage(profile)
     , m_cacheBypass(new CacheBypass(this))
+    , m_leaving(new LeavingPage(*this))
     , m_certificates(new PageCertificates(*this))
 {
     setUrlRequestInterceptor(m_cacheBypass);

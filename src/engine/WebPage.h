@@ -10,6 +10,7 @@
 #include "ScriptError.h"
 
 class CacheBypass;
+class LeavingPage;
 class OutsideRequests;
 class PageCertificates;
 class PageDownloads;
@@ -50,6 +51,8 @@ public:
     /// The engine waits for the user's answer to a script. Until `answerGiven` neither page nor
     /// view may be deleted, and nothing may be loaded.
     bool awaitsAnswer() const { return m_awaitsAnswer; }
+    /// The user leaves while it waits.
+    LeavingPage &leaving() const { return *m_leaving; }
     /// Keeps what the page loads from now on out of the disk cache.
     void setCacheBypass(bool on);
     /// Whether the window keeps what it shows among the pages visited.
@@ -148,6 +151,7 @@ private:
     IsOnItsWay m_isOnItsWay;
     QPointer<PageQuestions> m_questions;
     CacheBypass *m_cacheBypass = nullptr;
+    LeavingPage *m_leaving = nullptr;
     PageCertificates *m_certificates;
     PageDownloads *m_downloads = nullptr;
     OutsideRequests *m_outside = nullptr;

@@ -51,6 +51,11 @@ private slots:
     void closingAnotherWindow();
     void typedAddressEndsIt();
     void stopEndsIt();
+    void endlessDialogsCanBeLeft_data();
+    void endlessDialogsCanBeLeft();
+    void endlessDialogsCanBeStopped();
+    void unheardPageCanBeLeft();
+    void leavingOfferedBesideADialogIsStillAsked();
     void processEndsMeanwhile();
     void leavingIsAsked_data();
     void leavingIsAsked();
@@ -428,7 +433,8 @@ void tst_pagequestions::nothingWaitsBehindADialog()
 
 void tst_pagequestions::nothingWaitsBetweenTheStepsOfALongRoutine()
 {
-    const WhenAsked asked(m_form, [](PageQuestionBox *box) { PageAsks::press(PageAsks::yes(box)); });
+    const WhenAsked asked(m_form,
+                          [](PageQuestionBox *box) { PageAsks::press(PageAsks::yes(box)); });
     start(u"document.title = 'said ' + confirm('?')"_s);
     const QDeadlineTimer limit(10000);
     while (!title().startsWith("said"_L1) && !limit.hasExpired())
@@ -529,6 +535,105 @@ void tst_pagequestions::stopEndsIt()
     const WhenAsked asked(m_form, [this](PageQuestionBox *) { m_form->browser()->stop(); });
     start(u"document.title = 'said ' + confirm('?')"_s);
     QTRY_COMPARE(title(), u"said false"_s);
+}
+
+void tst_pagequestions::endlessDialogsCanBeLeft_data()
+{
+    QTest::addColumn<QString>("loop");
+    QTest::addColumn<int>("way");
+    const QString alerts = u"while (true) alert()"_s;
+    QTest::newRow("another page of the site") << alerts << 0;
+    QTest::newRow("another site") << alerts << 1;
+    QTest::newRow("back") << alerts << 2;
+    QTest::newRow("anew") << alerts << 3;
+    QTest::newRow("questions") << u"while (true) confirm()"_s << 0;
+    QTest::newRow("again and again") << u"setInterval(() => alert(), 10)"_s << 0;
+    QTest::newRow("while it comes") << u"location = '/loop'"_s << 0;
+    QTest::newRow("in frames") << u"for (let i = 0; i < 3; i++) {"
+                                  "const f = document.body.appendChild(document.createElement("
+                                  "'iframe')); f.contentWindow.eval('while (true) prompt()') }"_s
+                               << 0;
+}
+
+/// The page that comes has the keyboard's answer and nothing of the one before it.
+void tst_pagequestions::endlessDialogsCanBeLeft()
+{
+    QFETCH(const QString, loop);
+    QFETCH(const int, way);
+    m_scene->server.page("/a", "<title>a</title>");
+    m_scene->server.page("/loop", "<title>loop</title><script>while (true) alert()</script>");
+    m_scene->server.page("/b", "<title>b</title>");
+    m_form->browser()->navigate(m_scene->server.url(u"/a"_s));
+    QTRY_COMPARE(title(), u"a"_s);
+    QStringList came{u"b"_s, u"b"_s, u"opener"_s, u"a"_s};
+    const WhenAsked asked(m_form, [&](PageQuestionBox *) {
+        if (way == 2)
+            m_form->browser()->goBack();
+        else if (way == 3)
+            m_form->browser()->refresh();
+        else
+            m_form->browser()->navigate(
+                m_scene->server.url(u"/b"_s, way == 1 ? u"localhost"_s : u"127.0.0.1"_s));
+    });
+    start("document.title = 'loop';"_L1 + loop);
+    QTRY_COMPARE_WITH_TIMEOUT(asked.count(), 1, 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(title(), came.at(way), 20000);
+    QCOMPARE(asked.count(), 1);
+    QCOMPARE(PageAsks::countIn(m_form), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(PopupScene::script(m_form, u"document.title"_s).toString(),
+                              came.at(way), 10000);
+    // It is heard itself.
+    start(u"alert('x')"_s);
+    QTRY_COMPARE(asked.count(), 2);
+}
+
+/// Nothing is left to be shown of it but that it has ended.
+void tst_pagequestions::endlessDialogsCanBeStopped()
+{
+    const WhenAsked asked(m_form, [this](PageQuestionBox *) { m_form->browser()->stop(); });
+    start(u"while (true) alert()"_s);
+    QTRY_COMPARE(asked.count(), 1);
+    QTRY_VERIFY_WITH_TIMEOUT(m_form->findChild<QPushButton *>(u"cmdReload"_s), 20000);
+    QCOMPARE(PageAsks::countIn(m_form), 0);
+    m_form->browser()->refresh();
+    QTRY_COMPARE_WITH_TIMEOUT(PopupScene::script(m_form, u"document.title"_s).toString(),
+                              u"opener"_s, 10000);
+}
+
+void tst_pagequestions::unheardPageCanBeLeft()
+{
+    m_scene->server.page("/b", "<title>b</title>");
+    const WhenAsked asked(m_form, [](PageQuestionBox *box) {
+        if (QCheckBox *noMore = PageAsks::noMore(box))
+            noMore->click();
+        PageAsks::press(PageAsks::yes(box));
+    });
+    start(u"while (true) alert()"_s);
+    QTRY_COMPARE(asked.count(), 2);
+    QTRY_VERIFY(m_form->questions()->isSilenced());
+    m_form->browser()->navigate(m_scene->server.url(u"/b"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(title(), u"b"_s, 20000);
+    QCOMPARE(asked.count(), 2);
+}
+
+void tst_pagequestions::leavingOfferedBesideADialogIsStillAsked()
+{
+    m_scene->server.page("/b", "<title>b</title>");
+    start(u"onbeforeunload = event => { event.preventDefault(); event.returnValue = 'x' };"
+          "document.title = 'ready'"_s);
+    QTRY_COMPARE(title(), u"ready"_s);
+    PopupScene::click(m_form, u"i"_s);
+    QTRY_COMPARE(PopupScene::script(m_form, u"navigator.userActivation.hasBeenActive"_s), true);
+    const WhenAsked asked(m_form, [this](PageQuestionBox *box) {
+        if (PageAsks::textOf(box) == "hello"_L1)
+            m_form->browser()->navigate(m_scene->server.url(u"/b"_s));
+        else
+            PageAsks::press(PageAsks::no(box));
+    });
+    start(u"alert('hello')"_s);
+    QTRY_COMPARE(asked.count(), 2);
+    QTRY_VERIFY(!m_form->browser()->isBusy());
+    QCOMPARE(PopupScene::script(m_form, u"document.title"_s).toString(), u"ready"_s);
 }
 
 void tst_pagequestions::processEndsMeanwhile()
