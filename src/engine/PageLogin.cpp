@@ -1,5 +1,7 @@
 #include "PageLogin.h"
 
+#include "KeptLogins.h"
+#include "Keyring.h"
 #include "KnownLogins.h"
 #include "LoginFields.h"
 #include "PageQuestions.h"
@@ -31,9 +33,10 @@ struct Asker {
 
     QString key() const
     {
-        const QString server =
-            isProxy ? name : address.scheme() + "://"_L1 + address.authority(QUrl::FullyEncoded);
-        return (isProxy ? "proxy "_L1 : "login "_L1) + server + u' ' + realm;
+        constexpr auto known = QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery
+            | QUrl::RemoveFragment | QUrl::FullyEncoded;
+        const QString server = isProxy ? name : address.toString(known);
+        return (isProxy ? "proxy "_L1 : "login "_L1) + server + u' ' + realm.left(longestRealm);
     }
 };
 
@@ -108,25 +111,43 @@ void signIn(const QString &key, const KnownLogins::Login &login)
     }
 }
 
-void askUser(WebPage *page, const Asker &asker, const QString &wrongUser)
+void ask(WebPage *page, const Asker &asker, const QString &wrongUser, bool offersKeeping)
 {
     if (!page->questions())
         return;
     PageQuestion question = questionOf(asker, !wrongUser.isEmpty());
+    const QString key = question.kind;
     auto fields = std::make_shared<QPointer<LoginFields>>();
-    question.fields = [fields, wrongUser](QWidget *parent) {
-        *fields = new LoginFields(wrongUser, parent);
+    question.fields = [fields, wrongUser, offersKeeping, key](QWidget *parent) {
+        *fields = new LoginFields(wrongUser, offersKeeping, parent);
+        if (offersKeeping)
+            KeptLogins::fill(**fields, key, !wrongUser.isEmpty());
         return fields->data();
     };
-    const QString key = question.kind;
     question.done = [fields, key, page](PageQuestion::Reply reply) {
-        if (reply.answer == PageQuestion::Answer::Yes && *fields)
+        if (reply.answer == PageQuestion::Answer::Yes && *fields) {
+            KeptLogins::settle(*page, **fields, key);
             signIn(key, {(*fields)->user(), (*fields)->password()});
-        else
+        } else {
             asking().remove(key, page);
+        }
     };
     if (page->questions()->ask(question))
         asking().insert(key, page);
+}
+
+/// By the time that is known whether there is a keyring, the page may be on its way elsewhere.
+void askUser(WebPage *page, const Asker &asker, const QString &wrongUser)
+{
+    if (!page->leavesTrace()) {
+        ask(page, asker, wrongUser, false);
+        return;
+    }
+    const auto told = [page, asker, wrongUser, navigation = page->navigation()](bool isThere) {
+        if (page->navigation() == navigation)
+            ask(page, asker, wrongUser, isThere);
+    };
+    Keyring::look(page, told);
 }
 
 void reply(WebPage &page, const Asker &asker, QAuthenticator *login)
@@ -150,6 +171,11 @@ void reply(WebPage &page, const Asker &asker, QAuthenticator *login)
 }
 
 namespace PageLogin {
+
+bool isKnown(const QString &key)
+{
+    return known().has(key);
+}
 
 void answer(WebPage &page, const QUrl &url, QAuthenticator *login)
 {

@@ -9,10 +9,12 @@ class WebPage;
 /// at once, so the first time it is told "none", the user is asked afterwards, and the page is
 /// loaded again with what was entered. Asked for is the page on its way alone; its parts, and what
 /// its scripts load, get what is known for their realm, or nothing. Kept for the life of the
-/// program only.
+/// program; beyond it, where the user wants that, in the desktop's keyring (`KeptLogins`).
 namespace PageLogin {
 /// The answer to the engine; asks the user later where nothing is known.
 void answer(WebPage &page, const QUrl &url, QAuthenticator *login);
 /// The same for the proxy of that host name on the way to `url`.
 void answerProxy(WebPage &page, const QUrl &url, const QString &proxy, QAuthenticator *login);
+/// What was entered for that has not turned out to be wrong.
+bool isKnown(const QString &key);
 }

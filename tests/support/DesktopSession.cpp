@@ -38,8 +38,17 @@ DesktopSession::DesktopSession()
     const auto all = QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals;
     m_bus.registerObject(u"/org/freedesktop/Notifications"_s, &notifications, all);
     m_bus.registerObject(u"/org/freedesktop/FileManager1"_s, &files, all);
+    m_bus.registerVirtualObject(FakeSecrets::path(), &secrets, QDBusConnection::SubPath);
     m_bus.connect({}, {}, u"com.canonical.Unity.LauncherEntry"_s, u"Update"_s, this,
                   SLOT(noteProgress(QString, QVariantMap)));
+}
+
+void DesktopSession::setKeyring(bool on)
+{
+    if (on)
+        m_bus.registerService(FakeSecrets::service());
+    else
+        m_bus.unregisterService(FakeSecrets::service());
 }
 
 DesktopSession::~DesktopSession()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FakeSecrets.h"
+
 #include <QDBusConnection>
 #include <QList>
 #include <QObject>
@@ -65,9 +67,11 @@ public:
     bool isRunning() const { return m_bus.isConnected(); }
     void setNotifying(bool on);
     void setFileManaging(bool on);
+    void setKeyring(bool on);
 
     FakeNotifications notifications;
     FakeFileManager files;
+    FakeSecrets secrets;
     /// What was told of progress, in order: the task bar's entry and its properties.
     QList<QPair<QString, QVariantMap>> progress;
 

@@ -201,7 +201,7 @@ void tst_DialogTexts::describePageDialogs()
         {u"properties"_s, [this, owner] { return shown(new PageProperties(webPage(), owner)); }},
         {u"sign-in"_s, bar([](QWidget *place) {
              PageQuestion question = pageQuestion(u"LoginDialog"_s, u"strProxyQuestion"_s);
-             question.fields = [](QWidget *parent) { return new LoginFields({}, parent); };
+             question.fields = [](QWidget *parent) { return new LoginFields({}, true, parent); };
              return new PageQuestionBox(question, true, place);
          })},
         {u"question of a page"_s, bar([](QWidget *place) {

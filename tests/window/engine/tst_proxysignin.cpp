@@ -66,7 +66,7 @@ void tst_proxysignin::enter(const PageQuestionBox *box, const QString &password)
 {
     box->findChild<QLineEdit *>(u"txtUser"_s)->setText(u"me"_s);
     box->findChild<QLineEdit *>(u"txtPassword"_s)->setText(password);
-    PageAsks::yes(box)->click();
+    PageAsks::press(PageAsks::yes(box));
 }
 
 int tst_proxysignin::countWith(const QByteArray &password)
@@ -86,7 +86,7 @@ void tst_proxysignin::cancelShowsTheAnswer()
     QCOMPARE(lines.first(), u"127.0.0.1:%1"_s.arg(proxy->port()));
     QVERIFY(lines.contains(u"Gate"_s));
     QVERIFY(!PageAsks::textOf(question()).contains("site.test"_L1));
-    PageAsks::no(question())->click();
+    PageAsks::press(PageAsks::no(question()));
     QTRY_VERIFY(!m_form->browser()->isBusy());
     QVERIFY(!question());
     QCOMPARE(countWith("secret"), 0);

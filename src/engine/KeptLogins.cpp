@@ -1,0 +1,64 @@
+#include "KeptLogins.h"
+
+#include "Keyring.h"
+#include "LoginFields.h"
+#include "PageLogin.h"
+#include "Texts.h"
+#include "WebPage.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr auto userKey = "user"_L1;
+constexpr auto passwordKey = "password"_L1;
+
+QString textOf(const QString &user, const QString &password)
+{
+    const QJsonObject kept{{userKey, user}, {passwordKey, password}};
+    return QString::fromUtf8(QJsonDocument(kept).toJson(QJsonDocument::Compact));
+}
+
+void keep(WebPage &page, const QString &key, const QString &text)
+{
+    Keyring::write(key, text, &page, [&page] {
+        emit page.told(
+            Texts<"LoginDialog">::at<"strNotKept", "The keyring did not take the password.">());
+    });
+}
+}
+
+namespace KeptLogins {
+
+void fill(LoginFields &fields, const QString &key, bool wasWrong)
+{
+    Keyring::read(key, &fields, [&fields, wasWrong](const QString &text) {
+        const QJsonObject kept = QJsonDocument::fromJson(text.toUtf8()).object();
+        if (wasWrong)
+            fields.noteKept();
+        else
+            fields.fillIn(kept.value(userKey).toString(), kept.value(passwordKey).toString());
+    });
+}
+
+void settle(WebPage &page, const LoginFields &fields, const QString &key)
+{
+    if (!fields.isToBeKept()) {
+        if (fields.wasKept())
+            Keyring::remove(key);
+        return;
+    }
+    const QString text = textOf(fields.user(), fields.password());
+    QObject::connect(
+        &page, &WebPage::arrived, &page,
+        [&page, key, text] {
+            // Else it was wrong.
+            if (PageLogin::isKnown(key))
+                keep(page, key, text);
+        },
+        Qt::SingleShotConnection);
+}
+
+}
