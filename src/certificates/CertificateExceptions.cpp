@@ -5,17 +5,17 @@
 
 namespace {
 constexpr int securePort = 443;
-
-QString hostOf(const QUrl &url)
-{
-    return url.host(QUrl::FullyEncoded).toLower();
-}
 }
 
 CertificateExceptions &CertificateExceptions::instance()
 {
     static CertificateExceptions exceptions;
     return exceptions;
+}
+
+QString CertificateExceptions::hostOf(const QUrl &url)
+{
+    return url.host(QUrl::FullyEncoded).toLower();
 }
 
 CertificateExceptions::Exception
@@ -27,8 +27,10 @@ CertificateExceptions::exceptionFor(const CertificateFailure &failure)
 
 void CertificateExceptions::add(const CertificateFailure &failure)
 {
-    if (failure.isOverridable && !covers(failure))
-        m_known.append(exceptionFor(failure));
+    if (!failure.isOverridable || covers(failure))
+        return;
+    m_known.append(exceptionFor(failure));
+    emit changed();
 }
 
 bool CertificateExceptions::covers(const CertificateFailure &failure) const
@@ -38,6 +40,17 @@ bool CertificateExceptions::covers(const CertificateFailure &failure) const
 
 bool CertificateExceptions::hasHost(const QUrl &url) const
 {
+    return !m_known.isEmpty() && hasOneOf({hostOf(url)});
+}
+
+bool CertificateExceptions::hasOneOf(const QSet<QString> &hosts) const
+{
     return std::any_of(m_known.begin(), m_known.end(),
-                       [name = hostOf(url)](const Exception &each) { return each.host == name; });
+                       [&hosts](const Exception &each) { return hosts.contains(each.host); });
+}
+
+void CertificateExceptions::clear()
+{
+    m_known.clear();
+    emit changed();
 }

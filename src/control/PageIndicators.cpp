@@ -7,10 +7,17 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+/// A page that asks more is unproven as soon as anything is let pass.
+constexpr qsizetype mostHosts = 1000;
+}
+
 PageIndicators::PageIndicators(QObject *parent)
     : QObject(parent)
 {
     connect(&CookiePolicy::instance(), &CookiePolicy::refused, this, &PageIndicators::noteRefusal);
+    connect(&CertificateExceptions::instance(), &CertificateExceptions::changed, this,
+            &PageIndicators::refresh);
 }
 
 void PageIndicators::noteRefusal(const QString &host)
@@ -31,19 +38,27 @@ void PageIndicators::watch(WebPage *page)
         m_mixed = true;
         refresh();
     });
-    // Which page it is for is not known for sure while another is on its way.
-    connect(&page->certificates(), &PageCertificates::unprovenPartSeen, this, [this] {
-        m_hasUnprovenPart = true;
-        m_hasUnprovenPartEarly = !m_expected.isEmpty();
-        refresh();
-    });
+    connect(&page->certificates(), &PageCertificates::partRequested, this,
+            &PageIndicators::notePart);
+}
+
+/// Which page it is for is not known for sure while another is on its way.
+void PageIndicators::notePart(const QUrl &url)
+{
+    const QString host = CertificateExceptions::hostOf(url);
+    if (!m_expected.isEmpty() && m_partHostsEarly.size() < mostHosts)
+        m_partHostsEarly.insert(host);
+    if (m_partHosts.size() >= mostHosts || m_partHosts.contains(host))
+        return;
+    m_partHosts.insert(host);
+    refresh();
 }
 
 void PageIndicators::expect(const QUrl &url)
 {
     m_expected = url;
     m_impactedEarly = false;
-    m_hasUnprovenPartEarly = false;
+    m_partHostsEarly.clear();
 }
 
 void PageIndicators::reset(const QUrl &url, bool arrived)
@@ -51,7 +66,7 @@ void PageIndicators::reset(const QUrl &url, bool arrived)
     m_url = url;
     m_arrived = arrived;
     m_mixed = false;
-    m_hasUnprovenPart = std::exchange(m_hasUnprovenPartEarly, false);
+    m_partHosts = std::exchange(m_partHostsEarly, {});
     refresh();
     const bool impacted = std::exchange(m_impactedEarly, false);
     m_expected.clear();
@@ -65,12 +80,18 @@ void PageIndicators::distrust()
     refresh();
 }
 
+/// A certificate that is not valid gets as far as a page only where the user let it pass.
+bool PageIndicators::isUnprovenByNow() const
+{
+    const CertificateExceptions &exceptions = CertificateExceptions::instance();
+    return exceptions.hasHost(m_url) || exceptions.hasOneOf(m_partHosts)
+        || (m_partHosts.size() >= mostHosts && !exceptions.isEmpty());
+}
+
 void PageIndicators::refresh()
 {
-    // A certificate that is not valid gets as far as a page only where the user let it pass.
     const bool encrypted = m_arrived && m_url.scheme() == "https"_L1;
-    const bool unproven =
-        encrypted && (m_hasUnprovenPart || CertificateExceptions::instance().hasHost(m_url));
+    const bool unproven = encrypted && isUnprovenByNow();
     const bool secure = encrypted && !m_mixed && !unproven;
     const bool wasUnproven = std::exchange(m_unproven, unproven);
     if (std::exchange(m_secure, secure) != secure)

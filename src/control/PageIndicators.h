@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QSet>
 #include <QUrl>
 
 class WebPage;
@@ -31,14 +32,18 @@ signals:
 
 private:
     void noteRefusal(const QString &host);
+    void notePart(const QUrl &url);
+    bool isUnprovenByNow() const;
     void refresh();
 
     QUrl m_url;
     QUrl m_expected;
+    /// Whom the page, and perhaps the one on its way, asked for parts. What is answered late may
+    /// come over a certificate that the user has let pass since.
+    QSet<QString> m_partHosts;
+    QSet<QString> m_partHostsEarly;
     bool m_arrived = false;
     bool m_mixed = false;
-    bool m_hasUnprovenPart = false;
-    bool m_hasUnprovenPartEarly = false;
     bool m_unproven = false;
     bool m_secure = false;
     bool m_impacted = false;

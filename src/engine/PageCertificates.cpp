@@ -102,10 +102,3 @@ std::optional<CertificateFailure> PageCertificates::failureAt(const QUrl &url, i
     const bool isThis = m_failure && isOfCertificate(error) && isSamePage(m_failure->url, url);
     return isThis ? m_failure : std::nullopt;
 }
-
-void PageCertificates::noteRequest(const QUrl &url)
-{
-    const CertificateExceptions &exceptions = CertificateExceptions::instance();
-    if (!exceptions.isEmpty() && exceptions.hasHost(url))
-        emit unprovenPartSeen();
-}

@@ -21,12 +21,10 @@ public:
     /// Why the page at `url`, the last one that was asked for, did not come; nothing where the
     /// network's `error` is none of certificates.
     std::optional<CertificateFailure> failureAt(const QUrl &url, int error) const;
-    /// Something is asked for, by the page or for it.
-    void noteRequest(const QUrl &url);
 
 signals:
-    /// The page gets something from a host that proves nothing.
-    void unprovenPartSeen();
+    /// Something beside the page itself is asked for, by the page or for it.
+    void partRequested(const QUrl &url);
 
 private:
     void answer(QWebEngineCertificateError error);

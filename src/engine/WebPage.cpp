@@ -82,7 +82,7 @@ WebPage::WebPage(QWebEngineProfile *profile)
     connect(m_cacheBypass, &CacheBypass::requested, m_certificates,
             [this](const QUrl &url, bool isPage) {
                 if (!isPage)
-                    m_certificates->noteRequest(url);
+                    emit m_certificates->partRequested(url);
             });
     answerRequests();
 }

@@ -5,6 +5,7 @@
 #include "ControlScene.h"
 #include "CrashNotice.h"
 #include "EngineTest.h"
+#include "Gate.h"
 #include "TestCertificates.h"
 
 #include <QLabel>
@@ -42,6 +43,7 @@ private slots:
     void framesAreRefusedInSilence();
     void unprovenPartTakesTheLock();
     void unprovenPartIsForgottenWithItsPage();
+    void partThatIsAnsweredLateTakesTheLock();
     void strictSiteOffersNoWay();
     void goOnAfterAnotherPageCame();
     void anotherErrorIsNoFailure();
@@ -401,6 +403,32 @@ void tst_certificates::unprovenPartIsForgottenWithItsPage()
     QTRY_COMPARE(title(), u"clean"_s);
     QTRY_VERIFY(m_scene->events.secure);
     QVERIFY(!m_scene->events.unproven);
+}
+
+/// It was asked for before the user let its server pass elsewhere.
+void tst_certificates::partThatIsAnsweredLateTakesTheLock()
+{
+    const auto bad = serverOf({.signer = Signer::Stranger});
+    bad->page("/a", "<title>Secret</title>");
+    bad->page("/part.js", "document.title = 'run'");
+    Gate gate(bad->port());
+    const QString site = u"https://localhost:%1"_s.arg(gate.serverPort());
+    const auto good = std::make_unique<TestServer>(TestCertificates::server(m_folder.path()));
+    good->page("/page",
+               "<title>page</title><script async src='" + site.toUtf8() + "/part.js'></script>");
+    ControlScene other;
+    other.browser->navigate(good->url(u"/page"_s));
+    QTRY_VERIFY(other.events.secure);
+    QTRY_VERIFY(gate.waiting() > 0);
+    gate.open();
+    m_scene->browser->navigate(site + "/a"_L1);
+    QTRY_VERIFY(notice());
+    goOn();
+    QTRY_COMPARE(title(), u"Secret"_s);
+    gate.release();
+    QTRY_COMPARE(other.events.titles.last(), u"run"_s);
+    QVERIFY(!other.events.secure);
+    QVERIFY(other.events.unproven);
 }
 
 /// Once it has said over a proven connection that it wants no other.
