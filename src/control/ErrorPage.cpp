@@ -45,6 +45,10 @@ QString reasonFor(int code)
         return texts.at<"strRedirects", "The server sends the browser round in circles.">();
     case -324:
         return texts.at<"strEmpty", "The server sent no answer.">();
+    case -400:
+        return texts.at<"strFormAnswer",
+                        "This page is the answer to a form, and is not kept. To show it, the form "
+                        "must be sent again.">();
     default:
         break;
     }

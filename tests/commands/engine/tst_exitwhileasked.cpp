@@ -1,5 +1,6 @@
 // The whole program is left, and used, while a page waits for an answer.
 #include <QTimer>
+#include <algorithm>
 #include <utility>
 
 #include "../Session.h"
@@ -18,6 +19,8 @@ private slots:
     void cleanup() { m_session.reset(); }
     void programIsLeft_data();
     void programIsLeft();
+    void programIsLeftWhileFilesAreChosen_data();
+    void programIsLeftWhileFilesAreChosen();
     void programIsNotLeft();
     void questionOfThePageDoesNotHoldUpTheAnswer_data();
     void questionOfThePageDoesNotHoldUpTheAnswer();
@@ -72,6 +75,41 @@ void tst_exitwhileasked::programIsLeft()
     QTRY_VERIFY(!m_session->frame->isVisible());
     QCOMPARE(m_session->windows(), 0);
     QTRY_VERIFY(!form);
+}
+
+void tst_exitwhileasked::programIsLeftWhileFilesAreChosen_data()
+{
+    QTest::addColumn<QByteArray>("attribute");
+    QTest::newRow("files") << QByteArray("multiple");
+    QTest::newRow("folder") << QByteArray("webkitdirectory");
+}
+
+void tst_exitwhileasked::programIsLeftWhileFilesAreChosen()
+{
+    QFETCH(const QByteArray, attribute);
+    m_session->server.page("/files",
+                           "<title>files</title><input id=f type=file " + attribute + '>');
+    const QPointer<BrowserWindow> form = m_session->active();
+    form->browser()->navigate(m_session->server.url(u"/files"_s));
+    QTRY_COMPARE(form->windowTitle(), u"files"_s);
+    Answer yes(QMessageBox::Yes);
+    QTimer look;
+    QPointer<QWidget> dialog;
+    connect(&look, &QTimer::timeout, this, [&] {
+        const QWidgetList all = QApplication::topLevelWidgets();
+        const auto found = std::find_if(all.begin(), all.end(), [](const QWidget *each) {
+            return each->objectName() == "CommonDialog"_L1 && each->isVisible();
+        });
+        if (dialog || found == all.end())
+            return;
+        dialog = *found;
+        m_session->choose("mnuFileExit");
+    });
+    look.start(10);
+    PopupScene::click(form, u"f"_s);
+    QTRY_COMPARE(yes.count(), 1);
+    QTRY_VERIFY(!m_session->frame->isVisible());
+    QTRY_VERIFY(!form && !dialog);
 }
 
 void tst_exitwhileasked::programIsNotLeft()

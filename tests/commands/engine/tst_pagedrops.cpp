@@ -16,6 +16,7 @@ private slots:
     void pageOpensWhatIsDropped();
     void severalOpenHereAndInNewWindows();
     void pageMayTakeTheDrop();
+    void fieldForFilesTakesThem();
     void takenLinkOpensWhereItSays();
     void killPopupsRefusesNoDrop();
     void profileIsTheFrames();
@@ -106,6 +107,21 @@ void tst_pagedrops::pageMayTakeTheDrop()
     QCOMPARE(m_session->location(), url(u"/taker"_s));
     QCOMPARE(m_session->windows(), 1);
     QCOMPARE(m_session->server.count("/one"), 0);
+}
+
+void tst_pagedrops::fieldForFilesTakesThem()
+{
+    m_session->server.page("/field",
+                           "<title>field</title><body><input type=file multiple id=f style='"
+                           "position:fixed;inset:0;width:100%;height:100%'><script>"
+                           "ondragover=()=>document.body.dataset.over=1;"
+                           "f.onchange=()=>document.title='took '+[...f.files].map(e=>e.name)"
+                           "</script>");
+    go(url(u"/field"_s));
+    dropOnTaker(DragAndDrop({file(u"a.html"_s, "<title>a</title>"), file(u".b"_s, "b")}));
+    QTRY_COMPARE(m_session->active()->windowTitle(), u"took a.html,.b"_s);
+    QCOMPARE(m_session->location(), url(u"/field"_s));
+    QCOMPARE(m_session->windows(), 1);
 }
 
 /// A page that collects links shows them as links of its own.

@@ -16,6 +16,7 @@ private slots:
     void init();
     void cleanup();
     void cancelShowsTheAnswer();
+    void tunnelIsAskedForToo();
     void wrongThenRight();
     void knownToAllThatComes();
 
@@ -92,6 +93,20 @@ void tst_proxysignin::cancelShowsTheAnswer()
     QCOMPARE(countWith("secret"), 0);
 }
 
+/// On the way to a secure page the proxy, whose own connection is open, asks before there is one.
+void tst_proxysignin::tunnelIsAskedForToo()
+{
+    m_form = m_scene->frame.open(u"https://secure.test/page"_s, true);
+    QTRY_VERIFY(question());
+    const QString words = PageAsks::textOf(question());
+    QCOMPARE(words.section(u'\n', 0, 0), u"127.0.0.1:%1"_s.arg(proxy->port()));
+    QVERIFY(words.contains("not encrypted"_L1) && !words.contains("secure.test"_L1));
+    QCOMPARE(proxy->requests("secure.test:443").first().method, "CONNECT");
+    PageAsks::press(PageAsks::no(question()));
+    QTRY_VERIFY(!m_form->browser()->isBusy());
+    QVERIFY(!question());
+}
+
 void tst_proxysignin::wrongThenRight()
 {
     m_form = m_scene->frame.open(u"http://site.test/page"_s, true);
@@ -120,6 +135,7 @@ int main(int argc, char **argv)
         proxy = new TestServer(TestServer::Kind::Http, qApp);
         proxy->handle("http://site.test/page", answer);
         proxy->handle("http://other.test/page", answer);
+        proxy->handle("secure.test:443", answer);
         QNetworkProxy::setApplicationProxy(
             {QNetworkProxy::HttpProxy, u"127.0.0.1"_s, quint16(proxy->port())});
     });

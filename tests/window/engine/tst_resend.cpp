@@ -23,6 +23,11 @@ private slots:
     void nothingIsAskedElsewhere_data();
     void nothingIsAskedElsewhere();
     void tryAgainAsksToo();
+    void stepToAnAnswerSendsNothing_data();
+    void stepToAnAnswerSendsNothing();
+    void stepToAnAnswerThatIsNotKept_data();
+    void stepToAnAnswerThatIsNotKept();
+    void scriptThatStepsSendsNothing();
     void crashedPageAsksToo();
     void crashedPageIsLeftWithoutSending();
     void nextPageIsFree();
@@ -32,6 +37,7 @@ private:
     int asked() const { return PageAsks::countIn(m_form); }
     void answer(bool yes);
     void crash();
+    void step(bool forward);
     void send(const QString &method, const QString &action);
 
     std::unique_ptr<PopupScene> m_scene;
@@ -194,6 +200,91 @@ void tst_resend::tryAgainAsksToo()
     m_form->browser()->refresh();
     answer(true);
     QTRY_VERIFY(m_scene->server.count("/broken") > before);
+}
+
+void tst_resend::stepToAnAnswerSendsNothing_data()
+{
+    QTest::addColumn<bool>("forward");
+    QTest::newRow("back") << false;
+    QTest::newRow("forward") << true;
+}
+
+void tst_resend::step(bool forward)
+{
+    if (forward) {
+        QVERIFY(m_form->browser()->goBack());
+        QTRY_COMPARE(m_form->windowTitle(), u"opener"_s);
+        QTRY_VERIFY(!m_form->browser()->isBusy());
+        QVERIFY(m_form->browser()->goForward());
+        return;
+    }
+    m_form->browser()->navigate(m_scene->server.url(u"/other"_s));
+    QTRY_COMPARE(m_form->windowTitle(), u"other"_s);
+    QTRY_VERIFY(!m_form->browser()->isBusy());
+    QVERIFY(m_form->browser()->goBack());
+}
+
+/// The engine shows it as it was, and to load it anew is asked about as ever.
+void tst_resend::stepToAnAnswerSendsNothing()
+{
+    QFETCH(const bool, forward);
+    m_scene->server.page("/other", "<title>other</title>");
+    send(u"post"_s, u"/order"_s);
+    step(forward);
+    QTRY_COMPARE(m_form->windowTitle(), u"Ordered"_s);
+    QTRY_VERIFY(!m_form->browser()->isBusy());
+    QCOMPARE(sent(), 1);
+    m_form->browser()->refresh();
+    answer(false);
+    QCOMPARE(sent(), 1);
+}
+
+void tst_resend::stepToAnAnswerThatIsNotKept_data()
+{
+    stepToAnAnswerSendsNothing_data();
+}
+
+/// The page of the error says so, and its button asks.
+void tst_resend::stepToAnAnswerThatIsNotKept()
+{
+    QFETCH(const bool, forward);
+    m_scene->server.page("/other", "<title>other</title>");
+    m_scene->server.reply(
+        "/order", {200, "<title>Ordered</title>", "text/html", {{"Cache-Control", "no-store"}}});
+    send(u"post"_s, u"/order"_s);
+    step(forward);
+    QTRY_COMPARE(m_form->browser()->locationUrl(), m_scene->server.url(u"/order"_s));
+    QTRY_COMPARE(PopupScene::script(m_form, u"String(!!document.getElementById('tryAgain'))"_s),
+                 u"true"_s);
+    QVERIFY(PopupScene::script(m_form, u"document.body.innerText"_s)
+                .toString()
+                .contains("the form must be sent again"_L1));
+    QCOMPARE(sent(), 1);
+    PopupScene::script(m_form, u"document.getElementById('tryAgain').click(); 1"_s);
+    answer(false);
+    QCOMPARE(sent(), 1);
+    m_form->browser()->refresh();
+    answer(true);
+    QTRY_COMPARE(sent(), 2);
+    QCOMPARE(m_scene->server.requests("/order").last().method, "POST");
+    QCOMPARE(m_scene->server.requests("/order").last().body, "a=1");
+    QTRY_COMPARE(m_form->windowTitle(), u"Ordered"_s);
+}
+
+void tst_resend::scriptThatStepsSendsNothing()
+{
+    m_scene->server.page("/other",
+                         "<title>other</title><script>setTimeout(() => history.back(), "
+                         "50)</script>");
+    m_scene->server.reply(
+        "/order", {200, "<title>Ordered</title>", "text/html", {{"Cache-Control", "no-store"}}});
+    send(u"post"_s, u"/order"_s);
+    m_form->browser()->navigate(m_scene->server.url(u"/other"_s));
+    QTRY_COMPARE(m_scene->server.count("/other"), 1);
+    QTRY_COMPARE(m_form->browser()->locationUrl(), m_scene->server.url(u"/order"_s));
+    QTRY_VERIFY(!m_form->browser()->isBusy());
+    QCOMPARE(sent(), 1);
+    QCOMPARE(asked(), 0);
 }
 
 void tst_resend::crash()
