@@ -309,7 +309,7 @@ void tst_QuestionStrip::fieldsTakeTheKeyboardOnlyWhereTheUserIs()
     if (!isInThePage)
         beside.setFocus();
     PageQuestion asked = question();
-    asked.fields = [](QWidget *parent) { return new LoginFields({}, parent); };
+    asked.fields = [](QWidget *parent) { return new LoginFields({}, false, parent); };
     const PageQuestionBox *strip = ask(asked);
     const auto *user = strip->findChild<QLineEdit *>(u"txtUser"_s);
     QCOMPARE(user->hasFocus(), isInThePage);
@@ -319,7 +319,7 @@ void tst_QuestionStrip::fieldsTakeTheKeyboardOnlyWhereTheUserIs()
 void tst_QuestionStrip::returnInAFieldWaitsToo()
 {
     PageQuestion asked = question();
-    asked.fields = [](QWidget *parent) { return new LoginFields({}, parent); };
+    asked.fields = [](QWidget *parent) { return new LoginFields({}, false, parent); };
     PageQuestionBox *strip = ask(asked);
     auto *user = strip->findChild<QLineEdit *>(u"txtUser"_s);
     QTest::keyClicks(user, u"ann"_s);
