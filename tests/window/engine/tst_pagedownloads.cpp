@@ -259,7 +259,7 @@ void tst_pagedownloads::frameAsksInItsOwnName()
     QCOMPARE(PageAsks::askerOf(box), u"http://%1:%2"_s.arg(host).arg(m_scene->server.port()));
     const bool isPages = frame == "src=/frame"_L1;
     QCOMPARE(PageAsks::textOf(box).startsWith("A frame"_L1), !isPages);
-    PageAsks::yes(box)->click();
+    PageAsks::press(PageAsks::yes(box));
     QTRY_COMPARE(count(State::Done), 4);
 }
 
@@ -271,7 +271,7 @@ void tst_pagedownloads::yesToAFrameIsNoYesToThePage()
                          "URL.createObjectURL(new Blob(['bytes'])); a.click() }</script>");
     addFrame(u"src=http://localhost:%1/frame"_s);
     QTRY_VERIFY(PageAsks::shownIn(m_form));
-    PageAsks::yes(PageAsks::shownIn(m_form))->click();
+    PageAsks::press(PageAsks::yes(PageAsks::shownIn(m_form)));
     QTRY_COMPARE(count(State::Done), 4);
     begin(1);
     QTRY_VERIFY(PageAsks::shownIn(m_form));

@@ -184,8 +184,9 @@ void tst_uploads::folderIsAskedAboutOnceMore()
     QString words;
     const WhenAsked asked(m_form, [&](PageQuestionBox *box) {
         words = PageAsks::textOf(box);
-        QTimer::singleShot(
-            0, box, [box, gives] { (gives ? PageAsks::yes(box) : PageAsks::no(box))->click(); });
+        QTimer::singleShot(0, box, [box, gives] {
+            PageAsks::press(gives ? PageAsks::yes(box) : PageAsks::no(box));
+        });
     });
     PopupScene::click(m_form, u"f"_s);
     QTRY_COMPARE(asked.count(), 1);
