@@ -146,3 +146,15 @@ QString shownSite(const QUrl &url)
         (scheme == "http"_L1 && url.port() == 80) || (scheme == "https"_L1 && url.port() == 443);
     return scheme + "://"_L1 + cutOnTheLeft(bracketed(host)) + (ownPort ? QString() : portOf(url));
 }
+
+QString breakableSite(const QString &site)
+{
+    constexpr QChar mayBreak(0x200b);
+    QString result;
+    for (const QChar letter : site) {
+        if (letter.isLetterOrNumber())
+            result += mayBreak;
+        result += letter;
+    }
+    return result;
+}

@@ -22,3 +22,7 @@ QString editableAddress(const QString &text);
 /// on its left, never the last three. Pages without a host are named by their scheme, those made
 /// by another page ("blob:") by that page's site.
 QString shownSite(const QUrl &url);
+
+/// A site as `shownSite` writes it, that goes on in the next line wherever it has to: the end of a
+/// host says whose it is, and a part of it that fits no line would push that out of sight.
+QString breakableSite(const QString &site);

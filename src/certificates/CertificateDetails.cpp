@@ -7,6 +7,7 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QListWidget>
+#include <QRegularExpression>
 #include <QTextEdit>
 #include <QTextTable>
 #include <QVBoxLayout>
@@ -25,6 +26,19 @@ void write(QTextTable &table, int row, int column, const QString &text, bool isB
     QTextCharFormat format;
     format.setFontWeight(isBold ? QFont::Bold : QFont::Normal);
     table.cellAt(row, column).firstCursorPosition().insertText(text, format);
+}
+
+/// A fingerprint in rows of equal length, so that the eye finds its way.
+QString inRows(const QString &value)
+{
+    static const QRegularExpression bytes(u"^(?:[0-9A-Fa-f]{2}:)+[0-9A-Fa-f]{2}$"_s);
+    constexpr qsizetype row = 48;
+    QString result = value;
+    if (bytes.match(value).hasMatch()) {
+        for (qsizetype at = row; at < result.size(); at += row + 1)
+            result.insert(at, u'\n');
+    }
+    return result;
 }
 
 QTextTableFormat tableFormat()
@@ -105,7 +119,7 @@ void CertificateDetails::showCertificate(int row)
     QTextTable *table = m_text->textCursor().insertTable(int(lines.size()), 2, tableFormat());
     for (int i = 0; i < lines.size(); ++i) {
         write(*table, i, 0, lines.at(i).first, true);
-        write(*table, i, 1, lines.at(i).second, false);
+        write(*table, i, 1, inRows(lines.at(i).second), false);
     }
     m_text->moveCursor(QTextCursor::Start);
 }

@@ -102,7 +102,7 @@ void BrowserHost::endFullScreen()
 void BrowserHost::giveUpView()
 {
     m_view.clear();
-    hideFailure();
+    dropFailure();
 }
 
 void BrowserHost::openFindBar()
@@ -167,6 +167,14 @@ void BrowserHost::hideFailure()
     m_view->show();
     if (hadFocus)
         m_view->setFocus();
+}
+
+/// Nothing is hidden or gets the keyboard: the widgets around may be half gone.
+void BrowserHost::dropFailure()
+{
+    if (m_failure)
+        setFocusProxy(nullptr);
+    delete m_failure;
 }
 
 void BrowserHost::hideCrash()

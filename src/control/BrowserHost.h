@@ -33,6 +33,8 @@ public:
     /// Has a notice stand where the page would: its server could not prove who it is.
     void showFailure(const CertificateFailure &failure);
     void hideFailure();
+    /// The same while the page goes for good, and perhaps the window.
+    void dropFailure();
     /// Opens the bar under the page that finds text in it; nothing without a page.
     void openFindBar();
 

@@ -3,7 +3,9 @@
 #include "Captioned.h"
 #include "CertificateDetails.h"
 #include "CertificateReason.h"
+#include "FlowRows.h"
 #include "ShownAddress.h"
+#include "SteadySight.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -26,7 +28,6 @@ QLabel *addLabel(QVBoxLayout &column, const char *name, const QString &text)
     label->setObjectName(QLatin1StringView(name));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     column.addWidget(label);
     return label;
 }
@@ -66,15 +67,17 @@ CertificateNotice::CertificateNotice(const CertificateFailure &failure, QWidget 
 
 void CertificateNotice::addTexts(QVBoxLayout &column)
 {
-    const QString headline =
-        texts.at<"strHeading", "%1 could not prove who it is">().arg(shownSite(m_failure.url));
-    QLabel *title = addLabel(column, "lblHeading", headline);
+    const QString site = shownSite(m_failure.url);
+    const QString words = texts.at<"strHeading", "%1 could not prove who it is">();
+    const QString headline = words.arg(site);
+    QLabel *title = addLabel(column, "lblHeading", words.arg(breakableSite(site)));
+    title->setAccessibleName(headline);
     QFont large = title->font();
     large.setBold(true);
     large.setPointSizeF(large.pointSizeF() * 1.3);
     title->setFont(large);
     const QString reasons = CertificateReason::reasonsFor(m_failure).join(u'\n');
-    addLabel(column, "lblReason", reasons);
+    addLabel(column, "lblReason", reasons)->setTextInteractionFlags(Qt::TextSelectableByMouse);
     const QString cause = CertificateReason::causeOf(m_failure);
     addLabel(column, "lblCause", cause);
     const QString why = CertificateReason::whyNoWay(m_failure);
@@ -86,7 +89,7 @@ void CertificateNotice::addTexts(QVBoxLayout &column)
 
 void CertificateNotice::addButtons(QVBoxLayout &column)
 {
-    auto *row = new QHBoxLayout;
+    auto *row = new FlowRows;
     const auto add = [&](const Text &caption) {
         auto *button = captioned<QPushButton>(caption);
         button->setAutoDefault(true);
@@ -100,14 +103,26 @@ void CertificateNotice::addButtons(QVBoxLayout &column)
     QPushButton *details = add(texts.at<"cmdDetails", "&Details...">);
     details->setEnabled(!m_failure.chain.isEmpty());
     connect(details, &QPushButton::clicked, this, &CertificateNotice::openDetails);
-    row->addStretch();
-    if (m_failure.isOverridable) {
-        QPushButton *goOn = add(texts.at<"cmdGoOn", "&Go on, until Orvane ends">);
-        connect(goOn, &QPushButton::clicked, this,
-                [this] { emit goOnPressed(CertificateFailure(m_failure)); });
-    }
+    if (m_failure.isOverridable)
+        takeTime(*add(texts.at<"cmdGoOn", "&Go on, until Orvane ends">));
     column.addSpacing(8);
     column.addLayout(row);
+}
+
+/// A click that was meant for what stood there before does nothing.
+void CertificateNotice::takeTime(QPushButton &goOn)
+{
+    goOn.setEnabled(false);
+    auto *sight = new SteadySight(&goOn, [&goOn] { return QRegion(goOn.rect()); });
+    connect(sight, &SteadySight::changed, this, [this, &goOn](bool isOver) {
+        if (!isOver && goOn.hasFocus())
+            setFocus();
+        goOn.setEnabled(isOver);
+    });
+    connect(&goOn, &QPushButton::clicked, this, [this, sight] {
+        if (sight->isOver())
+            emit goOnPressed(CertificateFailure(m_failure));
+    });
 }
 
 /// It goes with the notice, and with the window.

@@ -27,6 +27,7 @@ protected:
 private:
     void addTexts(QVBoxLayout &column);
     void addButtons(QVBoxLayout &column);
+    void takeTime(QPushButton &goOn);
     void openDetails();
 
     CertificateFailure m_failure;

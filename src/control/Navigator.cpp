@@ -3,6 +3,7 @@
 #include "AddressCompletion.h"
 #include "Addresses.h"
 #include "EngineVersion.h"
+#include "InsecureForms.h"
 #include "OutsideRequests.h"
 #include "PageLife.h"
 #include "RefusedAddress.h"
@@ -196,7 +197,7 @@ bool Navigator::ask(const QUrl &url, QWebEnginePage::NavigationType type, bool i
         return false;
     }
     if (!isMainFrame)
-        return mayBeFrame(url) && m_teller.askWindow(url);
+        return mayBeFrame(url) && !isHeldForm(url, typeOf(type)) && m_teller.askWindow(url);
     emit pageAsked();
     if (isRefusedAddress(url)) {
         m_teller.tell(m_state.refuseForGood(url, typeOf(type)));
@@ -214,13 +215,18 @@ void Navigator::passOn(const QUrl &url, Navigation::Type type, bool isMainFrame)
     OutsideRequests::put(*m_life.page(), {url, !isMainFrame, isLed ? m_state.pending() : QUrl()});
 }
 
+bool Navigator::isHeldForm(const QUrl &url, Navigation::Type type)
+{
+    return type == Navigation::Type::Form && m_life.page()->insecureForms().holds(url);
+}
+
 bool Navigator::askForPage(const QUrl &url, Navigation::Type type)
 {
     const Navigation::Request request = m_state.asked(url, type);
     if (request == Navigation::Request::New) {
         if (m_state.arrival() == Arrival::ByStep)
             m_life.noteUserAction();
-        if (!m_teller.askWindow(url)) {
+        if (isHeldForm(url, type) || !m_teller.askWindow(url)) {
             m_state.refuse();
             return false;
         }

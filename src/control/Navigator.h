@@ -45,6 +45,7 @@ private:
     EnginePlace place() const;
     bool ask(const QUrl &url, QWebEnginePage::NavigationType type, bool isMainFrame);
     void passOn(const QUrl &url, Navigation::Type type, bool isMainFrame);
+    bool isHeldForm(const QUrl &url, Navigation::Type type);
     bool askForPage(const QUrl &url, Navigation::Type type);
     bool noteStep(bool goes);
     void replaceEntry(const QUrl &url);

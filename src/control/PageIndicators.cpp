@@ -42,11 +42,13 @@ void PageIndicators::watch(WebPage *page)
             &PageIndicators::notePart);
 }
 
-/// Which page it is for is not known for sure while another is on its way.
-void PageIndicators::notePart(const QUrl &url)
+/// What the page on its way asks for may be seen before the page is told of.
+void PageIndicators::notePart(const QUrl &url, const QUrl &sender)
 {
     const QString host = CertificateExceptions::hostOf(url);
-    if (!m_expected.isEmpty() && m_partHostsEarly.size() < mostHosts)
+    const bool mayBeEarly =
+        !m_expected.isEmpty() && (sender.host().isEmpty() || sender.host() == m_expected.host());
+    if (mayBeEarly && m_partHostsEarly.size() < mostHosts)
         m_partHostsEarly.insert(host);
     if (m_partHosts.size() >= mostHosts || m_partHosts.contains(host))
         return;

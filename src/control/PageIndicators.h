@@ -32,7 +32,7 @@ signals:
 
 private:
     void noteRefusal(const QString &host);
-    void notePart(const QUrl &url);
+    void notePart(const QUrl &url, const QUrl &sender);
     bool isUnprovenByNow() const;
     void refresh();
 

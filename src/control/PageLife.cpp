@@ -109,7 +109,7 @@ void PageLife::end()
         m_page.clear();
     }
     if (m_host)
-        m_host->hideFailure();
+        m_host->dropFailure();
     delete m_view;
     delete m_page;
     leaveCrashed();

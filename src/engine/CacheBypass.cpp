@@ -5,10 +5,18 @@
 void CacheBypass::interceptRequest(QWebEngineUrlRequestInfo &info)
 {
     const bool isPage = info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame;
-    emit requested(info.requestUrl(), isPage);
     if (isPage)
         emit pageRequested(info.requestMethod());
-    if (isPage || info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeSubFrame)
+    else
+        emit partRequested(info.requestUrl(), info.initiator());
+    const bool isFrame =
+        isPage || info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeSubFrame;
+    if (isFrame && info.requestMethod() != "GET" && m_maySend
+        && !m_maySend(info.requestUrl(), info.initiator())) {
+        info.block(true);
+        return;
+    }
+    if (isFrame)
         emit frameRequested(info.requestUrl(), info.requestMethod(), info.initiator(), isPage);
     if (!m_active)
         return;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QUrl>
 #include <QWebEngineUrlRequestInterceptor>
+#include <functional>
 
 /// Keeps a page's requests out of the engine's disk cache while it is active, by a condition in
 /// the request's headers: the cache lets conditional requests of the page's own through without
@@ -11,6 +13,9 @@ class CacheBypass : public QWebEngineUrlRequestInterceptor {
 public:
     using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
 
+    /// Whether a form may go from a document of `sender` to `url`.
+    using MaySend = std::function<bool(const QUrl &url, const QUrl &sender)>;
+    void setMaySend(const MaySend &maySend) { m_maySend = maySend; }
     void setActive(bool active) { m_active = active; }
     void interceptRequest(QWebEngineUrlRequestInfo &info) override;
 
@@ -20,9 +25,10 @@ signals:
     /// The page or a frame of it is asked for, with a form where the method is not "GET". Of who
     /// asks, only the site is told, and nothing where that is the user, or a frame without a site.
     void frameRequested(const QUrl &url, const QByteArray &method, const QUrl &asker, bool isPage);
-    /// Something is asked for; again for each redirect.
-    void requested(const QUrl &url, bool isPage);
+    /// A part of a page is asked for, by a document of `sender`; again for each redirect.
+    void partRequested(const QUrl &url, const QUrl &sender);
 
 private:
+    MaySend m_maySend;
     bool m_active = false;
 };

@@ -23,8 +23,8 @@ public:
     std::optional<CertificateFailure> failureAt(const QUrl &url, int error) const;
 
 signals:
-    /// Something beside the page itself is asked for, by the page or for it.
-    void partRequested(const QUrl &url);
+    /// Something beside the page itself is asked for, by a document of `sender` or for one.
+    void partRequested(const QUrl &url, const QUrl &sender);
 
 private:
     void answer(QWebEngineCertificateError error);

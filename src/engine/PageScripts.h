@@ -18,11 +18,12 @@ void install(QWebEngineProfile *profile);
 
 /// What a marked line tells.
 struct Line {
-    /// "start", "load", "edit", "place", "retry" or "column".
+    /// "start", "load", "edit", "place", "retry", "form" or "column".
     QString what;
     bool isMainFrame = false;
     /// The frame's address for start and load; "rich", "plain" or "none" for edit; for place what
-    /// `scriptedPlace` takes; a number for column. The last two the page can make up.
+    /// `scriptedPlace` takes; what `InsecureForms::noteForm` takes; a number for column. Place and
+    /// column the page can make up.
     QString value;
 };
 /// Nothing when `message` is a line of the page itself.

@@ -3,6 +3,7 @@
 #include "CacheBypass.h"
 #include "DownloadPages.h"
 #include "EngineVersion.h"
+#include "InsecureForms.h"
 #include "LeavingPage.h"
 #include "Log.h"
 #include "OutsideRequests.h"
@@ -65,6 +66,7 @@ WebPage::WebPage(QWebEngineProfile *profile)
     , m_cacheBypass(new CacheBypass(this))
     , m_leaving(new LeavingPage(*this))
     , m_certificates(new PageCertificates(*this))
+    , m_insecureForms(new InsecureForms(*this))
 {
     setUrlRequestInterceptor(m_cacheBypass);
     // All are refused where they are asked for; the engine would refuse others unheard.
@@ -79,11 +81,11 @@ WebPage::WebPage(QWebEngineProfile *profile)
                     m_formAddress.clear();
                 DownloadPages::note(*this, url, {asker, asker.isEmpty() && !isPage});
             });
-    connect(m_cacheBypass, &CacheBypass::requested, m_certificates,
-            [this](const QUrl &url, bool isPage) {
-                if (!isPage)
-                    emit m_certificates->partRequested(url);
-            });
+    m_cacheBypass->setMaySend([this](const QUrl &url, const QUrl &sender) {
+        return !m_insecureForms->blocks(url, sender);
+    });
+    connect(m_cacheBypass, &CacheBypass::partRequested, m_certificates,
+            &PageCertificates::partRequested);
     answerRequests();
 }
 
@@ -156,6 +158,10 @@ bool WebPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool
     const EngineCallbackScope scope;
     if (isMainFrame)
         m_consoleBrake.release();
+    if (isMainFrame && type != NavigationTypeRedirect) {
+        m_insecureForms->noteNavigation(type == NavigationTypeReload
+                                        || type == NavigationTypeBackForward);
+    }
     // The engine would start the program that the desktop has for it.
     const bool accepted =
         (!m_question || m_question(url, type, isMainFrame)) && !isOutsideAddress(url);
@@ -171,6 +177,7 @@ bool WebPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool
 void WebPage::noteArrival()
 {
     m_placeWish.noteArrival();
+    m_insecureForms->forget();
     const QString scheme = url().scheme();
     m_mayAskAgain = !m_sendsForm || (scheme != "http"_L1 && scheme != "https"_L1);
     emit arrived();
@@ -252,6 +259,8 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
         emit focusMissed();
     } else if (told->what == "column"_L1) {
         m_errorColumn = told->value.toInt();
+    } else if (told->what == "form"_L1) {
+        m_insecureForms->noteForm(told->value);
     } else if (told->what == "place"_L1) {
         emit placeRequested(told->value);
     } else if (told->what == "source"_L1) {

@@ -10,6 +10,7 @@
 #include "ScriptError.h"
 
 class CacheBypass;
+class InsecureForms;
 class LeavingPage;
 class OutsideRequests;
 class PageCertificates;
@@ -77,6 +78,8 @@ public:
     OutsideRequests &outside();
     /// Certificates of the page and its parts that prove nothing.
     PageCertificates &certificates() { return *m_certificates; }
+    /// Forms of the page that would be sent unencrypted.
+    InsecureForms &insecureForms() { return *m_insecureForms; }
     /// A page that took over the contents of a request for a window has lost its interceptor.
     void renewInterceptor();
     /// The focused element of the page takes text.
@@ -153,6 +156,7 @@ private:
     CacheBypass *m_cacheBypass = nullptr;
     LeavingPage *m_leaving = nullptr;
     PageCertificates *m_certificates;
+    InsecureForms *m_insecureForms;
     PageDownloads *m_downloads = nullptr;
     OutsideRequests *m_outside = nullptr;
     PageUploads *m_uploads = nullptr;

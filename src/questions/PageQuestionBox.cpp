@@ -36,20 +36,10 @@ QLabel *makeIcon(QWidget *parent)
     return icon;
 }
 
-/// Goes on in the next line wherever it has to: the end of a host says whose it is, and a part of
-/// it that fits no line would push that out of sight. A headline has words.
-QString breakable(const QString &site)
+/// A headline has words.
+QString breakable(const QString &text)
 {
-    if (site.contains(u' '))
-        return site;
-    constexpr QChar mayBreak(0x200b);
-    QString result;
-    for (const QChar letter : site) {
-        if (letter.isLetterOrNumber())
-            result += mayBreak;
-        result += letter;
-    }
-    return result;
+    return text.contains(u' ') ? text : breakableSite(text);
 }
 
 bool isAnswerKey(const QKeyEvent &event)

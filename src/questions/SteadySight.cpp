@@ -127,7 +127,8 @@ bool SteadySight::isCoveredInside() const
         if (!m_vital().translated(place.topLeft()).subtracted(parent->rect()).isEmpty())
             return true;
         const QObjectList &siblings = parent->children();
-        for (qsizetype at = siblings.size() - 1; siblings.at(at) != each; --at) {
+        // One that is being deleted is none of them any more.
+        for (qsizetype at = siblings.size() - 1; at >= 0 && siblings.at(at) != each; --at) {
             const auto *above = qobject_cast<const QWidget *>(siblings.at(at));
             if (above && !above->isWindow() && above->isVisible()
                 && above->geometry().intersects(place))

@@ -1,0 +1,115 @@
+// Keeps the last forms of an encrypted page that were on their way over an unencrypted connection.
+// The engine's hook refuses those, and with them goes what was entered; once the user agrees, the
+// same is sent from here. What this tells is used to find it again, not to decide anything.
+(() => {
+    'use strict';
+    const isEncrypted = location.protocol === 'https:'
+        || (location.protocol === 'about:' && isSecureContext);
+    if (!isEncrypted)
+        return;
+    const most = 8;
+    const held = new Map();
+    // A field may be called as a method of its form, and hide it.
+    const attribute = (element, name) => Element.prototype.getAttribute.call(element, name);
+    const targetOf = (action) => {
+        try {
+            return new URL(action, document.baseURI);
+        } catch {
+            return null;
+        }
+    };
+
+    let submission = null;
+    addEventListener('submit', (event) => {
+        if (event.isTrusted)
+            submission = event;
+    }, true);
+    // Whether the form is being submitted as the user did it; a script's `submit()` has no event.
+    const isSubmitted = (form) => submission?.target === form && !submission.defaultPrevented
+        && submission.eventPhase === Event.NONE;
+    // The engine has the same form make its data once more, then without the button.
+    let done = null;
+
+    addEventListener('formdata', (event) => {
+        if (!event.isTrusted)
+            return;
+        const form = event.target;
+        if (form === done)
+            return;
+        let button = null;
+        if (isSubmitted(form)) {
+            button = submission.submitter;
+            submission = null;
+            done = form;
+            setTimeout(() => {
+                done = null;
+            });
+        }
+        const chosen = (name) => (button && attribute(button, 'form' + name))
+            ?? attribute(form, name);
+        const target = targetOf(chosen('action') ?? '');
+        if (target?.protocol !== 'http:')
+            return;
+        const id = crypto.getRandomValues(new Uint32Array(4)).join('-');
+        const record = { action: target.href, entries: event.formData };
+        for (const name of ['method', 'enctype', 'target'])
+            record[name] = chosen(name);
+        record['accept-charset'] = attribute(form, 'accept-charset');
+        held.set(id, record);
+        if (held.size > most)
+            held.delete(held.keys().next().value);
+        // Those who are told of the event after this may add to it still.
+        setTimeout(() => {
+            record.entries = [...record.entries];
+        });
+        console.debug('%MARK%' + JSON.stringify(['form', window === window.top,
+            id + ' ' + target.origin]));
+    }, true);
+
+    const fieldFor = (name, value) => {
+        const field = document.createElement('input');
+        field.type = value instanceof File ? 'file' : 'hidden';
+        field.name = name;
+        if (!(value instanceof File)) {
+            field.value = value;
+        } else if (value.name || value.size) {
+            const files = new DataTransfer();
+            files.items.add(value);
+            field.files = files.files;
+        }
+        return field;
+    };
+    const send = (record) => {
+        const form = document.createElement('form');
+        for (const name of ['action', 'method', 'enctype', 'target', 'accept-charset']) {
+            if (record[name] !== null)
+                form.setAttribute(name, record[name]);
+        }
+        for (const [name, value] of record.entries)
+            form.append(fieldFor(name, value));
+        // Out of the page's sight.
+        const host = document.createElement('span');
+        host.attachShadow({ mode: 'closed' }).append(form);
+        document.documentElement.append(host);
+        HTMLFormElement.prototype.submit.call(form);
+        host.remove();
+    };
+    // True: it was kept here, or in a frame of the same site, and is on its way.
+    globalThis.orvaneSendForm = (id) => {
+        const record = held.get(id);
+        if (record) {
+            held.delete(id);
+            send(record);
+            return true;
+        }
+        for (let i = 0; i < frames.length; ++i) {
+            try {
+                if (frames[i].orvaneSendForm?.(id))
+                    return true;
+            } catch {
+                // Another site's.
+            }
+        }
+        return false;
+    };
+})();
