@@ -21,12 +21,23 @@ QString textOf(const QString &user, const QString &password)
     return QString::fromUtf8(QJsonDocument(kept).toJson(QJsonDocument::Compact));
 }
 
-void keep(WebPage &page, const QString &key, const QString &text)
+/// The end of a load has a status text of its own.
+void tellNotKept(WebPage &page)
 {
-    Keyring::write(key, text, &page, [&page] {
+    const auto tell = [&page] {
         emit page.told(
             Texts<"LoginDialog">::at<"strNotKept", "The keyring did not take the password.">());
-    });
+    };
+    constexpr auto once = Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection);
+    if (page.isLoading())
+        QObject::connect(&page, &QWebEnginePage::loadFinished, &page, tell, once);
+    else
+        tell();
+}
+
+void keep(WebPage &page, const QString &key, const QString &text)
+{
+    Keyring::write(key, text, &page, [&page] { tellNotKept(page); });
 }
 }
 

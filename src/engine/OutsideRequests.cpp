@@ -40,6 +40,17 @@ QString cut(const QString &text, qsizetype length)
     return text.size() <= length ? text : text.left(length) + u'…';
 }
 
+/// Goes on in the next line where it has to, so that nothing of it is out of sight.
+QString breakable(const QString &address)
+{
+    constexpr qsizetype run = 20;
+    constexpr QChar mayBreak(0x200b);
+    QString result = address;
+    for (qsizetype at = (address.size() - 1) / run * run; at > run; at -= run)
+        result.insert(at, mayBreak);
+    return result;
+}
+
 QString shown(const QUrl &url)
 {
     return cut(shownText(shownAddress(url)), longestShown);
@@ -55,7 +66,7 @@ QString wordsOf(const OutsideRequests::Request &request, const SchemeProgram &pr
     const QString who = request.isFrame
         ? texts.at<"strFrame", "A frame in this page wants to open another program:">()
         : texts.at<"strPage", "This page wants to open another program:">();
-    return who + u'\n' + shownName(program) + u'\n' + shown(request.url);
+    return who + u'\n' + shownName(program) + u'\n' + breakable(shown(request.url));
 }
 
 AskingSite siteOf(const WebPage &page)

@@ -5,7 +5,6 @@
 #include "KnownLogins.h"
 #include "LoginFields.h"
 #include "PageQuestions.h"
-#include "ShownAddress.h"
 #include "ShownText.h"
 #include "Texts.h"
 #include "WebPage.h"
@@ -25,6 +24,7 @@ constexpr int longestRealm = 200;
 
 /// Who asks, and what for.
 struct Asker {
+    /// Of a proxy alone; sites go by their address.
     QString name;
     QString realm;
     QUrl address;
@@ -69,7 +69,9 @@ QString proxyName(const QUrl &url, const QString &host)
 
 QString wordsOf(const Asker &asker, bool wasWrong)
 {
-    QStringList lines{asker.name};
+    QStringList lines;
+    if (asker.isProxy)
+        lines.append(asker.name);
     if (!asker.realm.isEmpty())
         lines.append(shownText(asker.realm.left(longestRealm)));
     if (wasWrong)
@@ -85,6 +87,8 @@ PageQuestion questionOf(const Asker &asker, bool wasWrong)
 {
     PageQuestion question;
     question.kind = asker.key();
+    if (!asker.isProxy)
+        question.asker = asker.address;
     question.title = asker.isProxy
         ? texts.at<"strProxyQuestion", "The proxy asks you to sign in:">()
         : texts.at<"strQuestion", "This site asks you to sign in:">();
@@ -179,7 +183,7 @@ bool isKnown(const QString &key)
 
 void answer(WebPage &page, const QUrl &url, QAuthenticator *login)
 {
-    reply(page, {shownSite(url), login->realm(), url, false, url.scheme() == "https"_L1}, login);
+    reply(page, {{}, login->realm(), url, false, url.scheme() == "https"_L1}, login);
 }
 
 void answerProxy(WebPage &page, const QUrl &url, const QString &proxy, QAuthenticator *login)
