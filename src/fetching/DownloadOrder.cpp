@@ -11,10 +11,8 @@
 DownloadOrder::DownloadOrder(const QString &id, QWebEngineProfile *profile)
     : m_id(id)
     , m_mark(QUuid::createUuid().toString(QUuid::Id128))
-    , m_page(std::make_unique<WebPage>(profile))
-    , m_requests(new OrderRequests(m_page.get()))
+    , m_profile(profile)
 {
-    m_page->setUrlRequestInterceptor(m_requests);
     downloadList().setTransfer(id, this);
 }
 
@@ -23,7 +21,7 @@ DownloadOrder::~DownloadOrder() = default;
 void DownloadOrder::start()
 {
     if (const Download *entry = downloadList().find(m_id))
-        ask(entry->name);
+        ask(entry->name, {});
 }
 
 /// Without a name of ours the engine tells the server's.
@@ -31,15 +29,18 @@ void DownloadOrder::startFor(const QUrl &page, QWidget *owner)
 {
     m_asksForPlace = true;
     m_owner = owner;
-    m_requests->setReferrer(page);
-    ask({});
+    ask({}, page);
 }
 
-void DownloadOrder::ask(const QString &name)
+void DownloadOrder::ask(const QString &name, const QUrl &referrer)
 {
     const Download *entry = downloadList().find(m_id);
     if (!entry)
         return;
+    m_page = std::make_unique<WebPage>(m_profile);
+    m_requests = new OrderRequests(m_page.get());
+    m_requests->setReferrer(referrer);
+    m_page->setUrlRequestInterceptor(m_requests);
     QUrl marked = entry->address;
     marked.setFragment(m_mark);
     m_page->download(marked, name);
@@ -48,7 +49,8 @@ void DownloadOrder::ask(const QString &name)
 /// A server that sends the engine on may take the mark away.
 bool DownloadOrder::isFor(const QWebEngineDownloadRequest &request) const
 {
-    return request.url().fragment() == m_mark || request.url() == m_requests->last();
+    return request.url().fragment() == m_mark
+        || (m_requests && request.url() == m_requests->last());
 }
 
 QUrl DownloadOrder::address(const QWebEngineDownloadRequest &request) const

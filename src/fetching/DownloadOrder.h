@@ -48,14 +48,16 @@ public:
     void leave() override;
 
 private:
-    void ask(const QString &name);
+    void ask(const QString &name, const QUrl &referrer);
     void end(Download::State state);
 
     QString m_id;
     QString m_mark;
+    QWebEngineProfile *m_profile;
+    /// From when the engine is asked.
     std::unique_ptr<WebPage> m_page;
     /// The page's.
-    OrderRequests *m_requests;
+    OrderRequests *m_requests = nullptr;
     QPointer<QWidget> m_owner;
     bool m_asksForPlace = false;
     bool m_isCancelled = false;

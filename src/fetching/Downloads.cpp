@@ -19,6 +19,7 @@
 #include <QHash>
 #include <QPointer>
 #include <QSet>
+#include <QTimer>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineProfile>
 #include <QWebEngineView>
@@ -39,6 +40,11 @@ QWidget *windowOf(const WebPage *page)
     return view ? view->window() : QApplication::activeWindow();
 }
 
+/// That the engine is asked for at a time; each has a page of its own until it is told of.
+constexpr int mostOrders = 50;
+/// Milliseconds after which servers that do not answer hold up the others no longer.
+constexpr int patience = 3000;
+
 /// The engine's downloads, by the numbers that it gives them.
 class EngineDownloads : public QObject {
 public:
@@ -46,16 +52,25 @@ public:
         : QObject(profile)
         , m_profile(profile)
     {
+        m_patience.setSingleShot(true);
+        m_patience.setInterval(patience);
+        connect(&m_patience, &QTimer::timeout, this, [this] {
+            m_most += mostOrders;
+            startOrders();
+        });
     }
 
     void answer(QWebEngineDownloadRequest &request);
     bool goOn(const QString &id);
-    /// Null where the entry's address is not the web's.
-    DownloadOrder *order(const QString &id);
+    /// In its turn.
+    void order(const QString &id);
+    /// At once, for the user who waits for it.
+    void orderFor(const QString &id, const WebPage &page);
     void leaveAll();
 
 private:
     void beginFor(QWebEngineDownloadRequest &request, const DownloadSource &source);
+    void startOrders();
     bool takeOrdered(QWebEngineDownloadRequest &request);
     void begin(QWebEngineDownloadRequest &request, const DownloadOrder &order);
     EngineDownload *accept(QWebEngineDownloadRequest &request, const QString &id,
@@ -65,6 +80,10 @@ private:
     QHash<quint32, QPointer<EngineDownload>> m_all;
     QSet<quint32> m_told;
     QList<QPointer<DownloadOrder>> m_orders;
+    /// Not asked for yet.
+    QList<QPointer<DownloadOrder>> m_waiting;
+    int m_most = mostOrders;
+    QTimer m_patience;
 };
 
 QPointer<EngineDownloads> theDownloads;
@@ -123,6 +142,7 @@ bool EngineDownloads::takeOrdered(QWebEngineDownloadRequest &request)
         return false;
     const QPointer<DownloadOrder> mine = m_orders.takeAt(order - m_orders.begin());
     mine->deleteLater();
+    QMetaObject::invokeMethod(this, &EngineDownloads::startOrders, Qt::QueuedConnection);
     if (downloadList().find(mine->id()) && !mine->isCancelled())
         begin(request, *mine);
     return true;
@@ -177,7 +197,7 @@ bool EngineDownloads::goOn(const QString &id)
     return false;
 }
 
-DownloadOrder *EngineDownloads::order(const QString &id)
+void EngineDownloads::order(const QString &id)
 {
     const Download *entry = downloadList().find(id);
     // Of others the engine does not tell who asked for them: they would be taken for a page's own.
@@ -187,11 +207,37 @@ DownloadOrder *EngineDownloads::order(const QString &id)
             download.problem = Download::Problem::Other;
             download.ended = QDateTime::currentDateTimeUtc();
         });
-        return nullptr;
+        return;
     }
+    m_waiting.append(new DownloadOrder(id, m_profile));
+    startOrders();
+}
+
+void EngineDownloads::startOrders()
+{
+    m_orders.removeAll(nullptr);
+    while (!m_waiting.isEmpty() && m_orders.size() < m_most) {
+        const QPointer<DownloadOrder> order = m_waiting.takeFirst();
+        if (order->isCancelled()) {
+            order->deleteLater();
+            continue;
+        }
+        m_orders.append(order);
+        order->start();
+    }
+    if (m_waiting.isEmpty()) {
+        m_most = mostOrders;
+        m_patience.stop();
+    } else {
+        m_patience.start();
+    }
+}
+
+void EngineDownloads::orderFor(const QString &id, const WebPage &page)
+{
     auto *order = new DownloadOrder(id, m_profile);
     m_orders.append(order);
-    return order;
+    order->startFor(page.committedUrl(), windowOf(&page));
 }
 
 /// What has failed is not among those that the list knows to be under way.
@@ -203,8 +249,10 @@ void EngineDownloads::leaveAll()
         if (each)
             each->leave();
     }
-    for (const QPointer<DownloadOrder> &order : std::exchange(m_orders, {}))
+    for (const QPointer<DownloadOrder> &order :
+         std::exchange(m_orders, {}) + std::exchange(m_waiting, {}))
         delete order;
+    m_patience.stop();
 }
 }
 
@@ -240,8 +288,7 @@ bool beginAnew(const QString &id)
         download.ended = {};
         download.stage.clear();
     });
-    if (DownloadOrder *order = theDownloads->order(id))
-        order->start();
+    theDownloads->order(id);
     return true;
 }
 
@@ -251,8 +298,7 @@ void saveAs(const WebPage &page, const QUrl &url)
         return;
     const Download entry = NewDownload::at(url, page);
     downloadList().add(entry, nullptr);
-    if (DownloadOrder *order = theDownloads->order(entry.id))
-        order->startFor(page.committedUrl(), windowOf(&page));
+    theDownloads->orderFor(entry.id, page);
 }
 
 void leaveAll()

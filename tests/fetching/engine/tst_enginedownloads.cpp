@@ -62,6 +62,7 @@ private slots:
     void begunAnewFromAServerThatRefuses();
     void begunAnewOfWhatNoServerHas();
     void begunAnewAndCancelled();
+    void twoOfOneAddressBegunAnew();
     void nameByTheType_data();
     void nameByTheType();
 
@@ -621,6 +622,38 @@ void tst_enginedownloads::begunAnewAndCancelled()
     QCOMPARE(downloadList().all().size(), 1);
     QCOMPARE(entry(id).state, State::Cancelled);
     QTRY_COMPARE(allKept(), QStringList());
+}
+
+/// Each has its own place.
+void tst_enginedownloads::twoOfOneAddressBegunAnew()
+{
+    int answered = 0;
+    m_scene->server.handle("/same.bin", [&answered](const TestServer::Request &) {
+        TestServer::Reply reply;
+        reply.type = "application/octet-stream";
+        reply.body = QByteArray::number(++answered);
+        reply.headers = {{"Cache-Control", "no-store"}};
+        return reply;
+    });
+    QStringList ids;
+    for (int i = 0; i < 2; ++i) {
+        ids.append(begin(url(u"/same.bin"_s)));
+        QTRY_COMPARE(entry(ids.last()).state, State::Done);
+        QVERIFY(QFile::remove(entry(ids.last()).path()));
+        downloadList().change(ids.last(),
+                              [i](Download &download) { download.name = u"%1.bin"_s.arg(i); });
+    }
+    m_scene->server.hold("/same.bin");
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(Downloads::beginAnew(ids.at(i)));
+        QTRY_COMPARE(m_scene->server.count("/same.bin"), 3 + i);
+    }
+    m_scene->server.release();
+    for (int i = 0; i < 2; ++i) {
+        QTRY_COMPARE(entry(ids.at(i)).state, State::Done);
+        QCOMPARE(entry(ids.at(i)).name, u"%1.bin"_s.arg(i));
+        QCOMPARE(read(kept(u"%1.bin"_s.arg(i))), QByteArray::number(3 + i));
+    }
 }
 
 void tst_enginedownloads::nameByTheType_data()
