@@ -1,6 +1,8 @@
 #include "TabButton.h"
 
+#include "Texts.h"
 #include "ToolTipText.h"
+#include "UseDot.h"
 
 #include <QAccessibleWidget>
 #include <QHelpEvent>
@@ -15,6 +17,9 @@ namespace {
 constexpr int margin = 8;
 constexpr int gap = 6;
 constexpr int pictureSize = 16;
+constexpr int dotSize = 11;
+/// Easier to hit than to see.
+constexpr int useWidth = 20;
 // A caption of the usual thirteen characters fits; wide scripts get more, nothing gets less.
 constexpr int narrowest = 13;
 constexpr int widest = 22;
@@ -81,11 +86,28 @@ bool TabButton::setCaption(const QString &caption)
 {
     if (caption != m_caption) {
         m_caption = caption;
-        setAccessibleName(caption);
+        setAccessibleName(m_use.isEmpty() ? caption : caption + QStringLiteral(", ") + m_use);
         update();
     }
     const int width = wantedWidth();
     return std::exchange(m_width, width) != width;
+}
+
+void TabButton::setUse(const QString &text)
+{
+    if (text == m_use)
+        return;
+    m_use = text;
+    setAccessibleName(text.isEmpty() ? m_caption : m_caption + QStringLiteral(", ") + text);
+    update();
+}
+
+QRect TabButton::useRect() const
+{
+    if (m_use.isEmpty())
+        return {};
+    return QStyle::visualRect(layoutDirection(), rect(),
+                              QRect(width() - useWidth - 2, 0, useWidth, height()));
 }
 
 void TabButton::setPressed(bool pressed)
@@ -138,7 +160,8 @@ void TabButton::paintEvent(QPaintEvent *)
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(face, 4, 4);
     }
-    const QRect inner = rect().adjusted(margin, 0, -margin, 0);
+    const QRect use = useRect();
+    const QRect inner = rect().adjusted(margin, 0, use.isNull() ? -margin : -useWidth - 2, 0);
     const QRect picture = QStyle::alignedRect(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter,
                                               QSize(pictureSize, pictureSize), inner);
     icon().paint(&painter, picture);
@@ -148,12 +171,21 @@ void TabButton::paintEvent(QPaintEvent *)
     painter.drawText(
         text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
         fontMetrics().elidedText(m_caption.left(4 * widest), Qt::ElideRight, text.width()));
+    if (!use.isNull())
+        paintUseDot(
+            painter,
+            QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, QSize(dotSize, dotSize), use));
 }
 
 bool TabButton::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip) {
-        const QString text = toolTip();
+        const bool isOnUse = useRect().contains(static_cast<QHelpEvent *>(event)->pos());
+        const QString text = isOnUse
+            ? Texts<"Permissions">::at<"strEndUse",
+                                       "%1. A click ends it, and loads the page anew.">()
+                  .arg(m_use)
+            : toolTip();
         if (text.isEmpty())
             return QAbstractButton::event(event);
         QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), wrappedToolTip(text),
@@ -191,6 +223,10 @@ void TabButton::keyPressEvent(QKeyEvent *event)
 
 void TabButton::mousePressEvent(QMouseEvent *event)
 {
+    const QPoint at = event->position().toPoint();
+    m_useDown = event->button() == Qt::LeftButton && useRect().contains(at);
+    if (m_useDown)
+        return;
     m_middleDown = event->button() == Qt::MiddleButton;
     QAbstractButton::mousePressEvent(event);
     if (m_middleDown)
@@ -199,6 +235,11 @@ void TabButton::mousePressEvent(QMouseEvent *event)
 
 void TabButton::mouseReleaseEvent(QMouseEvent *event)
 {
+    if (event->button() == Qt::LeftButton && std::exchange(m_useDown, false)) {
+        if (useRect().contains(event->position().toPoint()))
+            emit useClicked();
+        return;
+    }
     if (event->button() == Qt::MiddleButton) {
         if (std::exchange(m_middleDown, false) && rect().contains(event->position().toPoint()))
             emit middleClicked();

@@ -14,6 +14,9 @@ public:
     QString caption() const { return m_caption; }
     /// True when the wanted width changed.
     bool setCaption(const QString &caption);
+    /// What its window uses of camera, microphone and screen, in words: the mark at its end says
+    /// so, and ends that by a click of its own. Empty: nothing.
+    void setUse(const QString &text);
     bool isPressed() const { return m_pressed; }
     void setPressed(bool pressed);
 
@@ -21,6 +24,7 @@ public:
 
 signals:
     void middleClicked();
+    void useClicked();
     /// An arrow key: -1 to the previous tab, 1 to the next; further for Home and End.
     void stepWanted(int step);
     void focused();
@@ -36,10 +40,14 @@ protected:
 
 private:
     int wantedWidth() const;
+    /// Empty without a mark.
+    QRect useRect() const;
 
     QString m_key;
     QString m_caption;
+    QString m_use;
     int m_width = 0;
     bool m_pressed = false;
     bool m_middleDown = false;
+    bool m_useDown = false;
 };

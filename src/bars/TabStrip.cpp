@@ -96,6 +96,7 @@ void TabStrip::connectTab(TabButton *tab)
     });
     connect(tab, &TabButton::middleClicked, this,
             [this, tab] { emit tabMiddleClicked(tab->key()); });
+    connect(tab, &TabButton::useClicked, this, [this, tab] { emit useClicked(tab->key()); });
     connect(tab, &TabButton::stepWanted, this,
             [this, tab](int step) { focusNeighbour(tab, step); });
     connect(tab, &TabButton::focused, this, [this, tab] { ensureVisible(tab); });
@@ -144,6 +145,12 @@ void TabStrip::setIcon(const QString &key, const QIcon &icon)
 {
     if (TabButton *tab = button(key))
         tab->setIcon(icon.isNull() ? m_image1 : icon);
+}
+
+void TabStrip::setUse(const QString &key, const QString &text)
+{
+    if (TabButton *tab = button(key))
+        tab->setUse(text);
 }
 
 void TabStrip::setPressed(const QString &key, bool pressed)

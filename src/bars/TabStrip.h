@@ -26,6 +26,7 @@ public:
     void setToolTip(const QString &key, const QString &text) override;
     using QWidget::setToolTip;
     void setIcon(const QString &key, const QIcon &icon) override;
+    void setUse(const QString &key, const QString &text) override;
     void setPressed(const QString &key, bool pressed) override;
     bool isPressed(const QString &key) const override;
 
@@ -43,6 +44,8 @@ signals:
     /// A tab was clicked or activated from the keyboard; it is pressed already.
     void tabClicked(const QString &key);
     void tabMiddleClicked(const QString &key);
+    /// The mark of what is in use was clicked.
+    void useClicked(const QString &key);
     /// Files or links were dropped on the strip; addresses in encoded form.
     void addressesDropped(const QStringList &addresses);
     /// The right button was released over the strip, its tabs and arrows included; or the menu

@@ -10,7 +10,7 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr int siteColumn = 0;
+enum Column { SiteColumn, PageColumn, WhatColumn, WordColumn };
 
 constexpr Texts<"frmInternetOptions"> texts;
 
@@ -18,15 +18,6 @@ QString wordText(SitePermissions::Word word)
 {
     return word == SitePermissions::Word::Allow ? texts.at<"strAllowed", "Allowed">()
                                                 : texts.at<"strRefused", "Refused">();
-}
-
-/// The asker alone, or "asker in page".
-QString siteText(const AskingSite &site)
-{
-    const QString asker = shownSite(QUrl(site.asker));
-    return site.page.isEmpty()
-        ? asker
-        : texts.at<"strSiteIn", "%1 in %2">().arg(asker, shownSite(QUrl(site.page)));
 }
 
 QString whatText(const SitePermissions::Answer &answer)
@@ -38,10 +29,12 @@ QString whatText(const SitePermissions::Answer &answer)
 class AnswerItem : public QTreeWidgetItem {
 public:
     explicit AnswerItem(const SitePermissions::Answer &shown)
-        : QTreeWidgetItem({siteText(shown.site), whatText(shown), wordText(shown.word)})
+        : QTreeWidgetItem({shownSite(QUrl(shown.site.asker)), shownSite(QUrl(shown.site.page)),
+                           whatText(shown), wordText(shown.word)})
         , answer(shown)
     {
-        setToolTip(siteColumn, text(siteColumn));
+        for (const Column column : {SiteColumn, PageColumn})
+            setToolTip(column, text(column));
     }
     SitePermissions::Answer answer;
 };
@@ -61,12 +54,13 @@ SiteList::SiteList()
     setAllColumnsShowFocus(true);
     // The domain stands at the end of a site's name.
     setTextElideMode(Qt::ElideLeft);
-    setHeaderLabels({texts.at<"strSite", "Site">(), texts.at<"strWhat", "What">(),
-                     texts.at<"strAnswer", "Answer">()});
+    setHeaderLabels({texts.at<"strSite", "Site">(), texts.at<"strInside", "Inside">(),
+                     texts.at<"strWhat", "What">(), texts.at<"strAnswer", "Answer">()});
     header()->setStretchLastSection(false);
-    header()->setSectionResizeMode(siteColumn, QHeaderView::Stretch);
-    header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
-    header()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
+    for (const Column column : {SiteColumn, PageColumn})
+        header()->setSectionResizeMode(column, QHeaderView::Stretch);
+    for (const Column column : {WhatColumn, WordColumn})
+        header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
 }
 
 QList<SitePermissions::Answer> SiteList::selected() const
@@ -91,7 +85,7 @@ void SiteList::refresh()
     // Whoever goes through with the keyboard stays at his place.
     if (!items.isEmpty())
         selectionModel()->setCurrentIndex(
-            model()->index(qBound(0, row, int(items.size()) - 1), siteColumn),
+            model()->index(qBound(0, row, int(items.size()) - 1), SiteColumn),
             QItemSelectionModel::NoUpdate);
 }
 

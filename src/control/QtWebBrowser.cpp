@@ -4,6 +4,7 @@
 #include "Downloads.h"
 #include "PageCommands.h"
 #include "PageConnection.h"
+#include "PagePermissions.h"
 
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineScript>
@@ -50,8 +51,29 @@ void QtWebBrowser::watch(WebPage *page, WebView *view, QObject *bond)
     });
     connect(page, &WebPage::saveRequested, bond,
             [page](const QUrl &url) { Downloads::saveAs(*page, url); });
+    connect(&page->permissions(), &PagePermissions::useChanged, bond, [this] { tellUse(); });
+    connect(page, &WebPage::wanted, bond, [this] { m_listener.tell(&WebBrowserEvents::wanted); });
     connect(view, &WebView::gotFocus, bond,
             [this] { m_listener.tell(&WebBrowserEvents::gotFocus); });
+}
+
+void QtWebBrowser::tellUse()
+{
+    const QList<Permission> used = page() ? page()->permissions().inUse() : QList<Permission>();
+    m_listener.tell(&WebBrowserEvents::useChange, useText(used));
+}
+
+void QtWebBrowser::endUse()
+{
+    if (page())
+        page()->permissions().endUse();
+}
+
+/// The page goes.
+void QtWebBrowser::navigateLater(const QString &url)
+{
+    m_navigator.waitAt(url);
+    tellUse();
 }
 
 bool QtWebBrowser::mayRun(const std::function<void()> &command)

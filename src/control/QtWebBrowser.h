@@ -22,7 +22,7 @@ public:
     void setQuestions(PageQuestions *questions) override { m_life.setQuestions(questions); }
     void navigate(const QString &url) override;
     void navigateForPage(const QString &url) override;
-    void navigateLater(const QString &url) override { m_navigator.waitAt(url); }
+    void navigateLater(const QString &url) override;
     void navigateNow() override;
     bool isWaiting() const override { return m_navigator.state().isWaiting(); }
     bool goBack() override;
@@ -48,6 +48,7 @@ public:
     Arrival arrivedBy() const override { return m_navigator.state().arrival(); }
     WindowRequest currentRequest() const override { return m_windows.current(); }
     void setRefusesUnaskedWindows(bool refuses) override;
+    void endUse() override;
     bool isSilent() const override { return m_silent; }
     void setSilent(bool silent) override { m_silent = silent; }
     void setRegisterAsBrowser(bool) override { }
@@ -64,6 +65,7 @@ private:
     void watch(WebPage *page, WebView *view, QObject *bond);
     void goOn(const CertificateFailure &failure);
     void leaveFailure();
+    void tellUse();
     /// A command of the user's may run now; else it is `command` that does, later.
     bool mayRun(const std::function<void()> &command);
 

@@ -100,6 +100,10 @@ public:
     /// server whose certificate proves nothing and that the user went on to all the same.
     virtual void setSecureLockIcon(int secureLockIcon) = 0;
     virtual void privacyImpactedStateChange(bool impacted) = 0;
+    /// What the page uses of camera, microphone and screen from now on, in words; empty: nothing.
+    virtual void useChange(const QString &) { }
+    /// The user wants to see the page.
+    virtual void wanted() { }
     /// The keyboard focus has come to the page.
     virtual void gotFocus() = 0;
     /// A script of the page failed; never raised while the control is silent.
@@ -178,6 +182,9 @@ public:
     virtual void setRefusesUnaskedWindows(bool) { }
     /// The request that `newWindow2` is being raised for.
     virtual WindowRequest currentRequest() const { return {}; }
+
+    /// Ends what the page uses of camera, microphone and screen, and refuses it from then on.
+    virtual void endUse() { }
 
     /// True: script errors are not shown.
     virtual bool isSilent() const = 0;

@@ -20,10 +20,16 @@ public:
     virtual QString shownAddress() const = 0;
     /// Gives the keyboard to what the window shows.
     virtual void focusContents();
+    /// Ends what the window shows uses of camera, microphone and screen.
+    virtual void endUse() { }
     /// The language is another one now.
     virtual void translate() { }
 
     QSize sizeHint() const override;
+
+signals:
+    /// What it shows is to be seen: the window in front of the others, and its frame.
+    void frontWanted();
 
 protected:
     /// Presses the window's tab, if it has one and it is not pressed.

@@ -19,6 +19,8 @@ public:
     virtual void setToolTip(const QString &key, const QString &text) = 0;
     /// A null icon gives the strip's own picture back.
     virtual void setIcon(const QString &key, const QIcon &icon) = 0;
+    /// What the window uses of camera, microphone and screen, in words; empty: nothing.
+    virtual void setUse(const QString &key, const QString &text) = 0;
     /// Pressing a tab releases the others.
     virtual void setPressed(const QString &key, bool pressed) = 0;
     virtual bool isPressed(const QString &key) const = 0;

@@ -8,6 +8,7 @@
 #include "EngineSwitches.h"
 #include "EngineVersion.h"
 #include "Log.h"
+#include "PageNotifications.h"
 #include "PageScripts.h"
 #include "RefusedAddress.h"
 #include "WebPage.h"
@@ -28,6 +29,7 @@ QWebEngineProfile *theProfile = nullptr;
 std::unique_ptr<QLockFile> theLock;
 WebPage *theSparePage = nullptr;
 CookieList *theCookies = nullptr;
+PageNotifications *theNotifications = nullptr;
 QList<ProfileFollower> theFollowers;
 bool scriptsMayOpenWindows = true;
 
@@ -62,6 +64,8 @@ void setOptions(QWebEngineProfile *profile)
     settings->setAttribute(QWebEngineSettings::PluginsEnabled, true);
     settings->setAttribute(QWebEngineSettings::ErrorPageEnabled, true);
     settings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, scriptsMayOpenWindows);
+    // It is asked for like the camera.
+    settings->setAttribute(QWebEngineSettings::ScreenCaptureEnabled, true);
     // The engine asks for a window for what is dropped on a page that does not take it.
     settings->setAttribute(QWebEngineSettings::NavigateOnDropEnabled, true);
 }
@@ -98,6 +102,7 @@ QWebEngineProfile *makeProfile()
     profile->setUrlRequestInterceptor(new InnerFilesGuard(profile));
     PageScripts::install(profile);
     CookiePolicy::instance().install(profile);
+    theNotifications = PageNotifications::install(profile);
     for (const ProfileFollower &follower : std::as_const(theFollowers))
         follower.begin(profile);
     return profile;
@@ -168,6 +173,7 @@ void dropEngineProfile()
         for (const ProfileFollower &follower : std::as_const(theFollowers))
             follower.end();
     }
+    delete std::exchange(theNotifications, nullptr);
     delete std::exchange(theSparePage, nullptr);
     delete std::exchange(theProfile, nullptr);
     theLock.reset();

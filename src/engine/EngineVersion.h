@@ -8,6 +8,10 @@
 
 /// `QWebEnginePermission` and `QWebEnginePage::permissionRequested`; those before are deprecated.
 #define ORVANE_HAS_PERMISSION_OBJECTS (QT_VERSION >= QT_VERSION_CHECK(6, 8, 0))
+/// `QWebEnginePage::desktopMediaRequested`, with the screens and windows to choose from; a page
+/// that wants to see the screen asks for nothing else. Before, the whole screen was one of its
+/// features.
+#define ORVANE_HAS_SCREEN_CHOICE (QT_VERSION >= QT_VERSION_CHECK(6, 8, 0))
 /// `QWebEngineFrame`; a frame's `print()` comes as `printRequestedByFrame`.
 #define ORVANE_HAS_FRAMES (QT_VERSION >= QT_VERSION_CHECK(6, 8, 0))
 /// `QWebEngineClientHints`: what a page is told of the browser beside the user agent.

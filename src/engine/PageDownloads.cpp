@@ -1,8 +1,11 @@
 #include "PageDownloads.h"
 
+#include "AskingSite.h"
 #include "Log.h"
+#include "PagePermissions.h"
 #include "PageQuestions.h"
 #include "ShownAddress.h"
+#include "SitePermissions.h"
 #include "Texts.h"
 #include "WebPage.h"
 #include "WebView.h"
@@ -29,7 +32,7 @@ constexpr int mostAskers = 3;
 
 constexpr Texts<"PageQuestions"> texts;
 
-QString siteOf(const QUrl &url)
+QString originOf(const QUrl &url)
 {
     return url.isEmpty() ? QString()
                          : url.scheme() + "://"_L1
@@ -72,8 +75,8 @@ QString PageDownloads::nameOf(const DownloadAsker &asker) const
 {
     if (asker.isFrameWithoutSite)
         return u"frame"_s;
-    const QString site = siteOf(asker.site);
-    return site.isEmpty() ? siteOf(m_page.committedUrl()) : site;
+    const QString site = originOf(asker.site);
+    return site.isEmpty() ? originOf(m_page.committedUrl()) : site;
 }
 
 PageDownloads::Verdict PageDownloads::judge(const DownloadAsker &asker)
@@ -85,6 +88,8 @@ PageDownloads::Verdict PageDownloads::judge(const DownloadAsker &asker)
         --m_left;
         return Verdict::Go;
     }
+    if (const auto word = SitePermissions::answer(siteOf(asker), Permission::Downloads))
+        return *word == SitePermissions::Word::Allow ? Verdict::Go : refuse();
     const QList<int> waiting = m_waiting.values();
     const bool isFirst = !m_waiting.contains(name);
     if (std::accumulate(waiting.cbegin(), waiting.cend(), 0) >= mostWaiting
@@ -109,6 +114,14 @@ PageDownloads::Verdict PageDownloads::judgeOfGone()
     return left-- > 0 ? Verdict::Go : Verdict::Refused;
 }
 
+AskingSite PageDownloads::siteOf(const DownloadAsker &asker) const
+{
+    if (asker.isFrameWithoutSite)
+        return {};
+    const QUrl page = m_page.committedUrl();
+    return AskingSite::of(asker.site.isEmpty() ? page : asker.site, page);
+}
+
 void PageDownloads::ask(const DownloadAsker &asker)
 {
     const QString name = nameOf(asker);
@@ -118,7 +131,7 @@ void PageDownloads::ask(const DownloadAsker &asker)
     question.text =
         texts.at<"strDownloads",
                  "This page wants to download more files. Do you want to download them?">();
-    if (name != siteOf(question.asker)) {
+    if (name != originOf(question.asker)) {
         question.text = texts.at<"strFrameDownloads",
                                  "A frame in this page wants to download more "
                                  "files. Do you want to download them?">();
@@ -130,9 +143,15 @@ void PageDownloads::ask(const DownloadAsker &asker)
     question.yes = texts.at<"cmdYes", "Yes">();
     question.no = texts.at<"cmdNo", "No">();
     question.noHolds = true;
-    question.done = [self = QPointer(this), name](PageQuestion::Reply reply) {
-        if (self)
-            self->finish(name, reply.answer);
+    const AskingSite site = siteOf(asker);
+    question.remember = m_page.permissions().mayKeep(site);
+    question.done = [self = QPointer(this), name, site](PageQuestion::Reply reply) {
+        if (!self)
+            return;
+        const bool isWanted = reply.answer == PageQuestion::Answer::Yes;
+        if (reply.isRemembered)
+            self->m_page.permissions().keep(site, {Permission::Downloads}, isWanted);
+        self->finish(name, reply.answer);
     };
     if (!m_page.questions() || !m_page.questions()->ask(question)) {
         m_refused += m_waiting.value(name);

@@ -10,6 +10,7 @@
 #include <QTimer>
 
 class WebPage;
+struct AskingSite;
 
 /// How many files a page may download before its user is asked: a few each time that he does
 /// something with it. Those that come then wait, and for all of a site there is one answer: a frame
@@ -41,6 +42,8 @@ signals:
 
 private:
     void renew();
+    /// For whom an answer may be kept.
+    AskingSite siteOf(const DownloadAsker &asker) const;
     void ask(const DownloadAsker &asker);
     void finish(const QString &asker, PageQuestion::Answer answer);
     Verdict refuse();

@@ -1,6 +1,7 @@
 #include "ScriptDialogs.h"
 
 #include "LeavingPage.h"
+#include "PagePermissions.h"
 #include "PageQuestions.h"
 #include "ShownAddress.h"
 #include "Texts.h"
@@ -64,9 +65,9 @@ bool isUnheard(const WebPage &page)
 }
 
 /// A page that is not heard any more must not keep the user either.
-bool mayLeave(const WebPage &page, PageQuestions &questions, const QUrl &origin)
+bool mayLeave(WebPage &page, PageQuestions &questions, const QUrl &origin)
 {
-    if (questions.isSilenced())
+    if (questions.isSilenced() || page.permissions().isEndingUse())
         return true;
     PageQuestion question = questionOf(page, origin, {});
     question.text =

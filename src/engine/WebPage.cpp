@@ -2,7 +2,6 @@
 
 #include "CacheBypass.h"
 #include "DownloadPages.h"
-#include "EngineVersion.h"
 #include "InsecureForms.h"
 #include "LeavingPage.h"
 #include "Log.h"
@@ -11,6 +10,7 @@
 #include "PageDownloads.h"
 #include "PageHold.h"
 #include "PageLogin.h"
+#include "PagePermissions.h"
 #include "PageQuestions.h"
 #include "PageScripts.h"
 #include "PageUploads.h"
@@ -22,9 +22,6 @@
 #include <QWebEngineContextMenuRequest>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineHistory>
-#if ORVANE_HAS_PERMISSION_OBJECTS
-#include <QWebEnginePermission>
-#endif
 #include <QWebEngineSettings>
 #include <QWebEngineView>
 #include <utility>
@@ -67,6 +64,7 @@ WebPage::WebPage(QWebEngineProfile *profile)
     , m_leaving(new LeavingPage(*this))
     , m_certificates(new PageCertificates(*this))
     , m_insecureForms(new InsecureForms(*this))
+    , m_permissions(std::make_unique<PagePermissions>(*this))
 {
     setUrlRequestInterceptor(m_cacheBypass);
     // All are refused where they are asked for; the engine would refuse others unheard.
@@ -91,20 +89,13 @@ WebPage::WebPage(QWebEngineProfile *profile)
 
 WebPage::~WebPage()
 {
+    // While there is a page still that the engine can be answered for.
+    m_permissions.reset();
     DownloadPages::noteEnd(*this);
 }
 
 void WebPage::answerRequests()
 {
-#if ORVANE_HAS_PERMISSION_OBJECTS
-    connect(this, &QWebEnginePage::permissionRequested, this,
-            [](const QWebEnginePermission &permission) { permission.deny(); });
-#else
-    connect(this, &QWebEnginePage::featurePermissionRequested, this,
-            [this](const QUrl &origin, Feature feature) {
-                setFeaturePermission(origin, feature, PermissionDeniedByUser);
-            });
-#endif
     connect(this, &QWebEnginePage::authenticationRequired, this,
             [this](const QUrl &url, QAuthenticator *login) {
                 const EngineCallbackScope scope;

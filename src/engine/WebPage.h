@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QWebEnginePage>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "ConsoleBrake.h"
@@ -15,6 +16,7 @@ class LeavingPage;
 class OutsideRequests;
 class PageCertificates;
 class PageDownloads;
+class PagePermissions;
 class PageQuestions;
 class PageUploads;
 
@@ -80,6 +82,8 @@ public:
     PageCertificates &certificates() { return *m_certificates; }
     /// Forms of the page that would be sent unencrypted.
     InsecureForms &insecureForms() { return *m_insecureForms; }
+    /// What the page may do that its user must allow.
+    PagePermissions &permissions() { return *m_permissions; }
     /// A page that took over the contents of a request for a window has lost its interceptor.
     void renewInterceptor();
     /// The focused element of the page takes text.
@@ -131,6 +135,8 @@ signals:
     void left();
     /// Something for the status line.
     void told(const QString &text);
+    /// The user wants to see the page.
+    void wanted();
     /// The user has signed in, and the page is to be asked for once more.
     void signedIn();
 
@@ -160,6 +166,7 @@ private:
     PageDownloads *m_downloads = nullptr;
     OutsideRequests *m_outside = nullptr;
     PageUploads *m_uploads = nullptr;
+    std::unique_ptr<PagePermissions> m_permissions;
     /// The last address that a form was sent to.
     QUrl m_formAddress;
     PageOrigin m_opener;

@@ -196,11 +196,16 @@ void MainWindow::connectDownloads()
     });
     connect(new DownloadNews(downloadList(), this), &DownloadNews::listWanted, this,
             [this, showList] {
-                setWindowState(windowState() & ~Qt::WindowMinimized);
-                raise();
-                activateWindow();
+                comeToFront();
                 showList();
             });
+}
+
+void MainWindow::comeToFront()
+{
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
 }
 
 void MainWindow::navigateToAddress()
@@ -265,6 +270,11 @@ void MainWindow::translate()
 void MainWindow::adopt(QMdiSubWindow *child)
 {
     m_windows->adopt(child);
+    if (const auto *inner = qobject_cast<InnerWindow *>(child))
+        connect(inner, &InnerWindow::frontWanted, this, [this, inner] {
+            comeToFront();
+            activateTab(*this, inner->tabKey());
+        });
 }
 
 QMdiSubWindow *MainWindow::activeChild() const

@@ -76,6 +76,7 @@ private:
     void makeBands();
     void connectAddressBar();
     void connectDownloads();
+    void comeToFront();
     void registerCommands();
     void joinPlaces();
     void openFirstWindow();

@@ -144,6 +144,10 @@ void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
 {
     QObject::connect(&strip, &TabStrip::tabClicked, &strip,
                      [&frame](const QString &key) { activateTab(frame, key); });
+    QObject::connect(&strip, &TabStrip::useClicked, &strip, [](const QString &key) {
+        if (InnerWindow *window = windowOfTab(key))
+            window->endUse();
+    });
     QObject::connect(&strip, &TabStrip::tabMiddleClicked, &strip, [](const QString &key) {
         if (InnerWindow *window = windowOfTab(key))
             window->close();

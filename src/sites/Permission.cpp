@@ -2,6 +2,8 @@
 
 #include "Texts.h"
 
+#include <QStringList>
+
 namespace {
 constexpr Texts<"Permissions"> texts;
 }
@@ -39,4 +41,20 @@ QString permissionText(Permission permission)
         return texts.at<"strProgram", "Other program">();
     }
     return {};
+}
+
+QString useText(const QList<Permission> &used)
+{
+    const bool camera = used.contains(Permission::Camera);
+    const bool microphone = used.contains(Permission::Microphone);
+    QStringList parts;
+    if (camera && microphone)
+        parts.append(texts.at<"strBothInUse", "Camera and microphone in use">());
+    else if (camera)
+        parts.append(texts.at<"strCameraInUse", "Camera in use">());
+    else if (microphone)
+        parts.append(texts.at<"strMicrophoneInUse", "Microphone in use">());
+    if (used.contains(Permission::Screen))
+        parts.append(texts.at<"strScreenInUse", "Screen being watched">());
+    return parts.join(QLatin1String(", "));
 }

@@ -24,3 +24,7 @@ QList<Permission> allPermissions();
 
 /// In the user's words.
 QString permissionText(Permission permission);
+
+/// That of camera, microphone and screen those are in use, in the user's words; empty where none
+/// is.
+QString useText(const QList<Permission> &used);

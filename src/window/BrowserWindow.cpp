@@ -38,6 +38,7 @@ BrowserWindow::BrowserWindow(Frame &frame)
     connect(m_browser, &WebBrowser::loadEnded, this, &BrowserWindow::nameIfNameless);
     m_status = new StatusStrip(m_client);
     connect(m_status, &StatusStrip::connectionPressed, m_browser, &WebBrowser::showCertificates);
+    connect(m_status, &StatusStrip::endOfUseWanted, this, &BrowserWindow::endUse);
     m_questions = new PageQuestions(m_client);
     m_browser->setQuestions(m_questions);
     connect(m_questions, &PageQuestions::stripChanged, this, &BrowserWindow::layOut);
@@ -80,6 +81,11 @@ QString BrowserWindow::shownAddress() const
 void BrowserWindow::focusContents()
 {
     m_browser->setFocus();
+}
+
+void BrowserWindow::endUse()
+{
+    m_browser->endUse();
 }
 
 /// In the shared address bar, while this window is the one it is for.

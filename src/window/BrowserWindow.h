@@ -42,6 +42,7 @@ public:
     /// opened on, or "about:blank" where another page may have put its own contents into it.
     QString shownAddress() const override;
     void focusContents() override;
+    void endUse() override;
     /// Size of the client area, pixels.
     int innerWidth() const;
     int innerHeight() const;
@@ -81,6 +82,8 @@ private:
     void windowClosing(bool isChildWindow, bool &cancel) override;
     void setSecureLockIcon(int secureLockIcon) override;
     void privacyImpactedStateChange(bool impacted) override;
+    void useChange(const QString &text) override;
+    void wanted() override;
     void gotFocus() override;
     void scriptFailed(const ScriptError &error) override;
 

@@ -170,6 +170,17 @@ void BrowserWindow::privacyImpactedStateChange(bool impacted)
     m_status->setPrivacyShown(impacted);
 }
 
+void BrowserWindow::useChange(const QString &text)
+{
+    m_status->setUse(text);
+    m_frame.windowTabs().setUse(tabKey(), text);
+}
+
+void BrowserWindow::wanted()
+{
+    emit frontWanted();
+}
+
 void BrowserWindow::gotFocus()
 {
     if (m_frame.windowTabs().isPressed(tabKey()))

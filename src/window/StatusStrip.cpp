@@ -2,6 +2,7 @@
 
 #include "ElidedAddress.h"
 #include "Texts.h"
+#include "UseMark.h"
 
 #include <QAccessible>
 #include <QHelpEvent>
@@ -65,10 +66,12 @@ const Text &unprovenTip =
 
 StatusStrip::StatusStrip(QWidget *parent)
     : QWidget(parent)
+    , m_use(new UseMark(this))
 {
     setObjectName(u"StatusBar1"_s);
     setAttribute(Qt::WA_OpaquePaintEvent);
     refreshAccessibleText();
+    connect(m_use, &UseMark::clicked, this, &StatusStrip::endOfUseWanted);
 }
 
 int StatusStrip::stripHeight() const
@@ -108,6 +111,7 @@ void StatusStrip::setUnprovenShown(bool shown)
     if (shown == m_unproven)
         return;
     m_unproven = shown;
+    placeUse();
     refreshAccessibleText();
     update();
 }
@@ -117,6 +121,26 @@ int StatusStrip::wordsWidth() const
     const int words = m_unproven ? fontMetrics().horizontalAdvance(unproven()) : 0;
     constexpr int leastForText = 120;
     return words + leastForText < width() ? words : 0;
+}
+
+void StatusStrip::setUse(const QString &text)
+{
+    m_use->setUse(text);
+    placeUse();
+    update();
+}
+
+/// Beside the indicators, and never wider than the half of the strip.
+void StatusStrip::placeUse()
+{
+    const int room = indicatorRect(1).left() - indicatorGap;
+    const int width = qMin(m_use->sizeHint().width(), room / 2);
+    m_use->setGeometry(room - width, 1, width, height() - 1);
+}
+
+void StatusStrip::resizeEvent(QResizeEvent *)
+{
+    placeUse();
 }
 
 QRect StatusStrip::indicatorRect(int fromRight) const
@@ -183,7 +207,8 @@ void StatusStrip::paintEvent(QPaintEvent *)
     painter.setPen(palette().color(QPalette::Mid));
     painter.drawLine(QPointF(0, 0.5), QPointF(width(), 0.5));
 
-    const int textRight = indicatorRect(1).left() - indicatorGap;
+    const int textRight =
+        m_use->isHidden() ? indicatorRect(1).left() - indicatorGap : m_use->x() - indicatorGap;
     const QRect textRect(2, 1, textRight - 2, height() - 1);
     painter.setPen(palette().color(QPalette::WindowText));
     // The text begins with a blank.

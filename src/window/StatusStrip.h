@@ -3,6 +3,8 @@
 #include <QString>
 #include <QWidget>
 
+class UseMark;
+
 /// The status bar of a browser window: the status text, and at the right end the privacy and the
 /// secure indicator while they apply, or that the page is not secure where it ought to be. Painted
 /// by itself; cheap to change many times a second.
@@ -29,6 +31,9 @@ public:
     bool unprovenShown() const { return m_unproven; }
     void setUnprovenShown(bool shown);
 
+    /// Before them: what the page uses of camera, microphone and screen, in words; empty: nothing.
+    void setUse(const QString &text);
+
     QRect privacyRect() const;
     QRect secureRect() const;
     QRect unprovenRect() const;
@@ -36,11 +41,14 @@ public:
 signals:
     /// The user pressed what the strip says of the page's connection.
     void connectionPressed();
+    /// The user wants the use of all of those to end.
+    void endOfUseWanted();
 
 protected:
     bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QRect indicatorRect(int fromRight) const;
@@ -48,8 +56,10 @@ private:
     void paintIndicators(QPainter &painter) const;
     /// Pixels that the words of the open lock need; 0 where there is no room for them.
     int wordsWidth() const;
+    void placeUse();
 
     QString m_text;
+    UseMark *m_use;
     bool m_privacy = false;
     bool m_secure = false;
     bool m_unproven = false;

@@ -41,6 +41,7 @@ private slots:
     void exactlyOneIsPressed();
     void clickPressesAndReports();
     void middleClickReports();
+    void useIsMarkedAndClicked();
     void rightReleaseAnywhere();
     void noMenuOfTheSurroundings();
     void captionShowsAmpersand();
@@ -156,6 +157,40 @@ void tst_TabStrip::clickPressesAndReports()
     QTest::mouseClick(m_strip->tab(keyOf(3)), Qt::LeftButton);
     QCOMPARE(clicks.size(), 2);
     QVERIFY(m_strip->isPressed(keyOf(3)));
+}
+
+/// The mark is a place of its own on the tab.
+void tst_TabStrip::useIsMarkedAndClicked()
+{
+    m_strip->addTab(keyOf(1), u"One"_s);
+    m_strip->addTab(keyOf(2), u"Two"_s);
+    QWidget *tab = m_strip->tab(keyOf(1));
+    const QSignalSpy used(m_strip.get(), &TabStrip::useClicked);
+    const QSignalSpy clicked(m_strip.get(), &TabStrip::tabClicked);
+    const QPoint mark(tab->width() - 10, tab->height() / 2);
+    const QImage before = tab->grab().toImage();
+    m_strip->setUse(keyOf(1), u"Camera in use"_s);
+    m_strip->setUse(u"X99"_s, u"Camera in use"_s);
+    QVERIFY(tab->grab().toImage() != before);
+    QCOMPARE(tab->accessibleName(), u"One, Camera in use"_s);
+    m_strip->setCaption(keyOf(1), u"Other"_s);
+    QCOMPARE(tab->accessibleName(), u"Other, Camera in use"_s);
+    QTest::mouseClick(tab, Qt::LeftButton, {}, mark);
+    QCOMPARE(used.size(), 1);
+    QCOMPARE(used.first().first().toString(), keyOf(1));
+    QCOMPARE(clicked.size(), 0);
+    QVERIFY(!m_strip->isPressed(keyOf(1)));
+    // Let go elsewhere, it is none.
+    QTest::mousePress(tab, Qt::LeftButton, {}, mark);
+    QTest::mouseRelease(tab, Qt::LeftButton, {}, QPoint(10, 10));
+    QCOMPARE(used.size(), 1);
+    QTest::mouseClick(tab, Qt::LeftButton, {}, QPoint(20, tab->height() / 2));
+    QCOMPARE(clicked.size(), 1);
+    m_strip->setUse(keyOf(1), {});
+    QCOMPARE(tab->accessibleName(), u"Other"_s);
+    QTest::mouseClick(tab, Qt::LeftButton, {}, mark);
+    QCOMPARE(used.size(), 1);
+    QCOMPARE(clicked.size(), 2);
 }
 
 void tst_TabStrip::middleClickReports()

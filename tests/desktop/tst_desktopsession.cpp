@@ -22,6 +22,10 @@ private slots:
     void noticeShowsMarkupAsItIs();
     void nextNoticeTakesThePlaceOfTheLast();
     void clickOnTheNoticeIsTold();
+    void closedNoticeIsTold();
+    void noticeIsTakenAway();
+    void pictureIsSent();
+    void noServiceIsToldAsGone();
     void nobodyWaitsForASilentService();
     void noServiceIsNoFailure();
     void progressIsToldThinned();
@@ -119,6 +123,69 @@ void tst_DesktopSession::clickOnTheNoticeIsTold()
         QCoreApplication::processEvents();
         return !chosen.isEmpty();
     }());
+}
+
+void tst_DesktopSession::closedNoticeIsTold()
+{
+    DesktopNotice notice;
+    const QSignalSpy gone(&notice, &DesktopNotice::gone);
+    notice.show(u"closed"_s, {}, u"Show"_s);
+    QTRY_VERIFY(find(u"closed"_s));
+    const uint number = find(u"closed"_s)->number;
+    QTRY_VERIFY([&] {
+        emit m_session->notifications.NotificationClosed(number + 7, 2);
+        emit m_session->notifications.NotificationClosed(number, 2);
+        QCoreApplication::processEvents();
+        return !gone.isEmpty();
+    }());
+    QCOMPARE(gone.size(), 1);
+}
+
+/// Also where the service has not answered yet.
+void tst_DesktopSession::noticeIsTakenAway()
+{
+    DesktopNotice notice;
+    const QSignalSpy gone(&notice, &DesktopNotice::gone);
+    for (const bool waits : {false, true}) {
+        m_session->notifications.shown.clear();
+        m_session->notifications.closed.clear();
+        notice.show(u"away"_s, {}, u"Show"_s);
+        if (waits) {
+            QTRY_VERIFY(find(u"away"_s));
+            QTRY_VERIFY((notice.close(), !m_session->notifications.closed.isEmpty()));
+            QCOMPARE(m_session->notifications.closed.first(), find(u"away"_s)->number);
+        } else {
+            notice.close();
+            DesktopNotice other;
+            other.show(u"other"_s, {}, {});
+            QTRY_VERIFY(find(u"other"_s));
+            const auto *away = find(u"away"_s);
+            QVERIFY(!away || m_session->notifications.closed.contains(away->number));
+        }
+    }
+    QVERIFY(gone.isEmpty());
+}
+
+void tst_DesktopSession::pictureIsSent()
+{
+    DesktopNotice notice;
+    QImage picture(2000, 3000, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    notice.show(u"picture"_s, {}, u"Show"_s, picture);
+    QTRY_VERIFY(find(u"picture"_s));
+    QVERIFY(find(u"picture"_s)->hasPicture);
+    notice.show(u"none"_s, {}, u"Show"_s);
+    QTRY_VERIFY(find(u"none"_s));
+    QVERIFY(!find(u"none"_s)->hasPicture);
+}
+
+void tst_DesktopSession::noServiceIsToldAsGone()
+{
+    m_session->setNotifying(false);
+    DesktopNotice notice;
+    const QSignalSpy gone(&notice, &DesktopNotice::gone);
+    notice.show(u"one"_s, {}, {});
+    QTRY_COMPARE(gone.size(), 1);
 }
 
 void tst_DesktopSession::nobodyWaitsForASilentService()

@@ -12,10 +12,11 @@ QStringList FakeNotifications::GetCapabilities(const QDBusMessage &call)
 
 uint FakeNotifications::Notify(const QString &program, uint replaced, const QString &,
                                const QString &title, const QString &body,
-                               const QStringList &actions, const QVariantMap &, int)
+                               const QStringList &actions, const QVariantMap &hints, int)
 {
     const uint number = replaced > 0 ? replaced : ++m_lastNumber;
-    shown.append({program, number, replaced, title, body, actions});
+    shown.append(
+        {program, number, replaced, title, body, actions, hints.contains("image-data"_L1)});
     return number;
 }
 

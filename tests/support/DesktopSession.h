@@ -24,8 +24,11 @@ public:
         QString title;
         QString body;
         QStringList actions;
+        bool hasPicture = false;
     };
     QList<Notice> shown;
+    /// Numbers of those that the program took away again.
+    QList<uint> closed;
     QStringList capabilities{QStringLiteral("body"), QStringLiteral("body-markup")};
     /// Calls are taken and never answered.
     bool isSilent = false;
@@ -36,8 +39,11 @@ public slots:
                 const QString &body, const QStringList &actions, const QVariantMap &hints,
                 int timeout);
 
+    void CloseNotification(uint number) { closed.append(number); }
+
 signals:
     void ActionInvoked(uint number, const QString &action);
+    void NotificationClosed(uint number, uint reason);
 
 private:
     uint m_lastNumber = 0;

@@ -21,6 +21,7 @@ public:
         QString toolTip;
         QIcon icon;
         bool pressed = false;
+        QString use = {};
     };
 
     void addTab(const QString &key, const QString &caption) override
@@ -35,6 +36,11 @@ public:
     {
         if (Tab *tab = find(key))
             tab->caption = caption;
+    }
+    void setUse(const QString &key, const QString &text) override
+    {
+        if (Tab *tab = find(key))
+            tab->use = text;
     }
     void setToolTip(const QString &key, const QString &text) override
     {

@@ -91,6 +91,7 @@ public:
     bool isBusy() const override { return busy; }
     Arrival arrivedBy() const override { return arrival; }
     WindowRequest currentRequest() const override { return request; }
+    void endUse() override { ++usesEnded; }
     bool isSilent() const override { return silent; }
     void setSilent(bool value) override { silent = value; }
     void setRegisterAsBrowser(bool on) override { registered = on; }
@@ -117,6 +118,7 @@ public:
     int cleared = 0;
     int waits = 0;
     int markupAsked = 0;
+    int usesEnded = 0;
     int status = OleCmdStatus::Supported | OleCmdStatus::Enabled;
     bool succeeds = true;
     QList<HistoryStep> history;

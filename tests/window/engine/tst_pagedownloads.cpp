@@ -33,6 +33,8 @@ private slots:
     void frameAsksInItsOwnName_data();
     void frameAsksInItsOwnName();
     void yesToAFrameIsNoYesToThePage();
+    void rememberedIsNotAsked_data();
+    void rememberedIsNotAsked();
     void emptyWindowGoesWithItsFile();
     void aThousandInARow_data();
     void aThousandInARow();
@@ -207,6 +209,32 @@ void tst_pagedownloads::heldOneIsTakenByHand()
     PageAsks::press(PageAsks::no(PageAsks::shownIn(m_form)));
     QTRY_COMPARE(count(State::Cancelled), 1);
     QTRY_COMPARE(count(State::Done), 4);
+}
+
+void tst_pagedownloads::rememberedIsNotAsked_data()
+{
+    QTest::addColumn<bool>("yes");
+    QTest::newRow("yes") << true;
+    QTest::newRow("no") << false;
+}
+
+void tst_pagedownloads::rememberedIsNotAsked()
+{
+    QFETCH(bool, yes);
+    begin(4);
+    QTRY_VERIFY(PageAsks::shownIn(m_form));
+    const QPointer<PageQuestionBox> box = PageAsks::shownIn(m_form);
+    box->findChild<QCheckBox *>(u"chkRemember"_s)->setChecked(true);
+    PageAsks::press(yes ? PageAsks::yes(box) : PageAsks::no(box));
+    QTRY_COMPARE(count(State::Done), yes ? 4 : 3);
+    QVERIFY(m_scene->folder.read(u"AppData/Permissions.ini"_s)
+                .contains(yes ? "Downloads=Allow" : "Downloads=Refuse"));
+    m_form->browser()->refresh();
+    QTRY_VERIFY(m_form->browser()->isBusy());
+    PopupScene::waitUntilLoaded(m_form);
+    begin(5, 10);
+    QTRY_COMPARE(count(State::Done), yes ? 9 : 6);
+    QCOMPARE(PageAsks::countIn(m_form), 0);
 }
 
 void tst_pagedownloads::nextPageIsAskedAnew()

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Permission.h"
+
+#include <QList>
+#include <QUrl>
+#include <functional>
+#include <memory>
+
+class QWebEnginePage;
+class QWidget;
+
+/// Somebody in a page asks the engine for permissions, all or none, and waits for the answer. One
+/// that nobody answers is answered no as it goes.
+class PermissionRequest {
+public:
+    using Settle = std::function<void(bool isAllowed)>;
+
+    PermissionRequest(const QUrl &asker, const QList<Permission> &permissions,
+                      const Settle &settle);
+    ~PermissionRequest();
+    PermissionRequest(const PermissionRequest &) = delete;
+    PermissionRequest &operator=(const PermissionRequest &) = delete;
+
+    /// The site that the engine names: of the frame, where it is one that asks. Empty where it has
+    /// none.
+    const QUrl &asker() const { return m_asker; }
+    const QList<Permission> &permissions() const { return m_permissions; }
+    /// Makes what the user fills in beside his answer; empty where there is nothing, which is
+    /// usual.
+    using Fields = std::function<QWidget *(QWidget *parent)>;
+    void setFields(const Fields &fields) { m_fields = fields; }
+    const Fields &fields() const { return m_fields; }
+    /// The first answer counts. The page may be gone by then.
+    void settle(bool isAllowed);
+
+private:
+    QUrl m_asker;
+    QList<Permission> m_permissions;
+    Settle m_settle;
+    Fields m_fields;
+};
+
+/// How the engine tells of requests, whichever way its version has.
+namespace PermissionRequests {
+using Handler = std::function<void(const std::shared_ptr<PermissionRequest> &request)>;
+
+/// Calls `handler` for each request of the page, out of the engine's own calls, as long as
+/// `receiver` is there. What the engine may ask for beyond `Permission` is refused.
+void watch(QWebEnginePage &page, QObject *receiver, const Handler &handler);
+/// Allows notifications before they are asked for: pages look first whether they need to ask.
+void allowNotifications(QWebEnginePage &page, const QUrl &asker);
+/// Takes back what the engine holds allowed or refused beyond the request.
+void withdraw(QWebEnginePage &page, const QUrl &asker, Permission permission);
+}

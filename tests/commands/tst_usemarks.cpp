@@ -1,0 +1,95 @@
+#include <QAbstractButton>
+#include <QtTest>
+
+#include "BrowserWindow.h"
+#include "FakeWebBrowser.h"
+#include "ProgramWithoutEngine.h"
+#include "ScreenReader.h"
+#include "StatusStrip.h"
+#include "TabStrip.h"
+
+using namespace Qt::StringLiterals;
+
+/// What windows use of camera, microphone and screen, in the whole program.
+class tst_UseMarks : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void clickOnTheTabEndsIt();
+    void clickInTheStripEndsIt();
+    void screenReaderIsTold();
+    void wantedWindowComesToTheFront();
+
+private:
+    TabStrip &tabs() const { return *m_program->frame->findChild<TabStrip *>(); }
+    static BrowserWindow *form(int number) { return browserForms().at(number); }
+    static FakeWebBrowser *browser(int number) { return FakeWebBrowser::made().at(number); }
+
+    std::unique_ptr<ProgramWithoutEngine> m_program;
+};
+
+void tst_UseMarks::init()
+{
+    m_program = std::make_unique<ProgramWithoutEngine>();
+    QVERIFY(m_program->folder.isValid());
+    m_program->start();
+    m_program->frame->openBrowserWindow(u"http://one.example/"_s, WindowState::Maximized);
+    m_program->frame->openBrowserWindow(u"http://two.example/"_s, WindowState::Maximized);
+    QVERIFY(browserForms().size() >= 2);
+}
+
+void tst_UseMarks::cleanup()
+{
+    m_program.reset();
+}
+
+/// Also of a window behind another.
+void tst_UseMarks::clickOnTheTabEndsIt()
+{
+    const QMdiSubWindow *active = m_program->frame->activeChild();
+    QVERIFY(active != form(0));
+    browser(0)->events->useChange(u"Camera in use"_s);
+    QWidget *tab = tabs().tab(form(0)->tabKey());
+    QVERIFY(tab->accessibleName().endsWith("Camera in use"_L1));
+    QTest::mouseClick(tab, Qt::LeftButton, {}, QPoint(tab->width() - 10, tab->height() / 2));
+    QCOMPARE(browser(0)->usesEnded, 1);
+    QCOMPARE(browser(1)->usesEnded, 0);
+    QCOMPARE(m_program->frame->activeChild(), active);
+}
+
+void tst_UseMarks::clickInTheStripEndsIt()
+{
+    const int last = int(browserForms().size()) - 1;
+    auto *mark = form(last)->statusBar()->findChild<QAbstractButton *>(u"cmdEndUse"_s);
+    QVERIFY(mark && !mark->isVisible());
+    browser(last)->events->useChange(u"Microphone in use"_s);
+    QVERIFY(mark->isVisible());
+    QTest::mouseClick(mark, Qt::LeftButton);
+    QCOMPARE(browser(last)->usesEnded, 1);
+    browser(last)->events->useChange({});
+    QVERIFY(!mark->isVisible());
+}
+
+void tst_UseMarks::screenReaderIsTold()
+{
+    const int last = int(browserForms().size()) - 1;
+    browser(last)->events->useChange(u"Camera in use"_s);
+    ScreenReader reader;
+    QVERIFY(reader.read(form(last)->statusBar()).contains("Camera in use"_L1));
+    QVERIFY(reader.read(&tabs()).contains("Camera in use"_L1));
+}
+
+void tst_UseMarks::wantedWindowComesToTheFront()
+{
+    QVERIFY(m_program->frame->activeChild() != form(0));
+    m_program->frame->showMinimized();
+    browser(0)->events->wanted();
+    QCOMPARE(m_program->frame->activeChild(), form(0));
+    QVERIFY(tabs().isPressed(form(0)->tabKey()));
+    QTRY_VERIFY(!m_program->frame->isMinimized());
+}
+
+QTEST_MAIN(tst_UseMarks)
+#include "tst_usemarks.moc"
