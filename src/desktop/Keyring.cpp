@@ -9,6 +9,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QLibrary>
 #include <algorithm>
 #include <qt6keychain/keychain.h>
 
@@ -18,12 +19,15 @@ namespace {
 /// Milliseconds that the session may take to say who is there.
 constexpr int longestLook = 500;
 
-constexpr QLatin1StringView services[] = {"org.freedesktop.secrets"_L1, "org.kde.kwalletd5"_L1,
-                                          "org.kde.kwalletd6"_L1};
+/// The services that are spoken to by the library itself, and the one that it loads another for.
+constexpr QLatin1StringView wallets[] = {"org.kde.kwalletd5"_L1, "org.kde.kwalletd6"_L1};
+constexpr auto secrets = "org.freedesktop.secrets"_L1;
 
 bool isAmong(const QStringList &names)
 {
-    return std::any_of(std::begin(services), std::end(services),
+    static const bool speaksToSecrets = QLibrary(u"secret-1"_s, 0).load();
+    return (speaksToSecrets && names.contains(secrets))
+        || std::any_of(std::begin(wallets), std::end(wallets),
                        [&names](QLatin1StringView each) { return names.contains(each); });
 }
 
