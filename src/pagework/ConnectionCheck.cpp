@@ -6,7 +6,6 @@
 #include <QLocale>
 #include <QSslCertificate>
 #include <QSslCipher>
-#include <QSslSocket>
 #include <QTimer>
 #include <QUrl>
 
@@ -32,32 +31,30 @@ QString described(const QSslCertificate &certificate)
 
 void ConnectionCheck::ask(const QUrl &url)
 {
-    auto *socket = new QSslSocket(this);
-    connect(socket, &QSslSocket::sslErrors, this, [this, socket] { answerFrom(*socket); });
-    connect(socket, &QSslSocket::encrypted, this, [this, socket] { answerFrom(*socket); });
-    connect(socket, &QSslSocket::errorOccurred, this,
-            [this, socket] { answerFailure(socket->errorString()); });
+    m_socket = new QSslSocket(this);
+    connect(m_socket, &QSslSocket::sslErrors, this, &ConnectionCheck::answerFromServer);
+    connect(m_socket, &QSslSocket::encrypted, this, &ConnectionCheck::answerFromServer);
+    connect(m_socket, &QSslSocket::errorOccurred, this,
+            [this] { answerFailure(m_socket->errorString()); });
     QTimer::singleShot(longestWait, this,
                        [this] { answerFailure(texts.at<"strTimeOut", "it did not answer">()); });
-    socket->connectToHostEncrypted(url.host(), quint16(url.port(securePort)));
+    m_socket->connectToHostEncrypted(url.host(), quint16(url.port(securePort)));
 }
 
-void ConnectionCheck::answerFrom(const QSslSocket &socket)
+void ConnectionCheck::answerFromServer()
 {
     QStringList lines{texts.at<"strOwnConnection",
                                "As the server shows them now to a connection of "
                                "this window's own:">()};
-    if (m_answered)
-        return;
-    m_chain = socket.peerCertificateChain();
-    const QList<QSslError> errors = socket.sslHandshakeErrors();
+    m_chain = m_socket->peerCertificateChain();
+    const QList<QSslError> errors = m_socket->sslHandshakeErrors();
     for (const QSslError &error : errors)
         m_problems.append(error.errorString());
     const QList<QSslCertificate> shown = m_chain.first(qMin(longestChain, m_chain.size()));
     for (const QSslCertificate &certificate : shown)
         lines.append(described(certificate));
     lines.append(m_problems);
-    const QSslCipher cipher = socket.sessionCipher();
+    const QSslCipher cipher = m_socket->sessionCipher();
     QString protocol = texts.at<"strEncrypted", "Encrypted">();
     if (!cipher.isNull())
         protocol += u", "_s + cipher.protocolString() + u", "_s + cipher.name();
@@ -72,6 +69,11 @@ void ConnectionCheck::answerFailure(const QString &reason)
 
 void ConnectionCheck::answer(const QString &protocol, const QString &chain)
 {
-    if (!std::exchange(m_answered, true))
-        emit answered(protocol, chain);
+    if (std::exchange(m_answered, true))
+        return;
+    if (m_socket) {
+        m_socket->disconnect(this);
+        m_socket->deleteLater();
+    }
+    emit answered(protocol, chain);
 }

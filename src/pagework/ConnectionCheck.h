@@ -1,13 +1,14 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QSslCertificate>
+#include <QSslSocket>
 
-class QSslSocket;
 class QUrl;
 
 /// Asks a server of encrypted pages for its certificates, over a connection of its own: the engine
-/// tells nothing of those that its pages came over.
+/// tells nothing of those that its pages came over. That connection ends with the answer.
 class ConnectionCheck : public QObject {
     Q_OBJECT
 
@@ -24,10 +25,11 @@ signals:
     void answered(const QString &protocol, const QString &chain);
 
 private:
-    void answerFrom(const QSslSocket &socket);
+    void answerFromServer();
     void answerFailure(const QString &reason);
     void answer(const QString &protocol, const QString &chain);
 
+    QPointer<QSslSocket> m_socket;
     QList<QSslCertificate> m_chain;
     QStringList m_problems;
     bool m_answered = false;

@@ -2,6 +2,7 @@
 #include "CertificateDetails.h"
 #include "CertificateExceptions.h"
 #include "CertificateNotice.h"
+#include "ConnectionCheck.h"
 #include "ControlScene.h"
 #include "CrashNotice.h"
 #include "EngineTest.h"
@@ -11,6 +12,9 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScopeGuard>
+#include <QSignalSpy>
+#include <QSslSocket>
 #include <QTemporaryDir>
 #include <QWebEngineView>
 
@@ -53,6 +57,7 @@ private slots:
     void crashBehindTheNotice();
     void controlEndsWithTheNotice();
     void detailsShowTheChain();
+    void askedServerIsLeft();
 
 private:
     void openBad(const TestServer &server, const QString &path = u"/a"_s)
@@ -585,6 +590,24 @@ void tst_certificates::detailsShowTheChain()
     QCOMPARE(list->item(1)->text(), u"Stranger"_s);
     details->close();
     QVERIFY(notice());
+}
+
+/// It may send without end to whoever stays.
+void tst_certificates::askedServerIsLeft()
+{
+    const QSslConfiguration before = QSslConfiguration::defaultConfiguration();
+    const auto reset = qScopeGuard([&] { QSslConfiguration::setDefaultConfiguration(before); });
+    QSslConfiguration trusting = before;
+    QVERIFY(trusting.addCaCertificates(m_folder.filePath(u"ca.pem"_s)));
+    QSslConfiguration::setDefaultConfiguration(trusting);
+    TestServer server(TestCertificates::server(m_folder.path()));
+    ConnectionCheck check;
+    const QSignalSpy answered(&check, &ConnectionCheck::answered);
+    check.ask(QUrl(server.url(u"/"_s, u"localhost"_s)));
+    QVERIFY(check.findChild<QSslSocket *>());
+    QTRY_COMPARE(answered.size(), 1);
+    QVERIFY(!check.chain().isEmpty() && check.problems().isEmpty());
+    QTRY_VERIFY(!check.findChild<QSslSocket *>());
 }
 
 int main(int argc, char **argv)
