@@ -7,6 +7,7 @@
 #include "ShownAddress.h"
 #include "SteadySight.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QScrollArea>
@@ -123,6 +124,13 @@ void CertificateNotice::takeTime(QPushButton &goOn)
         if (sight->isOver())
             emit goOnPressed(CertificateFailure(m_failure));
     });
+}
+
+void CertificateNotice::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 /// It goes with the notice, and with the window.

@@ -57,9 +57,10 @@ InsecureForms::~InsecureForms()
 
 void InsecureForms::noteForm(const QString &told)
 {
-    const qsizetype blank = told.indexOf(u' ');
-    m_id = told.first(qMax(qsizetype(0), blank));
-    m_target = QUrl(told.sliced(blank + 1));
+    const QStringList parts = told.split(u' ');
+    m_id = parts.value(0);
+    m_target = QUrl(parts.value(1));
+    m_sender = QUrl(parts.value(2));
     m_isFresh.setRemainingTime(longestWay);
 }
 
@@ -116,7 +117,8 @@ bool InsecureForms::holds(const QUrl &url)
         return false;
     InsecureForms *asked = keeper ? keeper : this;
     const QString id = keeper ? std::exchange(keeper->m_id, {}) : QString();
-    QTimer::singleShot(0, asked, [asked, url, id] { asked->ask(url, id); });
+    const QUrl sender = keeper ? keeper->m_sender : QUrl();
+    QTimer::singleShot(0, asked, [asked, url, id, sender] { asked->ask(url, id, sender); });
     return true;
 }
 
@@ -125,13 +127,15 @@ bool InsecureForms::blocks(const QUrl &url, const QUrl &sender) const
     return !m_isLetGo && sender.scheme() == "https"_L1 && isInsecure(url);
 }
 
-void InsecureForms::ask(const QUrl &url, const QString &id)
+/// A frame of another site asks in its own name.
+void InsecureForms::ask(const QUrl &url, const QString &id, const QUrl &sender)
 {
     if (!m_page.questions())
         return;
     PageQuestion question;
     question.kind = u"insecureForm"_s;
-    question.asker = m_page.committedUrl();
+    question.around = m_page.committedUrl();
+    question.asker = sender.host().isEmpty() ? question.around : sender;
     question.text = texts.at<"strText", "What you entered would be sent unencrypted to %1.">().arg(
         shownSite(url));
     question.yes = texts.at<"cmdSend", "&Send">();

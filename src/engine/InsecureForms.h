@@ -16,7 +16,8 @@ public:
     explicit InsecureForms(WebPage &page);
     ~InsecureForms() override;
 
-    /// The script has kept a form; `told`: its name for it, a blank, and the site it goes to.
+    /// The script has kept a form; `told`: its name for it, the site it goes to and the site of the
+    /// document it lies in, with blanks between.
     void noteForm(const QString &told);
     /// Whether the page must not be loaded by a form at `url`; the user is asked later. Inside the
     /// engine's callback.
@@ -35,7 +36,7 @@ private:
     bool takeGrant(const QUrl &url);
     InsecureForms *keeperOf(const QUrl &url);
     bool keeps(const QUrl &url) const;
-    void ask(const QUrl &url, const QString &id);
+    void ask(const QUrl &url, const QString &id, const QUrl &sender);
     void send(const QUrl &url, const QString &id);
     void tellAgain();
 
@@ -43,6 +44,7 @@ private:
     /// What the script keeps; it is of use to the very next navigation.
     QString m_id;
     QUrl m_target;
+    QUrl m_sender;
     QDeadlineTimer m_isFresh;
     /// Where the user lets the next form go.
     QUrl m_granted;

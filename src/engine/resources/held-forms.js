@@ -63,7 +63,7 @@
             record.entries = [...record.entries];
         });
         console.debug('%MARK%' + JSON.stringify(['form', window === window.top,
-            id + ' ' + target.origin]));
+            [id, target.origin, self.origin].join(' ')]));
     }, true);
 
     const fieldFor = (name, value) => {

@@ -4,6 +4,7 @@
 #include "CertificateNotice.h"
 #include "EngineTest.h"
 #include "PageAsks.h"
+#include "PageProperties.h"
 #include "PopupScene.h"
 #include "StatusStrip.h"
 #include "TestCertificates.h"
@@ -28,6 +29,7 @@ private slots:
     void noLockBehindTheNotice();
     void lockOpensTheCertificates();
     void openLockOpensTheCertificates();
+    void propertiesOpenTheCertificates();
     void noLockOpensNothing();
     void serverThatIsGoneIsSaid();
     void dialogGoesWithItsWindow();
@@ -157,6 +159,23 @@ void tst_certificatewindows::openLockOpensTheCertificates()
     QTRY_COMPARE(detailsIn(form)->findChild<QListWidget *>()->count(), 2);
     const QString note = detailsIn(form)->findChild<QLabel *>(u"lblNote"_s)->text();
     QVERIFY2(note.startsWith("This site could not prove who it is."_L1), qPrintable(note));
+}
+
+/// The way for the keyboard.
+void tst_certificatewindows::propertiesOpenTheCertificates()
+{
+    const auto good = serverOf({});
+    good->page("/a", "<title>Good</title>");
+    BrowserWindow *form = m_scene->frame.open(good->url(u"/a"_s), true);
+    QTRY_VERIFY(form->statusBar()->secureShown());
+    auto *properties = new PageProperties(PopupScene::control(form)->page(), form);
+    properties->open();
+    auto *button = properties->findChild<QPushButton *>(u"cmdCertificates"_s);
+    QVERIFY(button && button->isVisible());
+    button->click();
+    auto *details = properties->findChild<CertificateDetails *>();
+    QVERIFY(details);
+    QTRY_COMPARE(details->findChild<QListWidget *>()->count(), 2);
 }
 
 void tst_certificatewindows::noLockOpensNothing()

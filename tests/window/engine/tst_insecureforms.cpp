@@ -317,6 +317,8 @@ void tst_insecureforms::formOfAnotherSitesFrame()
         return QTest::qWaitFor([this] { return question() != nullptr; }, 2000);
     };
     QTRY_VERIFY_WITH_TIMEOUT(isAsked(), 20000);
+    QVERIFY2(PageAsks::askerOf(question()).contains("https://other.test"_L1),
+             qPrintable(PageAsks::askerOf(question())));
     QCOMPARE(sent(), 0);
     answer(PageAsks::yes(question()));
     QTRY_VERIFY(question() && PageAsks::textOf(question()).startsWith("Press the button"_L1));
