@@ -7,6 +7,7 @@
 #include "StatusStrip.h"
 
 #include <QLoggingCategory>
+#include <QMenu>
 #include <QTest>
 #include <QWebEngineContextMenuRequest>
 
@@ -40,6 +41,7 @@ private slots:
     void questionGoesWithThePage_data();
     void questionGoesWithThePage();
     void windowClosedWhileItIsLookedFor();
+    void pagesMenuAsksInItsWindow();
     void silencedPageIsNotHeard();
 
 private:
@@ -366,6 +368,19 @@ void tst_outside::windowClosedWhileItIsLookedFor()
     PopupScene::click(m_form, u"a"_s);
     QTRY_VERIFY(question());
     QCOMPARE(m_programs.opened(), QStringList());
+}
+
+void tst_outside::pagesMenuAsksInItsWindow()
+{
+    open("<a id=a href='tel:1' style='font-size:40px'>call</a>");
+    PopupScene::click(m_form, u"a"_s, Qt::RightButton);
+    QMenu *menu = nullptr;
+    QTRY_VERIFY((menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())));
+    menu->close();
+    PopupScene::control(m_form)->page()->triggerAction(QWebEnginePage::OpenLinkInNewWindow);
+    QTRY_VERIFY(question());
+    QCOMPARE(PopupScene::popups().size(), 0);
+    QVERIFY(PageAsks::textOf(question()).endsWith("tel:1"_L1));
 }
 
 void tst_outside::silencedPageIsNotHeard()
