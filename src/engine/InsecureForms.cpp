@@ -138,7 +138,7 @@ void InsecureForms::ask(const QUrl &url, const QString &id, const QUrl &sender)
     question.asker = sender.host().isEmpty() ? question.around : sender;
     question.text = texts.at<"strText", "What you entered would be sent unencrypted to %1.">().arg(
         shownSite(url));
-    question.yes = texts.at<"cmdSend", "&Send">();
+    question.yes = texts.at<"cmdSend", "Send">();
     question.no = Texts<"PageQuestions">::at<"cmdCancel", "Cancel">();
     question.noHolds = true;
     question.done = [self = QPointer(this), url, id](PageQuestion::Reply reply) {
