@@ -42,6 +42,9 @@ PageQuestion questionOf(const WebPage &page, const QUrl &origin, const QString &
     question.kind = u"script"_s;
     question.shape = PageQuestion::Shape::Box;
     question.title = headline(page, origin);
+    if (!origin.host().isEmpty() && !page.committedUrl().host().isEmpty()
+        && shownSite(origin) != shownSite(page.committedUrl()))
+        question.around = page.committedUrl();
     question.text = message.left(longestMessage);
     question.yes = texts.at<"cmdOK", "OK">();
     return question;

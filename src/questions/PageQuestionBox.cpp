@@ -42,6 +42,15 @@ QString breakable(const QString &text)
     return text.contains(u' ') ? text : breakableSite(text);
 }
 
+/// Where the one who asks is a frame of another site.
+QString aroundLine(const PageQuestion &question)
+{
+    const QString around = shownSite(question.around);
+    if (around.isEmpty() || around == shownSite(question.asker))
+        return {};
+    return texts.at<"strAround", "inside a page of">() + u' ' + around;
+}
+
 bool isAnswerKey(const QKeyEvent &event)
 {
     const int key = event.key();
@@ -88,14 +97,14 @@ PageQuestionBox::PageQuestionBox(const PageQuestion &question, bool offersSilenc
 /// All of a strip's text is its name.
 void PageQuestionBox::nameFor(const PageQuestion &question)
 {
-    if (m_shape == PageQuestion::Shape::Box) {
-        setAccessibleName(question.title);
+    const bool isStrip = m_shape == PageQuestion::Shape::Strip;
+    QStringList lines{shownSite(question.asker), question.title, aroundLine(question)};
+    if (isStrip)
+        lines.append(QString(question.text).replace("\r\n"_L1, "\n"_L1));
+    else
         setAccessibleDescription(question.text);
-        return;
-    }
-    QStringList lines{shownSite(question.asker), question.title, question.text};
     lines.removeAll(QString());
-    setAccessibleName(lines.join(u'\n').replace("\r\n"_L1, "\n"_L1));
+    setAccessibleName(lines.join(u'\n'));
 }
 
 /// Who asks, and the headline.
@@ -112,15 +121,15 @@ void PageQuestionBox::addHead(const PageQuestion &question)
         return label;
     };
     const QString site = shownSite(question.asker);
-    const QString around = shownSite(question.around);
+    const QString around = aroundLine(question);
     if (!site.isEmpty())
         m_asker = addLine("lblAsker", site, true);
-    if (!around.isEmpty() && around != site)
-        addLine("lblAround", texts.at<"strAround", "inside a page of">() + u' ' + around, false);
     if (!question.title.isEmpty()) {
         QLabel *title = addLine("lblTitle", question.title, true);
         m_asker = m_asker ? m_asker : title;
     }
+    if (!around.isEmpty())
+        addLine("lblAround", around, false);
     auto *head = new QHBoxLayout;
     if (!question.no.isEmpty() && !question.fields)
         head->addWidget(makeIcon(this), 0, Qt::AlignTop);

@@ -43,6 +43,8 @@ void PageQuestionBox::fitInto(const QSize &room)
     const int most = isStrip ? room.height() / 2 : room.height();
     const int least = qMin(wanted, leastLines * m_text->fontMetrics().lineSpacing());
     m_scroll->setFixedHeight(qMax(least, qMin(most - others, wanted)));
+    m_scroll->setVerticalScrollBarPolicy(wanted > m_scroll->height() ? Qt::ScrollBarAsNeeded
+                                                                     : Qt::ScrollBarAlwaysOff);
     m_grid->activate();
     setGeometry((room.width() - width) / 2, 0, width, m_grid->totalHeightForWidth(width));
 }

@@ -8,6 +8,8 @@
 #include "FavoritesHome.h"
 #include "LinksBar.h"
 #include "MainWindow.h"
+#include "PageAsks.h"
+#include "PageQuestions.h"
 #include "TempAppFolder.h"
 #include "ToolBar.h"
 
@@ -25,6 +27,7 @@ private slots:
 
     void f6GoesThroughAllPlaces();
     void f6PassesOverWhatIsHidden();
+    void f6ReachesWhatThePageAsks();
     void tabAndArrowsReachEveryButton();
     void stepsOfABand_data();
     void stepsOfABand();
@@ -139,6 +142,37 @@ void tst_BandKeys::f6GoesThroughAllPlaces()
     QCOMPARE(walk,
              QStringList(
                  {u"page"_s, u"Tabs"_s, u"Links"_s, u"Address"_s, u"Browser"_s, u"Functions"_s}));
+}
+
+/// It stands before the page, from both sides, whether it takes an answer yet or not.
+void tst_BandKeys::f6ReachesWhatThePageAsks()
+{
+    BrowserWindow *form = browserForms().first();
+    form->focusContents();
+    PageQuestion question;
+    question.kind = u"kind"_s;
+    question.text = u"May I?"_s;
+    question.yes = u"Yes"_s;
+    question.no = u"No"_s;
+    PageQuestion::Reply reply;
+    question.done = [&reply](PageQuestion::Reply given) { reply = given; };
+    QVERIFY(form->questions()->ask(question));
+    PageQuestionBox *strip = PageAsks::shownIn(form);
+    QWidget *page = QApplication::focusWidget();
+    QVERIFY(!strip->isAncestorOf(page));
+    press(Qt::Key_F6, Qt::ShiftModifier);
+    QVERIFY(strip->hasFocus());
+    QTRY_VERIFY(PageAsks::yes(strip)->hasFocus());
+    press(Qt::Key_F6);
+    QCOMPARE(QApplication::focusWidget(), page);
+    press(Qt::Key_F6, Qt::ShiftModifier);
+    QCOMPARE(QApplication::focusWidget(), PageAsks::yes(strip));
+    press(Qt::Key_F6, Qt::ShiftModifier);
+    QCOMPARE(focusPlace(), u"Tabs"_s);
+    press(Qt::Key_F6);
+    press(Qt::Key_Escape);
+    QVERIFY(reply.answer == PageQuestion::Answer::No);
+    QCOMPARE(focusPlace(), u"Tabs"_s);
 }
 
 void tst_BandKeys::f6PassesOverWhatIsHidden()
