@@ -210,9 +210,12 @@ bool Navigator::ask(const QUrl &url, QWebEnginePage::NavigationType type, bool i
 /// more is known of what a page goes to: it may itself have left for somewhere a moment ago.
 void Navigator::passOn(const QUrl &url, Navigation::Type type, bool isMainFrame)
 {
-    const bool isLed = isMainFrame && m_state.isUnderWay() && isWeb(m_state.pending())
-        && (type == Navigation::Type::Typed || type == Navigation::Type::Step);
-    OutsideRequests::put(*m_life.page(), {url, !isMainFrame, isLed ? m_state.pending() : QUrl()});
+    const bool mayBeLed = isMainFrame && m_state.isUnderWay() && isWeb(m_state.pending());
+    const bool isLed =
+        mayBeLed && (type == Navigation::Type::Typed || type == Navigation::Type::Step);
+    const QUrl way = mayBeLed ? m_state.pending() : QUrl();
+    OutsideRequests::put(*m_life.page(),
+                         {url, !isMainFrame, isLed ? way : QUrl(), isLed ? QUrl() : way});
 }
 
 bool Navigator::isHeldForm(const QUrl &url, Navigation::Type type)

@@ -2,6 +2,7 @@
 
 #include "AddressCompletion.h"
 #include "Log.h"
+#include "PageCompany.h"
 #include "PageQuestions.h"
 #include "RefusedAddress.h"
 #include "SchemePrograms.h"
@@ -61,17 +62,27 @@ QString shownName(const SchemeProgram &program)
     return cut(shownText(program.name), longestName);
 }
 
-QString wordsOf(const OutsideRequests::Request &request, const SchemeProgram &program)
-{
-    const QString who = request.isFrame
-        ? texts.at<"strFrame", "A frame in this page wants to open another program:">()
-        : texts.at<"strPage", "This page wants to open another program:">();
-    return who + u'\n' + shownName(program) + u'\n' + breakable(shown(request.url));
-}
-
 AskingSite siteOf(const WebPage &page)
 {
     return AskingSite::of(page.committedUrl(), page.committedUrl());
+}
+
+/// The engine tells which page is to go there, and not who sends it.
+bool isPagesOwn(const OutsideRequests::Request &request, const WebPage &page)
+{
+    const QUrl &led = request.perhapsVia;
+    return page.company().isAlone() && (led.isEmpty() || AskingSite::of(led, led) == siteOf(page));
+}
+
+QString askerOf(const OutsideRequests::Request &request, const WebPage &page)
+{
+    if (request.isFrame)
+        return texts.at<"strFrame", "A frame in this page wants to open another program:">();
+    if (request.via.isEmpty() && !isPagesOwn(request, page))
+        return texts.at<"strPerhaps",
+                        "This page, a frame in it or a page tied to it wants to open another "
+                        "program:">();
+    return texts.at<"strPage", "This page wants to open another program:">();
 }
 
 /// Of a frame the engine does not say whose it is, and over an open connection anybody on the way
@@ -80,7 +91,8 @@ bool mayBeRemembered(const OutsideRequests::Request &request, const WebPage &pag
 {
     const QUrl url = page.committedUrl();
     const bool isSure = url.scheme() == "https"_L1 || QHostAddress(url.host()).isLoopback();
-    return !request.isFrame && request.via.isEmpty() && isSure && siteOf(page).canBeKept();
+    return !request.isFrame && request.via.isEmpty() && isSure && isPagesOwn(request, page)
+        && siteOf(page).canBeKept();
 }
 
 void remember(const AskingSite &site, const QString &scheme, bool allows)
@@ -181,7 +193,8 @@ void OutsideRequests::ask(const Request &request, const SchemeProgram &program)
     PageQuestion question;
     question.kind = u"outside"_s;
     question.asker = request.via.isEmpty() ? m_page.committedUrl() : request.via;
-    question.text = wordsOf(request, program);
+    question.text = askerOf(request, m_page) + u'\n' + shownName(program) + u'\n'
+        + breakable(shown(request.url));
     question.yes = texts.at<"cmdOpen", "Open">();
     question.no = Texts<"PageQuestions">::at<"cmdCancel", "Cancel">();
     question.remember = m_page.leavesTrace() && mayBeRemembered(request, m_page);

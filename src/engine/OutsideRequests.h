@@ -25,6 +25,9 @@ public:
         bool isFrame = false;
         /// The address on its way that has led there; empty: the page itself asks.
         QUrl via = {};
+        /// What is on its way meanwhile, and may have led there as well as the page; empty:
+        /// nothing.
+        QUrl perhapsVia = {};
     };
 
     /// Becomes the page's child.

@@ -2,6 +2,7 @@
 
 #include "DesktopFileDialog.h"
 #include "FolderCount.h"
+#include "PageCompany.h"
 #include "PageHold.h"
 #include "PageQuestions.h"
 #include "Settings.h"
@@ -40,6 +41,17 @@ bool isAct(const QEvent &event)
     }
 }
 
+/// The engine does not tell which frame asks.
+QString titleFor(bool isFolder, bool perhapsFrame)
+{
+    if (perhapsFrame)
+        return isFolder
+            ? texts.at<"strFolderPerhaps", "Choose a folder for this page or a frame in it:">()
+            : texts.at<"strFilesPerhaps", "Choose files for this page or a frame in it:">();
+    return isFolder ? texts.at<"strFolder", "Choose a folder for">()
+                    : texts.at<"strFiles", "Choose files for">();
+}
+
 FileDialogRequest requestOf(const WebPage &page, PageUploads::Mode mode, const QStringList &types)
 {
     using Kind = FileDialogRequest::Kind;
@@ -47,9 +59,8 @@ FileDialogRequest requestOf(const WebPage &page, PageUploads::Mode mode, const Q
     const QWidget *view = QWebEngineView::forPage(&page);
     request.owner = view ? view->window() : nullptr;
     const bool isFolder = mode == QWebEnginePage::FileSelectUploadFolder;
-    const QString what = isFolder ? texts.at<"strFolder", "Choose a folder for">()
-                                  : texts.at<"strFiles", "Choose files for">();
-    request.title = what + u' ' + shownSite(page.committedUrl());
+    request.title =
+        titleFor(isFolder, page.company().hasFrames()) + u' ' + shownSite(page.committedUrl());
     request.kind = mode == QWebEnginePage::FileSelectOpenMultiple ? Kind::OpenSeveral : Kind::Open;
     if (isFolder)
         request.kind = Kind::Folder;
@@ -151,8 +162,11 @@ bool PageUploads::askForFolder(const QString &folder, int files)
     question.kind = u"upload"_s;
     question.asker = m_page.committedUrl();
     const QString name = shownText(QFileInfo(folder).fileName()).left(longestName);
-    question.text = texts.at<"strWholeFolder", "Give this page all files in the folder? Files:">()
-        + u' ' + QString::number(files) + u'\n'
+    const QString what = m_page.company().hasFrames()
+        ? texts.at<"strWholeFolderPerhaps",
+                   "Give this page or a frame in it all files in the folder? Files:">()
+        : texts.at<"strWholeFolder", "Give this page all files in the folder? Files:">();
+    question.text = what + u' ' + QString::number(files) + u'\n'
         + (name.isEmpty() ? folder.left(longestName) : name);
     question.yes = texts.at<"cmdGive", "Give">();
     question.no = Texts<"PageQuestions">::at<"cmdCancel", "Cancel">();

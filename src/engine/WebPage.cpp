@@ -7,6 +7,7 @@
 #include "Log.h"
 #include "OutsideRequests.h"
 #include "PageCertificates.h"
+#include "PageCompany.h"
 #include "PageDownloads.h"
 #include "PageHold.h"
 #include "PageLogin.h"
@@ -64,6 +65,7 @@ WebPage::WebPage(QWebEngineProfile *profile)
     , m_leaving(new LeavingPage(*this))
     , m_certificates(new PageCertificates(*this))
     , m_insecureForms(new InsecureForms(*this))
+    , m_company(new PageCompany(*this))
     , m_permissions(std::make_unique<PagePermissions>(*this))
 {
     setUrlRequestInterceptor(m_cacheBypass);
@@ -77,6 +79,8 @@ WebPage::WebPage(QWebEngineProfile *profile)
                     m_formAddress = url;
                 else if (url == m_formAddress)
                     m_formAddress.clear();
+                if (!isPage)
+                    m_company->noteFrame(url);
                 DownloadPages::note(*this, url, {asker, asker.isEmpty() && !isPage});
             });
     m_cacheBypass->setMaySend([this](const QUrl &url, const QUrl &sender) {
@@ -192,6 +196,7 @@ void WebPage::setOpener(WebPage &opener)
     m_openerPage = &opener;
     m_opener = opener.origin();
     m_openerUrl = opener.committedUrl();
+    opener.company().noteWindow(*this);
 }
 
 bool WebPage::isAnswerToForm(const QUrl &url) const

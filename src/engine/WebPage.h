@@ -15,6 +15,7 @@ class InsecureForms;
 class LeavingPage;
 class OutsideRequests;
 class PageCertificates;
+class PageCompany;
 class PageDownloads;
 class PagePermissions;
 class PageQuestions;
@@ -78,6 +79,8 @@ public:
     PageDownloads &downloads();
     /// What the page asks other programs to open.
     OutsideRequests &outside();
+    /// Who else may act in its place.
+    PageCompany &company() const { return *m_company; }
     /// Certificates of the page and its parts that prove nothing.
     PageCertificates &certificates() { return *m_certificates; }
     /// Forms of the page that would be sent unencrypted.
@@ -163,6 +166,7 @@ private:
     LeavingPage *m_leaving = nullptr;
     PageCertificates *m_certificates;
     InsecureForms *m_insecureForms;
+    PageCompany *m_company;
     PageDownloads *m_downloads = nullptr;
     OutsideRequests *m_outside = nullptr;
     PageUploads *m_uploads = nullptr;

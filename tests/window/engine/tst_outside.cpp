@@ -25,6 +25,8 @@ private slots:
     void answerIsRemembered_data();
     void answerIsRemembered();
     void othersAnswersAreNotUsed();
+    void anotherPageInItsPlace_data();
+    void anotherPageInItsPlace();
     void addressIsOneArgument();
     void withoutAProgramTheStatusSaysSo();
     void whatNothingOpensIsNotAskedAbout_data();
@@ -70,7 +72,9 @@ void tst_outside::init()
     m_programs.forget();
     m_scene = std::make_unique<PopupScene>();
     QVERIFY(m_scene->isReady());
-    m_scene->server.page("/other", "<title>other</title>");
+    m_scene->server.page("/other",
+                         "<title>other</title><button id=c>c</button>"
+                         "<script>c.onclick = () => opener.location = 'tel:1'</script>");
     m_scene->server.redirect("/call", "tel:302");
 }
 
@@ -162,6 +166,59 @@ void tst_outside::othersAnswersAreNotUsed()
     m_form->browser()->navigate(m_scene->server.url(u"/frame"_s, u"localhost"_s));
     QTRY_VERIFY(question()
                 && PageAsks::askerOf(question()) == site(m_scene->server, u"localhost"_s));
+    QCOMPARE(m_programs.opened(), QStringList());
+}
+
+void tst_outside::anotherPageInItsPlace_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::newRow("page that opened its window") << 0;
+    QTest::newRow("page in a window that it opened") << 1;
+    QTest::newRow("frame of another site") << 2;
+    QTest::newRow("site that a link leads over") << 3;
+}
+
+/// What the user allowed a site for good does not start programs for others, and nobody asks in its
+/// name alone.
+void tst_outside::anotherPageInItsPlace()
+{
+    QFETCH(const int, way);
+    const QUrl bank(site(m_scene->server));
+    QVERIFY(bool(SitePermissions::keep(AskingSite::of(bank, bank), {Permission::Program},
+                                       SitePermissions::Word::Allow, u"tel"_s)));
+    const auto other = [this](const QString &path) {
+        return m_scene->server.url(path, u"localhost"_s).toUtf8();
+    };
+    const QByteArray opens = "<button id=b>b</button><script>b.onclick = () => { w = open('";
+    if (way == 0) {
+        m_scene->server.page("/bank", "bank");
+        m_scene->server.page("/opening",
+                             opens + site(m_scene->server).toUtf8() + "/bank') }</script>");
+        BrowserWindow *opening = m_scene->frame.open(QString::fromUtf8(other(u"/opening"_s)), true);
+        PopupScene::waitUntilLoaded(opening);
+        PopupScene::click(opening, u"b"_s);
+        m_form = PopupScene::waitForPopup();
+        PopupScene::waitUntilLoaded(m_form);
+        PopupScene::script(opening, u"w.location = 'tel:1'; 1"_s);
+    } else if (way == 1) {
+        open(opens + other(u"/other"_s) + "') }</script>");
+        PopupScene::click(m_form, u"b"_s);
+        BrowserWindow *opened = PopupScene::waitForPopup();
+        PopupScene::waitUntilLoaded(opened);
+        PopupScene::click(opened, u"c"_s);
+    } else if (way == 2) {
+        m_scene->server.page(
+            "/frame", "<a target=_top href='tel:1' style='display:block;height:140px'>a</a>");
+        open("<iframe id=f src='" + other(u"/frame"_s) + "'></iframe>");
+        // A frame of another process takes clicks only once it is painted.
+        QTRY_VERIFY((PopupScene::click(m_form, u"f"_s), question()));
+    } else {
+        open("<a id=a href='" + other(u"/call"_s) + "'>a</a>");
+        PopupScene::click(m_form, u"a"_s);
+    }
+    QTRY_VERIFY(question());
+    QVERIFY(PageAsks::textOf(question()).startsWith("This page, a frame in it or a page tied"_L1));
+    QVERIFY(!question()->findChild<QCheckBox *>(u"chkRemember"_s));
     QCOMPARE(m_programs.opened(), QStringList());
 }
 

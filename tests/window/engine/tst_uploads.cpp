@@ -70,6 +70,7 @@ private slots:
     void init();
     void cleanup();
     void oneFile();
+    void pageIsNotNamedForItsFrames();
     void severalFiles();
     void cancelGivesNothing();
     void folderIsAskedAboutOnceMore_data();
@@ -140,6 +141,26 @@ void tst_uploads::oneFile()
     QTRY_COMPARE(title(), u"one.txt=bytes"_s);
     QCOMPARE(caption, u"Choose files for http://127.0.0.1:%1"_s.arg(m_scene->server.port()));
     QCOMPARE(choosing.count(), 1);
+}
+
+void tst_uploads::pageIsNotNamedForItsFrames()
+{
+    m_scene->server.page("/frame",
+                         "<body style=height:120px onclick=f.click()><input id=f type=file>");
+    m_form = m_scene->openPage("<iframe id=f src='"
+                                   + m_scene->server.url(u"/frame"_s, u"localhost"_s).toUtf8()
+                                   + "'></iframe>",
+                               true);
+    QString caption;
+    const WhenChoosing choosing([&](QFileDialog *dialog) {
+        caption = dialog->windowTitle();
+        dialog->reject();
+    });
+    // A frame of another process takes clicks only once it is painted.
+    QTRY_VERIFY((PopupScene::click(m_form, u"f"_s), !caption.isEmpty()));
+    QCOMPARE(caption,
+             u"Choose files for this page or a frame in it: http://127.0.0.1:%1"_s.arg(
+                 m_scene->server.port()));
 }
 
 void tst_uploads::severalFiles()
