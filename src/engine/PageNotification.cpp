@@ -31,7 +31,8 @@ PageNotification::~PageNotification()
 
 bool PageNotification::isReplacedBy(const QWebEngineNotification &notification) const
 {
-    return notification.matches(m_notification.get());
+    // The engine takes two without a tag for the same.
+    return !notification.tag().isEmpty() && notification.matches(m_notification.get());
 }
 
 void PageNotification::replace(std::unique_ptr<QWebEngineNotification> notification)

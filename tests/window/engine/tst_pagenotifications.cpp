@@ -193,6 +193,10 @@ void tst_pagenotifications::pageClosesIt()
 void tst_pagenotifications::sameTagTakesItsPlace()
 {
     allow();
+    run(u"show('other'); show('another')"_s);
+    QTRY_COMPARE(shown().size(), 2);
+    QVERIFY(shown().first().number != shown().last().number);
+    m_session->notifications.shown.clear();
     run(u"show('one', {tag: 'x'})"_s);
     QTRY_COMPARE(shown().size(), 1);
     const uint first = shown().first().number;
@@ -220,6 +224,7 @@ void tst_pagenotifications::aThousand()
         return each.body.startsWith("flood"_L1);
     });
     QVERIFY(count > 0 && count <= 10);
+    QTRY_VERIFY(count - m_session->notifications.closed.size() <= 5);
 }
 
 void tst_pagenotifications::withoutAServiceThePageIsTold()

@@ -3,6 +3,7 @@
 #include "EngineTest.h"
 #include "PageAsks.h"
 #include "PageQuestions.h"
+#include "PermissionRules.h"
 #include "PopupScene.h"
 #include "SitePermissions.h"
 #include "Unlogged.h"
@@ -49,6 +50,7 @@ private slots:
     void notificationsOfFramesAreRefused();
     void navigationAnswersNo_data();
     void navigationAnswersNo();
+    void whoTakesBackTooMuchIsRefused();
     void closingAnswersNo();
     void closesItselfWhileAsking_data();
     void closesItselfWhileAsking();
@@ -480,6 +482,26 @@ void tst_permissions::navigationAnswersNo()
     QTRY_VERIFY(shown());
     answer(false);
     QTRY_VERIFY(!log().isEmpty());
+}
+
+/// The next page of the window is not heard then, until the user acts; what it asks is refused.
+void tst_permissions::whoTakesBackTooMuchIsRefused()
+{
+    run(u"ask.place(); ask.camera(); ask.notifications()"_s);
+    for (const Permission each :
+         {Permission::Place, Permission::Camera, Permission::Notifications}) {
+        const QString kind = PermissionRules::kindOf(QUrl(site() + u'/'), {each});
+        QTRY_VERIFY(m_form->questions()->isAsking(kind));
+    }
+    run(u"location = '/other'"_s);
+    QTRY_COMPARE(m_form->browser()->locationUrl(), m_scene->server.url(u"/other"_s));
+    QTRY_VERIFY(!shown());
+    PopupScene::waitUntilLoaded(m_form);
+    QVERIFY(m_form->questions()->isSilenced());
+    run(u"ask.place(); ask.camera()"_s);
+    QTRY_VERIFY(log().contains("place 1"_L1));
+    QTRY_VERIFY(log().contains("camera NotAllowedError"_L1));
+    QVERIFY(!shown());
 }
 
 void tst_permissions::closingAnswersNo()
