@@ -115,12 +115,23 @@ void signIn(const QString &key, const KnownLogins::Login &login)
     }
 }
 
+/// What a page was asked for before it was loaded anew is of no use any more.
+void takeOthersBack(WebPage *page, const QString &key)
+{
+    const QStringList keys = asking().uniqueKeys();
+    for (const QString &other : keys) {
+        if (other != key && asking().contains(other, page) && page->questions())
+            page->questions()->takeBack(other);
+    }
+}
+
 void ask(WebPage *page, const Asker &asker, const QString &wrongUser, bool offersKeeping)
 {
     if (!page->questions())
         return;
     PageQuestion question = questionOf(asker, !wrongUser.isEmpty());
     const QString key = question.kind;
+    takeOthersBack(page, key);
     auto fields = std::make_shared<QPointer<LoginFields>>();
     question.fields = [fields, wrongUser, offersKeeping, key](QWidget *parent) {
         *fields = new LoginFields(wrongUser, offersKeeping, parent);

@@ -121,11 +121,25 @@ void PageQuestions::pageChanged(const QUrl &url)
             || stays.adjusted(QUrl::RemoveFragment) != url.adjusted(QUrl::RemoveFragment))
             over.append(each.number);
     }
-    m_takenBack += int(over.size());
-    for (const int number : std::as_const(over))
+    takeBack(over, url.host());
+}
+
+void PageQuestions::takeBack(const QString &kind)
+{
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&kind](const Entry &each) {
+        return each.question.kind == kind;
+    });
+    if (found != m_entries.end())
+        takeBack({found->number}, found->question.staysAt.host());
+}
+
+void PageQuestions::takeBack(const QList<int> &numbers, const QString &page)
+{
+    m_takenBack += int(numbers.size());
+    for (const int number : numbers)
         finish(number, Answer::Ended);
     if (m_takenBack >= mostTakenBack && !std::exchange(m_silenced, true))
-        qCInfo(lcEngine) << "a page that takes its questions back is not heard:" << url.host();
+        qCInfo(lcEngine) << "a page that takes its questions back is not heard:" << page;
 }
 
 void PageQuestions::endAll()

@@ -54,6 +54,8 @@ public:
     /// Ends all questions: the page has gone, or the user asked for something else.
     void endAll();
     void end(const QString &kind);
+    /// The page asks for something else in its place. It is shut up if that goes on and on.
+    void takeBack(const QString &kind);
 
 signals:
     /// A question is being shown, and the window is to be seen.
@@ -77,6 +79,7 @@ private:
     /// The number of the new entry.
     int put(qsizetype place, const PageQuestion &question, bool waits);
     void finish(int number, Answer answer);
+    void takeBack(const QList<int> &numbers, const QString &page);
     /// Nobody waits any more for the answer.
     void release(int number);
     qsizetype placeOf(int number) const;

@@ -35,6 +35,8 @@ private slots:
     void partsGetWhatIsKnown();
     void reloadingPageKeepsOneQuestion();
     void pagesThatGoOnAskingAreShutUp();
+    void anotherRealmTakesTheQuestionsPlace();
+    void pageOfEverNewRealmsIsShutUp();
     void questionGoesWithItsPage();
     void formIsNotSentAgainUnasked();
     void signingInServesAllWindows();
@@ -373,6 +375,41 @@ void tst_signin::pagesThatGoOnAskingAreShutUp()
     QTRY_VERIFY(!question());
     const int before = m_scene->server.count("/r19");
     QTRY_VERIFY(m_scene->server.count("/r19") > before);
+    QVERIFY(!question());
+}
+
+void tst_signin::anotherRealmTakesTheQuestionsPlace()
+{
+    protect("/r", "First");
+    open(u"/r"_s);
+    QTRY_VERIFY(question());
+    protect("/r", "Second");
+    m_form->browser()->refresh();
+    QTRY_VERIFY(question() && PageAsks::textOf(question()).contains("Second"_L1));
+    QCOMPARE(PageAsks::countIn(m_form), 1);
+    enter(question(), u"secret"_s);
+    QTRY_COMPARE(title(), u"Inside"_s);
+    QVERIFY(!question());
+}
+
+void tst_signin::pageOfEverNewRealmsIsShutUp()
+{
+    int loads = 0;
+    m_scene->server.handle("/r", [&loads](const TestServer::Request &) {
+        TestServer::Reply reply;
+        reply.status = 401;
+        const QByteArray realm = QByteArray::number(number) + "New" + QByteArray::number(++loads);
+        reply.headers = {{"WWW-Authenticate", "Basic realm=\"" + realm + "\""}};
+        reply.body =
+            "<title>Outside</title><script>setTimeout(() => location.reload(), 20)</script>";
+        return reply;
+    });
+    open(u"/r"_s);
+    QTRY_VERIFY(question());
+    QTRY_VERIFY(loads > 20);
+    QTRY_VERIFY(!question());
+    const int before = loads;
+    QTRY_VERIFY(loads > before + 5);
     QVERIFY(!question());
 }
 
