@@ -1,0 +1,123 @@
+#include <QMdiArea>
+#include <QTest>
+#include <QWebEngineView>
+
+#include "EngineTest.h"
+#include "PageAsks.h"
+#include "PageQuestions.h"
+#include "PopupScene.h"
+
+using namespace Qt::StringLiterals;
+
+/// Real pages that turn the strip against their user.
+class tst_questionfloods : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup() { m_scene.reset(); }
+    void pageIsLaidOutBelow();
+    void aThousandOfEach_data();
+    void aThousandOfEach();
+    void pageGoesWhileItAsks();
+    void typingGoesOn();
+
+private:
+    QString title() const { return m_form->windowTitle(); }
+    /// As if an earlier one had been granted unasked.
+    void askToPrint();
+
+    std::unique_ptr<PopupScene> m_scene;
+    QPointer<BrowserWindow> m_form;
+};
+
+void tst_questionfloods::init()
+{
+    m_scene = std::make_unique<PopupScene>();
+    QVERIFY(m_scene->isReady());
+    m_form = m_scene->openPage("<input id=i autofocus><p>text</p>", true);
+    QVERIFY(QTest::qWaitForWindowActive(m_scene->frame.window()));
+}
+
+void tst_questionfloods::askToPrint()
+{
+    QVERIFY(m_form->questions()->mayGoAhead());
+    PopupScene::script(m_form, u"print(); 1"_s);
+    QTRY_VERIFY(PageAsks::shownIn(m_form));
+}
+
+void tst_questionfloods::pageIsLaidOutBelow()
+{
+    const int before = PopupScene::script(m_form, u"innerHeight"_s).toInt();
+    askToPrint();
+    const int height = PageAsks::shownIn(m_form)->height();
+    QCOMPARE(m_form->browser()->widget()->geometry().top(), height);
+    QTRY_COMPARE(PopupScene::script(m_form, u"innerHeight"_s).toInt(), before - height);
+    PageAsks::press(PageAsks::no(PageAsks::shownIn(m_form)));
+    QTRY_COMPARE(PopupScene::script(m_form, u"innerHeight"_s).toInt(), before);
+}
+
+void tst_questionfloods::aThousandOfEach_data()
+{
+    QTest::addColumn<bool>("isBehind");
+    QTest::newRow("in front") << false;
+    QTest::newRow("behind another window") << true;
+}
+
+/// Whatever it asks for, one thing is asked, and the user has his peace after two answers.
+void tst_questionfloods::aThousandOfEach()
+{
+    QFETCH(const bool, isBehind);
+    QVERIFY(m_form->questions()->mayGoAhead());
+    if (isBehind) {
+        m_scene->server.page("/other", "<title>other</title>");
+        const BrowserWindow *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+        QTRY_COMPARE(other->windowTitle(), u"other"_s);
+    }
+    PopupScene::script(m_form,
+                       u"const t = setInterval(() => {"
+                       "for (let i = 0; i < 1000; i++) { print(); close() }"
+                       "if (window.goesOn) { clearInterval(t); document.title = 'done' } },"
+                       "100); 1"_s);
+    QTRY_COMPARE(PageAsks::countIn(m_form), 1);
+    m_scene->frame.area->setActiveSubWindow(m_form);
+    PageQuestionBox *first = PageAsks::shownIn(m_form);
+    PageAsks::noMore(first)->click();
+    PageAsks::press(PageAsks::no(first));
+    QTRY_COMPARE(PageAsks::countIn(m_form), 0);
+    QVERIFY(m_form->questions()->isSilenced());
+    PopupScene::script(m_form, u"window.goesOn = true; 1"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(title(), u"done"_s, 60000);
+    QCOMPARE(PageAsks::countIn(m_form), 0);
+    QVERIFY(m_form);
+}
+
+void tst_questionfloods::pageGoesWhileItAsks()
+{
+    m_scene->server.page("/b", "<title>b</title>");
+    askToPrint();
+    const QPointer<PageQuestionBox> strip = PageAsks::shownIn(m_form);
+    PageAsks::waitUntilAnswerable(strip);
+    PopupScene::script(m_form, u"location = '/b'; 1"_s);
+    QTRY_COMPARE(title(), u"b"_s);
+    QTRY_VERIFY(!strip);
+    QCOMPARE(m_form->questions()->stripHeight(), 0);
+    QCOMPARE(m_form->browser()->widget()->geometry().top(), 0);
+}
+
+/// What is typed as a question comes reaches the page and answers nothing.
+void tst_questionfloods::typingGoesOn()
+{
+    m_form->browser()->setFocus();
+    PopupScene::click(m_form, u"i"_s);
+    QTRY_COMPARE(PopupScene::script(m_form, u"document.activeElement.id"_s).toString(), u"i"_s);
+    askToPrint();
+    PageAsks::waitUntilAnswerable(PageAsks::shownIn(m_form));
+    QTest::keyClicks(QApplication::focusWidget(), u"a b"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QTRY_COMPARE(PopupScene::script(m_form, u"i.value"_s).toString(), u"a b"_s);
+    QCOMPARE(PageAsks::countIn(m_form), 1);
+}
+
+ORVANE_ENGINE_TEST_MAIN(tst_questionfloods)
+#include "tst_questionfloods.moc"
