@@ -222,6 +222,9 @@ bool PageQuestionBox::event(QEvent *event)
 void PageQuestionBox::keyPressEvent(QKeyEvent *event)
 {
     if (!isAnswerKey(*event)) {
+        // Who types on has not seen it yet, and a blank among that would press the button.
+        if (!isAnswerable())
+            m_sight.beginAnew();
         QFrame::keyPressEvent(event);
         return;
     }

@@ -16,7 +16,8 @@ class Text;
 /// A question at the top of a page, inside its window: a strip across all of it, or a box. Return
 /// presses the button with the focus, or, where something is filled in, the first one; Escape gives
 /// the answer that changes nothing. Neither they nor the buttons do anything before the question
-/// has been in sight for half a second without a break (`SteadySight`).
+/// has been in sight for half a second without a break (`SteadySight`), nor while the user types
+/// on.
 class PageQuestionBox : public QFrame {
     Q_OBJECT
 

@@ -24,6 +24,8 @@ public:
 
     /// Looks once more.
     bool isOver();
+    /// The user shows that he has not seen it yet.
+    void beginAnew() { begin(); }
 
 signals:
     void changed(bool isOver);

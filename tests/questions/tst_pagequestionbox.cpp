@@ -12,6 +12,7 @@ class tst_PageQuestionBox : public QObject {
 private slots:
     void wholeSiteIsSeen_data();
     void wholeSiteIsSeen();
+    void whoTypesOnAnswersNothing();
 };
 
 void tst_PageQuestionBox::wholeSiteIsSeen_data()
@@ -51,6 +52,40 @@ void tst_PageQuestionBox::wholeSiteIsSeen()
     QVERIFY(taken.height() <= title->height());
     QVERIFY(box.accessibleName().startsWith(site));
     QCOMPARE(title->accessibleName(), site);
+}
+
+/// A script asks while he types: a blank or the end of a line is not meant for its question.
+void tst_PageQuestionBox::whoTypesOnAnswersNothing()
+{
+    QWidget window;
+    window.resize(600, 400);
+    PageQuestion question;
+    question.shape = PageQuestion::Shape::Box;
+    question.title = u"Message"_s;
+    question.yes = u"Yes"_s;
+    question.no = u"No"_s;
+    PageQuestionBox box(question, false, &window);
+    box.fitInto(window.size());
+    const QSignalSpy answered(&box, &PageQuestionBox::answered);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    box.takeFocus();
+    QElapsedTimer sinceKey;
+    sinceKey.start();
+    int left = 20;
+    QTimer types;
+    connect(&types, &QTimer::timeout, &box, [&] {
+        if (box.isAnswerable() || left-- <= 0)
+            return;
+        QTest::keyClick(window.focusWidget(), left % 4 == 0 ? Qt::Key_Space : Qt::Key_A);
+        sinceKey.restart();
+    });
+    types.start(50);
+    QTRY_VERIFY(box.isAnswerable());
+    QVERIFY(sinceKey.elapsed() >= 500);
+    QCOMPARE(answered.size(), 0);
+    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+    QCOMPARE(answered.size(), 1);
 }
 
 QTEST_MAIN(tst_PageQuestionBox)
