@@ -36,7 +36,8 @@ void PageQuestionBox::fitInto(const QSize &room)
     const int inside = width - around.left() - around.right() - 2 * frameWidth();
     const bool beside = isStrip && inside >= line + buttons;
     placeButtons(beside);
-    const int wanted = m_text->heightForWidth(qMax(1, beside ? inside - buttons : inside));
+    // Without a text it is negative.
+    const int wanted = qMax(0, m_text->heightForWidth(qMax(1, beside ? inside - buttons : inside)));
     m_scroll->setFixedHeight(0);
     m_grid->activate();
     const int others = m_grid->totalHeightForWidth(width);
