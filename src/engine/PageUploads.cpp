@@ -106,7 +106,11 @@ bool PageUploads::waitFor(const std::function<void(QEventLoop &loop)> &begin)
 {
     enum { Answered, Gone };
     QEventLoop loop;
-    const auto gone = [&loop] { loop.exit(Gone); };
+    // Another page's loop may run inside this one, which goes on only after that.
+    const auto gone = [this, &loop] {
+        dropDialog();
+        loop.exit(Gone);
+    };
     connect(&m_page, &WebPage::arrived, &loop, gone);
     connect(&m_page, &WebPage::left, &loop, gone);
     connect(&m_page, &QWebEnginePage::renderProcessTerminated, &loop, gone);
@@ -128,13 +132,18 @@ QStringList PageUploads::askForFiles(Mode mode, const QStringList &types)
         connect(m_dialog, &QObject::destroyed, &loop, [&loop] { loop.exit(0); });
         m_dialog->show();
     });
-    if (m_dialog) {
-        // It may be in the middle of a question of its own.
-        m_dialog->disconnect();
-        m_dialog->hide();
-        m_dialog->deleteLater();
-    }
+    dropDialog();
     return isAnswered ? files : QStringList();
+}
+
+/// It may be in the middle of a question of its own.
+void PageUploads::dropDialog()
+{
+    if (!m_dialog)
+        return;
+    m_dialog->disconnect();
+    m_dialog->hide();
+    m_dialog->deleteLater();
 }
 
 bool PageUploads::mayTakeFolder(const QString &folder)

@@ -28,6 +28,7 @@ public:
 
 private:
     QStringList askForFiles(Mode mode, const QStringList &types);
+    void dropDialog();
     bool mayTakeFolder(const QString &folder);
     bool askForFolder(const QString &folder, int files);
     bool waitFor(const std::function<void(QEventLoop &loop)> &begin);

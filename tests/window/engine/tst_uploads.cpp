@@ -35,15 +35,17 @@ public:
     }
     int count() const { return m_count; }
 
-    static QFileDialog *shown()
+    static QFileDialog *shown() { return allShown().value(0); }
+    static QList<QFileDialog *> allShown()
     {
+        QList<QFileDialog *> dialogs;
         const QWidgetList all = QApplication::topLevelWidgets();
         for (QWidget *each : all) {
             auto *dialog = qobject_cast<QFileDialog *>(each);
             if (dialog && dialog->isVisible())
-                return dialog;
+                dialogs.append(dialog);
         }
-        return nullptr;
+        return dialogs;
     }
 
 private:
@@ -82,6 +84,7 @@ private slots:
     void dialogGoesWithThePage_data();
     void dialogGoesWithThePage();
     void othersGoOnMeanwhile();
+    void dialogGoesThoughAnotherStands();
     void closedAndReopenedAgainAndAgain();
 
 private:
@@ -338,6 +341,38 @@ void tst_uploads::othersGoOnMeanwhile()
     });
     PopupScene::click(m_form, u"f"_s);
     QTRY_VERIFY(wentOn);
+}
+
+/// The engine gets the answers one inside the other.
+void tst_uploads::dialogGoesThoughAnotherStands()
+{
+    m_scene->server.page("/second", "<title>second</title><body><input type=file id=f>");
+    m_form = m_scene->openPage("<input type=file id=f>");
+    QPointer<BrowserWindow> second;
+    QPointer<QFileDialog> dialog;
+    bool isClicked = false;
+    bool isClosed = false;
+    bool isGone = false;
+    QTimer look;
+    connect(&look, &QTimer::timeout, this, [&] {
+        const QList<QFileDialog *> shown = WhenChoosing::allShown();
+        if (!second && !shown.isEmpty()) {
+            dialog = shown.first();
+            second = m_scene->frame.open(m_scene->server.url(u"/second"_s));
+        } else if (second && !isClicked && second->windowTitle() == "second"_L1) {
+            isClicked = true;
+            PopupScene::click(second, u"f"_s);
+        } else if (shown.size() == 2 && !std::exchange(isClosed, true)) {
+            m_form->unload();
+        } else if (isClosed && shown.size() == 1) {
+            isGone = !dialog || !dialog->isVisible();
+            shown.first()->reject();
+        }
+    });
+    look.start(10);
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(isGone, 20000);
+    QTRY_VERIFY(!WhenChoosing::shown());
 }
 
 void tst_uploads::closedAndReopenedAgainAndAgain()
