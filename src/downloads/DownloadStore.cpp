@@ -11,6 +11,9 @@
 namespace {
 /// Milliseconds from the end of one write to the next.
 constexpr int leastPause = 100;
+/// Milliseconds to the next try of what could not be written: twice as many each time.
+constexpr int firstRetry = 1000;
+constexpr int longestRetry = 60000;
 
 /// Without what changes all the time.
 Download settled(Download download)
@@ -35,7 +38,10 @@ DownloadStore::DownloadStore(DownloadList &list, const QString &file, QObject *p
 {
     m_worker.setMaxThreadCount(1);
     m_soon.setSingleShot(true);
+    m_again.setSingleShot(true);
+    m_again.setInterval(firstRetry);
     connect(&m_soon, &QTimer::timeout, this, &DownloadStore::start);
+    connect(&m_again, &QTimer::timeout, this, &DownloadStore::wake);
     connect(&list, &DownloadList::added, this, &DownloadStore::note);
     connect(&list, &DownloadList::changed, this, [this](const QSet<QString> &ids) {
         for (const QString &id : ids)
@@ -53,13 +59,18 @@ DownloadStore::~DownloadStore()
 {
     m_list.setRecord({});
     flush();
+    if (hasMore())
+        qCWarning(lcFiles) << "gives up writing the last of the downloads to" << m_file;
 }
 
 void DownloadStore::flush()
 {
+    m_worker.waitForDone();
+    end(m_write.get());
     noteAll();
     start();
     m_worker.waitForDone();
+    end(m_write.get());
 }
 
 void DownloadStore::load()
@@ -145,7 +156,7 @@ void DownloadStore::call(const QList<std::function<void()>> &all)
 /// At once where nothing was written just now: what is not in the file is lost with the program.
 void DownloadStore::wake()
 {
-    if (!m_isWriting && !m_soon.isActive())
+    if (!m_write && !m_soon.isActive())
         m_soon.start(0);
 }
 
@@ -164,33 +175,44 @@ void DownloadStore::start()
         call(then);
         return;
     }
-    m_isWriting = true;
-    m_worker.start([this, changes, ids, stages, then] {
+    m_again.stop();
+    m_write = std::make_shared<Write>(Write{ids, changes.removed});
+    m_worker.start([this, changes, stages, then, write = m_write] {
         QStringList trimmed;
-        const bool isWritten = bool(DownloadFile::write(m_file, changes, trimmed));
+        write->isWritten = bool(DownloadFile::write(m_file, changes, trimmed));
         removeStages(stages + trimmed);
         QMetaObject::invokeMethod(
             this,
-            [this, ids, removed = changes.removed, isWritten, then] {
-                end(ids, removed, isWritten);
+            [this, write, then] {
+                end(write.get());
                 call(then);
             },
             Qt::QueuedConnection);
     });
 }
 
-void DownloadStore::end(const QStringList &entries, const QSet<QString> &removed, bool isWritten)
+/// Nothing is left to do where that write has been ended by what waited for it.
+void DownloadStore::end(const Write *write)
 {
-    m_isWriting = false;
-    if (!isWritten) {
-        // With the next change: the disk may be as full for long.
-        for (const QString &id : entries) {
-            if (!m_waiting.contains(id) && m_list.find(id))
-                m_waiting.append(id);
-        }
-        m_removed.unite(removed);
-    }
-    const bool hasMore = isWritten && (!m_waiting.isEmpty() || !m_removed.isEmpty());
-    if (hasMore || !m_then.isEmpty())
+    if (!write || write != m_write.get())
+        return;
+    const std::shared_ptr<Write> done = std::exchange(m_write, nullptr);
+    // What came meanwhile; the rest waits: the disk may be as full for long.
+    if (hasMore() || !m_then.isEmpty())
         m_soon.start(leastPause);
+    if (done->isWritten)
+        m_again.setInterval(firstRetry);
+    else
+        takeBack(*done);
+}
+
+void DownloadStore::takeBack(const Write &write)
+{
+    for (const QString &id : write.entries) {
+        if (!m_waiting.contains(id) && m_list.find(id))
+            m_waiting.append(id);
+    }
+    m_removed.unite(write.removed);
+    m_again.start();
+    m_again.setInterval(qMin(2 * m_again.interval(), longestRetry));
 }

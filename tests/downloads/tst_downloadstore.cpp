@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -47,6 +48,9 @@ private slots:
     void removedOfAnotherStays();
     void hostileStageIsNotRemoved();
     void whatCannotBeWrittenIsTriedAgain();
+    void itIsTriedAgainThoughNothingChanges();
+    void changeDuringAFailingWriteIsTried();
+    void itIsGivenUpAtTheEnd();
     void fullDisk();
     void fileThatCannotBeReadStays();
     void twoProgramsInOneFolder();
@@ -444,6 +448,51 @@ void tst_downloadstore::whatCannotBeWrittenIsTriedAgain()
     const Download second = one(u"b"_s);
     m_list->add(second, nullptr);
     QTRY_COMPARE(stored().size(), 2);
+}
+
+void tst_downloadstore::itIsTriedAgainThoughNothingChanges()
+{
+    const Unlogged unlogged;
+    const Download before = one(u"before"_s, State::Failed);
+    QVERIFY(write({before}));
+    open();
+    QVERIFY(QDir(m_folder->file(u"AppData"_s)).removeRecursively());
+    m_list->add(one(u"a"_s), nullptr);
+    m_list->remove({before.id});
+    // As often as is tried at once.
+    m_store->flush();
+    QCoreApplication::processEvents();
+    m_store->flush();
+    QVERIFY(QDir().mkdir(m_folder->file(u"AppData"_s)));
+    QVERIFY(write({before}));
+    QTRY_COMPARE_WITH_TIMEOUT(stored().value(0).name, u"a"_s, 60000);
+    QCOMPARE(stored().size(), 1);
+}
+
+void tst_downloadstore::changeDuringAFailingWriteIsTried()
+{
+    const Unlogged unlogged;
+    open();
+    QVERIFY(QDir(m_folder->file(u"AppData"_s)).removeRecursively());
+    m_list->add(one(u"a"_s), nullptr);
+    int ended = 0;
+    m_list->record(m_list->all().first().id, [&] { ++ended; });
+    m_store->flush();
+    // The write has failed, which the store has not been told yet.
+    const Download second = one(u"b"_s);
+    m_list->add(second, nullptr);
+    QVERIFY(QDir().mkdir(m_folder->file(u"AppData"_s)));
+    QTRY_COMPARE(stored().size(), 2);
+    QCOMPARE(ended, 1);
+}
+
+void tst_downloadstore::itIsGivenUpAtTheEnd()
+{
+    open();
+    QVERIFY(QDir(m_folder->file(u"AppData"_s)).removeRecursively());
+    m_list->add(one(u"a"_s), nullptr);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"gives up writing the last"_s));
+    close();
 }
 
 void tst_downloadstore::fullDisk()
