@@ -209,11 +209,13 @@ void tst_controlplace::withTheCatcherOffItStaysShrunk()
 void tst_controlplace::catcherPutsItBack()
 {
     m_scene->server.page("/p", "<script>onload=()=>{moveTo(9,9);resizeTo(200,150)}</script>");
+    m_scene->server.hold("/p");
     catching(true);
     PopupScene::script(m_opener, u"window.w = window.open('/p', 'n'); 1"_s);
     m_popup = PopupScene::waitForPopup();
     QVERIFY(m_popup);
     const auto *sizes = new Sizes(PopupScene::control(m_popup)->widget());
+    m_scene->server.release();
     QTRY_VERIFY(sizes->seen.contains(QSize(200, 150)));
     QTRY_COMPARE(place(), full());
     QVERIFY(!timer()->isActive());
