@@ -52,9 +52,11 @@ QString otherName(const CertificateFailure &failure)
 QString ofIssuer(const CertificateFailure &failure)
 {
     const QSslCertificate own = failure.chain.value(0);
+    // By its names alone: whether it has signed itself is not told.
     if (own.isSelfSigned())
         return texts.at<"strSelfSigned",
-                        "It issued its certificate itself: nobody else says whose it is.">();
+                        "Its certificate names itself as its issuer: nobody known here says whose "
+                        "it is.">();
     return texts
         .at<"strUnknownIssuer", "Its certificate was issued by %1, which is not known here.">()
         .arg(CertificateText::issuer(own));

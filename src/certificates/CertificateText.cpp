@@ -12,7 +12,7 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-/// UTF-16 units of a value, before what is not seen in it is written out.
+/// UTF-16 units of a value, what is not seen in it written out.
 constexpr qsizetype longestValue = 300;
 /// Values of one attribute, of which a certificate may have any number.
 constexpr qsizetype mostValues = 5;
@@ -75,6 +75,19 @@ QString fingerprint(const QSslCertificate &certificate, QCryptographicHash::Algo
     return QString::fromLatin1(certificate.digest(algorithm).toHex(':')).toUpper();
 }
 
+/// Between two characters, one that is written out being one.
+QString cut(const QString &text)
+{
+    constexpr qsizetype longestEscape = 6;
+    QString result = text.first(longestValue);
+    const qsizetype escape = result.lastIndexOf(u'\\');
+    if (escape > longestValue - longestEscape)
+        result.truncate(escape);
+    if (!result.isEmpty() && result.back().isHighSurrogate())
+        result.chop(1);
+    return result;
+}
+
 QString namesText(const QSslCertificate &certificate)
 {
     const auto [names, count] = CertificateText::names(certificate, mostNames);
@@ -89,7 +102,9 @@ namespace CertificateText {
 
 QString safe(const QString &value)
 {
-    return escapedText(value.size() > longestValue ? value.first(longestValue) + u'…' : value);
+    const QString text = escapedText(value.first(qMin(longestValue, value.size())));
+    const QString shown = text.size() > longestValue ? cut(text) : text;
+    return value.size() > longestValue || text.size() > longestValue ? shown + u'…' : shown;
 }
 
 QString subject(const QSslCertificate &certificate)
@@ -106,10 +121,16 @@ std::pair<QStringList, qsizetype> names(const QSslCertificate &certificate, int 
 {
     const auto all = certificate.subjectAlternativeNames();
     QStringList result;
-    for (auto each = all.begin(); each != all.end() && result.size() < most; ++each)
-        result.append(safe(each.value()));
+    qsizetype count = 0;
+    // Persons' names are there, too.
+    for (auto each = all.begin(); each != all.end(); ++each) {
+        if (each.key() == QSsl::EmailEntry)
+            continue;
+        if (++count <= most)
+            result.append(safe(each.value()));
+    }
     result.sort();
-    return {result, all.size()};
+    return {result, count};
 }
 
 QString key(const QSslCertificate &certificate)

@@ -14,7 +14,8 @@ QString safe(const QString &value);
 /// A name for the certificate as a whole, and for who issued it.
 QString subject(const QSslCertificate &certificate);
 QString issuer(const QSslCertificate &certificate);
-/// The names that the certificate is for: the first `most` of them, and how many there are.
+/// The hosts and IP addresses that the certificate is for: the first `most` of them, and how many
+/// there are.
 std::pair<QStringList, qsizetype> names(const QSslCertificate &certificate, int most);
 /// Kind and length of its key.
 QString key(const QSslCertificate &certificate);

@@ -27,6 +27,7 @@ private slots:
     void linesSayWhatIsInIt();
     void hostileNamesAreEscapedAndCut();
     void thousandNames();
+    void namesOfPersonsAreNoSites();
     void hugeChain();
     void chosenOneIsShown();
     void copyTakesAll();
@@ -79,6 +80,11 @@ void tst_certificatedetails::hostileNamesAreEscapedAndCut()
     QCOMPARE(CertificateText::safe(u"good\u202Eliv\u200B\nx"_s),
              u"good\\u202Eliv\\u200B\\u000Ax"_s);
     QVERIFY(CertificateText::safe(QString(100000, u'x')).size() < 400);
+    // Six letters for each: as many as fit, and none of them halved.
+    QCOMPARE(CertificateText::safe(QString(300000, QChar(1))), u"\\u0001"_s.repeated(50) + u'…');
+    QCOMPARE(CertificateText::safe(u'x' + QString(300000, QChar(1))),
+             u'x' + u"\\u0001"_s.repeated(49) + u'…');
+    QCOMPARE(CertificateText::safe(QString(300, u'x')), QString(300, u'x'));
     const QSslCertificate odd = chain({.subject = u"/CN=a\u202Eb"_s}).first();
     QVERIFY(!CertificateText::subject(odd).contains(QChar(0x202e)));
     CertificateDetails details({}, nullptr);
@@ -99,6 +105,19 @@ void tst_certificatedetails::thousandNames()
                                      true, all);
     const QString reason = CertificateReason::reasonsFor(failure).first();
     QVERIFY2(reason.endsWith("and 997 more"_L1), qPrintable(reason));
+}
+
+void tst_certificatedetails::namesOfPersonsAreNoSites()
+{
+    const QList<QSslCertificate> all =
+        chain({.names = {u"email:me@mail.test"_s, u"DNS:host.test"_s, u"IP:127.0.0.2"_s}});
+    const auto [names, count] = CertificateText::names(all.first(), 5);
+    QCOMPARE(names, QStringList({u"127.0.0.2"_s, u"host.test"_s}));
+    QCOMPARE(count, 2);
+    const CertificateFailure person(QUrl(u"https://x/"_s), CertificateProblem::OtherName, true,
+                                    chain({.names = {u"email:me@mail.test"_s}}));
+    QCOMPARE(CertificateReason::reasonsFor(person).first(),
+             u"Its certificate does not say which site it is for."_s);
 }
 
 void tst_certificatedetails::hugeChain()

@@ -131,7 +131,7 @@ void tst_certificates::reasons_data()
     row("unknown issuer", {.signer = Signer::Stranger},
         u"Its certificate was issued by Stranger, which is not known here."_s);
     row("self-signed", {.signer = Signer::Itself},
-        u"It issued its certificate itself: nobody else says whose it is."_s);
+        u"Its certificate names itself as its issuer: nobody known here says whose it is."_s);
     row("expired", {.from = -2, .until = -1}, u"Its certificate expired on"_s);
     row("not yet valid", {.from = 1, .until = 2}, u"Its certificate is not valid before"_s);
     row("other name", {.names = {u"DNS:other.test"_s}},
