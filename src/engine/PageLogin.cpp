@@ -1,5 +1,6 @@
 #include "PageLogin.h"
 
+#include "CertificateExceptions.h"
 #include "KeptLogins.h"
 #include "Keyring.h"
 #include "KnownLogins.h"
@@ -30,13 +31,17 @@ struct Asker {
     QUrl address;
     bool isProxy = false;
     bool isEncrypted = false;
+    /// The user went on there although its certificate proved nothing.
+    bool isUnproven = false;
 
+    /// What is known for a site goes to nobody who may only have taken its place, nor back.
     QString key() const
     {
         constexpr auto known = QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery
             | QUrl::RemoveFragment | QUrl::FullyEncoded;
         const QString server = isProxy ? name : address.toString(known);
-        return (isProxy ? "proxy "_L1 : "login "_L1) + server + u' ' + realm.left(longestRealm);
+        const auto kind = isProxy ? "proxy "_L1 : isUnproven ? "unproven "_L1 : "login "_L1;
+        return kind + server + u' ' + realm.left(longestRealm);
     }
 };
 
@@ -79,6 +84,10 @@ QString wordsOf(const Asker &asker, bool wasWrong)
     if (!asker.isEncrypted)
         lines.append(texts.at<"strUnencrypted",
                               "The connection is not encrypted: others on the way may read the "
+                              "password.">());
+    if (asker.isUnproven)
+        lines.append(texts.at<"strUnproven",
+                              "The site could not prove who it is: somebody else may get the "
                               "password.">());
     return lines.join(u'\n');
 }
@@ -194,7 +203,9 @@ bool isKnown(const QString &key)
 
 void answer(WebPage &page, const QUrl &url, QAuthenticator *login)
 {
-    reply(page, {{}, login->realm(), url, false, url.scheme() == "https"_L1}, login);
+    const bool isEncrypted = url.scheme() == "https"_L1;
+    const bool isUnproven = isEncrypted && CertificateExceptions::instance().hasHost(url);
+    reply(page, {{}, login->realm(), url, false, isEncrypted, isUnproven}, login);
 }
 
 void answerProxy(WebPage &page, const QUrl &url, const QString &proxy, QAuthenticator *login)

@@ -1,11 +1,15 @@
 // Sign-ins that the user has kept in the desktop's keyring, over a real bus.
+#include "CertificateExceptions.h"
 #include "DesktopSession.h"
 #include "EngineTest.h"
 #include "PageAsks.h"
 #include "PopupScene.h"
 #include "StatusStrip.h"
+#include "TestCertificates.h"
 
+#include <QDir>
 #include <QLineEdit>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +34,7 @@ private slots:
     void refusingKeyringIsTold();
     void windowClosedWhileTheKeyringThinks();
     void silentKeyringHoldsNothing();
+    void keptOfAProvenSiteIsNotFilledInUnproven();
 
 private:
     QString realm() const { return u"Realm %1"_s.arg(m_number); }
@@ -39,7 +44,9 @@ private:
     }
     void open();
     /// As if it had been kept before.
-    void putIntoKeyring(const QByteArray &password);
+    void putIntoKeyring(const QByteArray &password) { putIntoKeyring(password, key()); }
+    void putIntoKeyring(const QByteArray &password, const QString &key);
+    void protect(TestServer &server) const;
     PageQuestionBox *question() const { return PageAsks::shownIn(m_form); }
     QCheckBox *keep() const { return question()->findChild<QCheckBox *>(u"chkKeep"_s); }
     QLineEdit *field(const char *name) const
@@ -54,6 +61,7 @@ private:
         return items.isEmpty() ? QByteArray() : items.first().secret;
     }
 
+    QTemporaryDir m_certificates;
     std::unique_ptr<DesktopSession> m_desktop;
     std::unique_ptr<PopupScene> m_scene;
     QPointer<BrowserWindow> m_form;
@@ -62,6 +70,8 @@ private:
 
 void tst_keptlogins::initTestCase()
 {
+    const QString wrong = TestCertificates::make(m_certificates.path(), QDir::homePath());
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
     m_desktop = std::make_unique<DesktopSession>();
     QVERIFY(m_desktop->isRunning());
 }
@@ -76,7 +86,12 @@ void tst_keptlogins::init()
     m_desktop->setKeyring(true);
     // What was entered is known for the life of the program.
     ++m_number;
-    m_scene->server.handle("/private", [realm = realm()](const TestServer::Request &request) {
+    protect(m_scene->server);
+}
+
+void tst_keptlogins::protect(TestServer &server) const
+{
+    server.handle("/private", [realm = realm()](const TestServer::Request &request) {
         TestServer::Reply reply;
         const bool known =
             request.headers.value("authorization") == "Basic " + QByteArray("me:secret").toBase64();
@@ -90,6 +105,7 @@ void tst_keptlogins::init()
 
 void tst_keptlogins::cleanup()
 {
+    CertificateExceptions::instance().clear();
     m_scene.reset();
 }
 
@@ -101,10 +117,10 @@ void tst_keptlogins::open()
     QTRY_VERIFY(!m_form->browser()->isBusy());
 }
 
-void tst_keptlogins::putIntoKeyring(const QByteArray &password)
+void tst_keptlogins::putIntoKeyring(const QByteArray &password, const QString &key)
 {
     m_desktop->secrets.items.insert(1000,
-                                    {{{u"user"_s, key()},
+                                    {{{u"user"_s, key},
                                       {u"server"_s, u"Orvane"_s},
                                       {u"type"_s, u"plaintext"_s},
                                       {u"xdg:schema"_s, u"org.qt.keychain"_s}},
@@ -272,6 +288,31 @@ void tst_keptlogins::silentKeyringHoldsNothing()
     keep()->click();
     enter(u"secret"_s);
     QTRY_COMPARE(m_form->windowTitle(), u"Inside"_s);
+}
+
+void tst_keptlogins::keptOfAProvenSiteIsNotFilledInUnproven()
+{
+    const QSslConfiguration shape = TestCertificates::shaped(
+        m_certificates.path(), {.signer = TestCertificates::Signer::Stranger});
+    TestServer bad(shape);
+    protect(bad);
+    const QString site = u"https://localhost:%1 %2"_s.arg(bad.port()).arg(realm());
+    putIntoKeyring("secret", u"login "_s + site);
+    const QString address = bad.url(u"/private"_s, u"localhost"_s);
+    CertificateExceptions::instance().add(
+        {QUrl(address), CertificateProblem::UnknownIssuer, true, shape.localCertificateChain()});
+    m_form = m_scene->frame.open(address, true);
+    QTRY_VERIFY(question() && keep());
+    QTRY_VERIFY(!m_form->browser()->isBusy());
+    QCOMPARE(field("txtPassword")->text(), QString());
+    keep()->setChecked(true);
+    enter(u"secret"_s);
+    QTRY_COMPARE(m_form->windowTitle(), u"Inside"_s);
+    QTRY_COMPARE(m_desktop->secrets.items.size(), 2);
+    QStringList keys;
+    for (const FakeSecrets::Item &item : std::as_const(m_desktop->secrets.items))
+        keys.append(item.attributes.value(u"user"_s));
+    QVERIFY2(keys.contains(u"unproven "_s + site), qPrintable(keys.join(u'\n')));
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_keptlogins)

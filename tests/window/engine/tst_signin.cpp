@@ -5,12 +5,15 @@
 #include <QNetworkProxy>
 #include <QRegularExpression>
 #include <QSet>
+#include <QTemporaryDir>
 #include <QTest>
 
+#include "CertificateExceptions.h"
 #include "EngineTest.h"
 #include "PageAsks.h"
 #include "PageQuestions.h"
 #include "PopupScene.h"
+#include "TestCertificates.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,6 +22,7 @@ class tst_signin : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void init();
     void cleanup();
     void pageIsAskedFor();
@@ -43,11 +47,24 @@ private slots:
     void connectionIsNamed_data();
     void connectionIsNamed();
     void proxyIsNamed();
+    void unprovenSiteIsSaidToBe();
+    void loginOfAProvenSiteStaysThere();
 
 private:
+    /// As if the user had gone on there.
+    static void pass(const QString &url, const QList<QSslCertificate> &chain)
+    {
+        CertificateExceptions::instance().add(
+            {QUrl(url), CertificateProblem::UnknownIssuer, true, chain});
+    }
     /// A page behind user "me" and that password, with a realm of its own.
     void protect(const QByteArray &path, const QByteArray &realm, const QByteArray &refusal = {},
-                 const QByteArray &password = "secret");
+                 const QByteArray &password = "secret")
+    {
+        protect(m_scene->server, path, realm, refusal, password);
+    }
+    static void protect(TestServer &server, const QByteArray &path, const QByteArray &realm,
+                        const QByteArray &refusal = {}, const QByteArray &password = "secret");
     static void enter(const PageQuestionBox *box, const QString &password);
     PageQuestionBox *question() const { return PageAsks::shownIn(m_form); }
     QString url(const QString &path) const { return m_scene->server.url(path); }
@@ -56,6 +73,7 @@ private:
     /// Requests for `path` with that password, so far.
     int countWith(const QByteArray &path, const QByteArray &password) const;
 
+    QTemporaryDir m_certificates;
     std::unique_ptr<PopupScene> m_scene;
     QPointer<BrowserWindow> m_form;
 };
@@ -97,6 +115,12 @@ bool isDigestOf(const QByteArray &password, const TestServer::Request &request)
 }
 }
 
+void tst_signin::initTestCase()
+{
+    const QString wrong = TestCertificates::make(m_certificates.path(), QDir::homePath());
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+}
+
 void tst_signin::init()
 {
     m_scene = std::make_unique<PopupScene>();
@@ -108,13 +132,14 @@ void tst_signin::init()
 void tst_signin::cleanup()
 {
     m_scene.reset();
+    CertificateExceptions::instance().clear();
 }
 
-void tst_signin::protect(const QByteArray &path, const QByteArray &realm, const QByteArray &refusal,
-                         const QByteArray &password)
+void tst_signin::protect(TestServer &server, const QByteArray &path, const QByteArray &realm,
+                         const QByteArray &refusal, const QByteArray &password)
 {
     const QByteArray name = realm + QByteArray::number(number);
-    m_scene->server.handle(path, [=](const TestServer::Request &request) {
+    server.handle(path, [=](const TestServer::Request &request) {
         TestServer::Reply reply;
         const bool known = request.headers.value("authorization") == basic(password);
         reply.status = known ? 200 : 401;
@@ -510,6 +535,53 @@ void tst_signin::proxyIsNamed()
     QCOMPARE(lines.first(), u"proxy.test:3128"_s);
     QVERIFY(lines.contains(unencrypted));
     QVERIFY(!PageAsks::textOf(question()).contains("host.test"_L1));
+}
+
+void tst_signin::unprovenSiteIsSaidToBe()
+{
+    const QSslConfiguration shape = TestCertificates::shaped(
+        m_certificates.path(), {.signer = TestCertificates::Signer::Stranger});
+    TestServer bad(shape);
+    protect(bad, "/private", "Realm");
+    const QString address = bad.url(u"/private"_s, u"localhost"_s);
+    pass(address, shape.localCertificateChain());
+    m_form = m_scene->frame.open(address, true);
+    QTRY_VERIFY(question());
+    QVERIFY2(PageAsks::textOf(question()).contains("could not prove who it is"_L1),
+             qPrintable(PageAsks::textOf(question())));
+    enter(question(), u"secret"_s);
+    QTRY_COMPARE(title(), u"Inside"_s);
+}
+
+/// Whoever is there under its name once the user lets a certificate pass is told nothing unasked.
+void tst_signin::loginOfAProvenSiteStaysThere()
+{
+    TestServer good(TestCertificates::server(m_certificates.path()));
+    protect(good, "/private", "Realm");
+    const QString address = good.url(u"/private"_s, u"localhost"_s);
+    m_form = m_scene->frame.open(address, true);
+    QTRY_VERIFY(question());
+    QVERIFY(!PageAsks::textOf(question()).contains("could not prove"_L1));
+    enter(question(), u"secret"_s);
+    QTRY_COMPARE(title(), u"Inside"_s);
+    const QSslConfiguration other = TestCertificates::shaped(
+        m_certificates.path(), {.signer = TestCertificates::Signer::Stranger});
+    pass(u"https://localhost:1/"_s, other.localCertificateChain());
+    // The engine has a memory of its own, which it tries once; ours is of what is proven.
+    protect(good, "/private", "Realm", {}, "other");
+    const auto sent = [&good] {
+        int count = 0;
+        for (const TestServer::Request &each : good.requests())
+            count += each.headers.contains("authorization") ? 1 : 0;
+        return count;
+    };
+    const int before = sent();
+    m_form = m_scene->frame.open(address, true);
+    QTRY_VERIFY(question());
+    QVERIFY(PageAsks::textOf(question()).contains("could not prove who it is"_L1));
+    QVERIFY(!PageAsks::textOf(question()).contains("not accepted"_L1));
+    QCOMPARE(question()->findChild<QLineEdit *>(u"txtUser"_s)->text(), QString());
+    QVERIFY(sent() <= before + 1);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_signin)
