@@ -21,29 +21,45 @@
 
     let submission = null;
     addEventListener('submit', (event) => {
-        if (event.isTrusted)
-            submission = event;
+        if (!event.isTrusted)
+            return;
+        submission = event;
+        twice = null;
     }, true);
     // Whether the form is being submitted as the user did it; a script's `submit()` has no event.
     const isSubmitted = (form) => submission?.target === form && !submission.defaultPrevented
         && submission.eventPhase === Event.NONE;
-    // The engine has the same form make its data once more, then without the button.
-    let done = null;
+    // The engine has the same form make its data twice, the one time without the button; engines
+    // differ in which, and in how soon. Milliseconds.
+    const soon = 500;
+    let twice = null;
+    // Those who are told of the event after this may add to the data still.
+    const keepData = (made, data) => {
+        setTimeout(() => {
+            if (made.length < 2)
+                made.push([...data]);
+        });
+    };
 
     addEventListener('formdata', (event) => {
         if (!event.isTrusted)
             return;
         const form = event.target;
-        if (form === done)
+        if (form === twice?.form) {
+            keepData(twice.made, event.formData);
             return;
+        }
+        const made = [];
+        keepData(made, event.formData);
         let button = null;
         if (isSubmitted(form)) {
             button = submission.submitter;
             submission = null;
-            done = form;
+            twice = { form, made };
             setTimeout(() => {
-                done = null;
-            });
+                if (twice?.made === made)
+                    twice = null;
+            }, soon);
         }
         const chosen = (name) => (button && attribute(button, 'form' + name))
             ?? attribute(form, name);
@@ -51,17 +67,13 @@
         if (target?.protocol !== 'http:')
             return;
         const id = crypto.getRandomValues(new Uint32Array(4)).join('-');
-        const record = { action: target.href, entries: event.formData };
+        const record = { action: target.href, made };
         for (const name of ['method', 'enctype', 'target'])
             record[name] = chosen(name);
         record['accept-charset'] = attribute(form, 'accept-charset');
         held.set(id, record);
         if (held.size > most)
             held.delete(held.keys().next().value);
-        // Those who are told of the event after this may add to it still.
-        setTimeout(() => {
-            record.entries = [...record.entries];
-        });
         console.debug('%MARK%' + JSON.stringify(['form', window === window.top,
             [id, target.origin, self.origin].join(' ')]));
     }, true);
@@ -85,7 +97,8 @@
             if (record[name] !== null)
                 form.setAttribute(name, record[name]);
         }
-        for (const [name, value] of record.entries)
+        const [entries] = record.made.sort((a, b) => b.length - a.length);
+        for (const [name, value] of entries)
             form.append(fieldFor(name, value));
         // Out of the page's sight.
         const host = document.createElement('span');
