@@ -32,9 +32,9 @@ private slots:
     void untickedIsRemoved();
     void windowWithoutTraceKeepsNothing();
     void refusingKeyringIsTold();
+    void keptOfAProvenSiteIsNotFilledInUnproven();
     void windowClosedWhileTheKeyringThinks();
     void silentKeyringHoldsNothing();
-    void keptOfAProvenSiteIsNotFilledInUnproven();
 
 private:
     QString realm() const { return u"Realm %1"_s.arg(m_number); }
@@ -263,6 +263,31 @@ void tst_keptlogins::refusingKeyringIsTold()
     QTRY_COMPARE(m_form->statusBar()->text(), u" The keyring did not take the password."_s);
 }
 
+void tst_keptlogins::keptOfAProvenSiteIsNotFilledInUnproven()
+{
+    const QSslConfiguration shape = TestCertificates::shaped(
+        m_certificates.path(), {.signer = TestCertificates::Signer::Stranger});
+    TestServer bad(shape);
+    protect(bad);
+    const QString site = u"https://localhost:%1 %2"_s.arg(bad.port()).arg(realm());
+    putIntoKeyring("secret", u"login "_s + site);
+    const QString address = bad.url(u"/private"_s, u"localhost"_s);
+    CertificateExceptions::instance().add(
+        {QUrl(address), CertificateProblem::UnknownIssuer, true, shape.localCertificateChain()});
+    m_form = m_scene->frame.open(address, true);
+    QTRY_VERIFY(question() && keep());
+    QTRY_VERIFY(!m_form->browser()->isBusy());
+    QCOMPARE(field("txtPassword")->text(), QString());
+    keep()->setChecked(true);
+    enter(u"secret"_s);
+    QTRY_COMPARE(m_form->windowTitle(), u"Inside"_s);
+    QTRY_COMPARE(m_desktop->secrets.items.size(), 2);
+    QStringList keys;
+    for (const FakeSecrets::Item &item : std::as_const(m_desktop->secrets.items))
+        keys.append(item.attributes.value(u"user"_s));
+    QVERIFY2(keys.contains(u"unproven "_s + site), qPrintable(keys.join(u'\n')));
+}
+
 void tst_keptlogins::windowClosedWhileTheKeyringThinks()
 {
     putIntoKeyring("secret");
@@ -288,31 +313,6 @@ void tst_keptlogins::silentKeyringHoldsNothing()
     keep()->click();
     enter(u"secret"_s);
     QTRY_COMPARE(m_form->windowTitle(), u"Inside"_s);
-}
-
-void tst_keptlogins::keptOfAProvenSiteIsNotFilledInUnproven()
-{
-    const QSslConfiguration shape = TestCertificates::shaped(
-        m_certificates.path(), {.signer = TestCertificates::Signer::Stranger});
-    TestServer bad(shape);
-    protect(bad);
-    const QString site = u"https://localhost:%1 %2"_s.arg(bad.port()).arg(realm());
-    putIntoKeyring("secret", u"login "_s + site);
-    const QString address = bad.url(u"/private"_s, u"localhost"_s);
-    CertificateExceptions::instance().add(
-        {QUrl(address), CertificateProblem::UnknownIssuer, true, shape.localCertificateChain()});
-    m_form = m_scene->frame.open(address, true);
-    QTRY_VERIFY(question() && keep());
-    QTRY_VERIFY(!m_form->browser()->isBusy());
-    QCOMPARE(field("txtPassword")->text(), QString());
-    keep()->setChecked(true);
-    enter(u"secret"_s);
-    QTRY_COMPARE(m_form->windowTitle(), u"Inside"_s);
-    QTRY_COMPARE(m_desktop->secrets.items.size(), 2);
-    QStringList keys;
-    for (const FakeSecrets::Item &item : std::as_const(m_desktop->secrets.items))
-        keys.append(item.attributes.value(u"user"_s));
-    QVERIFY2(keys.contains(u"unproven "_s + site), qPrintable(keys.join(u'\n')));
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_keptlogins)
