@@ -19,7 +19,7 @@ UseMark::UseMark(QWidget *parent)
     : QAbstractButton(parent)
 {
     setObjectName("cmdEndUse"_L1);
-    setFocusPolicy(Qt::TabFocus);
+    setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_Hover);
     hide();
 }
@@ -33,6 +33,8 @@ void UseMark::setUse(const QString &text)
             .arg(text);
     setToolTip(text.isEmpty() ? text : tip);
     setAccessibleDescription(toolTip());
+    // Else the window would hand it the keyboard, which is the page's, though it is not seen.
+    setFocusPolicy(text.isEmpty() ? Qt::NoFocus : Qt::TabFocus);
     setVisible(!text.isEmpty());
     update();
 }
