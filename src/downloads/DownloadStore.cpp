@@ -126,8 +126,8 @@ void DownloadStore::note(const QString &id)
 void DownloadStore::noteAll()
 {
     const QList<Download> &all = m_list.all();
-    for (auto each = all.crbegin(); each != all.crend(); ++each)
-        note(each->id);
+    for (qsizetype at = all.size() - 1; at >= 0; --at)
+        note(all.at(at).id);
 }
 
 void DownloadStore::drop(const QString &id)

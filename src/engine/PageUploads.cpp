@@ -13,6 +13,7 @@
 #include "WebPage.h"
 #include "WebView.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QEvent>
 #include <QEventLoop>
