@@ -48,6 +48,13 @@ InternetSitesPage::InternetSitesPage()
     enable();
 }
 
+/// The list empties itself as it goes, after the page has.
+InternetSitesPage::~InternetSitesPage()
+{
+    m_list->disconnect(this);
+    m_list->model()->disconnect(this);
+}
+
 void InternetSitesPage::enable()
 {
     m_remove->setEnabled(!m_list->selectedItems().isEmpty());

@@ -13,6 +13,7 @@ class InternetSitesPage : public QWidget {
 
 public:
     InternetSitesPage();
+    ~InternetSitesPage() override;
 
 private:
     void enable();
