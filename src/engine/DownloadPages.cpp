@@ -67,9 +67,9 @@ const Asked *askerOf(const QWebEngineDownloadRequest &request)
 {
     const QUrl url = plain(request.url());
     QList<const Asked *> all;
-    for (auto each = asked().crbegin(); each != asked().crend(); ++each) {
-        if (each->url == url)
-            all.append(&*each);
+    for (qsizetype at = asked().size() - 1; at >= 0; --at) {
+        if (asked().at(at).url == url)
+            all.append(&asked().at(at));
     }
     if (all.isEmpty())
         return nullptr;

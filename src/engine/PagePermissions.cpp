@@ -256,13 +256,14 @@ void PagePermissions::forgetNotifications()
 
 WebPage *PagePermissions::notifying(const QUrl &origin)
 {
-    for (auto each = living().crbegin(); each != living().crend(); ++each) {
-        const QList<Grant> &granted = (*each)->m_granted;
+    for (qsizetype at = living().size() - 1; at >= 0; --at) {
+        PagePermissions *each = living().at(at);
+        const QList<Grant> &granted = each->m_granted;
         const bool isOne = std::any_of(granted.cbegin(), granted.cend(), [&](const Grant &grant) {
             return grant.permission == Permission::Notifications && grant.asker == origin;
         });
         if (isOne)
-            return &(*each)->m_page;
+            return &each->m_page;
     }
     return nullptr;
 }
