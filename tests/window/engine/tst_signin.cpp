@@ -408,6 +408,7 @@ void tst_signin::anotherRealmTakesTheQuestionsPlace()
     protect("/r", "First");
     open(u"/r"_s);
     QTRY_VERIFY(question());
+    PopupScene::waitUntilLoaded(m_form);
     protect("/r", "Second");
     m_form->browser()->refresh();
     QTRY_VERIFY(question() && PageAsks::textOf(question()).contains("Second"_L1));
