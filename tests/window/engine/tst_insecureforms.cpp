@@ -312,7 +312,10 @@ void tst_insecureforms::formOfAnotherSitesFrame()
          + "'></iframe>");
     // It is painted later than the page around it.
     QTRY_VERIFY(m_secure->count("/painted") > 0);
+    // Pressed again where the press was too early, and never while it is asked about.
     const auto isAsked = [this] {
+        if (question())
+            return true;
         PopupScene::click(m_form, u"f"_s);
         return QTest::qWaitFor([this] { return question() != nullptr; }, 2000);
     };
