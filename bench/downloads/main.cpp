@@ -14,6 +14,7 @@
 #include "Report.h"
 #include "StartUp.h"
 #include "Taken.h"
+#include "WaitUntil.h"
 
 #include <QApplication>
 #include <QDir>
@@ -53,19 +54,6 @@ struct Program {
     QStringList arguments;
     QProcessEnvironment environment;
 };
-
-/// Lets events run until `done`; ends the program when that takes too long.
-void waitUntil(const char *what, const std::function<bool()> &done)
-{
-    constexpr int limitMs = 120'000;
-    QElapsedTimer clock;
-    clock.start();
-    while (!done()) {
-        if (clock.elapsed() > limitMs)
-            qFatal("waited in vain for %s", what);
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-    }
-}
 
 /// Nothing is measured of a program that ends by itself.
 void awaitEnd(QProcess &process, int limitMs)

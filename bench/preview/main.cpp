@@ -9,6 +9,7 @@
 #include "PrintPreview.h"
 #include "Report.h"
 #include "Taken.h"
+#include "WaitUntil.h"
 #include "WebBrowser.h"
 #include "WebPage.h"
 #include "WebView.h"
@@ -50,20 +51,6 @@ QUrl write(const QTemporaryDir &folder)
     if (!file.open(QIODevice::WriteOnly) || file.write(document()) < 0)
         qFatal("no document");
     return QUrl::fromLocalFile(file.fileName());
-}
-
-/// Lets events run until `done`; ends the program when that takes too long.
-void waitUntil(const char *what, const std::function<bool()> &done)
-{
-    constexpr int limitMs = 60'000;
-    QElapsedTimer clock;
-    clock.start();
-    while (!done()) {
-        if (clock.elapsed() > limitMs)
-            qFatal("waited in vain for %s", what);
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
 }
 
 double milliseconds(const QElapsedTimer &clock)
