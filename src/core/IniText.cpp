@@ -128,19 +128,34 @@ qsizetype findSection(QByteArrayView file, const QString &section)
     return -1;
 }
 
+// Goes over the file once: tells `header` and `key` what they are to hear of each line that is one,
+// and where the line begins and the next one does.
+template <typename Header, typename Key>
+void eachLine(QByteArrayView file, const Header &header, const Key &key)
+{
+    const auto part = [file](qsizetype begin, qsizetype end) {
+        const qsizetype first = skipBlanks(file, begin, end);
+        return file.sliced(first, dropBlanks(file, first, end) - first);
+    };
+    for (qsizetype at = afterMark(file); at < file.size();) {
+        const qsizetype end = seek(file, '\n', at, file.size());
+        const qsizetype next = std::min(end + 1, file.size());
+        const qsizetype begin = skipBlanks(file, at, end);
+        if (begin < end && file[begin] == '[') {
+            header(part(begin + 1, seek(file, ']', begin + 1, end)), at, next);
+        } else if (begin < end && file[begin] != ';') {
+            const qsizetype equals = seek(file, '=', begin, end);
+            if (equals < end)
+                key(part(begin, equals), part(equals + 1, end), next);
+        }
+        at = next;
+    }
+}
+
 QByteArray lineEnd(QByteArrayView file)
 {
     const qsizetype at = seek(file, '\n', 0, file.size());
     return at < file.size() && (at == 0 || file[at - 1] != '\r') ? "\n"_ba : "\r\n"_ba;
-}
-
-// Whatever would end the line, or the value as other readers see it, becomes a blank.
-QString oneLine(QString value)
-{
-    value.replace("\r\n"_L1, " "_L1);
-    for (const QChar breaker : {u'\r', u'\n', u'\0'})
-        value.replace(breaker, u' ');
-    return value;
 }
 
 QByteArray putBytes(const QByteArray &file, const IniText::Place &place, const QByteArray &section,
@@ -211,30 +226,28 @@ QByteArrayView Section::value(QByteArrayView key) const
 
 QList<Section> sections(QByteArrayView file)
 {
-    const auto part = [file](qsizetype begin, qsizetype end) {
-        const qsizetype first = skipBlanks(file, begin, end);
-        return file.sliced(first, dropBlanks(file, first, end) - first);
-    };
     QList<Section> result;
-    for (qsizetype at = afterMark(file); at < file.size();) {
-        const qsizetype end = seek(file, '\n', at, file.size());
-        const qsizetype next = std::min(end + 1, file.size());
-        const qsizetype begin = skipBlanks(file, at, end);
-        if (begin < end && file[begin] == '[') {
+    eachLine(
+        file,
+        [&](QByteArrayView name, qsizetype at, qsizetype next) {
             if (!result.isEmpty())
                 result.last().end = at;
-            const qsizetype close = seek(file, ']', begin + 1, end);
-            result.append({part(begin + 1, close), at, file.size(), next, {}});
-        } else if (begin < end && file[begin] != ';' && !result.isEmpty()) {
-            const qsizetype equals = seek(file, '=', begin, end);
-            if (equals < end) {
-                result.last().keys.append({part(begin, equals), part(equals + 1, end)});
-                result.last().keysEnd = next;
-            }
-        }
-        at = next;
-    }
+            result.append({name, at, file.size(), next, {}});
+        },
+        [&](QByteArrayView name, QByteArrayView value, qsizetype next) {
+            if (result.isEmpty())
+                return;
+            result.last().keys.append({name, value});
+            result.last().keysEnd = next;
+        });
     return result;
+}
+
+void walk(QByteArrayView file, Walker &walker)
+{
+    eachLine(
+        file, [&](QByteArrayView name, qsizetype, qsizetype) { walker.section(name); },
+        [&](QByteArrayView name, QByteArrayView value, qsizetype) { walker.key(name, value); });
 }
 
 Place find(QByteArrayView file, const Name &name)
@@ -315,13 +328,26 @@ std::optional<QString> valueAt(QByteArrayView file, const Place &place, int char
 {
     if (!place.hasKey)
         return {};
-    QByteArrayView bytes = file.sliced(place.valueBegin, place.valueEnd - place.valueBegin);
-    // No character has more than four bytes: the rest of a long value need not be looked at.
-    bytes = bytes.first(std::min<qsizetype>(bytes.size(), 4 * qsizetype(characters)));
-    bytes = bytes.first(seek(bytes, '\0', 0, bytes.size()));
+    const QByteArrayView bytes = file.sliced(place.valueBegin, place.valueEnd - place.valueBegin);
     const Encoding encoding =
         TextEncoding::isAscii(bytes) ? Encoding::Utf8 : TextEncoding::detect(file);
-    return firstCharacters(TextEncoding::decodePart(bytes, encoding), characters);
+    return valueText(bytes, encoding, characters);
+}
+
+QString valueText(QByteArrayView value, Encoding encoding, int characters)
+{
+    // No character has more than four bytes: the rest of a long value need not be looked at.
+    value = value.first(std::min<qsizetype>(value.size(), 4 * qsizetype(characters)));
+    value = value.first(seek(value, '\0', 0, value.size()));
+    return firstCharacters(TextEncoding::decodePart(value, encoding), characters);
+}
+
+QString oneLine(QString value)
+{
+    value.replace("\r\n"_L1, " "_L1);
+    for (const QChar breaker : {u'\r', u'\n', u'\0'})
+        value.replace(breaker, u' ');
+    return value;
 }
 
 bool canHold(const Name &name)

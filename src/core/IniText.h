@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TextEncoding.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -52,6 +54,18 @@ struct Section {
 /// All sections in their order, of those with one name too, found in one pass.
 QList<Section> sections(QByteArrayView file);
 
+/// Told of a file's lines in their order.
+class Walker {
+public:
+    virtual ~Walker() = default;
+    virtual void section(QByteArrayView name) = 0;
+    /// Of the section told last, or of none.
+    virtual void key(QByteArrayView name, QByteArrayView value) = 0;
+};
+
+/// The same for files that may be too large for a list of all that is in them.
+void walk(QByteArrayView file, Walker &walker);
+
 Place find(QByteArrayView file, const Name &name);
 
 /// The places of keys of one section, in their order, found in one pass: each as `find` has it.
@@ -62,6 +76,13 @@ QList<Place> findKeys(QByteArrayView file, const QString &section, const QString
 std::optional<QString> value(QByteArrayView file, const Name &name, int characters);
 /// The value at a place that `find` gave.
 std::optional<QString> valueAt(QByteArrayView file, const Place &place, int characters);
+
+/// The text of a value's bytes in a file of that encoding, cut in the same way.
+QString valueText(QByteArrayView value, TextEncoding::Encoding encoding, int characters);
+
+/// The value as a line can hold it: whatever would end the line, or the value as other readers see
+/// it, becomes a blank.
+QString oneLine(QString value);
 
 /// Whether a file can hold the name so that it is found again: no line breaks or NUL, no "]" in
 /// the section, no "=" in the key, no key that is empty or begins as a section or comment does.

@@ -19,6 +19,8 @@ WriteResult save(const QString &path, const QStringList &addresses);
 /// The number stored as Count; 0 when there is none, when it is no number or too large for a
 /// 32-bit integer, and when the file cannot be read.
 qint32 count(const QString &path);
+/// The same of what stands there as Count.
+qint32 countIn(const QString &text);
 
 /// What the keys URL1 up to URL`count` hold, in the order of their numbers, without the empty
 /// ones: each as `readIni` gives it, at the cost of the keys that are there.

@@ -2,6 +2,8 @@
 
 #include "FileUpdate.h"
 #include "IniStore.h"
+#include "IniText.h"
+#include "NumberedName.h"
 #include "TextEncoding.h"
 #include "TextRules.h"
 
@@ -19,14 +21,6 @@ const QString countSection = u"URL_Count"_s;
 const QString countKey = u"Count"_s;
 constexpr auto lineEnd = "\r\n"_L1;
 
-QString inOneLine(QString text)
-{
-    text.replace(lineEnd, " "_L1);
-    for (const char16_t breaking : {u'\r', u'\n', u'\0'})
-        text.replace(QChar(breaking), u' ');
-    return text;
-}
-
 QString urlKey(qint32 number)
 {
     return "URL"_L1 + QString::number(number);
@@ -36,12 +30,7 @@ QString urlKey(qint32 number)
 qint32 urlNumber(QByteArrayView line)
 {
     const QByteArrayView key = line.first(std::max<qsizetype>(line.indexOf('='), 0)).trimmed();
-    if (key.size() < 4 || key.first(3).compare("URL", Qt::CaseInsensitive) != 0 || key.at(3) == '0')
-        return 0;
-    const QByteArrayView digits = key.sliced(3);
-    const bool plain =
-        std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
-    return plain ? digits.toInt() : 0;
+    return numberBehind("URL", key);
 }
 
 /// The numbers of all keys that can be in the file, in order: no others need to be looked for.
@@ -69,7 +58,7 @@ QString text(const QStringList &addresses)
     QString result = u'[' + urlSection + u']' + lineEnd;
     qint32 number = 0;
     for (const QString &address : addresses)
-        result += urlKey(++number) + u'=' + inOneLine(address) + lineEnd;
+        result += urlKey(++number) + u'=' + IniText::oneLine(address) + lineEnd;
     return result + u'[' + countSection + u']' + lineEnd + countKey + u'=' + QString::number(number)
         + lineEnd;
 }
@@ -82,8 +71,12 @@ WriteResult save(const QString &path, const QStringList &addresses)
 
 qint32 count(const QString &path)
 {
-    const std::optional<double> stored =
-        textToNumber(readIni(countSection, countKey, u"0"_s, path));
+    return countIn(readIni(countSection, countKey, u"0"_s, path));
+}
+
+qint32 countIn(const QString &text)
+{
+    const std::optional<double> stored = textToNumber(text);
     // A fraction is rounded as numbers are when they become whole ones: a half to the even side.
     const double whole = std::nearbyint(stored.value_or(0));
     using Limits = std::numeric_limits<qint32>;
