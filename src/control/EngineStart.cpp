@@ -5,7 +5,9 @@
 #include "EngineProfile.h"
 #include "PageHold.h"
 #include "PageLife.h"
+#include "PageNotifications.h"
 #include "ProgramInfo.h"
+#include "SparePage.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -108,6 +110,8 @@ void startEngine()
     QLoggingCategory::setFilterRules(u"qt.webenginecontext.info=false"_s);
     hearMessages();
     Downloads::install();
+    PageNotifications::install();
+    SparePage::install();
     // Read by now, and no affair of the programs that this one starts.
     if (glIsLeftOut)
         qunsetenv(glVariable);
@@ -115,8 +119,7 @@ void startEngine()
 
 void warmUpEngine()
 {
-    engineProfile();
-    prepareSparePage();
+    SparePage::prepare();
 }
 
 void stopEngine()

@@ -1,10 +1,10 @@
 #include "PageLife.h"
 
-#include "EngineProfile.h"
 #include "Listener.h"
 #include "Log.h"
 #include "PageHold.h"
 #include "RefusedAddress.h"
+#include "SparePage.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -38,14 +38,14 @@ void PageLife::setQuestions(PageQuestions *questions)
 void PageLife::begin()
 {
     if (!m_page)
-        use(takePage());
+        use(SparePage::take());
 }
 
 void PageLife::adopt(QWebEngineNewWindowRequest &request)
 {
     // The spare page has contents of its own already, which those of the request replace. A page
     // without would be left half made, and end the program as soon as a script touches it.
-    WebPage *page = takePage();
+    WebPage *page = SparePage::take();
     request.openIn(page);
     // Until Qt 6.6.1 it is lost (QTBUG-117867).
     page->renewInterceptor();

@@ -8,28 +8,22 @@
 #include "EngineSwitches.h"
 #include "EngineVersion.h"
 #include "Log.h"
-#include "PageNotifications.h"
 #include "PageScripts.h"
 #include "RefusedAddress.h"
-#include "WebPage.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QLockFile>
 #include <QStandardPaths>
 #include <QWebEngineProfile>
-#include <QWebEngineScript>
 #include <QWebEngineSettings>
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 QWebEngineProfile *theProfile = nullptr;
 std::unique_ptr<QLockFile> theLock;
-WebPage *theSparePage = nullptr;
 CookieList *theCookies = nullptr;
-PageNotifications *theNotifications = nullptr;
 QList<ProfileFollower> theFollowers;
 bool scriptsMayOpenWindows = true;
 
@@ -102,9 +96,10 @@ QWebEngineProfile *makeProfile()
     profile->setUrlRequestInterceptor(new InnerFilesGuard(profile));
     PageScripts::install(profile);
     CookiePolicy::instance().install(profile);
-    theNotifications = PageNotifications::install(profile);
-    for (const ProfileFollower &follower : std::as_const(theFollowers))
-        follower.begin(profile);
+    for (const ProfileFollower &follower : std::as_const(theFollowers)) {
+        if (follower.begin)
+            follower.begin(profile);
+    }
     return profile;
 }
 }
@@ -119,21 +114,6 @@ QWebEngineProfile *engineProfile()
 bool engineProfileIsStored()
 {
     return theLock != nullptr;
-}
-
-WebPage *takePage()
-{
-    prepareSparePage();
-    return std::exchange(theSparePage, nullptr);
-}
-
-void prepareSparePage()
-{
-    if (theSparePage)
-        return;
-    theSparePage = new WebPage(engineProfile());
-    // Any script starts the renderer process; unlike a load it leaves no history entry.
-    theSparePage->runJavaScript(u"0"_s);
 }
 
 void setScriptsMayOpenWindows(bool may)
@@ -151,30 +131,26 @@ CookieList *engineCookies()
 
 void noticeProxy()
 {
-    prepareSparePage();
-    // The engine refuses this port by itself, after it has looked for the proxy.
-    theSparePage->runJavaScript(
-        u"fetch('http://127.0.0.1:9/', {mode: 'no-cors'}).catch(() => {})"_s,
-        QWebEngineScript::ApplicationWorld);
+    for (const ProfileFollower &follower : std::as_const(theFollowers)) {
+        if (follower.useProxy)
+            follower.useProxy();
+    }
 }
 
 void followProfile(const ProfileFollower &follower)
 {
-    const bool isKnown = std::any_of(
-        theFollowers.cbegin(), theFollowers.cend(),
-        [&follower](const ProfileFollower &each) { return each.begin == follower.begin; });
-    if (!isKnown)
+    if (!theFollowers.contains(follower))
         theFollowers.append(follower);
 }
 
 void dropEngineProfile()
 {
     if (theProfile) {
-        for (const ProfileFollower &follower : std::as_const(theFollowers))
-            follower.end();
+        for (const ProfileFollower &follower : std::as_const(theFollowers)) {
+            if (follower.end)
+                follower.end();
+        }
     }
-    delete std::exchange(theNotifications, nullptr);
-    delete std::exchange(theSparePage, nullptr);
     delete std::exchange(theProfile, nullptr);
     theLock.reset();
 }

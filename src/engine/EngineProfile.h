@@ -2,7 +2,6 @@
 
 class CookieList;
 class QWebEngineProfile;
-class WebPage;
 
 /// The one profile of all pages. It is made at the first call, with every option set before the
 /// first page and never changed afterwards: a later change resets the network of all pages.
@@ -13,13 +12,6 @@ QWebEngineProfile *engineProfile();
 /// Whether this process owns the stored data (false: off the record).
 bool engineProfileIsStored();
 
-/// A page of the profile, not shown yet, whose renderer process is on its way. Uses up the spare
-/// page where there is one.
-WebPage *takePage();
-
-/// Prepares the next page for `takePage`.
-void prepareSparePage();
-
 /// Whether scripts may ask for windows that the user did nothing for; else they get null at once.
 /// May change at any time, also before there is a profile.
 void setScriptsMayOpenWindows(bool may);
@@ -28,19 +20,23 @@ void setScriptsMayOpenWindows(bool may);
 CookieList *engineCookies();
 
 /// The engine looks for another proxy only as a request begins, and uses it from the next request
-/// on: this makes such a first request, which goes nowhere.
+/// on: this has a follower make such a first request, which goes nowhere.
 void noticeProxy();
 
-/// What goes with the profile in rooms that the engine's does not know.
+/// What goes with the profile in rooms that the engine's does not know. Null: it has nothing to do.
 struct ProfileFollower {
     /// A profile has been made, and has no page yet.
-    void (*begin)(QWebEngineProfile *profile);
+    void (*begin)(QWebEngineProfile *profile) = nullptr;
     /// It is about to be dropped.
-    void (*end)();
+    void (*end)() = nullptr;
+    /// The network is to be asked for something, see `noticeProxy`.
+    void (*useProxy)() = nullptr;
+
+    bool operator==(const ProfileFollower &) const = default;
 };
 
 /// For each profile from now on; once, however often it is called with the same.
 void followProfile(const ProfileFollower &follower);
 
-/// Ends spare page and profile; every other page must be gone.
+/// Ends the profile; every page but the followers' own must be gone.
 void dropEngineProfile();

@@ -1,7 +1,7 @@
 // Navigation of the engine control, against a real server.
 #include "ControlScene.h"
-#include "EngineProfile.h"
 #include "EngineTest.h"
+#include "SparePage.h"
 
 #include <QSignalSpy>
 #include <QTemporaryFile>
@@ -73,7 +73,7 @@ void tst_navigation_engine::cleanup()
 void tst_navigation_engine::sparePageHasNoHistory()
 {
     warmUpEngine();
-    std::unique_ptr<WebPage> page(takePage());
+    std::unique_ptr<WebPage> page(SparePage::take());
     bool answered = false;
     page->runJavaScript(u"1"_s, [&answered](const QVariant &) { answered = true; });
     QTRY_VERIFY(answered);

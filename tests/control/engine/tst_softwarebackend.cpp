@@ -1,7 +1,7 @@
 // On a machine without a graphics device pages are drawn by the software backend, and OpenGL, which
 // that backend never asks, is not loaded.
-#include "EngineProfile.h"
 #include "EngineTest.h"
+#include "SparePage.h"
 #include "WebPage.h"
 #include "WebView.h"
 
@@ -27,7 +27,7 @@ void tst_softwarebackend::initTestCase()
 
 void tst_softwarebackend::pageIsPaintedWithoutOpenGl()
 {
-    const std::unique_ptr<WebPage> page(takePage());
+    const std::unique_ptr<WebPage> page(SparePage::take());
     QWidget window;
     window.resize(200, 100);
     WebView view(page.get(), &window);

@@ -1,5 +1,6 @@
 #include "PageNotifications.h"
 
+#include "EngineProfile.h"
 #include "Log.h"
 #include "PageNotification.h"
 
@@ -15,17 +16,29 @@ constexpr int mostShown = 5;
 constexpr int mostInAMinute = 10;
 /// Milliseconds in which dropped ones are told as one.
 constexpr int pace = 1000;
+
+/// The profile's.
+PageNotifications *theNotifications = nullptr;
 }
 
-PageNotifications *PageNotifications::install(QWebEngineProfile *profile)
+void PageNotifications::install()
 {
-    auto *result = new PageNotifications;
+    followProfile({begin, end});
+}
+
+void PageNotifications::begin(QWebEngineProfile *profile)
+{
+    theNotifications = new PageNotifications;
     profile->setNotificationPresenter(
-        [self = QPointer(result)](std::unique_ptr<QWebEngineNotification> notification) {
+        [self = QPointer(theNotifications)](std::unique_ptr<QWebEngineNotification> notification) {
             if (self)
                 self->present(std::move(notification));
         });
-    return result;
+}
+
+void PageNotifications::end()
+{
+    delete std::exchange(theNotifications, nullptr);
 }
 
 PageNotifications::PageNotifications()
@@ -58,10 +71,10 @@ void PageNotifications::present(std::unique_ptr<QWebEngineNotification> notifica
         return;
     }
     if (m_shown.size() >= mostShown)
-        end(m_shown.first());
+        remove(m_shown.first());
     auto *shown = new PageNotification(std::move(notification));
     m_shown.append(shown);
-    connect(shown, &PageNotification::over, this, [this, shown] { end(shown); });
+    connect(shown, &PageNotification::over, this, [this, shown] { remove(shown); });
 }
 
 bool PageNotifications::mayShow()
@@ -74,7 +87,7 @@ bool PageNotifications::mayShow()
 }
 
 /// It may be in the middle of telling.
-void PageNotifications::end(PageNotification *shown)
+void PageNotifications::remove(PageNotification *shown)
 {
     if (!m_shown.removeOne(shown))
         return;

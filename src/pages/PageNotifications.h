@@ -17,15 +17,17 @@ class PageNotifications : public QObject {
     Q_OBJECT
 
 public:
-    /// For all pages of the profile. To be deleted before it.
-    static PageNotifications *install(QWebEngineProfile *profile);
+    /// For all pages of each profile from now on.
+    static void install();
     ~PageNotifications() override;
 
 private:
     PageNotifications();
+    static void begin(QWebEngineProfile *profile);
+    static void end();
     void present(std::unique_ptr<QWebEngineNotification> notification);
     bool mayShow();
-    void end(PageNotification *shown);
+    void remove(PageNotification *shown);
     void tellDropped();
 
     /// The oldest first.
