@@ -31,7 +31,7 @@ endif()
 # the library only, so an edit compiles no more than before. A source must compile without them too:
 # the preset debug and scripts/lint see to it.
 option(ORVANE_PRECOMPILE "Precompile the most used headers of the toolkit" ON)
-set(common_headers <QAction> <QApplication> <QByteArray> <QFileInfo> <QHash> <QIcon> <QKeyEvent>
+set(common_headers <QAction> <QByteArray> <QFileInfo> <QHash> <QIcon> <QKeyEvent>
                    <QLabel> <QLineEdit> <QList> <QMdiSubWindow> <QObject> <QPainter> <QPointer>
                    <QPushButton> <QSet> <QString> <QStringList> <QTimer> <QUrl> <QVBoxLayout>
                    <QVariant> <QWidget> <algorithm> <functional> <memory> <optional> <vector>)
