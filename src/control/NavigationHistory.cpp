@@ -18,6 +18,24 @@ void NavigationHistory::skipCurrent(QWebEnginePage *page)
     m_skipped.insert(keyOf(page->history()->currentItem()));
 }
 
+QList<int> NavigationHistory::skippedPlaces(QWebEnginePage *page) const
+{
+    QList<int> places;
+    for (int index = 0; index < page->history()->count(); ++index) {
+        if (isSkipped(page->history()->itemAt(index)))
+            places.append(index);
+    }
+    return places;
+}
+
+void NavigationHistory::skip(QWebEnginePage *page, const QList<int> &places)
+{
+    for (const int index : places) {
+        if (index >= 0 && index < page->history()->count())
+            m_skipped.insert(keyOf(page->history()->itemAt(index)));
+    }
+}
+
 bool NavigationHistory::isSkipped(const QWebEngineHistoryItem &item) const
 {
     return !m_skipped.isEmpty() && m_skipped.contains(keyOf(item));

@@ -14,6 +14,9 @@ class NavigationHistory {
 public:
     /// Marks the current entry as one to skip.
     void skipCurrent(QWebEnginePage *page);
+    /// The places of those to skip, and to skip those at `places`.
+    QList<int> skippedPlaces(QWebEnginePage *page) const;
+    void skip(QWebEnginePage *page, const QList<int> &places);
     bool goBack(QWebEnginePage *page);
     bool goForward(QWebEnginePage *page);
     QList<HistoryStep> steps(QWebEnginePage *page) const;

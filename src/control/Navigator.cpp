@@ -62,6 +62,12 @@ Navigator::Navigator(PageLife &life, const Listener &listener)
         m_state.crash();
         m_teller.tellCrash();
     });
+    connect(&m_teller, &NavigationTeller::pageCame, this,
+            [this] { m_return.pageCame(*m_life.page(), m_state.location(), m_history); });
+    connect(&m_teller, &NavigationTeller::loadEnded, this, [this] {
+        if (m_state.hasDocument() && !m_state.showsError())
+            m_return.forget();
+    });
 }
 
 void Navigator::watch(WebPage *page, WebView *view, QObject *bond)
@@ -96,6 +102,7 @@ void Navigator::watch(WebPage *page, WebView *view, QObject *bond)
 void Navigator::load(const QString &url, bool forPage)
 {
     m_state.name(forPage);
+    m_return.forget();
     const QUrl address = completeAddress(url);
     if (address.isEmpty() || isRefusedAddress(address) || !isOpenedHere(address)) {
         m_teller.tellRefused(url, address);
@@ -114,7 +121,7 @@ void Navigator::load(const QString &url, bool forPage)
     m_life.page()->load(address);
 }
 
-void Navigator::waitAt(const QString &url)
+void Navigator::waitAt(const QString &url, const PageState &state)
 {
     if (m_life.page()) {
         m_life.end();
@@ -123,6 +130,30 @@ void Navigator::waitAt(const QString &url)
         m_teller.forgetPage();
     }
     m_state.waitAt(url);
+    m_return.await(url, state);
+}
+
+void Navigator::comeBack()
+{
+    const QString url = m_state.location();
+    const PageReturn coming = m_return;
+    const QUrl address = completeAddress(url);
+    if (!address.isEmpty() && !isRefusedAddress(address) && isOpenedHere(address)) {
+        m_state.name(false);
+        m_life.begin();
+        m_state.handOver(address);
+        if (m_return.bring(*m_life.page()))
+            return;
+    }
+    load(url, false);
+    m_return = coming;
+}
+
+PageState Navigator::pageState(StateDepth depth) const
+{
+    return m_life.page() && !m_return.isAwaited()
+        ? PageReturn::stateOf(*m_life.page(), m_history, depth)
+        : m_return.state();
 }
 
 void Navigator::adopt(const QUrl &url)
@@ -233,6 +264,8 @@ bool Navigator::askForPage(const QUrl &url, Navigation::Type type)
             m_state.refuse();
             return false;
         }
+        if (m_return.isAwaited() && !m_return.state().leavesTrace)
+            m_state.setFlags(m_state.flags() | NavFlags::NoHistory);
         m_life.page()->setCacheBypass(m_state.flags() & NavFlags::NoWriteToCache);
         m_life.page()->setLeavesTrace(m_state.leavesTrace());
         if (m_state.replaces(url, type, place())) {

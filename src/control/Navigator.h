@@ -2,6 +2,7 @@
 
 #include "NavigationHistory.h"
 #include "NavigationTeller.h"
+#include "PageReturn.h"
 
 #include <QObject>
 #include <QWebEnginePage>
@@ -22,7 +23,10 @@ public:
     /// Loads `url`, completed as a browser does; `forPage`: a page has asked for it.
     void load(const QString &url, bool forPage);
     /// As new, but for the location, which is `url` while there is no page.
-    void waitAt(const QString &url);
+    void waitAt(const QString &url, const PageState &state);
+    /// The page that is waited for is loaded, and comes as it was to.
+    void comeBack();
+    PageState pageState(StateDepth depth) const;
     /// The page that comes next is one that another page has asked for, at `url`.
     void adopt(const QUrl &url);
     bool goBack();
@@ -55,4 +59,5 @@ private:
     Navigation m_state;
     NavigationHistory m_history;
     NavigationTeller m_teller;
+    PageReturn m_return;
 };

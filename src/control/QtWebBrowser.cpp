@@ -70,9 +70,9 @@ void QtWebBrowser::endUse()
 }
 
 /// The page goes.
-void QtWebBrowser::navigateLater(const QString &url)
+void QtWebBrowser::navigateLater(const QString &url, const PageState &state)
 {
-    m_navigator.waitAt(url);
+    m_navigator.waitAt(url, state);
     tellUse();
 }
 
@@ -100,7 +100,7 @@ void QtWebBrowser::navigateForPage(const QString &url)
 void QtWebBrowser::navigateNow()
 {
     if (isWaiting())
-        navigate(locationUrl());
+        m_navigator.comeBack();
 }
 
 bool QtWebBrowser::goBack()

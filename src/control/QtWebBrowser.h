@@ -22,8 +22,12 @@ public:
     void setQuestions(PageQuestions *questions) override { m_life.setQuestions(questions); }
     void navigate(const QString &url) override;
     void navigateForPage(const QString &url) override;
-    void navigateLater(const QString &url) override;
+    void navigateLater(const QString &url, const PageState &state = {}) override;
     void navigateNow() override;
+    PageState pageState(StateDepth depth = StateDepth::All) const override
+    {
+        return m_navigator.pageState(depth);
+    }
     bool isWaiting() const override { return m_navigator.state().isWaiting(); }
     bool goBack() override;
     bool goForward() override;

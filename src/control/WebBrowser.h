@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QByteArray>
 #include <QIcon>
 #include <QList>
+#include <QPoint>
 #include <QVariant>
 #include <QWidget>
 #include <functional>
@@ -56,6 +58,37 @@ enum class Arrival {
 class PageQuestions;
 class WebBrowser;
 struct ScriptError;
+
+/// What a page needs, besides its address, to come back as it was.
+struct PageState {
+    /// The engine's own history with scroll positions and the text in forms, for this very engine:
+    /// never from a file. Empty: there is none.
+    QByteArray history;
+    /// CSS pixels.
+    QPoint scroll;
+    double zoom = 1;
+    bool isMuted = false;
+    /// The user has typed something into it.
+    bool hasTyped = false;
+    /// False: it is kept out of the pages visited.
+    bool leavesTrace = true;
+};
+
+/// How much of its state is asked for.
+enum class StateDepth {
+    /// All but the history: costs next to nothing.
+    View,
+    All
+};
+
+/// What a page would lose if it were given up unasked.
+enum class SleepLimit {
+    Nothing,
+    /// A connection that it keeps for news.
+    Connection,
+    /// Something of the user's, or what it is doing.
+    Much
+};
 
 /// A page of a window's history, as seen from the current one.
 struct HistoryStep {
@@ -134,10 +167,15 @@ public:
     /// The control is at `url` from now on, for `locationUrl` and all who ask it, but holds no
     /// page; one that was there goes. `navigateNow` or `Navigate` ends the wait, a refresh does
     /// not. Never inside an engine callback.
-    virtual void navigateLater(const QString &url) = 0;
+    /// With `state` the page comes back as that says; a form that it is the answer to is not sent.
+    virtual void navigateLater(const QString &url, const PageState &state = {}) = 0;
     /// Loads the address the control waits at; nothing when it does not wait.
     virtual void navigateNow() = 0;
     virtual bool isWaiting() const = 0;
+    /// Of the page, and while the control waits what it was given.
+    virtual PageState pageState(StateDepth depth = StateDepth::All) const = 0;
+    /// Whether the page may be given up while nobody looks at it.
+    virtual SleepLimit maySleep() const { return SleepLimit::Nothing; }
     virtual bool goBack() = 0;
     virtual bool goForward() = 0;
     /// The pages Back and Forward would come to, in the order of the history.

@@ -5,13 +5,14 @@
 #include "WindowTabs.h"
 
 BrowserWindow *openBrowserWindow(Frame &frame, const QString &url, WindowState state,
-                                 Loading loading)
+                                 Loading loading, const PageState &pageState)
 {
     if (const InnerWindow *active = activeInner(frame))
         frame.windowTabs().setPressed(active->tabKey(), false);
 
     auto *form = new BrowserWindow(frame);
     form->startingLoad = loading;
+    form->startingState = pageState;
     form->startingAddress = url.isEmpty() ? Settings::homeUrl.read() : url;
     form->browser()->setSilent(frame.isOn(Settings::suppressScriptErrors));
     frame.adopt(form);

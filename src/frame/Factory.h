@@ -7,9 +7,10 @@
 
 /// The only way windows are made for the user: a new browser window on `url` (empty: the home
 /// page), its tab the pressed one.
-/// With `Later` its page waits (`WebBrowser::navigateLater`).
+/// With `Later` and `Asleep` its page waits (`WebBrowser::navigateLater`), and comes with
+/// `pageState`.
 BrowserWindow *openBrowserWindow(Frame &frame, const QString &url, WindowState state,
-                                 Loading loading = Loading::Now);
+                                 Loading loading = Loading::Now, const PageState &pageState = {});
 
 /// Sends the active window to `url`. Where that has no page, a new one opens; the first window
 /// comes up maximized.

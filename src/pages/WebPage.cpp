@@ -173,6 +173,7 @@ void WebPage::noteArrival()
 {
     m_placeWish.noteArrival();
     m_insecureForms->forget();
+    m_hasTyped = false;
     const QString scheme = url().scheme();
     m_mayAskAgain = !m_sendsForm || (scheme != "http"_L1 && scheme != "https"_L1);
     emit arrived();
@@ -251,6 +252,8 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
     } else if (told->what == "edit"_L1) {
         m_editableFocus = told->value != "none"_L1;
         m_richFocus = told->value == "rich"_L1;
+    } else if (told->what == "typed"_L1) {
+        noteTyped();
     } else if (told->what == "unfocused"_L1) {
         emit focusMissed();
     } else if (told->what == "column"_L1) {

@@ -87,6 +87,9 @@ public:
     InsecureForms &insecureForms() { return *m_insecureForms; }
     /// What the page may do that its user must allow.
     PagePermissions &permissions() { return *m_permissions; }
+    /// The user has typed something into the page since it came, or into what it came back from.
+    bool hasTyped() const { return m_hasTyped; }
+    void noteTyped() { m_hasTyped = true; }
     /// A page that took over the contents of a request for a window has lost its interceptor.
     void renewInterceptor();
     /// The focused element of the page takes text.
@@ -185,6 +188,7 @@ private:
     bool m_sendsForm = false;
     bool m_awaitsAnswer = false;
     bool m_leavesTrace = true;
+    bool m_hasTyped = false;
     int m_navigation = 0;
     /// Of the error that is about to be reported; 0: unknown.
     int m_errorColumn = 0;

@@ -19,6 +19,7 @@
 #include <QKeyEvent>
 #include <QMdiArea>
 #include <QMenu>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -58,6 +59,8 @@ BrowserWindow::BrowserWindow(Frame &frame)
                 if (activated && m_loaded && !m_unloaded) {
                     pressTab();
                     m_frame.setAddressText(shownAddress());
+                    // May run inside the engine.
+                    QTimer::singleShot(0, this, &BrowserWindow::wake);
                 }
                 // What was left undone in the meantime; the client area may have kept its size.
                 if ((before & Qt::WindowMinimized) && !(now & Qt::WindowMinimized))
@@ -122,7 +125,8 @@ void BrowserWindow::load()
         if (startingLoad == Loading::Now)
             m_browser->navigate(startingAddress);
         else
-            m_browser->navigateLater(startingAddress);
+            m_browser->navigateLater(startingAddress, startingState);
+        m_isAsleep = startingLoad == Loading::Asleep;
         m_frame.setAddressText(startingAddress);
         m_opening = std::exchange(startingAddress, {});
     } else if (isPopup) {
@@ -132,6 +136,13 @@ void BrowserWindow::load()
     // Known at once where there was nothing to load.
     if (m_named)
         showTitle();
+}
+
+void BrowserWindow::wake()
+{
+    if (isAsleep() && !m_unloaded)
+        m_browser->navigateNow();
+    m_isAsleep = false;
 }
 
 /// Where loading has ended, whatever came of it, the tab does not go on saying that it loads.

@@ -13,8 +13,15 @@ class QWidget;
 class StatusStrip;
 class ScriptErrorsDialog;
 
-/// When a window loads its starting address: as it loads itself, or when its turn comes.
-enum class Loading { Now, Later };
+/// When a window loads its starting address.
+enum class Loading {
+    /// As it loads itself.
+    Now,
+    /// When whoever opened it says so.
+    Later,
+    /// When it is gone to: it begins asleep.
+    Asleep
+};
 
 /// The inner window that shows one web page: engine control, status bar, and their reflection in
 /// the window's tab and the shared address bar. The creator sets the public members, hands the
@@ -30,6 +37,8 @@ public:
     QString startingAddress;
     /// Later: the window comes up at the address without its page.
     Loading startingLoad = Loading::Now;
+    /// What its page comes with, where that waits.
+    PageState startingState;
     /// True from a page's request for this window until its first navigation.
     bool isPopup = false;
 
@@ -51,6 +60,11 @@ public:
     /// event reaches it when this returns; the object itself goes later.
     void unload();
     bool isUnloaded() const { return m_unloaded; }
+
+    /// Its page has been given up, and comes as soon as the window is gone to.
+    bool isAsleep() const { return m_isAsleep && m_browser->isWaiting(); }
+    /// The page of a sleeping window comes in its place. Never inside an engine callback.
+    void wake();
 
     void setVisible(bool visible) override;
 
@@ -126,6 +140,7 @@ private:
     bool m_named = false;
     bool m_loaded = false;
     bool m_unloaded = false;
+    bool m_isAsleep = false;
 };
 
 /// The frame's active browser window; null when there is none.

@@ -41,10 +41,11 @@ public:
         navigated.append(url);
     }
     void navigateForPage(const QString &url) override { navigatedForPage.append(url); }
-    void navigateLater(const QString &url) override
+    void navigateLater(const QString &url, const PageState &value) override
     {
         ++waits;
         waiting = true;
+        state = value;
         location = url;
     }
     void navigateNow() override
@@ -53,6 +54,8 @@ public:
             navigate(location);
     }
     bool isWaiting() const override { return waiting; }
+    PageState pageState(StateDepth) const override { return state; }
+    SleepLimit maySleep() const override { return sleepLimit; }
     bool goBack() override { return ++backs, canGoBack; }
     bool goForward() override { return ++forwards, canGoForward; }
     QList<HistoryStep> historySteps() const override { return history; }
@@ -107,6 +110,8 @@ public:
     QString location;
     QString markup;
     QVariant result;
+    PageState state;
+    SleepLimit sleepLimit = SleepLimit::Nothing;
     WindowRequest request;
     Arrival arrival = Arrival::ByStep;
     int backs = 0;

@@ -57,6 +57,14 @@
             element = element.shadowRoot.activeElement;
         return element;
     };
+    // What the user enters would be lost with the page.
+    let isTyped = false;
+    addEventListener('input', (event) => {
+        if (event.isTrusted && !isTyped) {
+            isTyped = true;
+            tell('typed', '');
+        }
+    }, true);
     // A field that only the window takes the keyboard from stays the one to edit: a menu or a side
     // bar has it meanwhile. Another frame of the page tells of its own when it gets it.
     addEventListener('focusin', (event) => {

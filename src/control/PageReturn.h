@@ -1,0 +1,37 @@
+#pragma once
+
+#include "WebBrowser.h"
+
+#include <QUrl>
+
+class NavigationHistory;
+class WebPage;
+
+/// How a page that was given up comes back as it was: what it is to come back with is known here
+/// from the time it is waited for until it is there.
+class PageReturn {
+public:
+    /// What `page` would need.
+    static PageState stateOf(WebPage &page, const NavigationHistory &history, StateDepth depth);
+
+    /// The page at `url` is to come with `state`.
+    void await(const QString &url, const PageState &state);
+    bool isAwaited() const { return m_isAwaited; }
+    const PageState &state() const { return m_state; }
+    /// Gives a page that has shown nothing yet what does not come by its load, and has the engine
+    /// load it out of its history; false: there is none, and its address is to be loaded.
+    bool bring(WebPage &page);
+    /// A page is shown at `address`.
+    void pageCame(WebPage &page, const QString &address, NavigationHistory &history);
+    /// It is there, or is not to come any more.
+    void forget();
+
+private:
+    void scroll(WebPage &page) const;
+
+    QUrl m_url;
+    PageState m_state;
+    /// Of the history, those that are passed over.
+    QList<int> m_skipped;
+    bool m_isAwaited = false;
+};
