@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QFileInfo>
+#include <algorithm>
 #include <cstdio>
 
 #include "AllCommands.h"
@@ -9,14 +10,34 @@
 #include "DownloadStore.h"
 #include "EndRequests.h"
 #include "EngineStart.h"
+#include "HandOver.h"
+#include "LaterStarts.h"
 #include "MainWindow.h"
 #include "ProgramInfo.h"
 #include "StartCleaning.h"
+#include "StartListener.h"
+#include "StartRequest.h"
 #include "StartUp.h"
 
 namespace {
 
-int runFrame()
+/// What the toolkit and the engine are told by "-" they are told at a start of their own.
+bool isForTheToolkit(const QString &argument)
+{
+    return argument.startsWith(u'-');
+}
+
+HandOver handOver(int argc, char **argv)
+{
+    // No display is needed for this.
+    const QCoreApplication app(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (std::any_of(arguments.cbegin(), arguments.cend(), isForTheToolkit))
+        return {false, StartPlace::take()};
+    return HandOver::attempt(StartRequest::ofThisStart(arguments.join(u' ')));
+}
+
+int runFrame(StartListener &laterStarts)
 {
     MainWindow frame;
     followEndRequests(frame);
@@ -29,7 +50,10 @@ int runFrame()
     if (frame.isClosed())
         return 0;
     startCleaning();
-    return QCoreApplication::exec();
+    followLaterStarts(frame, laterStarts);
+    const int status = QCoreApplication::exec();
+    laterStarts.end();
+    return status;
 }
 
 void print(int argc, char **argv)
@@ -49,6 +73,9 @@ int main(int argc, char **argv)
         print(argc, argv);
         return 0;
     }
+    HandOver start = handOver(argc, argv);
+    if (start.isDone)
+        return 0;
     chooseRenderingBackend();
     QApplication app(argc, argv);
     QCoreApplication::setApplicationName(ProgramInfo::title());
@@ -58,9 +85,10 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "%s\n", qPrintable(why));
         return 1;
     }
+    StartListener laterStarts(std::move(start.place));
     startEngine();
     warmUpEngine();
-    const int status = runFrame();
+    const int status = runFrame(laterStarts);
     stopEngine();
     return status;
 }

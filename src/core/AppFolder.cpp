@@ -1,6 +1,7 @@
 #include "AppFolder.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -28,6 +29,15 @@ QString path()
 void setPath(const QString &folder)
 {
     chosenFolder = folder;
+}
+
+QString mark()
+{
+    const QFileInfo folder(path());
+    const QString canonical = folder.canonicalFilePath();
+    const QByteArray name = (canonical.isEmpty() ? folder.absoluteFilePath() : canonical).toUtf8();
+    const QByteArray hash = QCryptographicHash::hash(name, QCryptographicHash::Sha256).toHex();
+    return QString::fromLatin1(hash.first(16));
 }
 
 QString appData(const QString &name)

@@ -8,6 +8,9 @@ namespace AppFolder {
 /// Without a trailing slash; the executable's folder unless a test set another.
 QString path();
 void setPath(const QString &folder);
+/// Sixteen letters that stand for the folder, however it is reached: what is kept of it elsewhere
+/// is named by them.
+QString mark();
 /// `name` in the folder AppData.
 QString appData(const QString &name);
 /// Settings.ini: fixed by the start-up routine, empty before.

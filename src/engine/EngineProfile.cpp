@@ -11,7 +11,6 @@
 #include "PageScripts.h"
 #include "RefusedAddress.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QLockFile>
 #include <QStandardPaths>
@@ -27,14 +26,10 @@ CookieList *theCookies = nullptr;
 QList<ProfileFollower> theFollowers;
 bool scriptsMayOpenWindows = true;
 
-/// Two application folders are two browsers, however a folder is reached.
+/// Two application folders are two browsers.
 QString profileName()
 {
-    const QFileInfo folder(AppFolder::path());
-    const QString canonical = folder.canonicalFilePath();
-    const QByteArray path = (canonical.isEmpty() ? folder.absoluteFilePath() : canonical).toUtf8();
-    const QByteArray hash = QCryptographicHash::hash(path, QCryptographicHash::Sha256).toHex();
-    return u"folder-"_s + QString::fromLatin1(hash.first(16));
+    return u"folder-"_s + AppFolder::mark();
 }
 
 /// Takes the stored data for this process; false while another process has it.

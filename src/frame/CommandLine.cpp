@@ -59,6 +59,13 @@ QString startAddress(const QString &text, const QString &folder)
     return QUrl::fromLocalFile(file.absoluteFilePath()).toString(QUrl::FullyEncoded);
 }
 
+QString startAddressElsewhere(const QString &text, const QString &folder)
+{
+    const QString address = startAddress(text, folder);
+    const QFileInfo profile(QDir(folder), address);
+    return isProfileName(address) && profile.isFile() ? profile.absoluteFilePath() : address;
+}
+
 bool asksForWords(QByteArrayView argument)
 {
     return argument == help || argument == version;

@@ -11,6 +11,9 @@ QString unquoted(const QString &commandLine);
 /// current one), else the text as it stands.
 QString startAddress(const QString &text, const QString &folder);
 
+/// The same for a start that was made in another folder than this program's.
+QString startAddressElsewhere(const QString &text, const QString &folder);
+
 /// True for "--help" and "--version", for which the program prints `commandLineAnswer` and ends.
 bool asksForWords(QByteArrayView argument);
 /// `program` is how it was called. Needs no display.

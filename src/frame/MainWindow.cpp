@@ -242,16 +242,21 @@ void MainWindow::load()
         showSplash(this);
     letPendingEventsRun();
     loadBlockedList();
-    openFirstWindow();
+    openStart(m_commandLine, WindowState::Maximized);
 }
 
-void MainWindow::openFirstWindow()
+void MainWindow::openStart(const QString &address, WindowState state)
 {
-    if (!isProfileName(m_commandLine))
-        openBrowserWindow(m_commandLine, WindowState::Maximized);
-    else if (!openProfile(m_commandLine, true) || (isVisible() && !activeChild()))
+    if (!isProfileName(address))
+        openBrowserWindow(address, state);
+    else if (!openProfile(address, true) || (isVisible() && !activeChild()))
         // Also for a profile that counts addresses and holds none: the frame would stay empty.
-        openBrowserWindow(m_commandLine, WindowState::AsOthers);
+        openBrowserWindow(address, WindowState::AsOthers);
+}
+
+void MainWindow::openAlso(const QString &text, const QString &folder)
+{
+    openStart(startAddressElsewhere(unquoted(text), folder), newWindowState());
 }
 
 void MainWindow::translate()

@@ -43,6 +43,12 @@ public:
     using ProfileOpener = std::function<bool(const QString &file, bool quiet)>;
     void setProfileOpener(const ProfileOpener &opener) { m_profileOpener = opener; }
 
+    /// As at the start of the program, in a window besides: opens what `text` names, relative to
+    /// `folder`.
+    void openAlso(const QString &text, const QString &folder);
+    /// Whatever it was covered by or put away as.
+    void comeToFront();
+
     // StartUpFrame
     void load() override;
     void translate() override;
@@ -76,10 +82,9 @@ private:
     void makeBands();
     void connectAddressBar();
     void connectDownloads();
-    void comeToFront();
     void registerCommands();
     void joinPlaces();
-    void openFirstWindow();
+    void openStart(const QString &address, WindowState state);
     void navigateToAddress();
     void restoreAddress();
     void unloadForms();
