@@ -31,6 +31,7 @@ QString usage(const QString &program)
         + texts.at<"strOpens",
                    "Opens the address, the file or every address of the profile; without any, the "
                    "home page.">()
+        + u'\n' + texts.at<"strOpensThere", "Where Orvane runs already, it is opened there.">()
         + "\n\n"_L1 + option(QString::fromLatin1(help), texts.at<"strHelp", "Shows this text">())
         + option(QString::fromLatin1(version), texts.at<"strVersion", "Shows the version">());
 }

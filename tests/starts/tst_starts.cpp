@@ -443,7 +443,10 @@ void tst_Starts::otherUsersAreRefused()
         ::_exit(isIn ? int(isAnswered) : 2);
     }
     int status = 0;
-    const auto hasEnded = [&status, child] { return ::waitpid(child, &status, WNOHANG) == child; };
+    bool isOver = false;
+    const auto hasEnded = [&] {
+        return isOver = isOver || ::waitpid(child, &status, WNOHANG) == child;
+    };
     QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), 30'000);
     QCOMPARE(WEXITSTATUS(status), 0);
     QVERIFY(m_heard.isEmpty());
