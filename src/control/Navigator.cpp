@@ -79,6 +79,7 @@ void Navigator::watch(WebPage *page, WebView *view, QObject *bond)
             [this](const QWebEngineLoadingInfo &info) { noteLoading(info); });
     connect(page, &QWebEnginePage::urlChanged, bond,
             [this] { m_teller.tell(m_state.urlChanged(place())); });
+    connect(page, &QWebEnginePage::scrollPositionChanged, bond, [this] { m_return.noteScroll(); });
     connect(page, &WebPage::documentStarted, bond, [this](const QString &address) {
         m_teller.tell(m_state.documentStarted(address, place()));
     });
@@ -151,9 +152,11 @@ void Navigator::comeBack()
 
 PageState Navigator::pageState(StateDepth depth) const
 {
-    return m_life.page() && !m_return.isAwaited()
-        ? PageReturn::stateOf(*m_life.page(), m_history, depth)
-        : m_return.state();
+    if (!m_life.page() || m_return.isAwaited())
+        return m_return.state();
+    PageState state = PageReturn::stateOf(*m_life.page(), m_history, depth);
+    state.scroll = m_return.untoldScroll().value_or(state.scroll);
+    return state;
 }
 
 void Navigator::adopt(const QUrl &url)

@@ -80,6 +80,7 @@ bool PageReturn::bring(WebPage &page)
 
 void PageReturn::pageCame(WebPage &page, const QString &address, NavigationHistory &history)
 {
+    m_untoldScroll.reset();
     if (!m_isAwaited)
         return;
     if (!Addresses::isSamePage(QUrl(address), m_url)) {
@@ -89,6 +90,7 @@ void PageReturn::pageCame(WebPage &page, const QString &address, NavigationHisto
     history.skip(&page, m_skipped);
     if (m_state.hasTyped)
         page.noteTyped();
+    m_untoldScroll = m_state.scroll;
     scroll(page);
 }
 

@@ -3,6 +3,7 @@
 #include "WebBrowser.h"
 
 #include <QUrl>
+#include <optional>
 
 class NavigationHistory;
 class WebPage;
@@ -25,6 +26,10 @@ public:
     void pageCame(WebPage &page, const QString &address, NavigationHistory &history);
     /// It is there, or is not to come any more.
     void forget();
+    /// Where a page that came back is, until it tells of that itself: one that nobody sees scrolls
+    /// without a word.
+    const std::optional<QPoint> &untoldScroll() const { return m_untoldScroll; }
+    void noteScroll() { m_untoldScroll.reset(); }
 
 private:
     void scroll(WebPage &page) const;
@@ -34,4 +39,5 @@ private:
     /// Of the history, those that are passed over.
     QList<int> m_skipped;
     bool m_isAwaited = false;
+    std::optional<QPoint> m_untoldScroll;
 };

@@ -72,14 +72,14 @@ WriteResult Number::write(qint64 value) const
     return Settings::write({entry(value)});
 }
 
-QString Text::read() const
+QString Text::read(int position) const
 {
-    return stored(*this, missing());
+    return stored(*this, missing(), position);
 }
 
-IniEntry Text::entry(const QString &text) const
+IniEntry Text::entry(const QString &text, int position) const
 {
-    return entryOf(*this, text);
+    return entryOf(*this, text, position);
 }
 
 WriteResult write(const QList<IniEntry> &entries)

@@ -56,8 +56,8 @@ struct Text {
     const char *key;
     QString (*missing)();
 
-    QString read() const;
-    IniEntry entry(const QString &text) const;
+    QString read(int position = 0) const;
+    IniEntry entry(const QString &text, int position = 0) const;
 };
 
 using enum Form;
@@ -65,6 +65,8 @@ using enum Form;
 inline constexpr Text homeUrl{"Settings", "Home-URL", ProgramInfo::homeUrl};
 /// Where the user last chose a file for a page.
 inline constexpr Text uploadFolder{"Settings", "UploadFolder", [] { return QString(); }};
+/// A profile's file; the position, from 1, is how many were used after it.
+inline constexpr Text recentProfile{"RecentProfiles", "File", [] { return QString(); }};
 inline constexpr Text language{"Options", "Language", [] { return QStringLiteral("English"); }};
 
 // clang-format off
@@ -96,6 +98,9 @@ inline constexpr Switch addressBar{
 inline constexpr Switch searchBar{
     "View", "SearchBar", TrueFalse, false, "mnuViewSearchBar"};
 // clang-format on
+
+/// The kind of profile that was saved last.
+inline constexpr Switch profileWithWindows{"Settings", "ProfileWithWindows", TrueFalse, false};
 
 /// 1: at the top, 2: at the bottom.
 inline constexpr Number align{"ToolBar", "Align", 1};

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "BrowserWindow.h"
+#include "Desk.h"
 #include "Frame.h"
 
 /// The only way windows are made for the user: a new browser window on `url` (empty: the home
@@ -11,6 +12,10 @@
 /// `pageState`.
 BrowserWindow *openBrowserWindow(Frame &frame, const QString &url, WindowState state,
                                  Loading loading = Loading::Now, const PageState &pageState = {});
+
+/// A window as a desk has it, at its place, in its normal state. `loading` is not `Now`.
+BrowserWindow *openDeskWindow(Frame &frame, const DeskWindow &window,
+                              Loading loading = Loading::Later);
 
 /// Sends the active window to `url`. Where that has no page, a new one opens; the first window
 /// comes up maximized.

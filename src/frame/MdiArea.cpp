@@ -61,6 +61,7 @@ void MdiArea::adopt(QMdiSubWindow *child)
     child->setStyle(m_titleBarStyle);
     if (!placed)
         child->setGeometry(cascadePlace(m_adopted++));
+    notePlace(child);
     connect(child, &QMdiSubWindow::windowStateChanged, viewport(), [this, child] {
         QWidget *buttons = child->maximizedButtonsWidget();
         if (buttons && buttons->style() != m_titleBarStyle)
@@ -74,12 +75,14 @@ void MdiArea::adopt(QMdiSubWindow *child)
     }
     // The base class cuts all connections from a leaving child to itself.
     connect(child, &QObject::destroyed, viewport(), [this](QObject *gone) {
+        m_places.remove(gone);
         m_reportedIsGone = m_reportedIsGone || gone == m_reported;
         viewport()->update();
         noteActiveSoon();
     });
     CoveredWindows::follow(*child);
     child->installEventFilter(this);
+    emit adopted(child);
 }
 
 QMdiSubWindow *MdiArea::activeChild() const
@@ -145,8 +148,11 @@ void MdiArea::noteActiveSoon()
 
 bool MdiArea::eventFilter(QObject *watched, QEvent *event)
 {
+    const bool places = event->type() == QEvent::Move || event->type() == QEvent::Resize;
+    if (places)
+        notePlace(qobject_cast<QMdiSubWindow *>(watched));
     // The base class reckons the scroll bars anew, from all children.
-    if (m_walking && (event->type() == QEvent::Move || event->type() == QEvent::Resize))
+    if (m_walking && places)
         return false;
     if (event->type() == QEvent::Show || event->type() == QEvent::Hide) {
         viewport()->update();
@@ -237,6 +243,44 @@ void MdiArea::restore(QMdiSubWindow *child)
             forms.append(other);
     }
     setStates(forms, Qt::WindowNoState);
+}
+
+QPoint MdiArea::scrolled() const
+{
+    return {horizontalScrollBar()->value(), verticalScrollBar()->value()};
+}
+
+/// A child takes on another state before it moves to the place of that.
+void MdiArea::notePlace(const QMdiSubWindow *child)
+{
+    if (child && !child->isMinimized() && !child->isMaximized())
+        m_places.insert(child, normalPlace(child));
+}
+
+QRect MdiArea::normalPlace(const QMdiSubWindow *child) const
+{
+    const bool isNormal = !child->isMinimized() && !child->isMaximized();
+    return isNormal ? child->geometry().translated(scrolled()) : m_places.value(child);
+}
+
+void MdiArea::putBack(const QList<QMdiSubWindow *> &children,
+                      const QList<QMdiSubWindow *> &minimized, QMdiSubWindow *active,
+                      bool isMaximized)
+{
+    if (!minimized.isEmpty())
+        changeStates(minimized, [](const QWidget *child) {
+            return child->windowState() | Qt::WindowMinimized;
+        });
+    setActiveSubWindow(active);
+    if (isMaximized)
+        active->showMaximized();
+    // Last: a minimized child that is no longer active goes behind the others.
+    viewport()->setUpdatesEnabled(false);
+    for (QMdiSubWindow *child : children)
+        child->raise();
+    viewport()->setUpdatesEnabled(true);
+    arrangeIcons();
+    keepFocus();
 }
 
 int MdiArea::cascadeStep() const

@@ -2,6 +2,7 @@
 
 #include "MdiArrange.h"
 
+#include <QHash>
 #include <QMdiArea>
 #include <QPointer>
 #include <functional>
@@ -35,10 +36,20 @@ public:
     /// Gives a minimized child the normal state. The children are maximized all or none: where
     /// one is, this ends it.
     void restore(QMdiSubWindow *child);
+    /// Where a child is in its normal state, or was last, pixels from the upper left corner of what
+    /// the area shows unscrolled.
+    QRect normalPlace(const QMdiSubWindow *child) const;
+    /// Children in their normal state, given from back to front, come before all others in that
+    /// order; some of them minimized, and one active, perhaps maximized. No other becomes active on
+    /// the way.
+    void putBack(const QList<QMdiSubWindow *> &children, const QList<QMdiSubWindow *> &minimized,
+                 QMdiSubWindow *active, bool isMaximized);
     /// Gives the keyboard to the contents of the active child; while none is in sight, to the area.
     void takeFocus();
 
 signals:
+    /// A child has come, which is not shown yet and so not active.
+    void adopted(QMdiSubWindow *child);
     /// Null when the last child has gone. Not sent when merely the frame loses the focus.
     void activeChildChanged(QMdiSubWindow *child);
 
@@ -60,6 +71,9 @@ private:
     using WantedState = std::function<Qt::WindowStates(const QWidget *)>;
     void setStates(const QList<QWidget *> &forms, Qt::WindowStates state);
     void changeStates(const QList<QMdiSubWindow *> &children, const WantedState &wanted);
+    /// How far the area is scrolled.
+    QPoint scrolled() const;
+    void notePlace(const QMdiSubWindow *child);
     /// The place of a cascade after `index` others.
     QRect cascadePlace(int index) const;
     /// How far each window of a cascade stands from the one before.
@@ -68,6 +82,8 @@ private:
     QRect arrangeIcons();
 
     QPointer<QMdiSubWindow> m_active;
+    /// The places of children in their normal state; the keys are never used as windows.
+    QHash<const QObject *, QRect> m_places;
     /// What was last reported; compared only, never used as a window.
     const QObject *m_reported = nullptr;
     bool m_reportedIsGone = false;

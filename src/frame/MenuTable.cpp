@@ -35,6 +35,10 @@ constexpr auto table = std::to_array<MenuEntry>({
     {1, Item, "mnuFilePrintPreview", "Print P&review", {.need = Page}},
     {1, Separator, "mnuFileBar4", "-"},
     {1, Item, "mnuFileExit", "E&xit"},
+    {1, Separator, "mnuFileBar5", "-"},
+    {1, Menu, "mnuFileRecentProfiles", "R&ecent Profiles"},
+    {1, Item, "mnuFileProfileSave", "Sa&ve Profile"},
+    {1, Item, "mnuFileProfileClose", "Close Pro&file"},
 
     {0, Menu, "mnuEdit", "&Edit"},
     {1, Item, "mnuEditUndo", "&Undo", {.need = Page}},

@@ -121,7 +121,8 @@ void BrowserWindow::load()
 {
     Forms::add(this);
     if (!startingAddress.isEmpty()) {
-        setWindowTitle(shownText(::shownAddress(startingAddress)));
+        m_named = !startingTitle.isEmpty();
+        setWindowTitle(shownText(m_named ? startingTitle : ::shownAddress(startingAddress)));
         if (startingLoad == Loading::Now)
             m_browser->navigate(startingAddress);
         else

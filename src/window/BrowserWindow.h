@@ -39,6 +39,8 @@ public:
     Loading startingLoad = Loading::Now;
     /// What its page comes with, where that waits.
     PageState startingState;
+    /// What stands for its title until then, if not its address.
+    QString startingTitle;
     /// True from a page's request for this window until its first navigation.
     bool isPopup = false;
 

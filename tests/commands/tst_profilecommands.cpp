@@ -185,7 +185,11 @@ void tst_ProfileCommands::dialogsAreAskedAsDescribed()
     QCOMPARE(request.owner, m_session->frame.get());
     QCOMPARE(request.title, u"Open A URL Profile"_s);
     QCOMPARE(request.initDir, file(u"Profiles"_s) + u'/');
-    QCOMPARE(request.filters.size(), 1);
+    QCOMPARE(request.filters.size(), saves ? 2 : 1);
+    QCOMPARE(request.filterIndex, 1);
+    QCOMPARE(request.filters.last().description,
+             saves ? u"Profile with windows (*.orp)"_s : u"URL Profiles (*.orp)"_s);
+    QCOMPARE(request.filters.last().patterns, u"*.orp"_s);
     QCOMPARE(request.filters.first().description, u"URL Profiles (*.orp)"_s);
     QCOMPARE(request.filters.first().patterns, u"*.orp"_s);
     QCOMPARE(request.defaultExt, QString());

@@ -77,7 +77,8 @@ void tst_Menus::menuHoldsItsItemsInOrder_data()
            "mnuFileClose|&Close;mnuFileCloseAll|Close &All;mnuFileBar2|-;"
            "mnuFileProperties|Propert&ies;mnuFileBar3|-;mnuFilePageSetup|Page Setup...;"
            "mnuFilePrint|&Print...;mnuFilePrintPreview|Print P&review;mnuFileBar4|-;"
-           "mnuFileExit|E&xit"_s;
+           "mnuFileExit|E&xit;mnuFileBar5|-;mnuFileRecentProfiles|R&ecent Profiles;"
+           "mnuFileProfileSave|Sa&ve Profile;mnuFileProfileClose|Close Pro&file"_s;
     QTest::newRow("new") << u"mnuFileNew"_s
         << u"mnuFileNewCurrent|Current;mnuFileNewBar0|-;mnuFileNewBlankPage|Blank Page;"
            "mnuFileNewHomePage|Home Page;mnuFileNewBar1|-;"
