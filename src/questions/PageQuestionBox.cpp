@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -58,6 +59,16 @@ bool isAnswerKey(const QKeyEvent &event)
         && (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter);
 }
 
+QScrollArea *makeView(QWidget *parent, QWidget *body)
+{
+    auto *view = new QScrollArea(parent);
+    view->setObjectName("scrAll"_L1);
+    view->setFrameShape(QFrame::NoFrame);
+    view->setFocusPolicy(Qt::NoFocus);
+    view->setWidget(body);
+    return view;
+}
+
 /// Side by side, in as many rows as it takes.
 QWidget *makeRows(QWidget *parent)
 {
@@ -72,7 +83,9 @@ PageQuestionBox::PageQuestionBox(const PageQuestion &question, bool offersSilenc
     : QFrame(parent)
     , m_shape(question.shape)
     , m_sight(this, [this] { return vital(); })
-    , m_grid(new QGridLayout(this))
+    , m_body(new QWidget)
+    , m_view(makeView(this, m_body))
+    , m_grid(new QGridLayout(m_body))
 {
     QuestionAccessible::install();
     setObjectName("PageQuestion"_L1);
@@ -84,7 +97,7 @@ PageQuestionBox::PageQuestionBox(const PageQuestion &question, bool offersSilenc
     addHead(question);
     addText(QString(question.text).replace("\r\n"_L1, "\n"_L1));
     if (question.fields) {
-        m_fields = question.fields(this);
+        m_fields = question.fields(m_body);
         m_grid->addWidget(m_fields, fieldsRow, 0);
     }
     addButtons(question);
@@ -92,6 +105,8 @@ PageQuestionBox::PageQuestionBox(const PageQuestion &question, bool offersSilenc
     placeButtons(false);
     setAnswerable(false);
     connect(&m_sight, &SteadySight::changed, this, &PageQuestionBox::setAnswerable);
+    for (const QScrollBar *each : {m_view->verticalScrollBar(), m_view->horizontalScrollBar()})
+        connect(each, &QScrollBar::valueChanged, &m_sight, &SteadySight::beginAnew);
 }
 
 /// All of a strip's text is its name.
@@ -132,14 +147,14 @@ void PageQuestionBox::addHead(const PageQuestion &question)
         addLine("lblAround", around, false);
     auto *head = new QHBoxLayout;
     if (!question.no.isEmpty() && !question.fields)
-        head->addWidget(makeIcon(this), 0, Qt::AlignTop);
+        head->addWidget(makeIcon(m_body), 0, Qt::AlignTop);
     head->addLayout(lines, 1);
     m_grid->addLayout(head, headRow, 0);
 }
 
 QLabel *PageQuestionBox::addLabel(const char *name, const QString &text)
 {
-    auto *label = new QLabel(this);
+    auto *label = new QLabel(m_body);
     label->setObjectName(QLatin1String(name));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
@@ -151,7 +166,8 @@ void PageQuestionBox::addText(const QString &text)
 {
     m_text = addLabel("lblText", text);
     m_text->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    m_scroll = new QScrollArea(this);
+    m_scroll = new QScrollArea(m_body);
+    m_scroll->setObjectName("scrText"_L1);
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scroll->setFocusPolicy(Qt::NoFocus);
@@ -164,13 +180,14 @@ void PageQuestionBox::addText(const QString &text)
 void PageQuestionBox::addButtons(const PageQuestion &question)
 {
     using Answer = PageQuestion::Answer;
-    m_buttons = makeRows(this);
+    m_buttons = makeRows(m_body);
     const auto add = [this](const char *name, const QString &caption, Answer given) {
         auto *button = new QPushButton(QString(caption).replace(u'&', "&&"_L1), m_buttons);
         button->setObjectName(QLatin1String(name));
         button->setAccessibleName(caption);
         button->setAutoDefault(false);
-        connect(button, &QPushButton::clicked, this, [this, given] { answer(given); });
+        connect(button, &QPushButton::clicked, this,
+                [this, given, button] { answer(given, button); });
         m_buttons->layout()->addWidget(button);
         return button;
     };
@@ -183,7 +200,7 @@ void PageQuestionBox::addButtons(const PageQuestion &question)
 
 void PageQuestionBox::addTicks(const PageQuestion &question, bool offersSilence)
 {
-    m_ticks = makeRows(this);
+    m_ticks = makeRows(m_body);
     const auto add = [this](const Text &caption) {
         auto *tick = captioned<QCheckBox>(caption, m_ticks);
         tick->setAccessibleName(tick->text());
@@ -233,7 +250,7 @@ void PageQuestionBox::keyPressEvent(QKeyEvent *event)
     if (event->key() != Qt::Key_Escape)
         pressFocused();
     else
-        (m_no ? m_no : m_yes)->click();
+        emit answered(m_no ? PageQuestion::Answer::No : PageQuestion::Answer::Yes);
 }
 
 void PageQuestionBox::pressFocused()
@@ -244,9 +261,14 @@ void PageQuestionBox::pressFocused()
         m_yes->click();
 }
 
-void PageQuestionBox::answer(PageQuestion::Answer answer)
+/// What the user does not see he is shown first.
+void PageQuestionBox::answer(PageQuestion::Answer answer, QWidget *button)
 {
-    if (isAnswerable())
+    if (!isAnswerable())
+        return;
+    if (m_isScrolled && !isInView(button))
+        m_view->ensureWidgetVisible(button, 0, 0);
+    else
         emit answered(answer);
 }
 

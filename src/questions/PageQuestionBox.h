@@ -25,8 +25,9 @@ public:
     /// `offersSilence`: with a box to tick against further questions.
     PageQuestionBox(const PageQuestion &question, bool offersSilence, QWidget *parent);
 
-    /// Places itself into a client area of that size, pixels: not over more than half of it, if
-    /// that is enough; a long text is scrolled.
+    /// Places itself into a client area of that size, pixels. Not over more than half of it, if
+    /// that is enough for all but a long text, which is scrolled. All of it is where there is no
+    /// room even for that, from the one who asks on.
     void fitInto(const QSize &room);
     /// The client area that holds all of it, with a line of the text.
     QSize leastRoom() const;
@@ -60,13 +61,18 @@ private:
     void addButtons(const PageQuestion &question);
     void addTicks(const PageQuestion &question, bool offersSilence);
     void placeButtons(bool beside);
+    QSize layOutBody(int width, int most);
+    bool isInView(const QWidget *widget) const;
     QRegion vital() const;
     void setAnswerable(bool on);
-    void answer(PageQuestion::Answer answer);
+    void answer(PageQuestion::Answer answer, QWidget *button);
     void pressFocused();
 
     const PageQuestion::Shape m_shape;
     SteadySight m_sight;
+    /// All that is seen, in a view that is smaller where there is no room for it.
+    QWidget *m_body = nullptr;
+    QScrollArea *m_view = nullptr;
     QGridLayout *m_grid = nullptr;
     /// Or the headline, where nobody is named.
     QLabel *m_asker = nullptr;
@@ -82,4 +88,6 @@ private:
     /// Had the keyboard before the buttons were taken out of use.
     QPointer<QWidget> m_focusLater;
     bool m_keepsFocus = false;
+    /// There is no room for all of it.
+    bool m_isScrolled = false;
 };

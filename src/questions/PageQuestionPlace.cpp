@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 
 namespace {
 /// Pixels.
@@ -15,6 +16,8 @@ constexpr int leastLine = 32;
 constexpr int rowOfButtonsBelow = 4;
 /// Of the text, always seen.
 constexpr int leastLines = 3;
+/// Letters of a strip's text that is always seen whole: what matters in it may come last.
+constexpr qsizetype longestSeenWhole = 1000;
 }
 
 void PageQuestionBox::placeButtons(bool beside)
@@ -26,39 +29,80 @@ void PageQuestionBox::placeButtons(bool beside)
         m_grid->addWidget(m_buttons, rowOfButtonsBelow, 0);
 }
 
-void PageQuestionBox::fitInto(const QSize &room)
+/// Gives the parts their places in `width`, the text so much room that all of it takes no more than
+/// `most`, and returns what it takes; all without the frame.
+QSize PageQuestionBox::layOutBody(int width, int most)
 {
     const bool isStrip = m_shape == PageQuestion::Shape::Strip;
-    const int width = isStrip ? room.width() : qMin(room.width(), widestBox);
     const int line = m_text->fontMetrics().averageCharWidth() * leastLine;
     const int buttons = m_buttons->sizeHint().width() + m_grid->horizontalSpacing();
     const QMargins around = m_grid->contentsMargins();
-    const int inside = width - around.left() - around.right() - 2 * frameWidth();
-    const bool beside = isStrip && inside >= line + buttons;
+    const int margins = around.left() + around.right();
+    const bool beside = isStrip && width - margins >= line + buttons;
     placeButtons(beside);
+    const int taken = qMax(width, m_grid->totalMinimumSize().width());
+    const int inside = taken - margins - (beside ? buttons : 0);
     // Without a text it is negative.
-    const int wanted = qMax(0, m_text->heightForWidth(qMax(1, beside ? inside - buttons : inside)));
+    const int wanted = qMax(0, m_text->heightForWidth(qMax(1, inside)));
     m_scroll->setFixedHeight(0);
     m_grid->activate();
-    const int others = m_grid->totalHeightForWidth(width);
-    const int most = isStrip ? room.height() / 2 : room.height();
-    const int least = qMin(wanted, leastLines * m_text->fontMetrics().lineSpacing());
+    const int others = m_grid->totalHeightForWidth(taken);
+    const bool isSeenWhole = isStrip && m_text->text().size() <= longestSeenWhole;
+    const int least =
+        isSeenWhole ? wanted : qMin(wanted, leastLines * m_text->fontMetrics().lineSpacing());
     m_scroll->setFixedHeight(qMax(least, qMin(most - others, wanted)));
     m_scroll->setVerticalScrollBarPolicy(wanted > m_scroll->height() ? Qt::ScrollBarAsNeeded
                                                                      : Qt::ScrollBarAlwaysOff);
     m_grid->activate();
-    setGeometry((room.width() - width) / 2, 0, width, m_grid->totalHeightForWidth(width));
+    return {taken, m_grid->totalHeightForWidth(taken)};
+}
+
+void PageQuestionBox::fitInto(const QSize &room)
+{
+    const bool isStrip = m_shape == PageQuestion::Shape::Strip;
+    const int frame = 2 * frameWidth();
+    const int width = isStrip ? room.width() : qMin(room.width(), widestBox);
+    const int most = (isStrip ? room.height() / 2 : room.height()) - frame;
+    QSize body = layOutBody(width - frame, most);
+    const int bar = m_view->verticalScrollBar()->sizeHint().width();
+    const bool isTooWide = body.width() + frame > width;
+    const bool isTooHigh = body.height() + frame + (isTooWide ? bar : 0) > room.height();
+    if (isTooHigh)
+        body = layOutBody(width - frame - bar, most);
+    const bool hasBarBelow = body.width() + frame + (isTooHigh ? bar : 0) > width;
+    m_isScrolled = isTooHigh || hasBarBelow;
+    const int height = qMin(room.height(), body.height() + frame + (hasBarBelow ? bar : 0));
+    m_view->setVerticalScrollBarPolicy(isTooHigh ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+    m_view->setHorizontalScrollBarPolicy(hasBarBelow ? Qt::ScrollBarAlwaysOn
+                                                     : Qt::ScrollBarAlwaysOff);
+    m_body->resize(body);
+    setGeometry((room.width() - width) / 2, 0, width, height);
+    m_view->setGeometry(contentsRect());
+    m_view->verticalScrollBar()->setValue(0);
+    m_view->horizontalScrollBar()->setValue(0);
 }
 
 QSize PageQuestionBox::leastRoom() const
 {
-    const QSize least = m_grid->totalMinimumSize();
-    return {least.width(), m_grid->totalHeightForWidth(qMax(width(), least.width()))};
+    const int frame = 2 * frameWidth();
+    const int width = qMax(m_body->width(), m_grid->totalMinimumSize().width());
+    return {m_grid->totalMinimumSize().width() + frame, m_grid->totalHeightForWidth(width) + frame};
 }
 
-/// Who asks, and what is pressed.
+/// As much of it as there is room for.
+bool PageQuestionBox::isInView(const QWidget *widget) const
+{
+    const QWidget *view = m_view->viewport();
+    const QRect place(widget->mapTo(view, QPoint()), widget->size());
+    return (place & view->rect()).size() == place.size().boundedTo(view->size());
+}
+
+/// Who asks, and what is pressed. Where that does not go together, the user himself goes from the
+/// one to the other, and all that is seen of it counts.
 QRegion PageQuestionBox::vital() const
 {
+    if (m_isScrolled)
+        return rect();
     QRegion region;
     const QList<QPushButton *> buttons = m_buttons->findChildren<QPushButton *>();
     for (const QPushButton *each : buttons)

@@ -24,6 +24,13 @@ private slots:
     void pageStandsBelow();
     void longTextLeavesHalfToThePage();
     void tinyWindowGrows();
+    void everyButtonIsReachedWithoutRoom_data();
+    void everyButtonIsReachedWithoutRoom();
+    void escapeAnswersWithoutRoom();
+    void answerOutOfViewIsShownFirst();
+    void windowMadeTinyStartsAtWhoAsks();
+    void endOfAUsualTextIsSeen_data();
+    void endOfAUsualTextIsSeen();
     void buttonsGoBelowWhereItIsNarrow();
     void whoAsksIsNamed_data();
     void whoAsksIsNamed();
@@ -52,6 +59,7 @@ private slots:
 private:
     PageQuestion question(const QString &kind = u"kind"_s);
     PageQuestionBox *ask(const PageQuestion &question);
+    PageQuestionBox *askWithoutRoom(PageQuestion::Shape shape);
     QRect control() const { return m_form->browser()->widget()->geometry(); }
 
     std::unique_ptr<FakeEngine> m_engine;
@@ -96,6 +104,20 @@ PageQuestionBox *tst_QuestionStrip::ask(const PageQuestion &question)
     return PageAsks::shownIn(m_form);
 }
 
+/// Three long buttons, in a frame that the user made tiny.
+PageQuestionBox *tst_QuestionStrip::askWithoutRoom(PageQuestion::Shape shape)
+{
+    m_form->showMaximized();
+    m_frame->window()->resize(150, 110);
+    PageQuestion asked = question();
+    asked.shape = shape;
+    asked.yes = u"Do what the page wants right now"_s;
+    asked.other = u"Do something else, and only once"_s;
+    asked.no = u"Do nothing of what the page wants"_s;
+    asked.text = u"Words of a page that has much to say. "_s.repeated(10);
+    return ask(asked);
+}
+
 /// Nothing of the page is hidden, and nothing of it stands behind the strip.
 void tst_QuestionStrip::pageStandsBelow()
 {
@@ -121,7 +143,7 @@ void tst_QuestionStrip::longTextLeavesHalfToThePage()
     const PageQuestionBox *strip = ask(asked);
     QVERIFY(strip->height() <= m_form->innerHeight() / 2);
     QVERIFY(control().height() > 0);
-    const auto *scroll = strip->findChild<QScrollArea *>();
+    const auto *scroll = strip->findChild<QScrollArea *>(u"scrText"_s);
     QVERIFY(scroll->widget()->height() > scroll->height());
     for (const QPushButton *each : {PageAsks::yes(strip), PageAsks::no(strip)})
         QVERIFY(strip->rect().contains(QRect(each->mapTo(strip, QPoint()), each->size())));
@@ -138,10 +160,118 @@ void tst_QuestionStrip::tinyWindowGrows()
     QCOMPARE(m_replies.size(), 1);
 }
 
+void tst_QuestionStrip::everyButtonIsReachedWithoutRoom_data()
+{
+    QTest::addColumn<PageQuestion::Shape>("shape");
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<PageQuestion::Answer>("answer");
+    using Shape = PageQuestion::Shape;
+    using Answer = PageQuestion::Answer;
+    QTest::newRow("strip, yes") << Shape::Strip << u"cmdYes"_s << Answer::Yes;
+    QTest::newRow("strip, other") << Shape::Strip << u"cmdOther"_s << Answer::Other;
+    QTest::newRow("strip, no") << Shape::Strip << u"cmdNo"_s << Answer::No;
+    QTest::newRow("box, yes") << Shape::Box << u"cmdYes"_s << Answer::Yes;
+    QTest::newRow("box, no") << Shape::Box << u"cmdNo"_s << Answer::No;
+}
+
+/// A maximized window in a tiny frame cannot grow: the keyboard brings each into view.
+void tst_QuestionStrip::everyButtonIsReachedWithoutRoom()
+{
+    QFETCH(const PageQuestion::Shape, shape);
+    QFETCH(const QString, button);
+    QFETCH(const PageQuestion::Answer, answer);
+    PageQuestionBox *strip = askWithoutRoom(shape);
+    QVERIFY(m_form->widget()->rect().contains(strip->geometry()));
+    PageAsks::waitUntilAnswerable(strip);
+    auto *wanted = strip->findChild<QPushButton *>(button);
+    strip->takeFocus();
+    for (int i = 0; i < 4 && !wanted->hasFocus(); ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        // It has come into view only now.
+        PageAsks::waitUntilAnswerable(strip);
+    }
+    QVERIFY(wanted->hasFocus());
+    QTest::keyClick(wanted, Qt::Key_Space);
+    if (m_replies.isEmpty()) {
+        QVERIFY(!strip->isAnswerable());
+        PageAsks::waitUntilAnswerable(strip);
+        QVERIFY(!wanted->visibleRegion().isEmpty());
+        QTest::keyClick(wanted, Qt::Key_Space);
+    }
+    QCOMPARE(m_replies.size(), 1);
+    QVERIFY(m_replies.first().answer == answer);
+}
+
+void tst_QuestionStrip::escapeAnswersWithoutRoom()
+{
+    PageQuestionBox *strip = askWithoutRoom(PageQuestion::Shape::Strip);
+    QTest::keyClick(strip, Qt::Key_Escape);
+    QVERIFY(m_replies.isEmpty());
+    PageAsks::waitUntilAnswerable(strip);
+    QTest::keyClick(strip, Qt::Key_Escape);
+    QCOMPARE(m_replies.size(), 1);
+    QVERIFY(m_replies.first().answer == PageQuestion::Answer::No);
+}
+
+/// Return presses nothing that is not to be seen.
+void tst_QuestionStrip::answerOutOfViewIsShownFirst()
+{
+    PageQuestionBox *strip = askWithoutRoom(PageQuestion::Shape::Box);
+    PageAsks::waitUntilAnswerable(strip);
+    QPushButton *yes = PageAsks::yes(strip);
+    QVERIFY(yes->visibleRegion().isEmpty());
+    strip->takeFocus();
+    QTest::keyClick(yes, Qt::Key_Return);
+    QVERIFY(m_replies.isEmpty());
+    QVERIFY(!strip->isAnswerable());
+    QVERIFY(!yes->visibleRegion().isEmpty());
+    PageAsks::waitUntilAnswerable(strip);
+    QTest::keyClick(yes, Qt::Key_Return);
+    QCOMPARE(m_replies.size(), 1);
+}
+
+/// A page may do that to its own window, at any time.
+void tst_QuestionStrip::windowMadeTinyStartsAtWhoAsks()
+{
+    PageQuestionBox *strip = ask(question());
+    PageAsks::waitUntilAnswerable(strip);
+    m_form->resize(m_form->minimumSizeHint().expandedTo({90, 90}));
+    QVERIFY(!strip->isAnswerable());
+    const auto *asker = strip->findChild<QLabel *>(u"lblAsker"_s);
+    QVERIFY(!asker->visibleRegion().isEmpty());
+    QVERIFY(PageAsks::yes(strip)->visibleRegion().isEmpty());
+    PageAsks::waitUntilAnswerable(strip);
+    QTest::keyClick(strip, Qt::Key_Escape);
+    QCOMPARE(m_replies.size(), 1);
+}
+
+void tst_QuestionStrip::endOfAUsualTextIsSeen_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("wide") << QSize(700, 400);
+    QTest::newRow("narrow") << QSize(420, 300);
+    QTest::newRow("narrower") << QSize(250, 500);
+}
+
+/// What matters may stand there: an address, or that others may read a password.
+void tst_QuestionStrip::endOfAUsualTextIsSeen()
+{
+    QFETCH(const QSize, size);
+    m_form->resize(size);
+    PageQuestion asked = question();
+    asked.text = u"This page, a frame in it or a page tied to it wants to open another program:\n"
+                 "The telephone of this computer\n"_s
+        + u"tel:123456789 "_s.repeated(14);
+    const PageQuestionBox *strip = ask(asked);
+    const auto *text = strip->findChild<QLabel *>(u"lblText"_s);
+    QCOMPARE(text->visibleRegion().boundingRect(), text->rect());
+    QVERIFY(text->height() >= text->heightForWidth(text->width()));
+}
+
 void tst_QuestionStrip::buttonsGoBelowWhereItIsNarrow()
 {
     const PageQuestionBox *strip = ask(question());
-    const auto *text = strip->findChild<QScrollArea *>();
+    const auto *text = strip->findChild<QScrollArea *>(u"scrText"_s);
     const auto isBelow = [&] {
         return PageAsks::yes(strip)->mapTo(strip, QPoint()).y() >= text->geometry().bottom();
     };
