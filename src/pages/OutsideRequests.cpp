@@ -3,6 +3,7 @@
 #include "AddressCompletion.h"
 #include "Log.h"
 #include "PageCompany.h"
+#include "PagePermissions.h"
 #include "PageQuestions.h"
 #include "RefusedAddress.h"
 #include "SchemePrograms.h"
@@ -93,13 +94,6 @@ bool mayBeRemembered(const OutsideRequests::Request &request, const WebPage &pag
     const bool isSure = url.scheme() == "https"_L1 || QHostAddress(url.host()).isLoopback();
     return !request.isFrame && request.via.isEmpty() && isSure && isPagesOwn(request, page)
         && siteOf(page).canBeKept();
-}
-
-void remember(const AskingSite &site, const QString &scheme, bool allows)
-{
-    using Word = SitePermissions::Word;
-    SitePermissions::keep(site, {Permission::Program}, allows ? Word::Allow : Word::Refuse, scheme)
-        .leaveToLog();
 }
 }
 
@@ -204,7 +198,9 @@ void OutsideRequests::ask(const Request &request, const SchemeProgram &program)
             return;
         self->drop();
         if (reply.isRemembered)
-            remember(site, url.scheme(), reply.answer == PageQuestion::Answer::Yes);
+            self->m_page.permissions().keep(site, {Permission::Program},
+                                            reply.answer == PageQuestion::Answer::Yes,
+                                            url.scheme());
         if (reply.answer == PageQuestion::Answer::Yes)
             self->start(program, url);
     };

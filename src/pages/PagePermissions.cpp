@@ -162,10 +162,10 @@ bool PagePermissions::mayKeep(const AskingSite &site) const
 }
 
 void PagePermissions::keep(const AskingSite &site, const QList<Permission> &permissions,
-                           bool isAllowed)
+                           bool isAllowed, const QString &scheme)
 {
     const WriteResult result =
-        SitePermissions::keep(site, permissions, isAllowed ? Word::Allow : Word::Refuse);
+        SitePermissions::keep(site, permissions, isAllowed ? Word::Allow : Word::Refuse, scheme);
     if (!result)
         NotSaved::tell(windowOf(m_page), SitePermissions::path(), result);
 }

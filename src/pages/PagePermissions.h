@@ -32,8 +32,9 @@ public:
 
     /// Where an answer for `asker` in the page may be kept, as things are now.
     bool mayKeep(const AskingSite &site) const;
-    /// Keeps it, or tells the user why not.
-    void keep(const AskingSite &site, const QList<Permission> &permissions, bool isAllowed);
+    /// Keeps it, or tells the user why not. `scheme` as in `SitePermissions`.
+    void keep(const AskingSite &site, const QList<Permission> &permissions, bool isAllowed,
+              const QString &scheme = {});
 
     /// The page that may show notifications in the name of `origin`, the newest if there are
     /// several; null: none.

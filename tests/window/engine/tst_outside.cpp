@@ -8,6 +8,7 @@
 
 #include <QLoggingCategory>
 #include <QMenu>
+#include <QMessageBox>
 #include <QTest>
 #include <QWebEngineContextMenuRequest>
 
@@ -24,6 +25,7 @@ private slots:
     void everyClickIsAskedAbout();
     void answerIsRemembered_data();
     void answerIsRemembered();
+    void whatIsNotKeptIsTold();
     void othersAnswersAreNotUsed();
     void anotherPageInItsPlace_data();
     void anotherPageInItsPlace();
@@ -150,6 +152,23 @@ void tst_outside::answerIsRemembered()
     QCOMPARE(kept.size(), 1);
     QCOMPARE(kept.first().site.name(), site(m_scene->server));
     QCOMPARE(kept.first().scheme, u"tel"_s);
+}
+
+/// The answer itself holds.
+void tst_outside::whatIsNotKeptIsTold()
+{
+    QVERIFY(QDir(m_scene->folder.path()).mkpath(u"AppData/Permissions.ini"_s));
+    open("<a id=a href='tel:1'>call</a>");
+    PopupScene::click(m_form, u"a"_s);
+    QTRY_VERIFY(question());
+    question()->findChild<QCheckBox *>(u"chkRemember"_s)->setChecked(true);
+    PageAsks::press(PageAsks::yes(question()));
+    QTRY_VERIFY(QApplication::activeModalWidget());
+    const auto *told = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    QVERIFY(told);
+    QVERIFY2(told->text().contains("Permissions.ini"_L1), qPrintable(told->text()));
+    QApplication::activeModalWidget()->close();
+    QTRY_COMPARE(m_programs.opened(), QStringList(u"1 arguments: tel:1"_s));
 }
 
 /// A frame does not get what the page around it may, and no page what another one may.
