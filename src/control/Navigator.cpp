@@ -254,7 +254,12 @@ void Navigator::passOn(const QUrl &url, Navigation::Type type, bool isMainFrame)
 
 bool Navigator::isHeldForm(const QUrl &url, Navigation::Type type)
 {
-    return type == Navigation::Type::Form && m_life.page()->insecureForms().holds(url);
+    InsecureForms &forms = m_life.page()->insecureForms();
+    if (type == Navigation::Type::Form)
+        return forms.holds(url);
+    const bool isOpening = m_state.isAdopted() && !m_state.hasDocument();
+    return !formsOpenAsForms && isOpening && type == Navigation::Type::Link
+        && forms.holdsOpening(url);
 }
 
 bool Navigator::askForPage(const QUrl &url, Navigation::Type type)

@@ -23,3 +23,5 @@ inline constexpr bool emptyWindowsAreBlank = QT_VERSION >= QT_VERSION_CHECK(6, 5
 /// What is saved always comes with the place that it is to be saved at; before, what is no markup
 /// came without (QTBUG-117624).
 inline constexpr bool savesBringTheirPlace = QT_VERSION >= QT_VERSION_CHECK(6, 6, 1);
+/// The form that a window is opened for comes to it as a form; later it comes as a link.
+inline constexpr bool formsOpenAsForms = QT_VERSION < QT_VERSION_CHECK(6, 8, 0);

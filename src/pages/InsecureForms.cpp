@@ -115,11 +115,30 @@ bool InsecureForms::holds(const QUrl &url)
     InsecureForms *keeper = keeperOf(url);
     if (!keeper && !isFromEncryptedPage())
         return false;
+    hold(url, keeper);
+    return true;
+}
+
+bool InsecureForms::holdsOpening(const QUrl &url)
+{
+    if (!isInsecure(url))
+        return false;
+    if (takeGrant(url)) {
+        m_isLetGo = true;
+        return false;
+    }
+    InsecureForms *keeper = keeperOf(url);
+    if (keeper)
+        hold(url, keeper);
+    return keeper != nullptr;
+}
+
+void InsecureForms::hold(const QUrl &url, InsecureForms *keeper)
+{
     InsecureForms *asked = keeper ? keeper : this;
     const QString id = keeper ? std::exchange(keeper->m_id, {}) : QString();
     const QUrl sender = keeper ? keeper->m_sender : QUrl();
     QTimer::singleShot(0, asked, [asked, url, id, sender] { asked->ask(url, id, sender); });
-    return true;
 }
 
 bool InsecureForms::blocks(const QUrl &url, const QUrl &sender) const

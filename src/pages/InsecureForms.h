@@ -22,6 +22,9 @@ public:
     /// Whether the page must not be loaded by a form at `url`; the user is asked later. Inside the
     /// engine's callback.
     bool holds(const QUrl &url);
+    /// The same for what a window is opened with, which the engine may call a link though it is a
+    /// form: only one that the script has kept is known for certain.
+    bool holdsOpening(const QUrl &url);
     /// The page asks for another, by a form or otherwise. `isRepeat`: what was sent before is sent
     /// again.
     void noteNavigation(bool isRepeat) { m_isLetGo = isRepeat; }
@@ -34,6 +37,7 @@ public:
 private:
     bool isFromEncryptedPage() const;
     bool takeGrant(const QUrl &url);
+    void hold(const QUrl &url, InsecureForms *keeper);
     InsecureForms *keeperOf(const QUrl &url);
     bool keeps(const QUrl &url) const;
     void ask(const QUrl &url, const QString &id, const QUrl &sender);
