@@ -61,15 +61,20 @@ void settle(WebPage &page, const LoginFields &fields, const QString &key)
             Keyring::remove(key);
         return;
     }
-    const QString text = textOf(fields.user(), fields.password());
-    QObject::connect(
-        &page, &WebPage::arrived, &page,
-        [&page, key, text] {
-            // Else it was wrong.
-            if (PageLogin::isKnown(key))
-                keep(page, key, text);
-        },
-        Qt::SingleShotConnection);
+    auto *bond = new QObject(&page);
+    const auto judge = [&page, bond, key, user = fields.user(), password = fields.password()] {
+        const bool isKnown = PageLogin::isKnown(key, user, password);
+        // The end of a load before it, as that of the page that asked.
+        if (isKnown && !PageLogin::hasGoneOut(key))
+            return;
+        bond->disconnect();
+        bond->deleteLater();
+        // Else it was wrong.
+        if (isKnown)
+            keep(page, key, textOf(user, password));
+    };
+    // Asked again, the engine tells so before that.
+    QObject::connect(&page, &QWebEnginePage::loadFinished, bond, judge);
 }
 
 }

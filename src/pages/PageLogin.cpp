@@ -196,9 +196,14 @@ void reply(WebPage &page, const Asker &asker, QAuthenticator *login)
 
 namespace PageLogin {
 
-bool isKnown(const QString &key)
+bool isKnown(const QString &key, const QString &user, const QString &password)
 {
-    return known().has(key);
+    return known().has(key, {user, password});
+}
+
+bool hasGoneOut(const QString &key)
+{
+    return known().wasTold(key);
 }
 
 void answer(WebPage &page, const QUrl &url, QAuthenticator *login)

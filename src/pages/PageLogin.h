@@ -15,6 +15,8 @@ namespace PageLogin {
 void answer(WebPage &page, const QUrl &url, QAuthenticator *login);
 /// The same for the proxy of that host name on the way to `url`.
 void answerProxy(WebPage &page, const QUrl &url, const QString &proxy, QAuthenticator *login);
-/// What was entered for that has not turned out to be wrong.
-bool isKnown(const QString &key);
+/// That was entered last, and has not turned out to be wrong.
+bool isKnown(const QString &key, const QString &user, const QString &password);
+/// What was entered last was sent.
+bool hasGoneOut(const QString &key);
 }
