@@ -30,8 +30,8 @@ QString headline(const WebPage &page, const QUrl &origin)
     const QString site = shownSite(origin);
     if (!site.isEmpty())
         return from + site;
-    const QString around = shownSite(page.url());
-    if (!page.url().host().isEmpty())
+    const QString around = shownSite(page.committedUrl());
+    if (!page.committedUrl().host().isEmpty())
         return texts.at<"strMessageFromFrame", "Message from a frame in">() + u' ' + around;
     return from + (around.isEmpty() || around == "about:"_L1 ? u"about:blank"_s : around);
 }
@@ -45,6 +45,9 @@ PageQuestion questionOf(const WebPage &page, const QUrl &origin, const QString &
     if (!origin.host().isEmpty() && !page.committedUrl().host().isEmpty()
         && shownSite(origin) != shownSite(page.committedUrl()))
         question.around = page.committedUrl();
+    // Its scripts may ask before the engine tells of the page.
+    if (page.url() != page.committedUrl())
+        question.staysAt = page.committedUrl();
     question.text = message.left(longestMessage);
     question.yes = texts.at<"cmdOK", "OK">();
     return question;
