@@ -67,7 +67,7 @@ void PagePermissions::take(const std::shared_ptr<PermissionRequest> &request)
     if (isAllowed && !(*isAllowed && request->fields())) {
         if (*isAllowed)
             allow({asker, site, permissions, {}});
-        request->settle(*isAllowed);
+        settle(request, *isAllowed);
         return;
     }
     const QString kind = PermissionRules::kindOf(asker, permissions);
@@ -144,7 +144,13 @@ void PagePermissions::answer(const QString &kind, PageQuestion::Reply reply)
     if (isAllowed)
         allow(waiting);
     for (const auto &request : waiting.requests)
-        request->settle(isAllowed);
+        settle(request, isAllowed);
+}
+
+void PagePermissions::settle(const std::shared_ptr<PermissionRequest> &request, bool isAllowed)
+{
+    request->settle(isAllowed);
+    m_answered.insert(PermissionRules::kindOf(request->asker(), request->permissions()), request);
 }
 
 void PagePermissions::allow(const Waiting &waiting)
@@ -222,6 +228,9 @@ void PagePermissions::begin()
 {
     const bool wasUsed = !inUse().isEmpty();
     forgetNotifications();
+    const auto answered = std::exchange(m_answered, {});
+    for (const auto &request : answered)
+        request->withdraw();
     m_isEndingUse = false;
     m_waiting.clear();
     m_granted.clear();

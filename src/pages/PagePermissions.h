@@ -63,6 +63,7 @@ private:
     void ask(const QString &kind);
     void answer(const QString &kind, PageQuestion::Reply reply);
     void allow(const Waiting &waiting);
+    void settle(const std::shared_ptr<PermissionRequest> &request, bool isAllowed);
     void stopScripts();
     void begin();
     void allowNotifications();
@@ -74,6 +75,8 @@ private:
     /// Answers that hold while the page is there, by who asked and what for.
     QHash<QString, bool> m_held;
     QList<Grant> m_granted;
+    /// The last that was answered, by who asked and what for.
+    QHash<QString, std::shared_ptr<PermissionRequest>> m_answered;
     /// Refused to the pages of a site that follow, too, as long as none of another site comes.
     QHash<QString, bool> m_withdrawn;
     QString m_withdrawnSite;

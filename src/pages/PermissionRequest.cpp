@@ -36,6 +36,12 @@ void PermissionRequest::settle(bool isAllowed)
         settle(isAllowed);
 }
 
+void PermissionRequest::withdraw() const
+{
+    if (m_withdraw)
+        m_withdraw();
+}
+
 namespace {
 /// Inside its signal the engine stands still.
 void handOver(QObject *receiver, const PermissionRequests::Handler &handler,
@@ -50,8 +56,11 @@ void handOver(QObject *receiver, const PermissionRequests::Handler &handler,
 /// The engine does not tell whose script in the page wants it.
 QUrl siteOf(const QWebEnginePage &page)
 {
-    return page.history()->currentItem().url().adjusted(
-        QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::RemoveUserInfo);
+    QUrl site = page.history()->currentItem().url().adjusted(
+        QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::RemoveUserInfo);
+    // As the engine writes it, which asks for the screen once more when something is chosen.
+    site.setPath(QStringLiteral("/"));
+    return site;
 }
 
 std::shared_ptr<PermissionRequest> requestFor(const QWebEnginePage &page,
@@ -152,19 +161,20 @@ namespace PermissionRequests {
 #if ORVANE_HAS_PERMISSION_OBJECTS
 void watch(QWebEnginePage &page, QObject *receiver, const Handler &handler)
 {
-    QObject::connect(
-        &page, &QWebEnginePage::permissionRequested, receiver,
-        [receiver, handler](const QWebEnginePermission &permission) {
-            const auto settle = [permission](bool isAllowed) {
-                if (isAllowed)
-                    permission.grant();
-                else
-                    permission.deny();
-            };
-            handOver(receiver, handler,
-                     std::make_shared<PermissionRequest>(
-                         permission.origin(), permissionsOf(permission.permissionType()), settle));
-        });
+    QObject::connect(&page, &QWebEnginePage::permissionRequested, receiver,
+                     [receiver, handler](const QWebEnginePermission &permission) {
+                         const auto settle = [permission](bool isAllowed) {
+                             if (isAllowed)
+                                 permission.grant();
+                             else
+                                 permission.deny();
+                         };
+                         auto request = std::make_shared<PermissionRequest>(
+                             permission.origin(), permissionsOf(permission.permissionType()),
+                             settle);
+                         request->setWithdraw([permission] { permission.reset(); });
+                         handOver(receiver, handler, request);
+                     });
 #if ORVANE_HAS_SCREEN_CHOICE
     QObject::connect(&page, &QWebEnginePage::desktopMediaRequested, receiver,
                      [&page, receiver, handler](const QWebEngineDesktopMediaRequest &media) {
@@ -173,7 +183,8 @@ void watch(QWebEnginePage &page, QObject *receiver, const Handler &handler)
 #endif
 }
 
-/// The engine holds an answer for the frame that asked, and no longer than it is there.
+/// The engine holds an answer for the frame that asked, which the next page of the site may get;
+/// each request takes its own back.
 void allowNotifications(QWebEnginePage &, const QUrl &) { }
 
 void withdraw(QWebEnginePage &, const QUrl &, Permission) { }

@@ -33,12 +33,17 @@ public:
     const Fields &fields() const { return m_fields; }
     /// The first answer counts. The page may be gone by then.
     void settle(bool isAllowed);
+    /// Takes the answer back, where the engine would hold it beyond the page that it was for.
+    using Withdraw = std::function<void()>;
+    void setWithdraw(const Withdraw &withdraw) { m_withdraw = withdraw; }
+    void withdraw() const;
 
 private:
     QUrl m_asker;
     QList<Permission> m_permissions;
     Settle m_settle;
     Fields m_fields;
+    Withdraw m_withdraw;
 };
 
 /// How the engine tells of requests, whichever way its version has.

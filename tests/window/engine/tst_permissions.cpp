@@ -1,6 +1,7 @@
 // What pages ask their user for: place, notifications, camera, microphone, screen, pointer.
 #include "EngineProfile.h"
 #include "EngineTest.h"
+#include "EngineVersion.h"
 #include "PageAsks.h"
 #include "PageQuestions.h"
 #include "PermissionRules.h"
@@ -9,6 +10,7 @@
 #include "Unlogged.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDir>
 #include <QMdiArea>
@@ -87,6 +89,7 @@ private:
 
 namespace {
 /// What a page asks with, and what it was told. Of the place: 1 is refused, 2 that nobody knows it.
+/// For fonts it waits, as the engine may hear of that before it hears of the click.
 const QByteArray script = R"(<script>
 var log = [];
 const told = name => value => { log.push(name + ' ' + value) };
@@ -103,6 +106,13 @@ const ask = {
     document.body.requestPointerLock();
   },
   screen() { navigator.mediaDevices.getDisplayMedia({video: true}).then(...stream('screen')) },
+  clipboard() {
+    navigator.clipboard.readText().then(t => log.push('clipboard ' + t), e => log.push('clipboard ' + e.name));
+  },
+  fonts() {
+    setTimeout(() => queryLocalFonts().then(f => log.push('fonts ' + (f.length > 0)),
+                                            e => log.push('fonts ' + e.name)), 200);
+  },
   both() { navigator.mediaDevices.getUserMedia({video: true, audio: true}).then(...stream('both')) },
 };
 onmessage = event => { log.push(event.data) };
@@ -197,6 +207,14 @@ void tst_permissions::afterAClick_data()
     QTest::newRow("screen") << u"screen"_s << true << u"your screen"_s << u"screen yes"_s;
     QTest::newRow("screen refused")
         << u"screen"_s << false << u"your screen"_s << u"screen NotAllowedError"_s;
+#if ORVANE_HAS_PERMISSION_OBJECTS
+    QTest::newRow("clipboard") << u"clipboard"_s << true << u"clipboard"_s << u"clipboard copied"_s;
+    QTest::newRow("clipboard refused")
+        << u"clipboard"_s << false << u"clipboard"_s << u"clipboard NotAllowedError"_s;
+    QTest::newRow("fonts") << u"fonts"_s << true << u"fonts"_s << u"fonts true"_s;
+    // The engine tells of none then, and no error.
+    QTest::newRow("fonts refused") << u"fonts"_s << false << u"fonts"_s << u"fonts false"_s;
+#endif
 }
 
 /// What the engine lets a page ask for after an act of its user only.
@@ -208,9 +226,10 @@ void tst_permissions::afterAClick()
     QFETCH(QString, told);
     m_form = m_scene->openPage(
         script + "<button id=b onclick='ask." + what.toUtf8() + "()'>b</button>", true);
+    QApplication::clipboard()->setText(u"copied"_s);
     run(u"ask."_s + what + u"()"_s);
     PopupScene::click(m_form, u"b"_s);
-    QTRY_VERIFY(shown());
+    QTRY_VERIFY2(shown(), qPrintable(log()));
     QVERIFY(PageAsks::textOf(shown()).contains(text));
     QCOMPARE(PageAsks::askerOf(shown()), site());
     if (auto *choice = shown()->findChild<QComboBox *>(u"cboScreen"_s)) {
