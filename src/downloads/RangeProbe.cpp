@@ -4,6 +4,7 @@
 #include "WebThread.h"
 
 #include <QLocale>
+#include <QTimeZone>
 
 using namespace Qt::StringLiterals;
 
@@ -27,7 +28,7 @@ QDateTime timeOf(const QByteArray &header)
 {
     QDateTime time =
         QLocale::c().toDateTime(QString::fromLatin1(header), u"ddd, dd MMM yyyy hh:mm:ss 'GMT'"_s);
-    time.setTimeSpec(Qt::UTC);
+    time.setTimeZone(QTimeZone::utc());
     return time;
 }
 

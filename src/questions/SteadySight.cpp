@@ -33,6 +33,8 @@ SteadySight::SteadySight(QWidget *watched, const Vital &vital)
     , m_vital(vital)
 {
     m_clock.setSingleShot(true);
+    // A coarse one may end early.
+    m_clock.setTimerType(Qt::PreciseTimer);
     connect(&m_clock, &QTimer::timeout, this, &SteadySight::end);
     watched->installEventFilter(this);
 }

@@ -77,8 +77,8 @@ void tst_PageQuestionBox::whoTypesOnAnswersNothing()
     connect(&types, &QTimer::timeout, &box, [&] {
         if (box.isAnswerable() || left-- <= 0)
             return;
-        QTest::keyClick(window.focusWidget(), left % 4 == 0 ? Qt::Key_Space : Qt::Key_A);
         sinceKey.restart();
+        QTest::keyClick(window.focusWidget(), left % 4 == 0 ? Qt::Key_Space : Qt::Key_A);
     });
     types.start(50);
     QTRY_VERIFY(box.isAnswerable());

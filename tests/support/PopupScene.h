@@ -15,6 +15,9 @@
 /// addresses, for pages that ask for windows.
 class PopupScene {
 public:
+    /// Milliseconds for what a busy machine may be slow with.
+    static constexpr int patience = 30000;
+
     PopupScene()
     {
         registerPopupCommands(frame);
@@ -61,7 +64,7 @@ public:
             result = value;
             answered = true;
         });
-        [&] { QTRY_VERIFY(answered); }();
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(answered, patience); }();
         return result;
     }
     /// Presses the mouse on the element with that id, as the user does.
@@ -72,7 +75,7 @@ public:
         QVERIFY(view && view->focusProxy());
         // The engine drops what is done to a page before that is painted.
         const auto paints = QStringLiteral("performance.getEntriesByType('paint').length");
-        [&] { QTRY_VERIFY(script(form, paints).toInt() > 0); }();
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(script(form, paints).toInt() > 0, patience); }();
         const QVariantList place =
             script(form,
                    QStringLiteral("var r=document.getElementById('%1').getBoundingClientRect();"

@@ -140,7 +140,7 @@ void tst_SaveFaults::waitForJobs()
         const auto &page = PageDialogs::page(*m_session);
         return !page.findChild<SaveJob *>() && !page.findChild<SourceJob *>();
     };
-    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), 120000);
 }
 
 void tst_SaveFaults::sourceIsWhatTheServerSent_data()
@@ -616,7 +616,7 @@ void tst_SaveFaults::showsItsPicture(const QString &file)
     QWebEnginePage page;
     QSignalSpy loaded(&page, &QWebEnginePage::loadFinished);
     page.load(url);
-    QTRY_COMPARE(loaded.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(loaded.size(), 1, 30000);
     int width = -1;
     page.runJavaScript(u"document.querySelector('img').naturalWidth"_s,
                        [&width](const QVariant &value) { width = value.toInt(); });

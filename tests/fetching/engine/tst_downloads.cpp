@@ -4,6 +4,7 @@
 #include "EngineTest.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineHistory>
@@ -363,7 +364,9 @@ void tst_downloads::longNamesArrive()
     showPage();
     for (int number = 1; number <= 2; ++number) {
         m_browser->navigate(url(u"/long"_s));
-        QTRY_VERIFY(allKept().size() == number && !allKept().join(u'\n').contains(".orvane"_L1));
+        // Beside what has arrived there is what the engine and the program write into, hidden.
+        QTRY_VERIFY(allKept().size() == number
+                    && allKept().filter(QRegularExpression(u"^\\."_s)).isEmpty());
         for (const QString &name : allKept()) {
             QVERIFY2(name.startsWith(letter.repeated(50)) && name.endsWith(".bin"_L1),
                      qPrintable(name));
