@@ -35,4 +35,12 @@ QRect inside(const QRect &place, const QSize &area, int titleBar)
             size};
 }
 
+QRect onScreen(const QRect &place, const QRect &screen)
+{
+    const QSize size = place.size().boundedTo(screen.size());
+    return {QPoint(position(place.x(), screen.x(), screen.x() + screen.width() - size.width()),
+                   position(place.y(), screen.y(), screen.y() + screen.height() - size.height())),
+            size};
+}
+
 }

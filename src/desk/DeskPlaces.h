@@ -9,4 +9,8 @@ namespace DeskPlaces {
 /// else the one nearest to it: no smaller than a piece of its title bar of `titleBar` pixels, no
 /// larger than the area if it was far larger, and that piece inside.
 QRect inside(const QRect &place, const QSize &area, int titleBar);
+
+/// The place of the frame, or where that is not wholly on the screen the nearest one that is, cut
+/// to what the screen has.
+QRect onScreen(const QRect &place, const QRect &screen);
 }

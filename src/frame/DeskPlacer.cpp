@@ -5,22 +5,43 @@
 #include "Factory.h"
 #include "MdiArea.h"
 
+#include <QScreen>
 #include <QStyle>
+#include <QWidget>
 #include <algorithm>
 
 DeskPlacer::DeskPlacer(Frame &frame, MdiArea &area, const Desk &desk)
     : m_frame(frame)
     , m_area(area)
     , m_desk(desk)
+    , m_room(area.maximumViewportSize())
     , m_windows(desk.windows.size())
 {
+    placeFrame(*frame.window());
+}
+
+void DeskPlacer::placeFrame(QWidget &frame)
+{
+    constexpr Qt::WindowStates others =
+        Qt::WindowMaximized | Qt::WindowFullScreen | Qt::WindowMinimized;
+    if (!m_desk.hasPlaces() || !m_desk.frame.isValid() || (frame.windowState() & others))
+        return;
+    const QRect screen = frame.screen()->availableGeometry();
+    if (m_desk.isFrameMaximized) {
+        // The desktop may take its time for it.
+        m_room += screen.size() - frame.size();
+        frame.showMaximized();
+    } else {
+        frame.setGeometry(DeskPlaces::onScreen(m_desk.frame, screen));
+        m_room = m_area.maximumViewportSize();
+    }
 }
 
 BrowserWindow *DeskPlacer::open(qsizetype index)
 {
     DeskWindow window = m_desk.windows.at(index);
     if (window.place.isValid())
-        window.place = DeskPlaces::inside(window.place, m_area.maximumViewportSize(),
+        window.place = DeskPlaces::inside(window.place, m_room,
                                           m_area.style()->pixelMetric(QStyle::PM_TitleBarHeight));
     BrowserWindow *opened = openDeskWindow(m_frame, window);
     m_windows[index] = opened;

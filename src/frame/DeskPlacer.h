@@ -3,13 +3,16 @@
 #include "Desk.h"
 
 #include <QPointer>
+#include <QSize>
 
 class BrowserWindow;
 class Frame;
 class MdiArea;
+class QWidget;
 
-/// Puts a desk's windows back into the frame, in front of those that are there: `open` for each,
-/// then `finish`. The desk and the area are to outlive it.
+/// Puts a desk back: the frame as it is made, unless that fills the screen or is minimized; then,
+/// in front of the windows that are there, its windows with `open` for each, and `finish`. The desk
+/// and the area are to outlive it.
 class DeskPlacer {
 public:
     DeskPlacer(Frame &frame, MdiArea &area, const Desk &desk);
@@ -25,8 +28,12 @@ public:
     QList<BrowserWindow *> windows() const;
 
 private:
+    void placeFrame(QWidget &frame);
+
     Frame &m_frame;
     MdiArea &m_area;
     const Desk &m_desk;
+    /// What the area has as soon as the frame is in its place.
+    QSize m_room;
     QList<QPointer<BrowserWindow>> m_windows;
 };

@@ -1,5 +1,6 @@
 #include <QMenu>
 #include <QMessageBox>
+#include <QScreen>
 #include <QStatusBar>
 #include <QtTest>
 
@@ -67,6 +68,9 @@ private slots:
     void withoutSectionsItIsCascaded();
     void windowWithoutASectionIsCascaded();
     void placesAreBroughtInside();
+    void frameComesBack();
+    void hostileFrame();
+    void hundredMegabytes();
     void oddStates_data();
     void oddStates();
     void refusedAddressesStayRefused();
@@ -367,6 +371,71 @@ void tst_OpenProfiles::placesAreBroughtInside()
         QVERIFY(window.place.top() > -20);
         QVERIFY(window.zoom >= 0.25 && window.zoom <= 5);
     }
+}
+
+/// Windows beyond the frame as it was are not moved.
+void tst_OpenProfiles::frameComesBack()
+{
+    m_session->start(u"http://first/"_s);
+    MainWindow &frame = *m_session->frame;
+    Desk wanted;
+    wanted.windows = {{u"http://a/"_s, u"t"_s, QRect(790, 300, 300, 200)}};
+    wanted.frame = QRect(60, 50, 1150, 800);
+    QVERIFY(DeskFile::save(file(u"a.orp"_s), wanted));
+    frame.resize(700, 500);
+    QTRY_VERIFY(area().width() < 750);
+    QVERIFY(open(u"a.orp"_s));
+    QCOMPARE(m_session->active()->geometry(), wanted.windows.first().place);
+    QTRY_COMPARE(frame.geometry().size(), wanted.frame.size());
+    // One of addresses alone leaves it where it is.
+    frame.resize(700, 500);
+    const QSize size = frame.size();
+    writeAddresses(u"b.orp"_s, {u"http://b/"_s});
+    QVERIFY(open(u"b.orp"_s));
+    QTRY_COMPARE(frame.size(), size);
+    // And one that fills the screen goes on to.
+    frame.showMaximized();
+    QTRY_VERIFY(frame.isMaximized());
+    QVERIFY(open(u"a.orp"_s));
+    QVERIFY(frame.isMaximized());
+}
+
+void tst_OpenProfiles::hostileFrame()
+{
+    m_session->start(u"http://first/"_s);
+    write(u"a.orp"_s,
+          UrlProfile::text({u"http://a/"_s}).toUtf8()
+              + "[Window1]\nWidth=6000\nHeight=6000\n"
+                "[Frame]\nLeft=-1e300\nTop=1e300\nWidth=1\nHeight=1e300\nMaximized=no\n"
+                "Left=15\n");
+    QVERIFY(open(u"a.orp"_s));
+    write(u"b.orp"_s,
+          UrlProfile::text({u"http://a/"_s}).toUtf8()
+              + "[Window1]\nWidth=6000\nHeight=6000\n"
+                "[Frame]\nLeft=-1e300\nTop=1e300\nWidth=15\nHeight=1e300\n");
+    QVERIFY(open(u"b.orp"_s));
+    const QRect screen = m_session->frame->screen()->availableGeometry();
+    QTRY_VERIFY(screen.intersects(m_session->frame->geometry()));
+    QVERIFY(m_session->frame->width() <= screen.width());
+    QVERIFY(m_session->frame->height() <= screen.height());
+}
+
+/// Of sections, keys and a title without end; what is of use in it comes up.
+void tst_OpenProfiles::hundredMegabytes()
+{
+    m_session->start(u"http://first/"_s);
+    QByteArray bytes = UrlProfile::text({u"http://a/"_s, u"http://b/"_s}).toUtf8()
+        + "[Window1]\nWidth=6000\nHeight=6000\nTitle=";
+    bytes += QByteArray(20'000'000, 'x') + '\n';
+    for (int i = 1; i <= 1'000'000; ++i)
+        bytes += "URL" + QByteArray::number(i) + "=http://h/\n[Window" + QByteArray::number(i)
+            + "]\nLeft=150\nZoom=1e9\n";
+    bytes += QByteArray(30'000'000, '\n') + QByteArray(10'000'000, '[');
+    QVERIFY(bytes.size() > 100'000'000);
+    write(u"a.orp"_s, bytes);
+    QVERIFY(open(u"a.orp"_s));
+    QCOMPARE(m_session->windows(), 3);
+    QCOMPARE(browserForms().at(1)->width(), 400);
 }
 
 void tst_OpenProfiles::oddStates_data()

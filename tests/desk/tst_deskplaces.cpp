@@ -10,6 +10,8 @@ private slots:
     void inside_data();
     void inside();
     void alwaysWithinReach();
+    void onScreen_data();
+    void onScreen();
 };
 
 void tst_DeskPlaces::inside_data()
@@ -52,6 +54,22 @@ void tst_DeskPlaces::alwaysWithinReach()
             }
         }
     }
+}
+
+void tst_DeskPlaces::onScreen_data()
+{
+    QTest::addColumn<QRect>("place");
+    QTest::addColumn<QRect>("expected");
+    QTest::newRow("on it") << QRect(1000, 50, 900, 700) << QRect(1000, 50, 900, 700);
+    QTest::newRow("larger") << QRect(-32767, -32767, 32767, 32767) << QRect(1000, 0, 1920, 1080);
+    QTest::newRow("another screen's") << QRect(0, 2000, 900, 700) << QRect(1000, 380, 900, 700);
+    QTest::newRow("beyond") << QRect(32767, -5, 900, 700) << QRect(2020, 0, 900, 700);
+}
+
+void tst_DeskPlaces::onScreen()
+{
+    QFETCH(QRect, place);
+    QTEST(DeskPlaces::onScreen(place, QRect(1000, 0, 1920, 1080)), "expected");
 }
 
 QTEST_GUILESS_MAIN(tst_DeskPlaces)
