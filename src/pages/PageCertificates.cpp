@@ -45,6 +45,9 @@ CertificateProblem problemOf(Engine::Type type)
     }
 }
 
+/// The engine's number for a certificate that it cannot even read, so that it asks nobody.
+constexpr int unreadable = -167;
+
 /// The engine's numbers for errors of the network.
 bool isOfCertificate(int error)
 {
@@ -99,6 +102,8 @@ void PageCertificates::answer(QWebEngineCertificateError error)
 
 std::optional<CertificateFailure> PageCertificates::failureAt(const QUrl &url, int error) const
 {
+    if (error == unreadable)
+        return CertificateFailure(url, CertificateProblem::Malformed, false, {});
     const bool isThis = m_failure && isOfCertificate(error) && isSamePage(m_failure->url, url);
     return isThis ? m_failure : std::nullopt;
 }

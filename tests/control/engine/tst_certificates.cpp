@@ -51,6 +51,7 @@ private slots:
     void partThatIsAnsweredLateTakesTheLock();
     void strictSiteOffersNoWay();
     void goOnAfterAnotherPageCame();
+    void unreadableCertificateOffersNoWay();
     void anotherErrorIsNoFailure();
     void stepsThroughTheHistory();
     void downloadIsRefused();
@@ -489,6 +490,30 @@ void tst_certificates::goOnAfterAnotherPageCame()
     QVERIFY(!notice());
     QCOMPARE(m_scene->browser->locationUrl(), m_scene->server.url(u"/a"_s));
     QCOMPARE(bad->requests().size(), 0);
+}
+
+/// The engine asks nobody about it.
+void tst_certificates::unreadableCertificateOffersNoWay()
+{
+    QSslConfiguration shape = TestCertificates::shaped(m_folder.path(), {.signer = Signer::Itself});
+    QByteArray bytes = shape.localCertificate().toDer();
+    // The second of two dates, in hundreds of years that are none.
+    const QByteArray date("\x17\x0d");
+    const qsizetype until = bytes.indexOf(date, bytes.indexOf(date) + date.size());
+    QVERIFY(until > 0);
+    bytes.replace(until + date.size(), 2, "xx");
+    shape.setLocalCertificate(QSslCertificate(bytes, QSsl::Der));
+    const TestServer bad(shape);
+    m_scene->open(m_scene->server.url(u"/a"_s));
+    openBad(bad);
+    QCOMPARE(text(u"lblReason"_s), u"Its certificate has errors."_s);
+    QCOMPARE(text(u"lblNoWay"_s), u"With this fault you cannot go on."_s);
+    QVERIFY(!button(u"cmdGoOn"_s));
+    QVERIFY(!button(u"cmdDetails"_s)->isEnabled());
+    QVERIFY(!m_scene->events.secure);
+    button(u"cmdBack"_s)->click();
+    m_scene->waitFor(m_scene->server.url(u"/a"_s));
+    QTRY_VERIFY(!notice());
 }
 
 void tst_certificates::anotherErrorIsNoFailure()
