@@ -27,6 +27,8 @@ private slots:
     void cleanup();
     void pageIsAskedFor();
     void wrongPasswordIsAskedAgain();
+    void answersComeBeforeTheRefusals_data();
+    void answersComeBeforeTheRefusals();
     void digestIsAnswered();
     void realmsOfAHostAreAskedForOneByOne();
     void portsAreServersOfTheirOwn();
@@ -198,6 +200,44 @@ void tst_signin::wrongPasswordIsAskedAgain()
     enter(question(), u"secret"_s);
     QTRY_COMPARE(title(), u"Inside"_s);
     QCOMPARE(countWith("/private", "wrong"), 1);
+}
+
+void tst_signin::answersComeBeforeTheRefusals_data()
+{
+    QTest::addColumn<bool>("hasBody");
+    QTest::addColumn<QByteArray>("refusal");
+    QTest::newRow("short") << true << QByteArray();
+    QTest::newRow("with a part that never comes") << true << QByteArray("<img src=/held>");
+    QTest::newRow("that never comes") << false << QByteArray();
+}
+
+/// Nobody has to wait for what the server says beside asking.
+void tst_signin::answersComeBeforeTheRefusals()
+{
+    QFETCH(bool, hasBody);
+    QFETCH(QByteArray, refusal);
+    m_scene->server.hold("/held");
+    m_scene->server.handle("/private", [=](const TestServer::Request &request) {
+        TestServer::Reply reply;
+        if (request.headers.value("authorization") == basic("secret")) {
+            reply.body = "<title>Inside</title>";
+            return reply;
+        }
+        reply.status = 401;
+        reply.headers = {
+            {"WWW-Authenticate", "Basic realm=\"Realm" + QByteArray::number(number) + '"'}};
+        reply.body = "<title>Outside</title>" + refusal;
+        reply.stallAfterHeaders = !hasBody;
+        return reply;
+    });
+    QStringList passwords{u"one"_s, u"two"_s, u"three"_s, u"secret"_s};
+    open(u"/private"_s);
+    const WhenAsked asked(
+        m_form, [&passwords](PageQuestionBox *box) { enter(box, passwords.takeFirst()); });
+    QTRY_COMPARE(title(), u"Inside"_s);
+    QCOMPARE(asked.count(), 4);
+    for (const char *wrong : {"one", "two", "three"})
+        QCOMPARE(countWith("/private", wrong), 1);
 }
 
 void tst_signin::digestIsAnswered()
