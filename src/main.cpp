@@ -2,6 +2,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 
 #include "AllCommands.h"
 #include "CommandLine.h"
@@ -9,8 +10,10 @@
 #include "DownloadList.h"
 #include "DownloadStore.h"
 #include "EndRequests.h"
+#include "EngineProfile.h"
 #include "EngineStart.h"
 #include "HandOver.h"
+#include "LastDesk.h"
 #include "LaterStarts.h"
 #include "MainWindow.h"
 #include "ProgramInfo.h"
@@ -44,11 +47,15 @@ int runFrame(StartListener &laterStarts)
     // Reads beside the start.
     const DownloadStore downloads(downloadList(), DownloadFile::path());
     registerAllCommands(frame);
+    // Who stores nothing has no desk to come back to.
+    const auto desk = engineProfileIsStored() ? std::make_unique<LastDesk>(frame) : nullptr;
     frame.setCommandLine(QCoreApplication::arguments().mid(1).join(u' '));
     startUp(frame);
     // Left while it was starting: there is no window whose closing would end the loop.
     if (frame.isClosed())
         return 0;
+    if (desk)
+        desk->offer();
     startCleaning();
     followLaterStarts(frame, laterStarts);
     const int status = QCoreApplication::exec();

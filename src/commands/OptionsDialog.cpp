@@ -49,6 +49,7 @@ const LabelledSwitch labelledSwitches[] = {
     {"FrameOptions2", &texts.at<"chkMaxCatcher", "Maximize Catcher On By Default">},
     {"FrameOptions2", &texts.at<"chkKillPopups", "Kill Popup Windows By Default">},
     {"FrameOptions2", &texts.at<"chkSuppressScriptErrors", "Suppress Script Errors By Default">},
+    {"FrameOptions3", &texts.at<"chkOpenLastDesk", "Open The Last Desk At Startup">},
 };
 
 QGroupBox *makeGroup(const char *name)
@@ -114,6 +115,7 @@ OptionsDialog::OptionsDialog(Frame &frame, StartUpFrame &program)
     layout->addWidget(makeSwitches("FrameOptions1"));
     layout->addWidget(makeSwitches("FrameOptions2"));
     layout->addWidget(makeLanguage());
+    layout->addWidget(makeSwitches("FrameOptions3"));
     layout->addStretch();
     layout->addWidget(makeButtons());
     // Only inside its dialog does a button become the one that Enter presses.
@@ -242,7 +244,10 @@ QList<IniEntry> OptionsDialog::entries() const
 {
     QList<IniEntry> result{Settings::homeUrl.entry(m_homePage->text())};
     for (const Settings::Switch *setting : Settings::switches) {
-        if (setting->checkBox)
+        // The file keeps its form until a switch beyond that is used.
+        const bool isLeft =
+            setting == &Settings::openLastDesk && boxOf(*setting)->isChecked() == setting->isOne();
+        if (setting->checkBox && !isLeft)
             result.append(setting->entry(boxOf(*setting)->isChecked()));
     }
     // Without a choice the language stays what it is.

@@ -43,6 +43,11 @@ void QtWebBrowser::watch(WebPage *page, WebView *view, QObject *bond)
 {
     connect(page, &QWebEnginePage::titleChanged, bond,
             [this](const QString &title) { m_title.put(title); });
+    connect(page, &QWebEnginePage::urlChanged, bond, [this] { emit stateChanged(); });
+    connect(page, &QWebEnginePage::scrollPositionChanged, bond, [this] { emit stateChanged(); });
+    // Which the zoom changes with it.
+    connect(page, &QWebEnginePage::contentsSizeChanged, bond, [this] { emit stateChanged(); });
+    connect(page, &QWebEnginePage::audioMutedChanged, bond, [this] { emit stateChanged(); });
     connect(page, &QWebEnginePage::iconChanged, bond,
             [this](const QIcon &icon) { m_listener.tell(&WebBrowserEvents::iconChange, icon); });
     connect(page, &WebPage::scriptFailed, bond, [this](const ScriptError &error) {

@@ -236,4 +236,6 @@ signals:
     /// A navigation is over: the page is there, or it failed, was stopped or was refused. Sent
     /// inside the engine, like the events.
     void loadEnded();
+    /// What `locationUrl` or `pageState` give may be another now.
+    void stateChanged();
 };

@@ -3,7 +3,7 @@
 #include <QString>
 
 /// The program's own folder and the files in it. Nothing outside it is read or written but the
-/// user's favorites and the engine's own data.
+/// user's favorites, the engine's own data and the place where starts find the program that runs.
 namespace AppFolder {
 /// Without a trailing slash; the executable's folder unless a test set another.
 QString path();

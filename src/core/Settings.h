@@ -74,6 +74,8 @@ inline constexpr Switch showSplash{
     "Options", "Show-Splash", OneZero, true, nullptr, "chkShowSplashScreen"};
 inline constexpr Switch askOnExit{
     "Settings", "AskOnExit", OneZero, true, nullptr, "chkAskOnExit"};
+inline constexpr Switch openLastDesk{
+    "Settings", "OpenLastDesk", OneZero, false, nullptr, "chkOpenLastDesk"};
 inline constexpr Switch killPopups{
     "Settings", "Kill-Popups", OneZero, {}, "mnuToolsKillPopUps", "chkKillPopups"};
 inline constexpr Switch suppressScriptErrors{
@@ -114,7 +116,7 @@ inline constexpr std::array switches{
     &showSplash,      &askOnExit,        &killPopups,   &suppressScriptErrors,
     &maximizeCatcher, &smartPopupKiller, &addToHistory, &addToCache,
     &toolBar,         &favoriteLinks,    &tabStrip,     &addressBar,
-    &searchBar};
+    &searchBar,       &openLastDesk};
 
 WriteResult write(const QList<IniEntry> &entries);
 }

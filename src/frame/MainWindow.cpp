@@ -12,6 +12,7 @@
 #include <QMimeData>
 #include <QScopedValueRollback>
 #include <QTimer>
+#include <QVBoxLayout>
 
 #include "AddressBox.h"
 #include "AddressHost.h"
@@ -95,6 +96,7 @@ MainWindow::MainWindow()
     , m_links(new LinksBar(*this, *m_linksToolBar, this))
     , m_favoritesBar(named(new FavoritesBar(*this), "FavoritesBar1"))
     , m_searchBar(named(new SearchBar, "SearchBar1"))
+    , m_notices(new QWidget)
     , m_downloads(new DownloadStrip(downloadList()))
 {
     setObjectName("frmMain"_L1);
@@ -107,6 +109,8 @@ MainWindow::MainWindow()
     resizeToScreen(*this, designSize);
     m_body->addSideBar(*m_favoritesBar);
     m_body->addSideBar(*m_searchBar);
+    (new QVBoxLayout(m_notices))->setContentsMargins({});
+    m_body->addStrip(*m_notices);
     m_body->addStrip(*m_downloads);
     makeBands();
     connectAddressBar();
@@ -138,7 +142,7 @@ void MainWindow::joinPlaces()
             active->focusContents();
         return isSeen;
     };
-    new BandFocus(*this, *m_coolBar, {m_favoritesBar, m_searchBar, m_downloads}, page);
+    new BandFocus(*this, *m_coolBar, {m_favoritesBar, m_searchBar, m_notices, m_downloads}, page);
 }
 
 void MainWindow::registerCommands()
@@ -242,7 +246,9 @@ void MainWindow::load()
         showSplash(this);
     letPendingEventsRun();
     loadBlockedList();
-    openStart(m_commandLine, WindowState::Maximized);
+    const bool hasDesk = !m_closed && m_deskOpener && m_deskOpener();
+    if (!hasDesk || !m_commandLine.isEmpty())
+        openStart(m_commandLine, hasDesk ? newWindowState() : WindowState::Maximized);
 }
 
 void MainWindow::openStart(const QString &address, WindowState state)
@@ -270,6 +276,12 @@ void MainWindow::translate()
     m_downloads->translate();
     for (InnerWindow *window : innerForms())
         window->translate();
+    emit translated();
+}
+
+void MainWindow::addNotice(QWidget &notice)
+{
+    m_notices->layout()->addWidget(&notice);
 }
 
 void MainWindow::adopt(QMdiSubWindow *child)
@@ -377,10 +389,11 @@ void MainWindow::closeEvent(QCloseEvent *event)
     event->accept();
 }
 
-void MainWindow::leave()
+void MainWindow::leave(bool isByUser)
 {
     if (m_closed)
         return;
+    emit leaving(isByUser);
     findChild<QLabel *>(u"pctIcon"_s)->clear();
     saveBandLayout(*m_coolBar);
     m_closed = true;

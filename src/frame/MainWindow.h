@@ -37,11 +37,19 @@ public:
     bool isClosed() const { return m_closed; }
     /// Ends the program without the question: what is kept at the end is kept, every form closes,
     /// and the event loop is left. Also while a dialog is open.
-    void leave();
+    /// `isByUser`: he called for the end himself, or for that of his session.
+    void leave(bool isByUser = true);
 
     /// Opens a profile file for `openProfile`; arguments and result are the same.
     using ProfileOpener = std::function<bool(const QString &file, bool quiet)>;
     void setProfileOpener(const ProfileOpener &opener) { m_profileOpener = opener; }
+
+    /// What opens the windows of an earlier start as this one loads, before what it was started on;
+    /// false where there were none.
+    using DeskOpener = std::function<bool()>;
+    void setDeskOpener(const DeskOpener &opener) { m_deskOpener = opener; }
+    /// Shows a strip below the windows, above that of the downloads; F6 reaches it.
+    void addNotice(QWidget &notice);
 
     /// As at the start of the program, in a window besides: opens what `text` names, relative to
     /// `folder`.
@@ -73,6 +81,11 @@ public:
     int navigationFlags() const override { return m_navigationFlags; }
     void setNavigationFlags(int flags) override { m_navigationFlags = flags; }
 
+signals:
+    /// All windows are still there.
+    void leaving(bool isByUser);
+    void translated();
+
 protected:
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -103,8 +116,11 @@ private:
     LinksBar *m_links;
     FavoritesBar *m_favoritesBar;
     SearchBar *m_searchBar;
+    /// What is to be told beside all windows.
+    QWidget *m_notices;
     DownloadStrip *m_downloads;
     ProfileOpener m_profileOpener;
+    DeskOpener m_deskOpener;
     QString m_commandLine;
     int m_navigationFlags = 0;
     bool m_loaded = false;

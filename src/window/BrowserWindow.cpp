@@ -141,9 +141,18 @@ void BrowserWindow::load()
 
 void BrowserWindow::wake()
 {
-    if (isAsleep() && !m_unloaded)
+    if (isAsleep() && !m_unloaded) {
+        emit waking();
         m_browser->navigateNow();
+    }
     m_isAsleep = false;
+}
+
+void BrowserWindow::waitAsleep()
+{
+    m_isAsleep = true;
+    if (isActiveChild())
+        QTimer::singleShot(0, this, &BrowserWindow::wake);
 }
 
 /// Where loading has ended, whatever came of it, the tab does not go on saying that it loads.

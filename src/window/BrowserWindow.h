@@ -67,10 +67,14 @@ public:
     bool isAsleep() const { return m_isAsleep && m_browser->isWaiting(); }
     /// The page of a sleeping window comes in its place. Never inside an engine callback.
     void wake();
+    /// One that waits for its page sleeps from now on.
+    void waitAsleep();
 
     void setVisible(bool visible) override;
 
 signals:
+    /// It was asleep, and its page is about to load.
+    void waking();
     /// A page, or a frame of it, has finished loading.
     void documentCompleted(const QString &url);
 

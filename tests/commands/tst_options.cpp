@@ -39,6 +39,7 @@ private slots:
     void currentPageOfTheActiveWindow();
     void currentPageOverASourceWindowIsTheStoredHomePage();
     void applyWritesEveryKeyInOrder();
+    void switchOfTheDeskIsWrittenOnceItIsUsed();
     void applyActsOnTwoMarksAndTheButtonOnly();
     void applyTranslatesFrameAndDialogAtOnce();
     void keyMissingInTheNextLanguageKeepsTheText();
@@ -268,6 +269,21 @@ void tst_Options::currentPageOverASourceWindowIsTheStoredHomePage()
     click("cmdHomeURL0");
     click("cmdHomeURL1");
     QCOMPARE(homePage(), u"http://stored/"_s);
+}
+
+void tst_Options::switchOfTheDeskIsWrittenOnceItIsUsed()
+{
+    folder().writeSettings({});
+    open();
+    QVERIFY(!isOn("chkOpenLastDesk"));
+    click("cmdApply");
+    QVERIFY(!folder().readSettings().contains("OpenLastDesk"));
+    find<QCheckBox>("chkOpenLastDesk")->setChecked(true);
+    click("cmdApply");
+    QCOMPARE(folder().setting(u"Settings"_s, u"OpenLastDesk"_s), u"1"_s);
+    find<QCheckBox>("chkOpenLastDesk")->setChecked(false);
+    click("cmdApply");
+    QCOMPARE(folder().setting(u"Settings"_s, u"OpenLastDesk"_s), u"0"_s);
 }
 
 void tst_Options::applyWritesEveryKeyInOrder()

@@ -1,0 +1,219 @@
+#include "LastDesk.h"
+
+#include "BrowserWindow.h"
+#include "DeskOffer.h"
+#include "DeskPlacer.h"
+#include "DeskTaker.h"
+#include "MainWindow.h"
+#include "MdiArea.h"
+#include "Settings.h"
+#include "WakingPages.h"
+#include "Yield.h"
+
+#include <QEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// From a change to its writing: with that, it is in the file within a second.
+constexpr int pauseMs = 600;
+
+bool isOfTheDesk(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Show:
+    case QEvent::Close:
+    case QEvent::WindowStateChange:
+    case QEvent::WindowTitleChange:
+    case QEvent::ZOrderChange:
+        return true;
+    default:
+        return false;
+    }
+}
+
+Desk only(const Desk &desk, const QList<qsizetype> &windows)
+{
+    Desk result = desk;
+    result.windows.clear();
+    for (const qsizetype index : windows)
+        result.windows.append(desk.windows.at(index));
+    result.active = int(windows.indexOf(desk.active));
+    return result;
+}
+
+/// With the windows of `behind` behind those of `desk`.
+Desk joined(Desk desk, const Desk &behind)
+{
+    const int shift = int(behind.windows.size());
+    for (DeskWindow &window : desk.windows)
+        window.order += shift;
+    if (behind.active >= 0)
+        desk.active = int(desk.windows.size()) + behind.active;
+    desk.windows.append(behind.windows);
+    return desk;
+}
+}
+
+LastDesk::LastDesk(MainWindow &frame)
+    : m_frame(frame)
+    , m_area(*frame.findChild<MdiArea *>())
+    , m_left(LastDeskFile::read())
+{
+    m_pending = m_left.desk;
+    if (!m_left.isCut)
+        frame.setDeskOpener([this] { return openAtStart(); });
+    m_soon.setSingleShot(true);
+    m_soon.setInterval(pauseMs);
+    connect(&m_soon, &QTimer::timeout, this, &LastDesk::write);
+    connect(&m_area, &MdiArea::adopted, this, [this](QMdiSubWindow *child) {
+        if (auto *window = qobject_cast<BrowserWindow *>(child))
+            watch(window);
+    });
+    connect(&frame, &MainWindow::leaving, this, &LastDesk::end);
+    frame.installEventFilter(this);
+}
+
+void LastDesk::watch(BrowserWindow *window)
+{
+    window->installEventFilter(this);
+    connect(window->browser(), &WebBrowser::stateChanged, this, &LastDesk::changeComes);
+    connect(window, &QObject::destroyed, this, &LastDesk::changeComes);
+    changeComes();
+}
+
+bool LastDesk::eventFilter(QObject *watched, QEvent *event)
+{
+    if (isOfTheDesk(event->type()))
+        changeComes();
+    return QObject::eventFilter(watched, event);
+}
+
+/// The first of many: a desk that changes all the time is written all the same.
+void LastDesk::changeComes()
+{
+    if (!m_isOver && !m_soon.isActive())
+        m_soon.start();
+}
+
+void LastDesk::write()
+{
+    m_store.put(deskNow());
+}
+
+Desk LastDesk::deskNow() const
+{
+    QList<BrowserWindow *> windows = browserForms();
+    windows.removeIf([](const BrowserWindow *window) { return window->isUnloaded(); });
+    if (m_pending.windows.isEmpty())
+        return takeDesk(m_frame, windows);
+    // The page that each start opens by itself would be one more each time.
+    const QString home = Settings::homeUrl.read();
+    windows.removeIf(
+        [&home](const BrowserWindow *window) { return window->browser()->locationUrl() == home; });
+    return joined(takeDesk(m_frame, windows), m_pending);
+}
+
+void LastDesk::offer()
+{
+    if (!m_left.isCut || m_pending.windows.isEmpty() || m_frame.isClosed())
+        return;
+    m_offer = new DeskOffer(m_pending, WakingPages::left());
+    connect(m_offer, &DeskOffer::accepted, this, &LastDesk::openThese);
+    connect(m_offer, &DeskOffer::declined, this, &LastDesk::decline);
+    connect(&m_frame, &MainWindow::translated, m_offer, &DeskOffer::translate);
+    m_frame.addNotice(*m_offer);
+}
+
+bool LastDesk::openAtStart()
+{
+    if (!Settings::openLastDesk.isOne())
+        m_pending = {};
+    const Desk desk = m_pending;
+    putBack(desk);
+    return !desk.windows.isEmpty();
+}
+
+void LastDesk::openThese(const QList<qsizetype> &windows)
+{
+    endOffer();
+    const Desk desk = only(m_pending, windows);
+    if (desk.windows.size() < m_pending.windows.size())
+        LastDeskFile::keep(m_left).leaveToLog();
+    m_pending = desk;
+    putBack(desk);
+}
+
+void LastDesk::decline()
+{
+    endOffer();
+    // What could not be kept goes on being written with the desk.
+    if (LastDeskFile::keep(m_left))
+        m_pending = {};
+    changeComes();
+}
+
+void LastDesk::endOffer()
+{
+    WakingPages::forgetAll();
+    m_offer->hide();
+    m_offer->deleteLater();
+}
+
+void LastDesk::putBack(const Desk &desk)
+{
+    if (desk.windows.isEmpty())
+        return;
+    // Otherwise each window would come up maximized, only to be placed in the end.
+    if (QMdiSubWindow *active = m_frame.activeChild(); active && active->isMaximized())
+        active->showNormal();
+    DeskPlacer placer(m_frame, m_area, desk);
+    SlicedLoop loop;
+    for (qsizetype i = 0; i < desk.windows.size() && !m_frame.isClosed(); ++i) {
+        placer.open(i);
+        m_pending.windows.removeFirst();
+        m_pending.active = -1;
+        loop.yieldWhenDue();
+    }
+    if (m_frame.isClosed())
+        return;
+    if (!desk.hasPlaces())
+        m_frame.run(u"mnuWindowCascade"_s);
+    placer.finish();
+    const QList<BrowserWindow *> windows = placer.windows();
+    for (BrowserWindow *window : windows) {
+        watchWaking(window);
+        // Not sooner: each one was active as it opened, and is to wake for that.
+        QTimer::singleShot(0, window, &BrowserWindow::waitAsleep);
+    }
+    changeComes();
+}
+
+/// A page that ends the program as it comes back is known by that at the next start.
+void LastDesk::watchWaking(BrowserWindow *window)
+{
+    const QString address = window->browser()->locationUrl();
+    const auto isOver = [address] { WakingPages::end(address); };
+    connect(window, &BrowserWindow::waking, this, [this, window, address, isOver] {
+        WakingPages::begin(address);
+        connect(window->browser(), &WebBrowser::loadEnded, this, isOver, Qt::SingleShotConnection);
+        connect(window, &QObject::destroyed, this, isOver);
+    });
+}
+
+void LastDesk::end(bool isByUser)
+{
+    if (m_isOver)
+        return;
+    write();
+    m_isOver = true;
+    m_soon.stop();
+    m_store.flush();
+    if (!isByUser)
+        return;
+    const bool isAnyLeft = m_left.isCut && !m_pending.windows.isEmpty();
+    if (!isAnyLeft || LastDeskFile::keep(m_left))
+        LastDeskFile::endRun();
+}
