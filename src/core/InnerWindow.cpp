@@ -27,6 +27,13 @@ void InnerWindow::focusContents()
         widget()->setFocus();
 }
 
+/// The base class hides a window to restore it, and the keyboard would go on to the next control in
+/// it, as after Tab; once it is in sight again, it would be found there.
+bool InnerWindow::focusNextPrevChild(bool next)
+{
+    return !isHidden() && QMdiSubWindow::focusNextPrevChild(next);
+}
+
 /// Three quarters of the frame's room, as new inner windows are; what they show gives no size of
 /// its own.
 QSize InnerWindow::sizeHint() const

@@ -32,6 +32,7 @@ signals:
     void frontWanted();
 
 protected:
+    bool focusNextPrevChild(bool next) override;
     /// Presses the window's tab, if it has one and it is not pressed.
     void pressTab();
 

@@ -1,4 +1,5 @@
 #include <QAbstractButton>
+#include <QMdiArea>
 #include <QtTest>
 
 #include "BrowserWindow.h"
@@ -19,6 +20,8 @@ private slots:
     void cleanup();
     void clickOnTheTabEndsIt();
     void clickInTheStripEndsIt();
+    void keyboardIsThePages_data();
+    void keyboardIsThePages();
     void screenReaderIsTold();
     void wantedWindowComesToTheFront();
 
@@ -70,6 +73,33 @@ void tst_UseMarks::clickInTheStripEndsIt()
     QCOMPARE(browser(last)->usesEnded, 1);
     browser(last)->events->useChange({});
     QVERIFY(!mark->isVisible());
+}
+
+void tst_UseMarks::keyboardIsThePages_data()
+{
+    QTest::addColumn<bool>("isWaiting");
+    QTest::newRow("in front at once") << false;
+    QTest::newRow("behind another at first") << true;
+}
+
+/// A window comes to the front with a mark in it, and nobody has pressed Tab.
+void tst_UseMarks::keyboardIsThePages()
+{
+    QFETCH(bool, isWaiting);
+    m_program->frame->openBrowserWindow(u"http://three.example/"_s, WindowState::Maximized);
+    BrowserWindow *used = form(int(browserForms().size()) - 1);
+    browser(int(browserForms().size()) - 1)->events->useChange(u"Camera in use"_s);
+    if (isWaiting)
+        m_program->frame->openBrowserWindow(u"http://four.example/"_s, WindowState::Maximized);
+    m_program->frame->activateWindow();
+    QTRY_VERIFY(m_program->frame->isActiveWindow());
+    auto *area = m_program->frame->findChild<QMdiArea *>();
+    for (int i = 0; i < 3; ++i) {
+        area->setActiveSubWindow(form(0));
+        area->setActiveSubWindow(used);
+        const QWidget *focus = QApplication::focusWidget();
+        QVERIFY2(!focus || focus->objectName() != "cmdEndUse"_L1, qPrintable(QString::number(i)));
+    }
 }
 
 void tst_UseMarks::screenReaderIsTold()
