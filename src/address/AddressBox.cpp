@@ -173,7 +173,9 @@ int AddressBox::rowOfText() const
 
 bool AddressBox::hasUnsentEdits() const
 {
-    return m_focused && (m_unsent || m_edit->composing());
+    // A drop works in a field that has the keyboard only once its window is the active one.
+    const bool isWorkedIn = m_focused || isAncestorOf(window()->focusWidget());
+    return isWorkedIn && (m_unsent || m_edit->composing());
 }
 
 bool AddressBox::isAllSelected() const

@@ -36,6 +36,7 @@ private slots:
     void stripOpensWhatIsDroppedOnATab();
     void addressBarTakesTheAddress_data();
     void addressBarTakesTheAddress();
+    void addressBarOfAFrameBehindTakesTheAddress();
     void addressBarTakesTextWhereItIsLetGo();
     void searchBoxTakesALink();
 
@@ -271,6 +272,30 @@ void tst_FrameDrop::addressBarTakesTheAddress()
     QCOMPARE(addressField()->text(), text);
     QTest::keyClick(addressField(), Qt::Key_Return);
     QCOMPARE(FakeWebBrowser::made().first()->navigated.last(), text);
+}
+
+/// What is dragged comes from another program, whose window has the keyboard then: the frame that
+/// comes up for the drop does not put its page's address back.
+void tst_FrameDrop::addressBarOfAFrameBehindTakesTheAddress()
+{
+    QWidget elsewhere(m_frame.get());
+    elsewhere.setFocusPolicy(Qt::StrongFocus);
+    m_frame->show();
+    m_frame->activateWindow();
+    QTRY_VERIFY(m_frame->isActiveWindow());
+    m_frame->openBrowserWindow(u"http://first.example/"_s, WindowState::AsOthers);
+    elsewhere.setFocus();
+    QTRY_VERIFY(elsewhere.hasFocus());
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QTRY_VERIFY(other.isActiveWindow());
+    const QUrl link(u"http://one.example/a"_s);
+    QVERIFY(DragAndDrop({link}).drop(addressField()));
+    m_frame->setAddressText(u"http://page.example/"_s);
+    QCOMPARE(addressField()->text(), link.toString());
+    QTRY_VERIFY(addressField()->hasFocus());
+    QCOMPARE(addressField()->text(), link.toString());
 }
 
 void tst_FrameDrop::addressBarTakesTextWhereItIsLetGo()
