@@ -259,13 +259,14 @@ void tst_Profiles::badAddressesEndTheirTurn()
     gone.hangUp = true;
     m_session->server.reply("/gone", gone);
     const QString self = m_session->folder.file(u"Profiles/x.orp"_s);
-    m_session->start(profile({u"about:blank"_s, u"http://127.0.0.1:1/"_s, url(u"/nothing"_s),
-                              url(u"/gone"_s), u"::::"_s, self, u"http://"_s,
-                              u"http://h/"_s + QString(2000, u'x'), url(u"/one"_s)}));
-    QCOMPARE(m_session->windows(), 9);
+    m_session->start(
+        profile({u"about:blank"_s, u"http://127.0.0.1:1/"_s, url(u"/nothing"_s), url(u"/gone"_s),
+                 u"::::"_s, self, u"http://"_s, u"http://h/"_s + QString(2000, u'x'),
+                 u"chrome://inducebrowsercrashforrealz"_s, url(u"/one"_s)}));
+    QCOMPARE(m_session->windows(), 10);
     QTRY_VERIFY(strip().isHidden());
     QTRY_VERIFY(m_session->shows(url(u"/one"_s)));
-    QCOMPARE(m_session->windows(), 9);
+    QCOMPARE(m_session->windows(), 10);
 }
 
 void tst_Profiles::sixtyPages()
