@@ -19,8 +19,15 @@ namespace {
 constexpr Texts<"ErrorPage"> texts;
 
 /// Numbers of the engine's network errors that a user can make something of.
-QString reasonFor(int code)
+QString reasonFor(int code, const QUrl &url)
 {
+    // Stopped by us, which happens to nothing of the web but forms that leave encryption.
+    constexpr int stopped = -20;
+    if (code == stopped && url.scheme() == "http"_L1) {
+        return texts.at<"strNotSent",
+                        "The server wanted what you entered to be sent on over a connection that "
+                        "is not encrypted, where others could read it. It was not sent there.">();
+    }
     switch (code) {
     case -6:
         return texts.at<"strNoFile", "There is no file at this address.">();
@@ -70,7 +77,7 @@ void show(QWebEnginePage *page, const QUrl &url, int error)
     const QJsonObject shown{
         {u"title"_s, name},
         {u"heading"_s, texts.at<"strHeading", "This page cannot be shown">()},
-        {u"reason"_s, reasonFor(error)},
+        {u"reason"_s, reasonFor(error, url)},
         {u"address"_s, shownAddress(url)},
         {u"again"_s, texts.at<"cmdTryAgain", "Try Again">()},
         {u"scheme"_s, isDark ? u"dark"_s : u"light"_s},

@@ -20,15 +20,16 @@
     };
 
     let submission = null;
-    addEventListener('submit', (event) => {
+    const noteSubmit = (event) => {
         if (!event.isTrusted)
             return;
-        submission = event;
+        // After it, an event of a shadow tree has no target.
+        submission = { form: event.target, submitter: event.submitter, event };
         twice = null;
-    }, true);
+    };
     // Whether the form is being submitted as the user did it; a script's `submit()` has no event.
-    const isSubmitted = (form) => submission?.target === form && !submission.defaultPrevented
-        && submission.eventPhase === Event.NONE;
+    const isSubmitted = (form) => submission?.form === form && !submission.event.defaultPrevented
+        && submission.event.eventPhase === Event.NONE;
     // The engine has the same form make its data twice, the one time without the button; engines
     // differ in which, and in how soon. Milliseconds.
     const soon = 500;
@@ -41,7 +42,7 @@
         });
     };
 
-    addEventListener('formdata', (event) => {
+    const noteData = (event) => {
         if (!event.isTrusted)
             return;
         const form = event.target;
@@ -76,7 +77,25 @@
             held.delete(held.keys().next().value);
         console.debug('%MARK%' + JSON.stringify(['form', window === window.top,
             [id, target.origin, self.origin].join(' ')]));
-    }, true);
+    };
+    const watch = (root) => {
+        root.addEventListener('submit', noteSubmit, true);
+        root.addEventListener('formdata', noteData, true);
+    };
+    watch(globalThis);
+    // What a form in a shadow tree is told stays in there, but not what the user does with it. Of
+    // closed trees nothing is seen.
+    const watched = new WeakSet();
+    const watchTrees = (event) => {
+        for (const each of event.composedPath()) {
+            if (each instanceof ShadowRoot && !watched.has(each)) {
+                watched.add(each);
+                watch(each);
+            }
+        }
+    };
+    for (const act of ['pointerdown', 'click', 'keydown'])
+        addEventListener(act, watchTrees, true);
 
     const fieldFor = (name, value) => {
         const field = document.createElement('input');

@@ -31,6 +31,8 @@ private slots:
     void fieldsInTheAddressOfAnotherWindow();
     void linkIntoAnotherWindowIsNotHeld();
     void formInAShadowTree();
+    void formInAClosedShadowTree();
+    void floodOfFrames();
     void formOfAFrameToTheTop();
     void formOfAnotherSitesFrame();
     void filesAreSent();
@@ -248,7 +250,8 @@ void tst_insecureforms::plainPageMaySend()
     QVERIFY(!question());
 }
 
-/// What was entered stays on encrypted connections whatever the first server answers.
+/// What was entered stays on encrypted connections whatever the first server answers, and when the
+/// user tries again; the page says why.
 void tst_insecureforms::redirectOutOfEncryptionIsBlocked()
 {
     m_secure->redirect("/out", target(), 307);
@@ -257,7 +260,17 @@ void tst_insecureforms::redirectOutOfEncryptionIsBlocked()
     QTRY_COMPARE(m_secure->count("/out"), 1);
     QTRY_VERIFY(m_form->browser()->locationUrl().startsWith("http:"_L1)
                 && !m_form->browser()->isBusy());
+    QTRY_VERIFY(PopupScene::script(m_form, u"document.body.innerText"_s)
+                    .toString()
+                    .contains("It was not sent there."_L1));
     QCOMPARE(sent(), 0);
+    PopupScene::click(m_form, u"tryAgain"_s);
+    QTRY_VERIFY(question() || m_secure->count("/out") == 2 || sent() == 1);
+    if (question())
+        answer(PageAsks::yes(question()));
+    QTRY_VERIFY(!m_form->browser()->isBusy());
+    for (const TestServer::Request &each : m_scene->server.requests("/send"))
+        QCOMPARE(each.body, QByteArray());
 }
 
 void tst_insecureforms::formIntoAnotherWindow()
@@ -292,9 +305,51 @@ void tst_insecureforms::linkIntoAnotherWindowIsNotHeld()
     QVERIFY(!question());
 }
 
+/// Sent as it was, with the button that was pressed.
+void tst_insecureforms::formInAShadowTree()
+{
+    open("<div id=go></div><script>const root = document.getElementById('go').attachShadow("
+         "{ mode: 'open' }); root.innerHTML = `<style>button { width: 90%; height: 90% }</style>"
+         + simpleForm()
+         + "<div id=in></div>`; const inner = root.getElementById('in')"
+           ".attachShadow({ mode: 'open' }); inner.innerHTML = `"
+         + simpleForm() + "`;</script>");
+    for (const QString &tree : {u"root"_s, u"inner"_s}) {
+        PopupScene::script(m_form, tree + u".querySelector('button').click(); 1"_s);
+        QTRY_VERIFY(question());
+        const int before = sent();
+        answer(PageAsks::yes(question()));
+        QTRY_COMPARE(sent(), before + 1);
+        QCOMPARE(last().body, "a=one&b=two");
+        QTRY_COMPARE(m_form->windowTitle(), u"Sent"_s);
+        if (tree == "root"_L1) {
+            m_form->browser()->goBack();
+            QTRY_COMPARE(m_form->windowTitle(), u"form"_s);
+        }
+    }
+}
+
+/// A thousand forms of a hundred frames are one question, and none of them is sent.
+void tst_insecureforms::floodOfFrames()
+{
+    m_secure->page("/frame",
+                   simpleForm("target=_top")
+                       + "<script>onload = () => { for (let i = 0; i < 10; ++i)"
+                         "document.forms[0].submit(); }</script>");
+    open(QByteArray("<iframe src=/frame></iframe>").repeated(100));
+    QTRY_VERIFY_WITH_TIMEOUT(m_secure->count("/frame") == 100, 30000);
+    QTRY_VERIFY(question());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_form->browser()->isBusy(), 30000);
+    QCOMPARE(PageAsks::countIn(m_form), 1);
+    answer(PageAsks::no(question()));
+    QTRY_VERIFY(!question());
+    QCOMPARE(sent(), 0);
+    QCOMPARE(m_form->windowTitle(), u"form"_s);
+}
+
 /// No script of ours sees what it sends; it is held all the same, and goes when the user presses
 /// its button once more.
-void tst_insecureforms::formInAShadowTree()
+void tst_insecureforms::formInAClosedShadowTree()
 {
     open("<div id=go></div><script>const root = document.getElementById('go').attachShadow("
          "{ mode: 'closed' }); root.innerHTML = `"
