@@ -1,5 +1,6 @@
 #include "ShownText.h"
 
+#include <algorithm>
 #include <unicode/uchar.h>
 
 using namespace Qt::StringLiterals;
@@ -7,6 +8,17 @@ using namespace Qt::StringLiterals;
 namespace {
 /// UTF-16 units.
 constexpr qsizetype longestShown = 4096;
+
+/// Where a line breaks between any two letters anyhow, or where they are joined, nothing comes in
+/// between.
+bool mayStandApart(QChar letter)
+{
+    const QChar::Script script = letter.script();
+    return letter.isDigit()
+        || (letter.isLetter()
+            && (script == QChar::Script_Latin || script == QChar::Script_Cyrillic
+                || script == QChar::Script_Greek));
+}
 
 bool turnsDirection(char32_t c)
 {
@@ -71,5 +83,24 @@ QString escapedText(const QString &text)
             result +=
                 "\\u"_L1 + QString::number(unit.unicode(), 16).toUpper().rightJustified(4, u'0');
     });
+    return result;
+}
+
+QString breakableText(const QString &text)
+{
+    constexpr qsizetype longestWord = 24;
+    constexpr QChar mayBreak(0x200b);
+    const auto isSpace = [](QChar letter) { return letter.isSpace(); };
+    QString result;
+    for (auto at = text.begin(); at != text.end();) {
+        const auto end = std::find_if(at, text.end(), isSpace);
+        for (const bool isLong = end - at > longestWord; at != end; ++at) {
+            if (isLong && mayStandApart(*at))
+                result += mayBreak;
+            result += *at;
+        }
+        if (at != text.end())
+            result += *at++;
+    }
     return result;
 }

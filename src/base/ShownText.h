@@ -14,3 +14,6 @@ QString escapedText(const QString &text);
 /// Whether `character` is not seen or changes the order of others: control and direction
 /// characters, separators, and what is drawn as nothing.
 bool isUnseen(char32_t character);
+
+/// `text` with words that no short line holds made to go on in the next one, at any letter.
+QString breakableText(const QString &text);

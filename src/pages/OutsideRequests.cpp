@@ -42,17 +42,6 @@ QString cut(const QString &text, qsizetype length)
     return text.size() <= length ? text : text.left(length) + u'…';
 }
 
-/// Goes on in the next line where it has to, so that nothing of it is out of sight.
-QString breakable(const QString &address)
-{
-    constexpr qsizetype run = 20;
-    constexpr QChar mayBreak(0x200b);
-    QString result = address;
-    for (qsizetype at = (address.size() - 1) / run * run; at > run; at -= run)
-        result.insert(at, mayBreak);
-    return result;
-}
-
 QString shown(const QUrl &url)
 {
     return cut(shownText(shownAddress(url)), longestShown);
@@ -187,8 +176,8 @@ void OutsideRequests::ask(const Request &request, const SchemeProgram &program)
     PageQuestion question;
     question.kind = u"outside"_s;
     question.asker = request.via.isEmpty() ? m_page.committedUrl() : request.via;
-    question.text = askerOf(request, m_page) + u'\n' + shownName(program) + u'\n'
-        + breakable(shown(request.url));
+    question.text =
+        askerOf(request, m_page) + u'\n' + shownName(program) + u'\n' + shown(request.url);
     question.yes = texts.at<"cmdOpen", "Open">();
     question.no = Texts<"PageQuestions">::at<"cmdCancel", "Cancel">();
     question.remember = m_page.leavesTrace() && mayBeRemembered(request, m_page);

@@ -4,6 +4,7 @@
 #include "FlowRows.h"
 #include "QuestionAccessible.h"
 #include "ShownAddress.h"
+#include "ShownText.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -164,7 +165,8 @@ QLabel *PageQuestionBox::addLabel(const char *name, const QString &text)
 
 void PageQuestionBox::addText(const QString &text)
 {
-    m_text = addLabel("lblText", text);
+    m_text = addLabel("lblText", breakableText(text));
+    m_text->setAccessibleName(text);
     m_text->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_scroll = new QScrollArea(m_body);
     m_scroll->setObjectName("scrText"_L1);

@@ -37,7 +37,7 @@ inline int countIn(const QWidget *form)
 
 inline QString textOf(const PageQuestionBox *box)
 {
-    return box->findChild<QLabel *>(QStringLiteral("lblText"))->text();
+    return box->findChild<QLabel *>(QStringLiteral("lblText"))->accessibleName();
 }
 
 inline QString titleOf(const PageQuestionBox *box)

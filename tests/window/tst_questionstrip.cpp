@@ -248,20 +248,27 @@ void tst_QuestionStrip::windowMadeTinyStartsAtWhoAsks()
 void tst_QuestionStrip::endOfAUsualTextIsSeen_data()
 {
     QTest::addColumn<QSize>("size");
-    QTest::newRow("wide") << QSize(700, 400);
-    QTest::newRow("narrow") << QSize(420, 300);
-    QTest::newRow("narrower") << QSize(250, 500);
+    QTest::addColumn<QString>("last");
+    const QString address = u"tel:123456789 "_s.repeated(14);
+    QTest::newRow("wide") << QSize(700, 400) << address;
+    QTest::newRow("narrow") << QSize(420, 300) << address;
+    QTest::newRow("narrower") << QSize(250, 500) << address;
+    // Whose it is stands at its end.
+    const QString site = u"http://…"_s + QString(63, u'w') + ".evil.example:8191."_L1;
+    QTest::newRow("site, narrow") << QSize(420, 300) << site;
+    QTest::newRow("site, narrower") << QSize(250, 500) << site;
 }
 
 /// What matters may stand there: an address, or that others may read a password.
 void tst_QuestionStrip::endOfAUsualTextIsSeen()
 {
     QFETCH(const QSize, size);
+    QFETCH(const QString, last);
     m_form->resize(size);
     PageQuestion asked = question();
     asked.text = u"This page, a frame in it or a page tied to it wants to open another program:\n"
                  "The telephone of this computer\n"_s
-        + u"tel:123456789 "_s.repeated(14);
+        + last;
     const PageQuestionBox *strip = ask(asked);
     const auto *text = strip->findChild<QLabel *>(u"lblText"_s);
     QCOMPARE(text->visibleRegion().boundingRect(), text->rect());
