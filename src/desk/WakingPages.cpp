@@ -55,9 +55,11 @@ QStringList left()
 
 void forgetAll()
 {
-    const QStringList all = left();
-    for (const QString &address : all)
-        end(address);
+    // Whatever is left of their contents.
+    const QStringList names = folder().entryList(QDir::Files);
+    for (const QString &name : names)
+        QFile::remove(folder().filePath(name));
+    QDir().rmdir(folder().path());
 }
 
 }

@@ -229,6 +229,7 @@ void tst_LastDesk::pagesThatNeverCameBackAreKnown()
     WakingPages::end(u"http://two.test/"_s);
     WakingPages::end(u"http://never.test/"_s);
     QCOMPARE(WakingPages::left(), QStringList{strange});
+    QVERIFY(m_folder->write(u"AppData/Waking/cut"_s, {}));
     WakingPages::forgetAll();
     QVERIFY(WakingPages::left().isEmpty());
     QVERIFY(!m_folder->exists(u"AppData/Waking"_s));
