@@ -6,6 +6,7 @@
 #include "DeskTaker.h"
 #include "MainWindow.h"
 #include "MdiArea.h"
+#include "NotSaved.h"
 #include "Settings.h"
 #include "WakingPages.h"
 #include "Yield.h"
@@ -140,17 +141,29 @@ void LastDesk::openThese(const QList<qsizetype> &windows)
 {
     endOffer();
     const Desk desk = only(m_pending, windows);
-    if (desk.windows.size() < m_pending.windows.size())
-        LastDeskFile::keep(m_left).leaveToLog();
+    QList<DeskWindow> others = m_pending.windows;
+    others.removeIf([&desk](const DeskWindow &each) { return desk.windows.contains(each); });
+    const bool isKept = others.isEmpty() || keep();
     m_pending = desk;
+    if (!isKept)
+        m_pending.windows.append(others);
     putBack(desk);
+}
+
+/// False, and the user is told, where the file could not be kept: what was in it goes on being
+/// written with the desk then.
+bool LastDesk::keep()
+{
+    const WriteResult result = LastDeskFile::keep(m_left);
+    if (!result)
+        NotSaved::tell(&m_frame, LastDeskFile::path(), result);
+    return bool(result);
 }
 
 void LastDesk::decline()
 {
     endOffer();
-    // What could not be kept goes on being written with the desk.
-    if (LastDeskFile::keep(m_left))
+    if (keep())
         m_pending = {};
     changeComes();
 }

@@ -38,6 +38,7 @@ private:
     void openThese(const QList<qsizetype> &windows);
     void putBack(const Desk &desk);
     void decline();
+    bool keep();
     void endOffer();
     void end(bool isByUser);
 

@@ -1,5 +1,6 @@
 // The program as a process of its own that ends in all ways, and what its next start does.
 #include <QApplication>
+#include <QDialog>
 #include <QProcess>
 #include <QPushButton>
 #include <QSocketNotifier>
@@ -57,6 +58,8 @@ public:
             return addressesOf(browserForms()).join(u' ');
         else if (word == "awake"_L1)
             return awake().join(u' ');
+        else if (word == "dialogs"_L1)
+            return QString::number(m_frame.findChildren<QDialog *>().size());
         else if (word == "loads"_L1)
             return FakeWebBrowser::made().value(rest.toInt())->navigated.join(u' ');
         else if (word == "offer"_L1)
@@ -141,6 +144,8 @@ private slots:
     void windowsComeBackAsleepAndTheActiveOneLoads();
     void notNowKeepsTheFileAndIsNotAskedAgain();
     void windowsWithoutTickAreKeptInTheFile();
+    void whatCannotBeKeptStaysInTheDesk_data();
+    void whatCannotBeKeptStaysInTheDesk();
     void listThatNobodyAnsweredIsOfferedAgain();
     void listThatNobodyAnsweredIsKeptAtTheEnd();
     void pageThatEndsTheProgramHasNoTickTheSecondTime();
@@ -311,6 +316,38 @@ void tst_AfterCrash::windowsWithoutTickAreKeptInTheFile()
     QTRY_COMPARE(askList(u"windows"_s), QStringList{m_two});
     QCOMPARE(addressesIn(kept().value(0)), QStringList({m_one, m_two}));
     QTRY_COMPARE(stored(), QStringList{m_two});
+}
+
+void tst_AfterCrash::whatCannotBeKeptStaysInTheDesk_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QStringList>("desk");
+    QTest::newRow("not now") << u"cmdLater"_s << QStringList{m_three, m_one, m_two};
+    QTest::newRow("not all") << u"cmdOpen"_s << QStringList{m_two, m_three, m_one};
+}
+
+void tst_AfterCrash::whatCannotBeKeptStaysInTheDesk()
+{
+    QFETCH(QString, button);
+    QFETCH(QStringList, desk);
+    start();
+    open({m_one, m_two});
+    kill();
+    // Every name that it could have is taken.
+    const QDateTime time = QFileInfo(m_folder->file(u"Profiles/Last desk.orp"_s)).lastModified();
+    const QString date = time.toString(u"yyyy-MM-dd HH.mm.ss"_s);
+    for (int i = 1; i <= 100; ++i) {
+        const QString more = i > 1 ? u' ' + QString::number(i) : QString();
+        const QString name = u"Profiles/Last desk (%1%2).orp"_s.arg(date, more);
+        QVERIFY(QDir().mkdir(m_folder->file(name)));
+    }
+    start();
+    ask(u"untick 0"_s);
+    ask("press "_L1 + button);
+    QTRY_COMPARE(ask(u"offer"_s), QString());
+    QCOMPARE(ask(u"dialogs"_s), u"1"_s);
+    ask("new "_L1 + m_three);
+    QTRY_COMPARE(stored(), desk);
 }
 
 void tst_AfterCrash::listThatNobodyAnsweredIsOfferedAgain()
