@@ -18,6 +18,8 @@ constexpr int margin = 8;
 constexpr int gap = 6;
 constexpr int pictureSize = 16;
 constexpr int dotSize = 11;
+/// Of a picture whose window is asleep.
+constexpr qreal dimmed = 0.75;
 /// Easier to hit than to see.
 constexpr int useWidth = 20;
 // A caption of the usual thirteen characters fits; wide scripts get more, nothing gets less.
@@ -86,8 +88,7 @@ bool TabButton::setCaption(const QString &caption)
 {
     if (caption != m_caption) {
         m_caption = caption;
-        setAccessibleName(m_use.isEmpty() ? caption : caption + QStringLiteral(", ") + m_use);
-        update();
+        nameIt();
     }
     const int width = wantedWidth();
     return std::exchange(m_width, width) != width;
@@ -98,7 +99,24 @@ void TabButton::setUse(const QString &text)
     if (text == m_use)
         return;
     m_use = text;
-    setAccessibleName(text.isEmpty() ? m_caption : m_caption + QStringLiteral(", ") + text);
+    nameIt();
+}
+
+void TabButton::setAsleep(bool asleep)
+{
+    if (std::exchange(m_asleep, asleep) != asleep)
+        nameIt();
+}
+
+/// What is shown of it, in words.
+void TabButton::nameIt()
+{
+    QStringList parts{m_caption};
+    if (m_asleep)
+        parts.append(Texts<"frmBrowser">::at<"strAsleep", "asleep">());
+    if (!m_use.isEmpty())
+        parts.append(m_use);
+    setAccessibleName(parts.join(QStringLiteral(", ")));
     update();
 }
 
@@ -164,7 +182,9 @@ void TabButton::paintEvent(QPaintEvent *)
     const QRect inner = rect().adjusted(margin, 0, use.isNull() ? -margin : -useWidth - 2, 0);
     const QRect picture = QStyle::alignedRect(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter,
                                               QSize(pictureSize, pictureSize), inner);
-    icon().paint(&painter, picture);
+    painter.setOpacity(m_asleep ? dimmed : 1);
+    icon().paint(&painter, picture, Qt::AlignCenter, m_asleep ? QIcon::Disabled : QIcon::Normal);
+    painter.setOpacity(1);
     const QRect text =
         QStyle::visualRect(layoutDirection(), inner, inner.adjusted(pictureSize + gap, 0, 0, 0));
     painter.setPen(colours.color(m_pressed ? QPalette::Text : QPalette::WindowText));

@@ -17,6 +17,9 @@ public:
     /// What its window uses of camera, microphone and screen, in words: the mark at its end says
     /// so, and ends that by a click of its own. Empty: nothing.
     void setUse(const QString &text);
+    /// Its window has given its page up: the picture is dimmed, and it is said in words.
+    void setAsleep(bool asleep);
+    bool isAsleep() const { return m_asleep; }
     bool isPressed() const { return m_pressed; }
     void setPressed(bool pressed);
 
@@ -40,6 +43,7 @@ protected:
 
 private:
     int wantedWidth() const;
+    void nameIt();
     /// Empty without a mark.
     QRect useRect() const;
 
@@ -48,6 +52,7 @@ private:
     QString m_use;
     int m_width = 0;
     bool m_pressed = false;
+    bool m_asleep = false;
     bool m_middleDown = false;
     bool m_useDown = false;
 };

@@ -153,6 +153,12 @@ void TabStrip::setUse(const QString &key, const QString &text)
         tab->setUse(text);
 }
 
+void TabStrip::setAsleep(const QString &key, bool asleep)
+{
+    if (TabButton *tab = button(key))
+        tab->setAsleep(asleep);
+}
+
 void TabStrip::setPressed(const QString &key, bool pressed)
 {
     TabButton *tab = button(key);

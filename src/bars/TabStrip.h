@@ -27,6 +27,7 @@ public:
     using QWidget::setToolTip;
     void setIcon(const QString &key, const QIcon &icon) override;
     void setUse(const QString &key, const QString &text) override;
+    void setAsleep(const QString &key, bool asleep) override;
     void setPressed(const QString &key, bool pressed) override;
     bool isPressed(const QString &key) const override;
 

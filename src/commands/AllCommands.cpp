@@ -6,6 +6,7 @@
 #include "HelpCommands.h"
 #include "MainWindow.h"
 #include "ProfileCommands.h"
+#include "SleepCommands.h"
 #include "ToolsCommands.h"
 #include "ViewCommands.h"
 
@@ -17,6 +18,7 @@ void registerAllCommands(MainWindow &frame)
     registerProfileCommands(frame);
     registerToolsCommands(frame, frame);
     registerDownloadCommands(frame);
+    registerSleepCommands(frame);
     registerHelpCommands(frame);
     frame.closeCommandTable();
 }

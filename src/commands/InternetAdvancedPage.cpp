@@ -12,6 +12,7 @@
 #include "FontOptions.h"
 #include "NetworkOptions.h"
 #include "OptionControls.h"
+#include "SleepOptions.h"
 
 using namespace Qt::StringLiterals;
 
@@ -37,6 +38,7 @@ const LabelledSwitch labelledSwitches[] = {
 InternetAdvancedPage::InternetAdvancedPage()
     : m_fonts(new FontOptions)
     , m_network(new NetworkOptions)
+    , m_sleep(new SleepOptions)
 {
     setObjectName("pageAdvanced"_L1);
     setFrameShape(NoFrame);
@@ -48,6 +50,7 @@ InternetAdvancedPage::InternetAdvancedPage()
     layout->addWidget(makePages());
     layout->addWidget(m_fonts);
     layout->addWidget(m_network);
+    layout->addWidget(m_sleep);
     layout->addStretch();
     setWidget(contents);
     // The page's own ground, as the other page has it.
@@ -77,6 +80,7 @@ void InternetAdvancedPage::fill(const EngineOptions &options)
         m_switches.at(i)->setChecked(options.*labelledSwitches[i].value);
     m_fonts->fill(options);
     m_network->fill(options);
+    m_sleep->fill();
 }
 
 bool InternetAdvancedPage::check()
@@ -90,6 +94,11 @@ void InternetAdvancedPage::collect(EngineOptions &options) const
         options.*labelledSwitches[i].value = m_switches.at(i)->isChecked();
     m_fonts->collect(options);
     m_network->collect(options);
+}
+
+WriteResult InternetAdvancedPage::writeSettings() const
+{
+    return m_sleep->write();
 }
 
 QSize InternetAdvancedPage::sizeHint() const

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "WriteResult.h"
+
 #include <QScrollArea>
 
 class FontOptions;
 class NetworkOptions;
+class SleepOptions;
 class QCheckBox;
 class QGroupBox;
 struct EngineOptions;
@@ -20,6 +23,8 @@ public:
     /// False, with a message and the focus on the control, when something cannot be used.
     bool check();
     void collect(EngineOptions &options) const;
+    /// What is no option of the engine.
+    WriteResult writeSettings() const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -30,4 +35,5 @@ private:
     QList<QCheckBox *> m_switches;
     FontOptions *m_fonts;
     NetworkOptions *m_network;
+    SleepOptions *m_sleep;
 };

@@ -6,6 +6,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "AppFolder.h"
 #include "EngineData.h"
 #include "EngineOptions.h"
 #include "Forms.h"
@@ -110,5 +111,8 @@ bool InternetOptionsDialog::applyOptions()
     m_data->use(options);
     if (!result)
         NotSaved::tell(this, EngineOptions::path(), result);
-    return bool(result);
+    const WriteResult kept = m_advanced->writeSettings();
+    if (result && !kept)
+        NotSaved::tell(this, AppFolder::settingsPath(), kept);
+    return bool(result) && bool(kept);
 }

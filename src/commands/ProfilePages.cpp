@@ -5,6 +5,7 @@
 
 #include "BrowserWindow.h"
 #include "Frame.h"
+#include "SleepRules.h"
 #include "WebBrowser.h"
 
 namespace {
@@ -147,23 +148,22 @@ ProfilePages::Entry *ProfilePages::next()
     return loading < mostLoading && ahead != m_entries.end() ? &*ahead : nullptr;
 }
 
-bool ProfilePages::hasRoom() const
+qsizetype ProfilePages::pages() const
 {
-    const auto pages = std::count_if(m_entries.begin(), m_entries.end(),
-                                     [](const Entry &entry) { return !waits(*entry.window); });
-    return pages < mostPages;
+    return std::count_if(m_entries.begin(), m_entries.end(),
+                         [](const Entry &entry) { return !waits(*entry.window); });
 }
 
-/// Ends the oldest page that nobody has been to; false when there is none to end.
+/// Puts the oldest page to sleep that nobody has been to; false when there is none that may.
 bool ProfilePages::makeRoom()
 {
     const auto idle = std::find_if(m_entries.begin(), m_entries.end(), [](const Entry &entry) {
-        return entry.turn == Turn::Over && !entry.visited && !waits(*entry.window);
+        return entry.turn == Turn::Over && !entry.visited
+            && SleepRules::maySleep(*entry.window, SleepRules::Why::Short);
     });
     if (idle == m_entries.end())
         return false;
-    WebBrowser *browser = idle->window->browser();
-    browser->navigateLater(browser->locationUrl());
+    idle->window->fallAsleep();
     return true;
 }
 
@@ -173,7 +173,10 @@ void ProfilePages::start(Entry &entry)
         entry.turn = Turn::Now;
         entry.limit.setRemainingTime(longestTurnMs);
     }
-    entry.window->browser()->navigateNow();
+    if (entry.window->isAsleep())
+        entry.window->wake();
+    else
+        entry.window->browser()->navigateNow();
 }
 
 /// Does one thing that takes time, then lets the interface live.
@@ -182,8 +185,10 @@ void ProfilePages::step()
     forgetClosed();
     endLateTurns();
     Entry *entry = next();
-    const bool room = hasRoom();
-    if (entry && !room && makeRoom()) {
+    const bool room = pages() < mostPages;
+    // A window that is gone to wakes by itself.
+    const bool isFull = pages() > mostPages || (entry && !room);
+    if (isFull && makeRoom()) {
         schedule();
     } else if (entry && (room || entry->visited)) {
         start(*entry);

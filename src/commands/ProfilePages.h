@@ -11,7 +11,7 @@ class BrowserWindow;
 
 /// Brings the pages into the windows that profiles opened: one after the other, so that the
 /// interface stays live however many there are. No more than `mostPages` of these windows have a
-/// page at one time: a page that came in its turn and that nobody has been to makes room for the
+/// page at one time: a page that came in its turn and that nobody has been to falls asleep for the
 /// next, and comes again when its window is gone to, as the pages do that never had their turn. A
 /// window the user has been to keeps its page.
 class ProfilePages : public QObject {
@@ -60,7 +60,8 @@ private:
     void forgetClosed();
     void endLateTurns();
     Entry *next();
-    bool hasRoom() const;
+    /// Windows that have a page.
+    qsizetype pages() const;
     bool makeRoom();
     void start(Entry &entry);
     void report();

@@ -4,10 +4,12 @@
 #include "CrashNotice.h"
 #include "FullScreenNotice.h"
 #include "PageFindBar.h"
+#include "SleepPicture.h"
 #include "WebView.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QKeyEvent>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEnginePage>
 
@@ -31,6 +33,8 @@ void BrowserHost::setView(WebView *view)
     setFocusProxy(view);
     placeChildren();
     view->show();
+    if (m_picture)
+        m_picture->raise();
 }
 
 void BrowserHost::placeChildren()
@@ -43,6 +47,8 @@ void BrowserHost::placeChildren()
     }
     if (m_view && m_view->parentWidget() == this)
         m_view->setGeometry(page);
+    if (m_picture)
+        m_picture->setGeometry(rect());
     if (m_crash)
         m_crash->setGeometry(rect());
     if (m_failure)
@@ -175,6 +181,30 @@ void BrowserHost::dropFailure()
     if (m_failure)
         setFocusProxy(nullptr);
     delete m_failure;
+}
+
+void BrowserHost::showPicture(const QByteArray &picture)
+{
+    delete m_picture;
+    m_picture = new SleepPicture(picture, this);
+    connect(m_picture, &SleepPicture::pressed, this, &BrowserHost::wakeRequested,
+            Qt::QueuedConnection);
+    placeChildren();
+    m_picture->show();
+}
+
+void BrowserHost::dropPicture()
+{
+    if (m_picture)
+        m_picture->deleteLater();
+    m_picture.clear();
+}
+
+void BrowserHost::keyPressEvent(QKeyEvent *event)
+{
+    if (m_picture && !m_view)
+        emit wakeRequested();
+    QWidget::keyPressEvent(event);
 }
 
 void BrowserHost::hideCrash()

@@ -8,6 +8,7 @@ class CrashNotice;
 class FullScreenNotice;
 class PageFindBar;
 class QWebEngineFullScreenRequest;
+class SleepPicture;
 class WebView;
 struct CertificateFailure;
 
@@ -35,6 +36,10 @@ public:
     void hideFailure();
     /// The same while the page goes for good, and perhaps the window.
     void dropFailure();
+    /// What the page looked like (`SleepPicture::packed`) is shown in its place from now on, until
+    /// `dropPicture`; there is no page, or it is only just coming.
+    void showPicture(const QByteArray &picture);
+    void dropPicture();
     /// Opens the bar under the page that finds text in it; nothing without a page.
     void openFindBar();
 
@@ -43,9 +48,12 @@ signals:
     /// What the user chose on the notice of a failure.
     void backRequested();
     void goOnRequested(const CertificateFailure &failure);
+    /// The user turned to the picture that stands for the page.
+    void wakeRequested();
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void enterFullScreen(const QUrl &origin);
@@ -55,6 +63,7 @@ private:
     QPointer<WebView> m_view;
     QPointer<CrashNotice> m_crash;
     QPointer<CertificateNotice> m_failure;
+    QPointer<SleepPicture> m_picture;
     QPointer<PageFindBar> m_findBar;
     QPointer<FullScreenNotice> m_notice;
 };

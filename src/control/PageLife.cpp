@@ -140,7 +140,10 @@ void PageLife::applyShown()
     if (!m_page || !m_view || m_crashed)
         return;
     const bool inSight = m_shown && m_view->isVisible() && !m_view->window()->isMinimized();
-    m_page->setVisible(inSight || m_page->recentlyAudible());
+    const bool isVisible = inSight || m_page->recentlyAudible();
+    if (m_page->isVisible() && !isVisible)
+        emit goingOutOfSight();
+    m_page->setVisible(isVisible);
 }
 
 void PageLife::noteCrash()

@@ -60,6 +60,8 @@ signals:
     void came(WebPage *page, WebView *view, QObject *bond);
     /// The page's process has ended.
     void crashed();
+    /// The page is about to be told that nobody sees it; the engine forgets what it looked like.
+    void goingOutOfSight();
 
 protected:
     bool event(QEvent *event) override;

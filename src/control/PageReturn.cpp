@@ -104,9 +104,8 @@ void PageReturn::forget()
 /// The engine may know an older place, or none.
 void PageReturn::scroll(WebPage &page) const
 {
-    if (m_state.scroll.isNull())
-        return;
-    const QString place = u"%1, %2"_s.arg(m_state.scroll.x()).arg(m_state.scroll.y());
+    const QPoint to = m_state.scroll;
+    const QString place = to.isNull() ? u"null"_s : u"[%1, %2]"_s.arg(to.x()).arg(to.y());
     page.runJavaScript(
         PageScripts::isolatedSource(u"scroll-back.js"_s).replace("%PLACE%"_L1, place),
         QWebEngineScript::ApplicationWorld);

@@ -2,15 +2,29 @@
 
 #include "CertificateExceptions.h"
 #include "Downloads.h"
+#include "PageActivity.h"
 #include "PageCommands.h"
 #include "PageConnection.h"
 #include "PagePermissions.h"
+#include "SleepPicture.h"
+#include "SleepReasons.h"
 
+#include <QElapsedTimer>
+#include <QTimer>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineScript>
 #include <QWebEngineSettings>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+using namespace std::chrono_literals;
+/// A page that does not tell when it is in sight is by then.
+constexpr auto untilInSight = 500ms;
+/// Each takes about ten milliseconds.
+constexpr int mostPicturesInARow = 5;
+constexpr int pictureRowMs = 200;
+}
 
 QtWebBrowser::QtWebBrowser(QWidget *host)
     : WebBrowser(host)
@@ -23,6 +37,12 @@ QtWebBrowser::QtWebBrowser(QWidget *host)
     connect(m_life.host(), &BrowserHost::reloadRequested, this, &QtWebBrowser::refresh);
     connect(m_life.host(), &BrowserHost::backRequested, this, &QtWebBrowser::leaveFailure);
     connect(m_life.host(), &BrowserHost::goOnRequested, this, &QtWebBrowser::goOn);
+    connect(m_life.host(), &BrowserHost::wakeRequested, this,
+            [this] { m_listener.tell(&WebBrowserEvents::wakeWanted); });
+    connect(this, &WebBrowser::loadEnded, this, &QtWebBrowser::dropPictureSoon);
+    connect(&m_life, &PageLife::goingOutOfSight, this, &QtWebBrowser::takePassingPicture);
+    connect(&m_navigator.teller(), &NavigationTeller::pageCame, this,
+            [this] { m_picture.clear(); });
     connect(&m_life, &PageLife::came, this, &QtWebBrowser::watch);
     connect(&m_navigator, &Navigator::refreshRequested, this, &QtWebBrowser::refresh);
     connect(&m_navigator.teller(), &NavigationTeller::loadEnded, this, &QtWebBrowser::loadEnded);
@@ -57,6 +77,10 @@ void QtWebBrowser::watch(WebPage *page, WebView *view, QObject *bond)
     connect(page, &WebPage::saveRequested, bond,
             [page](const QUrl &url) { Downloads::saveAs(*page, url); });
     connect(&page->permissions(), &PagePermissions::useChanged, bond, [this] { tellUse(); });
+    connect(page, &WebPage::painted, bond, [this] {
+        if (m_life.host())
+            m_life.host()->dropPicture();
+    });
     connect(page, &WebPage::wanted, bond, [this] { m_listener.tell(&WebBrowserEvents::wanted); });
     connect(view, &WebView::gotFocus, bond,
             [this] { m_listener.tell(&WebBrowserEvents::gotFocus); });
@@ -79,6 +103,59 @@ void QtWebBrowser::navigateLater(const QString &url, const PageState &state)
 {
     m_navigator.waitAt(url, state);
     tellUse();
+}
+
+SleepLimit QtWebBrowser::maySleep() const
+{
+    return page() ? sleepLimitOf(*page(), m_navigator.state()) : SleepLimit::Nothing;
+}
+
+void QtWebBrowser::askToSleep(const std::function<void(bool)> &done)
+{
+    // Without a process there is nobody to ask.
+    if (page() && page()->renderProcessPid() != 0)
+        page()->activity().askToGo(done);
+    else
+        QTimer::singleShot(0, this, [done] { done(true); });
+}
+
+void QtWebBrowser::fallAsleep()
+{
+    if (!page() || !m_life.host())
+        return;
+    m_life.host()->endFullScreen();
+    if (page()->isVisible())
+        takePicture();
+    const QByteArray picture = std::exchange(m_picture, {});
+    navigateLater(locationUrl(), pageState());
+    m_life.host()->showPicture(picture);
+}
+
+/// Many windows that go at once must not hold the interface for it.
+void QtWebBrowser::takePassingPicture()
+{
+    static QElapsedTimer sinceLast;
+    static int inARow = 0;
+    inARow = sinceLast.isValid() && sinceLast.elapsed() < pictureRowMs ? inARow + 1 : 0;
+    sinceLast.start();
+    if (inARow < mostPicturesInARow)
+        takePicture();
+}
+
+void QtWebBrowser::takePicture()
+{
+    if (m_life.view() && m_life.view()->isVisible())
+        m_picture = SleepPicture::packed(m_life.view()->grab());
+}
+
+void QtWebBrowser::dropPictureSoon()
+{
+    if (!isWaiting()) {
+        QTimer::singleShot(untilInSight, this, [this] {
+            if (!isWaiting() && !isBusy() && m_life.host())
+                m_life.host()->dropPicture();
+        });
+    }
 }
 
 bool QtWebBrowser::mayRun(const std::function<void()> &command)

@@ -29,6 +29,9 @@ public:
         return m_navigator.pageState(depth);
     }
     bool isWaiting() const override { return m_navigator.state().isWaiting(); }
+    SleepLimit maySleep() const override;
+    void askToSleep(const std::function<void(bool may)> &done) override;
+    void fallAsleep() override;
     bool goBack() override;
     bool goForward() override;
     QList<HistoryStep> historySteps() const override { return m_navigator.historySteps(); }
@@ -70,6 +73,9 @@ private:
     void goOn(const CertificateFailure &failure);
     void leaveFailure();
     void tellUse();
+    void dropPictureSoon();
+    void takePicture();
+    void takePassingPicture();
     /// A command of the user's may run now; else it is `command` that does, later.
     bool mayRun(const std::function<void()> &command);
 
@@ -79,5 +85,7 @@ private:
     WindowRequests m_windows;
     UserConsent m_consent;
     TitleThrottle m_title;
+    /// What the page looked like when it went out of sight (`SleepPicture::packed`).
+    QByteArray m_picture;
     bool m_silent = false;
 };

@@ -137,6 +137,8 @@ public:
     virtual void useChange(const QString &) { }
     /// The user wants to see the page.
     virtual void wanted() { }
+    /// The user turned to what stands for a page that was given up.
+    virtual void wakeWanted() { }
     /// The keyboard focus has come to the page.
     virtual void gotFocus() = 0;
     /// A script of the page failed; never raised while the control is silent.
@@ -176,6 +178,12 @@ public:
     virtual PageState pageState(StateDepth depth = StateDepth::All) const = 0;
     /// Whether the page may be given up while nobody looks at it.
     virtual SleepLimit maySleep() const { return SleepLimit::Nothing; }
+    /// Asks the page, unseen, whether it can be left without a question to its user; `done` is
+    /// called later, and not where the page goes first.
+    virtual void askToSleep(const std::function<void(bool may)> &done) { done(true); }
+    /// Gives the page up, to come back as it was with `navigateNow`; what it looked like stands in
+    /// its place. Never inside an engine callback.
+    virtual void fallAsleep() { navigateLater(locationUrl(), pageState()); }
     virtual bool goBack() = 0;
     virtual bool goForward() = 0;
     /// The pages Back and Forward would come to, in the order of the history.

@@ -4,6 +4,7 @@
 #include "Listener.h"
 #include "Navigator.h"
 #include "OutsideRequests.h"
+#include "PageActivity.h"
 #include "PageLife.h"
 #include "QtWebBrowser.h"
 #include "RefusedAddress.h"
@@ -164,6 +165,8 @@ void WindowRequests::placeByScript(const QString &request)
 void WindowRequests::answerClosing()
 {
     const EngineCallbackScope scope;
+    if (m_life.page()->activity().takeAnswer(true))
+        return;
     bool cancel = false;
     m_listener.tell(&WebBrowserEvents::windowClosing, m_navigator.state().isAdopted(), cancel);
 }

@@ -111,6 +111,14 @@ inline constexpr Switch bandNewRow{"ToolBar", "NewRow", TrueFalse, {}};
 /// Of such a band, twips.
 inline constexpr Number bandWidth{"ToolBar", "Width", {}};
 
+/// Minutes after which a window that nobody has looked at gives its page up; 0: never.
+inline constexpr Number sleepAfter{"Settings", "SleepAfter", 120};
+inline constexpr int longestSleepAfter = 10'080;
+/// Percent of the memory that was free at the start, above which the windows that nobody has looked
+/// at for longest give their pages up; 0: never.
+inline constexpr Number sleepMemory{"Settings", "SleepMemory", 60};
+inline constexpr int mostSleepMemory = 100;
+
 /// The switches with one place each; the options dialog reads and writes its own in this order.
 inline constexpr std::array switches{
     &showSplash,      &askOnExit,        &killPopups,   &suppressScriptErrors,

@@ -21,6 +21,8 @@ public:
     virtual void setIcon(const QString &key, const QIcon &icon) = 0;
     /// What the window uses of camera, microphone and screen, in words; empty: nothing.
     virtual void setUse(const QString &key, const QString &text) = 0;
+    /// The picture of a window that has given its page up is dimmed.
+    virtual void setAsleep(const QString &key, bool asleep) = 0;
     /// Pressing a tab releases the others.
     virtual void setPressed(const QString &key, bool pressed) = 0;
     virtual bool isPressed(const QString &key) const = 0;

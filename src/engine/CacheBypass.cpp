@@ -9,6 +9,11 @@ void CacheBypass::interceptRequest(QWebEngineUrlRequestInfo &info)
         emit pageRequested(info.requestMethod());
     else
         emit partRequested(info.requestUrl(), info.initiator());
+    if (info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeWebSocket)
+        emit connectionRequested();
+    else if (info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeXhr
+             && (info.requestMethod() == "POST" || info.requestMethod() == "PUT"))
+        emit sendingRequested();
     const bool isFrame =
         isPage || info.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeSubFrame;
     if (isFrame && info.requestMethod() != "GET" && m_maySend

@@ -27,6 +27,10 @@ signals:
     void frameRequested(const QUrl &url, const QByteArray &method, const QUrl &asker, bool isPage);
     /// A part of a page is asked for, by a document of `sender`; again for each redirect.
     void partRequested(const QUrl &url, const QUrl &sender);
+    /// A script opens a connection that stays.
+    void connectionRequested();
+    /// A part is asked for by a request that brings something along.
+    void sendingRequested();
 
 private:
     MaySend m_maySend;

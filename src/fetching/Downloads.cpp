@@ -11,6 +11,7 @@
 #include "EngineProfile.h"
 #include "Log.h"
 #include "NewDownload.h"
+#include "PageActivity.h"
 #include "PageDownloads.h"
 #include "SaveJob.h"
 #include "WebPage.h"
@@ -119,6 +120,8 @@ void EngineDownloads::beginFor(QWebEngineDownloadRequest &request, const Downloa
     EngineDownload *download = accept(request, entry.id, entry.folder);
     if (!download)
         return;
+    if (page)
+        page->activity().noteWork(download);
     if (verdict == Verdict::Go) {
         if (isPlaceAskedFor(request, page))
             download->askForPlace(windowOf(page));

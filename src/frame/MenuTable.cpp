@@ -128,6 +128,10 @@ constexpr auto table = std::to_array<MenuEntry>({
     {1, Separator, "mnuWindowBar2", "-"},
     {1, Menu, "mnuWindowOpenBrowsers", "Open Browsers"},
     {1, Item, "mnuWindowCloseAll", "Close All", {.need = Window, .same = "mnuFileCloseAll"}},
+    {1, Separator, "mnuWindowBar3", "-"},
+    {1, Item, "mnuWindowSleep", "&Sleep"},
+    {1, Item, "mnuWindowSleepOthers", "Sleep All &Others"},
+    {1, Item, "mnuWindowReopen", "Reopen Closed &Window", {.key = "Ctrl+Shift+T"}},
 
     {0, Menu, "mnuHelp", "&Help"},
     {1, Item, "mnuHelpAbout", "&About "},

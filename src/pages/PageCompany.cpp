@@ -47,9 +47,13 @@ bool PageCompany::hasFrames() const
     return m_isAnyFraming || m_framing.contains(siteOf(m_page.committedUrl()));
 }
 
+bool PageCompany::hasWindows() const
+{
+    return std::any_of(m_opened.begin(), m_opened.end(),
+                       [](const QPointer<WebPage> &each) { return bool(each); });
+}
+
 bool PageCompany::isAlone() const
 {
-    return !hasFrames() && !m_page.openerUrl()
-        && std::none_of(m_opened.begin(), m_opened.end(),
-                        [](const QPointer<WebPage> &each) { return bool(each); });
+    return !hasFrames() && !m_page.openerUrl() && !hasWindows();
 }

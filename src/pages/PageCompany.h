@@ -25,6 +25,8 @@ public:
 
     /// The page that is shown has frames of other sites, or had.
     bool hasFrames() const;
+    /// A window is there that it opened.
+    bool hasWindows() const;
     /// Neither frames of others are in the page, nor was it opened by one, nor is a window there
     /// that it opened.
     bool isAlone() const;

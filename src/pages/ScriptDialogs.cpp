@@ -1,6 +1,7 @@
 #include "ScriptDialogs.h"
 
 #include "LeavingPage.h"
+#include "PageActivity.h"
 #include "PagePermissions.h"
 #include "PageQuestions.h"
 #include "ShownAddress.h"
@@ -101,6 +102,8 @@ void alert(WebPage &page, const QUrl &origin, const QString &message)
 bool confirm(WebPage &page, const QUrl &origin, const QString &message)
 {
     PageQuestions *questions = page.questions();
+    if (asksToLeave(message) && page.activity().takeAnswer(false))
+        return false;
     if (asksToLeave(message))
         return !questions || mayLeave(page, *questions, origin);
     if (!questions || isUnheard(page))

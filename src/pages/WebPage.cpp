@@ -6,6 +6,7 @@
 #include "LeavingPage.h"
 #include "Log.h"
 #include "OutsideRequests.h"
+#include "PageActivity.h"
 #include "PageCertificates.h"
 #include "PageCompany.h"
 #include "PageDownloads.h"
@@ -65,6 +66,7 @@ WebPage::WebPage(QWebEngineProfile *profile)
     , m_leaving(new LeavingPage(*this))
     , m_certificates(new PageCertificates(*this))
     , m_insecureForms(new InsecureForms(*this))
+    , m_activity(new PageActivity(*this))
     , m_company(new PageCompany(*this))
     , m_permissions(std::make_unique<PagePermissions>(*this))
 {
@@ -86,6 +88,9 @@ WebPage::WebPage(QWebEngineProfile *profile)
     m_cacheBypass->setMaySend([this](const QUrl &url, const QUrl &sender) {
         return !m_insecureForms->blocks(url, sender);
     });
+    connect(m_cacheBypass, &CacheBypass::connectionRequested, m_activity,
+            &PageActivity::noteConnection);
+    connect(m_cacheBypass, &CacheBypass::sendingRequested, m_activity, &PageActivity::noteSending);
     connect(m_cacheBypass, &CacheBypass::partRequested, m_certificates,
             &PageCertificates::partRequested);
     answerRequests();
@@ -264,6 +269,8 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
         emit placeRequested(told->value);
     } else if (told->what == "source"_L1) {
         emit sourceRead(told->value.toInt());
+    } else if (told->what == "painted"_L1) {
+        emit painted();
     } else if (told->what == "retry"_L1) {
         emit retryRequested();
     }

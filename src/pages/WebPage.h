@@ -14,6 +14,7 @@ class CacheBypass;
 class InsecureForms;
 class LeavingPage;
 class OutsideRequests;
+class PageActivity;
 class PageCertificates;
 class PageCompany;
 class PageDownloads;
@@ -81,6 +82,8 @@ public:
     OutsideRequests &outside();
     /// Who else may act in its place.
     PageCompany &company() const { return *m_company; }
+    /// What it does that would end with it.
+    PageActivity &activity() const { return *m_activity; }
     /// Certificates of the page and its parts that prove nothing.
     PageCertificates &certificates() { return *m_certificates; }
     /// Forms of the page that would be sent unencrypted.
@@ -143,6 +146,8 @@ signals:
     void told(const QString &text);
     /// The user wants to see the page.
     void wanted();
+    /// A page that has come back is in sight as it was.
+    void painted();
     /// The user has signed in, and the page is to be asked for once more.
     void signedIn();
 
@@ -169,6 +174,7 @@ private:
     LeavingPage *m_leaving = nullptr;
     PageCertificates *m_certificates;
     InsecureForms *m_insecureForms;
+    PageActivity *m_activity;
     PageCompany *m_company;
     PageDownloads *m_downloads = nullptr;
     OutsideRequests *m_outside = nullptr;

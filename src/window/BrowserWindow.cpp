@@ -1,6 +1,7 @@
 #include "BrowserWindow.h"
 
 #include "BrowserTabs.h"
+#include "ClosedWindows.h"
 #include "CoveredWindows.h"
 #include "Forms.h"
 #include "Frame.h"
@@ -59,8 +60,12 @@ BrowserWindow::BrowserWindow(Frame &frame)
                 if (activated && m_loaded && !m_unloaded) {
                     pressTab();
                     m_frame.setAddressText(shownAddress());
-                    // May run inside the engine.
-                    QTimer::singleShot(0, this, &BrowserWindow::wake);
+                    // May run inside the engine, and windows that come up one after the other are
+                    // each the active one for a moment.
+                    QTimer::singleShot(0, this, [this] {
+                        if (isActiveChild())
+                            wake();
+                    });
                 }
                 // What was left undone in the meantime; the client area may have kept its size.
                 if ((before & Qt::WindowMinimized) && !(now & Qt::WindowMinimized))
@@ -134,25 +139,10 @@ void BrowserWindow::load()
         m_opening = u"about:blank"_s;
     }
     m_frame.windowTabs().addTab(tabKey(), u"Loading..."_s);
+    m_frame.windowTabs().setAsleep(tabKey(), isAsleep());
     // Known at once where there was nothing to load.
     if (m_named)
         showTitle();
-}
-
-void BrowserWindow::wake()
-{
-    if (isAsleep() && !m_unloaded) {
-        emit waking();
-        m_browser->navigateNow();
-    }
-    m_isAsleep = false;
-}
-
-void BrowserWindow::waitAsleep()
-{
-    m_isAsleep = true;
-    if (isActiveChild())
-        QTimer::singleShot(0, this, &BrowserWindow::wake);
 }
 
 /// Where loading has ended, whatever came of it, the tab does not go on saying that it loads.
@@ -184,6 +174,8 @@ void BrowserWindow::unload()
 
 void BrowserWindow::closeEvent(QCloseEvent *event)
 {
+    if (!m_unloaded)
+        ClosedWindows::note(*this);
     unloadWindow();
     QMdiArea *area = mdiArea();
     InnerWindow::closeEvent(event);

@@ -63,12 +63,21 @@ public:
     void unload();
     bool isUnloaded() const { return m_unloaded; }
 
-    /// Its page has been given up, and comes as soon as the window is gone to.
+    /// Gives the page up, to come back as it was; nothing where there is none, or its user is being
+    /// asked something. Never inside an engine callback. `SleepRules` says when.
+    void fallAsleep();
+    /// Its page has been given up, and comes as soon as the window is gone to or comes into sight.
     bool isAsleep() const { return m_isAsleep && m_browser->isWaiting(); }
+    /// What stands for the page's title until that has come.
+    void setTitle(const QString &title);
     /// The page of a sleeping window comes in its place. Never inside an engine callback.
     void wake();
     /// One that waits for its page sleeps from now on.
     void waitAsleep();
+
+    /// Whether any of the page is in sight.
+    bool isSeen() const { return m_isSeen; }
+    void setSeen(bool seen);
 
     void setVisible(bool visible) override;
 
@@ -104,6 +113,7 @@ private:
     void privacyImpactedStateChange(bool impacted) override;
     void useChange(const QString &text) override;
     void wanted() override;
+    void wakeWanted() override { wake(); }
     void gotFocus() override;
     void scriptFailed(const ScriptError &error) override;
 
@@ -147,6 +157,7 @@ private:
     bool m_loaded = false;
     bool m_unloaded = false;
     bool m_isAsleep = false;
+    bool m_isSeen = true;
 };
 
 /// The frame's active browser window; null when there is none.

@@ -1,6 +1,7 @@
 // What a browser window does when its engine tells of something.
 #include "BrowserTabs.h"
 #include "BrowserWindow.h"
+#include "ClosedWindows.h"
 #include "Frame.h"
 #include "PageQuestions.h"
 #include "PopupBudget.h"
@@ -153,8 +154,10 @@ void BrowserWindow::windowClosing(bool, bool &cancel)
     question.yes = Texts<"PageQuestions">::at<"cmdYes", "Yes">();
     question.no = Texts<"PageQuestions">::at<"cmdNo", "No">();
     question.done = [this](PageQuestion::Reply reply) {
-        if (reply.answer == PageQuestion::Answer::Yes)
-            unload();
+        if (reply.answer != PageQuestion::Answer::Yes)
+            return;
+        ClosedWindows::note(*this);
+        unload();
     };
     m_questions->ask(question);
 }

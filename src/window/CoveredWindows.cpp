@@ -24,8 +24,8 @@ void refreshNow(QMdiArea *area)
         auto *browserWindow = qobject_cast<BrowserWindow *>(*window);
         if (browserWindow && !browserWindow->isUnloaded()) {
             const QRegion page(pageOf(*browserWindow) & area->viewport()->rect());
-            browserWindow->browser()->setShown(!browserWindow->isMinimized()
-                                               && !page.subtracted(covered).isEmpty());
+            browserWindow->setSeen(!browserWindow->isMinimized()
+                                   && !page.subtracted(covered).isEmpty());
         }
         if (!(*window)->isHidden())
             covered += (*window)->geometry();

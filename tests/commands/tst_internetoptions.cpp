@@ -562,16 +562,16 @@ void tst_InternetOptions::keyboardOrderIsTopToBottom()
                  && widget->objectName() != "cmdApply"_L1);
     }
     QCOMPARE(order,
-             QStringList({u"cmdClearCache"_s,    u"txtCacheLimit"_s,    u"chkThirdParty"_s,
-                          u"lstCookies"_s,       u"cmdDeleteCookies"_s, u"cmdDeleteAllCookies"_s,
-                          u"cmdClearLinks"_s,    u"chkScripts"_s,       u"chkImages"_s,
-                          u"chkPdf"_s,           u"chkHardware"_s,      u"cboStandardFont"_s,
-                          u"txtFontSize"_s,      u"cboFixedFont"_s,     u"txtFixedFontSize"_s,
-                          u"cboSerifFont"_s,     u"cboSansSerifFont"_s, u"txtMinimumSize"_s,
-                          u"cboProxy"_s,         u"txtProxyHost"_s,     u"txtProxyPort"_s,
-                          u"txtLanguages"_s,     u"txtUserAgent"_s,     u"txtDownloads"_s,
-                          u"cmdBrowse"_s,        u"lstSites"_s,         u"cmdRemoveSite"_s,
-                          u"cmdRemoveAllSites"_s}));
+             QStringList({u"cmdClearCache"_s, u"txtCacheLimit"_s,    u"chkThirdParty"_s,
+                          u"lstCookies"_s,    u"cmdDeleteCookies"_s, u"cmdDeleteAllCookies"_s,
+                          u"cmdClearLinks"_s, u"chkScripts"_s,       u"chkImages"_s,
+                          u"chkPdf"_s,        u"chkHardware"_s,      u"cboStandardFont"_s,
+                          u"txtFontSize"_s,   u"cboFixedFont"_s,     u"txtFixedFontSize"_s,
+                          u"cboSerifFont"_s,  u"cboSansSerifFont"_s, u"txtMinimumSize"_s,
+                          u"cboProxy"_s,      u"txtProxyHost"_s,     u"txtProxyPort"_s,
+                          u"txtLanguages"_s,  u"txtUserAgent"_s,     u"txtDownloads"_s,
+                          u"cmdBrowse"_s,     u"txtSleepAfter"_s,    u"txtSleepMemory"_s,
+                          u"lstSites"_s,      u"cmdRemoveSite"_s,    u"cmdRemoveAllSites"_s}));
 }
 
 void tst_InternetOptions::everyControlHasAName()

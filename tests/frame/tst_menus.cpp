@@ -127,7 +127,9 @@ void tst_Menus::menuHoldsItsItemsInOrder_data()
         << u"mnuWindowNewWindow|&New Window;mnuWindowBar0|-;mnuWindowMinimizeAll|&Minimize All;"
            "mnuWindowRestoreAll|&Restore All;mnuWindowBar1|-;mnuWindowCascade|&Cascade;"
            "mnuWindowTileHorizontal|Tile &Horizontal;mnuWindowTileVertical|Tile &Vertical;"
-           "mnuWindowBar2|-;mnuWindowOpenBrowsers|Open Browsers;mnuWindowCloseAll|Close All"_s;
+           "mnuWindowBar2|-;mnuWindowOpenBrowsers|Open Browsers;mnuWindowCloseAll|Close All;"
+           "mnuWindowBar3|-;mnuWindowSleep|&Sleep;mnuWindowSleepOthers|Sleep All &Others;"
+           "mnuWindowReopen|Reopen Closed &Window"_s;
     QTest::newRow("help") << u"mnuHelp"_s
         << u"mnuHelpAbout|&About ;mnuHelpBar0|-;mnuHelpDonate|Donate;mnuHelpBar1|-;"
            "mnuHelpCheckForUpdate|Check For Update;mnuHelpKelmarsh|Kelmarsh"_s;
@@ -167,6 +169,7 @@ void tst_Menus::acceleratorsAreAsDesigned()
         {u"mnuToolsMaximizeCatcher"_s, u"Ctrl+M"_s},
         {u"mnuToolsScriptErrorSuppress"_s, u"Ctrl+S"_s},
         {u"mnuToolsDownloads"_s, u"Ctrl+J"_s},
+        {u"mnuWindowReopen"_s, u"Ctrl+Shift+T"_s},
     };
     QMap<QString, QString> found;
     for (const MenuEntry &entry : menuTable()) {

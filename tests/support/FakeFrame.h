@@ -22,6 +22,7 @@ public:
         QIcon icon;
         bool pressed = false;
         QString use = {};
+        bool asleep = false;
     };
 
     void addTab(const QString &key, const QString &caption) override
@@ -41,6 +42,11 @@ public:
     {
         if (Tab *tab = find(key))
             tab->use = text;
+    }
+    void setAsleep(const QString &key, bool asleep) override
+    {
+        if (Tab *tab = find(key))
+            tab->asleep = asleep;
     }
     void setToolTip(const QString &key, const QString &text) override
     {

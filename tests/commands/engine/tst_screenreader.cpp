@@ -24,6 +24,7 @@ private slots:
     void pageOpenBeforeTheReaderIsRead();
     void sleepingWindowsAreReadAgain_data();
     void sleepingWindowsAreReadAgain();
+    void windowsSleepAndWake();
     void profileIsReadWhileItLoads();
     void closedWindowsAreReadNoMore();
     void crashedPageIsRead_data();
@@ -119,6 +120,33 @@ void tst_ScreenReader::sleepingWindowsAreReadAgain()
         QTRY_VERIFY(m_session->shows(url(u"/page"_s + QString::number(i))));
         QTRY_VERIFY(read().contains(u"Page number "_s + QString::number(i)));
     }
+}
+
+void tst_ScreenReader::windowsSleepAndWake()
+{
+    constexpr int count = 60;
+    openProfile(count);
+    QTRY_VERIFY_WITH_TIMEOUT(isLoaded(), 180'000);
+    for (int round = 0; round < 2; ++round) {
+        for (BrowserWindow *window : browserForms())
+            window->wake();
+        const auto isAwake = [this] {
+            read();
+            const QList<BrowserWindow *> windows = browserForms();
+            return std::all_of(windows.cbegin(), windows.cend(), [](const BrowserWindow *each) {
+                return each->browser()->hasDocument() && !each->browser()->isBusy();
+            });
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isAwake(), 180'000);
+        for (BrowserWindow *window : browserForms()) {
+            window->fallAsleep();
+            QVERIFY(window->isAsleep());
+            read();
+        }
+    }
+    QCOMPARE(m_session->windows(), count);
+    QTest::mouseClick(m_session->tabs().tab(browserForms().first()->tabKey()), Qt::LeftButton);
+    QTRY_VERIFY(read().contains(u"Page number 1"_s));
 }
 
 void tst_ScreenReader::profileIsReadWhileItLoads()

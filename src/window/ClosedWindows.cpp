@@ -1,0 +1,58 @@
+#include "ClosedWindows.h"
+
+#include "BrowserWindow.h"
+
+#include <QList>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+QList<ClosedWindow> &windows()
+{
+    static QList<ClosedWindow> all;
+    return all;
+}
+
+/// One that a page asked for and never sent anywhere, or that was opened on nothing.
+bool isNowhere(const QString &address)
+{
+    return address.isEmpty() || address.startsWith("about:"_L1, Qt::CaseInsensitive);
+}
+
+QRect normalPlace(const BrowserWindow &window)
+{
+    return window.isMaximized() || window.isMinimized() ? window.normalGeometry()
+                                                        : window.geometry();
+}
+}
+
+namespace ClosedWindows {
+
+void note(const BrowserWindow &window)
+{
+    const QString address = window.shownAddress();
+    if (window.isPopup || isNowhere(address)
+        || !window.browser()->pageState(StateDepth::View).leavesTrace)
+        return;
+    windows().prepend({address, window.windowTitle(), window.browser()->pageState(),
+                       normalPlace(window), window.isMaximized()});
+    if (windows().size() > most)
+        windows().removeLast();
+}
+
+bool isEmpty()
+{
+    return windows().isEmpty();
+}
+
+std::optional<ClosedWindow> take()
+{
+    return windows().isEmpty() ? std::nullopt : std::optional(windows().takeFirst());
+}
+
+void clear()
+{
+    windows().clear();
+}
+
+}

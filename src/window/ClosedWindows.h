@@ -1,0 +1,34 @@
+#pragma once
+
+#include "WebBrowser.h"
+
+#include <QRect>
+#include <QString>
+#include <optional>
+
+class BrowserWindow;
+
+/// A window that was closed: what it needs to come back as it was.
+struct ClosedWindow {
+    QString address;
+    QString title;
+    PageState state;
+    /// Of the normal state, pixels inside the frame's area.
+    QRect place;
+    bool wasMaximized = false;
+};
+
+/// The windows that were closed last, the newest first to come back; known until the program ends,
+/// and nowhere written down. Windows that leave no trace, and those that never had an address of
+/// their own, are not among them.
+namespace ClosedWindows {
+inline constexpr int most = 25;
+
+/// The user, or a page with his leave, is closing it.
+void note(const BrowserWindow &window);
+bool isEmpty();
+/// The newest, which is forgotten then.
+std::optional<ClosedWindow> take();
+/// Forgets all.
+void clear();
+}
