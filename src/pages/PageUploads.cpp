@@ -133,7 +133,9 @@ QStringList PageUploads::askForFiles(Mode mode, const QStringList &types)
         connect(m_dialog, &QObject::destroyed, &loop, [&loop] { loop.exit(0); });
         m_dialog->show();
     });
-    dropDialog();
+    // Later would be after the next loop, too: meanwhile it would go on listing files, and what it
+    // proposes for a name would come up alone, over the question.
+    delete m_dialog;
     return isAnswered ? files : QStringList();
 }
 
