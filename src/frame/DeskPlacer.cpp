@@ -18,6 +18,13 @@ DeskPlacer::DeskPlacer(Frame &frame, MdiArea &area, const Desk &desk)
     , m_windows(desk.windows.size())
 {
     placeFrame(*frame.window());
+    if (desk.hasPlaces())
+        area.viewport()->setUpdatesEnabled(false);
+}
+
+DeskPlacer::~DeskPlacer()
+{
+    m_area.viewport()->setUpdatesEnabled(true);
 }
 
 void DeskPlacer::placeFrame(QWidget &frame)

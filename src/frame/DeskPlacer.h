@@ -15,7 +15,11 @@ class QWidget;
 /// and the area are to outlive it.
 class DeskPlacer {
 public:
+    /// Windows that have places stand anywhere on each other: the area is not painted until this
+    /// object goes, or each that comes would have all be painted.
     DeskPlacer(Frame &frame, MdiArea &area, const Desk &desk);
+    ~DeskPlacer();
+    Q_DISABLE_COPY_MOVE(DeskPlacer)
 
     /// The window of that index, which waits for its page. One whose place is not known gets the
     /// next one of the cascade.
