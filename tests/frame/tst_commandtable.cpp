@@ -1,3 +1,4 @@
+#include "AppFolder.h"
 #include "FakeWebBrowser.h"
 #include "FavoritesHome.h"
 #include "MainWindow.h"
@@ -10,6 +11,7 @@
 #include <QClipboard>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QtTest>
@@ -97,6 +99,7 @@ private slots:
     void markSetFromElsewhereIsFollowedAndNotStored();
     void toggleIsToldBeforeItIsStored();
     void whatIsStoredIsTheMarkAtTheEnd();
+    void toggleThatCannotBeStoredIsLogged();
     void otherNamesDoTheSame_data();
     void otherNamesDoTheSame();
     void rulesRunBeforeTheirMenuAndThoseAround();
@@ -338,6 +341,21 @@ void tst_CommandTable::whatIsStoredIsTheMarkAtTheEnd()
                           [action](bool) { action->setChecked(false); });
     run(row, Way::Run);
     QCOMPARE(stored(row), u"False"_s);
+}
+
+/// Nobody asked for it to be kept: the mark changes all the same, and no message comes.
+void tst_CommandTable::toggleThatCannotBeStoredIsLogged()
+{
+    const ToggleRow row{"mnuToolsSmartPopupKiller", "Settings", "SmartPopupKiller"};
+    const bool mark = item(QLatin1StringView(row.name))->isChecked();
+    const QString file = AppFolder::settingsPath();
+    QFile::remove(file);
+    QVERIFY(QDir().mkpath(file + "/in the way"_L1));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"Settings\\.ini"_s));
+    run(row, Way::Menu);
+    QCOMPARE(item(QLatin1StringView(row.name))->isChecked(), !mark);
+    QVERIFY(!QApplication::activeModalWidget());
+    QVERIFY(m_frame->findChildren<QMessageBox *>().isEmpty());
 }
 
 void tst_CommandTable::otherNamesDoTheSame_data()
