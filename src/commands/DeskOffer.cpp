@@ -71,8 +71,8 @@ DeskOffer::DeskOffer(const Desk &desk, const QStringList &unticked, QWidget *par
     , m_title(new QLabel)
     , m_reason(new QLabel)
     , m_list(makeList())
-    , m_open(captioned<QPushButton>(texts.at<"cmdOpen", "Open These">))
-    , m_later(captioned<QPushButton>(texts.at<"cmdLater", "Not Now">))
+    , m_open(captioned<QPushButton>(texts.at<"cmdOpen", "Open these">))
+    , m_later(captioned<QPushButton>(texts.at<"cmdLater", "Not now">))
 {
     setObjectName("deskOffer"_L1);
     setFrameShape(QFrame::StyledPanel);
@@ -81,7 +81,10 @@ DeskOffer::DeskOffer(const Desk &desk, const QStringList &unticked, QWidget *par
     m_reason->setWordWrap(true);
     m_reason->setTextFormat(Qt::PlainText);
     auto *buttons = new QHBoxLayout;
-    buttons->addWidget(m_reason, 1);
+    // Most of the room is for the words, where there are any.
+    constexpr int most = 1000;
+    buttons->addWidget(m_reason, most);
+    buttons->addStretch(1);
     buttons->addWidget(m_open);
     buttons->addWidget(m_later);
     auto *layout = new QVBoxLayout(this);
@@ -121,8 +124,8 @@ void DeskOffer::translate()
     m_title->setText(title);
     m_reason->setText(
         texts.at<"lblReason", "Pages that were loading when Orvane ended have no tick.">());
-    m_open->setText(texts.at<"cmdOpen", "Open These">());
-    m_later->setText(texts.at<"cmdLater", "Not Now">());
+    m_open->setText(texts.at<"cmdOpen", "Open these">());
+    m_later->setText(texts.at<"cmdLater", "Not now">());
     m_list->setHeaderLabels(
         {texts.at<"colTitle", "Window">(), texts.at<"colAddress", "Address">()});
     m_list->setAccessibleName(title);
