@@ -54,6 +54,15 @@ BrowserWindow::BrowserWindow(Frame &frame)
     for (QAction *action : systemActions)
         action->setShortcuts(QList<QKeySequence>());
 
+    // Connected ahead of the area's own, which makes a maximized window smaller before this one
+    // takes its place: its page is to go out of sight as the user left it.
+    connect(this, &QMdiSubWindow::aboutToActivate, this, [this] {
+        BrowserWindow *left = activeBrowser(m_frame);
+        if (!left || left == this || !left->isMaximized())
+            return;
+        left->m_browser->setShown(false);
+        CoveredWindows::refresh(left->mdiArea());
+    });
     connect(this, &QMdiSubWindow::windowStateChanged, this,
             [this](Qt::WindowStates before, Qt::WindowStates now) {
                 const bool activated = !(before & Qt::WindowActive) && (now & Qt::WindowActive);

@@ -80,6 +80,13 @@ private:
     {
         return window->findChild<SleepPicture *>();
     }
+    /// A red block in the upper left part of the page.
+    static bool showsBlock(const BrowserWindow *window)
+    {
+        const QImage seen = window->browser()->widget()->grab().toImage();
+        const QColor block = seen.pixelColor(seen.width() / 5, seen.height() / 5);
+        return block.red() > 160 && block.green() < 70;
+    }
     static bool isShown(const BrowserWindow *window)
     {
         return window->browser()->hasDocument() && !window->browser()->isBusy();
@@ -173,6 +180,10 @@ void tst_Sleep::unseenWindowSleepsAndWakesInPlace()
     QTRY_VERIFY(m_session->shows(url(u"/tall"_s)));
     run(window, u"scrollTo(0, 1500); 1"_s);
     QTRY_COMPARE(window->browser()->pageState(StateDepth::View).scroll, QPoint(0, 1500));
+    run(window,
+        u"document.body.insertAdjacentHTML('beforeend', '<div style=\"position: fixed; left: 0; "
+        u"top: 0; width: 40%; height: 40%; background: #d11\"></div>'); 1"_s);
+    QTRY_VERIFY(showsBlock(window));
     const QIcon icon = window->windowIcon();
     const QRect place = window->normalGeometry();
     cover();
@@ -192,6 +203,7 @@ void tst_Sleep::unseenWindowSleepsAndWakesInPlace()
     const QColor middle = seen.pixelColor(seen.rect().center());
     QVERIFY2(qAbs(middle.red() - 0x22) < 30 && qAbs(middle.green() - 0xaa) < 30,
              qPrintable(middle.name()));
+    QVERIFY(showsBlock(window));
     QTRY_VERIFY(m_session->shows(url(u"/tall"_s)));
     QVERIFY(!window->isAsleep());
     QVERIFY(!tabOf(window)->isAsleep());
