@@ -291,8 +291,8 @@ int MdiArea::cascadeStep() const
 
 QRect MdiArea::cascadePlace(int index) const
 {
-    return MdiArrange::cascade(index + 1, QRect(QPoint(0, 0), maximumViewportSize()), cascadeStep())
-        .last();
+    return MdiArrange::cascadePlace(index, QRect(QPoint(0, 0), maximumViewportSize()),
+                                    cascadeStep());
 }
 
 QRect MdiArea::arrangeIcons()

@@ -22,17 +22,21 @@ int squareRoot(int number)
 
 namespace MdiArrange {
 
-QList<QRect> cascade(int count, const QRect &area, int step)
+QRect cascadePlace(int index, const QRect &area, int step)
 {
     // None on an area too small for a shift.
     const int places = std::min(area.height(), area.width()) / (3 * std::max(step, 1));
     const QSize size(std::max(area.width() - places * step, 1),
                      std::max(area.height() - places * step, 1));
+    const int shift = index % (places + 1) * step;
+    return QRect(area.topLeft() + QPoint(shift, shift), size) & area;
+}
+
+QList<QRect> cascade(int count, const QRect &area, int step)
+{
     QList<QRect> result;
-    for (int i = 0; i < count; ++i) {
-        const int shift = i % (places + 1) * step;
-        result.append(QRect(area.topLeft() + QPoint(shift, shift), size) & area);
-    }
+    for (int i = 0; i < count; ++i)
+        result.append(cascadePlace(i, area, step));
     return result;
 }
 
