@@ -2,6 +2,7 @@
 
 #include "BrowserWindow.h"
 #include "ClosedWindows.h"
+#include "DeskPlaces.h"
 #include "Factory.h"
 #include "Frame.h"
 #include "SleepRules.h"
@@ -10,6 +11,7 @@
 #include <QAction>
 #include <QMdiArea>
 #include <QPointer>
+#include <QStyle>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -46,12 +48,10 @@ void sleepOthers(const Frame &frame)
 }
 
 /// Inside the frame, whatever became of that meanwhile.
-QRect placeInside(const QRect &place, const QSize &room)
+QRect placeInside(const QRect &place, const QMdiArea &area)
 {
-    QRect inside(place.topLeft(), place.size().boundedTo(room));
-    inside.moveLeft(qBound(0, inside.left(), room.width() - inside.width()));
-    inside.moveTop(qBound(0, inside.top(), room.height() - inside.height()));
-    return inside;
+    return DeskPlaces::inside(place, area.viewport()->size(),
+                              area.style()->pixelMetric(QStyle::PM_TitleBarHeight));
 }
 
 void reopen(Frame &frame)
@@ -66,7 +66,7 @@ void reopen(Frame &frame)
         openBrowserWindow(frame, closed->address, state, Loading::Asleep, closed->state);
     window->setTitle(closed->title);
     if (!closed->wasMaximized && !isAmongMaximized && closed->place.isValid())
-        window->setGeometry(placeInside(closed->place, window->mdiArea()->viewport()->size()));
+        window->setGeometry(placeInside(closed->place, *window->mdiArea()));
     window->wake();
 }
 
