@@ -23,5 +23,8 @@ inline constexpr bool emptyWindowsAreBlank = QT_VERSION >= QT_VERSION_CHECK(6, 5
 /// What is saved always comes with the place that it is to be saved at; before, what is no markup
 /// came without (QTBUG-117624).
 inline constexpr bool savesBringTheirPlace = QT_VERSION >= QT_VERSION_CHECK(6, 6, 1);
+/// One answer to a permission that a site asks for is given to all that it waits for, in whatever
+/// page.
+inline constexpr bool answersAreShared = ORVANE_HAS_PERMISSION_OBJECTS;
 /// The form that a window is opened for comes to it as a form; later it comes as a link.
 inline constexpr bool formsOpenAsForms = QT_VERSION < QT_VERSION_CHECK(6, 8, 0);

@@ -1,6 +1,7 @@
 #include "PagePermissions.h"
 
 #include "EngineProfile.h"
+#include "EngineVersion.h"
 #include "Log.h"
 #include "NotSaved.h"
 #include "PageQuestions.h"
@@ -51,12 +52,15 @@ PagePermissions::PagePermissions(WebPage &page)
 PagePermissions::~PagePermissions()
 {
     living().removeOne(this);
+    PermissionRequests::forget(m_page);
     forgetNotifications();
 }
 
 /// Somebody else's answers, and what nobody can be asked for, come first.
 void PagePermissions::take(const std::shared_ptr<PermissionRequest> &request)
 {
+    if (request->isSettled())
+        return;
     const QUrl &asker = request->asker();
     const QList<Permission> &permissions = request->permissions();
     const AskingSite site = AskingSite::of(asker, m_page.committedUrl());
@@ -78,6 +82,10 @@ void PagePermissions::take(const std::shared_ptr<PermissionRequest> &request)
     }
     Waiting &waiting = m_waiting[kind];
     waiting.requests.push_back(request);
+    request->setLost([self = QPointer(this), kind] {
+        QMetaObject::invokeMethod(
+            self, [self, kind] { self->lose(kind); }, Qt::QueuedConnection);
+    });
     if (!isNew)
         return;
     waiting.asker = asker;
@@ -143,8 +151,36 @@ void PagePermissions::answer(const QString &kind, PageQuestion::Reply reply)
         keep(waiting.site, waiting.permissions, isAllowed);
     if (isAllowed)
         allow(waiting);
+    // A no goes to other pages of the site as well, and needs none where the page goes now.
+    if (answersAreShared && reply.answer == PageQuestion::Answer::Ended) {
+        QMetaObject::invokeMethod(
+            &m_page, [this, waiting] { settleAll(waiting, false); }, Qt::QueuedConnection);
+        return;
+    }
+    settleAll(waiting, isAllowed);
+}
+
+void PagePermissions::settleAll(const Waiting &waiting, bool isAllowed)
+{
     for (const auto &request : waiting.requests)
         settle(request, isAllowed);
+}
+
+/// The user need not be asked what nobody waits for.
+void PagePermissions::lose(const QString &kind)
+{
+    const auto found = m_waiting.find(kind);
+    if (found == m_waiting.end())
+        return;
+    auto &requests = found->requests;
+    requests.erase(std::remove_if(requests.begin(), requests.end(),
+                                  [](const auto &request) { return request->isSettled(); }),
+                   requests.end());
+    if (!requests.empty())
+        return;
+    m_waiting.erase(found);
+    if (m_page.questions())
+        m_page.questions()->end(kind);
 }
 
 void PagePermissions::settle(const std::shared_ptr<PermissionRequest> &request, bool isAllowed)

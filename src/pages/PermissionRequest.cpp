@@ -6,6 +6,8 @@
 #include <QPointer>
 #include <QWebEnginePage>
 #if ORVANE_HAS_PERMISSION_OBJECTS
+#include "SharedAnswers.h"
+
 #include <QWebEnginePermission>
 #endif
 #if ORVANE_HAS_SCREEN_CHOICE
@@ -40,6 +42,13 @@ void PermissionRequest::withdraw() const
 {
     if (m_withdraw)
         m_withdraw();
+}
+
+void PermissionRequest::lose()
+{
+    m_settle = {};
+    if (m_lost)
+        m_lost();
 }
 
 namespace {
@@ -161,20 +170,23 @@ namespace PermissionRequests {
 #if ORVANE_HAS_PERMISSION_OBJECTS
 void watch(QWebEnginePage &page, QObject *receiver, const Handler &handler)
 {
-    QObject::connect(&page, &QWebEnginePage::permissionRequested, receiver,
-                     [receiver, handler](const QWebEnginePermission &permission) {
-                         const auto settle = [permission](bool isAllowed) {
-                             if (isAllowed)
-                                 permission.grant();
-                             else
-                                 permission.deny();
-                         };
-                         auto request = std::make_shared<PermissionRequest>(
-                             permission.origin(), permissionsOf(permission.permissionType()),
-                             settle);
-                         request->setWithdraw([permission] { permission.reset(); });
-                         handOver(receiver, handler, request);
-                     });
+    QObject::connect(
+        &page, &QWebEnginePage::permissionRequested, receiver,
+        [&page, receiver, handler](const QWebEnginePermission &permission) {
+            const auto give = [permission](bool isAllowed) {
+                if (isAllowed)
+                    permission.grant();
+                else
+                    permission.deny();
+            };
+            const int number = SharedAnswers::nextNumber();
+            auto request = std::make_shared<PermissionRequest>(
+                permission.origin(), permissionsOf(permission.permissionType()),
+                [number](bool isAllowed) { SharedAnswers::answer(number, isAllowed); });
+            request->setWithdraw([permission] { permission.reset(); });
+            SharedAnswers::add(number, page, request, give);
+            handOver(receiver, handler, request);
+        });
 #if ORVANE_HAS_SCREEN_CHOICE
     QObject::connect(&page, &QWebEnginePage::desktopMediaRequested, receiver,
                      [&page, receiver, handler](const QWebEngineDesktopMediaRequest &media) {
@@ -188,6 +200,11 @@ void watch(QWebEnginePage &page, QObject *receiver, const Handler &handler)
 void allowNotifications(QWebEnginePage &, const QUrl &) { }
 
 void withdraw(QWebEnginePage &, const QUrl &, Permission) { }
+
+void forget(QWebEnginePage &page)
+{
+    SharedAnswers::forget(page);
+}
 #else
 void watch(QWebEnginePage &page, QObject *receiver, const Handler &handler)
 {
@@ -208,6 +225,8 @@ void allowNotifications(QWebEnginePage &page, const QUrl &asker)
     page.setFeaturePermission(asker, QWebEnginePage::Notifications,
                               QWebEnginePage::PermissionGrantedByUser);
 }
+
+void forget(QWebEnginePage &) { }
 
 void withdraw(QWebEnginePage &page, const QUrl &asker, Permission permission)
 {

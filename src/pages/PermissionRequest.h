@@ -37,6 +37,10 @@ public:
     using Withdraw = std::function<void()>;
     void setWithdraw(const Withdraw &withdraw) { m_withdraw = withdraw; }
     void withdraw() const;
+    /// Called when the engine has answered no, as it did to another request of the site.
+    void setLost(const std::function<void()> &lost) { m_lost = lost; }
+    void lose();
+    bool isSettled() const { return !m_settle; }
 
 private:
     QUrl m_asker;
@@ -44,6 +48,7 @@ private:
     Settle m_settle;
     Fields m_fields;
     Withdraw m_withdraw;
+    std::function<void()> m_lost;
 };
 
 /// How the engine tells of requests, whichever way its version has.
@@ -53,6 +58,8 @@ using Handler = std::function<void(const std::shared_ptr<PermissionRequest> &req
 /// Calls `handler` for each request of the page, out of the engine's own calls, as long as
 /// `receiver` is there. What the engine may ask for beyond `Permission` is refused.
 void watch(QWebEnginePage &page, QObject *receiver, const Handler &handler);
+/// Nobody in the page waits any more: it goes.
+void forget(QWebEnginePage &page);
 /// Allows notifications before they are asked for: pages look first whether they need to ask.
 void allowNotifications(QWebEnginePage &page, const QUrl &asker);
 /// Takes back what the engine holds allowed or refused beyond the request.

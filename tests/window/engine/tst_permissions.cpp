@@ -33,6 +33,9 @@ private slots:
     void refused();
     void afterAClick_data();
     void afterAClick();
+    void oneAnswerIsForOneQuestion();
+    void allAllowedIsAllGranted();
+    void refusalEndsWhatNobodyWaitsFor();
     void bothAreOneQuestion();
     void answerHoldsWhileThePageIsThere();
     void nextPageAsksAnew();
@@ -238,6 +241,50 @@ void tst_permissions::afterAClick()
     }
     answer(yes);
     QTRY_VERIFY2(log().endsWith(told), qPrintable(log()));
+}
+
+/// Where the engine has but one answer for both, the yes holds for what the page asks next.
+void tst_permissions::oneAnswerIsForOneQuestion()
+{
+    run(u"ask.notifications(); ask.place()"_s);
+    QTRY_VERIFY(shown());
+    const QPointer<PageQuestionBox> first = shown();
+    answer(true);
+    QTRY_VERIFY(shown() && shown() != first);
+    QVERIFY(!log().contains("place"_L1));
+    answer(false);
+    QTRY_VERIFY(log().contains("place 1"_L1));
+    QTRY_VERIFY(log().contains("notifications "_L1));
+    run(u"log = []; ask.notifications()"_s);
+    QTRY_COMPARE(log(), u"notifications granted"_s);
+    QVERIFY(!shown());
+    run(u"log = []; ask.place()"_s);
+    QTRY_COMPARE(log(), u"place 1"_s);
+}
+
+void tst_permissions::allAllowedIsAllGranted()
+{
+    run(u"ask.notifications(); ask.place()"_s);
+    QTRY_VERIFY(shown());
+    const QPointer<PageQuestionBox> first = shown();
+    answer(true);
+    QTRY_VERIFY(shown() && shown() != first);
+    answer(true);
+    QTRY_VERIFY(log().contains("place 2"_L1));
+    QTRY_VERIFY(log().contains("notifications granted"_L1));
+}
+
+void tst_permissions::refusalEndsWhatNobodyWaitsFor()
+{
+    if (!answersAreShared)
+        QSKIP("The engine has an answer for each request.");
+    run(u"ask.notifications(); ask.place()"_s);
+    answer(false);
+    QTRY_VERIFY(log().contains("place 1"_L1));
+    QTRY_VERIFY(!shown());
+    run(u"log = []; ask.place()"_s);
+    answer(true);
+    QTRY_COMPARE(log(), u"place 2"_s);
 }
 
 void tst_permissions::bothAreOneQuestion()
