@@ -75,6 +75,12 @@ private:
     CoolBar &coolBar() const { return *m_session->frame->findChild<CoolBar *>(); }
     QString url(const QString &path) const { return m_session->server.url(path); }
     QString profile() const { return m_session->folder.file(u"Profiles/kept.orp"_s); }
+    void writeProfile() const
+    {
+        QVERIFY(m_session->folder.write(u"Profiles/kept.orp"_s,
+                                        "[Profile_URLS]\r\nURL1=" + url(u"/one"_s).toUtf8()
+                                            + "\r\n[URL_Count]\r\nCount=1\r\n"));
+    }
 
     std::map<QString, Item> m_items;
     /// The mark of a switch before it is thrown.
@@ -159,11 +165,7 @@ void tst_MenuItems::describeFile()
     m_items[u"mnuFileOpen"_s] = {{}, [] { return Forms::named("frmOpenURL").size() == 1; }};
     m_items[u"mnuFileSaveAs"_s] = {{}, [] { return dialogIs("dlgSavePage"); }};
     m_items[u"mnuFileProfiles"_s] = {
-        [this] {
-            QVERIFY(m_session->folder.write(u"Profiles/kept.orp"_s,
-                                            "[Profile_URLS]\r\nURL1=" + url(u"/one"_s).toUtf8()
-                                                + "\r\n[URL_Count]\r\nCount=1\r\n"));
-        },
+        [this] { writeProfile(); },
         [this] { return m_session->windows() > 0 && m_session->shows(url(u"/one"_s)); }};
     m_items[u"mnuFileProfilesSave"_s] = {{}, [this] {
                                              return m_session->folder.read(u"Profiles/kept.orp"_s)
@@ -182,6 +184,24 @@ void tst_MenuItems::describeFile()
                                              return preview && preview->document().pageCount() == 1;
                                          }};
     m_items[u"mnuFileExit"_s] = {{}, [this] { return !m_session->frame->isVisible(); }};
+    const auto openProfile = [this] {
+        writeProfile();
+        QVERIFY(m_session->frame->openProfile(profile(), true));
+        QTRY_VERIFY(m_session->shows(url(u"/one"_s)));
+    };
+    m_items[u"mnuFileProfileSave"_s] = {
+        [this, openProfile] {
+            openProfile();
+            m_session->active()->browser()->navigate(url(u"/two"_s));
+            QTRY_VERIFY(m_session->shows(url(u"/two"_s)));
+        },
+        [this] {
+            return m_session->folder.read(u"Profiles/kept.orp"_s).contains(url(u"/two"_s).toUtf8());
+        }};
+    m_items[u"mnuFileProfileClose"_s] = {openProfile, [this] {
+                                             return m_session->windows() == 1
+                                                 && m_session->shows(url(u"/page"_s));
+                                         }};
 }
 
 void tst_MenuItems::describeEdit()
