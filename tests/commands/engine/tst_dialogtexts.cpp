@@ -53,6 +53,8 @@ private:
     Opener page(const char *item, int number);
     void keepPicture() const;
     Opener bar(const std::function<QWidget *(QWidget *)> &make);
+    /// Of a page, in a window that has room for all of it.
+    Opener asked(const std::function<PageQuestion()> &make);
     WebPage *webPage() const
     {
         return qobject_cast<QtWebBrowser *>(m_session->active()->browser())->page();
@@ -171,6 +173,19 @@ tst_DialogTexts::Opener tst_DialogTexts::bar(const std::function<QWidget *(QWidg
     };
 }
 
+tst_DialogTexts::Opener tst_DialogTexts::asked(const std::function<PageQuestion()> &make)
+{
+    return [this, make] {
+        m_place = std::make_unique<QWidget>();
+        m_place->resize(narrowWindow, narrowWindow);
+        m_place->show();
+        auto *result = new PageQuestionBox(make(), true, m_place.get());
+        result->show();
+        result->fitInto(m_place->size());
+        return result;
+    };
+}
+
 void tst_DialogTexts::describeMenuDialogs()
 {
     m_dialogs += {
@@ -199,15 +214,13 @@ void tst_DialogTexts::describePageDialogs()
              return shown(preview);
          }},
         {u"properties"_s, [this, owner] { return shown(new PageProperties(webPage(), owner)); }},
-        {u"sign-in"_s, bar([](QWidget *place) {
+        {u"sign-in"_s, asked([] {
              PageQuestion question = pageQuestion(u"LoginDialog"_s, u"strProxyQuestion"_s);
              question.fields = [](QWidget *parent) { return new LoginFields({}, true, parent); };
-             return new PageQuestionBox(question, true, place);
+             return question;
          })},
-        {u"question of a page"_s, bar([](QWidget *place) {
-             const PageQuestion question = pageQuestion(u"PageQuestions"_s, u"strLeave"_s);
-             return new PageQuestionBox(question, true, place);
-         })},
+        {u"question of a page"_s,
+         asked([] { return pageQuestion(u"PageQuestions"_s, u"strLeave"_s); })},
         {u"script errors"_s,
          [owner] {
              auto *errors = new ScriptErrorsDialog(owner, [] { return u"http://page/"_s; });
