@@ -151,19 +151,16 @@ void PagePermissions::answer(const QString &kind, PageQuestion::Reply reply)
         keep(waiting.site, waiting.permissions, isAllowed);
     if (isAllowed)
         allow(waiting);
-    // A no goes to other pages of the site as well, and needs none where the page goes now.
-    if (answersAreShared && reply.answer == PageQuestion::Answer::Ended) {
-        QMetaObject::invokeMethod(
-            &m_page, [this, waiting] { settleAll(waiting, false); }, Qt::QueuedConnection);
-        return;
+    const bool isEnded = reply.answer == PageQuestion::Answer::Ended;
+    for (const auto &request : waiting.requests) {
+        // A no goes to other pages of the site as well, and needs none where the page goes now. Of
+        // what there is to choose from, nobody else waits, and it must not outlast the page.
+        if (answersAreShared && isEnded && !request->fields())
+            QMetaObject::invokeMethod(
+                &m_page, [this, request] { settle(request, false); }, Qt::QueuedConnection);
+        else
+            settle(request, isAllowed);
     }
-    settleAll(waiting, isAllowed);
-}
-
-void PagePermissions::settleAll(const Waiting &waiting, bool isAllowed)
-{
-    for (const auto &request : waiting.requests)
-        settle(request, isAllowed);
 }
 
 /// The user need not be asked what nobody waits for.

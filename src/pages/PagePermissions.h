@@ -62,7 +62,6 @@ private:
     QUrl around() const;
     void ask(const QString &kind);
     void answer(const QString &kind, PageQuestion::Reply reply);
-    void settleAll(const Waiting &waiting, bool isAllowed);
     void lose(const QString &kind);
     void allow(const Waiting &waiting);
     void settle(const std::shared_ptr<PermissionRequest> &request, bool isAllowed);

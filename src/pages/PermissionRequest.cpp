@@ -72,11 +72,14 @@ QUrl siteOf(const QWebEnginePage &page)
     return site;
 }
 
-std::shared_ptr<PermissionRequest> requestFor(const QWebEnginePage &page,
+std::shared_ptr<PermissionRequest> requestFor(QWebEnginePage &page,
                                               const QWebEngineDesktopMediaRequest &media)
 {
     const auto choice = std::make_shared<QPointer<ScreenChoice>>();
-    const auto settle = [media, choice](bool isAllowed) {
+    // The engine answers into the page, which must be there.
+    const auto settle = [page = QPointer(&page), media, choice](bool isAllowed) {
+        if (!page)
+            return;
         const QModelIndex index = isAllowed && *choice ? (*choice)->chosen() : QModelIndex();
         if (!index.isValid())
             media.cancel();
