@@ -214,8 +214,8 @@ void MdiArea::changeStates(const QList<QMdiSubWindow *> &children, const WantedS
             for (QMdiSubWindow *child : children)
                 child->setWindowState(wanted(child));
         } else {
-            for (auto child = children.crbegin(); child != children.crend(); ++child)
-                (*child)->setWindowState(wanted(*child));
+            for (qsizetype at = children.size() - 1; at >= 0; --at)
+                children.at(at)->setWindowState(wanted(children.at(at)));
         }
         for (QMdiSubWindow *child : children)
             child->raise();

@@ -151,11 +151,10 @@ void PagePermissions::answer(const QString &kind, PageQuestion::Reply reply)
         keep(waiting.site, waiting.permissions, isAllowed);
     if (isAllowed)
         allow(waiting);
-    const bool isEnded = reply.answer == PageQuestion::Answer::Ended;
     for (const auto &request : waiting.requests) {
         // A no goes to other pages of the site as well, and needs none where the page goes now. Of
         // what there is to choose from, nobody else waits, and it must not outlast the page.
-        if (answersAreShared && isEnded && !request->fields())
+        if (answersAreShared && reply.answer == PageQuestion::Answer::Ended && !request->fields())
             QMetaObject::invokeMethod(
                 &m_page, [this, request] { settle(request, false); }, Qt::QueuedConnection);
         else
