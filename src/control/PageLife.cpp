@@ -108,11 +108,13 @@ void PageLife::end()
         m_view.clear();
         m_page.clear();
     }
-    if (m_host)
+    if (m_host) {
         m_host->dropFailure();
+        m_host->hideCrash();
+    }
     delete m_view;
     delete m_page;
-    leaveCrashed();
+    m_crashed = false;
 }
 
 void PageLife::drop()
