@@ -86,7 +86,7 @@ QString escapedText(const QString &text)
     return result;
 }
 
-QString breakableText(const QString &text)
+QString breakableText(const QString &text, const std::function<bool(const QString &word)> &fits)
 {
     constexpr qsizetype longestWord = 24;
     constexpr QChar mayBreak(0x200b);
@@ -94,8 +94,9 @@ QString breakableText(const QString &text)
     QString result;
     for (auto at = text.begin(); at != text.end();) {
         const auto end = std::find_if(at, text.end(), isSpace);
-        for (const bool isLong = end - at > longestWord; at != end; ++at) {
-            if (isLong && mayStandApart(*at))
+        const bool isTooLong = end - at > longestWord && !fits(QString(at, end - at));
+        for (; at != end; ++at) {
+            if (isTooLong && mayStandApart(*at))
                 result += mayBreak;
             result += *at;
         }

@@ -1,19 +1,47 @@
 #include "DraggedUrls.h"
 
+#include "ShownText.h"
+
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+/// Characters of markup, and of the title.
+constexpr qsizetype longestMarkup = 20'000;
+constexpr qsizetype longestTitle = 200;
+
 bool isOpenable(const QUrl &url)
 {
-    if (url.isLocalFile())
-        return !QFileInfo(url.toLocalFile()).isDir();
+    if (url.isLocalFile()) {
+        const QFileInfo file(url.toLocalFile());
+        return file.isFile() || !file.exists();
+    }
     return url.isValid() && (url.scheme() == "http"_L1 || url.scheme() == "https"_L1);
+}
+
+/// The address of the first picture in the markup; empty where there is none.
+QUrl pictureIn(const QString &markup)
+{
+    if (markup.size() > longestMarkup)
+        return {};
+    QTextDocument document;
+    document.setHtml(markup);
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto part = block.begin(); !part.atEnd(); ++part) {
+            const QTextCharFormat format = part.fragment().charFormat();
+            if (format.isImageFormat())
+                return QUrl(format.toImageFormat().name());
+        }
+    }
+    return {};
 }
 
 class FileDragFilter : public QObject {
@@ -59,6 +87,13 @@ bool isUnopenableDragged(const QMimeData &data)
     return !urls.isEmpty() && !isOpenable(urls.first());
 }
 
+QList<QUrl> givableUrls(const QMimeData &data)
+{
+    QList<QUrl> urls = data.urls();
+    urls.removeIf([](const QUrl &url) { return url.isLocalFile() && !isOpenable(url); });
+    return urls;
+}
+
 QStringList draggedAddresses(const QMimeData &data)
 {
     QStringList addresses;
@@ -70,6 +105,33 @@ QStringList draggedAddresses(const QMimeData &data)
             addresses.append(QString::fromLatin1(url.toEncoded()));
     }
     return addresses;
+}
+
+QStringList pageAddressesDragged(const QMimeData &data)
+{
+    const QList<QUrl> urls = data.urls();
+    if (urls.isEmpty() || isUnopenableDragged(data))
+        return {};
+    const QUrl url = urls.first().isLocalFile() ? pictureIn(data.html()) : urls.first();
+    return isOpenable(url) && !url.isLocalFile() ? QStringList{QString::fromLatin1(url.toEncoded())}
+                                                 : QStringList();
+}
+
+QStringList draggedAddresses(const QDropEvent &event)
+{
+    const QMimeData &data = *event.mimeData();
+    return event.source() ? pageAddressesDragged(data) : draggedAddresses(data);
+}
+
+QString draggedTitle(const QMimeData &data)
+{
+    const QString markup = data.html();
+    if (markup.size() > longestMarkup)
+        return {};
+    QString title = QTextDocumentFragment::fromHtml(markup).toPlainText();
+    // What stands for a picture.
+    title.remove(QChar::ObjectReplacementCharacter);
+    return shownText(title).simplified().left(longestTitle);
 }
 
 void acceptAsCopy(QDropEvent &event)

@@ -1,5 +1,6 @@
 #include "FileWriter.h"
 
+#include "DeviceFailure.h"
 #include "FileStage.h"
 #include "Log.h"
 
@@ -27,32 +28,18 @@ FileWriter::Writer writerOf(const QByteArray &bytes)
     return [&bytes](QFileDevice &device) { return device.write(bytes) == bytes.size(); };
 }
 
-/// A device tells its trouble in words only.
-WriteResult spokenBy(const QFile &device)
-{
-    using std::errc;
-    for (const errc known :
-         {errc::no_space_on_device, errc::file_too_large, errc::read_only_file_system,
-          errc::permission_denied, errc::operation_not_permitted}) {
-        const WriteResult result = WriteResult::of(std::make_error_code(known));
-        if (result.detail() == device.errorString())
-            return result;
-    }
-    return WriteResult(Failure::Other, device.errorString());
-}
-
 /// What went wrong as the device was written to. Of a write that goes half out nothing is said
 /// before the next one.
 WriteResult failureOf(QFile &device)
 {
     const bool isRefused = device.error() == QFileDevice::NoError;
-    const WriteResult first = spokenBy(device);
+    const WriteResult first = failureOfDevice(device);
     if (!isRefused && !first.isFailure(Failure::Other))
         return first;
     device.unsetError();
     const bool isWell = device.write(QByteArray(64 * 1024, 'x')) > 0 && device.flush();
     if (!isWell)
-        return spokenBy(device);
+        return failureOfDevice(device);
     return isRefused ? WriteResult(Failure::Refused) : first;
 }
 
@@ -82,7 +69,7 @@ WriteResult replace(const QString &path, const FileWriter::Writer &writer)
     if (const WriteResult result = fill(stage, writer, FileWriter::Sync::Now); !result)
         return result;
     if (isThere && !stage.device().setPermissions(old.permissions()))
-        return spokenBy(stage.device());
+        return failureOfDevice(stage.device());
     std::error_code error = isThere ? std::make_error_code(std::errc::file_exists) : stage.create();
     if (error == std::errc::file_exists)
         error = stage.replace();

@@ -26,6 +26,21 @@ QList<QWidget *> all()
     return loaded;
 }
 
+void arrange(const QList<QWidget *> &forms)
+{
+    QList<QWidget *> ordered;
+    for (QWidget *form : forms) {
+        if (loaded.contains(form) && !ordered.contains(form))
+            ordered.append(form);
+    }
+    qsizetype next = 0;
+    // Each place is looked at before it is filled, and none of those behind has changed yet.
+    for (QWidget *&place : loaded) {
+        if (ordered.contains(place))
+            place = ordered.at(next++);
+    }
+}
+
 QList<QWidget *> named(const char *name)
 {
     QList<QWidget *> result;

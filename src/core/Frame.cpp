@@ -14,3 +14,11 @@ bool Frame::isOn(const Settings::Switch &setting) const
     const QAction *item = itemOf(setting);
     return item && item->isChecked();
 }
+
+void Frame::openWindowLike(Privacy privacy, const QString &url, WindowState state)
+{
+    if (privacy == Privacy::Private)
+        openPrivateWindow(url, state);
+    else
+        openBrowserWindow(url, state);
+}

@@ -17,7 +17,12 @@ enum class WindowState {
     /// As the frame's children do: maximized while the active one is.
     AsOthers,
     Maximized,
+    /// Not in front: the active window stays so, with the keyboard. As others where there is none.
+    Behind,
 };
+
+/// What is kept of what a window shows: of a private one nothing that outlasts the last of them.
+enum class Privacy { Ordinary, Private };
 
 /// What the rest of the program asks of the one frame window.
 class Frame {
@@ -38,6 +43,10 @@ public:
 
     /// A new browser window on `url` (empty: the home page).
     virtual void openBrowserWindow(const QString &url, WindowState state) = 0;
+    /// The same, and it is private (empty: a blank page).
+    virtual void openPrivateWindow(const QString &url, WindowState state) = 0;
+    /// One that is as private as what it is opened from.
+    void openWindowLike(Privacy privacy, const QString &url, WindowState state);
     /// Sends the active window to `url`, or opens a first, maximized one.
     virtual void navigateActive(const QString &url) = 0;
     /// The state to open a window with: maximized when there is no active child.

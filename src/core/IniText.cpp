@@ -1,75 +1,17 @@
 #include "IniText.h"
-#include "TextEncoding.h"
 
+#include "IniBytes.h"
+#include "TextEncoding.h"
 #include "TextRules.h"
 
 #include <QHash>
-#include <QSet>
 
 #include <algorithm>
-#include <cstring>
 
-using namespace Qt::StringLiterals;
+using namespace IniBytes;
 using TextEncoding::Encoding;
 
 namespace {
-bool isBlank(char byte)
-{
-    return byte == ' ' || byte == '\t' || byte == '\r';
-}
-
-qsizetype skipBlanks(QByteArrayView file, qsizetype begin, qsizetype end)
-{
-    while (begin < end && isBlank(file[begin]))
-        ++begin;
-    return begin;
-}
-
-qsizetype dropBlanks(QByteArrayView file, qsizetype begin, qsizetype end)
-{
-    while (end > begin && isBlank(file[end - 1]))
-        --end;
-    return end;
-}
-
-// The position of `byte`, or `end`.
-qsizetype seek(QByteArrayView file, char byte, qsizetype begin, qsizetype end)
-{
-    if (begin >= end)
-        return end;
-    const void *found =
-        std::memchr(file.data() + begin, byte, static_cast<std::size_t>(end - begin));
-    return found ? static_cast<const char *>(found) - file.data() : end;
-}
-
-qsizetype afterMark(QByteArrayView file)
-{
-    return file.startsWith(TextEncoding::mark()) ? TextEncoding::mark().size() : 0;
-}
-
-QString withoutBlanks(const QString &name)
-{
-    const auto blank = [](QChar character) {
-        return character == u' ' || character == u'\t' || character == u'\r';
-    };
-    const auto begin = std::find_if_not(name.cbegin(), name.cend(), blank);
-    const auto end = std::find_if_not(name.crbegin(), std::make_reverse_iterator(begin), blank);
-    return QString(begin, end.base() - begin);
-}
-
-char lowerAscii(char byte)
-{
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
-}
-
-QByteArray lowerAscii(QByteArrayView name)
-{
-    QByteArray lower(name.size(), Qt::Uninitialized);
-    std::transform(name.begin(), name.end(), lower.begin(),
-                   [](char byte) { return lowerAscii(byte); });
-    return lower;
-}
-
 // Compares the names in a file with a wanted one; text is decoded only where it must be.
 class NameTest {
 public:
@@ -152,64 +94,37 @@ void eachLine(QByteArrayView file, const Header &header, const Key &key)
     }
 }
 
-QByteArray lineEnd(QByteArrayView file)
-{
-    const qsizetype at = seek(file, '\n', 0, file.size());
-    return at < file.size() && (at == 0 || file[at - 1] != '\r') ? "\n"_ba : "\r\n"_ba;
-}
-
-QByteArray putBytes(const QByteArray &file, const IniText::Place &place, const QByteArray &section,
-                    const QByteArray &key, const QByteArray &value)
-{
-    QByteArray result = file;
-    if (place.hasKey)
-        return result.replace(place.valueBegin, place.valueEnd - place.valueBegin, value);
-    const QByteArray end = lineEnd(file);
-    const qsizetype at = place.hasSection ? place.newLine : file.size();
-    QByteArray added;
-    if (at > afterMark(file) && file[at - 1] != '\n')
-        added += end;
-    if (!place.hasSection)
-        added += '[' + section + ']' + end;
-    added += key + '=' + value + end;
-    return result.insert(at, added);
-}
-
-// Bytes that take the place of [begin, end).
-struct Edit {
+// A line with a key: where its name begins, where it has "=", and where it ends and the next
+// begins.
+struct KeyLine {
     qsizetype begin;
+    qsizetype equals;
     qsizetype end;
-    QByteArray bytes;
+    qsizetype next;
 };
 
-// `edits` ascend and do not overlap.
-QByteArray edited(const QByteArray &file, const QList<Edit> &edits)
+// Goes over the section whose lines begin at `at`, for as long as `key` wants to hear of more.
+template <typename Key> void eachKey(QByteArrayView file, qsizetype at, const Key &key)
 {
-    QByteArray result;
-    qsizetype done = 0;
-    for (const Edit &edit : edits) {
-        result += QByteArrayView(file).sliced(done, edit.begin - done);
-        result += edit.bytes;
-        done = edit.end;
+    while (at < file.size()) {
+        const qsizetype end = seek(file, '\n', at, file.size());
+        const qsizetype begin = skipBlanks(file, at, end);
+        at = std::min(end + 1, file.size());
+        if (begin == end || file[begin] == ';')
+            continue;
+        if (file[begin] == '[')
+            return;
+        const qsizetype equals = seek(file, '=', begin, end);
+        if (equals < end && !key(KeyLine{begin, equals, end, at}))
+            return;
     }
-    return result + file.sliced(done);
 }
 
-// The file changed in the encoding given, or nothing where that cannot be.
-std::optional<QByteArray> putEncoded(const QByteArray &file, const IniText::Name &name,
-                                     const QString &value, Encoding encoding)
+void holdValue(QByteArrayView file, const KeyLine &line, IniText::Place &place)
 {
-    const auto section = TextEncoding::encodePart(withoutBlanks(name.section), encoding);
-    const auto key = TextEncoding::encodePart(withoutBlanks(name.key), encoding);
-    const auto text = TextEncoding::encodePart(value, encoding);
-    if (!section || !key || !text)
-        return {};
-    const QByteArray result = putBytes(file, IniText::find(file, name), *section, *key, *text);
-    // Bytes of the old code page that by chance are valid UTF-8 would be read as other text.
-    const bool kept = TextEncoding::isAscii(result)
-        || (TextEncoding::detect(result) == Encoding::Windows1252)
-            == (encoding == Encoding::Windows1252);
-    return kept ? std::optional(result) : std::nullopt;
+    place.hasSection = place.hasKey = true;
+    place.valueEnd = dropBlanks(file, line.equals + 1, line.end);
+    place.valueBegin = skipBlanks(file, line.equals + 1, place.valueEnd);
 }
 }
 
@@ -253,31 +168,18 @@ void walk(QByteArrayView file, Walker &walker)
 Place find(QByteArrayView file, const Name &name)
 {
     Place place;
-    qsizetype at = findSection(file, name.section);
-    if (at < 0)
+    const qsizetype first = findSection(file, name.section);
+    if (first < 0)
         return place;
     place.hasSection = true;
-    place.newLine = at;
+    place.newLine = first;
     const NameTest isWanted(file, name.key);
-    while (at < file.size()) {
-        const qsizetype end = seek(file, '\n', at, file.size());
-        const qsizetype begin = skipBlanks(file, at, end);
-        at = std::min(end + 1, file.size());
-        if (begin == end || file[begin] == ';')
-            continue;
-        if (file[begin] == '[')
-            break;
-        const qsizetype equals = seek(file, '=', begin, end);
-        if (equals == end)
-            continue;
-        place.newLine = at;
-        if (isWanted(begin, equals)) {
-            place.hasKey = true;
-            place.valueEnd = dropBlanks(file, equals + 1, end);
-            place.valueBegin = skipBlanks(file, equals + 1, place.valueEnd);
-            break;
-        }
-    }
+    eachKey(file, first, [&](const KeyLine &line) {
+        place.newLine = line.next;
+        if (isWanted(line.begin, line.equals))
+            holdValue(file, line, place);
+        return !place.hasKey;
+    });
     return place;
 }
 
@@ -291,26 +193,14 @@ QList<Place> findKeys(QByteArrayView file, const QString &section, const QString
     Place missing;
     missing.hasSection = true;
     missing.newLine = first;
-    for (qsizetype at = first; at < file.size();) {
-        const qsizetype end = seek(file, '\n', at, file.size());
-        const qsizetype begin = skipBlanks(file, at, end);
-        at = std::min(end + 1, file.size());
-        if (begin == end || file[begin] == ';')
-            continue;
-        if (file[begin] == '[')
-            break;
-        const qsizetype equals = seek(file, '=', begin, end);
-        if (equals == end)
-            continue;
-        missing.newLine = at;
-        const QByteArrayView name = file.sliced(begin, dropBlanks(file, begin, equals) - begin);
-        Place &place = found[lowerAscii(name)];
-        if (place.hasKey)
-            continue;
-        place.hasSection = place.hasKey = true;
-        place.valueEnd = dropBlanks(file, equals + 1, end);
-        place.valueBegin = skipBlanks(file, equals + 1, place.valueEnd);
-    }
+    eachKey(file, first, [&](const KeyLine &line) {
+        missing.newLine = line.next;
+        const qsizetype end = dropBlanks(file, line.begin, line.equals);
+        Place &place = found[lowerAscii(file.sliced(line.begin, end - line.begin))];
+        if (!place.hasKey)
+            holdValue(file, line, place);
+        return true;
+    });
     for (qsizetype i = 0; i < keys.size(); ++i) {
         const QByteArray name = withoutBlanks(keys.at(i)).toUtf8();
         places[i] = TextEncoding::isAscii(name) ? found.value(lowerAscii(name), missing)
@@ -340,74 +230,6 @@ QString valueText(QByteArrayView value, Encoding encoding, int characters)
     value = value.first(std::min<qsizetype>(value.size(), 4 * qsizetype(characters)));
     value = value.first(seek(value, '\0', 0, value.size()));
     return firstCharacters(TextEncoding::decodePart(value, encoding), characters);
-}
-
-QString oneLine(QString value)
-{
-    value.replace("\r\n"_L1, " "_L1);
-    for (const QChar breaker : {u'\r', u'\n', u'\0'})
-        value.replace(breaker, u' ');
-    return value;
-}
-
-bool canHold(const Name &name)
-{
-    const auto breaksLine = [](QChar character) {
-        return character == u'\n' || character == u'\r' || character == u'\0';
-    };
-    const QString key = withoutBlanks(name.key);
-    return std::none_of(name.section.cbegin(), name.section.cend(), breaksLine)
-        && std::none_of(name.key.cbegin(), name.key.cend(), breaksLine)
-        && !name.section.contains(u']') && !key.isEmpty() && !key.contains(u'=')
-        && !key.startsWith(u'[') && !key.startsWith(u';');
-}
-
-QByteArray put(const QByteArray &file, const Name &name, const QString &value)
-{
-    const QString line = oneLine(value);
-    const Encoding encoding = TextEncoding::detect(file);
-    if (const auto kept = putEncoded(file, name, line, encoding))
-        return *kept;
-    // A mark before bytes that are no UTF-8 was skipped all the same, and stays what it is.
-    const qsizetype start = afterMark(file);
-    const QByteArray converted =
-        file.first(start) + TextEncoding::decodePart(file.sliced(start), encoding).toUtf8();
-    return *putEncoded(converted, name, line, Encoding::Utf8);
-}
-
-std::optional<QByteArray> putKeys(const QByteArray &file, const QString &section,
-                                  const QStringList &keys, const QStringList &values)
-{
-    QSet<QByteArray> names;
-    for (const QString &key : keys)
-        names.insert(lowerAscii(withoutBlanks(key).toUtf8()));
-    const bool ascii = std::all_of(names.cbegin(), names.cend(), TextEncoding::isAscii);
-    if (keys.isEmpty() || !ascii || names.size() != keys.size()
-        || TextEncoding::detect(file) == Encoding::Windows1252)
-        return {};
-    // The first one makes the section where it is missing.
-    const QByteArray old = put(file, {section, keys.first()}, values.first());
-    const QList<Place> places = findKeys(old, section, keys);
-    QList<Edit> edits;
-    Edit added{-1, -1, {}};
-    for (qsizetype i = 1; i < keys.size(); ++i) {
-        const Place &place = places.at(i);
-        const QByteArray value = oneLine(values.at(i)).toUtf8();
-        if (place.hasKey) {
-            edits.append({place.valueBegin, place.valueEnd, value});
-            continue;
-        }
-        added.begin = added.end = place.newLine;
-        added.bytes += withoutBlanks(keys.at(i)).toUtf8() + '=' + value + lineEnd(old);
-    }
-    if (added.begin > 0 && old[added.begin - 1] != '\n')
-        added.bytes.prepend(lineEnd(old));
-    std::sort(edits.begin(), edits.end(),
-              [](const Edit &a, const Edit &b) { return a.begin < b.begin; });
-    // New lines follow the last key of their section, so no value is changed behind them.
-    if (added.begin >= 0)
-        edits.append(added);
-    return edited(old, edits);
 }
 
 }

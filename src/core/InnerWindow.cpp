@@ -34,6 +34,22 @@ bool InnerWindow::focusNextPrevChild(bool next)
     return !isHidden() && QMdiSubWindow::focusNextPrevChild(next);
 }
 
+void InnerWindow::showBehind()
+{
+    QMdiSubWindow *active = m_frame.activeChild();
+    if (!active || active == this) {
+        show();
+        return;
+    }
+    m_frame.keepTyping([this, active] {
+        // The area makes no window the active one that is not enabled.
+        setEnabled(false);
+        show();
+        setEnabled(true);
+        stackUnder(active);
+    });
+}
+
 /// Three quarters of the frame's room, as new inner windows are; what they show gives no size of
 /// its own.
 QSize InnerWindow::sizeHint() const

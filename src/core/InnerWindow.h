@@ -22,8 +22,15 @@ public:
     virtual void focusContents();
     /// Ends what the window shows uses of camera, microphone and screen.
     virtual void endUse() { }
+    /// Mutes what the window shows, or lets it be heard again.
+    virtual void turnSound() { }
+    /// What it shows is private: its title bar is dark.
+    virtual bool isPrivate() const { return false; }
     /// The language is another one now.
     virtual void translate() { }
+
+    /// Shows it for the first time, behind the active window, which stays so.
+    void showBehind();
 
     QSize sizeHint() const override;
 

@@ -1,11 +1,14 @@
 #include "ProcessMemory.h"
 
+#include "ProcessStat.h"
+
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QHash>
 #include <QList>
+#include <numeric>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -32,40 +35,68 @@ qint64 valueOf(const QByteArray &text, QByteArrayView key)
     return isNumber ? value * kilobyte : -1;
 }
 
-/// The parent of a process; its name, in brackets before it, may hold anything.
-qint64 parentOf(const QString &process)
+QString folderOf(qint64 process)
 {
-    const QByteArray line = contents("/proc/"_L1 + process + "/stat"_L1);
-    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
-    return fields.value(1).toLongLong();
+    return u"/proc/%1/"_s.arg(process);
 }
 
-qint64 memoryOf(qint64 process)
+/// Bytes by the two numbers of pages that cost the system nothing to tell.
+struct Pages {
+    qint64 resident = 0;
+    /// Of those what other processes may have as well.
+    qint64 shared = 0;
+};
+
+Pages pagesOf(const QString &folder)
 {
-    const QString folder = u"/proc/%1/"_s.arg(process);
+    const QList<QByteArray> numbers = contents(folder + "statm"_L1).split(' ');
+    const qint64 size = sysconf(_SC_PAGESIZE);
+    return {numbers.value(1).toLongLong() * size, numbers.value(2).toLongLong() * size};
+}
+
+qint64 shareOf(const QString &folder)
+{
     const qint64 share = valueOf(contents(folder + "smaps_rollup"_L1), "\nPss:");
     if (share >= 0)
         return share;
-    const QList<QByteArray> pages = contents(folder + "statm"_L1).split(' ');
-    return (pages.value(1).toLongLong() - pages.value(2).toLongLong()) * sysconf(_SC_PAGESIZE);
+    const Pages pages = pagesOf(folder);
+    return pages.resident - pages.shared;
+}
+
+/// The folders that tell of this process and of all that come from it.
+QStringList familyFolders()
+{
+    QHash<qint64, QList<qint64>> children;
+    for (const QString &name : QDir(u"/proc"_s).entryList({u"[0-9]*"_s}, QDir::Dirs))
+        children[ProcessStat::parent(name.toLongLong())].append(name.toLongLong());
+    QList<qint64> ahead{QCoreApplication::applicationPid()};
+    QStringList folders;
+    while (!ahead.isEmpty()) {
+        const qint64 process = ahead.takeLast();
+        folders.append(folderOf(process));
+        ahead.append(children.take(process));
+    }
+    return folders;
 }
 }
 
 namespace ProcessMemory {
 
-qint64 used()
+qint64 used(qint64 limit)
 {
-    QHash<qint64, QList<qint64>> children;
-    for (const QString &name : QDir(u"/proc"_s).entryList({u"[0-9]*"_s}, QDir::Dirs))
-        children[parentOf(name)].append(name.toLongLong());
-    QList<qint64> family{QCoreApplication::applicationPid()};
-    qint64 sum = 0;
-    while (!family.isEmpty()) {
-        const qint64 process = family.takeLast();
-        sum += memoryOf(process);
-        family.append(children.take(process));
-    }
-    return sum;
+    const QStringList folders = familyFolders();
+    const auto sum = [&folders](auto &&bytesOf) {
+        return std::accumulate(
+            folders.cbegin(), folders.cend(), qint64(0),
+            [&](qint64 bytes, const QString &folder) { return bytes + bytesOf(folder); });
+    };
+    const qint64 atMost = sum([](const QString &folder) { return pagesOf(folder).resident; });
+    return atMost <= limit ? atMost : sum(shareOf);
+}
+
+qint64 of(qint64 process)
+{
+    return shareOf(folderOf(process));
 }
 
 qint64 available()

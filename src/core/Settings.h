@@ -76,6 +76,12 @@ inline constexpr Switch askOnExit{
     "Settings", "AskOnExit", OneZero, true, nullptr, "chkAskOnExit"};
 inline constexpr Switch openLastDesk{
     "Settings", "OpenLastDesk", OneZero, false, nullptr, "chkOpenLastDesk"};
+/// In pages, where the keyboard is in no field.
+inline constexpr Switch backspaceGoesBack{
+    "Settings", "BackspaceGoesBack", OneZero, true, nullptr, "chkBackspaceGoesBack"};
+/// What pages are told of the desktop's colours, from the next start on.
+inline constexpr Switch pagesFollowColours{
+    "Settings", "PagesFollowColours", OneZero, true, nullptr, "chkPagesFollowColours"};
 inline constexpr Switch killPopups{
     "Settings", "Kill-Popups", OneZero, {}, "mnuToolsKillPopUps", "chkKillPopups"};
 inline constexpr Switch suppressScriptErrors{
@@ -121,10 +127,10 @@ inline constexpr int mostSleepMemory = 100;
 
 /// The switches with one place each; the options dialog reads and writes its own in this order.
 inline constexpr std::array switches{
-    &showSplash,      &askOnExit,        &killPopups,   &suppressScriptErrors,
-    &maximizeCatcher, &smartPopupKiller, &addToHistory, &addToCache,
-    &toolBar,         &favoriteLinks,    &tabStrip,     &addressBar,
-    &searchBar,       &openLastDesk};
+    &showSplash,      &askOnExit,        &killPopups,        &suppressScriptErrors,
+    &maximizeCatcher, &smartPopupKiller, &addToHistory,      &addToCache,
+    &toolBar,         &favoriteLinks,    &tabStrip,          &addressBar,
+    &searchBar,       &openLastDesk,     &backspaceGoesBack, &pagesFollowColours};
 
 WriteResult write(const QList<IniEntry> &entries);
 }

@@ -3,6 +3,9 @@
 #include <QIcon>
 #include <QString>
 
+/// What is heard of a page.
+enum class PageSound { None, Playing, Muted };
+
 /// The tab strip as browser windows see it: one button per window, found by the window's key.
 /// Every call on a key that has no tab does nothing.
 class WindowTabs {
@@ -21,8 +24,11 @@ public:
     virtual void setIcon(const QString &key, const QIcon &icon) = 0;
     /// What the window uses of camera, microphone and screen, in words; empty: nothing.
     virtual void setUse(const QString &key, const QString &text) = 0;
+    virtual void setSound(const QString &key, PageSound sound) = 0;
     /// The picture of a window that has given its page up is dimmed.
     virtual void setAsleep(const QString &key, bool asleep) = 0;
+    /// The window is private, for good: its tab is marked so.
+    virtual void setPrivate(const QString &key) = 0;
     /// Pressing a tab releases the others.
     virtual void setPressed(const QString &key, bool pressed) = 0;
     virtual bool isPressed(const QString &key) const = 0;

@@ -26,6 +26,7 @@ private slots:
     void textsAreLookedUpByTheirSection();
     void textsWithoutATranslation();
     void everyTextIsInTheChain();
+    void codes();
 
 private:
     std::unique_ptr<TempAppFolder> m_folder;
@@ -161,6 +162,15 @@ void tst_language::everyTextIsInTheChain()
     }
     keys.sort();
     QCOMPARE(keys, QStringList({u"cmdSave"_s, u"cmdStop"_s, u"strMissing"_s, u"strNever"_s}));
+}
+
+void tst_language::codes()
+{
+    QCOMPARE(languageCode(u"English"_s), u"en"_s);
+    QCOMPARE(languageCode(u"Japanese"_s), u"ja"_s);
+    QCOMPARE(languageCode(u"C"_s), QString());
+    QCOMPARE(languageCode(u"../German"_s), QString());
+    QCOMPARE(languageCode({}), QString());
 }
 
 QTEST_GUILESS_MAIN(tst_language)
