@@ -3,6 +3,7 @@
 #include "AddressEdit.h"
 #include "AddressList.h"
 #include "AddressListModel.h"
+#include "AddressSuggestions.h"
 #include "AppFolder.h"
 #include "IniStore.h"
 #include "KeyCodes.h"
@@ -57,6 +58,7 @@ AddressBox::AddressBox(QWidget *parent)
 
 AddressBox::~AddressBox()
 {
+    delete m_suggestions;
     delete m_combo;
     delete m_model;
     delete m_list;
@@ -76,6 +78,7 @@ QString AddressBox::text() const
 void AddressBox::setText(const QString &text)
 {
     m_unsent = false;
+    hideSuggestions();
     const QString shown = editableAddress(text);
     if (this->text() == text && m_edit->text() == shown.left(m_edit->maxLength()))
         return;
@@ -200,7 +203,7 @@ void AddressBox::keyPressed(QKeyEvent *event)
 {
     event->accept();
     const int code = KeyCodes::codeOf(*event);
-    if (code == KeyCodes::Enter && event->isAutoRepeat())
+    if ((code == KeyCodes::Enter && event->isAutoRepeat()) || suggestionKey(*event))
         return;
     m_pressed.insert(event->key());
     m_deleting = code == KeyCodes::Delete || code == KeyCodes::Backspace;
@@ -275,10 +278,12 @@ void AddressBox::edited(bool inserted)
     if (m_completing)
         return;
     m_unsent = true;
-    if (!inserted)
-        return;
-    clean();
-    complete();
+    if (inserted)
+        clean();
+    const QString typed = m_edit->text();
+    if (inserted)
+        complete();
+    suggest(typed);
 }
 
 // Text put in has no line breaks (an address broken over lines joins, blanks at the breaks
@@ -348,6 +353,7 @@ void AddressBox::focusLeft()
     if (!m_focused)
         return;
     m_focused = false;
+    hideSuggestions();
     m_edit->end(false);
     emit lostFocus();
 }

@@ -2,14 +2,19 @@
 
 #include "WriteResult.h"
 
+#include <QList>
+#include <QPointer>
 #include <QSet>
 #include <QWidget>
+#include <functional>
 
 class AddressCombo;
 class AddressEdit;
 class AddressList;
 class AddressListModel;
+class AddressSuggestions;
 class QKeyEvent;
+struct AddressSuggestion;
 
 /// An editable field with a drop-down list of earlier entries, completed while the user types:
 /// the address bar of the frame and the query box of the search bar. It edits, completes and
@@ -63,6 +68,11 @@ public:
     /// True in a `KeyDown` that tells of a release: act on presses only.
     bool keyIsReleased() const { return m_keyIsReleased; }
 
+    /// What is proposed below the field for what the user typed into it, besides its own list; none
+    /// without. Chosen by the arrow keys, which put the address into the field, or by a click.
+    using Suggester = std::function<QList<AddressSuggestion>(const QString &typed)>;
+    void setSuggester(const Suggester &suggester) { m_suggester = suggester; }
+
     /// The field's accessible name; "Address" until set.
     void setFieldName(const QString &name);
     /// What replaces line breaks in text put in: nothing (an address broken over lines joins), or
@@ -70,7 +80,8 @@ public:
     void setLineBreakText(const QString &text) { m_lineBreakText = text; }
 
 signals:
-    /// An entry was chosen from the dropped list; the text is that entry.
+    /// An entry was chosen from the dropped list, or a page that was proposed; the text is its
+    /// address.
     void clicked();
     /// A key went down, and again when it comes up. Classic virtual key codes; shift holds 1 for
     /// shift, 2 for control, 4 for alt. 0 in keyCode cancels the key. A held Enter is one press.
@@ -100,11 +111,20 @@ private:
     void complete();
     void clean();
     void replaceText(const QString &text);
+    void suggest(const QString &typed);
+    void hideSuggestions();
+    bool suggestionKey(const QKeyEvent &event);
+    void showSuggested(const QString &address);
 
     AddressList *m_list;
     AddressListModel *m_model;
     AddressCombo *m_combo;
     AddressEdit *m_edit;
+    Suggester m_suggester;
+    /// Made with the first of them; its window's.
+    QPointer<AddressSuggestions> m_suggestions;
+    /// What the user typed, which the proposals are for.
+    QString m_typed;
     QSet<int> m_pressed;
     QString m_lineBreakText;
     // A text of the program's that is too long for the field, which shows its beginning.

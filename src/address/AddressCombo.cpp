@@ -78,6 +78,7 @@ void AddressCombo::prepareList()
 
 void AddressCombo::showPopup()
 {
+    m_owner.hideSuggestions();
     if (count() == 0)
         return;
     prepareList();
