@@ -4,6 +4,7 @@
 #include "CookieList.h"
 #include "EngineProfile.h"
 #include "EngineSetup.h"
+#include "Profiles.h"
 
 #include <QWebEngineProfile>
 #include <utility>
@@ -36,7 +37,9 @@ public:
     void clearVisitedLinks() override { engineProfile()->clearAllVisitedLinks(); }
     void use(const EngineOptions &options) override
     {
-        EngineSetup::change(engineProfile(), options);
+        engineProfile();
+        for (QWebEngineProfile *profile : Profiles::all())
+            EngineSetup::change(profile, options);
         noticeProxy();
     }
 

@@ -42,7 +42,7 @@ struct EngineOptions {
     Proxy proxy = Proxy::System;
     QString proxyHost;
     int proxyPort = 8080;
-    /// Language tags, the most wanted first, with commas between; empty: the engine's own.
+    /// Language tags, the most wanted first, with commas between; empty: the desktop's.
     QString languages;
     /// Empty: the engine's own.
     QString userAgent;

@@ -1,30 +1,25 @@
 #include "EngineProfile.h"
 
 #include "AppFolder.h"
-#include "CookieList.h"
-#include "CookiePolicy.h"
 #include "EngineOptions.h"
 #include "EngineSetup.h"
 #include "EngineSwitches.h"
-#include "EngineVersion.h"
 #include "Log.h"
-#include "PageScripts.h"
-#include "RefusedAddress.h"
+#include "Profiles.h"
+#include "Settings.h"
 
 #include <QDir>
+#include <QGuiApplication>
 #include <QLockFile>
+#include <QPalette>
 #include <QStandardPaths>
 #include <QWebEngineProfile>
-#include <QWebEngineSettings>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 QWebEngineProfile *theProfile = nullptr;
 std::unique_ptr<QLockFile> theLock;
-CookieList *theCookies = nullptr;
-QList<ProfileFollower> theFollowers;
-bool scriptsMayOpenWindows = true;
 
 /// Two application folders are two browsers.
 QString profileName()
@@ -45,26 +40,20 @@ bool lockData(const QString &dataFolder)
     return false;
 }
 
-void setOptions(QWebEngineProfile *profile)
+/// The engine can be told once, as it starts: neither palette nor style hints reach its pages.
+EngineSwitches::Pages coloursOfPages()
 {
-    QWebEngineSettings *settings = profile->settings();
-    settings->setAttribute(QWebEngineSettings::FullScreenSupportEnabled, true);
-    settings->setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
-    settings->setAttribute(QWebEngineSettings::PluginsEnabled, true);
-    settings->setAttribute(QWebEngineSettings::ErrorPageEnabled, true);
-    settings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, scriptsMayOpenWindows);
-    // It is asked for like the camera.
-    settings->setAttribute(QWebEngineSettings::ScreenCaptureEnabled, true);
-    // The engine asks for a window for what is dropped on a page that does not take it.
-    settings->setAttribute(QWebEngineSettings::NavigateOnDropEnabled, true);
+    if (!Settings::pagesFollowColours.isOne())
+        return EngineSwitches::Pages::Light;
+    const bool isDark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+    return isDark ? EngineSwitches::Pages::Dark : EngineSwitches::Pages::AsEngine;
 }
 
 QWebEngineProfile *makeProfile()
 {
-    const EngineOptions options = EngineOptions::read();
-    EngineSetup::prepare(options);
+    EngineSetup::prepare(EngineOptions::read());
     // The first profile starts the engine.
-    const EngineSwitches switches;
+    const EngineSwitches switches(coloursOfPages());
     const QString name = profileName();
     const QString inFolder = "/QtWebEngine/"_L1 + name;
     const QString data =
@@ -79,22 +68,7 @@ QWebEngineProfile *makeProfile()
         qCInfo(lcEngine) << "another process has" << data << "- nothing is stored by this one";
         profile = new QWebEngineProfile;
     }
-    setOptions(profile);
-#if ORVANE_HAS_PERMISSION_OBJECTS
-    // What is refused is not kept beside the cookies.
-    profile->setPersistentPermissionsPolicy(
-        QWebEngineProfile::PersistentPermissionsPolicy::AskEveryTime);
-#endif
-    EngineSetup::start(profile, options);
-    theCookies =
-        new CookieList(profile->cookieStore(), theLock ? data + "/Cookies"_L1 : QString(), profile);
-    profile->setUrlRequestInterceptor(new InnerFilesGuard(profile));
-    PageScripts::install(profile);
-    CookiePolicy::instance().install(profile);
-    for (const ProfileFollower &follower : std::as_const(theFollowers)) {
-        if (follower.begin)
-            follower.begin(profile);
-    }
+    Profiles::begin(profile, theLock ? data + "/Cookies"_L1 : QString());
     return profile;
 }
 }
@@ -111,41 +85,15 @@ bool engineProfileIsStored()
     return theLock != nullptr;
 }
 
-void setScriptsMayOpenWindows(bool may)
-{
-    scriptsMayOpenWindows = may;
-    if (theProfile)
-        theProfile->settings()->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, may);
-}
-
 CookieList *engineCookies()
 {
-    engineProfile();
-    return theCookies;
-}
-
-void noticeProxy()
-{
-    for (const ProfileFollower &follower : std::as_const(theFollowers)) {
-        if (follower.useProxy)
-            follower.useProxy();
-    }
-}
-
-void followProfile(const ProfileFollower &follower)
-{
-    if (!theFollowers.contains(follower))
-        theFollowers.append(follower);
+    return Profiles::cookies(*engineProfile());
 }
 
 void dropEngineProfile()
 {
-    if (theProfile) {
-        for (const ProfileFollower &follower : std::as_const(theFollowers)) {
-            if (follower.end)
-                follower.end();
-        }
-    }
-    delete std::exchange(theProfile, nullptr);
+    while (!Profiles::all().isEmpty())
+        Profiles::end(Profiles::all().last());
+    theProfile = nullptr;
     theLock.reset();
 }

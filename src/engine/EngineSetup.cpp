@@ -1,6 +1,7 @@
 #include "EngineSetup.h"
 
 #include "CookiePolicy.h"
+#include "DesktopLanguages.h"
 #include "EngineOptions.h"
 #include "EngineVersion.h"
 
@@ -95,11 +96,11 @@ void prepare(const EngineOptions &options)
 void start(QWebEngineProfile *profile, const EngineOptions &options)
 {
     CookiePolicy::instance().setRefusesThirdParty(options.refuseThirdPartyCookies);
+    profile->setHttpAcceptLanguage(
+        acceptLanguage(options.languages.isEmpty() ? DesktopLanguages::list() : options.languages));
     if (options == EngineOptions())
         return;
     useSettings(*profile->settings(), options);
-    if (!options.languages.isEmpty())
-        profile->setHttpAcceptLanguage(acceptLanguage(options.languages));
     if (!options.userAgent.isEmpty())
         useUserAgent(*profile, options.userAgent);
     if (options.cacheLimit > 0)

@@ -15,22 +15,35 @@ constexpr char disabling[] = "--disable-features=";
 constexpr char disabled[] = "ParallelDownloading";
 
 /// Of a switch that is given twice the engine takes the last.
-QByteArray withOurs(QByteArray flags)
+QByteArray withOurs(QByteArray flags, const char *colours)
 {
     const qsizetype theirs = flags.lastIndexOf(disabling);
     if (theirs < 0)
         flags += ' ' + QByteArray(disabling) + disabled;
     else
         flags.insert(theirs + qsizetype(sizeof disabling) - 1, QByteArray(disabled) + ',');
-    return (flags + ' ' + switches).trimmed();
+    return (flags + ' ' + switches + colours).trimmed();
+}
+
+/// Behind the other settings of pages.
+const char *coloursOf(EngineSwitches::Pages pages)
+{
+    switch (pages) {
+    case EngineSwitches::Pages::Dark:
+        return ",preferredColorScheme=0";
+    case EngineSwitches::Pages::Light:
+        return ",preferredColorScheme=1";
+    default:
+        return "";
+    }
 }
 }
 
-EngineSwitches::EngineSwitches()
+EngineSwitches::EngineSwitches(Pages pages)
     : m_wasSet(qEnvironmentVariableIsSet(variable))
     , m_before(qgetenv(variable))
 {
-    qputenv(variable, withOurs(m_before));
+    qputenv(variable, withOurs(m_before, coloursOf(pages)));
 }
 
 EngineSwitches::~EngineSwitches()

@@ -7,7 +7,10 @@
 /// started afterwards do not inherit them.
 class EngineSwitches {
 public:
-    EngineSwitches();
+    /// What pages are told of the colours that their user wants.
+    enum class Pages { AsEngine, Dark, Light };
+
+    explicit EngineSwitches(Pages pages = Pages::AsEngine);
     ~EngineSwitches();
     Q_DISABLE_COPY_MOVE(EngineSwitches)
 

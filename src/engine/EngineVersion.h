@@ -24,7 +24,7 @@ inline constexpr bool emptyWindowsAreBlank = QT_VERSION >= QT_VERSION_CHECK(6, 5
 /// came without (QTBUG-117624).
 inline constexpr bool savesBringTheirPlace = QT_VERSION >= QT_VERSION_CHECK(6, 6, 1);
 /// One answer to a permission that a site asks for is given to all that it waits for, in whatever
-/// page.
-inline constexpr bool answersAreShared = ORVANE_HAS_PERMISSION_OBJECTS;
+/// page; before, to all that it waits for of the place or of notifications, whichever it is.
+inline constexpr bool answersAreForAllKinds = ORVANE_HAS_PERMISSION_OBJECTS;
 /// The form that a window is opened for comes to it as a form; later it comes as a link.
 inline constexpr bool formsOpenAsForms = QT_VERSION < QT_VERSION_CHECK(6, 8, 0);

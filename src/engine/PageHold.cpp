@@ -1,6 +1,8 @@
 #include "PageHold.h"
 
+#include "LeavingFocus.h"
 #include "Log.h"
+#include "PrivateProfiles.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -38,7 +40,7 @@ void dropThoseThatMayGo()
         if (!page->isLeft)
             continue;
         qCWarning(lcEngine) << "given up as the program ends: what was asked of"
-                            << page.key()->url();
+                            << PrivateProfiles::siteForLog(*page.key());
         if (page->staying > 0)
             continue;
         delete page->view;
@@ -83,6 +85,7 @@ bool PageHold::takeOver(QWidget *view, QWebEnginePage *page)
     page->setAudioMuted(true);
     if (view) {
         view->hide();
+        giveUpFocus(*view);
         view->setParent(nullptr);
     }
     return true;

@@ -53,6 +53,7 @@ void install(QWebEngineProfile *profile)
     insert(profile, u"held-forms"_s, QWebEngineScript::ApplicationWorld, Frames::All);
     insert(profile, u"script-errors"_s, QWebEngineScript::MainWorld, Frames::All);
     insert(profile, u"clipboard"_s, QWebEngineScript::MainWorld, Frames::All);
+    insert(profile, u"live-connections"_s, QWebEngineScript::MainWorld, Frames::All);
     insert(profile, u"window-place"_s, QWebEngineScript::MainWorld, Frames::Main);
 }
 

@@ -1,5 +1,6 @@
 #include "RefusedAddress.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 #include <QUrl>
@@ -51,6 +52,14 @@ bool isHarmlessPage(const QString &address)
     const QRegularExpressionMatch match = form.match(address);
     return match.hasMatch() && isHarmlessName(match.captured(1).toLower());
 }
+
+bool isPipeOrDevice(const QUrl &url)
+{
+    if (!url.isLocalFile())
+        return false;
+    const QFileInfo file(url.toLocalFile());
+    return file.exists() && !file.isFile() && !file.isDir();
+}
 }
 
 bool isRefusedAddress(const QUrl &url)
@@ -71,8 +80,9 @@ bool isRefusedAddress(const QUrl &url)
     return scheme == "chrome"_L1 && !isHarmlessPage(text);
 }
 
-void InnerFilesGuard::interceptRequest(QWebEngineUrlRequestInfo &info)
+void FilesGuard::interceptRequest(QWebEngineUrlRequestInfo &info)
 {
-    if (info.requestUrl().scheme() == innerFiles)
+    const QUrl url = info.requestUrl();
+    if (url.scheme() == innerFiles || isPipeOrDevice(url))
         info.block(true);
 }

@@ -9,9 +9,11 @@ class QUrl;
 /// only the known harmless ones are open, so that a new one is refused until it is known.
 bool isRefusedAddress(const QUrl &url);
 
-/// Keeps the program's inner files from pages that ask for them as scripts, pictures or styles.
-/// For a whole profile; it leaves everything else as it is.
-class InnerFilesGuard : public QWebEngineUrlRequestInterceptor {
+/// Keeps the program's inner files from pages that ask for them as scripts, pictures or styles, and
+/// everybody from what is on the disk and neither file nor folder: whoever opens a pipe waits for
+/// who writes to it, and the engine never ends then. For a whole profile; it leaves everything else
+/// as it is.
+class FilesGuard : public QWebEngineUrlRequestInterceptor {
 public:
     using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
 

@@ -9,6 +9,7 @@ class tst_EngineSwitches : public QObject {
 private slots:
     void oursBesideTheUsers_data();
     void oursBesideTheUsers();
+    void pagesAreToldOfColours();
     void environmentIsAsBefore_data();
     void environmentIsAsBefore();
 
@@ -48,6 +49,18 @@ void tst_EngineSwitches::oursBesideTheUsers()
         if (!each.startsWith(features))
             QVERIFY(each.isEmpty() || switches().contains(each));
     }
+}
+
+void tst_EngineSwitches::pagesAreToldOfColours()
+{
+    qunsetenv(variable);
+    const QByteArray plain = "--blink-settings=allowFileAccessFromFileURLs=false";
+    {
+        const EngineSwitches dark(EngineSwitches::Pages::Dark);
+        QVERIFY(switches().contains(plain + ",preferredColorScheme=0"));
+    }
+    const EngineSwitches light(EngineSwitches::Pages::Light);
+    QVERIFY(switches().contains(plain + ",preferredColorScheme=1"));
 }
 
 void tst_EngineSwitches::environmentIsAsBefore_data()

@@ -13,6 +13,7 @@
     };
     const root = document.documentElement;
     root.replaceChildren();
+    root.lang = text.language;
     document.adoptedStyleSheets = [];
     const head = make('head', '', root);
     make('title', text.title, head);

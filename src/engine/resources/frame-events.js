@@ -33,6 +33,7 @@
             if (typeof place === 'string' && place.length <= longestPlace)
                 tell('place', place);
         });
+    visualViewport?.addEventListener('orvane-live', () => tell('live', ''), {once: true});
     visualViewport?.addEventListener('orvane-column', (event) => {
         const column = event.detail;
         if (Number.isSafeInteger(column))
@@ -79,4 +80,40 @@
         if (event.isTrusted)
             tell('edit', takenBy(activeElement()));
     });
+
+    // With Shift the right button always opens the user's own menu, whatever the page does with it.
+    const rightButton = 2;
+    addEventListener('contextmenu', (event) => {
+        if (event.isTrusted && event.shiftKey && event.button === rightButton)
+            event.stopImmediatePropagation();
+    }, true);
+
+    // Backspace leads back only where nothing else can have been meant by it: the keyboard is in
+    // the document as a whole, a link or a button. A field in a closed shadow tree looks like the
+    // element that the tree is in, and a canvas or an object that was clicked may be an editor.
+    let isInPicture = false;
+    addEventListener('pointerdown', (event) => {
+        const pressed = event.composedPath()[0];
+        if (event.isTrusted)
+            isInPicture = pressed instanceof HTMLCanvasElement
+                || pressed instanceof HTMLEmbedElement || pressed instanceof HTMLObjectElement;
+    }, true);
+    const textRoles = ['application', 'combobox', 'searchbox', 'spinbutton', 'textbox']
+        .map((role) => `[role~="${role}" i]`).join();
+    const mayLeadBack = (element) => !isInPicture && !!element && !element.isContentEditable
+        && document.designMode !== 'on' && !element.closest(textRoles)
+        && (element instanceof HTMLHtmlElement || element instanceof HTMLBodyElement
+            || element instanceof HTMLAnchorElement || element instanceof HTMLAreaElement
+            || element instanceof HTMLButtonElement);
+    addEventListener('keydown', (event) => {
+        const isPlain = !event.ctrlKey && !event.altKey && !event.shiftKey && !event.metaKey;
+        if (!event.isTrusted || event.key !== 'Backspace' || !isPlain || event.repeat
+            || event.isComposing || !mayLeadBack(event.composedPath()[0]))
+            return;
+        // Once the page has had it, which may have taken it or gone on into a field.
+        setTimeout(() => {
+            if (!event.defaultPrevented && mayLeadBack(activeElement() ?? document.documentElement))
+                tell('back', '');
+        });
+    }, true);
 })();

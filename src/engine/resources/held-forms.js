@@ -126,8 +126,22 @@
         HTMLFormElement.prototype.submit.call(form);
         host.remove();
     };
-    // True: it was kept here, or in a frame of the same site, and is on its way.
-    globalThis.orvaneSendForm = (id) => {
+    // Only who keeps the form knows its name, which no page is ever told.
+    addEventListener('message', (event) => {
+        const record = event.isTrusted && typeof event.data === 'string' && held.get(event.data);
+        if (!record)
+            return;
+        event.stopImmediatePropagation();
+        held.delete(event.data);
+        send(record);
+    });
+    const callFrames = (around, id, site) => {
+        for (let i = 0; i < around.length; ++i) {
+            around[i].postMessage(id, site);
+            callFrames(around[i], id, site);
+        }
+    };
+    const sendHere = (id) => {
         const record = held.get(id);
         if (record) {
             held.delete(id);
@@ -136,12 +150,22 @@
         }
         for (let i = 0; i < frames.length; ++i) {
             try {
-                if (frames[i].orvaneSendForm?.(id))
+                if (frames[i].orvaneSendHere?.(id))
                     return true;
             } catch {
                 // Another site's.
             }
         }
+        return false;
+    };
+    globalThis.orvaneSendHere = sendHere;
+    // True: it was kept here, or in a frame of the same site, and is on its way. Else the frames of
+    // `site`, the one it was kept in, are told to send it, and nothing is known of it.
+    globalThis.orvaneSendForm = (id, site) => {
+        if (sendHere(id))
+            return true;
+        if (site)
+            callFrames(globalThis, id, site);
         return false;
     };
 })();
