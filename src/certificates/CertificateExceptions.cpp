@@ -3,10 +3,6 @@
 #include <QCryptographicHash>
 #include <algorithm>
 
-namespace {
-constexpr int securePort = 443;
-}
-
 CertificateExceptions &CertificateExceptions::instance()
 {
     static CertificateExceptions exceptions;
@@ -21,8 +17,8 @@ QString CertificateExceptions::hostOf(const QUrl &url)
 CertificateExceptions::Exception
 CertificateExceptions::exceptionFor(const CertificateFailure &failure)
 {
-    return {hostOf(failure.url), failure.url.port(securePort),
-            failure.chain.first().digest(QCryptographicHash::Sha256), failure.problems};
+    return {hostOf(failure.url), failure.chain.first().digest(QCryptographicHash::Sha256),
+            failure.problems};
 }
 
 void CertificateExceptions::add(const CertificateFailure &failure)

@@ -5,18 +5,23 @@
 #include <QObject>
 
 /// The certificates that the user goes on with although they prove nothing: for the life of the
-/// program, in memory alone. One is for a host and port, for that very certificate and for what
-/// was wrong with it, so that another certificate, or a new flaw, is asked for anew.
+/// program, in memory alone. One is for a host, for that very certificate and for what was wrong
+/// with it, so that another certificate, or a new flaw, is asked for anew. It is for all ports of
+/// the host, as the engine does not ask again at another one.
 class CertificateExceptions : public QObject {
     Q_OBJECT
 
 public:
+    /// Those of all windows but the private ones, which have their own.
     static CertificateExceptions &instance();
+    explicit CertificateExceptions(QObject *parent = nullptr)
+        : QObject(parent)
+    {
+    }
 
     void add(const CertificateFailure &failure);
     bool covers(const CertificateFailure &failure) const;
-    /// Whether there is one for any port of that host: what comes from it is not secure, as the
-    /// engine, which is told of the exception, keeps it for the host as a whole.
+    /// Whether there is one for that host: what comes from it is not secure.
     bool hasHost(const QUrl &url) const;
     /// The same for some hosts, as `hostOf` names them.
     bool hasOneOf(const QSet<QString> &hosts) const;
@@ -31,7 +36,6 @@ signals:
 private:
     struct Exception {
         QString host;
-        int port;
         QByteArray fingerprint;
         QSet<CertificateProblem> problems;
         bool operator==(const Exception &other) const = default;

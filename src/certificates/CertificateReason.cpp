@@ -2,10 +2,10 @@
 
 #include "CertificateFailure.h"
 #include "CertificateText.h"
+#include "Language.h"
 #include "Texts.h"
 
 #include <QDateTime>
-#include <QLocale>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -19,7 +19,7 @@ using Problem = CertificateProblem;
 
 QString dateText(const QDateTime &when)
 {
-    return QLocale().toString(when.toLocalTime(), QLocale::ShortFormat);
+    return languageLocale().toString(when.toLocalTime(), QLocale::ShortFormat);
 }
 
 /// The certificate whose date is wrong need not be the server's own.

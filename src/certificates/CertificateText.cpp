@@ -1,11 +1,11 @@
 #include "CertificateText.h"
 
+#include "Language.h"
 #include "ShownText.h"
 #include "Texts.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>
-#include <QLocale>
 #include <QSslCertificate>
 #include <QSslKey>
 
@@ -66,7 +66,7 @@ QString shortName(const QSslCertificate &certificate, Values values)
 
 QString dateText(const QDateTime &when)
 {
-    return when.isValid() ? QLocale().toString(when.toLocalTime(), QLocale::LongFormat)
+    return when.isValid() ? languageLocale().toString(when.toLocalTime(), QLocale::LongFormat)
                           : texts.at<"strUnknown", "Not known">();
 }
 

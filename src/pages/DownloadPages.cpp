@@ -1,5 +1,7 @@
 #include "DownloadPages.h"
 
+#include "PrivateProfiles.h"
+
 #include <QElapsedTimer>
 #include <QSet>
 #include <QWebEngineDownloadRequest>
@@ -19,6 +21,7 @@ struct Asked {
     PageOrigin origin;
     DownloadAsker asker;
     bool isAnswerToForm = false;
+    int privateSession = 0;
 };
 
 struct Gone {
@@ -63,12 +66,12 @@ bool isMadeByPage(const QUrl &url)
 
 /// The last that asked for it; of several the one that the engine names, which it can be asked for
 /// safely while all of them are there.
-const Asked *askerOf(const QWebEngineDownloadRequest &request)
+const Asked *askerOf(const QWebEngineDownloadRequest &request, int privateSession)
 {
     const QUrl url = plain(request.url());
     QList<const Asked *> all;
     for (qsizetype at = asked().size() - 1; at >= 0; --at) {
-        if (asked().at(at).url == url)
+        if (asked().at(at).url == url && asked().at(at).privateSession == privateSession)
             all.append(&asked().at(at));
     }
     if (all.isEmpty())
@@ -107,7 +110,8 @@ void note(WebPage &page, const QUrl &url, const DownloadAsker &asker)
     QList<Asked> &all = asked();
     if (all.size() >= mostNoted)
         all.removeFirst();
-    all.append({plain(url), &page, page.origin(), asker, page.isAnswerToForm(url)});
+    all.append({plain(url), &page, page.origin(), asker, page.isAnswerToForm(url),
+                PrivateProfiles::numberOf(page.profile())});
 }
 
 /// A window that asked for nothing may have been filled by the page that opened it.
@@ -132,7 +136,7 @@ void noteEnd(const WebPage &page)
     }
 }
 
-DownloadSource sourceOf(const QWebEngineDownloadRequest &request)
+DownloadSource sourceOf(const QWebEngineDownloadRequest &request, int privateSession)
 {
     const QUrl url = request.url();
     if (isMadeByPage(url)) {
@@ -140,7 +144,7 @@ DownloadSource sourceOf(const QWebEngineDownloadRequest &request)
             return {};
         return sourceAt(qobject_cast<WebPage *>(request.page()), url, makerOf(url));
     }
-    const Asked *asker = askerOf(request);
+    const Asked *asker = askerOf(request, privateSession);
     if (!asker)
         return {};
     if (asker->page)

@@ -26,5 +26,6 @@ void note(WebPage &page, const QUrl &url, const DownloadAsker &asker);
 /// A page is about to go.
 void noteEnd(const WebPage &page);
 /// Of a page that is there as it is by now, and of one that has gone as it was when it asked.
-DownloadSource sourceOf(const QWebEngineDownloadRequest &request);
+/// `privateSession` (`PrivateProfiles::numberOf`) is that of the profile that tells of it.
+DownloadSource sourceOf(const QWebEngineDownloadRequest &request, int privateSession);
 }

@@ -17,6 +17,8 @@ using namespace Qt::StringLiterals;
 namespace {
 /// Milliseconds between the script's word and the navigation that it is about.
 constexpr int longestWay = 5000;
+/// Milliseconds in which a frame of another site has sent what it was told to.
+constexpr int longestInFrame = 2000;
 
 constexpr Texts<"InsecureForm"> texts;
 
@@ -33,6 +35,15 @@ bool isLoopback(const QUrl &url)
 bool isInsecure(const QUrl &url)
 {
     return url.scheme() == "http"_L1 && !isLoopback(url);
+}
+
+QUrl siteOf(const QUrl &url)
+{
+    QUrl site;
+    site.setScheme(url.scheme());
+    site.setHost(url.host());
+    site.setPort(url.port());
+    return site;
 }
 
 bool isSameSite(const QUrl &one, const QUrl &other)
@@ -106,20 +117,16 @@ bool InsecureForms::takeGrant(const QUrl &url)
 
 bool InsecureForms::holds(const QUrl &url)
 {
-    if (!isInsecure(url))
-        return false;
-    if (takeGrant(url)) {
-        m_isLetGo = true;
-        return false;
-    }
-    InsecureForms *keeper = keeperOf(url);
-    if (!keeper && !isFromEncryptedPage())
-        return false;
-    hold(url, keeper);
-    return true;
+    return holdsForm(url, isFromEncryptedPage());
 }
 
 bool InsecureForms::holdsOpening(const QUrl &url)
+{
+    return holdsForm(url, false);
+}
+
+/// `alsoUnkept`: it is a form though the script knows of none.
+bool InsecureForms::holdsForm(const QUrl &url, bool alsoUnkept)
 {
     if (!isInsecure(url))
         return false;
@@ -128,9 +135,10 @@ bool InsecureForms::holdsOpening(const QUrl &url)
         return false;
     }
     InsecureForms *keeper = keeperOf(url);
-    if (keeper)
-        hold(url, keeper);
-    return keeper != nullptr;
+    if (!keeper && !alsoUnkept)
+        return false;
+    hold(url, keeper);
+    return true;
 }
 
 void InsecureForms::hold(const QUrl &url, InsecureForms *keeper)
@@ -157,35 +165,41 @@ void InsecureForms::ask(const QUrl &url, const QString &id, const QUrl &sender)
     question.asker = sender.host().isEmpty() ? question.around : sender;
     question.text = texts.at<"strText", "What you entered would be sent unencrypted to %1.">().arg(
         shownSite(url));
+    // It lies where no script of ours gets at it, as in a closed shadow tree.
+    if (id.isEmpty())
+        question.text += u' '
+            + texts.at<"strOnceMore",
+                       "If you agree, you have to press the button of the form once more.">();
     question.yes = texts.at<"cmdSend", "Send">();
     question.no = Texts<"PageQuestions">::at<"cmdCancel", "Cancel">();
     question.noHolds = true;
-    question.done = [self = QPointer(this), url, id](PageQuestion::Reply reply) {
+    question.done = [self = QPointer(this), url, id, sender](PageQuestion::Reply reply) {
         if (self && reply.answer == PageQuestion::Answer::Yes)
-            self->send(url, id);
+            self->send(url, id, sender);
     };
     m_page.questions()->ask(question);
 }
 
-void InsecureForms::send(const QUrl &url, const QString &id)
+void InsecureForms::send(const QUrl &url, const QString &id, const QUrl &sender)
 {
     m_granted = url;
-    if (id.isEmpty()) {
-        tellAgain();
+    if (id.isEmpty())
         return;
-    }
-    m_page.runJavaScript("orvaneSendForm('"_L1 + id + "')"_L1, QWebEngineScript::ApplicationWorld,
-                         [self = QPointer(this)](const QVariant &isSent) {
-                             const EngineCallbackScope scope;
-                             if (self && !isSent.toBool())
-                                 QTimer::singleShot(0, self, &InsecureForms::tellAgain);
-                         });
+    const QString site =
+        sender.host().isEmpty() ? QString() : siteOf(sender).toString(QUrl::FullyEncoded);
+    m_page.runJavaScript(
+        "orvaneSendForm('"_L1 + id + "', '"_L1 + site + "')"_L1, QWebEngineScript::ApplicationWorld,
+        [self = QPointer(this)](const QVariant &isSent) {
+            const EngineCallbackScope scope;
+            if (self && !isSent.toBool())
+                QTimer::singleShot(longestInFrame, self, &InsecureForms::tellAgain);
+        });
 }
 
-/// It lies where no script of ours gets at it, as in a frame of another site.
+/// The frame that it lies in has not sent it.
 void InsecureForms::tellAgain()
 {
-    if (!m_page.questions())
+    if (!m_page.questions() || m_granted.isEmpty())
         return;
     PageQuestion question;
     question.kind = u"insecureFormAgain"_s;

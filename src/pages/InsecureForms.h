@@ -37,11 +37,12 @@ public:
 private:
     bool isFromEncryptedPage() const;
     bool takeGrant(const QUrl &url);
+    bool holdsForm(const QUrl &url, bool alsoUnkept);
     void hold(const QUrl &url, InsecureForms *keeper);
     InsecureForms *keeperOf(const QUrl &url);
     bool keeps(const QUrl &url) const;
     void ask(const QUrl &url, const QString &id, const QUrl &sender);
-    void send(const QUrl &url, const QString &id);
+    void send(const QUrl &url, const QString &id, const QUrl &sender);
     void tellAgain();
 
     WebPage &m_page;

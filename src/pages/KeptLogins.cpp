@@ -63,11 +63,11 @@ void settle(WebPage &page, const LoginFields &fields, const QString &key)
     }
     auto *bond = new QObject(&page);
     const auto judge = [&page, bond, key, user = fields.user(), password = fields.password()] {
-        const bool isKnown = PageLogin::isKnown(key, user, password);
+        const bool isKnown = PageLogin::isKnown(page, key, user, password);
         // The end of a load before it, as that of the page that asked.
-        if (isKnown && !PageLogin::hasGoneOut(key))
+        if (isKnown && !PageLogin::hasGoneOut(page, key))
             return;
-        bond->disconnect();
+        page.disconnect(bond);
         bond->deleteLater();
         // Else it was wrong.
         if (isKnown)

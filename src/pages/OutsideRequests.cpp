@@ -5,6 +5,7 @@
 #include "PageCompany.h"
 #include "PagePermissions.h"
 #include "PageQuestions.h"
+#include "PrivateProfiles.h"
 #include "RefusedAddress.h"
 #include "SchemePrograms.h"
 #include "ShownAddress.h"
@@ -120,7 +121,7 @@ bool OutsideRequests::take(const Request &request)
     if (m_isBusy || !std::exchange(m_mayAsk, false)) {
         if (m_dropped++ == 0)
             qCInfo(lcEngine) << "not asked about once more: other programs for"
-                             << shownSite(m_page.committedUrl());
+                             << PrivateProfiles::siteForLog(m_page);
         return false;
     }
     m_isBusy = true;
@@ -160,7 +161,7 @@ void OutsideRequests::decide(const Request &request, const SchemeProgram &progra
     std::optional<Word> word;
     if (mayBeRemembered(request, m_page))
         word = SitePermissions::answer(siteOf(m_page), Permission::Program, request.url.scheme());
-    if (!word) {
+    if (!word || !m_page.counts(*word == Word::Allow)) {
         ask(request, program);
         return;
     }

@@ -2,10 +2,12 @@
 
 #include "WebPage.h"
 
+#include <QWebEngineScript>
 #include <algorithm>
 #include <chrono>
 #include <utility>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -21,6 +23,7 @@ PageActivity::PageActivity(WebPage &page)
     connect(&page, &WebPage::arrived, this, [this] {
         m_hasConnection = false;
         m_sending.setRemainingTime(0);
+        m_isOwed = false;
     });
     m_patience.setSingleShot(true);
     m_patience.setInterval(longestAnswer);
@@ -46,17 +49,31 @@ bool PageActivity::isWorking() const
 
 void PageActivity::askToGo(const std::function<void(bool)> &done)
 {
-    m_done = done;
-    ++m_owed;
+    m_askers.append(done);
+    if (m_askers.size() > 1)
+        return;
     m_patience.start();
+    // The engine says yes in the name of a page that is busy for half a second.
+    m_page.runJavaScript(u"1"_s, QWebEngineScript::ApplicationWorld,
+                         [self = QPointer(this)](const QVariant &heard) {
+                             // Nothing where the page goes.
+                             if (self && heard.isValid())
+                                 self->ask();
+                         });
+}
+
+void PageActivity::ask()
+{
+    if (m_askers.isEmpty() || m_isOwed)
+        return;
+    m_isOwed = true;
     m_page.triggerAction(QWebEnginePage::RequestClose);
 }
 
 bool PageActivity::takeAnswer(bool mayGo)
 {
-    if (m_owed == 0)
+    if (!std::exchange(m_isOwed, false))
         return false;
-    --m_owed;
     QTimer::singleShot(0, this, [this, mayGo] { finish(mayGo); });
     return true;
 }
@@ -64,6 +81,7 @@ bool PageActivity::takeAnswer(bool mayGo)
 void PageActivity::finish(bool mayGo)
 {
     m_patience.stop();
-    if (const auto done = std::exchange(m_done, {}))
+    const auto askers = std::exchange(m_askers, {});
+    for (const auto &done : askers)
         done(mayGo);
 }

@@ -31,22 +31,24 @@ public:
     bool isWorking() const;
 
     /// Asks the page as if its window were to be closed, unseen by the user; `done` is told, not
-    /// inside the engine, whether it goes without a word. A page that does not answer stays, and
-    /// `done` is not called where the page goes first.
+    /// inside the engine, whether it goes without a word; it takes that for its end. A page that
+    /// does not answer, or has no time to be asked, stays, and `done` is not called where the page
+    /// goes first. Who asks while it is asked shares the answer.
     void askToGo(const std::function<void(bool mayGo)> &done);
     /// The page has answered, by asking its user or by asking for its window to be closed; false
     /// where that was not what it was asked for here.
     bool takeAnswer(bool mayGo);
 
 private:
+    void ask();
     void finish(bool mayGo);
 
     WebPage &m_page;
     QDeadlineTimer m_sending{0};
     QList<QPointer<QObject>> m_work;
-    std::function<void(bool)> m_done;
+    QList<std::function<void(bool)>> m_askers;
     QTimer m_patience;
-    /// Answers that are still to come.
-    int m_owed = 0;
+    /// An answer is still to come.
+    bool m_isOwed = false;
     bool m_hasConnection = false;
 };

@@ -2,11 +2,13 @@
 
 #include "CertificateExceptions.h"
 #include "Log.h"
+#include "PrivateProfiles.h"
 #include "ShownAddress.h"
 #include "WebPage.h"
 #include "Yield.h"
 
 #include <QWebEngineCertificateError>
+#include <QWebEngineProfile>
 
 namespace {
 using Engine = QWebEngineCertificateError;
@@ -83,20 +85,33 @@ PageCertificates::PageCertificates(WebPage &page)
     });
 }
 
+CertificateExceptions &PageCertificates::exceptions(QWebEngineProfile *profile)
+{
+    if (PrivateProfiles::numberOf(profile) == 0)
+        return CertificateExceptions::instance();
+    auto *own = profile->findChild<CertificateExceptions *>(QString(), Qt::FindDirectChildrenOnly);
+    return own ? *own : *new CertificateExceptions(profile);
+}
+
+CertificateExceptions &PageCertificates::exceptions() const
+{
+    return exceptions(m_page.profile());
+}
+
 /// A part of the page with the very address of the page on its way comes here, too, with the
 /// certificate of the same server; whether the page itself came is not decided by it.
 void PageCertificates::answer(QWebEngineCertificateError error)
 {
     const CertificateFailure failure(error.url(), problemOf(error.type()), error.isOverridable(),
                                      error.certificateChain());
-    if (CertificateExceptions::instance().covers(failure)) {
+    if (exceptions().covers(failure)) {
         error.acceptCertificate();
         return;
     }
     error.rejectCertificate();
     if (m_page.isOnItsWay(failure.url))
         m_failure = failure;
-    else
+    else if (!m_page.isPrivate())
         logRefused(failure.url);
 }
 

@@ -5,7 +5,9 @@
 #include <QObject>
 #include <optional>
 
+class CertificateExceptions;
 class QWebEngineCertificateError;
+class QWebEngineProfile;
 class WebPage;
 
 /// Certificates that the engine does not take for good, and what of a page came over one all the
@@ -17,6 +19,10 @@ class PageCertificates : public QObject {
 
 public:
     explicit PageCertificates(WebPage &page);
+
+    /// What the user let pass for the pages of a profile. Those of a private one go with it.
+    static CertificateExceptions &exceptions(QWebEngineProfile *profile);
+    CertificateExceptions &exceptions() const;
 
     /// Why the page at `url`, the last one that was asked for, did not come; nothing where the
     /// network's `error` is none of certificates.

@@ -4,6 +4,7 @@
 #include "Log.h"
 #include "PagePermissions.h"
 #include "PageQuestions.h"
+#include "PrivateProfiles.h"
 #include "ShownAddress.h"
 #include "SitePermissions.h"
 #include "Texts.h"
@@ -181,5 +182,5 @@ PageDownloads::Verdict PageDownloads::refuse()
 void PageDownloads::tellRefused()
 {
     qCWarning(lcEngine) << "refused" << std::exchange(m_refused, 0) << "downloads of"
-                        << shownSite(m_page.committedUrl());
+                        << PrivateProfiles::siteForLog(m_page);
 }

@@ -5,17 +5,20 @@
 #include "Keyring.h"
 #include "KnownLogins.h"
 #include "LoginFields.h"
+#include "PageCertificates.h"
 #include "PageQuestions.h"
 #include "ShownText.h"
 #include "Texts.h"
 #include "WebPage.h"
 
 #include <QAuthenticator>
+#include <QHash>
 #include <QMultiHash>
 #include <QNetworkProxy>
 #include <QPointer>
 #include <QTimer>
 #include <QUrl>
+#include <QWebEngineProfile>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -45,17 +48,23 @@ struct Asker {
     }
 };
 
-KnownLogins &known()
-{
-    static KnownLogins logins;
-    return logins;
-}
+/// Of the pages of a profile, and gone with it.
+struct Logins {
+    KnownLogins known;
+    /// The pages whose user is being asked, by what for.
+    QMultiHash<QString, QPointer<WebPage>> asking;
+};
 
-/// The pages whose user is being asked, by what for.
-QMultiHash<QString, QPointer<WebPage>> &asking()
+const std::shared_ptr<Logins> &loginsOf(const WebPage &page)
 {
-    static QMultiHash<QString, QPointer<WebPage>> pages;
-    return pages;
+    static QHash<const QObject *, std::shared_ptr<Logins>> all;
+    std::shared_ptr<Logins> &mine = all[page.profile()];
+    if (!mine) {
+        mine = std::make_shared<Logins>();
+        QObject::connect(page.profile(), &QObject::destroyed, page.profile(),
+                         [](const QObject *profile) { all.remove(profile); });
+    }
+    return mine;
 }
 
 constexpr Texts<"LoginDialog"> texts;
@@ -110,11 +119,11 @@ PageQuestion questionOf(const Asker &asker, bool wasWrong)
 }
 
 /// All that wait for it go on.
-void signIn(const QString &key, const KnownLogins::Login &login)
+void signIn(Logins &logins, const QString &key, const KnownLogins::Login &login)
 {
-    known().put(key, login);
-    const QList<QPointer<WebPage>> pages = asking().values(key);
-    asking().remove(key);
+    logins.known.put(key, login);
+    const QList<QPointer<WebPage>> pages = logins.asking.values(key);
+    logins.asking.remove(key);
     for (const QPointer<WebPage> &page : pages) {
         if (!page)
             continue;
@@ -127,9 +136,10 @@ void signIn(const QString &key, const KnownLogins::Login &login)
 /// What a page was asked for before it was loaded anew is of no use any more.
 void takeOthersBack(WebPage *page, const QString &key)
 {
-    const QStringList keys = asking().uniqueKeys();
+    const auto &asking = loginsOf(*page)->asking;
+    const QStringList keys = asking.uniqueKeys();
     for (const QString &other : keys) {
-        if (other != key && asking().contains(other, page) && page->questions())
+        if (other != key && asking.contains(other, page) && page->questions())
             page->questions()->takeBack(other);
     }
 }
@@ -148,16 +158,16 @@ void ask(WebPage *page, const Asker &asker, const QString &wrongUser, bool offer
             KeptLogins::fill(**fields, key, !wrongUser.isEmpty());
         return fields->data();
     };
-    question.done = [fields, key, page](PageQuestion::Reply reply) {
+    question.done = [fields, key, page, logins = loginsOf(*page)](PageQuestion::Reply reply) {
         if (reply.answer == PageQuestion::Answer::Yes && *fields) {
             KeptLogins::settle(*page, **fields, key);
-            signIn(key, {(*fields)->user(), (*fields)->password()});
+            signIn(*logins, key, {(*fields)->user(), (*fields)->password()});
         } else {
-            asking().remove(key, page);
+            logins->asking.remove(key, page);
         }
     };
     if (page->questions()->ask(question))
-        asking().insert(key, page);
+        loginsOf(*page)->asking.insert(key, page);
 }
 
 /// By the time that is known whether there is a keyring, the page may be on its way elsewhere.
@@ -178,8 +188,9 @@ void reply(WebPage &page, const Asker &asker, QAuthenticator *login)
 {
     const QString key = asker.key();
     const bool isPage = page.isOnItsWay(asker.address);
-    const std::optional<KnownLogins::Login> found = known().take(
-        key, asker.address.toString(QUrl::FullyEncoded), isPage ? page.navigation() : 0);
+    KnownLogins &known = loginsOf(page)->known;
+    const std::optional<KnownLogins::Login> found =
+        known.take(key, asker.address.toString(QUrl::FullyEncoded), isPage ? page.navigation() : 0);
     if (found) {
         login->setUser(found->user);
         login->setPassword(found->password);
@@ -188,28 +199,28 @@ void reply(WebPage &page, const Asker &asker, QAuthenticator *login)
     *login = QAuthenticator();
     if (!isPage)
         return;
-    const QString wrongUser = known().user(key);
-    known().remove(key);
+    const QString wrongUser = known.user(key);
+    known.remove(key);
     QTimer::singleShot(0, &page, [&page, asker, wrongUser] { askUser(&page, asker, wrongUser); });
 }
 }
 
 namespace PageLogin {
 
-bool isKnown(const QString &key, const QString &user, const QString &password)
+bool isKnown(const WebPage &page, const QString &key, const QString &user, const QString &password)
 {
-    return known().has(key, {user, password});
+    return loginsOf(page)->known.has(key, {user, password});
 }
 
-bool hasGoneOut(const QString &key)
+bool hasGoneOut(const WebPage &page, const QString &key)
 {
-    return known().wasTold(key);
+    return loginsOf(page)->known.wasTold(key);
 }
 
 void answer(WebPage &page, const QUrl &url, QAuthenticator *login)
 {
     const bool isEncrypted = url.scheme() == "https"_L1;
-    const bool isUnproven = isEncrypted && CertificateExceptions::instance().hasHost(url);
+    const bool isUnproven = isEncrypted && page.certificates().exceptions().hasHost(url);
     reply(page, {{}, login->realm(), url, false, isEncrypted, isUnproven}, login);
 }
 

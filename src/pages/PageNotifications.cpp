@@ -1,8 +1,9 @@
 #include "PageNotifications.h"
 
-#include "EngineProfile.h"
 #include "Log.h"
 #include "PageNotification.h"
+#include "PrivateProfiles.h"
+#include "Profiles.h"
 
 #include <QPointer>
 #include <QWebEngineNotification>
@@ -28,6 +29,8 @@ void PageNotifications::install()
 
 void PageNotifications::begin(QWebEngineProfile *profile)
 {
+    if (PrivateProfiles::numberOf(profile) != 0)
+        return;
     theNotifications = new PageNotifications;
     profile->setNotificationPresenter(
         [self = QPointer(theNotifications)](std::unique_ptr<QWebEngineNotification> notification) {
@@ -36,9 +39,10 @@ void PageNotifications::begin(QWebEngineProfile *profile)
         });
 }
 
-void PageNotifications::end()
+void PageNotifications::end(QWebEngineProfile *profile)
 {
-    delete std::exchange(theNotifications, nullptr);
+    if (PrivateProfiles::numberOf(profile) == 0)
+        delete std::exchange(theNotifications, nullptr);
 }
 
 PageNotifications::PageNotifications()

@@ -17,14 +17,15 @@ class PageNotifications : public QObject {
     Q_OBJECT
 
 public:
-    /// For all pages of each profile from now on.
+    /// For all pages of the profile from now on. Private ones have none: a desktop may keep what it
+    /// was given.
     static void install();
     ~PageNotifications() override;
 
 private:
     PageNotifications();
     static void begin(QWebEngineProfile *profile);
-    static void end();
+    static void end(QWebEngineProfile *profile);
     void present(std::unique_ptr<QWebEngineNotification> notification);
     bool mayShow();
     void remove(PageNotification *shown);

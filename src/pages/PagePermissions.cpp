@@ -1,12 +1,12 @@
 #include "PagePermissions.h"
 
 #include "EngineProfile.h"
-#include "EngineVersion.h"
 #include "Log.h"
 #include "NotSaved.h"
 #include "PageQuestions.h"
 #include "PermissionQuestion.h"
 #include "PermissionRules.h"
+#include "PrivateProfiles.h"
 #include "ShownAddress.h"
 #include "SitePermissions.h"
 #include "WebPage.h"
@@ -64,7 +64,9 @@ void PagePermissions::take(const std::shared_ptr<PermissionRequest> &request)
     const QUrl &asker = request->asker();
     const QList<Permission> &permissions = request->permissions();
     const AskingSite site = AskingSite::of(asker, m_page.committedUrl());
-    if (PermissionRules::isBarred(asker, site, permissions))
+    // A desktop may keep the notifications that it was given.
+    const bool isTold = permissions.contains(Permission::Notifications);
+    if (PermissionRules::isBarred(asker, site, permissions) || (m_page.isPrivate() && isTold))
         return;
     const std::optional<bool> isAllowed = known(site, asker, permissions);
     // A yes alone is no answer where there is something to choose.
@@ -77,7 +79,7 @@ void PagePermissions::take(const std::shared_ptr<PermissionRequest> &request)
     const QString kind = PermissionRules::kindOf(asker, permissions);
     const bool isNew = !m_waiting.contains(kind);
     if (isNew && m_waiting.size() >= mostWaiting) {
-        qCWarning(lcEngine) << "too many questions of" << shownSite(m_page.committedUrl());
+        qCWarning(lcEngine) << "too many questions of" << PrivateProfiles::siteForLog(m_page);
         return;
     }
     Waiting &waiting = m_waiting[kind];
@@ -103,7 +105,8 @@ std::optional<bool> PagePermissions::known(const AskingSite &site, const QUrl &a
         std::optional<bool> isAllowed;
         if (held != m_held.cend())
             isAllowed = *held;
-        else if (const auto word = SitePermissions::answer(site, permission))
+        else if (const auto word = SitePermissions::answer(site, permission);
+                 word && m_page.counts(*word == Word::Allow))
             isAllowed = *word == Word::Allow;
         if (isAllowed == false)
             return false;
@@ -143,10 +146,8 @@ void PagePermissions::answer(const QString &kind, PageQuestion::Reply reply)
     if (waiting.requests.empty())
         return;
     const bool isAllowed = reply.answer == PageQuestion::Answer::Yes;
-    if (reply.answer != PageQuestion::Answer::Ended) {
-        for (const Permission permission : waiting.permissions)
-            m_held.insert(keyOf(waiting.asker, permission), isAllowed);
-    }
+    if (reply.answer != PageQuestion::Answer::Ended)
+        hold(waiting, isAllowed);
     if (reply.isRemembered && mayKeep(waiting.site))
         keep(waiting.site, waiting.permissions, isAllowed);
     if (isAllowed)
@@ -154,12 +155,47 @@ void PagePermissions::answer(const QString &kind, PageQuestion::Reply reply)
     for (const auto &request : waiting.requests) {
         // A no goes to other pages of the site as well, and needs none where the page goes now. Of
         // what there is to choose from, nobody else waits, and it must not outlast the page.
-        if (answersAreShared && reply.answer == PageQuestion::Answer::Ended && !request->fields())
+        if (request->isShared() && reply.answer == PageQuestion::Answer::Ended)
             QMetaObject::invokeMethod(
                 &m_page, [this, request] { settle(request, false); }, Qt::QueuedConnection);
         else
             settle(request, isAllowed);
     }
+    if (reply.answer != PageQuestion::Answer::Ended)
+        answerElsewhere(kind, waiting, isAllowed);
+}
+
+void PagePermissions::answerElsewhere(const QString &kind, const Waiting &waiting, bool isAllowed)
+{
+    if (!PermissionRules::isOneAnswer(waiting.site, waiting.permissions))
+        return;
+    const QList<PagePermissions *> all = living();
+    for (PagePermissions *each : all) {
+        if (each != this && each->m_page.profile() == m_page.profile())
+            each->answerAlike(kind, waiting.site, isAllowed);
+    }
+}
+
+/// The user has answered that question in another window.
+void PagePermissions::answerAlike(const QString &kind, const AskingSite &site, bool isAllowed)
+{
+    const auto found = m_waiting.constFind(kind);
+    if (found == m_waiting.cend() || found->site != site)
+        return;
+    const Waiting waiting = m_waiting.take(kind);
+    hold(waiting, isAllowed);
+    if (isAllowed)
+        allow(waiting);
+    for (const auto &request : waiting.requests)
+        settle(request, isAllowed);
+    if (m_page.questions())
+        m_page.questions()->end(kind);
+}
+
+void PagePermissions::hold(const Waiting &waiting, bool isAllowed)
+{
+    for (const Permission permission : waiting.permissions)
+        m_held.insert(keyOf(waiting.asker, permission), isAllowed);
 }
 
 /// The user need not be asked what nobody waits for.
@@ -229,7 +265,8 @@ void PagePermissions::endUse()
         if (!isCapture(grant.permission))
             continue;
         m_withdrawn.insert(keyOf(grant.asker, grant.permission), false);
-        kept.append({grant.site, grant.permission, Word::Allow});
+        if (m_page.leavesTrace())
+            kept.append({grant.site, grant.permission, Word::Allow});
     }
     m_withdrawnSite = shownSite(m_page.committedUrl());
     if (const WriteResult result = SitePermissions::remove(kept); !result)

@@ -62,6 +62,9 @@ private:
     QUrl around() const;
     void ask(const QString &kind);
     void answer(const QString &kind, PageQuestion::Reply reply);
+    void answerElsewhere(const QString &kind, const Waiting &waiting, bool isAllowed);
+    void answerAlike(const QString &kind, const AskingSite &site, bool isAllowed);
+    void hold(const Waiting &waiting, bool isAllowed);
     void lose(const QString &kind);
     void allow(const Waiting &waiting);
     void settle(const std::shared_ptr<PermissionRequest> &request, bool isAllowed);

@@ -93,13 +93,30 @@ QStringList PageUploads::choose(Mode mode, const QStringList &types)
     const PageHold hold(&m_page, PageHold::AtExit::Stays);
     m_isChoosing = true;
     const auto done = qScopeGuard([this] { m_isChoosing = false; });
-    const QStringList files = askForFiles(mode, types);
+    const bool isFolder = mode == QWebEnginePage::FileSelectUploadFolder;
+    const QStringList chosen = askForFiles(mode, types);
+    const QStringList files = isFolder ? chosen : readable(chosen);
     if (files.isEmpty())
         return {};
     noteFolder(files.first());
-    if (mode == QWebEnginePage::FileSelectUploadFolder && !mayTakeFolder(files.first()))
+    if (isFolder && !mayTakeFolder(files.first()))
         return {};
     return files;
+}
+
+/// A device has no end, and who opens a pipe may wait for ever: of those a page gets none.
+QStringList PageUploads::readable(const QStringList &files) const
+{
+    QStringList result;
+    QStringList others;
+    for (const QString &file : files) {
+        const QFileInfo info(file);
+        (info.isFile() && info.isReadable() ? result : others).append(file);
+    }
+    if (!others.isEmpty())
+        emit m_page.told(texts.at<"strNotGiven", "Not given, as it is no file that can be read:">()
+                         + u' ' + shownText(QDir::toNativeSeparators(others.first())));
+    return result;
 }
 
 /// What begins may end the loop at once. False: the page went, or its window, or the program ends.
@@ -109,7 +126,7 @@ bool PageUploads::waitFor(const std::function<void(QEventLoop &loop)> &begin)
     QEventLoop loop;
     // Another page's loop may run inside this one, which goes on only after that.
     const auto gone = [this, &loop] {
-        dropDialog();
+        dropDialog(loop);
         loop.exit(Gone);
     };
     connect(&m_page, &WebPage::arrived, &loop, gone);
@@ -139,12 +156,13 @@ QStringList PageUploads::askForFiles(Mode mode, const QStringList &types)
     return isAnswered ? files : QStringList();
 }
 
-/// It may be in the middle of a question of its own.
-void PageUploads::dropDialog()
+/// It may be in the middle of a question of its own. Who knows it for screen readers has to learn
+/// of its end, or takes the next dialog at its place in memory for it.
+void PageUploads::dropDialog(const QEventLoop &loop)
 {
     if (!m_dialog)
         return;
-    m_dialog->disconnect();
+    m_dialog->disconnect(&loop);
     m_dialog->hide();
     m_dialog->deleteLater();
 }

@@ -27,8 +27,10 @@ public:
     QStringList choose(Mode mode, const QStringList &types);
 
 private:
+    /// Those of them that are files; the user is told of the first other one.
+    QStringList readable(const QStringList &files) const;
     QStringList askForFiles(Mode mode, const QStringList &types);
-    void dropDialog();
+    void dropDialog(const QEventLoop &loop);
     bool mayTakeFolder(const QString &folder);
     bool askForFolder(const QString &folder, int files);
     bool waitFor(const std::function<void(QEventLoop &loop)> &begin);

@@ -1,13 +1,12 @@
 #include "PermissionRequest.h"
 
 #include "EngineVersion.h"
+#include "SharedAnswers.h"
 
 #include <QMetaObject>
 #include <QPointer>
 #include <QWebEnginePage>
 #if ORVANE_HAS_PERMISSION_OBJECTS
-#include "SharedAnswers.h"
-
 #include <QWebEnginePermission>
 #endif
 #if ORVANE_HAS_SCREEN_CHOICE
@@ -98,6 +97,18 @@ std::shared_ptr<PermissionRequest> requestFor(QWebEnginePage &page,
 }
 #endif
 
+/// The engine has one answer for it and for others of its site, which `give` hands over.
+std::shared_ptr<PermissionRequest> sharedRequest(QWebEnginePage &page, const QUrl &asker,
+                                                 const QList<Permission> &permissions,
+                                                 const SharedAnswers::Give &give)
+{
+    const int number = SharedAnswers::nextNumber();
+    auto request = std::make_shared<PermissionRequest>(
+        asker, permissions, [number](bool isAllowed) { SharedAnswers::answer(number, isAllowed); });
+    SharedAnswers::add(number, page, request, give);
+    return request;
+}
+
 #if ORVANE_HAS_PERMISSION_OBJECTS
 using Type = QWebEnginePermission::PermissionType;
 
@@ -153,6 +164,11 @@ QList<Permission> permissionsOf(Feature feature)
     }
 }
 
+bool isOfTheOrigin(Feature feature)
+{
+    return feature == QWebEnginePage::Geolocation || feature == QWebEnginePage::Notifications;
+}
+
 /// An answer about the place or notifications stands in the engine for the origin, in whatever page
 /// it asks next, until the program ends. The former is taken back at once: each further request is
 /// told again. Notifications are looked up when one is shown, so a yes stays while its page does.
@@ -173,23 +189,20 @@ namespace PermissionRequests {
 #if ORVANE_HAS_PERMISSION_OBJECTS
 void watch(QWebEnginePage &page, QObject *receiver, const Handler &handler)
 {
-    QObject::connect(
-        &page, &QWebEnginePage::permissionRequested, receiver,
-        [&page, receiver, handler](const QWebEnginePermission &permission) {
-            const auto give = [permission](bool isAllowed) {
-                if (isAllowed)
-                    permission.grant();
-                else
-                    permission.deny();
-            };
-            const int number = SharedAnswers::nextNumber();
-            auto request = std::make_shared<PermissionRequest>(
-                permission.origin(), permissionsOf(permission.permissionType()),
-                [number](bool isAllowed) { SharedAnswers::answer(number, isAllowed); });
-            request->setWithdraw([permission] { permission.reset(); });
-            SharedAnswers::add(number, page, request, give);
-            handOver(receiver, handler, request);
-        });
+    QObject::connect(&page, &QWebEnginePage::permissionRequested, receiver,
+                     [&page, receiver, handler](const QWebEnginePermission &permission) {
+                         const auto give = [permission](bool isAllowed) {
+                             if (isAllowed)
+                                 permission.grant();
+                             else
+                                 permission.deny();
+                         };
+                         const auto request =
+                             sharedRequest(page, permission.origin(),
+                                           permissionsOf(permission.permissionType()), give);
+                         request->setWithdraw([permission] { permission.reset(); });
+                         handOver(receiver, handler, request);
+                     });
 #if ORVANE_HAS_SCREEN_CHOICE
     QObject::connect(&page, &QWebEnginePage::desktopMediaRequested, receiver,
                      [&page, receiver, handler](const QWebEngineDesktopMediaRequest &media) {
@@ -203,23 +216,21 @@ void watch(QWebEnginePage &page, QObject *receiver, const Handler &handler)
 void allowNotifications(QWebEnginePage &, const QUrl &) { }
 
 void withdraw(QWebEnginePage &, const QUrl &, Permission) { }
-
-void forget(QWebEnginePage &page)
-{
-    SharedAnswers::forget(page);
-}
 #else
 void watch(QWebEnginePage &page, QObject *receiver, const Handler &handler)
 {
     QObject::connect(
         &page, &QWebEnginePage::featurePermissionRequested, receiver,
         [&page, receiver, handler](const QUrl &asker, Feature feature) {
-            const auto settle = [page = QPointer(&page), asker, feature](bool isAllowed) {
+            const auto give = [page = QPointer(&page), asker, feature](bool isAllowed) {
                 if (page)
                     answer(*page, asker, feature, isAllowed);
             };
+            const QList<Permission> permissions = permissionsOf(feature);
             handOver(receiver, handler,
-                     std::make_shared<PermissionRequest>(asker, permissionsOf(feature), settle));
+                     isOfTheOrigin(feature)
+                         ? sharedRequest(page, asker, permissions, give)
+                         : std::make_shared<PermissionRequest>(asker, permissions, give));
         });
 }
 
@@ -229,8 +240,6 @@ void allowNotifications(QWebEnginePage &page, const QUrl &asker)
                               QWebEnginePage::PermissionGrantedByUser);
 }
 
-void forget(QWebEnginePage &) { }
-
 void withdraw(QWebEnginePage &page, const QUrl &asker, Permission permission)
 {
     if (permission == Permission::Notifications)
@@ -238,5 +247,10 @@ void withdraw(QWebEnginePage &page, const QUrl &asker, Permission permission)
                                   QWebEnginePage::PermissionUnknown);
 }
 #endif
+
+void forget(QWebEnginePage &page)
+{
+    SharedAnswers::forget(page);
+}
 
 }

@@ -37,6 +37,9 @@ public:
     using Withdraw = std::function<void()>;
     void setWithdraw(const Withdraw &withdraw) { m_withdraw = withdraw; }
     void withdraw() const;
+    /// The engine has one answer for this and for others of the site, in whatever page.
+    void setShared() { m_isShared = true; }
+    bool isShared() const { return m_isShared; }
     /// Called when the engine has answered no, as it did to another request of the site.
     void setLost(const std::function<void()> &lost) { m_lost = lost; }
     void lose();
@@ -49,6 +52,7 @@ private:
     Fields m_fields;
     Withdraw m_withdraw;
     std::function<void()> m_lost;
+    bool m_isShared = false;
 };
 
 /// How the engine tells of requests, whichever way its version has.

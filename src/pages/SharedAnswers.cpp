@@ -1,5 +1,6 @@
 #include "SharedAnswers.h"
 
+#include "EngineVersion.h"
 #include "PermissionRequest.h"
 
 #include <QPointer>
@@ -28,7 +29,8 @@ QList<Pending> &pending()
 
 bool areTogether(const Pending &one, const Pending &other)
 {
-    return one.profile == other.profile && one.origin == other.origin;
+    return one.profile == other.profile && one.origin == other.origin
+        && (answersAreForAllKinds || one.permissions == other.permissions);
 }
 
 /// All that the engine answers with that one.
@@ -85,6 +87,7 @@ int nextNumber()
 void add(int number, QWebEnginePage &page, const std::shared_ptr<PermissionRequest> &request,
          const Give &give)
 {
+    request->setShared();
     pending().append({number, &page, page.profile(), request->asker(), request->permissions(),
                       request, give, false});
 }

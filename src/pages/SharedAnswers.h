@@ -7,8 +7,8 @@ class PermissionRequest;
 class QWebEnginePage;
 
 /// Answers for an engine that gives one answer to everything that a site waits for, in all pages
-/// of a profile. So a yes is kept until all of that is allowed, and a no is one to all of it: no
-/// yes ever reaches what the user was not asked about.
+/// of a profile, or to everything of one kind. So a yes is kept until all of that is allowed, and a
+/// no is one to all of it: no yes ever reaches what the user was not asked about.
 namespace SharedAnswers {
 using Give = std::function<void(bool isAllowed)>;
 

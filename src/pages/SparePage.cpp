@@ -1,8 +1,10 @@
 #include "SparePage.h"
 
 #include "EngineProfile.h"
+#include "Profiles.h"
 #include "WebPage.h"
 
+#include <QHash>
 #include <QWebEngineScript>
 #include <utility>
 
@@ -10,19 +12,42 @@ using namespace Qt::StringLiterals;
 
 namespace {
 WebPage *theSparePage = nullptr;
+/// Pages of private profiles that ask for something once. One of ours would hold its profile.
+QHash<const QWebEngineProfile *, QWebEnginePage *> theAskers;
 
-void useProxy()
+/// Any script starts the renderer process; unlike a load it leaves no history entry.
+WebPage *begun(QWebEngineProfile *profile)
 {
-    SparePage::prepare();
+    auto *page = new WebPage(profile);
+    page->runJavaScript(u"0"_s);
+    return page;
+}
+
+QWebEnginePage *askerOf(QWebEngineProfile *profile)
+{
+    if (profile == engineProfile()) {
+        SparePage::prepare();
+        return theSparePage;
+    }
+    QWebEnginePage *&page = theAskers[profile];
+    if (!page)
+        page = new QWebEnginePage(profile);
+    return page;
+}
+
+void useProxy(QWebEngineProfile *profile)
+{
     // The engine refuses this port by itself, after it has looked for the proxy.
-    theSparePage->runJavaScript(
+    askerOf(profile)->runJavaScript(
         u"fetch('http://127.0.0.1:9/', {mode: 'no-cors'}).catch(() => {})"_s,
         QWebEngineScript::ApplicationWorld);
 }
 
-void end()
+void end(QWebEngineProfile *profile)
 {
-    delete std::exchange(theSparePage, nullptr);
+    delete theAskers.take(profile);
+    if (theSparePage && theSparePage->profile() == profile)
+        delete std::exchange(theSparePage, nullptr);
 }
 }
 
@@ -35,15 +60,14 @@ void install()
 
 void prepare()
 {
-    if (theSparePage)
-        return;
-    theSparePage = new WebPage(engineProfile());
-    // Any script starts the renderer process; unlike a load it leaves no history entry.
-    theSparePage->runJavaScript(u"0"_s);
+    if (!theSparePage)
+        theSparePage = begun(engineProfile());
 }
 
-WebPage *take()
+WebPage *take(QWebEngineProfile *profile)
 {
+    if (profile != engineProfile())
+        return begun(profile);
     prepare();
     return std::exchange(theSparePage, nullptr);
 }

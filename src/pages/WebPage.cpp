@@ -16,6 +16,8 @@
 #include "PageQuestions.h"
 #include "PageScripts.h"
 #include "PageUploads.h"
+#include "PrivateProfiles.h"
+#include "ProcessEnd.h"
 #include "ScriptDialogs.h"
 #include "Yield.h"
 
@@ -38,13 +40,6 @@ const QWebEngineContextMenuRequest *menuOf(WebPage &page)
     return view ? view->lastContextMenuRequest() : nullptr;
 }
 
-bool opensLink(QWebEnginePage::WebAction action)
-{
-    return action == QWebEnginePage::OpenLinkInNewWindow
-        || action == QWebEnginePage::OpenLinkInNewTab
-        || action == QWebEnginePage::OpenLinkInNewBackgroundTab;
-}
-
 /// What the item of the page's menu saves; empty where it saves nothing.
 QUrl savedBy(QWebEnginePage::WebAction action, const QWebEngineContextMenuRequest &menu)
 {
@@ -62,6 +57,7 @@ QUrl savedBy(QWebEnginePage::WebAction action, const QWebEngineContextMenuReques
 
 WebPage::WebPage(QWebEngineProfile *profile)
     : QWebEnginePage(profile)
+    , m_profileHold(PrivateProfiles::hold(profile))
     , m_cacheBypass(new CacheBypass(this))
     , m_leaving(new LeavingPage(*this))
     , m_certificates(new PageCertificates(*this))
@@ -69,6 +65,7 @@ WebPage::WebPage(QWebEngineProfile *profile)
     , m_activity(new PageActivity(*this))
     , m_company(new PageCompany(*this))
     , m_permissions(std::make_unique<PagePermissions>(*this))
+    , m_isPrivate(PrivateProfiles::numberOf(profile) != 0)
 {
     setUrlRequestInterceptor(m_cacheBypass);
     // All are refused where they are asked for; the engine would refuse others unheard.
@@ -134,14 +131,6 @@ void WebPage::triggerAction(WebAction action, bool checked)
         return;
     }
     if (const QWebEngineContextMenuRequest *menu = menuOf(*this)) {
-        if (opensLink(action) && isOutsideAddress(menu->linkUrl())) {
-            OutsideRequests::put(*this, {menu->linkUrl()});
-            return;
-        }
-        if (opensLink(action)) {
-            emit linkWindowRequested(menu->linkUrl());
-            return;
-        }
         const QUrl saved = savedBy(action, *menu);
         if (saved.scheme() == "http"_L1 || saved.scheme() == "https"_L1) {
             emit saveRequested(saved);
@@ -192,7 +181,7 @@ QUrl WebPage::committedUrl() const
 PageOrigin WebPage::origin() const
 {
     const QUrl url = committedUrl();
-    if (!m_leavesTrace)
+    if (!leavesTrace())
         return {{}, false};
     return url.isEmpty() || url.scheme() == "about"_L1 ? m_opener : PageOrigin{url, true};
 }
@@ -259,6 +248,8 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
         m_richFocus = told->value == "rich"_L1;
     } else if (told->what == "typed"_L1) {
         noteTyped();
+    } else if (told->what == "live"_L1) {
+        m_activity->noteConnection();
     } else if (told->what == "unfocused"_L1) {
         emit focusMissed();
     } else if (told->what == "column"_L1) {
@@ -271,6 +262,8 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
         emit sourceRead(told->value.toInt());
     } else if (told->what == "painted"_L1) {
         emit painted();
+    } else if (told->what == "back"_L1) {
+        emit backKeyPressed();
     } else if (told->what == "retry"_L1) {
         emit retryRequested();
     }
@@ -295,10 +288,15 @@ PageQuestions *WebPage::questions() const
     return m_questions;
 }
 
-/// One call at a time: while it lasts, no script runs.
+/// One call at a time: while it lasts, no script runs, and the engine does not tell that the page's
+/// process has ended.
 template <typename Ask> auto WebPage::whileAwaited(const Ask &ask)
 {
     const PageHold hold(this, PageHold::AtExit::Stays);
+    const ProcessEnd end(renderProcessPid(), [this] {
+        if (m_questions)
+            m_questions->endAll();
+    });
     const bool nested = std::exchange(m_awaitsAnswer, true);
     const auto done = qScopeGuard([this, nested] {
         m_awaitsAnswer = nested;

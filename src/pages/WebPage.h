@@ -60,9 +60,16 @@ public:
     LeavingPage &leaving() const { return *m_leaving; }
     /// Keeps what the page loads from now on out of the disk cache.
     void setCacheBypass(bool on);
+    /// It is a private window's: nothing of it outlasts the last of those.
+    bool isPrivate() const { return m_isPrivate; }
     /// Whether the window keeps what it shows among the pages visited.
-    void setLeavesTrace(bool leaves) { m_leavesTrace = leaves; }
-    bool leavesTrace() const { return m_leavesTrace; }
+    void setIsListed(bool isListed) { m_isListed = isListed; }
+    bool isListed() const { return m_isListed; }
+    /// Whether an answer that is kept for its site counts here: what was allowed for good was not
+    /// allowed to somebody who wants to be nobody there.
+    bool counts(bool isAllowed) const { return !m_isPrivate || !isAllowed; }
+    /// What the page does may be written down.
+    bool leavesTrace() const { return m_isListed && !m_isPrivate; }
     /// Of the page that is shown, also while another is on its way.
     QUrl committedUrl() const;
     /// Of what the page asks for now: the page that is shown, and while that is nothing of its own
@@ -114,8 +121,6 @@ public:
 signals:
     /// The page was to be reloaded with `action`; `resend` does it.
     void resendRequested(QWebEnginePage::WebAction action);
-    /// An item of the page's own menu opens a link in a new window.
-    void linkWindowRequested(const QUrl &url);
     /// An item of the page's own menu saves what a server has at `url`.
     void saveRequested(const QUrl &url);
     /// A document begins in the main frame: time to ask the engine what it shows. `address` is how
@@ -130,6 +135,9 @@ signals:
     void sourceRead(int number);
     /// The button of the error page was pressed.
     void retryRequested();
+    /// The user pressed the key that leads back where, as far as the page's own frame knows, the
+    /// keyboard is in no field, and the page did not take it.
+    void backKeyPressed();
     /// The page shows or asked for content that does not come over a secure connection.
     void mixedContentSeen();
     /// A script of the page, or of a frame of it, failed and did not catch its error.
@@ -167,6 +175,8 @@ private:
     void reportError(const QString &message, int line, const QString &source);
     template <typename Ask> auto whileAwaited(const Ask &ask);
 
+    /// The profile stays for it.
+    std::shared_ptr<void> m_profileHold;
     Question m_question;
     IsOnItsWay m_isOnItsWay;
     QPointer<PageQuestions> m_questions;
@@ -193,7 +203,8 @@ private:
     /// The page on its way is asked for with a form.
     bool m_sendsForm = false;
     bool m_awaitsAnswer = false;
-    bool m_leavesTrace = true;
+    bool m_isPrivate = false;
+    bool m_isListed = true;
     bool m_hasTyped = false;
     int m_navigation = 0;
     /// Of the error that is about to be reported; 0: unknown.

@@ -1,21 +1,20 @@
 #include "WebView.h"
 
+#include "ContextTarget.h"
 #include "DraggedUrls.h"
 #include "FieldKeys.h"
-#include "Texts.h"
+#include "WebPage.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QChildEvent>
+#include <QContextMenuEvent>
 #include <QDragEnterEvent>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QTimer>
-#include <QWebEnginePage>
+#include <QWebEngineContextMenuRequest>
 
 namespace {
-constexpr Texts<"SaveAs"> texts;
-
 /// Copying with Ctrl+Insert and cutting with Shift+Delete stay with a page's field.
 bool isPageKey(const QKeyEvent &event)
 {
@@ -65,16 +64,12 @@ bool WebView::eventFilter(QObject *watched, QEvent *event)
     return QWebEngineView::eventFilter(watched, event);
 }
 
-/// The engine's own menu, in which what is saved says that it asks where to.
+/// Sent by the engine itself, once the page had its own event and did not take it.
 void WebView::contextMenuEvent(QContextMenuEvent *event)
 {
-    const auto caption = [this](QWebEnginePage::WebAction action, const Text &text) {
-        page()->action(action)->setText(text());
-    };
-    caption(QWebEnginePage::DownloadLinkToDisk, texts.at<"mnuSaveLink", "Save Link As...">);
-    caption(QWebEnginePage::DownloadImageToDisk, texts.at<"mnuSaveImage", "Save Image As...">);
-    caption(QWebEnginePage::DownloadMediaToDisk, texts.at<"mnuSaveMedia", "Save Media As...">);
-    QWebEngineView::contextMenuEvent(event);
+    const auto *webPage = qobject_cast<const WebPage *>(page());
+    if (const auto *request = lastContextMenuRequest(); request && webPage)
+        emit menuWanted(contextTargetOf(*request, webPage->committedUrl(), event->globalPos()));
 }
 
 /// Refused here, a drag is offered to the widgets around the view, and stays with the one that
@@ -86,15 +81,30 @@ void WebView::dragEnterEvent(QDragEnterEvent *event)
     const bool fromOutside = event->source() != this;
     if (fromOutside && (isProfileDragged(dragged) || isUnopenableDragged(dragged)))
         event->ignore();
+    else if (fromOutside && givableUrls(dragged) != dragged.urls())
+        enterWithout(*event);
     else
         QWebEngineView::dragEnterEvent(event);
 }
 
+/// The page learns as the drag comes what it will get.
+void WebView::enterWithout(QDragEnterEvent &event)
+{
+    QMimeData given;
+    given.setUrls(givableUrls(*event.mimeData()));
+    QDragEnterEvent enter(event.position().toPoint(), event.possibleActions(), &given,
+                          event.buttons(), event.modifiers());
+    QWebEngineView::dragEnterEvent(&enter);
+    event.setDropAction(enter.dropAction());
+    event.setAccepted(enter.isAccepted());
+}
+
 void WebView::dropEvent(QDropEvent *event)
 {
-    const QStringList addresses = draggedAddresses(*event->mimeData());
-    if (!addresses.isEmpty())
-        emit dropped(addresses);
+    const bool fromPage = event->source();
+    const QStringList addresses = draggedAddresses(*event);
+    if (fromPage || !addresses.isEmpty())
+        emit dropped(addresses, fromPage);
     QWebEngineView::dropEvent(event);
 }
 
@@ -123,6 +133,12 @@ void WebView::renewFocus()
         QFocusEvent event(type, Qt::OtherFocusReason);
         QCoreApplication::sendEvent(engine, &event);
     }
+}
+
+bool WebView::mayTakeText() const
+{
+    const QWidget *engine = focusProxy();
+    return !engine || !engine->hasFocus() || engine->inputMethodQuery(Qt::ImEnabled).toBool();
 }
 
 /// A page of another site comes with another widget inside the view, and the focus that the old

@@ -1,9 +1,9 @@
 #include "ConnectionCheck.h"
 
 #include "CertificateText.h"
+#include "Language.h"
 #include "Texts.h"
 
-#include <QLocale>
 #include <QSslCertificate>
 #include <QSslCipher>
 #include <QTimer>
@@ -21,7 +21,7 @@ constexpr Texts<"PageProperties"> texts;
 
 QString described(const QSslCertificate &certificate)
 {
-    const QLocale locale;
+    const QLocale locale = languageLocale();
     return texts.at<"strCertificate", "%1, issued by %2, valid from %3 to %4">().arg(
         CertificateText::subject(certificate), CertificateText::issuer(certificate),
         locale.toString(certificate.effectiveDate().date(), QLocale::ShortFormat),

@@ -13,9 +13,9 @@ using namespace Qt::StringLiterals;
 namespace {
 constexpr Texts<"Certificate"> texts;
 
-QString standing(const QUrl &url)
+QString standing(const QUrl &url, const CertificateExceptions &exceptions)
 {
-    if (CertificateExceptions::instance().hasHost(url))
+    if (exceptions.hasHost(url))
         return texts.at<"strUnproven",
                         "This site could not prove who it is. You went on all the same.">()
             + u'\n';
@@ -41,12 +41,12 @@ void show(CertificateDetails &details, const QString &site, const ConnectionChec
 
 namespace PageConnection {
 
-void open(const QUrl &url, QWidget *owner)
+void open(const QUrl &url, const CertificateExceptions &exceptions, QWidget *owner)
 {
     if (url.scheme() != "https"_L1)
         return;
     auto *details = new CertificateDetails(shownSite(url), owner);
-    const QString before = standing(url);
+    const QString before = standing(url, exceptions);
     details->setNote(before + Texts<"PageProperties">::at<"strAsking", "Asking the server...">());
     auto *check = new ConnectionCheck(details);
     QObject::connect(check, &ConnectionCheck::answered, details,

@@ -53,6 +53,12 @@ void PageJobs::print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &prin
          }});
 }
 
+bool PageJobs::isPrinting(const QWebEnginePage *page)
+{
+    const auto *jobs = page->findChild<PageJobs *>(QString(), Qt::FindDirectChildrenOnly);
+    return jobs && jobs->m_running && jobs->m_begun;
+}
+
 void PageJobs::add(const Job &job)
 {
     m_waiting.enqueue(job);

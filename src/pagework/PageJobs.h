@@ -31,6 +31,9 @@ public:
     static void print(QWebEnginePage *page, const std::shared_ptr<QPrinter> &printer,
                       QObject *receiver, const PrintDone &done);
 
+    /// The engine is at a job of the page's.
+    static bool isPrinting(const QWebEnginePage *page);
+
 private:
     struct Job {
         QPageLayout layout;

@@ -2,6 +2,7 @@
 
 #include "Captioned.h"
 #include "ConnectionCheck.h"
+#include "PageCertificates.h"
 #include "PageConnection.h"
 #include "ShownAddress.h"
 #include "ShownText.h"
@@ -15,6 +16,7 @@
 #include <QLocale>
 #include <QPointer>
 #include <QWebEnginePage>
+#include <QWebEngineProfile>
 #include <QWebEngineScript>
 
 using namespace Qt::StringLiterals;
@@ -88,7 +90,10 @@ PageProperties::PageProperties(QWebEnginePage *page, QWidget *owner)
     m_openCertificates = addCaptioned(*buttons, texts.at<"cmdCertificates", "&Certificates...">,
                                       QDialogButtonBox::ActionRole);
     connect(m_openCertificates, &QPushButton::clicked, this,
-            [this] { PageConnection::open(m_url, this); });
+            [this, profile = QPointer(page->profile())] {
+                if (profile)
+                    PageConnection::open(m_url, PageCertificates::exceptions(profile), this);
+            });
     column->addWidget(buttons);
     showConnection(m_url);
     page->runJavaScript(factScript, QWebEngineScript::ApplicationWorld,

@@ -43,6 +43,9 @@ struct PageQuestion {
     std::function<QWidget *(QWidget *parent)> fields = {};
     /// Called once, while the fields are there still; may be left out.
     std::function<void(Reply)> done = {};
+    /// It is the program that asks, about the page: at once, however often the page has asked, and
+    /// also where it is not heard.
+    bool isOurs = false;
     /// No holds for all questions of the kind until the user does something with the page.
     bool noHolds = false;
     /// Where a page comes that leaves the question standing; empty: none.

@@ -4,7 +4,6 @@
 #include "FlowRows.h"
 #include "QuestionAccessible.h"
 #include "ShownAddress.h"
-#include "ShownText.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -15,6 +14,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStyle>
+#include <QStyleOptionButton>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +27,20 @@ constexpr int fieldsRow = 2;
 constexpr int ticksRow = 3;
 
 constexpr Texts<"PageQuestions"> texts;
+
+/// Styles show the keyboard only where a key brought it, but Return presses in any case.
+class AnswerButton : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+
+protected:
+    void initStyleOption(QStyleOptionButton *option) const override
+    {
+        QPushButton::initStyleOption(option);
+        if (hasFocus())
+            option->state |= QStyle::State_KeyboardFocusChange;
+    }
+};
 
 QLabel *makeIcon(QWidget *parent)
 {
@@ -165,7 +179,7 @@ QLabel *PageQuestionBox::addLabel(const char *name, const QString &text)
 
 void PageQuestionBox::addText(const QString &text)
 {
-    m_text = addLabel("lblText", breakableText(text));
+    m_text = addLabel("lblText", text);
     m_text->setAccessibleName(text);
     m_text->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_scroll = new QScrollArea(m_body);
@@ -184,7 +198,7 @@ void PageQuestionBox::addButtons(const PageQuestion &question)
     using Answer = PageQuestion::Answer;
     m_buttons = makeRows(m_body);
     const auto add = [this](const char *name, const QString &caption, Answer given) {
-        auto *button = new QPushButton(QString(caption).replace(u'&', "&&"_L1), m_buttons);
+        auto *button = new AnswerButton(QString(caption).replace(u'&', "&&"_L1), m_buttons);
         button->setObjectName(QLatin1String(name));
         button->setAccessibleName(caption);
         button->setAutoDefault(false);

@@ -61,6 +61,9 @@ private:
     void addButtons(const PageQuestion &question);
     void addTicks(const PageQuestion &question, bool offersSilence);
     void placeButtons(bool beside);
+    int askerWidth() const;
+    int longestWord() const;
+    void breakText(int width);
     QSize layOutBody(int width, int most);
     bool isInView(const QWidget *widget) const;
     QRegion vital() const;

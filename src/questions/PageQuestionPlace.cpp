@@ -1,12 +1,16 @@
 // Where the parts of a question stand, and how much room it takes.
 #include "PageQuestionBox.h"
 
+#include "ShownText.h"
+
 #include <QAccessible>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 /// Pixels.
@@ -29,19 +33,56 @@ void PageQuestionBox::placeButtons(bool beside)
         m_grid->addWidget(m_buttons, rowOfButtonsBelow, 0);
 }
 
+/// What the one who asks takes in one line.
+int PageQuestionBox::askerWidth() const
+{
+    if (!m_asker)
+        return 0;
+    const auto *icon = m_body->findChild<QLabel *>("lblIcon"_L1);
+    const int before = icon ? icon->sizeHint().width() + m_grid->horizontalSpacing() : 0;
+    return before + m_asker->fontMetrics().horizontalAdvance(m_asker->accessibleName());
+}
+
+/// What the longest word of the text takes in one line, which is a host or an address, if any is.
+int PageQuestionBox::longestWord() const
+{
+    const QString text = m_text->accessibleName().left(longestSeenWhole);
+    int longest = 0;
+    for (const QStringView word : QStringView(text).tokenize(u' '))
+        longest = qMax(longest, m_text->fontMetrics().horizontalAdvance(word.toString()));
+    return longest + m_scroll->verticalScrollBar()->sizeHint().width();
+}
+
+/// A host is broken in two only where no line of `width` holds it, as one part alone reads like
+/// another host.
+void PageQuestionBox::breakText(int width)
+{
+    const int line = width - m_scroll->verticalScrollBar()->sizeHint().width();
+    const QString text = breakableText(m_text->accessibleName(), [this, line](const QString &word) {
+        return m_text->fontMetrics().horizontalAdvance(word) <= line;
+    });
+    if (text != m_text->text())
+        m_text->setText(text);
+}
+
 /// Gives the parts their places in `width`, the text so much room that all of it takes no more than
 /// `most`, and returns what it takes; all without the frame.
 QSize PageQuestionBox::layOutBody(int width, int most)
 {
     const bool isStrip = m_shape == PageQuestion::Shape::Strip;
-    const int line = m_text->fontMetrics().averageCharWidth() * leastLine;
     const int buttons = m_buttons->sizeHint().width() + m_grid->horizontalSpacing();
     const QMargins around = m_grid->contentsMargins();
     const int margins = around.left() + around.right();
-    const bool beside = isStrip && width - margins >= line + buttons;
+    const int line = m_text->fontMetrics().averageCharWidth() * leastLine;
+    // Broken in two, a site is harder to read.
+    int inOneLine = line;
+    for (const int whole : {askerWidth(), isStrip ? longestWord() : 0})
+        inOneLine = whole <= width - margins ? qMax(inOneLine, whole) : inOneLine;
+    const bool beside = isStrip && width - margins >= inOneLine + buttons;
     placeButtons(beside);
     const int taken = qMax(width, m_grid->totalMinimumSize().width());
     const int inside = taken - margins - (beside ? buttons : 0);
+    breakText(inside);
     // Without a text it is negative.
     const int wanted = qMax(0, m_text->heightForWidth(qMax(1, inside)));
     m_scroll->setFixedHeight(0);

@@ -32,6 +32,10 @@ PageQuestions::~PageQuestions()
 
 bool PageQuestions::ask(const PageQuestion &question)
 {
+    if (question.isOurs && !isAsking(question.kind)) {
+        put(0, question, false);
+        return true;
+    }
     if (m_silenced || isAsking(question.kind) || m_refused.contains(question.kind)
         || m_entries.size() >= mostWaiting)
         return false;
@@ -42,10 +46,10 @@ bool PageQuestions::ask(const PageQuestion &question)
 int PageQuestions::put(qsizetype place, const PageQuestion &question, bool waits)
 {
     const int number = ++m_lastNumber;
-    auto *box = new PageQuestionBox(question, m_asked > 0, m_client);
+    auto *box = new PageQuestionBox(question, m_asked > 0 && !question.isOurs, m_client);
     box->hide();
     box->setKeepsFocus(waits);
-    ++m_asked;
+    m_asked += int(!question.isOurs);
     m_entries.insert(place, {question, box, number, waits});
     connect(box, &PageQuestionBox::answered, this,
             [this, number](Answer answer) { finish(number, answer); });

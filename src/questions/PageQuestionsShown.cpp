@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QPainter>
 #include <QTimer>
 #include <algorithm>
@@ -140,7 +141,9 @@ void PageQuestions::followFocus(QWidget *old, QWidget *now)
     if (!box || !now)
         return;
     const bool isInside = now == box || box->isAncestorOf(now);
-    if (isInside && old && old != box && !box->isAncestorOf(old))
+    // A menu bar has it for as long as its user is there, and gives it on by itself.
+    const bool isMenu = qobject_cast<const QMenuBar *>(old);
+    if (isInside && old && !isMenu && old != box && !box->isAncestorOf(old))
         m_focusBefore = old;
     if (isInside || !m_client->isAncestorOf(now) || !wantsKeyboard())
         return;

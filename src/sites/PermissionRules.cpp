@@ -35,6 +35,13 @@ bool isCapture(Permission permission)
         || permission == Permission::Screen;
 }
 
+bool isOneAnswer(const AskingSite &site, const QList<Permission> &permissions)
+{
+    return site.canBeKept()
+        && (permissions == QList{Permission::Place}
+            || permissions == QList{Permission::Notifications});
+}
+
 QString keyOf(const QUrl &asker, Permission permission)
 {
     return asker.toString(QUrl::FullyEncoded) + u' ' + QString::number(int(permission));

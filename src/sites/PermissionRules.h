@@ -13,6 +13,9 @@ namespace PermissionRules {
 bool isBarred(const QUrl &asker, const AskingSite &site, const QList<Permission> &permissions);
 /// Camera, microphone and screen, which are in use from then on.
 bool isCapture(Permission permission);
+/// One answer of the user's is for all windows in which `site` waits for it: what is asked for is
+/// known of the machine, not of a window, and any page of the site hands it on to the others.
+bool isOneAnswer(const AskingSite &site, const QList<Permission> &permissions);
 /// Names for an answer to `asker`, and for the question.
 QString keyOf(const QUrl &asker, Permission permission);
 QString kindOf(const QUrl &asker, const QList<Permission> &permissions);

@@ -33,6 +33,8 @@ constexpr Key keys[] = {
     {Permission::Downloads, "Downloads"},
 };
 
+/// Characters: more than any of the words has.
+constexpr int longestWord = 16;
 constexpr auto allow = "Allow"_L1;
 constexpr auto refuse = "Refuse"_L1;
 
@@ -55,8 +57,11 @@ QString keyOf(Permission permission, const QString &scheme)
     return QString::fromLatin1(key->name);
 }
 
+/// A value ends at a NUL.
 std::optional<Word> wordOf(QByteArrayView text)
 {
+    if (const qsizetype end = text.indexOf('\0'); end >= 0)
+        text = text.first(end);
     if (text.compare(allow.latin1(), Qt::CaseInsensitive) == 0)
         return Word::Allow;
     if (text.compare(refuse.latin1(), Qt::CaseInsensitive) == 0)
@@ -171,6 +176,25 @@ QList<Answer> programsOf(const Section &section, const AskingSite &site)
     }
     return result;
 }
+
+/// Of a file that others made too large, what its first sites say.
+QList<Answer> listed(const QByteArray &file)
+{
+    QList<Answer> result;
+    QSet<QString> seen;
+    for (const Section &section : IniText::sections(file)) {
+        const auto site = siteOf(section);
+        if (!site || seen.contains(site->name()) || seen.size() == SitePermissions::mostSites)
+            continue;
+        seen.insert(site->name());
+        for (const Key &key : keys) {
+            if (const auto word = wordOf(section.value(key.name)))
+                result.append({*site, key.permission, *word});
+        }
+        result += programsOf(section, *site);
+    }
+    return result;
+}
 }
 
 namespace SitePermissions {
@@ -184,7 +208,13 @@ std::optional<Word> answer(const AskingSite &site, Permission permission, const 
 {
     if (!mayBeKept(site, permission, scheme) || !isUsable(path()))
         return {};
-    return wordOf(readIni(site.name(), keyOf(permission, scheme), {}, path()).toUtf8());
+    const QByteArray file = readIniFile(path()).value_or(QByteArray());
+    const auto value = IniText::value(file, {site.name(), keyOf(permission, scheme)}, longestWord);
+    const std::optional<Word> word = value ? wordOf(value->toUtf8()) : std::nullopt;
+    if (!word || IniText::sections(file).size() <= mostSites)
+        return word;
+    // What is obeyed is to be seen, and so can be taken back.
+    return listed(file).contains({site, permission, *word, scheme}) ? word : std::nullopt;
 }
 
 WriteResult keep(const AskingSite &site, const QList<Permission> &permissions, Word word,
@@ -206,23 +236,7 @@ WriteResult keep(const AskingSite &site, const QList<Permission> &permissions, W
 
 QList<Answer> all()
 {
-    QList<Answer> result;
-    if (!isUsable(path()))
-        return result;
-    const QByteArray file = readIniFile(path()).value_or(QByteArray());
-    QSet<QString> seen;
-    for (const Section &section : IniText::sections(file)) {
-        const auto site = siteOf(section);
-        if (!site || seen.contains(site->name()) || seen.size() == mostSites)
-            continue;
-        seen.insert(site->name());
-        for (const Key &key : keys) {
-            if (const auto word = wordOf(section.value(key.name)))
-                result.append({*site, key.permission, *word});
-        }
-        result += programsOf(section, *site);
-    }
-    return result;
+    return isUsable(path()) ? listed(readIniFile(path()).value_or(QByteArray())) : QList<Answer>();
 }
 
 WriteResult remove(const QList<Answer> &answers)

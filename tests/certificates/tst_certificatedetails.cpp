@@ -3,6 +3,7 @@
 #include "CertificateExceptions.h"
 #include "CertificateReason.h"
 #include "CertificateText.h"
+#include "Language.h"
 #include "TestCertificates.h"
 
 #include <QClipboard>
@@ -25,6 +26,7 @@ private slots:
     void initTestCase();
     void cleanup() { CertificateExceptions::instance().clear(); }
     void linesSayWhatIsInIt();
+    void datesAreInTheLanguage();
     void hostileNamesAreEscapedAndCut();
     void thousandNames();
     void namesOfPersonsAreNoSites();
@@ -33,7 +35,7 @@ private slots:
     void copyTakesAll();
     void copyTakesTheSelection();
     void emptyChain();
-    void exceptionIsForHostPortAndCertificate();
+    void exceptionIsForHostAndCertificate();
     void exceptionIsForItsFlaws();
     void exceptionsOfStrictSitesAreNotKept();
     void hostIsUnprovenOnAllPorts();
@@ -70,9 +72,34 @@ void tst_certificatedetails::linesSayWhatIsInIt()
           u"sha256WithRSAEncryption"_s, QString::fromLatin1(own.serialNumber()),
           QString::fromLatin1(own.digest(QCryptographicHash::Sha256).toHex(':')).toUpper(),
           QString::fromLatin1(own.digest(QCryptographicHash::Sha1).toHex(':')).toUpper(),
-          QLocale().toString(own.expiryDate().toLocalTime(), QLocale::LongFormat)})
+          languageLocale().toString(own.expiryDate().toLocalTime(), QLocale::LongFormat)})
         QVERIFY2(text.contains(part), qPrintable(part + u'\n' + text));
     QCOMPARE(details.windowTitle(), u"Certificate of https://localhost"_s);
+}
+
+/// Not in that of the desktop, whose country alone counts.
+void tst_certificatedetails::datesAreInTheLanguage()
+{
+    const QLocale desktop;
+    const auto back = qScopeGuard([desktop] {
+        QLocale::setDefault(desktop);
+        setLanguageName(u"English"_s);
+    });
+    const QSslCertificate own = chain({.signer = Signer::Stranger}).first();
+    const auto shown = [&own](const QLocale &locale) {
+        const QString date = locale.toString(own.expiryDate().toLocalTime(), QLocale::LongFormat);
+        CertificateDetails details(u"https://localhost"_s, nullptr);
+        details.setChain({own});
+        return shownBy(details).contains(date);
+    };
+    QLocale::setDefault(QLocale::c());
+    QVERIFY(shown(QLocale::c()));
+    setLanguageName(u"German"_s);
+    QVERIFY(shown(QLocale(QLocale::German)));
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Austria));
+    QVERIFY(shown(QLocale(QLocale::German, QLocale::Austria)));
+    setLanguageName(u"English"_s);
+    QVERIFY(shown(QLocale(QLocale::English, QLocale::Austria)));
 }
 
 void tst_certificatedetails::hostileNamesAreEscapedAndCut()
@@ -171,7 +198,7 @@ void tst_certificatedetails::emptyChain()
     QVERIFY(!CertificateReason::reasonsFor(failure).first().isEmpty());
 }
 
-void tst_certificatedetails::exceptionIsForHostPortAndCertificate()
+void tst_certificatedetails::exceptionIsForHostAndCertificate()
 {
     CertificateExceptions &exceptions = CertificateExceptions::instance();
     const QList<QSslCertificate> one = chain({.signer = Signer::Stranger});
@@ -182,7 +209,7 @@ void tst_certificatedetails::exceptionIsForHostPortAndCertificate()
     exceptions.add(failureAt(u"https://host.test/x"_s, one));
     QVERIFY(exceptions.covers(failureAt(u"https://HOST.test:443/y?z"_s, one)));
     QVERIFY(!exceptions.covers(failureAt(u"https://host.test/x"_s, other)));
-    QVERIFY(!exceptions.covers(failureAt(u"https://host.test:8443/x"_s, one)));
+    QVERIFY2(exceptions.covers(failureAt(u"https://host.test:8443/x"_s, one)), "all ports");
     QVERIFY(!exceptions.covers(failureAt(u"https://a.host.test/x"_s, one)));
 }
 

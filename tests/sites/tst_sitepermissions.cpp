@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QTest>
 #include <QUrl>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using SitePermissions::Answer;
@@ -42,6 +43,8 @@ private slots:
     void wordsByHand();
     void namesByHand_data();
     void namesByHand();
+    void whatIsObeyedIsListed_data();
+    void whatIsObeyedIsListed();
     void rubbishIsSurvived_data();
     void rubbishIsSurvived();
     void fullDiskIsTold();
@@ -342,6 +345,46 @@ void tst_SitePermissions::namesByHand()
     QVERIFY(m_folder->write(file, '[' + name + "]\nPlace=Allow\n"));
     QVERIFY(SitePermissions::all().isEmpty());
     QVERIFY(!SitePermissions::answer(site("https://a.example/"), Permission::Place));
+}
+
+void tst_SitePermissions::whatIsObeyedIsListed_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    const QByteArray camera = "Camera=Allow\r\n";
+    QTest::newRow("no bracket") << QByteArray("[https://shop.example\r\n" + camera);
+    QTest::newRow("no bracket, the file's end")
+        << QByteArray("[https://shop.example\nCamera=Allow");
+    QTest::newRow("blanks") << QByteArray("\t [ https://shop.example ]x\r\n Camera =\tAllow \r\n");
+    QTest::newRow("capitals") << QByteArray("[HTTPS://Shop.Example]\r\ncAMERA=ALLOW\r\n");
+    QTest::newRow("mark") << QByteArray("\xEF\xBB\xBF[https://shop.example]\r\n" + camera);
+    QTest::newRow("more behind a NUL")
+        << QByteArray("[https://shop.example]\r\nCamera=Allow\0er\r\n", 40);
+    QTest::newRow("twice") << QByteArray("[https://shop.example]\r\nPlace=Allow\r\n"
+                                         "[https://shop.example]\r\n"
+                                         + camera);
+    QTest::newRow("old code page") << QByteArray("[\xE4]\r\n[https://shop.example]\r\n" + camera);
+    QByteArray many;
+    for (int i = 0; i < SitePermissions::mostSites; ++i)
+        many += "[https://s" + QByteArray::number(i) + ".example]\r\nPlace=Allow\r\n";
+    QTest::newRow("the last of too many")
+        << QByteArray(many + "[https://shop.example]\r\n" + camera);
+}
+
+/// What a page may do without asking is to be seen, and so can be taken back.
+void tst_SitePermissions::whatIsObeyedIsListed()
+{
+    QFETCH(QByteArray, text);
+    QVERIFY(m_folder->write(file, text));
+    const AskingSite shop = site("https://shop.example/");
+    const auto word = SitePermissions::answer(shop, Permission::Camera);
+    const QList<Answer> listed = SitePermissions::all();
+    QCOMPARE(listed.contains(Answer{shop, Permission::Camera, Word::Allow}), word == Word::Allow);
+    const auto isObeyed = [](const Answer &each) {
+        return SitePermissions::answer(each.site, each.permission, each.scheme) == each.word;
+    };
+    QVERIFY(std::all_of(listed.begin(), listed.end(), isObeyed));
+    QVERIFY(SitePermissions::remove({{shop, Permission::Camera}}));
+    QVERIFY(!SitePermissions::answer(shop, Permission::Camera));
 }
 
 void tst_SitePermissions::rubbishIsSurvived_data()
