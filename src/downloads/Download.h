@@ -86,12 +86,16 @@ struct Download {
     bool isRepeatable = true;
     /// The file is marked with where it came from; not where pages are kept out of the history.
     bool leavesTrace = true;
+    /// The private windows that it came from, as those that are open at a time are numbered; 0: an
+    /// ordinary window. It is listed as long as they are there, and in no file.
+    int privateSession = 0;
 
     QString path() const { return folder + u'/' + name; }
     /// Nothing more comes of it by itself.
     bool isOver() const { return state >= State::Done; }
     /// Bytes are on their way, or held back.
     bool isUnderWay() const { return !isOver(); }
+    bool isPrivate() const { return privateSession != 0; }
     /// A server is asked for it.
     bool isOfWeb() const
     {

@@ -109,7 +109,7 @@ void DownloadStore::take(const QList<Download> &found, const QList<Download> &st
 void DownloadStore::note(const QString &id)
 {
     const Download *now = m_list.find(id);
-    if (!now)
+    if (!now || now->isPrivate())
         return;
     const Download known = settled(*now);
     Download &before = m_known[id];
@@ -132,6 +132,8 @@ void DownloadStore::noteAll()
 
 void DownloadStore::drop(const QString &id)
 {
+    if (!m_known.contains(id))
+        return;
     const Download known = m_known.take(id);
     if (!known.stage.isEmpty())
         m_stages.append(known.stage);

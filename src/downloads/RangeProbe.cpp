@@ -19,9 +19,9 @@ constexpr qint64 leastSize = 16 * 1024;
 bool isOfUse(const Download &download)
 {
     const bool isOnItsWay = download.state == State::Running || download.state == State::Paused;
-    return isOnItsWay && download.isOfWeb() && download.isRepeatable && download.size >= leastSize
-        && download.received < download.size && download.etag.isEmpty()
-        && download.lastModified.isEmpty();
+    return isOnItsWay && !download.isPrivate() && download.isOfWeb() && download.isRepeatable
+        && download.size >= leastSize && download.received < download.size
+        && download.etag.isEmpty() && download.lastModified.isEmpty();
 }
 
 QDateTime timeOf(const QByteArray &header)

@@ -37,7 +37,9 @@ void DownloadNews::look()
         if (!download.isUnderWay())
             continue;
         isUnderWay = true;
-        m_begun.insert(download.id);
+        // A desktop may keep what it was given.
+        if (!download.isPrivate())
+            m_begun.insert(download.id);
     }
     showProgress();
     if (isUnderWay || m_begun.isEmpty())

@@ -4,18 +4,10 @@
 #include "DownloadList.h"
 #include "DownloadModel.h"
 #include "DownloadView.h"
-#include "FlowRows.h"
-#include "Forms.h"
-#include "Frame.h"
 #include "Texts.h"
-#include "ThemedIcon.h"
-#include "WindowTabs.h"
 
-#include <QCloseEvent>
 #include <QHeaderView>
-#include <QMdiArea>
 #include <QSortFilterProxyModel>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -23,26 +15,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr char name[] = "frmDownloads";
 constexpr Texts<"frmDownloads"> texts;
 
 /// Widths of the columns in digits; the last one takes what is left.
 constexpr int digits[] = {28, 24, 17, 10, 11, 26, 18};
 static_assert(std::size(digits) == DownloadModel::ColumnCount);
 
-QToolButton *buttonOf(QAction *action)
-{
-    auto *button = new QToolButton;
-    button->setDefaultAction(action);
-    button->setObjectName(action->objectName());
-    button->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    button->setFocusPolicy(Qt::StrongFocus);
-    return button;
-}
-
 }
 
 DownloadsWindow::DownloadsWindow(Frame &frame, DownloadList &list)
-    : InnerWindow(frame)
+    : ListWindow(frame, name, u"downloads"_s)
     , m_list(list)
     , m_model(new DownloadModel(list, this))
     , m_sorted(new QSortFilterProxyModel(this))
@@ -50,30 +33,11 @@ DownloadsWindow::DownloadsWindow(Frame &frame, DownloadList &list)
     , m_actions(new DownloadActions(
           list, [this] { return chosen(); }, *this))
 {
-    setObjectName("frmDownloads"_L1);
-    setAttribute(Qt::WA_DeleteOnClose);
-    setWindowIcon(themedIcon(u"downloads"_s));
     m_refreshes.setSingleShot(true);
     m_refreshes.setInterval(0);
     makeContents();
     connectList();
-    Forms::add(this);
-    frame.windowTabs().addTab(tabKey(), {});
-    frame.windowTabs().setIcon(tabKey(), windowIcon());
     DownloadsWindow::translate();
-    connect(this, &QMdiSubWindow::windowStateChanged, this,
-            [this](Qt::WindowStates before, Qt::WindowStates now) {
-                if ((before & Qt::WindowActive) || !(now & Qt::WindowActive) || m_unloaded)
-                    return;
-                pressTab();
-                m_frame.setAddressText(shownAddress());
-            });
-}
-
-DownloadsWindow::~DownloadsWindow()
-{
-    disconnect(this, &QMdiSubWindow::windowStateChanged, this, nullptr);
-    unload();
 }
 
 void DownloadsWindow::makeContents()
@@ -86,13 +50,9 @@ void DownloadsWindow::makeContents()
     m_view->addActions(m_actions->all());
     arrangeColumns();
     auto *contents = new QWidget;
-    auto *buttons = new FlowRows;
-    const QList<QAction *> actions = m_actions->all();
-    for (QAction *action : actions)
-        buttons->addWidget(buttonOf(action));
     auto *layout = new QVBoxLayout(contents);
     layout->addWidget(m_view, 1);
-    layout->addLayout(buttons);
+    layout->addLayout(buttonsFor(m_actions->all()));
     contents->setFocusProxy(m_view);
     setWidget(contents);
 }
@@ -169,9 +129,7 @@ void DownloadsWindow::selectNone()
 void DownloadsWindow::translate()
 {
     const QString caption = texts.at<"Caption", "Downloads">();
-    setWindowTitle(caption);
-    m_frame.windowTabs().setCaption(tabKey(), caption);
-    m_frame.windowTabs().setToolTip(tabKey(), caption);
+    setCaption(caption);
     m_view->setAccessibleName(caption);
     m_view->setEmptyText(texts.at<"strNoDownloads", "There are no downloads">());
     m_model->translate();
@@ -179,32 +137,7 @@ void DownloadsWindow::translate()
     m_actions->translate();
 }
 
-void DownloadsWindow::unload()
-{
-    if (std::exchange(m_unloaded, true))
-        return;
-    m_frame.windowTabs().removeTab(tabKey());
-    Forms::remove(this);
-}
-
-void DownloadsWindow::closeEvent(QCloseEvent *event)
-{
-    unload();
-    InnerWindow::closeEvent(event);
-}
-
 DownloadsWindow *DownloadsWindow::openIn(Frame &frame, DownloadList &list)
 {
-    if (auto *open = qobject_cast<DownloadsWindow *>(Forms::named("frmDownloads").value(0)))
-        return open;
-    const WindowState state = frame.newWindowState();
-    if (const InnerWindow *active = activeInner(frame))
-        frame.windowTabs().setPressed(active->tabKey(), false);
-    auto *window = new DownloadsWindow(frame, list);
-    frame.adopt(window);
-    if (state == WindowState::Maximized)
-        window->showMaximized();
-    else
-        window->show();
-    return window;
+    return openOne<DownloadsWindow>(frame, name, [&] { return new DownloadsWindow(frame, list); });
 }

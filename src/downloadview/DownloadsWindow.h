@@ -1,6 +1,6 @@
 #pragma once
 
-#include "InnerWindow.h"
+#include "ListWindow.h"
 
 #include <QTimer>
 
@@ -13,15 +13,13 @@ struct Download;
 
 /// The inner window with the list of downloads and what can be done with them. There is one at
 /// most; its tab is like a page's.
-class DownloadsWindow : public InnerWindow {
+class DownloadsWindow : public ListWindow {
     Q_OBJECT
 
 public:
     /// The one that is open in `frame`, or a new one.
     static DownloadsWindow *openIn(Frame &frame, DownloadList &list);
 
-    /// No page's.
-    QString shownAddress() const override { return {}; }
     void focusContents() override;
     void translate() override;
 
@@ -30,12 +28,8 @@ public:
     void selectAll();
     void selectNone();
 
-protected:
-    void closeEvent(QCloseEvent *event) override;
-
 private:
     DownloadsWindow(Frame &frame, DownloadList &list);
-    ~DownloadsWindow() override;
 
     void makeContents();
     void connectList();
@@ -44,7 +38,6 @@ private:
     void widenColumns();
     /// As they are now, of which the rows may be told a moment later.
     QList<Download> chosen() const;
-    void unload();
 
     DownloadList &m_list;
     DownloadModel *m_model;
@@ -53,5 +46,4 @@ private:
     DownloadActions *m_actions;
     /// Many changes come together.
     QTimer m_refreshes;
-    bool m_unloaded = false;
 };

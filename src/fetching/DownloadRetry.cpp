@@ -6,9 +6,9 @@
 #include "DownloadStage.h"
 #include "Downloads.h"
 #include "EngineOptions.h"
-#include "EngineProfile.h"
 #include "LeftDownload.h"
 #include "Log.h"
+#include "Profiles.h"
 #include "RangeDownload.h"
 #include "RangeProbe.h"
 
@@ -24,7 +24,7 @@ using Problem = Download::Problem;
 WebManners mannersOf(const QWebEngineProfile &profile)
 {
     return {profile.httpUserAgent().toLatin1(), profile.httpAcceptLanguage().toLatin1(),
-            engineCookies()->withValues(),
+            Profiles::cookies(profile)->withValues(),
             EngineOptions::read().proxy == EngineOptions::Proxy::System};
 }
 

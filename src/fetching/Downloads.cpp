@@ -8,11 +8,12 @@
 #include "DownloadRetry.h"
 #include "DownloadStage.h"
 #include "EngineDownload.h"
-#include "EngineProfile.h"
 #include "Log.h"
 #include "NewDownload.h"
 #include "PageActivity.h"
 #include "PageDownloads.h"
+#include "PrivateProfiles.h"
+#include "Profiles.h"
 #include "SaveJob.h"
 #include "WebPage.h"
 
@@ -52,7 +53,10 @@ public:
     explicit EngineDownloads(QWebEngineProfile *profile)
         : QObject(profile)
         , m_profile(profile)
+        , m_privateSession(PrivateProfiles::numberOf(profile))
     {
+        if (m_privateSession != 0)
+            followList();
         m_patience.setSingleShot(true);
         m_patience.setInterval(patience);
         connect(&m_patience, &QTimer::timeout, this, [this] {
@@ -68,8 +72,15 @@ public:
     /// At once, for the user who waits for it.
     void orderFor(const QString &id, const WebPage &page);
     void leaveAll();
+    /// The list forgets them. Files that are whole stay.
+    void forgetAll();
+    int privateSession() const { return m_privateSession; }
+    /// An entry for one of these.
+    Download own(Download entry) const;
 
 private:
+    QStringList ids(bool (Download::*which)() const) const;
+    void followList();
     void beginFor(QWebEngineDownloadRequest &request, const DownloadSource &source);
     void startOrders();
     bool takeOrdered(QWebEngineDownloadRequest &request);
@@ -78,6 +89,9 @@ private:
                            const QString &folder);
 
     QWebEngineProfile *m_profile;
+    int m_privateSession;
+    /// While a file of private windows is on its way.
+    std::shared_ptr<void> m_profileHold;
     QHash<quint32, QPointer<EngineDownload>> m_all;
     QSet<quint32> m_told;
     QList<QPointer<DownloadOrder>> m_orders;
@@ -87,7 +101,60 @@ private:
     QTimer m_patience;
 };
 
-QPointer<EngineDownloads> theDownloads;
+QList<EngineDownloads *> theDownloads;
+
+/// Null where there is none of that number.
+EngineDownloads *downloadsOf(int privateSession)
+{
+    const auto found =
+        std::find_if(theDownloads.cbegin(), theDownloads.cend(), [privateSession](auto *each) {
+            return each->privateSession() == privateSession;
+        });
+    return found == theDownloads.cend() ? nullptr : *found;
+}
+
+EngineDownloads *downloadsOf(const QString &id)
+{
+    const Download *entry = downloadList().find(id);
+    return entry ? downloadsOf(entry->privateSession) : nullptr;
+}
+
+Download EngineDownloads::own(Download entry) const
+{
+    entry.privateSession = m_privateSession;
+    if (entry.isPrivate()) {
+        entry.leavesTrace = false;
+        entry.page.clear();
+    }
+    return entry;
+}
+
+/// Of the list's, those that are these.
+QStringList EngineDownloads::ids(bool (Download::*which)() const) const
+{
+    QStringList result;
+    for (const Download &each : downloadList().all()) {
+        if (each.privateSession == m_privateSession && (each.*which)())
+            result.append(each.id);
+    }
+    return result;
+}
+
+void EngineDownloads::followList()
+{
+    const auto look = [this] {
+        m_profileHold =
+            ids(&Download::isUnderWay).isEmpty() ? nullptr : PrivateProfiles::hold(m_profile);
+    };
+    connect(&downloadList(), &DownloadList::added, this, look);
+    connect(&downloadList(), &DownloadList::changed, this, look);
+    connect(&downloadList(), &DownloadList::removed, this, look);
+}
+
+void EngineDownloads::forgetAll()
+{
+    downloadList().remove(ids(&Download::isPrivate));
+}
 
 void EngineDownloads::answer(QWebEngineDownloadRequest &request)
 {
@@ -100,10 +167,10 @@ void EngineDownloads::answer(QWebEngineDownloadRequest &request)
     }
     m_told.insert(request.id());
     // What is known for certain comes first. A page being saved has its place already.
-    if (takeOrdered(request) || SaveJob::take(request)
+    if (takeOrdered(request) || SaveJob::take(request, m_privateSession)
         || request.state() != QWebEngineDownloadRequest::DownloadRequested)
         return;
-    beginFor(request, DownloadPages::sourceOf(request));
+    beginFor(request, DownloadPages::sourceOf(request, m_privateSession));
 }
 
 /// Not accepted before the signal returns means cancelled.
@@ -115,7 +182,7 @@ void EngineDownloads::beginFor(QWebEngineDownloadRequest &request, const Downloa
         page ? page->downloads().judge(source.asker) : PageDownloads::judgeOfGone();
     if (verdict == Verdict::Refused)
         return;
-    const Download entry = NewDownload::of(request, source);
+    const Download entry = own(NewDownload::of(request, source));
     downloadList().add(entry, nullptr);
     EngineDownload *download = accept(request, entry.id, entry.folder);
     if (!download)
@@ -246,7 +313,6 @@ void EngineDownloads::orderFor(const QString &id, const WebPage &page)
 /// What has failed is not among those that the list knows to be under way.
 void EngineDownloads::leaveAll()
 {
-    downloadList().leaveAll();
     const auto all = std::exchange(m_all, {});
     for (const QPointer<EngineDownload> &each : all) {
         if (each)
@@ -263,26 +329,44 @@ namespace Downloads {
 
 static void begin(QWebEngineProfile *profile)
 {
-    theDownloads = new EngineDownloads(profile);
-    QObject::connect(profile, &QWebEngineProfile::downloadRequested, theDownloads,
-                     [](QWebEngineDownloadRequest *request) { theDownloads->answer(*request); });
-    DownloadRetry::install(profile);
+    auto *downloads = new EngineDownloads(profile);
+    theDownloads.append(downloads);
+    QObject::connect(
+        profile, &QWebEngineProfile::downloadRequested, downloads,
+        [downloads](QWebEngineDownloadRequest *request) { downloads->answer(*request); });
+    if (downloads->privateSession() == 0)
+        DownloadRetry::install(profile);
+}
+
+static void end(QWebEngineProfile *profile)
+{
+    EngineDownloads *downloads = downloadsOf(PrivateProfiles::numberOf(profile));
+    if (!downloads)
+        return;
+    if (downloads->privateSession() == 0)
+        downloadList().leaveAll();
+    else
+        downloads->forgetAll();
+    downloads->leaveAll();
+    theDownloads.removeOne(downloads);
 }
 
 void install()
 {
-    followProfile({begin, leaveAll});
+    followProfile({begin, end});
 }
 
 bool goOn(const QString &id)
 {
-    return theDownloads && theDownloads->goOn(id);
+    EngineDownloads *downloads = downloadsOf(id);
+    return downloads && downloads->goOn(id);
 }
 
 bool beginAnew(const QString &id)
 {
     const Download *entry = downloadList().find(id);
-    if (!theDownloads || !entry || !entry->isOver() || !entry->isRepeatable)
+    EngineDownloads *downloads = downloadsOf(id);
+    if (!downloads || !entry->isOver() || !entry->isRepeatable)
         return false;
     downloadList().change(id, [](Download &download) {
         download.state = Download::State::Running;
@@ -291,23 +375,25 @@ bool beginAnew(const QString &id)
         download.ended = {};
         download.stage.clear();
     });
-    theDownloads->order(id);
+    downloads->order(id);
     return true;
 }
 
 void saveAs(const WebPage &page, const QUrl &url)
 {
-    if (!theDownloads)
+    EngineDownloads *downloads = downloadsOf(PrivateProfiles::numberOf(page.profile()));
+    if (!downloads)
         return;
-    const Download entry = NewDownload::at(url, page);
+    const Download entry = downloads->own(NewDownload::at(url, page));
     downloadList().add(entry, nullptr);
-    theDownloads->orderFor(entry.id, page);
+    downloads->orderFor(entry.id, page);
 }
 
 void leaveAll()
 {
-    if (theDownloads)
-        theDownloads->leaveAll();
+    downloadList().leaveAll();
+    for (EngineDownloads *downloads : std::as_const(theDownloads))
+        downloads->leaveAll();
 }
 
 }

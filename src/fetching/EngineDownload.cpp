@@ -147,7 +147,7 @@ void EngineDownload::giveUp()
 {
     const Download *entry = downloadList().find(m_id);
     m_stage->setAside();
-    if (entry && entry->isRepeatable && hasBytes()) {
+    if (entry && entry->isRepeatable && !entry->isPrivate() && hasBytes()) {
         m_stage->keep();
         // Whoever goes on with it takes it at once.
         m_stage.reset();
@@ -276,7 +276,8 @@ void EngineDownload::leave()
         return;
     }
     const Download *entry = downloadList().find(m_id);
-    if (!entry || !entry->isRepeatable || m_isHeld || m_stage->arrived().isEmpty()) {
+    if (!entry || !entry->isRepeatable || entry->isPrivate() || m_isHeld
+        || m_stage->arrived().isEmpty()) {
         cancel();
         return;
     }

@@ -4,6 +4,7 @@
 #include "EngineVersion.h"
 #include "JobProgress.h"
 #include "Log.h"
+#include "PrivateProfiles.h"
 #include "SaveStage.h"
 #include "Texts.h"
 #include "WebPage.h"
@@ -60,10 +61,10 @@ void SaveJob::start()
     m_page->save(m_stage->file(), m_format);
 }
 
-bool SaveJob::take(QWebEngineDownloadRequest &request)
+bool SaveJob::take(QWebEngineDownloadRequest &request, int privateSession)
 {
-    const auto isMine = [&request](const SaveJob *job) {
-        return !job->m_request && !job->m_keeps && job->isFor(request);
+    const auto isMine = [&request, privateSession](const SaveJob *job) {
+        return !job->m_request && !job->m_keeps && job->isFor(request, privateSession);
     };
     const auto job = std::find_if(jobs.begin(), jobs.end(), isMine);
     if (job == jobs.end())
@@ -74,14 +75,16 @@ bool SaveJob::take(QWebEngineDownloadRequest &request)
 
 /// The place is the job's alone. From older engines what is no markup comes without it, as any
 /// other file: whose that is may be unknown.
-bool SaveJob::isFor(const QWebEngineDownloadRequest &request) const
+bool SaveJob::isFor(const QWebEngineDownloadRequest &request, int privateSession) const
 {
+    if (PrivateProfiles::numberOf(m_page->profile()) != privateSession)
+        return false;
     if (request.isSavePageDownload())
         return QDir(request.downloadDirectory()).absoluteFilePath(request.downloadFileName())
             == QFileInfo(m_stage->file()).absoluteFilePath();
     if (savesBringTheirPlace || request.url() != m_page->url())
         return false;
-    const WebPage *source = DownloadPages::sourceOf(request).page;
+    const WebPage *source = DownloadPages::sourceOf(request, privateSession).page;
     return !source || source == m_page;
 }
 
@@ -184,7 +187,7 @@ void SaveJob::tell(bool done)
     if (done) {
         emit saved();
     } else if (!m_cancelled) {
-        qCWarning(lcEngine) << "not saved:" << m_page->url();
+        qCWarning(lcEngine) << "not saved:" << PrivateProfiles::siteForLog(*m_page);
         emit failed();
     }
 }

@@ -25,14 +25,14 @@ public:
     void start();
     /// Gives a request that the engine tells of for the first time to the job of its page that
     /// asked for it; false when there is none.
-    static bool take(QWebEngineDownloadRequest &request);
+    static bool take(QWebEngineDownloadRequest &request, int privateSession);
 
 signals:
     void saved();
     void failed();
 
 private:
-    bool isFor(const QWebEngineDownloadRequest &request) const;
+    bool isFor(const QWebEngineDownloadRequest &request, int privateSession) const;
     void begin(QWebEngineDownloadRequest &request);
     void watch();
     void showProgress();
