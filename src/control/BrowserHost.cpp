@@ -3,6 +3,7 @@
 #include "CertificateNotice.h"
 #include "CrashNotice.h"
 #include "FullScreenNotice.h"
+#include "LeavingFocus.h"
 #include "PageFindBar.h"
 #include "SleepPicture.h"
 #include "WebView.h"
@@ -74,11 +75,14 @@ void BrowserHost::enterFullScreen(const QUrl &origin)
 {
     if (!m_view || m_view->parentWidget() != this)
         return;
-    auto *escape = new QAction(m_view);
-    escape->setShortcut(Qt::Key_Escape);
-    connect(escape, &QAction::triggered, m_view,
-            [view = m_view] { view->triggerPageAction(QWebEnginePage::ExitFullScreen); });
-    m_view->addAction(escape);
+    if (m_findBar && m_findBar->isVisible())
+        m_findBar->dismiss();
+    auto *out = new QAction(m_view);
+    out->setShortcuts({Qt::Key_Escape, Qt::Key_F11});
+    connect(out, &QAction::triggered, this, &BrowserHost::endFullScreen);
+    m_view->addAction(out);
+    m_view->installEventFilter(this);
+    giveUpFocus(*m_view);
     m_view->setParent(nullptr, Qt::Window);
     m_view->showFullScreen();
     m_view->setFocus();
@@ -87,19 +91,39 @@ void BrowserHost::enterFullScreen(const QUrl &origin)
 
 void BrowserHost::leaveFullScreen()
 {
-    if (!m_view || m_view->parentWidget() == this)
+    if (!isFullScreen())
         return;
     delete m_notice;
-    qDeleteAll(m_view->actions());
+    m_view->removeEventFilter(this);
+    // Perhaps in one of them.
+    for (QAction *action : m_view->actions()) {
+        m_view->removeAction(action);
+        action->deleteLater();
+    }
     m_view->setParent(this, Qt::Widget);
     m_view->showNormal();
     placeChildren();
     m_view->setFocus();
 }
 
+bool BrowserHost::isFullScreen() const
+{
+    return m_view && m_view->parentWidget() != this;
+}
+
+/// The desktop closes what fills the screen as any window.
+bool BrowserHost::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_view || event->type() != QEvent::Close || !isFullScreen())
+        return QWidget::eventFilter(watched, event);
+    event->ignore();
+    endFullScreen();
+    return true;
+}
+
 void BrowserHost::endFullScreen()
 {
-    if (!m_view || m_view->parentWidget() == this)
+    if (!isFullScreen())
         return;
     m_view->triggerPageAction(QWebEnginePage::ExitFullScreen);
     leaveFullScreen();
@@ -113,28 +137,44 @@ void BrowserHost::giveUpView()
 
 void BrowserHost::openFindBar()
 {
-    if (!m_view || m_view->parentWidget() != this || m_failure)
-        return;
+    if (PageFindBar *bar = findBar())
+        bar->open();
+}
+
+void BrowserHost::findAgain(bool backwards)
+{
+    if (PageFindBar *bar = findBar())
+        bar->again(backwards);
+}
+
+/// Null while there is nothing to look through.
+PageFindBar *BrowserHost::findBar()
+{
+    if (!m_view || isFullScreen() || hidesPage())
+        return nullptr;
     if (!m_findBar) {
         m_findBar = new PageFindBar(m_view->page(), this);
         connect(m_findBar, &PageFindBar::opened, this, &BrowserHost::placeChildren);
-        connect(m_findBar, &PageFindBar::dismissed, this, [this] {
-            placeChildren();
-            setFocus();
-        });
+        connect(m_findBar, &PageFindBar::dismissed, this, &BrowserHost::placeChildren);
     }
-    m_findBar->open();
+    return m_findBar;
 }
 
 void BrowserHost::showCrash()
 {
     if (m_crash)
         return;
+    endFullScreen();
     hideFailure();
     m_crash = new CrashNotice(this);
     connect(m_crash, &CrashNotice::reloadPressed, this, &BrowserHost::reloadRequested);
     placeChildren();
     m_crash->show();
+}
+
+bool BrowserHost::hidesPage() const
+{
+    return m_crash || m_failure;
 }
 
 /// The view goes out of sight meanwhile: what is behind the notice can neither be pressed nor read.

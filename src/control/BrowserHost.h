@@ -36,12 +36,16 @@ public:
     void hideFailure();
     /// The same while the page goes for good, and perhaps the window.
     void dropFailure();
+    /// A notice of ours stands where the page would be.
+    bool hidesPage() const;
     /// What the page looked like (`SleepPicture::packed`) is shown in its place from now on, until
     /// `dropPicture`; there is no page, or it is only just coming.
     void showPicture(const QByteArray &picture);
     void dropPicture();
     /// Opens the bar under the page that finds text in it; nothing without a page.
     void openFindBar();
+    /// The next or previous hit; the same otherwise.
+    void findAgain(bool backwards);
 
 signals:
     void reloadRequested();
@@ -52,12 +56,15 @@ signals:
     void wakeRequested();
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    PageFindBar *findBar();
     void enterFullScreen(const QUrl &origin);
     void leaveFullScreen();
+    bool isFullScreen() const;
     void placeChildren();
 
     QPointer<WebView> m_view;

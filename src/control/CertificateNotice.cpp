@@ -23,6 +23,15 @@ constexpr int around = 24;
 
 constexpr Texts<"Certificate"> texts;
 
+/// The engine asks no more for that certificate of the host, whatever the port.
+QString scopeOf(const CertificateFailure &failure)
+{
+    return texts
+        .at<"strScope",
+            "If you go on, this certificate passes at every port of %1 until Orvane ends.">()
+        .arg(failure.url.host());
+}
+
 QLabel *addLabel(QVBoxLayout &column, const char *name, const QString &text)
 {
     auto *label = new QLabel(text);
@@ -84,8 +93,11 @@ void CertificateNotice::addTexts(QVBoxLayout &column)
     const QString why = CertificateReason::whyNoWay(m_failure);
     if (!why.isEmpty())
         addLabel(column, "lblNoWay", why);
+    const QString scope = m_failure.isOverridable ? scopeOf(m_failure) : QString();
+    if (!scope.isEmpty())
+        addLabel(column, "lblScope", scope);
     setAccessibleName(headline);
-    setAccessibleDescription(reasons + u'\n' + cause);
+    setAccessibleDescription(QStringList{reasons, cause, scope}.join(u'\n').trimmed());
 }
 
 void CertificateNotice::addButtons(QVBoxLayout &column)

@@ -1,5 +1,6 @@
 #include "ErrorPage.h"
 
+#include "Language.h"
 #include "PageScripts.h"
 #include "ShownAddress.h"
 #include "ShownHost.h"
@@ -21,9 +22,11 @@ constexpr Texts<"ErrorPage"> texts;
 /// Numbers of the engine's network errors that a user can make something of.
 QString reasonFor(int code, const QUrl &url)
 {
-    // Stopped by us, which happens to nothing of the web but forms that leave encryption.
+    // Stopped by us, which happens to nothing of the web but forms that leave encryption; on Qt 6.8
+    // what a server sent on is told as if it were a file that may not be read.
     constexpr int stopped = -20;
-    if (code == stopped && url.scheme() == "http"_L1) {
+    constexpr int stoppedOnTheWay = -10;
+    if ((code == stopped || code == stoppedOnTheWay) && url.scheme() == "http"_L1) {
         return texts.at<"strNotSent",
                         "The server wanted what you entered to be sent on over a connection that "
                         "is not encrypted, where others could read it. It was not sent there.">();
@@ -75,6 +78,7 @@ void show(QWebEnginePage *page, const QUrl &url, int error)
     const QString name = url.host().isEmpty() ? shownAddress(url) : shownHost(url.host());
     const bool isDark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
     const QJsonObject shown{
+        {u"language"_s, languageCode(languageName())},
         {u"title"_s, name},
         {u"heading"_s, texts.at<"strHeading", "This page cannot be shown">()},
         {u"reason"_s, reasonFor(error, url)},

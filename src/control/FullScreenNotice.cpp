@@ -22,8 +22,13 @@ FullScreenNotice::FullScreenNotice(const QUrl &origin, QWidget *view)
 {
     setObjectName(u"lblFullScreen"_s);
     setTextFormat(Qt::PlainText);
-    setText(Texts<"frmBrowser">::at<"strFullScreen", "%1 fills the screen. Press Esc to leave.">()
-                .replace("%1"_L1, shownSite(origin)));
+    const QString text =
+        Texts<"frmBrowser">::at<"strFullScreen", "%1 fills the screen. Press Esc to leave.">();
+    const QString site = shownSite(origin);
+    setText(QString(text).replace("%1"_L1, breakableSite(site)));
+    setAccessibleName(QString(text).replace("%1"_L1, site));
+    setWordWrap(true);
+    setAlignment(Qt::AlignCenter);
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::ToolTipBase);
     setForegroundRole(QPalette::ToolTipText);
@@ -46,7 +51,11 @@ bool FullScreenNotice::eventFilter(QObject *watched, QEvent *event)
 
 void FullScreenNotice::place()
 {
-    adjustSize();
+    const int around = 2 * (margin() + frameWidth());
+    const QSize words = fontMetrics().size(0, text());
+    const int most = qMax(1, parentWidget()->width() - 2 * fromTop);
+    resize(qMin(words.width() + around + 2, most), 0);
+    resize(width(), heightForWidth(width()));
     move((parentWidget()->width() - width()) / 2, fromTop);
     raise();
 }

@@ -185,7 +185,7 @@ Navigation::Event Navigation::commit(const QString &url, bool hasArrived, const 
     m_showsError = false;
     m_busy = true;
     Event came{What::PageCame, QUrl(url), m_location};
-    came.hasArrived = hasArrived;
+    came.hasArrived = m_hasArrived = hasArrived;
     came.isSkipped = !leavesTrace() && !m_replacesEntry && place.entries > 1;
     return came;
 }

@@ -134,6 +134,8 @@ public:
     bool isBusy() const { return m_busy; }
     bool hasDocument() const { return m_hasDocument; }
     bool showsError() const { return m_showsError; }
+    /// The page came over its connection, may be told of and is there.
+    bool isVisit() const { return m_hasArrived && !m_showsError && leavesTrace(); }
     bool isUnderWay() const { return m_stage == Stage::Asked || m_stage == Stage::Started; }
     /// `url` is that of the page on its way, which alone may ask its user to sign in.
     bool isOnItsWay(const QUrl &url) const;
@@ -198,4 +200,5 @@ private:
     bool m_hasDocument = false;
     bool m_completed = false;
     bool m_showsError = false;
+    bool m_hasArrived = false;
 };

@@ -141,7 +141,10 @@ void Navigator::comeBack()
     const QUrl address = completeAddress(url);
     if (!address.isEmpty() && !isRefusedAddress(address) && isOpenedHere(address)) {
         m_state.name(false);
-        m_life.begin();
+        if (m_return.state().history.isEmpty())
+            m_life.begin();
+        else
+            m_life.beginAnew();
         m_state.handOver(address);
         if (m_return.bring(*m_life.page()))
             return;
@@ -268,14 +271,17 @@ bool Navigator::askForPage(const QUrl &url, Navigation::Type type)
     if (request == Navigation::Request::New) {
         if (m_state.arrival() == Arrival::ByStep)
             m_life.noteUserAction();
-        if (isHeldForm(url, type) || !m_teller.askWindow(url)) {
+        const bool isHeld = isHeldForm(url, type);
+        if (isHeld || !m_teller.askWindow(url)) {
             m_state.refuse();
+            if (isHeld)
+                leaveEmpty();
             return false;
         }
         if (m_return.isAwaited() && !m_return.state().leavesTrace)
             m_state.setFlags(m_state.flags() | NavFlags::NoHistory);
         m_life.page()->setCacheBypass(m_state.flags() & NavFlags::NoWriteToCache);
-        m_life.page()->setLeavesTrace(m_state.leavesTrace());
+        m_life.page()->setIsListed(m_state.leavesTrace());
         if (m_state.replaces(url, type, place())) {
             replaceEntry(url);
             return false;
@@ -287,6 +293,15 @@ bool Navigator::askForPage(const QUrl &url, Navigation::Type type)
     if (!m_state.leavesTrace() && !m_life.page()->profile()->visitedLinksContainsUrl(url))
         m_state.forgetLink(url);
     return true;
+}
+
+/// A window that was opened for a form has nothing to show while the form waits in another.
+void Navigator::leaveEmpty()
+{
+    QTimer::singleShot(0, m_life.page(), [this] {
+        if (m_state.holdsNothing())
+            m_teller.tell({{Navigation::What::PerhapsNothing, {}, {}}});
+    });
 }
 
 void Navigator::replaceEntry(const QUrl &url)

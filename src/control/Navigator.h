@@ -27,6 +27,9 @@ public:
     /// The page that is waited for is loaded, and comes as it was to.
     void comeBack();
     PageState pageState(StateDepth depth) const;
+    /// A page that is waited for comes with that zoom factor.
+    void setZoomToCome(double factor) { m_return.setZoom(factor); }
+    void setMutedToCome(bool muted) { m_return.setMuted(muted); }
     /// The page that comes next is one that another page has asked for, at `url`.
     void adopt(const QUrl &url);
     bool goBack();
@@ -52,6 +55,7 @@ private:
     bool isHeldForm(const QUrl &url, Navigation::Type type);
     bool askForPage(const QUrl &url, Navigation::Type type);
     bool noteStep(bool goes);
+    void leaveEmpty();
     void replaceEntry(const QUrl &url);
     void noteLoading(const QWebEngineLoadingInfo &info);
 

@@ -9,34 +9,11 @@
 #include "WebBrowser.h"
 #include "WebPage.h"
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <QWebEngineView>
-#include <array>
 
 namespace {
-/// Text sizes from smallest to largest.
-constexpr std::array<qreal, 5> zoomFactors{0.75, 0.9, 1.0, 1.25, 1.5};
-
-bool readZoom(const WebPage *page, QVariant *out)
-{
-    for (size_t level = 0; level < zoomFactors.size(); ++level) {
-        if (qAbs(page->zoomFactor() - zoomFactors[level]) < 0.01) {
-            *out = int(level);
-            return true;
-        }
-    }
-    return false;
-}
-
-bool setZoom(WebPage *page, const QVariant &in)
-{
-    bool isNumber = false;
-    const int level = in.toInt(&isNumber);
-    if (!isNumber || level < 0 || level >= int(zoomFactors.size()))
-        return false;
-    page->setZoomFactor(zoomFactors[size_t(level)]);
-    return true;
-}
-
 /// In a field that takes text alone, pasting anything else would only delete what is selected.
 bool clipboardFits(const WebPage &page)
 {
@@ -92,6 +69,47 @@ bool openWindow(WebPage *page, OleCmd command)
     return true;
 }
 
+QWebEnginePage::WebAction actionFor(PageAct act)
+{
+    switch (act) {
+    case PageAct::SaveLink:
+        return QWebEnginePage::DownloadLinkToDisk;
+    case PageAct::SaveImage:
+        return QWebEnginePage::DownloadImageToDisk;
+    case PageAct::SaveMedia:
+        return QWebEnginePage::DownloadMediaToDisk;
+    case PageAct::CopyImage:
+        return QWebEnginePage::CopyImageToClipboard;
+    case PageAct::PlayOrPause:
+        return QWebEnginePage::ToggleMediaPlayPause;
+    case PageAct::Mute:
+        return QWebEnginePage::ToggleMediaMute;
+    case PageAct::Repeat:
+        return QWebEnginePage::ToggleMediaLoop;
+    case PageAct::Controls:
+        return QWebEnginePage::ToggleMediaControls;
+    case PageAct::Redo:
+        return QWebEnginePage::Redo;
+    case PageAct::PasteText:
+        return QWebEnginePage::PasteAndMatchStyle;
+    case PageAct::Delete:
+        break;
+    }
+    return QWebEnginePage::NoWebAction;
+}
+
+/// The engine has no command for it; as a key it can be undone like what is typed.
+void deleteSelection(const WebPage &page)
+{
+    const QWebEngineView *view = QWebEngineView::forPage(&page);
+    if (!view || !view->focusProxy())
+        return;
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, Qt::Key_Delete, Qt::NoModifier);
+        QCoreApplication::sendEvent(view->focusProxy(), &event);
+    }
+}
+
 bool isEnabled(const WebPage *page, OleCmd command)
 {
     switch (command) {
@@ -112,13 +130,8 @@ bool isEnabled(const WebPage *page, OleCmd command)
 
 namespace PageCommands {
 
-bool run(WebPage *page, OleCmd command, const QVariant *in, QVariant *out)
+bool run(WebPage *page, OleCmd command)
 {
-    if (command == OleCmd::Zoom) {
-        if (in)
-            return setZoom(page, *in);
-        return out && readZoom(page, out);
-    }
     if (opensWindow(command))
         return openWindow(page, command);
     const QWebEnginePage::WebAction action = actionFor(command);
@@ -128,6 +141,17 @@ bool run(WebPage *page, OleCmd command, const QVariant *in, QVariant *out)
         makeClipboardTextPlain();
     page->triggerAction(action);
     return true;
+}
+
+void act(WebPage &page, PageAct act)
+{
+    if (act == PageAct::Delete) {
+        deleteSelection(page);
+        return;
+    }
+    if (act == PageAct::PasteText)
+        makeClipboardTextPlain();
+    page.triggerAction(actionFor(act));
 }
 
 int status(const WebPage *page, OleCmd command)

@@ -2,6 +2,7 @@
 
 #include "Captioned.h"
 #include "DraggedUrls.h"
+#include "TextFinder.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -10,8 +11,8 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
-#include <QWebEngineFindTextResult>
 #include <QWebEnginePage>
 
 using namespace Qt::StringLiterals;
@@ -36,8 +37,11 @@ PageFindBar::PageFindBar(QWebEnginePage *page, QWidget *parent)
     , m_lower(new QHBoxLayout)
     , m_label(new QLabel(texts.at<"lblFind", "F&ind:">(), this))
     , m_text(new QLineEdit(this))
-    , m_matchCase(new QCheckBox(texts.at<"chkMatchCase", "&Match case">(), this))
+    , m_matchCase(
+          addSwitch(texts.at<"chkMatchCase", "&Match case">, TextFinder::last().matchesCase))
+    , m_wholeWord(addSwitch(texts.at<"chkWholeWord", "Wh&ole word">, TextFinder::last().isWhole))
     , m_result(new QLabel(this))
+    , m_finder(new TextFinder(page, this))
 {
     setObjectName("PageFindBar"_L1);
     leaveFilesToTheFrame(*m_text);
@@ -58,18 +62,25 @@ PageFindBar::PageFindBar(QWebEnginePage *page, QWidget *parent)
     m_next = addButton(texts.at<"cmdFindNext", "&Next">);
     connect(m_previous, &QPushButton::clicked, this, [this] { find(true); });
     connect(m_next, &QPushButton::clicked, this, [this] { find(false); });
-    m_matchCase->setObjectName("chkMatchCase"_L1);
-    m_matchCase->setAccessibleName(nameOf(m_matchCase->text()));
     m_close = addButton(texts.at<"cmdFindClose", "Close">);
     connect(m_close, &QPushButton::clicked, this, &PageFindBar::dismiss);
     arrange(false);
     connect(m_text, &QLineEdit::textChanged, this, [this] { find(false); });
-    connect(m_matchCase, &QCheckBox::toggled, this, &PageFindBar::findAnew);
+    connect(m_finder, &TextFinder::found, this, &PageFindBar::showResult);
     connect(page, &QWebEnginePage::loadFinished, this, [this] {
         if (isVisible())
             findAnew();
     });
     hide();
+}
+
+QCheckBox *PageFindBar::addSwitch(const Text &caption, bool isOn)
+{
+    auto *box = captioned<QCheckBox>(caption, this);
+    box->setAccessibleName(nameOf(box->text()));
+    box->setChecked(isOn);
+    connect(box, &QCheckBox::toggled, this, &PageFindBar::findAnew);
+    return box;
 }
 
 QPushButton *PageFindBar::addButton(const Text &caption)
@@ -91,14 +102,19 @@ void PageFindBar::arrange(bool inTwoRows)
     rest->addWidget(m_previous);
     rest->addWidget(m_next);
     m_upper->addWidget(m_matchCase);
+    m_upper->addWidget(m_wholeWord);
     rest->addWidget(m_close);
+    // Else it would have the old height until events have run.
+    for (QLayout *each :
+         {static_cast<QLayout *>(m_upper), static_cast<QLayout *>(m_lower), layout()})
+        each->invalidate();
 }
 
 int PageFindBar::arrangeFor(int width)
 {
     int others = 0;
-    for (const QWidget *each : std::initializer_list<const QWidget *>{m_label, m_result, m_previous,
-                                                                      m_next, m_matchCase, m_close})
+    for (const QWidget *each : std::initializer_list<const QWidget *>{
+             m_label, m_result, m_previous, m_next, m_matchCase, m_wholeWord, m_close})
         others += each->sizeHint().expandedTo(each->minimumSize()).width() + m_upper->spacing();
     const int field = fontMetrics().averageCharWidth() * leastCharacters;
     const QMargins around = layout()->contentsMargins();
@@ -117,6 +133,8 @@ void PageFindBar::open()
     const QString selected = m_page ? m_page->selectedText().trimmed() : QString();
     const bool proposes =
         !selected.isEmpty() && selected.size() <= longestProposal && !selected.contains(u'\n');
+    if (!proposes && !wasOpen)
+        takeLast();
     if (proposes && selected != m_text->text())
         m_text->setText(selected);
     else if (!wasOpen)
@@ -124,48 +142,77 @@ void PageFindBar::open()
     m_text->selectAll();
 }
 
+void PageFindBar::again(bool backwards)
+{
+    if (!isVisible()) {
+        show();
+        emit opened();
+        takeLast();
+    }
+    if (m_text->text().isEmpty())
+        m_text->setFocus();
+    else
+        find(backwards);
+}
+
+/// The user looks for the same in the next window.
+void PageFindBar::takeLast()
+{
+    const TextFinder::Query &last = TextFinder::last();
+    if (last.text.isEmpty())
+        return;
+    const QSignalBlocker text(m_text);
+    const QSignalBlocker matchCase(m_matchCase);
+    const QSignalBlocker wholeWord(m_wholeWord);
+    m_text->setText(last.text);
+    m_matchCase->setChecked(last.matchesCase);
+    m_wholeWord->setChecked(last.isWhole);
+}
+
 void PageFindBar::dismiss()
 {
-    ++m_newest;
-    if (m_page)
-        m_page->findText({});
+    m_finder->end();
+    // Else the keyboard goes on to the page as by Tab, which leads to its first link or field.
+    parentWidget()->setFocus();
     hide();
     emit dismissed();
 }
 
+TextFinder::Query PageFindBar::query() const
+{
+    return {m_text->text(), m_matchCase->isChecked(), m_wholeWord->isChecked()};
+}
+
 void PageFindBar::findAnew()
 {
-    if (m_page)
-        m_page->findText({});
-    find(false);
+    m_finder->findAnew(query());
+    if (m_text->text().isEmpty())
+        setResult({});
 }
 
 void PageFindBar::find(bool backwards)
 {
-    const int number = ++m_newest;
-    if (!m_page)
-        return;
-    if (m_text->text().isEmpty()) {
-        m_page->findText({});
-        m_result->clear();
-        return;
-    }
-    QWebEnginePage::FindFlags flags;
-    flags.setFlag(QWebEnginePage::FindBackward, backwards);
-    flags.setFlag(QWebEnginePage::FindCaseSensitively, m_matchCase->isChecked());
-    m_page->findText(m_text->text(), flags,
-                     [bar = QPointer(this), number](const QWebEngineFindTextResult &result) {
-                         if (bar && bar->m_newest == number)
-                             bar->showResult(result.activeMatch(), result.numberOfMatches());
-                     });
+    m_finder->find(query(), backwards);
+    if (m_text->text().isEmpty())
+        setResult({});
 }
 
-void PageFindBar::showResult(int active, int hits)
+void PageFindBar::showResult(int active, int hits, bool isMore)
 {
     const QLocale locale;
-    m_result->setText(hits == 0 ? texts.at<"strNotFound", "Not found">()
-                                : texts.at<"strResult", "%1 of %2">().arg(locale.toString(active),
-                                                                          locale.toString(hits)));
+    if (hits == 0)
+        setResult(texts.at<"strNotFound", "Not found">());
+    else
+        setResult((isMore ? texts.at<"strResultOfMore", "%1 of more than %2">()
+                          : texts.at<"strResult", "%1 of %2">())
+                      .arg(locale.toString(active), locale.toString(hits)));
+}
+
+/// Screen readers tell it while the field has the keyboard.
+void PageFindBar::setResult(const QString &text)
+{
+    m_result->setText(text);
+    m_text->setAccessibleDescription(text);
 }
 
 void PageFindBar::keyPressEvent(QKeyEvent *event)

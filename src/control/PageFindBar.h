@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TextFinder.h"
+
 #include <QPointer>
 #include <QWidget>
 
@@ -20,6 +22,8 @@ public:
 
     /// Shows the bar with the page's selected words, if any, and takes the focus.
     void open();
+    /// The next or previous hit of what was looked for last, in whatever window; shows the bar.
+    void again(bool backwards);
     /// Hides the bar; the hit stays selected in the page.
     void dismiss();
     /// Takes one row, or two where one of `width` pixels leaves too little to type in, and returns
@@ -36,9 +40,13 @@ protected:
 private:
     QPushButton *addButton(const Text &caption);
     void arrange(bool inTwoRows);
+    QCheckBox *addSwitch(const Text &caption, bool isOn);
     void find(bool backwards);
     void findAnew();
-    void showResult(int active, int hits);
+    void takeLast();
+    TextFinder::Query query() const;
+    void showResult(int active, int hits, bool isMore);
+    void setResult(const QString &text);
 
     QPointer<QWebEnginePage> m_page;
     QHBoxLayout *m_upper;
@@ -46,11 +54,11 @@ private:
     QLabel *m_label;
     QLineEdit *m_text;
     QCheckBox *m_matchCase;
+    QCheckBox *m_wholeWord;
     QLabel *m_result;
     QPushButton *m_previous;
     QPushButton *m_next;
     QPushButton *m_close;
+    TextFinder *m_finder;
     bool m_inTwoRows = false;
-    /// The engine answers also searches that later ones have overtaken.
-    int m_newest = 0;
 };

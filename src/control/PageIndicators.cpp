@@ -16,8 +16,17 @@ PageIndicators::PageIndicators(QObject *parent)
     : QObject(parent)
 {
     connect(&CookiePolicy::instance(), &CookiePolicy::refused, this, &PageIndicators::noteRefusal);
-    connect(&CertificateExceptions::instance(), &CertificateExceptions::changed, this,
-            &PageIndicators::refresh);
+    useExceptions(CertificateExceptions::instance());
+}
+
+void PageIndicators::useExceptions(CertificateExceptions &exceptions)
+{
+    if (m_exceptions == &exceptions)
+        return;
+    if (m_exceptions)
+        m_exceptions->disconnect(this);
+    m_exceptions = &exceptions;
+    connect(m_exceptions, &CertificateExceptions::changed, this, &PageIndicators::refresh);
 }
 
 void PageIndicators::noteRefusal(const QString &host)
@@ -34,6 +43,7 @@ void PageIndicators::noteRefusal(const QString &host)
 
 void PageIndicators::watch(WebPage *page)
 {
+    useExceptions(page->certificates().exceptions());
     connect(page, &WebPage::mixedContentSeen, this, [this] {
         m_mixed = true;
         refresh();
@@ -85,9 +95,9 @@ void PageIndicators::distrust()
 /// A certificate that is not valid gets as far as a page only where the user let it pass.
 bool PageIndicators::isUnprovenByNow() const
 {
-    const CertificateExceptions &exceptions = CertificateExceptions::instance();
-    return exceptions.hasHost(m_url) || exceptions.hasOneOf(m_partHosts)
-        || (m_partHosts.size() >= mostHosts && !exceptions.isEmpty());
+    return m_exceptions
+        && (m_exceptions->hasHost(m_url) || m_exceptions->hasOneOf(m_partHosts)
+            || (m_partHosts.size() >= mostHosts && !m_exceptions->isEmpty()));
 }
 
 void PageIndicators::refresh()

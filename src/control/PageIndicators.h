@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QSet>
 #include <QUrl>
+
+#include "CertificateExceptions.h"
 
 class WebPage;
 
@@ -31,11 +34,14 @@ signals:
     void privacyImpacted(bool impacted);
 
 private:
+    void useExceptions(CertificateExceptions &exceptions);
     void noteRefusal(const QString &host);
     void notePart(const QUrl &url, const QUrl &sender);
     bool isUnprovenByNow() const;
     void refresh();
 
+    /// The page's; null once they have gone with its profile.
+    QPointer<CertificateExceptions> m_exceptions;
     QUrl m_url;
     QUrl m_expected;
     /// Whom the page, and perhaps the one on its way, asked for parts. What is answered late may

@@ -1,5 +1,6 @@
 #include "PageLife.h"
 
+#include "EngineProfile.h"
 #include "Listener.h"
 #include "Log.h"
 #include "PageHold.h"
@@ -35,17 +36,38 @@ void PageLife::setQuestions(PageQuestions *questions)
     connect(questions, &PageQuestions::shown, m_host, &BrowserHost::endFullScreen);
 }
 
+void PageLife::setPrivate()
+{
+    m_isPrivate = true;
+    m_session = PrivateProfiles::join();
+}
+
+QWebEngineProfile *PageLife::profile()
+{
+    if (!m_isPrivate)
+        return engineProfile();
+    if (!m_session)
+        m_session = PrivateProfiles::join();
+    return m_session.get();
+}
+
 void PageLife::begin()
 {
     if (!m_page)
-        use(SparePage::take());
+        use(SparePage::take(profile()));
+}
+
+void PageLife::beginAnew()
+{
+    if (!m_page)
+        use(new WebPage(profile()));
 }
 
 void PageLife::adopt(QWebEngineNewWindowRequest &request)
 {
     // The spare page has contents of its own already, which those of the request replace. A page
     // without would be left half made, and end the program as soon as a script touches it.
-    WebPage *page = SparePage::take();
+    WebPage *page = SparePage::take(profile());
     request.openIn(page);
     // Until Qt 6.6.1 it is lost (QTBUG-117867).
     page->renewInterceptor();
@@ -73,11 +95,9 @@ void PageLife::use(WebPage *page)
         },
         Qt::QueuedConnection);
     connect(m_page, &QWebEnginePage::fullScreenRequested, m_bond.get(),
-            [this](const QWebEngineFullScreenRequest &request) {
-                if (m_host)
-                    m_host->answerFullScreen(request);
-            });
-    connect(&m_page->leaving(), &LeavingPage::stuck, m_bond.get(), [this] { endStuck(); });
+            [this](const QWebEngineFullScreenRequest &request) { answerFullScreen(request); });
+    connect(&m_page->leaving(), &LeavingPage::stuck, m_bond.get(),
+            [this] { endStuck(std::exchange(m_wayOut, {})); });
     connect(m_page, &QWebEnginePage::renderProcessTerminated, m_bond.get(),
             [this](QWebEnginePage::RenderProcessTerminationStatus status) {
                 // Pages that are being shut down end normally.
@@ -90,6 +110,8 @@ void PageLife::use(WebPage *page)
 
 void PageLife::end()
 {
+    if (m_page)
+        emit going();
     living.removeOne(this);
     m_bond.reset();
     if (m_questions)
@@ -136,13 +158,17 @@ void PageLife::setShown(bool shown)
     applyShown();
 }
 
+bool PageLife::isInSight() const
+{
+    return m_shown && m_view->isVisible() && !m_view->window()->isMinimized();
+}
+
 /// A page that can be heard goes on as if it were seen.
 void PageLife::applyShown()
 {
     if (!m_page || !m_view || m_crashed)
         return;
-    const bool inSight = m_shown && m_view->isVisible() && !m_view->window()->isMinimized();
-    const bool isVisible = inSight || m_page->recentlyAudible();
+    const bool isVisible = isInSight() || m_page->recentlyAudible();
     if (m_page->isVisible() && !isVisible)
         emit goingOutOfSight();
     m_page->setVisible(isVisible);
@@ -216,15 +242,32 @@ bool PageLife::leave(LeavingPage::Way way, const std::function<void()> &command)
     return true;
 }
 
+/// What the user is asked must be in sight, and no page comes from behind others. One that is
+/// refused never hears of it, and can ask no more.
+void PageLife::answerFullScreen(QWebEngineFullScreenRequest request)
+{
+    const bool isAsking = m_questions && m_questions->shownQuestion();
+    if (!request.toggleOn() || (!isAsking && m_view && isInSight())) {
+        if (m_host)
+            m_host->answerFullScreen(request);
+        return;
+    }
+    request.accept();
+    QMetaObject::invokeMethod(
+        m_page, [page = m_page] { page->triggerAction(QWebEnginePage::ExitFullScreen); },
+        Qt::QueuedConnection);
+}
+
 /// Its process goes with what is discarded.
-void PageLife::endStuck()
+void PageLife::endStuck(const std::function<void()> &command)
 {
     if (m_crashed)
         return;
-    qCInfo(lcEngine) << "a page that does nothing but ask is ended:" << m_page->url().host();
+    qCInfo(lcEngine) << "a page that would not go is ended:"
+                     << PrivateProfiles::siteForLog(*m_page);
     noteCrash();
-    if (m_wayOut)
-        QTimer::singleShot(0, m_bond.get(), std::exchange(m_wayOut, {}));
+    if (command)
+        QTimer::singleShot(0, m_bond.get(), command);
 }
 
 void PageLife::noteUserAction()

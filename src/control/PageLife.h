@@ -3,6 +3,7 @@
 #include "BrowserHost.h"
 #include "LeavingPage.h"
 #include "PageQuestions.h"
+#include "PrivateProfiles.h"
 #include "WebPage.h"
 #include "WebView.h"
 
@@ -11,6 +12,7 @@
 #include <memory>
 
 class Listener;
+class QWebEngineFullScreenRequest;
 class QWebEngineNewWindowRequest;
 
 /// The page of an engine control: how it comes, is made for a window that a page asked for, loses
@@ -29,8 +31,15 @@ public:
     PageQuestions *questions() const { return m_questions; }
     void setQuestions(PageQuestions *questions);
 
+    /// Its pages are private from the first on.
+    void setPrivate();
+    /// The window is closing: the next private one may begin anew.
+    void leaveSession() { m_session.reset(); }
     /// Makes the page where there is none.
     void begin();
+    /// The same for one that comes out of its history: the engine makes that anew, with a process
+    /// of its own, so that none is started ahead.
+    void beginAnew();
     /// The page is the one that another page has asked for. Inside its engine callback only.
     void adopt(QWebEngineNewWindowRequest &request);
     /// What the engine still does for the user with the page it does to its end, unseen.
@@ -52,12 +61,16 @@ public:
     void leaveUnheard(const std::function<void()> &command);
     /// The same for a page that the user stops.
     bool stopsAnswering();
+    /// Ends a page that would not go by itself, as if it had crashed; `command` runs then.
+    void endStuck(const std::function<void()> &command);
     /// The user did something with the page himself.
     void noteUserAction();
 
 signals:
     /// All connections to the page and its view have `bond` as their receiver: it goes with them.
     void came(WebPage *page, WebView *view, QObject *bond);
+    /// The page is about to go.
+    void going();
     /// The page's process has ended.
     void crashed();
     /// The page is about to be told that nobody sees it; the engine forgets what it looked like.
@@ -67,13 +80,17 @@ protected:
     bool event(QEvent *event) override;
 
 private:
+    QWebEngineProfile *profile();
     void use(WebPage *page);
+    bool isInSight() const;
     void applyShown();
     void noteCrash();
     bool leave(LeavingPage::Way way, const std::function<void()> &command);
-    void endStuck();
+    void answerFullScreen(QWebEngineFullScreenRequest request);
     void discardCrashed();
 
+    bool m_isPrivate = false;
+    PrivateProfiles::Session m_session;
     QPointer<BrowserHost> m_host;
     Listener &m_listener;
     QPointer<WebPage> m_page;

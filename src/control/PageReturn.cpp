@@ -4,6 +4,7 @@
 #include "Log.h"
 #include "NavigationHistory.h"
 #include "PageScripts.h"
+#include "PrivateProfiles.h"
 #include "WebPage.h"
 
 #include <QBuffer>
@@ -46,7 +47,7 @@ PageState PageReturn::stateOf(WebPage &page, const NavigationHistory &history, S
     state.zoom = page.zoomFactor();
     state.isMuted = page.isAudioMuted();
     state.hasTyped = page.hasTyped();
-    state.leavesTrace = page.leavesTrace();
+    state.leavesTrace = page.isListed();
     return state;
 }
 
@@ -68,7 +69,8 @@ bool PageReturn::bring(WebPage &page)
     QDataStream stream(bytes);
     stream >> m_skipped >> *page.history();
     if (page.history()->count() == 0) {
-        qCWarning(lcEngine) << "the history of a page could not be read:" << m_url.host();
+        qCWarning(lcEngine) << "the history of a page could not be read:"
+                            << PrivateProfiles::siteForLog(page);
         return false;
     }
     // The engine has made the page anew.

@@ -19,6 +19,9 @@ public:
     void await(const QString &url, const PageState &state);
     bool isAwaited() const { return m_isAwaited; }
     const PageState &state() const { return m_state; }
+    /// The page is to come with that zoom factor.
+    void setZoom(double factor) { m_state.zoom = factor; }
+    void setMuted(bool muted) { m_state.isMuted = muted; }
     /// Gives a page that has shown nothing yet what does not come by its load, and has the engine
     /// load it out of its history; false: there is none, and its address is to be loaded.
     bool bring(WebPage &page);

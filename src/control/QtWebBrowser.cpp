@@ -1,30 +1,23 @@
 #include "QtWebBrowser.h"
 
 #include "CertificateExceptions.h"
+#include "ContextTarget.h"
 #include "Downloads.h"
-#include "PageActivity.h"
+#include "Inspector.h"
+#include "OutsideRequests.h"
+#include "PageCertificates.h"
 #include "PageCommands.h"
 #include "PageConnection.h"
 #include "PagePermissions.h"
-#include "SleepPicture.h"
-#include "SleepReasons.h"
+#include "Settings.h"
+#include "ZoomScale.h"
 
-#include <QElapsedTimer>
-#include <QTimer>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineScript>
 #include <QWebEngineSettings>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-using namespace std::chrono_literals;
-/// A page that does not tell when it is in sight is by then.
-constexpr auto untilInSight = 500ms;
-/// Each takes about ten milliseconds.
-constexpr int mostPicturesInARow = 5;
-constexpr int pictureRowMs = 200;
-}
 
 QtWebBrowser::QtWebBrowser(QWidget *host)
     : WebBrowser(host)
@@ -32,6 +25,8 @@ QtWebBrowser::QtWebBrowser(QWidget *host)
     , m_navigator(m_life, m_listener)
     , m_windows(m_life, m_navigator, m_listener)
     , m_consent(m_life, m_navigator)
+    , m_silence(m_life)
+    , m_sound(m_life, m_listener)
     , m_title(nullptr)
 {
     connect(m_life.host(), &BrowserHost::reloadRequested, this, &QtWebBrowser::refresh);
@@ -41,9 +36,14 @@ QtWebBrowser::QtWebBrowser(QWidget *host)
             [this] { m_listener.tell(&WebBrowserEvents::wakeWanted); });
     connect(this, &WebBrowser::loadEnded, this, &QtWebBrowser::dropPictureSoon);
     connect(&m_life, &PageLife::goingOutOfSight, this, &QtWebBrowser::takePassingPicture);
-    connect(&m_navigator.teller(), &NavigationTeller::pageCame, this,
-            [this] { m_picture.clear(); });
+    connect(&m_navigator.teller(), &NavigationTeller::pageCame, this, [this] {
+        m_picture.clear();
+        m_zoom.pageCame(page()->url());
+    });
+    connect(&m_zoom, &PageZoom::changed, this, &QtWebBrowser::followZoom);
     connect(&m_life, &PageLife::came, this, &QtWebBrowser::watch);
+    connect(&m_life, &PageLife::crashed, this,
+            [this] { m_listener.tell(&WebBrowserEvents::contextMenuOver); });
     connect(&m_navigator, &Navigator::refreshRequested, this, &QtWebBrowser::refresh);
     connect(&m_navigator.teller(), &NavigationTeller::loadEnded, this, &QtWebBrowser::loadEnded);
     connect(&m_windows, &WindowRequests::dropped, this, &QtWebBrowser::navigate);
@@ -59,8 +59,16 @@ QtWebBrowser::~QtWebBrowser()
     dropPage();
 }
 
+void QtWebBrowser::setEvents(WebBrowserEvents *events)
+{
+    m_listener.set(events);
+    if (!events)
+        m_life.leaveSession();
+}
+
 void QtWebBrowser::watch(WebPage *page, WebView *view, QObject *bond)
 {
+    m_zoom.use(page, view, bond);
     connect(page, &QWebEnginePage::titleChanged, bond,
             [this](const QString &title) { m_title.put(title); });
     connect(page, &QWebEnginePage::urlChanged, bond, [this] { emit stateChanged(); });
@@ -81,9 +89,28 @@ void QtWebBrowser::watch(WebPage *page, WebView *view, QObject *bond)
         if (m_life.host())
             m_life.host()->dropPicture();
     });
+    // Not from inside the engine, which tells of it.
+    connect(
+        page, &WebPage::backKeyPressed, bond,
+        [this, view] {
+            if (!view->mayTakeText() && Settings::backspaceGoesBack.isOne())
+                goBack();
+        },
+        Qt::QueuedConnection);
     connect(page, &WebPage::wanted, bond, [this] { m_listener.tell(&WebBrowserEvents::wanted); });
+    connect(page, &WebPage::arrived, bond,
+            [this] { m_listener.tell(&WebBrowserEvents::contextMenuOver); });
+    connect(view, &WebView::menuWanted, bond,
+            [this](const ContextTarget &target) { openMenu(target); });
     connect(view, &WebView::gotFocus, bond,
             [this] { m_listener.tell(&WebBrowserEvents::gotFocus); });
+}
+
+void QtWebBrowser::openMenu(ContextTarget target)
+{
+    for (const HistoryStep &step : historySteps())
+        (step.offset < 0 ? target.canGoBack : target.canGoForward) = true;
+    m_listener.tell(&WebBrowserEvents::contextMenuWanted, target);
 }
 
 void QtWebBrowser::tellUse()
@@ -92,75 +119,40 @@ void QtWebBrowser::tellUse()
     m_listener.tell(&WebBrowserEvents::useChange, useText(used));
 }
 
+qint64 QtWebBrowser::process() const
+{
+    return page() ? page()->renderProcessPid() : 0;
+}
+
+Inspector *QtWebBrowser::makeInspector()
+{
+    if (!page() || isPageHidden())
+        return nullptr;
+    auto *inspector = new Inspector(*page(), nullptr);
+    connect(&m_life, &PageLife::going, inspector, &Inspector::end);
+    connect(&m_life, &PageLife::crashed, inspector, &Inspector::end);
+    return inspector;
+}
+
 void QtWebBrowser::endUse()
 {
     if (page())
         page()->permissions().endUse();
 }
 
-/// The page goes.
-void QtWebBrowser::navigateLater(const QString &url, const PageState &state)
+void QtWebBrowser::setMuted(bool muted)
 {
-    m_navigator.waitAt(url, state);
-    tellUse();
-}
-
-SleepLimit QtWebBrowser::maySleep() const
-{
-    return page() ? sleepLimitOf(*page(), m_navigator.state()) : SleepLimit::Nothing;
-}
-
-void QtWebBrowser::askToSleep(const std::function<void(bool)> &done)
-{
-    // Without a process there is nobody to ask.
-    if (page() && page()->renderProcessPid() != 0)
-        page()->activity().askToGo(done);
-    else
-        QTimer::singleShot(0, this, [done] { done(true); });
-}
-
-void QtWebBrowser::fallAsleep()
-{
-    if (!page() || !m_life.host())
-        return;
-    m_life.host()->endFullScreen();
-    if (page()->isVisible())
-        takePicture();
-    const QByteArray picture = std::exchange(m_picture, {});
-    navigateLater(locationUrl(), pageState());
-    m_life.host()->showPicture(picture);
-}
-
-/// Many windows that go at once must not hold the interface for it.
-void QtWebBrowser::takePassingPicture()
-{
-    static QElapsedTimer sinceLast;
-    static int inARow = 0;
-    inARow = sinceLast.isValid() && sinceLast.elapsed() < pictureRowMs ? inARow + 1 : 0;
-    sinceLast.start();
-    if (inARow < mostPicturesInARow)
-        takePicture();
-}
-
-void QtWebBrowser::takePicture()
-{
-    if (m_life.view() && m_life.view()->isVisible())
-        m_picture = SleepPicture::packed(m_life.view()->grab());
-}
-
-void QtWebBrowser::dropPictureSoon()
-{
-    if (!isWaiting()) {
-        QTimer::singleShot(untilInSight, this, [this] {
-            if (!isWaiting() && !isBusy() && m_life.host())
-                m_life.host()->dropPicture();
-        });
-    }
+    if (isWaiting())
+        m_navigator.setMutedToCome(muted);
+    else if (page())
+        page()->setAudioMuted(muted);
+    m_sound.tell(isMuted());
+    emit stateChanged();
 }
 
 bool QtWebBrowser::mayRun(const std::function<void()> &command)
 {
-    if (m_life.waitsForAnswer(command))
+    if (m_life.waitsForAnswer(command) || m_silence.leave(command))
         return false;
     m_life.leaveUnheard(command);
     m_life.noteUserAction();
@@ -169,8 +161,11 @@ bool QtWebBrowser::mayRun(const std::function<void()> &command)
 
 void QtWebBrowser::navigate(const QString &url)
 {
-    if (mayRun([this, url] { navigate(url); }))
-        m_navigator.load(url, false);
+    if (!mayRun([this, url] { navigate(url); }))
+        return;
+    if (isWaiting())
+        m_zoom.forget();
+    m_navigator.load(url, false);
 }
 
 void QtWebBrowser::navigateForPage(const QString &url)
@@ -215,12 +210,19 @@ void QtWebBrowser::refresh2(int level)
                                            : QWebEnginePage::Reload);
 }
 
+void QtWebBrowser::stop()
+{
+    m_silence.stay();
+    m_navigator.stop();
+}
+
 /// Until the program ends, where that very page still stands for the window.
 void QtWebBrowser::goOn(const CertificateFailure &failure)
 {
     if (!mayRun([this, failure] { goOn(failure); }))
         return;
-    CertificateExceptions::instance().add(failure);
+    if (page())
+        page()->certificates().exceptions().add(failure);
     m_navigator.askAgain(failure.url);
 }
 
@@ -233,17 +235,82 @@ void QtWebBrowser::leaveFailure()
 void QtWebBrowser::showCertificates()
 {
     if (page() && m_life.host())
-        PageConnection::open(QUrl(locationUrl()), m_life.host());
+        PageConnection::open(QUrl(locationUrl()), page()->certificates().exceptions(),
+                             m_life.host());
 }
 
 bool QtWebBrowser::execCommand(OleCmd command, OleExecOpt, const QVariant *in, QVariant *out)
 {
-    return page() && PageCommands::run(page(), command, in, out);
+    // These are for whatever the window shows next, too.
+    const bool isForWindow = command == OleCmd::PageSetup || command == OleCmd::Zoom;
+    if (!page() || (!isForWindow && isPageHidden()))
+        return false;
+    return command == OleCmd::Zoom ? runZoom(in, out) : PageCommands::run(page(), command);
+}
+
+/// The sizes of text are marks on the scale.
+bool QtWebBrowser::runZoom(const QVariant *in, QVariant *out)
+{
+    constexpr const auto &levels = ZoomScale::fontSizes;
+    if (in) {
+        bool isNumber = false;
+        const int level = in->toInt(&isNumber);
+        if (!isNumber || level < 0 || level >= int(levels.size()))
+            return false;
+        m_zoom.choose(levels[size_t(level)]);
+        return true;
+    }
+    const auto *level = std::find(levels.begin(), levels.end(), m_zoom.percent());
+    if (!out || level == levels.end())
+        return false;
+    *out = int(level - levels.begin());
+    return true;
+}
+
+void QtWebBrowser::setZoom(int percent)
+{
+    if (page())
+        m_zoom.choose(percent);
+}
+
+void QtWebBrowser::zoomBy(int steps)
+{
+    if (page())
+        m_zoom.walk(steps);
+}
+
+void QtWebBrowser::followZoom()
+{
+    if (isWaiting())
+        m_navigator.setZoomToCome(m_zoom.factor());
+    m_listener.tell(&WebBrowserEvents::zoomChange, m_zoom.percent());
+    emit stateChanged();
+}
+
+void QtWebBrowser::act(PageAct act)
+{
+    if (page() && !isPageHidden())
+        PageCommands::act(*page(), act);
+}
+
+void QtWebBrowser::replaceWord(const QString &word)
+{
+    if (page() && !isPageHidden())
+        page()->replaceMisspelledWord(word);
+}
+
+void QtWebBrowser::followLink(const QString &url)
+{
+    const QUrl link = QUrl::fromEncoded(url.toUtf8());
+    if (!isOutsideAddress(link))
+        navigate(url);
+    else if (page())
+        OutsideRequests::put(*page(), {link});
 }
 
 int QtWebBrowser::queryStatus(OleCmd command)
 {
-    return page() ? PageCommands::status(page(), command) : 0;
+    return page() && !isPageHidden() ? PageCommands::status(page(), command) : 0;
 }
 
 void QtWebBrowser::setFocus()
@@ -256,6 +323,12 @@ void QtWebBrowser::find()
 {
     if (m_life.host())
         m_life.host()->openFindBar();
+}
+
+void QtWebBrowser::findAgain(bool backwards)
+{
+    if (m_life.host())
+        m_life.host()->findAgain(backwards);
 }
 
 void QtWebBrowser::move(int left, int top, int width, int height)
@@ -271,7 +344,7 @@ QString QtWebBrowser::addressBeforePage(const QString &asked) const
 
 void QtWebBrowser::outerHtml(const std::function<void(const QString &)> &done)
 {
-    if (!page()) {
+    if (!page() || isPageHidden()) {
         done({});
         return;
     }

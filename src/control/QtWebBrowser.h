@@ -3,6 +3,9 @@
 #include "Listener.h"
 #include "Navigator.h"
 #include "PageLife.h"
+#include "PageZoom.h"
+#include "SilentPage.h"
+#include "SoundTeller.h"
 #include "TitleThrottle.h"
 #include "UserConsent.h"
 #include "WebBrowser.h"
@@ -18,7 +21,8 @@ public:
     ~QtWebBrowser() override;
 
     QWidget *widget() override { return m_life.host(); }
-    void setEvents(WebBrowserEvents *events) override { m_listener.set(events); }
+    void setEvents(WebBrowserEvents *events) override;
+    void setPrivate() override { m_life.setPrivate(); }
     void setQuestions(PageQuestions *questions) override { m_life.setQuestions(questions); }
     void navigate(const QString &url) override;
     void navigateForPage(const QString &url) override;
@@ -38,15 +42,22 @@ public:
     bool goTo(int offset) override;
     void refresh() override;
     void refresh2(int level) override;
-    void stop() override { m_navigator.stop(); }
+    void stop() override;
     bool execCommand(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
                      QVariant *out = nullptr) override;
+    void act(PageAct act) override;
+    void replaceWord(const QString &word) override;
+    void followLink(const QString &url) override;
     int queryStatus(OleCmd command) override;
     void setFocus() override;
+    void setZoom(int percent) override;
+    void zoomBy(int steps) override;
     void find() override;
+    void findAgain(bool backwards) override;
     void move(int left, int top, int width, int height) override;
     QString locationUrl() const override { return m_navigator.state().location(); }
     QString addressBeforePage(const QString &asked) const override;
+    bool isVisit() const override { return m_navigator.state().isVisit(); }
     bool hasDocument() const override { return m_navigator.state().hasDocument(); }
     void clearDocument() override { }
     void outerHtml(const std::function<void(const QString &)> &done) override;
@@ -55,7 +66,10 @@ public:
     Arrival arrivedBy() const override { return m_navigator.state().arrival(); }
     WindowRequest currentRequest() const override { return m_windows.current(); }
     void setRefusesUnaskedWindows(bool refuses) override;
+    Inspector *makeInspector() override;
     void endUse() override;
+    void setMuted(bool muted) override;
+    qint64 process() const override;
     bool isSilent() const override { return m_silent; }
     void setSilent(bool silent) override { m_silent = silent; }
     void setRegisterAsBrowser(bool) override { }
@@ -70,9 +84,16 @@ public:
 
 private:
     void watch(WebPage *page, WebView *view, QObject *bond);
+    /// The page goes, and `picture` (`SleepPicture::packed`) stands in its place.
+    void wait(const QString &url, const PageState &state, const QByteArray &picture);
     void goOn(const CertificateFailure &failure);
     void leaveFailure();
+    /// The user sees a page of ours in its place.
+    bool isPageHidden() const { return m_life.host() && m_life.host()->hidesPage(); }
+    bool runZoom(const QVariant *in, QVariant *out);
+    void followZoom();
     void tellUse();
+    void openMenu(ContextTarget target);
     void dropPictureSoon();
     void takePicture();
     void takePassingPicture();
@@ -84,7 +105,10 @@ private:
     Navigator m_navigator;
     WindowRequests m_windows;
     UserConsent m_consent;
+    SilentPage m_silence;
+    SoundTeller m_sound;
     TitleThrottle m_title;
+    PageZoom m_zoom;
     /// What the page looked like when it went out of sight (`SleepPicture::packed`).
     QByteArray m_picture;
     bool m_silent = false;

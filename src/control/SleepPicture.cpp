@@ -8,6 +8,16 @@ namespace {
 /// Half the size in each direction is enough for a glance.
 constexpr int coarseness = 2;
 constexpr int quality = 60;
+
+/// Of the window that `widget` is in, as it is at that moment; empty where nothing around has one.
+QString titleAround(const QWidget &widget)
+{
+    for (const QWidget *each = &widget; each; each = each->parentWidget()) {
+        if (!each->windowTitle().isEmpty())
+            return each->windowTitle();
+    }
+    return {};
+}
 }
 
 QByteArray SleepPicture::packed(const QPixmap &page)
@@ -39,8 +49,23 @@ void SleepPicture::paintEvent(QPaintEvent *)
     painter.fillRect(rect(), palette().base());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     // One of a window that had another size is not stretched.
-    if (!picture.isNull())
+    if (picture.isNull())
+        paintTitle(painter);
+    else
         painter.drawImage(QRect(QPoint(), picture.size() * coarseness), picture);
+}
+
+void SleepPicture::paintTitle(QPainter &painter) const
+{
+    constexpr int margin = 12;
+    QFont font = painter.font();
+    font.setBold(true);
+    painter.setFont(font);
+    painter.setPen(palette().color(QPalette::Text));
+    const QRect place = rect().adjusted(margin, 0, -margin, 0);
+    painter.drawText(
+        place, Qt::AlignCenter,
+        painter.fontMetrics().elidedText(titleAround(*this), Qt::ElideRight, place.width()));
 }
 
 void SleepPicture::mousePressEvent(QMouseEvent *event)

@@ -4,8 +4,11 @@
 #include <QPixmap>
 #include <QWidget>
 
+class QPainter;
+
 /// What a page looked like when it was given up: shown in its place, coarsely, until it is back.
-/// The picture is kept packed, and unpacked only to be painted.
+/// The picture is kept packed, and unpacked only to be painted. Where nobody has seen the page yet
+/// the title of the window it is in stands there.
 class SleepPicture : public QWidget {
     Q_OBJECT
 
@@ -28,5 +31,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
 
 private:
+    void paintTitle(QPainter &painter) const;
+
     QByteArray m_packed;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "WindowTabs.h"
+
 #include <QByteArray>
 #include <QIcon>
 #include <QList>
@@ -24,6 +26,21 @@ enum class OleCmd {
     Zoom = 19,
 };
 
+/// What the user has the engine do with what the menu of its page was opened on last.
+enum class PageAct {
+    SaveLink,
+    SaveImage,
+    SaveMedia,
+    CopyImage,
+    PlayOrPause,
+    Mute,
+    Repeat,
+    Controls,
+    Redo,
+    PasteText,
+    Delete
+};
+
 enum class OleExecOpt { Default = 0, DoNotPromptUser = 2 };
 
 /// Bits of `WebBrowser::queryStatus`.
@@ -43,6 +60,8 @@ struct WindowRequest {
     QString url;
     /// The user clicked or pressed a key for it, once for one window.
     bool userInitiated = false;
+    /// He wants it behind the window that he is in, as by a click with the middle button.
+    bool behind = false;
 };
 
 /// Who brought a page into its window.
@@ -55,8 +74,10 @@ enum class Arrival {
     ByAddress,
 };
 
+class Inspector;
 class PageQuestions;
 class WebBrowser;
+struct ContextTarget;
 struct ScriptError;
 
 /// What a page needs, besides its address, to come back as it was.
@@ -66,6 +87,7 @@ struct PageState {
     QByteArray history;
     /// CSS pixels.
     QPoint scroll;
+    /// A factor; 1 leaves it to what the user chose for the site.
     double zoom = 1;
     bool isMuted = false;
     /// The user has typed something into it.
@@ -111,7 +133,7 @@ public:
     virtual void beforeNavigate2(const QString &url, int &flags, bool &cancel) = 0;
     /// A page asks for a window: `target` is the engine control that is to show it.
     virtual void newWindow2(WebBrowser *&target, bool &cancel) = 0;
-    /// The user chose the page's own menu item that opens a link in a new window.
+    /// The user dropped several links on the page, and this is not the first.
     virtual void openLinkInNewWindow(const QString &) { }
     /// A navigation ended and brought no page: the window shows what it showed before.
     virtual void navigationGivenUp() { }
@@ -133,10 +155,18 @@ public:
     /// server whose certificate proves nothing and that the user went on to all the same.
     virtual void setSecureLockIcon(int secureLockIcon) = 0;
     virtual void privacyImpactedStateChange(bool impacted) = 0;
+    /// How large the page is shown from now on, percent.
+    virtual void zoomChange(int) { }
     /// What the page uses of camera, microphone and screen from now on, in words; empty: nothing.
     virtual void useChange(const QString &) { }
+    /// The page can be heard, or has been muted, from now on.
+    virtual void soundChange(PageSound) { }
     /// The user wants to see the page.
     virtual void wanted() { }
+    /// The user wants a menu on the page; inside the engine.
+    virtual void contextMenuWanted(const ContextTarget &) { }
+    /// The page that a menu may have been opened on is there no longer.
+    virtual void contextMenuOver() { }
     /// The user turned to what stands for a page that was given up.
     virtual void wakeWanted() { }
     /// The keyboard focus has come to the page.
@@ -159,6 +189,10 @@ public:
     /// Who is told of events; null from when the window begins to go away.
     virtual void setEvents(WebBrowserEvents *events) = 0;
 
+    /// All that the control shows is private, and nothing of it is written down or shared with what
+    /// is not. For good, before its first page.
+    virtual void setPrivate() { }
+
     /// Where the pages ask their user; without it nobody is asked.
     virtual void setQuestions(PageQuestions *) { }
 
@@ -178,8 +212,8 @@ public:
     virtual PageState pageState(StateDepth depth = StateDepth::All) const = 0;
     /// Whether the page may be given up while nobody looks at it.
     virtual SleepLimit maySleep() const { return SleepLimit::Nothing; }
-    /// Asks the page, unseen, whether it can be left without a question to its user; `done` is
-    /// called later, and not where the page goes first.
+    /// Asks the page, unseen, whether it can be left without a question to its user; one that may
+    /// takes that for its end. `done` is called later, and not where the page goes first.
     virtual void askToSleep(const std::function<void(bool may)> &done) { done(true); }
     /// Gives the page up, to come back as it was with `navigateNow`; what it looked like stands in
     /// its place. Never inside an engine callback.
@@ -198,11 +232,23 @@ public:
     /// Runs a command. A null `in` or `out` is an argument left out.
     virtual bool execCommand(OleCmd command, OleExecOpt option, const QVariant *in = nullptr,
                              QVariant *out = nullptr) = 0;
+    /// Nothing where there is no page.
+    virtual void act(PageAct) { }
+    /// Puts `word` in place of the misspelled one that the menu was opened on last.
+    virtual void replaceWord(const QString &) { }
+    /// Goes where a link of the page leads that its user chose: here, or to another program.
+    virtual void followLink(const QString &url) { navigate(url); }
     /// `OleCmdStatus` bits.
     virtual int queryStatus(OleCmd command) = 0;
     virtual void setFocus() = 0;
+    /// Shows the page, and all of its site, in that size from now on; percent.
+    virtual void setZoom(int) { }
+    /// So many steps larger or, below 0, smaller.
+    virtual void zoomBy(int) { }
     /// Opens the engine's own bar for finding text in the page, and gives it the focus.
     virtual void find() = 0;
+    /// The next or previous hit of what was looked for last, in whatever window.
+    virtual void findAgain(bool) { }
     /// Places the control inside its window; pixels.
     virtual void move(int left, int top, int width, int height) = 0;
 
@@ -211,6 +257,8 @@ public:
     /// What stands for the window's address before it has a page: `asked`, unless a page opened
     /// the window and may have written into it.
     virtual QString addressBeforePage(const QString &asked) const { return asked; }
+    /// A page is there that came over its connection and may be kept among those visited.
+    virtual bool isVisit() const { return true; }
     /// False until the first document is there.
     virtual bool hasDocument() const = 0;
     /// Clears the current document; the page shown is not affected.
@@ -229,8 +277,18 @@ public:
     /// The request that `newWindow2` is being raised for.
     virtual WindowRequest currentRequest() const { return {}; }
 
+    /// The process that runs the page, which others may share; 0: there is none.
+    virtual qint64 process() const { return 0; }
+    /// The engine's developer tools for the page, made anew: whoever takes them owns them. Null
+    /// where there is no page.
+    virtual Inspector *makeInspector() { return nullptr; }
+
     /// Ends what the page uses of camera, microphone and screen, and refuses it from then on.
     virtual void endUse() { }
+
+    /// Of the page, and of the one that the control waits for.
+    virtual bool isMuted() const { return pageState(StateDepth::View).isMuted; }
+    virtual void setMuted(bool muted) = 0;
 
     /// True: script errors are not shown.
     virtual bool isSilent() const = 0;

@@ -36,7 +36,7 @@ WindowRequests::WindowRequests(PageLife &life, Navigator &navigator, const Liste
     , m_listener(listener)
 {
     connect(&life, &PageLife::came, this, &WindowRequests::watch);
-    connect(&navigator, &Navigator::pageAsked, this, [this] { m_dropped.clear(); });
+    connect(&navigator, &Navigator::pageAsked, this, &WindowRequests::forgetDrop);
     connect(&navigator.teller(), &NavigationTeller::windowAsked, this, [this] {
         placeAsOpened();
         m_requested = QRect();
@@ -46,23 +46,22 @@ WindowRequests::WindowRequests(PageLife &life, Navigator &navigator, const Liste
 void WindowRequests::watch(WebPage *page, WebView *view, QObject *bond)
 {
     m_requested = QRect();
-    m_dropped.clear();
+    forgetDrop();
     m_droppedOutside = 0;
     connect(page, &QWebEnginePage::newWindowRequested, bond,
             [this, page](QWebEngineNewWindowRequest &request) { answer(*page, request); });
-    connect(page, &WebPage::linkWindowRequested, bond, [this](const QUrl &url) {
-        m_listener.tell(&WebBrowserEvents::openLinkInNewWindow, encoded(url));
-    });
     connect(page, &QWebEnginePage::geometryChangeRequested, bond,
             [this](const QRect &pixels) { placeOnScreen(pixels); });
     connect(page, &WebPage::placeRequested, bond,
             [this](const QString &request) { placeByScript(request); });
     connect(page, &QWebEnginePage::windowCloseRequested, bond, [this] { answerClosing(); });
-    connect(view, &WebView::dropped, bond,
-            [this](const QStringList &addresses) { m_dropped = addresses; });
+    connect(view, &WebView::dropped, bond, [this](const QStringList &addresses, bool fromPage) {
+        m_dropped = addresses;
+        m_isDroppedByPage = fromPage;
+    });
     connect(view, &WebView::eventCame, bond, [this](const QEvent &event) {
         if (beginsAnew(event))
-            m_dropped.clear();
+            forgetDrop();
     });
 }
 
@@ -82,7 +81,9 @@ void WindowRequests::answer(WebPage &page, QWebEngineNewWindowRequest &request)
     }
     WebBrowser *target = nullptr;
     bool cancel = false;
-    m_current = {encoded(url), request.isUserInitiated()};
+    const bool behind = request.destination() == QWebEngineNewWindowRequest::InNewBackgroundTab;
+    // What the user did nothing for is not to hide from him.
+    m_current = {encoded(url), request.isUserInitiated(), behind && request.isUserInitiated()};
     m_listener.tell(&WebBrowserEvents::newWindow2, target, cancel);
     auto *control = qobject_cast<QtWebBrowser *>(target);
     if (!control || cancel)
@@ -101,11 +102,19 @@ void WindowRequests::askOutside(WebPage &page, const QWebEngineNewWindowRequest 
         page.settings()->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, false);
 }
 
+void WindowRequests::forgetDrop()
+{
+    m_dropped.clear();
+    m_isDroppedByPage = false;
+}
+
 /// The engine asks for a window for the first file or link that was dropped on a page that left it;
 /// it opens where it was dropped instead, and the others in windows of their own.
 bool WindowRequests::opensDropped(const QUrl &url)
 {
-    if (m_dropped.isEmpty() || url != QUrl(m_dropped.first()))
+    // Of a picture of a page, the engine names the file that it made.
+    const bool isMade = m_isDroppedByPage && url.isLocalFile();
+    if (!isMade && (m_dropped.isEmpty() || url != QUrl(m_dropped.first())))
         return false;
     QTimer::singleShot(0, this, [this, addresses = std::exchange(m_dropped, {})] {
         // Events run while a window opens.

@@ -33,6 +33,7 @@ private:
     void answer(WebPage &page, QWebEngineNewWindowRequest &request);
     void askOutside(WebPage &page, const QWebEngineNewWindowRequest &request);
     bool opensDropped(const QUrl &url);
+    void forgetDrop();
     void placeAsOpened();
     void placeOnScreen(const QRect &pixels);
     void placeByScript(const QString &request);
@@ -48,4 +49,5 @@ private:
     int m_droppedOutside = 0;
     /// What was dropped on the page last, while it may still turn out that the page left it.
     QStringList m_dropped;
+    bool m_isDroppedByPage = false;
 };

@@ -66,9 +66,11 @@ SourceWindow::~SourceWindow()
     keepCopy().leaveToLog();
 }
 
-SourceWindow *SourceWindow::openOn(const QString &html, const QString &address)
+SourceWindow *SourceWindow::openOn(const QString &html, const QString &address, Privacy privacy)
 {
     auto *window = new SourceWindow;
+    if (privacy == Privacy::Private)
+        window->setPrivate();
     window->m_editor->setText(html);
     window->m_editor->setSelStart(0);
     window->setSubject(address);
@@ -175,6 +177,11 @@ void SourceWindow::goToLine()
     dialog->open();
 }
 
+void SourceWindow::setPrivate()
+{
+    m_isPrivate = true;
+}
+
 void SourceWindow::setEdited(bool edited)
 {
     m_toldOfLoss = false;
@@ -182,17 +189,17 @@ void SourceWindow::setEdited(bool edited)
         return;
     m_edited = edited;
     // Folders can be long: the tool tip has all of it where the bar has not.
-    m_state->setText(
-        edited
-            ? texts.at<"strUnsaved", "Not saved. If closed like this, a copy is kept in %1">().arg(
-                RecoveredText::folder())
-            : QString());
+    const QString unsaved = m_isPrivate
+        ? texts.at<"strUnsavedPrivate", "Not saved, and gone if closed like this: it is private">()
+        : texts.at<"strUnsaved", "Not saved. If closed like this, a copy is kept in %1">().arg(
+            RecoveredText::folder());
+    m_state->setText(edited ? unsaved : QString());
     m_state->setToolTip(m_state->text());
 }
 
 WriteResult SourceWindow::keepCopy() const
 {
-    return m_edited ? RecoveredText::keep(m_editor->sourceFile()) : WriteResult();
+    return m_edited && !m_isPrivate ? RecoveredText::keep(m_editor->sourceFile()) : WriteResult();
 }
 
 void SourceWindow::closeEvent(QCloseEvent *event)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CommonDialog.h"
+#include "Frame.h"
 #include "WriteResult.h"
 
 #include <QMainWindow>
@@ -23,7 +24,11 @@ public:
     ~SourceWindow() override;
 
     /// Opens a window on a page's markup, the caret at its start.
-    static SourceWindow *openOn(const QString &html, const QString &address);
+    static SourceWindow *openOn(const QString &html, const QString &address,
+                                Privacy privacy = Privacy::Ordinary);
+    /// It holds text of a private page: no copy is kept of what is not saved.
+    void setPrivate();
+    bool isPrivate() const { return m_isPrivate; }
     /// What Help > About does; it is given the window to stand over.
     static void setAboutHandler(const std::function<void(QWidget *)> &handler);
 
@@ -59,6 +64,7 @@ private:
     CommonDialog m_dialog;
     QString m_subject;
     bool m_edited = false;
+    bool m_isPrivate = false;
     /// That closing the window loses its text.
     bool m_toldOfLoss = false;
 };

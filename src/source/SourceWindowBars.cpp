@@ -128,4 +128,9 @@ void SourceWindow::buildStatusBar()
     previous->setShortcut(QKeySequence::FindPrevious);
     connect(previous, &QAction::triggered, m_findBar, &FindBar::findPrevious);
     addAction(previous);
+    auto *close = new QAction(this);
+    close->setShortcut(Qt::CTRL | Qt::Key_W);
+    close->setAutoRepeat(false);
+    connect(close, &QAction::triggered, this, &SourceWindow::fileExit);
+    addAction(close);
 }

@@ -13,6 +13,7 @@
 #include "ShownText.h"
 #include "StatusStrip.h"
 #include "TextRules.h"
+#include "VisitRecorder.h"
 #include "WebBrowserMaker.h"
 #include "WindowTabs.h"
 
@@ -24,9 +25,11 @@
 
 using namespace Qt::StringLiterals;
 
-BrowserWindow::BrowserWindow(Frame &frame)
+BrowserWindow::BrowserWindow(Frame &frame, Privacy privacy)
     : InnerWindow(frame)
+    , m_privacy(privacy)
     , m_client(new QWidget)
+    , m_visits(new VisitRecorder(this))
     , m_budget(std::make_shared<PopupBudget>())
 {
     setObjectName(u"frmBrowser"_s);
@@ -34,6 +37,8 @@ BrowserWindow::BrowserWindow(Frame &frame)
     setWindowIcon(BrowserTabs::pageIcon());
     setWidget(m_client);
     m_browser = makeWebBrowser(m_client);
+    if (isPrivate())
+        m_browser->setPrivate();
     m_browser->setObjectName(u"brwWebBrowser"_s);
     m_browser->widget()->setObjectName(u"brwWebBrowser"_s);
     m_browser->setEvents(this);
@@ -41,6 +46,8 @@ BrowserWindow::BrowserWindow(Frame &frame)
     m_status = new StatusStrip(m_client);
     connect(m_status, &StatusStrip::connectionPressed, m_browser, &WebBrowser::showCertificates);
     connect(m_status, &StatusStrip::endOfUseWanted, this, &BrowserWindow::endUse);
+    connect(m_status, &StatusStrip::usualZoomWanted, m_browser,
+            [this] { m_browser->setZoom(100); });
     m_questions = new PageQuestions(m_client);
     m_browser->setQuestions(m_questions);
     connect(m_questions, &PageQuestions::stripChanged, this, &BrowserWindow::layOut);
@@ -71,10 +78,7 @@ BrowserWindow::BrowserWindow(Frame &frame)
                     m_frame.setAddressText(shownAddress());
                     // May run inside the engine, and windows that come up one after the other are
                     // each the active one for a moment.
-                    QTimer::singleShot(0, this, [this] {
-                        if (isActiveChild())
-                            wake();
-                    });
+                    wakeIfActiveSoon();
                 }
                 // What was left undone in the meantime; the client area may have kept its size.
                 if ((before & Qt::WindowMinimized) && !(now & Qt::WindowMinimized))
@@ -98,6 +102,11 @@ QString BrowserWindow::shownAddress() const
 void BrowserWindow::focusContents()
 {
     m_browser->setFocus();
+}
+
+void BrowserWindow::turnSound()
+{
+    m_browser->setMuted(!m_browser->isMuted());
 }
 
 void BrowserWindow::endUse()
@@ -149,6 +158,8 @@ void BrowserWindow::load()
     }
     m_frame.windowTabs().addTab(tabKey(), u"Loading..."_s);
     m_frame.windowTabs().setAsleep(tabKey(), isAsleep());
+    if (isPrivate())
+        m_frame.windowTabs().setPrivate(tabKey());
     // Known at once where there was nothing to load.
     if (m_named)
         showTitle();
@@ -239,7 +250,7 @@ bool BrowserWindow::keyDown(int keyCode, Qt::KeyboardModifiers shift)
 {
     if (keyCode != Qt::Key_N || shift != Qt::ControlModifier)
         return false;
-    m_frame.openBrowserWindow(m_browser->locationUrl(), WindowState::AsOthers);
+    m_frame.openWindowLike(m_privacy, m_browser->locationUrl(), WindowState::AsOthers);
     return true;
 }
 
@@ -251,6 +262,13 @@ bool BrowserWindow::isActiveChild() const
 BrowserWindow *activeBrowser(const Frame &frame)
 {
     return qobject_cast<BrowserWindow *>(frame.activeChild());
+}
+
+void openBesideActive(Frame &frame, const QString &url)
+{
+    const BrowserWindow *active = activeBrowser(frame);
+    frame.openWindowLike(active ? active->privacy() : Privacy::Ordinary, url,
+                         frame.newWindowState());
 }
 
 QList<BrowserWindow *> browserForms()

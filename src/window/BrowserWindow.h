@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Frame.h"
 #include "InnerWindow.h"
 #include "WebBrowser.h"
 
@@ -11,7 +12,9 @@ class PopupBudget;
 class PopupEntrance;
 class QWidget;
 class StatusStrip;
+class VisitRecorder;
 class ScriptErrorsDialog;
+struct ContextTarget;
 
 /// When a window loads its starting address.
 enum class Loading {
@@ -23,6 +26,22 @@ enum class Loading {
     Asleep
 };
 
+/// How much of a window's page is in sight.
+enum class Sight {
+    None,
+    /// Too little to be looked at.
+    Some,
+    /// A quarter of it, or more.
+    Enough
+};
+
+/// When a window that is asleep wakes.
+enum class Waking {
+    WhenGoneTo,
+    /// Or when enough of it is in sight, as at once if it is, in its turn.
+    InSight
+};
+
 /// The inner window that shows one web page: engine control, status bar, and their reflection in
 /// the window's tab and the shared address bar. The creator sets the public members, hands the
 /// window to `Frame::adopt` and shows it; the first show loads it.
@@ -30,7 +49,7 @@ class BrowserWindow : public InnerWindow, private WebBrowserEvents {
     Q_OBJECT
 
 public:
-    explicit BrowserWindow(Frame &frame);
+    explicit BrowserWindow(Frame &frame, Privacy privacy = Privacy::Ordinary);
     ~BrowserWindow() override;
 
     /// Opened when the window loads; empty: the window opens nothing itself.
@@ -44,6 +63,11 @@ public:
     /// True from a page's request for this window until its first navigation.
     bool isPopup = false;
 
+    /// Of a private window nothing is written anywhere, and the windows that it opens are private.
+    Privacy privacy() const { return m_privacy; }
+    bool isPrivate() const override { return m_privacy == Privacy::Private; }
+    /// It is open, and what it shows may be written down.
+    bool mayBeKept() const { return !m_unloaded && !isPrivate(); }
     WebBrowser *browser() const { return m_browser; }
     StatusStrip *statusBar() const { return m_status; }
     /// What its pages ask the user.
@@ -54,6 +78,7 @@ public:
     QString shownAddress() const override;
     void focusContents() override;
     void endUse() override;
+    void turnSound() override;
     /// Size of the client area, pixels.
     int innerWidth() const;
     int innerHeight() const;
@@ -66,18 +91,22 @@ public:
     /// Gives the page up, to come back as it was; nothing where there is none, or its user is being
     /// asked something. Never inside an engine callback. `SleepRules` says when.
     void fallAsleep();
-    /// Its page has been given up, and comes as soon as the window is gone to or comes into sight.
+    /// Its page has been given up, and comes as soon as the window is gone to, or in its turn
+    /// (`PageTurns`) as enough of it comes into sight.
     bool isAsleep() const { return m_isAsleep && m_browser->isWaiting(); }
     /// What stands for the page's title until that has come.
     void setTitle(const QString &title);
     /// The page of a sleeping window comes in its place. Never inside an engine callback.
     void wake();
     /// One that waits for its page sleeps from now on.
-    void waitAsleep();
+    void waitAsleep(Waking when);
 
     /// Whether any of the page is in sight.
-    bool isSeen() const { return m_isSeen; }
-    void setSeen(bool seen);
+    bool isSeen() const { return m_sight != Sight::None; }
+    /// Whether enough of it is to be looked at.
+    bool isInView() const { return m_sight == Sight::Enough; }
+    void setSight(Sight sight);
+    bool isActiveChild() const;
 
     void setVisible(bool visible) override;
 
@@ -86,12 +115,17 @@ signals:
     void waking();
     /// A page, or a frame of it, has finished loading.
     void documentCompleted(const QString &url);
+    /// The user wants the menu of what is at that place of the page. Inside the engine.
+    void menuWanted(const ContextTarget &target);
+    /// What such a menu was opened on is there no longer.
+    void menuOver();
 
 public slots:
     /// Puts the engine control back in its place.
     void layOut();
 
 protected:
+    bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
@@ -111,13 +145,19 @@ private:
     void windowClosing(bool isChildWindow, bool &cancel) override;
     void setSecureLockIcon(int secureLockIcon) override;
     void privacyImpactedStateChange(bool impacted) override;
+    void zoomChange(int percent) override;
     void useChange(const QString &text) override;
+    void soundChange(PageSound sound) override;
     void wanted() override;
     void wakeWanted() override { wake(); }
+    void contextMenuWanted(const ContextTarget &target) override { emit menuWanted(target); }
+    void contextMenuOver() override { emit menuOver(); }
     void gotFocus() override;
     void scriptFailed(const ScriptError &error) override;
 
     void load();
+    void wakeIfActiveSoon();
+    void wakeIfActive();
     void unloadWindow();
     bool keyDown(int keyCode, Qt::KeyboardModifiers shift);
     /// Puts the engine control over the client area, between a question's strip and the status
@@ -128,16 +168,17 @@ private:
     void placeStatusBar();
     void showTitle();
     void nameIfNameless();
-    BrowserWindow *makePopup(const QString &url, bool unasked);
+    BrowserWindow *makePopup(const WindowRequest &request);
     void firstNavigationIsLate();
     void openWaitingPopup(const QString &url);
     bool closedAsBlocked(const QString &url, bool &cancel);
     bool refusesEmptyWindow(const QString &url, bool &cancel);
     void renewBudget();
-    bool isActiveChild() const;
     void showAddress();
 
+    const Privacy m_privacy;
     QWidget *m_client = nullptr;
+    VisitRecorder *m_visits;
     WebBrowser *m_browser = nullptr;
     StatusStrip *m_status = nullptr;
     PageQuestions *m_questions = nullptr;
@@ -157,11 +198,15 @@ private:
     bool m_loaded = false;
     bool m_unloaded = false;
     bool m_isAsleep = false;
-    bool m_isSeen = true;
+    Sight m_sight = Sight::Enough;
 };
 
 /// The frame's active browser window; null when there is none.
 BrowserWindow *activeBrowser(const Frame &frame);
+
+/// A window on `url`, as private as the active one: what is searched from there, or dragged out of
+/// its page, is not to be known elsewhere.
+void openBesideActive(Frame &frame, const QString &url);
 
 /// All browser windows, in the order in which they were loaded.
 QList<BrowserWindow *> browserForms();

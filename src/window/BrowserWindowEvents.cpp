@@ -13,6 +13,7 @@
 #include "StatusStrip.h"
 #include "TextRules.h"
 #include "Texts.h"
+#include "VisitRecorder.h"
 #include "WindowTabs.h"
 
 #include <QUrl>
@@ -35,6 +36,7 @@ void BrowserWindow::titleChange(const QString &text)
     m_named = true;
     setWindowTitle(trimBlanks(shownText(text)));
     showTitle();
+    m_visits->titleChanged(windowTitle());
 }
 
 void BrowserWindow::showTitle()
@@ -99,7 +101,7 @@ void BrowserWindow::newWindow2(WebBrowser *&target, bool &cancel)
         cancel = true;
         return;
     }
-    target = makePopup(request.url, !request.userInitiated)->browser();
+    target = makePopup(request)->browser();
     cancel = false;
 }
 
@@ -108,13 +110,20 @@ void BrowserWindow::navigateComplete2(const QString &)
     renewBudget();
     if (m_scriptErrors)
         m_scriptErrors->pageChanged();
+    if (isPrivate()) {
+        showAddress();
+        return;
+    }
     m_frame.addAddress(m_browser->locationUrl(), isActiveChild());
+    if (m_browser->isVisit())
+        m_visits->pageCame(m_browser->locationUrl());
 }
 
-/// A download or an answer without a page leaves nothing to look at in a window made for it.
+/// A download or an answer without a page leaves nothing to look at in a window made for it, unless
+/// it is there that the user is asked.
 void BrowserWindow::nothingCame()
 {
-    if (!m_entrance || m_browser->arrivedBy() == Arrival::ByAddress)
+    if (!m_entrance || m_browser->arrivedBy() == Arrival::ByAddress || m_questions->shownQuestion())
         return;
     m_entrance->giveBack();
     m_frame.keepTyping([this] { unload(); });
@@ -130,6 +139,8 @@ void BrowserWindow::scriptFailed(const ScriptError &error)
 void BrowserWindow::locationChange(const QString &)
 {
     showAddress();
+    if (m_browser->isVisit() && !isPrivate())
+        m_visits->addressChanged(m_browser->locationUrl());
 }
 
 void BrowserWindow::navigationGivenUp()
@@ -139,6 +150,8 @@ void BrowserWindow::navigationGivenUp()
 
 void BrowserWindow::documentComplete(const QString &url)
 {
+    // One that came ahead of its page was taken for that of the page before.
+    m_visits->titleChanged(windowTitle());
     emit documentCompleted(url);
 }
 
@@ -173,10 +186,20 @@ void BrowserWindow::privacyImpactedStateChange(bool impacted)
     m_status->setPrivacyShown(impacted);
 }
 
+void BrowserWindow::zoomChange(int percent)
+{
+    m_status->setZoom(percent);
+}
+
 void BrowserWindow::useChange(const QString &text)
 {
     m_status->setUse(text);
     m_frame.windowTabs().setUse(tabKey(), text);
+}
+
+void BrowserWindow::soundChange(PageSound sound)
+{
+    m_frame.windowTabs().setSound(tabKey(), sound);
 }
 
 void BrowserWindow::wanted()

@@ -35,23 +35,24 @@ bool isAskedFor(const QString &url)
 
 /// A window for a page's request; its engine control is to take the request over. It comes up now,
 /// or when the list of blocked addresses has been asked about its first one.
-BrowserWindow *BrowserWindow::makePopup(const QString &url, bool unasked)
+BrowserWindow *BrowserWindow::makePopup(const WindowRequest &request)
 {
-    auto *window = new BrowserWindow(m_frame);
+    auto *window = new BrowserWindow(m_frame, m_privacy);
     window->startingAddress.clear();
     window->isPopup = true;
-    if (unasked) {
+    if (!request.userInitiated) {
         window->m_budget = m_budget;
         window->m_openedUnasked = true;
     }
     window->m_browser->setRegisterAsBrowser(true);
     window->m_browser->setSilent(m_frame.isOn(Settings::suppressScriptErrors));
-    window->m_entrance = std::make_unique<PopupEntrance>(*window, m_frame);
+    window->m_entrance = std::make_unique<PopupEntrance>(
+        *window, m_frame, request.behind ? PopupEntrance::Behind : PopupEntrance::InFront);
     if (m_frame.isOn(Settings::smartPopupKiller) && hasPopupPatterns())
         window->m_entrance->hold(*this);
     else
         window->m_entrance->comeUp();
-    QTimer::singleShot(isAskedFor(url) ? lateAfter : emptyAfter, window,
+    QTimer::singleShot(isAskedFor(request.url) ? lateAfter : emptyAfter, window,
                        &BrowserWindow::firstNavigationIsLate);
     return window;
 }
@@ -84,7 +85,7 @@ void BrowserWindow::openWaitingPopup(const QString &url)
 {
     m_browser->setRefusesUnaskedWindows(false);
     if (!m_unloaded && !m_frame.isOn(Settings::killPopups))
-        makePopup(url, true)->browser()->navigateForPage(url);
+        makePopup({url})->browser()->navigateForPage(url);
 }
 
 /// Closes this popup, and tells so, when the address it begins with is on the list of blocked
@@ -132,5 +133,5 @@ void BrowserWindow::renewBudget()
 
 void BrowserWindow::openLinkInNewWindow(const QString &url)
 {
-    m_frame.openBrowserWindow(url, m_frame.newWindowState());
+    m_frame.openWindowLike(m_privacy, url, m_frame.newWindowState());
 }

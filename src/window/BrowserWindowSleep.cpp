@@ -2,10 +2,22 @@
 #include "BrowserWindow.h"
 #include "Frame.h"
 #include "PageQuestions.h"
+#include "PageTurns.h"
 #include "PopupEntrance.h"
+#include "VisitRecorder.h"
 #include "WindowTabs.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QTimer>
+
+namespace {
+QEvent::Type activeEvent()
+{
+    static const auto type = QEvent::Type(QEvent::registerEventType());
+    return type;
+}
+}
 
 void BrowserWindow::fallAsleep()
 {
@@ -27,15 +39,45 @@ void BrowserWindow::wake()
     emit waking();
     m_isAsleep = false;
     m_frame.windowTabs().setAsleep(tabKey(), false);
+    m_visits->expectReturn(m_browser->locationUrl());
     m_browser->navigateNow();
 }
 
-void BrowserWindow::waitAsleep()
+/// Ahead of what the windows around do as this one becomes active.
+void BrowserWindow::wakeIfActiveSoon()
+{
+    if (isAsleep())
+        QCoreApplication::postEvent(this, new QEvent(activeEvent()), Qt::HighEventPriority);
+}
+
+bool BrowserWindow::event(QEvent *event)
+{
+    if (event->type() != activeEvent())
+        return InnerWindow::event(event);
+    wakeIfActive();
+    return true;
+}
+
+/// What stands for the page is in sight before the page, which takes its time to be made.
+void BrowserWindow::wakeIfActive()
+{
+    if (!isActiveChild() || !isAsleep())
+        return;
+    m_browser->widget()->repaint();
+    QTimer::singleShot(0, this, [this] {
+        if (isActiveChild())
+            wake();
+    });
+}
+
+void BrowserWindow::waitAsleep(Waking when)
 {
     m_isAsleep = true;
     m_frame.windowTabs().setAsleep(tabKey(), isAsleep());
     if (isActiveChild())
-        QTimer::singleShot(0, this, &BrowserWindow::wake);
+        wakeIfActiveSoon();
+    else if (when == Waking::InSight && isAsleep())
+        PageTurns::instance().add(this, PageTurns::Why::InSight);
 }
 
 void BrowserWindow::setTitle(const QString &title)
@@ -45,9 +87,11 @@ void BrowserWindow::setTitle(const QString &title)
 }
 
 /// One that was put to sleep in sight stays so until it is gone to.
-void BrowserWindow::setSeen(bool seen)
+void BrowserWindow::setSight(Sight sight)
 {
-    m_browser->setShown(seen);
-    if (std::exchange(m_isSeen, seen) != seen && seen)
-        QTimer::singleShot(0, this, &BrowserWindow::wake);
+    m_browser->setShown(sight != Sight::None);
+    const bool wasInView = isInView();
+    m_sight = sight;
+    if (!wasInView && isInView() && isAsleep())
+        PageTurns::instance().add(this, PageTurns::Why::InSight);
 }

@@ -31,7 +31,7 @@ namespace ClosedWindows {
 void note(const BrowserWindow &window)
 {
     const QString address = window.shownAddress();
-    if (window.isPopup || isNowhere(address)
+    if (window.isPopup || window.isPrivate() || isNowhere(address)
         || !window.browser()->pageState(StateDepth::View).leavesTrace)
         return;
     windows().prepend({address, window.windowTitle(), window.browser()->pageState(),

@@ -16,6 +16,23 @@ QRect pageOf(const BrowserWindow &window)
     return {page->mapTo(&window, QPoint(0, 0)) + window.pos(), page->size()};
 }
 
+double areaOf(const QRegion &region)
+{
+    double area = 0;
+    for (const QRect &part : region)
+        area += double(part.width()) * part.height();
+    return area;
+}
+
+/// Of a page at `place`, of which `visible` is not covered.
+Sight sightOf(const QRect &place, const QRegion &visible)
+{
+    constexpr double enough = 0.25;
+    if (visible.isEmpty())
+        return Sight::None;
+    return areaOf(visible) < enough * areaOf(place) ? Sight::Some : Sight::Enough;
+}
+
 void refreshNow(QMdiArea *area)
 {
     QRegion covered;
@@ -23,9 +40,10 @@ void refreshNow(QMdiArea *area)
     for (auto window = windows.crbegin(); window != windows.crend(); ++window) {
         auto *browserWindow = qobject_cast<BrowserWindow *>(*window);
         if (browserWindow && !browserWindow->isUnloaded()) {
-            const QRegion page(pageOf(*browserWindow) & area->viewport()->rect());
-            browserWindow->setSeen(!browserWindow->isMinimized()
-                                   && !page.subtracted(covered).isEmpty());
+            const QRect page = pageOf(*browserWindow);
+            const QRegion visible = QRegion(page & area->viewport()->rect()).subtracted(covered);
+            browserWindow->setSight(browserWindow->isMinimized() ? Sight::None
+                                                                 : sightOf(page, visible));
         }
         if (!(*window)->isHidden())
             covered += (*window)->geometry();

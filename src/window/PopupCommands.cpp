@@ -1,8 +1,8 @@
 #include "PopupCommands.h"
 
 #include "BlockedListDialog.h"
-#include "EngineProfile.h"
 #include "Frame.h"
+#include "Profiles.h"
 #include "Settings.h"
 
 #include <QAction>

@@ -9,9 +9,10 @@
 #include <QTimer>
 #include <utility>
 
-PopupEntrance::PopupEntrance(BrowserWindow &window, Frame &frame)
+PopupEntrance::PopupEntrance(BrowserWindow &window, Frame &frame, Place place)
     : m_window(window)
     , m_frame(frame)
+    , m_place(place)
 {
 }
 
@@ -32,7 +33,10 @@ void PopupEntrance::comeUp()
     m_frame.keepTyping([this] {
         m_frame.adopt(&m_window);
         // Being shown, the window lays itself out and fills itself with the control.
-        m_window.show();
+        if (m_place == Behind)
+            m_window.showBehind();
+        else
+            m_window.show();
     });
     if (!m_unplaced.isNull() && wanted != m_unplaced)
         control->setGeometry(wanted);

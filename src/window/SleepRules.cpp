@@ -4,6 +4,7 @@
 #include "PageQuestions.h"
 #include "Settings.h"
 
+#include <QPointer>
 #include <algorithm>
 
 namespace {
@@ -29,6 +30,25 @@ bool maySleep(const BrowserWindow &window, Why why)
         return false;
     const SleepLimit limit = browser.maySleep();
     return limit == SleepLimit::Nothing || (limit == SleepLimit::Connection && why != Why::Unseen);
+}
+
+/// Things may be different by the time the page has answered.
+void ask(BrowserWindow &window, Why why, const std::function<void()> &refused)
+{
+    const Why later = why == Why::User ? why : Why::OthersOfUser;
+    const bool wasSeen = window.isSeen();
+    window.browser()->askToSleep([window = QPointer(&window), later, wasSeen, refused](bool may) {
+        if (!window)
+            return;
+        if (!may && refused)
+            refused();
+        if (!may || !maySleep(*window, later))
+            return;
+        window->fallAsleep();
+        const bool isWanted = window->isSeen() && (!wasSeen || window->isActiveChild());
+        if (isWanted && later != Why::User)
+            window->waitAsleep(Waking::InSight);
+    });
 }
 
 std::chrono::minutes after()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 
 class BrowserWindow;
 
@@ -18,6 +19,10 @@ enum class Why {
 };
 
 bool maySleep(const BrowserWindow &window, Why why);
+/// Asks the page of one that may, and puts it to sleep where it can be left without a word; else
+/// `refused` is called, unless the window has gone. One that its user has come to meanwhile wakes
+/// at once: a page that said yes took that for its end.
+void ask(BrowserWindow &window, Why why, const std::function<void()> &refused = {});
 
 /// How long nobody has looked at a window that is put to sleep for it; 0: it never is.
 std::chrono::minutes after();

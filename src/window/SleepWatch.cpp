@@ -1,6 +1,7 @@
 #include "SleepWatch.h"
 
 #include "BrowserWindow.h"
+#include "PageTurns.h"
 #include "ProcessMemory.h"
 #include "SleepRules.h"
 
@@ -37,6 +38,8 @@ SleepWatch::SleepWatch(QObject *parent)
     m_timer.setInterval(lookEvery);
     connect(&m_timer, &QTimer::timeout, this, &SleepWatch::measure);
     m_timer.start();
+    PageTurns::instance().setMemoryShort(false);
+    connect(&PageTurns::instance(), &PageTurns::began, this, &SleepWatch::measureOften);
 }
 
 qint64 SleepWatch::memoryLimit() const
@@ -50,8 +53,9 @@ void SleepWatch::measure()
     if (m_isMeasuring)
         return;
     m_isMeasuring = true;
-    QThreadPool::globalInstance()->start([self = QPointer(this)] {
-        const qint64 memory = ProcessMemory::used();
+    m_came = 0;
+    QThreadPool::globalInstance()->start([self = QPointer(this), limit = memoryLimit()] {
+        const qint64 memory = ProcessMemory::used(limit);
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
             [self, memory] {
@@ -64,11 +68,20 @@ void SleepWatch::measure()
     });
 }
 
+/// Many pages that come at once may take much before it is time to look.
+void SleepWatch::measureOften()
+{
+    if (++m_came >= PageTurns::mostLoading)
+        measure();
+}
+
 void SleepWatch::look(qint64 now, qint64 memory)
 {
     noteUnseen(now);
     const qint64 limit = memoryLimit();
-    int left = limit > 0 && memory > limit ? atOnce : 0;
+    const bool isMemoryShort = limit > 0 && memory > limit;
+    PageTurns::instance().setMemoryShort(isMemoryShort);
+    int left = isMemoryShort ? atOnce : 0;
     const qint64 after = std::chrono::milliseconds(SleepRules::after()).count();
     for (BrowserWindow *window : longestUnseen()) {
         const bool isOld = after > 0 && now - m_unseen.value(window->hWnd()) >= after;
@@ -77,7 +90,7 @@ void SleepWatch::look(qint64 now, qint64 memory)
         if ((!isOld && !isShort) || !SleepRules::maySleep(*window, why))
             continue;
         --left;
-        ask(window, isShort);
+        SleepRules::ask(*window, why);
     }
 }
 
@@ -101,14 +114,4 @@ QList<BrowserWindow *> SleepWatch::longestUnseen() const
                          return m_unseen.value(one->hWnd()) < m_unseen.value(other->hWnd());
                      });
     return windows;
-}
-
-/// Things may be different by the time the page has answered.
-void SleepWatch::ask(BrowserWindow *window, bool isShort)
-{
-    const auto why = isShort ? SleepRules::Why::Short : SleepRules::Why::Unseen;
-    window->browser()->askToSleep([window = QPointer(window), why](bool may) {
-        if (may && window && SleepRules::maySleep(*window, why))
-            window->fallAsleep();
-    });
 }

@@ -3,6 +3,7 @@
 #include "ElidedAddress.h"
 #include "Texts.h"
 #include "UseMark.h"
+#include "ZoomMark.h"
 
 #include <QAccessible>
 #include <QHelpEvent>
@@ -67,11 +68,13 @@ const Text &unprovenTip =
 StatusStrip::StatusStrip(QWidget *parent)
     : QWidget(parent)
     , m_use(new UseMark(this))
+    , m_zoom(new ZoomMark(this))
 {
     setObjectName(u"StatusBar1"_s);
     setAttribute(Qt::WA_OpaquePaintEvent);
     refreshAccessibleText();
     connect(m_use, &UseMark::clicked, this, &StatusStrip::endOfUseWanted);
+    connect(m_zoom, &ZoomMark::clicked, this, &StatusStrip::usualZoomWanted);
 }
 
 int StatusStrip::stripHeight() const
@@ -111,7 +114,7 @@ void StatusStrip::setUnprovenShown(bool shown)
     if (shown == m_unproven)
         return;
     m_unproven = shown;
-    placeUse();
+    placeMarks();
     refreshAccessibleText();
     update();
 }
@@ -126,21 +129,32 @@ int StatusStrip::wordsWidth() const
 void StatusStrip::setUse(const QString &text)
 {
     m_use->setUse(text);
-    placeUse();
+    placeMarks();
     update();
 }
 
-/// Beside the indicators, and never wider than the half of the strip.
-void StatusStrip::placeUse()
+void StatusStrip::setZoom(int percent)
+{
+    m_zoom->setPercent(percent);
+    placeMarks();
+    update();
+}
+
+/// Beside the indicators, what is in use never wider than the half of the strip.
+void StatusStrip::placeMarks()
 {
     const int room = indicatorRect(1).left() - indicatorGap;
-    const int width = qMin(m_use->sizeHint().width(), room / 2);
-    m_use->setGeometry(room - width, 1, width, height() - 1);
+    const int use = qMin(m_use->sizeHint().width(), room / 2);
+    m_use->setGeometry(room - use, 1, use, height() - 1);
+    const int right = m_use->isHidden() ? room : m_use->x() - indicatorGap;
+    const int zoom = qMin(m_zoom->sizeHint().width(), qMax(0, right));
+    m_zoom->setGeometry(right - zoom, 1, zoom, height() - 1);
+    m_marksLeft = (m_zoom->isHidden() ? right : m_zoom->x()) - indicatorGap;
 }
 
 void StatusStrip::resizeEvent(QResizeEvent *)
 {
-    placeUse();
+    placeMarks();
 }
 
 QRect StatusStrip::indicatorRect(int fromRight) const
@@ -207,9 +221,7 @@ void StatusStrip::paintEvent(QPaintEvent *)
     painter.setPen(palette().color(QPalette::Mid));
     painter.drawLine(QPointF(0, 0.5), QPointF(width(), 0.5));
 
-    const int textRight =
-        m_use->isHidden() ? indicatorRect(1).left() - indicatorGap : m_use->x() - indicatorGap;
-    const QRect textRect(2, 1, textRight - 2, height() - 1);
+    const QRect textRect(2, 1, m_marksLeft - 2, height() - 1);
     painter.setPen(palette().color(QPalette::WindowText));
     // The text begins with a blank.
     const QString text = m_text.left(longestPainted);

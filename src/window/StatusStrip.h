@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class UseMark;
+class ZoomMark;
 
 /// The status bar of a browser window: the status text, and at the right end the privacy and the
 /// secure indicator while they apply, or that the page is not secure where it ought to be. Painted
@@ -33,6 +34,8 @@ public:
 
     /// Before them: what the page uses of camera, microphone and screen, in words; empty: nothing.
     void setUse(const QString &text);
+    /// How large the page is shown, percent.
+    void setZoom(int percent);
 
     QRect privacyRect() const;
     QRect secureRect() const;
@@ -43,6 +46,8 @@ signals:
     void connectionPressed();
     /// The user wants the use of all of those to end.
     void endOfUseWanted();
+    /// The user wants the page in its usual size.
+    void usualZoomWanted();
 
 protected:
     bool event(QEvent *event) override;
@@ -56,10 +61,13 @@ private:
     void paintIndicators(QPainter &painter) const;
     /// Pixels that the words of the open lock need; 0 where there is no room for them.
     int wordsWidth() const;
-    void placeUse();
+    void placeMarks();
 
     QString m_text;
     UseMark *m_use;
+    ZoomMark *m_zoom;
+    /// Where the marks begin, pixels.
+    int m_marksLeft = 0;
     bool m_privacy = false;
     bool m_secure = false;
     bool m_unproven = false;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QAbstractButton>
+#include "StripMark.h"
 
 /// Says that a page uses the camera, the microphone or the screen; pressed, it ends that.
-class UseMark : public QAbstractButton {
+class UseMark : public StripMark {
     Q_OBJECT
 
 public:
@@ -12,9 +12,7 @@ public:
     /// What is in use, in words; empty hides the mark.
     void setUse(const QString &text);
 
-    QSize sizeHint() const override;
-
 protected:
-    void paintEvent(QPaintEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
+    int signWidth() const override;
+    void paintSign(QPainter &painter, const QRect &place) override;
 };

@@ -34,8 +34,8 @@ private slots:
     void addressIsTheFailedOne();
     void backGoesBack();
     void backWithoutHistory();
-    void escapeGoesBack();
-    void returnPressesTheDefault();
+    void keysGoBack_data();
+    void keysGoBack();
     void goOnTakesTime();
     void goOnOpensThePage();
     void goOnHoldsForTheProgram();
@@ -193,26 +193,22 @@ void tst_certificates::backWithoutHistory()
     QTRY_VERIFY(!notice());
 }
 
-void tst_certificates::escapeGoesBack()
+void tst_certificates::keysGoBack_data()
 {
-    m_scene->open(m_scene->server.url(u"/a"_s));
-    const auto bad = serverOf({.signer = Signer::Stranger});
-    m_scene->browser->setFocus();
-    openBad(*bad);
-    QTRY_VERIFY(button(u"cmdBack"_s)->hasFocus());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-    m_scene->waitFor(m_scene->server.url(u"/a"_s));
-    QTRY_VERIFY(!notice());
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Escape") << Qt::Key_Escape;
+    QTest::newRow("Return presses the default") << Qt::Key_Return;
 }
 
-void tst_certificates::returnPressesTheDefault()
+void tst_certificates::keysGoBack()
 {
+    QFETCH(Qt::Key, key);
     m_scene->open(m_scene->server.url(u"/a"_s));
     const auto bad = serverOf({.signer = Signer::Stranger});
     m_scene->browser->setFocus();
     openBad(*bad);
     QTRY_VERIFY(button(u"cmdBack"_s)->hasFocus());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QTest::keyClick(QApplication::focusWidget(), key);
     m_scene->waitFor(m_scene->server.url(u"/a"_s));
     QTRY_VERIFY(!notice());
 }

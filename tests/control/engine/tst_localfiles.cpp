@@ -5,6 +5,9 @@
 
 #include <QTemporaryDir>
 #include <QUrl>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +54,8 @@ private slots:
     void init();
     void cleanup();
     void savedPageShowsItsParts();
+    void pipesHoldNothing_data();
+    void pipesHoldNothing();
     void readsNoOtherFile_data();
     void readsNoOtherFile();
     void popupIsNotReadable();
@@ -132,6 +137,31 @@ void tst_localfiles::savedPageShowsItsParts()
              u"rgb(1, 2, 3)"_s);
     QCOMPARE(m_scene->script(u"getComputedStyle(document.querySelector('h1')).backgroundColor"_s),
              u"rgb(4, 5, 6)"_s);
+}
+
+void tst_localfiles::pipesHoldNothing_data()
+{
+    QTest::addColumn<bool>("isPart");
+    QTest::newRow("as the page") << false;
+    QTest::newRow("as a part of one") << true;
+}
+
+/// Whoever waits for one that nobody writes to does so until the program ends, which never does.
+void tst_localfiles::pipesHoldNothing()
+{
+    QFETCH(const bool, isPart);
+    const QByteArray pipe = QFile::encodeName(m_folder->filePath(u"pipe"_s));
+    QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
+    QString address = folder().toString() + u"/pipe"_s;
+    if (isPart)
+        address = write(u"with.html"_s, "<!doctype html><img src=pipe>");
+    m_scene->browser->navigate(address);
+    QTRY_VERIFY(m_scene->browser->hasDocument() && !m_scene->browser->isBusy());
+    // Who waits can be written to.
+    const int end = ::open(pipe.constData(), O_WRONLY | O_NONBLOCK);
+    if (end >= 0)
+        ::close(end);
+    QVERIFY(end < 0);
 }
 
 void tst_localfiles::readsNoOtherFile_data()

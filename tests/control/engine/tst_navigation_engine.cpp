@@ -1,5 +1,6 @@
 // Navigation of the engine control, against a real server.
 #include "ControlScene.h"
+#include "EngineProfile.h"
 #include "EngineTest.h"
 #include "SparePage.h"
 
@@ -73,7 +74,7 @@ void tst_navigation_engine::cleanup()
 void tst_navigation_engine::sparePageHasNoHistory()
 {
     warmUpEngine();
-    std::unique_ptr<WebPage> page(SparePage::take());
+    std::unique_ptr<WebPage> page(SparePage::take(engineProfile()));
     bool answered = false;
     page->runJavaScript(u"1"_s, [&answered](const QVariant &) { answered = true; });
     QTRY_VERIFY(answered);

@@ -1,5 +1,6 @@
 // On a machine without a graphics device pages are drawn by the software backend, and OpenGL, which
 // that backend never asks, is not loaded.
+#include "EngineProfile.h"
 #include "EngineTest.h"
 #include "SparePage.h"
 #include "WebPage.h"
@@ -27,7 +28,7 @@ void tst_softwarebackend::initTestCase()
 
 void tst_softwarebackend::pageIsPaintedWithoutOpenGl()
 {
-    const std::unique_ptr<WebPage> page(SparePage::take());
+    const std::unique_ptr<WebPage> page(SparePage::take(engineProfile()));
     QWidget window;
     window.resize(200, 100);
     WebView view(page.get(), &window);

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+
+/// Keeps what the user chose for sites (`SiteZoom`) a moment later, once for many turns of the
+/// wheel, and tells all windows at once.
+class ZoomKeeper : public QObject {
+    Q_OBJECT
+
+public:
+    static ZoomKeeper &instance();
+
+    int percent(const QString &site) const;
+    void put(const QString &site, int percent);
+    /// Writes what waits to be written.
+    void flush();
+
+signals:
+    void changed(const QString &site, int percent);
+
+private:
+    ZoomKeeper();
+
+    /// What the file does not say: not yet, or as it could not be written.
+    QHash<QString, int> m_unwritten;
+    QStringList m_due;
+    QTimer m_timer;
+};
