@@ -37,12 +37,12 @@ BandFocus::BandFocus(QWidget &window, CoolBar &bar, const QList<QWidget *> &othe
     , m_others(others)
     , m_page(page)
 {
-    const auto add = [this, &window](const QKeySequence &key, int by) {
-        auto *shortcut = new QShortcut(key, &window);
+    const auto add = [this, &window](const char *key, int by) {
+        auto *shortcut = new QShortcut(QKeySequence(QLatin1StringView(key)), &window);
         connect(shortcut, &QShortcut::activated, this, [this, by] { moveOn(by); });
     };
-    add(QKeySequence(Qt::Key_F6), 1);
-    add(QKeySequence(Qt::SHIFT | Qt::Key_F6), -1);
+    add(nextKey, 1);
+    add(previousKey, -1);
 }
 
 QList<QWidget *> BandFocus::places() const

@@ -15,6 +15,9 @@ class BandFocus : public QObject {
     Q_OBJECT
 
 public:
+    static constexpr auto nextKey = "F6";
+    static constexpr auto previousKey = "Shift+F6";
+
     struct Page {
         /// What it asks, as it is shown now; null: nothing.
         std::function<QWidget *()> question;

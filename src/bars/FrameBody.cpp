@@ -32,10 +32,25 @@ void FrameBody::addStrip(QWidget &strip)
 
 void FrameBody::dockCoolBar(CoolBar::Dock side)
 {
-    const int index = side == CoolBar::Dock::Top ? 0 : 1;
-    if (m_layout->indexOf(&m_bar) != index) {
-        m_layout->removeWidget(&m_bar);
-        m_layout->insertWidget(index, &m_bar);
-    }
     m_bar.setDock(side);
+    if (!m_barFloats)
+        dockBar();
+}
+
+void FrameBody::dockBar()
+{
+    const int index = m_bar.dock() == CoolBar::Dock::Top ? 0 : 1;
+    if (m_layout->indexOf(&m_bar) == index)
+        return;
+    m_layout->removeWidget(&m_bar);
+    m_layout->insertWidget(index, &m_bar);
+}
+
+void FrameBody::setBarFloats(bool floats)
+{
+    m_barFloats = floats;
+    if (floats)
+        m_layout->removeWidget(&m_bar);
+    else
+        dockBar();
 }

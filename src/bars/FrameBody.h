@@ -17,13 +17,19 @@ public:
 
     /// Moves the strip above or below everything else.
     void dockCoolBar(CoolBar::Dock side);
+    /// The strip leaves the layout, for its owner to place over everything else; or comes back to
+    /// its edge.
+    void setBarFloats(bool floats);
     /// Adds a side bar left of the inner windows; its edge can be dragged.
     void addSideBar(QWidget &bar);
     /// Adds a strip below everything else.
     void addStrip(QWidget &strip);
 
 private:
+    void dockBar();
+
     CoolBar &m_bar;
     QVBoxLayout *m_layout;
     QSplitter *m_splitter;
+    bool m_barFloats = false;
 };

@@ -1,10 +1,13 @@
 #include "TabButton.h"
 
+#include "TabButtonAccessible.h"
 #include "Texts.h"
+#include "ThemedIcon.h"
 #include "ToolTipText.h"
 #include "UseDot.h"
 
-#include <QAccessibleWidget>
+#include <QAccessible>
+#include <QApplication>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
@@ -12,12 +15,15 @@
 #include <QToolTip>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int margin = 8;
 constexpr int gap = 6;
 constexpr int pictureSize = 16;
 constexpr int dotSize = 11;
+constexpr int soundSize = 14;
 /// Of a picture whose window is asleep.
 constexpr qreal dimmed = 0.75;
 /// Easier to hit than to see.
@@ -26,46 +32,6 @@ constexpr int useWidth = 20;
 constexpr int narrowest = 13;
 constexpr int widest = 22;
 
-/// A tab as seen by assistive technology: a button that is pressed or not.
-class TabAccessible : public QAccessibleWidget {
-public:
-    explicit TabAccessible(TabButton *tab)
-        : QAccessibleWidget(tab, QAccessible::Button)
-    {
-    }
-
-    QAccessible::State state() const override
-    {
-        QAccessible::State result = QAccessibleWidget::state();
-        result.checkable = true;
-        result.checked = tab()->isPressed();
-        result.focusable = true;
-        return result;
-    }
-
-    QStringList actionNames() const override
-    {
-        return QStringList(pressAction()) + QAccessibleWidget::actionNames();
-    }
-
-    void doAction(const QString &name) override
-    {
-        if (name == pressAction())
-            tab()->click();
-        else
-            QAccessibleWidget::doAction(name);
-    }
-
-private:
-    TabButton *tab() const { return static_cast<TabButton *>(object()); }
-};
-
-QAccessibleInterface *makeTabAccessible(const QString &, QObject *object)
-{
-    auto *tab = qobject_cast<TabButton *>(object);
-    return tab ? new TabAccessible(tab) : nullptr;
-}
-
 }
 
 TabButton::TabButton(const QString &key, const QString &caption, QWidget *parent)
@@ -73,7 +39,7 @@ TabButton::TabButton(const QString &key, const QString &caption, QWidget *parent
     , m_key(key)
 {
     static const bool installed = [] {
-        QAccessible::installFactory(makeTabAccessible);
+        installTabAccessible();
         return true;
     }();
     Q_UNUSED(installed)
@@ -102,18 +68,37 @@ void TabButton::setUse(const QString &text)
     nameIt();
 }
 
+void TabButton::setSound(PageSound sound)
+{
+    if (std::exchange(m_sound, sound) != sound)
+        nameIt();
+}
+
 void TabButton::setAsleep(bool asleep)
 {
     if (std::exchange(m_asleep, asleep) != asleep)
         nameIt();
 }
 
+void TabButton::setPrivate()
+{
+    m_isPrivate = true;
+    m_width = wantedWidth();
+    nameIt();
+}
+
 /// What is shown of it, in words.
 void TabButton::nameIt()
 {
     QStringList parts{m_caption};
+    if (m_isPrivate)
+        parts.append(Texts<"frmBrowser">::at<"strPrivate", "private">());
     if (m_asleep)
         parts.append(Texts<"frmBrowser">::at<"strAsleep", "asleep">());
+    if (m_sound == PageSound::Playing)
+        parts.append(Texts<"frmBrowser">::at<"strPlaying", "playing sound">());
+    else if (m_sound == PageSound::Muted)
+        parts.append(Texts<"frmBrowser">::at<"strMuted", "muted">());
     if (!m_use.isEmpty())
         parts.append(m_use);
     setAccessibleName(parts.join(QStringLiteral(", ")));
@@ -126,6 +111,15 @@ QRect TabButton::useRect() const
         return {};
     return QStyle::visualRect(layoutDirection(), rect(),
                               QRect(width() - useWidth - 2, 0, useWidth, height()));
+}
+
+QRect TabButton::soundRect() const
+{
+    if (m_sound == PageSound::None)
+        return {};
+    const int right = m_use.isEmpty() ? width() - 2 : width() - useWidth - 2;
+    return QStyle::visualRect(layoutDirection(), rect(),
+                              QRect(right - useWidth, 0, useWidth, height()));
 }
 
 void TabButton::setPressed(bool pressed)
@@ -145,7 +139,7 @@ int TabButton::wantedWidth() const
     const QFontMetrics metrics = fontMetrics();
     const int text = metrics.horizontalAdvance(m_caption.left(2 * widest));
     const int letter = metrics.averageCharWidth();
-    return 2 * margin + pictureSize + gap
+    return 2 * margin + pictureSize + gap + (m_isPrivate ? pictureSize + gap : 0)
         + std::clamp(text + 1, narrowest * letter, widest * letter);
 }
 
@@ -154,10 +148,8 @@ QSize TabButton::sizeHint() const
     return {m_width, std::max(pictureSize, fontMetrics().height()) + 10};
 }
 
-void TabButton::paintEvent(QPaintEvent *)
+void TabButton::paintFace(QPainter &painter) const
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     const QPalette colours = palette();
     const QRectF face = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
     QColor line = colours.color(QPalette::WindowText);
@@ -178,34 +170,75 @@ void TabButton::paintEvent(QPaintEvent *)
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(face, 4, 4);
     }
-    const QRect use = useRect();
-    const QRect inner = rect().adjusted(margin, 0, use.isNull() ? -margin : -useWidth - 2, 0);
+}
+
+void TabButton::paintMarks(QPainter &painter) const
+{
+    const auto place = [this](const QRect &mark, int size) {
+        return QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, QSize(size, size), mark);
+    };
+    if (m_sound != PageSound::None) {
+        const QString name =
+            m_sound == PageSound::Muted ? QStringLiteral("muted") : QStringLiteral("sound");
+        themedIcon(name).paint(&painter, place(soundRect(), soundSize));
+    }
+    if (!m_use.isEmpty())
+        paintUseDot(painter, place(useRect(), dotSize));
+}
+
+void TabButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintFace(painter);
+    const int marks = int(!m_use.isEmpty()) + int(m_sound != PageSound::None);
+    const int end = marks == 0 ? margin : marks * useWidth + 2;
+    const QRect inner = rect().adjusted(margin, 0, -end, 0);
     const QRect picture = QStyle::alignedRect(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter,
                                               QSize(pictureSize, pictureSize), inner);
     painter.setOpacity(m_asleep ? dimmed : 1);
     icon().paint(&painter, picture, Qt::AlignCenter, m_asleep ? QIcon::Disabled : QIcon::Normal);
     painter.setOpacity(1);
-    const QRect text =
-        QStyle::visualRect(layoutDirection(), inner, inner.adjusted(pictureSize + gap, 0, 0, 0));
-    painter.setPen(colours.color(m_pressed ? QPalette::Text : QPalette::WindowText));
+    int taken = pictureSize + gap;
+    if (m_isPrivate) {
+        const QRect rest =
+            QStyle::visualRect(layoutDirection(), inner, inner.adjusted(taken, 0, 0, 0));
+        themedIcon(u"mask"_s).paint(&painter,
+                                    QStyle::alignedRect(layoutDirection(),
+                                                        Qt::AlignLeft | Qt::AlignVCenter,
+                                                        QSize(pictureSize, pictureSize), rest));
+        taken += pictureSize + gap;
+    }
+    const QRect text = QStyle::visualRect(layoutDirection(), inner, inner.adjusted(taken, 0, 0, 0));
+    painter.setPen(palette().color(m_pressed ? QPalette::Text : QPalette::WindowText));
     painter.drawText(
         text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
         fontMetrics().elidedText(m_caption.left(4 * widest), Qt::ElideRight, text.width()));
-    if (!use.isNull())
-        paintUseDot(
-            painter,
-            QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, QSize(dotSize, dotSize), use));
+    paintMarks(painter);
+}
+
+QString TabButton::tipAt(const QPoint &at) const
+{
+    if (useRect().contains(at)) {
+        return Texts<"Permissions">::at<"strEndUse",
+                                        "%1. A click ends it, and loads the page anew.">()
+            .arg(m_use);
+    }
+    if (!soundRect().contains(at))
+        return toolTip();
+    constexpr Texts<"frmBrowser"> texts;
+    return m_sound == PageSound::Muted
+        ? texts.at<"strUnmuteTip", "Muted. A click lets it be heard again.">()
+        : texts.at<"strMuteTip", "Playing sound. A click mutes it.">();
 }
 
 bool TabButton::event(QEvent *event)
 {
+    // Its button is let go where nobody hears of it.
+    if (event->type() == QEvent::Hide || event->type() == QEvent::WindowDeactivate)
+        endDrag(false);
     if (event->type() == QEvent::ToolTip) {
-        const bool isOnUse = useRect().contains(static_cast<QHelpEvent *>(event)->pos());
-        const QString text = isOnUse
-            ? Texts<"Permissions">::at<"strEndUse",
-                                       "%1. A click ends it, and loads the page anew.">()
-                  .arg(m_use)
-            : toolTip();
+        const QString text = tipAt(static_cast<QHelpEvent *>(event)->pos());
         if (text.isEmpty())
             return QAbstractButton::event(event);
         QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), wrappedToolTip(text),
@@ -217,14 +250,24 @@ bool TabButton::event(QEvent *event)
 
 void TabButton::keyPressEvent(QKeyEvent *event)
 {
+    // It has the keyboard while it is dragged.
+    if (m_dragged) {
+        if (event->key() == Qt::Key_Escape)
+            endDrag(false);
+        return;
+    }
+    const int ahead = isRightToLeft() ? -1 : 1;
+    const auto step = [&](int count) {
+        event->modifiers() == Qt::ShiftModifier ? emit moveWanted(count) : emit stepWanted(count);
+    };
     switch (event->key()) {
     case Qt::Key_Left:
     case Qt::Key_Up:
-        emit stepWanted(isRightToLeft() ? 1 : -1);
+        step(-ahead);
         return;
     case Qt::Key_Right:
     case Qt::Key_Down:
-        emit stepWanted(isRightToLeft() ? -1 : 1);
+        step(ahead);
         return;
     case Qt::Key_Home:
         emit stepWanted(-1000000);
@@ -245,19 +288,56 @@ void TabButton::mousePressEvent(QMouseEvent *event)
 {
     const QPoint at = event->position().toPoint();
     m_useDown = event->button() == Qt::LeftButton && useRect().contains(at);
-    if (m_useDown)
+    m_soundDown = event->button() == Qt::LeftButton && soundRect().contains(at);
+    if (m_useDown || m_soundDown)
         return;
     m_middleDown = event->button() == Qt::MiddleButton;
+    if (event->button() == Qt::LeftButton)
+        m_pressedAt = at;
     QAbstractButton::mousePressEvent(event);
     if (m_middleDown)
         event->accept();
 }
 
+void TabButton::mouseMoveEvent(QMouseEvent *event)
+{
+    const QPoint at = event->position().toPoint();
+    if (!m_dragged) {
+        const bool isFar =
+            (at - m_pressedAt).manhattanLength() >= QApplication::startDragDistance();
+        if (!isDown() || !event->buttons().testFlag(Qt::LeftButton) || !isFar) {
+            QAbstractButton::mouseMoveEvent(event);
+            return;
+        }
+        m_dragged = true;
+        setDown(false);
+        grabKeyboard();
+    }
+    emit dragged(at.x());
+}
+
+void TabButton::endDrag(bool isDropped)
+{
+    if (!std::exchange(m_dragged, false))
+        return;
+    releaseKeyboard();
+    emit dragEnded(isDropped);
+}
+
 void TabButton::mouseReleaseEvent(QMouseEvent *event)
 {
+    if (event->button() == Qt::LeftButton && m_dragged) {
+        endDrag(true);
+        return;
+    }
     if (event->button() == Qt::LeftButton && std::exchange(m_useDown, false)) {
         if (useRect().contains(event->position().toPoint()))
             emit useClicked();
+        return;
+    }
+    if (event->button() == Qt::LeftButton && std::exchange(m_soundDown, false)) {
+        if (soundRect().contains(event->position().toPoint()))
+            emit soundClicked();
         return;
     }
     if (event->button() == Qt::MiddleButton) {

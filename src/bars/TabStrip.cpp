@@ -97,8 +97,16 @@ void TabStrip::connectTab(TabButton *tab)
     connect(tab, &TabButton::middleClicked, this,
             [this, tab] { emit tabMiddleClicked(tab->key()); });
     connect(tab, &TabButton::useClicked, this, [this, tab] { emit useClicked(tab->key()); });
+    connect(tab, &TabButton::soundClicked, this, [this, tab] { emit soundClicked(tab->key()); });
     connect(tab, &TabButton::stepWanted, this,
             [this, tab](int step) { focusNeighbour(tab, step); });
+    connect(tab, &TabButton::dragged, this, [this, tab](int x) { drag(tab, x); });
+    connect(tab, &TabButton::dragEnded, this,
+            [this, tab](bool isDropped) { endDrag(tab, isDropped); });
+    connect(tab, &TabButton::moveWanted, this, [this, tab](int step) {
+        if (moveTab(tab, m_order.indexOf(tab) + step))
+            emit tabMoved();
+    });
     connect(tab, &TabButton::focused, this, [this, tab] { ensureVisible(tab); });
 }
 
@@ -108,6 +116,7 @@ void TabStrip::removeTab(const QString &key)
     if (!tab)
         return;
     const qsizetype index = m_order.indexOf(tab);
+    m_draggedFrom = -1;
     const bool hadFocus = tab->hasFocus();
     m_order.removeAt(index);
     if (m_pressed == tab)
@@ -153,10 +162,24 @@ void TabStrip::setUse(const QString &key, const QString &text)
         tab->setUse(text);
 }
 
+void TabStrip::setSound(const QString &key, PageSound sound)
+{
+    if (TabButton *tab = button(key))
+        tab->setSound(sound);
+}
+
 void TabStrip::setAsleep(const QString &key, bool asleep)
 {
     if (TabButton *tab = button(key))
         tab->setAsleep(asleep);
+}
+
+void TabStrip::setPrivate(const QString &key)
+{
+    if (TabButton *tab = button(key)) {
+        tab->setPrivate();
+        scheduleLayout();
+    }
 }
 
 void TabStrip::setPressed(const QString &key, bool pressed)
@@ -338,14 +361,14 @@ void TabStrip::changeEvent(QEvent *event)
 /// Refused here, a drag is offered to the frame, whose profile files are.
 void TabStrip::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!draggedAddresses(*event->mimeData()).isEmpty())
+    if (!draggedAddresses(*event).isEmpty())
         acceptAsCopy(*event);
 }
 
 void TabStrip::dropEvent(QDropEvent *event)
 {
     acceptAsCopy(*event);
-    emit addressesDropped(draggedAddresses(*event->mimeData()));
+    emit addressesDropped(draggedAddresses(*event));
 }
 
 void TabStrip::wheelEvent(QWheelEvent *event)

@@ -10,9 +10,9 @@
 class QToolButton;
 class TabButton;
 
-/// The strip of window buttons, `windowTabs`: one button per window in the order of opening, one
-/// of them pressed at most. Tabs keep a readable width; when they do not fit, the strip scrolls
-/// (arrow buttons, wheel) and keeps the pressed tab in view.
+/// The strip of window buttons, `windowTabs`: one button per window in the order of opening, or
+/// as the user has dragged them, one of them pressed at most. Tabs keep a readable width; when they
+/// do not fit, the strip scrolls (arrow buttons, wheel) and keeps the pressed tab in view.
 class TabStrip : public QWidget, public WindowTabs {
     Q_OBJECT
 
@@ -27,7 +27,9 @@ public:
     using QWidget::setToolTip;
     void setIcon(const QString &key, const QIcon &icon) override;
     void setUse(const QString &key, const QString &text) override;
+    void setSound(const QString &key, PageSound sound) override;
     void setAsleep(const QString &key, bool asleep) override;
+    void setPrivate(const QString &key) override;
     void setPressed(const QString &key, bool pressed) override;
     bool isPressed(const QString &key) const override;
 
@@ -45,8 +47,12 @@ signals:
     /// A tab was clicked or activated from the keyboard; it is pressed already.
     void tabClicked(const QString &key);
     void tabMiddleClicked(const QString &key);
+    /// The user has moved a tab; `keys` has the new order.
+    void tabMoved();
     /// The mark of what is in use was clicked.
     void useClicked(const QString &key);
+    /// The mark of a page that is heard, or muted, was clicked.
+    void soundClicked(const QString &key);
     /// Files or links were dropped on the strip; addresses in encoded form.
     void addressesDropped(const QStringList &addresses);
     /// The right button was released over the strip, its tabs and arrows included; or the menu
@@ -70,6 +76,9 @@ private:
     void moveFocusTo(TabButton *tab);
     void focusNeighbour(TabButton *from, int step);
     void updateFocusStop();
+    void drag(TabButton *tab, int x);
+    void endDrag(TabButton *tab, bool isDropped);
+    bool moveTab(TabButton *tab, qsizetype to);
     void scheduleLayout();
     void layOut();
     void placeViewport();
@@ -89,6 +98,8 @@ private:
     QToolButton *m_left = nullptr;
     QToolButton *m_right = nullptr;
     QTimer m_layoutTimer;
+    /// Where the dragged tab came from; -1: none is dragged.
+    qsizetype m_draggedFrom = -1;
     int m_offset = 0;
     int m_wheelRest = 0;
 };

@@ -35,14 +35,16 @@ QString keptName(const QDateTime &time, int number)
     return "Last desk ("_L1 + date + more + ").orp"_L1;
 }
 
-/// What the user has named so himself stays.
-void removeOldest()
+/// What the user has named so himself stays, and so does `newest`, which is not the last by its
+/// date where the clock was set back.
+void removeOldest(const QString &newest)
 {
     static const QRegularExpression shape(
         uR"(^Last desk \(\d{4}-\d\d-\d\d \d\d\.\d\d\.\d\d( \d+)?\)\.orp$)"_s);
     QStringList names = QDir(folder()).entryList({u"Last desk (*).orp"_s}, QDir::Files, QDir::Name);
     names = names.filter(shape);
-    for (qsizetype i = 0; i < names.size() - mostKept; ++i) {
+    names.removeOne(newest);
+    for (qsizetype i = 0; i <= names.size() - mostKept; ++i) {
         if (!QFile::remove(folder() + u'/' + names.at(i)))
             qCWarning(lcFiles) << "cannot remove" << names.at(i);
     }
@@ -82,10 +84,10 @@ void endRun()
 WriteResult keep(const Left &left)
 {
     for (int number = 1; number <= mostAlike; ++number) {
-        const QString name = folder() + u'/' + keptName(left.time, number);
-        const WriteResult result = FileWriter::create(name, left.bytes);
+        const QString name = keptName(left.time, number);
+        const WriteResult result = FileWriter::create(folder() + u'/' + name, left.bytes);
         if (result) {
-            removeOldest();
+            removeOldest(name);
             return result;
         }
         if (!result.isFailure(WriteResult::Failure::Taken))

@@ -2,7 +2,8 @@
 
 class QDBusConnection;
 
-/// Where programs of the desktop are spoken to, without ever waiting for one of them.
+/// Where programs of the desktop are spoken to, without waiting for one of them, but for
+/// the colours to begin with.
 namespace DesktopBus {
 /// False where there is no session to speak to: nothing then starts one.
 bool isThere();

@@ -2,10 +2,13 @@
 
 #include <QAction>
 #include <QMenu>
+#include <algorithm>
 
 #include "BrowserWindow.h"
 #include "Clipboard.h"
+#include "ContextTable.h"
 #include "Frame.h"
+#include "KeyTable.h"
 #include "Log.h"
 #include "MainMenu.h"
 #include "Settings.h"
@@ -20,6 +23,13 @@ const Settings::Switch *settingOf(const QString &item)
             return each;
     }
     return nullptr;
+}
+
+bool isPlainCommand(const QString &name)
+{
+    return std::ranges::any_of(plainCommands(), [&name](const PlainCommand &each) {
+        return name == QLatin1StringView(each.name);
+    });
 }
 }
 
@@ -43,6 +53,14 @@ CommandTable::CommandTable(const Frame &frame, const MainMenu &menu, QObject *pa
         if (entry.kind == MenuEntry::Kind::Menu)
             connect(m_menu.menu(QString::fromLatin1(entry.name)), &QMenu::aboutToShow, this,
                     &CommandTable::followNeeds);
+    }
+    for (const ContextEntry &entry : contextTable()) {
+        if (const char *same = entry.item.details.same) {
+            handleAt(QString::fromLatin1(entry.item.name),
+                     {.run = [this, same](const ContextCommand::Place &, int) {
+                         run(QString::fromLatin1(same));
+                     }});
+        }
     }
     connect(m_frame.itemOf(Settings::toolBar), &QAction::toggled, this, &CommandTable::followNeeds);
 }
@@ -72,10 +90,16 @@ void CommandTable::handleToggle(const QAction *item, const ToggleHandler &handle
 void CommandTable::handle(const QString &name, const Handler &handler)
 {
     QAction *action = m_menu.action(name);
-    Q_ASSERT_X(action, "CommandTable", qPrintable(name));
+    Q_ASSERT_X(action || isPlainCommand(name), "CommandTable", qPrintable(name));
     m_handlers.insert(name, handler);
-    connect(action, &QAction::triggered, this,
-            [this, name, action] { runFromMenu(name, *action); });
+    if (action)
+        connect(action, &QAction::triggered, this,
+                [this, name, action] { runFromMenu(name, *action); });
+}
+
+void CommandTable::handleAt(const QString &name, const ContextCommand &command)
+{
+    m_contextCommands.insert(name, command);
 }
 
 void CommandTable::runFromMenu(const QString &name, QAction &action)
@@ -135,6 +159,14 @@ void CommandTable::run(const QString &name)
         qCDebug(lcFrame) << "no handler for" << name;
 }
 
+void CommandTable::runByKey(const QString &name)
+{
+    if (QAction *item = m_menu.action(name))
+        item->trigger();
+    else
+        run(name);
+}
+
 void CommandTable::refresh()
 {
     followNeeds();
@@ -145,7 +177,7 @@ void CommandTable::refresh()
 void CommandTable::close()
 {
     for (const QString &name : unhandled())
-        qCCritical(lcFrame) << "menu item without a handler:" << name;
+        qCCritical(lcFrame) << "command without a handler:" << name;
     Q_ASSERT(unhandled().isEmpty());
     refresh();
 }
@@ -159,6 +191,16 @@ QStringList CommandTable::unhandled() const
             continue;
         const QString name = QString::fromLatin1(entry.name);
         if (!m_handlers.contains(name))
+            result.append(name);
+    }
+    for (const PlainCommand &command : plainCommands()) {
+        const QString name = QString::fromLatin1(command.name);
+        if (!m_handlers.contains(name))
+            result.append(name);
+    }
+    for (const ContextEntry &entry : contextTable()) {
+        const QString name = QString::fromLatin1(entry.item.name);
+        if (entry.item.kind != Separator && !m_contextCommands.contains(name))
             result.append(name);
     }
     return result;

@@ -13,6 +13,9 @@
 BrowserWindow *openBrowserWindow(Frame &frame, const QString &url, WindowState state,
                                  Loading loading = Loading::Now, const PageState &pageState = {});
 
+/// A private one (empty `url`: a blank page).
+BrowserWindow *openPrivateWindow(Frame &frame, const QString &url, WindowState state);
+
 /// A window as a desk has it, at its place, in its normal state. `loading` is not `Now`.
 BrowserWindow *openDeskWindow(Frame &frame, const DeskWindow &window,
                               Loading loading = Loading::Later);

@@ -1,10 +1,13 @@
 #include "LinksBar.h"
 
 #include <QDeadlineTimer>
+#include <QDropEvent>
 #include <chrono>
 
+#include "DraggedUrls.h"
 #include "Frame.h"
 #include "LinksFolder.h"
+#include "MsgBox.h"
 #include "Texts.h"
 #include "ThemedIcon.h"
 #include "ToolBar.h"
@@ -26,6 +29,8 @@ LinksBar::LinksBar(Frame &frame, ToolBar &bar, QObject *parent)
 {
     connect(&m_bar, &ToolBar::buttonClicked, this,
             [this](const QString &, int index) { m_frame.navigateActive(m_bar.toolTip(index)); });
+    m_bar.setAcceptDrops(true);
+    m_bar.installEventFilter(this);
     m_start.setSingleShot(true);
     m_start.setInterval(startDelay);
     connect(&m_start, &QTimer::timeout, this, [this] {
@@ -36,6 +41,34 @@ LinksBar::LinksBar(Frame &frame, ToolBar &bar, QObject *parent)
 }
 
 LinksBar::~LinksBar() = default;
+
+bool LinksBar::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::DragEnter && event->type() != QEvent::Drop)
+        return QObject::eventFilter(watched, event);
+    auto &drop = *static_cast<QDropEvent *>(event);
+    const QString url = draggedAddresses(drop).value(0);
+    if (url.isEmpty())
+        return false;
+    acceptAsCopy(drop);
+    if (event->type() == QEvent::Drop) {
+        // Where it comes from waits for the drop to end.
+        QTimer::singleShot(0, this, [this, url, title = draggedTitle(*drop.mimeData())] {
+            addDropped(url, title);
+        });
+    }
+    return true;
+}
+
+void LinksBar::addDropped(const QString &url, const QString &title)
+{
+    if (addFavoriteLink(url, title))
+        rebuild(true);
+    else
+        MsgBox::inform(m_frame.window(),
+                       Texts<"LinksBar">::at<"strNotAdded",
+                                             "The link could not be added to the Favorites.">());
+}
 
 int LinksBar::rebuild(bool shown)
 {

@@ -12,7 +12,7 @@ class ToolBar;
 /// Fills `tbLinks` with one button for each shortcut in the folder "Links" of the user's Favorites,
 /// in the order of the files' names, each followed by a separator. A click opens the address that
 /// the button's tool tip shows. A large folder is read in pieces, between which the frame stays
-/// usable.
+/// usable. A link that is dropped on the bar becomes one of them.
 class LinksBar : public QObject {
     Q_OBJECT
 
@@ -31,7 +31,11 @@ public:
     /// Whether buttons may still come by themselves.
     bool isPending() const { return m_start.isActive() || m_reading; }
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    void addDropped(const QString &url, const QString &title);
     void addSome();
     void stop();
 

@@ -37,6 +37,7 @@ MainMenu::MainMenu(QMenuBar &bar, QWidget &frame)
         if (entry.details.key) {
             action->setShortcut(QKeySequence(QLatin1StringView(entry.details.key)));
             action->setShortcutContext(Qt::WindowShortcut);
+            action->setAutoRepeat(false);
             frame.addAction(action);
         }
         action->setObjectName(name);

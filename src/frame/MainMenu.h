@@ -12,7 +12,8 @@ class QWidget;
 /// is, and a menu for every entry with a submenu.
 class MainMenu {
 public:
-    /// Fills `bar`; the accelerators act wherever the focus is inside `frame`.
+    /// Fills `bar`; the accelerators act wherever the focus is inside `frame`, once for each press
+    /// of a key.
     MainMenu(QMenuBar &bar, QWidget &frame);
 
     /// Null for a name that the table does not hold.

@@ -4,19 +4,16 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
-#include <QDir>
-#include <QFileInfo>
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenuBar>
-#include <QMimeData>
 #include <QScopedValueRollback>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include "AddressBox.h"
 #include "AddressHost.h"
 #include "AddressSelection.h"
+#include "AddressVisits.h"
 #include "ApplySettings.h"
 #include "BandFocus.h"
 #include "BandLayout.h"
@@ -24,7 +21,7 @@
 #include "BrowserWindow.h"
 #include "Clipboard.h"
 #include "CommandBars.h"
-#include "CommandLine.h"
+#include "ContextMenus.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "DownloadList.h"
@@ -32,15 +29,18 @@
 #include "DownloadStrip.h"
 #include "Downloads.h"
 #include "DownloadsWindow.h"
-#include "DraggedUrls.h"
 #include "ExitQuestion.h"
 #include "Factory.h"
 #include "FavoritesBar.h"
 #include "FocusReturn.h"
 #include "Forms.h"
 #include "FrameBody.h"
+#include "FrameFullScreen.h"
+#include "FrameOpener.h"
 #include "GripGuard.h"
 #include "InnerWindow.h"
+#include "KeyShortcuts.h"
+#include "LegibleHints.h"
 #include "LinksBar.h"
 #include "MailProgram.h"
 #include "MdiArea.h"
@@ -84,6 +84,7 @@ template <typename Bar> Bar *named(Bar *bar, const char *name)
 MainWindow::MainWindow()
     : m_menu(*menuBar(), *this)
     , m_commands(*this, m_menu, this)
+    , m_contextMenus(new ContextMenus(*this, m_commands, this))
     , m_windows(new MdiArea)
     , m_coolBar(named(new CoolBar, "CoolBar1"))
     , m_body(new FrameBody(*m_coolBar, *m_windows, this))
@@ -98,13 +99,14 @@ MainWindow::MainWindow()
     , m_searchBar(named(new SearchBar, "SearchBar1"))
     , m_notices(new QWidget)
     , m_downloads(new DownloadStrip(downloadList()))
+    , m_opener(new FrameOpener(*this))
 {
     setObjectName("frmMain"_L1);
     new PlainCaption(*this);
+    new LegibleHints(*this);
     setWindowTitle(ProgramInfo::title());
     setWindowIcon(programIcon());
     setContextMenuPolicy(Qt::NoContextMenu);
-    setAcceptDrops(true);
     setCentralWidget(m_body);
     resizeToScreen(*this, designSize);
     m_body->addSideBar(*m_favoritesBar);
@@ -155,6 +157,9 @@ void MainWindow::registerCommands()
     registerNavigationCommands(*this);
     registerPopupCommands(*this);
     registerSideBarCommands(*this, *m_favoritesBar, *m_searchBar);
+    new FrameFullScreen(*this, *this, *m_body, *m_coolBar);
+    const auto *keys = new KeyShortcuts(*this, m_commands);
+    connect(this, &MainWindow::translated, keys, &KeyShortcuts::yieldToMenus);
 }
 
 MainWindow::~MainWindow()
@@ -180,6 +185,7 @@ void MainWindow::makeBands()
 
 void MainWindow::connectAddressBar()
 {
+    proposeVisits(*m_addressBox);
     connect(m_addressBox, &AddressBox::clicked, this, &MainWindow::navigateToAddress);
     connect(m_addressBox, &AddressBox::keyDown, this, [this](int &keyCode, int &) {
         if (m_addressBox->keyIsReleased())
@@ -235,7 +241,6 @@ void MainWindow::load()
         return;
     m_loaded = true;
     Forms::add(this);
-    m_commandLine = startAddress(unquoted(m_commandLine), QDir::currentPath());
     findChild<QLabel *>(u"pctIcon"_s)
         ->setPixmap(windowIcon().pixmap(QSize(16, 16), devicePixelRatio()));
     applySettings(*this, *m_coolBar, *m_links);
@@ -246,23 +251,8 @@ void MainWindow::load()
         showSplash(this);
     letPendingEventsRun();
     loadBlockedList();
-    const bool hasDesk = !m_closed && m_deskOpener && m_deskOpener();
-    if (!hasDesk || !m_commandLine.isEmpty())
-        openStart(m_commandLine, hasDesk ? newWindowState() : WindowState::Maximized);
-}
-
-void MainWindow::openStart(const QString &address, WindowState state)
-{
-    if (!isProfileName(address))
-        openBrowserWindow(address, state);
-    else if (!openProfile(address, true) || (isVisible() && !activeChild()))
-        // Also for a profile that counts addresses and holds none: the frame would stay empty.
-        openBrowserWindow(address, WindowState::AsOthers);
-}
-
-void MainWindow::openAlso(const QString &text, const QString &folder)
-{
-    openStart(startAddressElsewhere(unquoted(text), folder), newWindowState());
+    if (!m_closed)
+        m_opener->openFirst(m_commandLine);
 }
 
 void MainWindow::translate()
@@ -292,6 +282,8 @@ void MainWindow::adopt(QMdiSubWindow *child)
             comeToFront();
             activateTab(*this, inner->tabKey());
         });
+    if (auto *browser = qobject_cast<BrowserWindow *>(child))
+        m_contextMenus->follow(*browser);
 }
 
 QMdiSubWindow *MainWindow::activeChild() const
@@ -303,6 +295,12 @@ void MainWindow::openBrowserWindow(const QString &url, WindowState state)
 {
     if (!m_closed)
         ::openBrowserWindow(*this, url, state);
+}
+
+void MainWindow::openPrivateWindow(const QString &url, WindowState state)
+{
+    if (!m_closed)
+        ::openPrivateWindow(*this, url, state);
 }
 
 void MainWindow::navigateActive(const QString &url)
@@ -317,7 +315,7 @@ WindowState MainWindow::newWindowState() const
 
 bool MainWindow::openProfile(const QString &file, bool quiet)
 {
-    return !m_closed && m_profileOpener && m_profileOpener(file, quiet);
+    return !m_closed && m_opener->openProfile(file, quiet);
 }
 
 WindowTabs &MainWindow::windowTabs()
@@ -411,24 +409,4 @@ void MainWindow::unloadForms()
             form->close();
     }
     Forms::remove(this);
-}
-
-void MainWindow::dragEnterEvent(QDragEnterEvent *event)
-{
-    // Anything else was offered to what lies under the pointer first.
-    if (isProfileDragged(*event->mimeData()))
-        acceptAsCopy(*event);
-}
-
-void MainWindow::dropEvent(QDropEvent *event)
-{
-    const QString file = firstDraggedFile(*event->mimeData());
-    if (file.isEmpty() || QFileInfo(file).isDir())
-        return;
-    acceptAsCopy(*event);
-    // Opening takes its time, and the program the file comes from waits for the drop to end.
-    QTimer::singleShot(0, this, [this, file] {
-        if (!openProfile(file, false))
-            QApplication::beep();
-    });
 }

@@ -8,10 +8,12 @@
 #include "StartUp.h"
 
 class CommandBars;
+class ContextMenus;
 class CoolBar;
 class DownloadStrip;
 class FavoritesBar;
 class FrameBody;
+class FrameOpener;
 class LinksBar;
 class MdiArea;
 class SearchBar;
@@ -40,20 +42,15 @@ public:
     /// `isByUser`: he called for the end himself, or for that of his session.
     void leave(bool isByUser = true);
 
-    /// Opens a profile file for `openProfile`; arguments and result are the same.
-    using ProfileOpener = std::function<bool(const QString &file, bool quiet)>;
-    void setProfileOpener(const ProfileOpener &opener) { m_profileOpener = opener; }
-
-    /// What opens the windows of an earlier start as this one loads, before what it was started on;
-    /// false where there were none.
-    using DeskOpener = std::function<bool()>;
-    void setDeskOpener(const DeskOpener &opener) { m_deskOpener = opener; }
+    FrameOpener &opener() { return *m_opener; }
     /// Shows a strip below the windows, above that of the downloads; F6 reaches it.
     void addNotice(QWidget &notice);
+    /// What a line of the menus that open on pages does (`contextTable`).
+    void handleAt(const QString &line, const ContextCommand &command)
+    {
+        m_commands.handleAt(line, command);
+    }
 
-    /// As at the start of the program, in a window besides: opens what `text` names, relative to
-    /// `folder`.
-    void openAlso(const QString &text, const QString &folder);
     /// Whatever it was covered by or put away as.
     void comeToFront();
 
@@ -66,6 +63,7 @@ public:
     void adopt(QMdiSubWindow *child) override;
     QMdiSubWindow *activeChild() const override;
     void openBrowserWindow(const QString &url, WindowState state) override;
+    void openPrivateWindow(const QString &url, WindowState state) override;
     void navigateActive(const QString &url) override;
     WindowState newWindowState() const override;
     bool openProfile(const QString &file, bool quiet) override;
@@ -88,8 +86,6 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
-    void dragEnterEvent(QDragEnterEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
 
 private:
     void makeBands();
@@ -97,13 +93,13 @@ private:
     void connectDownloads();
     void registerCommands();
     void joinPlaces();
-    void openStart(const QString &address, WindowState state);
     void navigateToAddress();
     void restoreAddress();
     void unloadForms();
 
     MainMenu m_menu;
     CommandTable m_commands;
+    ContextMenus *m_contextMenus;
     MdiArea *m_windows;
     CoolBar *m_coolBar;
     FrameBody *m_body;
@@ -119,8 +115,7 @@ private:
     /// What is to be told beside all windows.
     QWidget *m_notices;
     DownloadStrip *m_downloads;
-    ProfileOpener m_profileOpener;
-    DeskOpener m_deskOpener;
+    FrameOpener *m_opener;
     QString m_commandLine;
     int m_navigationFlags = 0;
     bool m_loaded = false;

@@ -1,6 +1,7 @@
 #include "MdiArea.h"
 
 #include "CoveredWindows.h"
+#include "Forms.h"
 #include "StateWalk.h"
 #include "Texts.h"
 #include "TitleBarStyle.h"
@@ -28,11 +29,8 @@ MdiArea::MdiArea(QWidget *parent)
     setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setFrameShape(QFrame::NoFrame);
     updateBackground();
-    addShortcut(Qt::CTRL | Qt::Key_F4, &MdiArea::closeActive);
-    for (const int key : {Qt::Key_F6, Qt::Key_Tab}) {
-        addShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), &MdiArea::activateNext);
-        addShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key(key)), &MdiArea::activatePrevious);
-    }
+    for (const Key &key : keys())
+        addShortcut(key);
     connect(this, &QMdiArea::subWindowActivated, this, &MdiArea::noteActive);
 }
 
@@ -47,11 +45,33 @@ MdiArea::~MdiArea()
 }
 
 /// The shortcuts belong to the whole frame, so they work from the bars and from a page as well.
-void MdiArea::addShortcut(const QKeySequence &key, void (MdiArea::*action)())
+void MdiArea::addShortcut(const Key &key)
 {
-    auto *shortcut = new QShortcut(key, this);
+    auto *shortcut = new QShortcut(QKeySequence(QLatin1StringView(key.key)), this);
     shortcut->setContext(Qt::WindowShortcut);
-    connect(shortcut, &QShortcut::activated, this, action);
+    shortcut->setAutoRepeat(key.act != Key::Close);
+    connect(shortcut, &QShortcut::activated, this, [this, act = key.act] {
+        if (act == Key::Close)
+            closeActive();
+        else if (act == Key::Next)
+            goOn(1);
+        else
+            goOn(-1);
+    });
+}
+
+std::span<const MdiArea::Key> MdiArea::keys()
+{
+    static constexpr Key all[] = {
+        {Key::Close, "Ctrl+F4"},
+        {Key::Next, "Ctrl+Tab"},
+        {Key::Next, "Ctrl+F6"},
+        {Key::Next, "Ctrl+PgDown"},
+        {Key::Previous, "Ctrl+Shift+Tab"},
+        {Key::Previous, "Ctrl+Shift+F6"},
+        {Key::Previous, "Ctrl+PgUp"},
+    };
+    return all;
 }
 
 void MdiArea::adopt(QMdiSubWindow *child)
@@ -97,6 +117,29 @@ QList<QMdiSubWindow *> MdiArea::childWindows() const
     QList<QMdiSubWindow *> result = subWindowList(QMdiArea::CreationOrder);
     result.removeIf([](const QMdiSubWindow *child) { return child->isHidden(); });
     return result;
+}
+
+QList<QMdiSubWindow *> MdiArea::orderedWindows() const
+{
+    const QList<QWidget *> forms = Forms::all();
+    const auto placeOf = [&forms](QMdiSubWindow *child) {
+        const qsizetype place = forms.indexOf(child);
+        return place < 0 ? forms.size() : place;
+    };
+    QList<QMdiSubWindow *> result = childWindows();
+    std::stable_sort(result.begin(), result.end(),
+                     [&placeOf](auto *one, auto *other) { return placeOf(one) < placeOf(other); });
+    return result;
+}
+
+void MdiArea::goOn(int step)
+{
+    const QList<QMdiSubWindow *> children = orderedWindows();
+    if (children.isEmpty())
+        return;
+    const qsizetype now = children.indexOf(activeChild());
+    const qsizetype count = children.size();
+    setActiveSubWindow(children.at(now < 0 ? 0 : (now + step + count) % count));
 }
 
 void MdiArea::noteActive()
@@ -165,16 +208,6 @@ void MdiArea::closeActive()
 {
     if (QMdiSubWindow *child = activeChild())
         child->close();
-}
-
-void MdiArea::activateNext()
-{
-    activateNextSubWindow();
-}
-
-void MdiArea::activatePrevious()
-{
-    activatePreviousSubWindow();
 }
 
 /// In the order given; the last one whose state changes is active then.
@@ -281,63 +314,6 @@ void MdiArea::putBack(const QList<QMdiSubWindow *> &children,
     viewport()->setUpdatesEnabled(true);
     arrangeIcons();
     keepFocus();
-}
-
-int MdiArea::cascadeStep() const
-{
-    return style()->pixelMetric(QStyle::PM_TitleBarHeight)
-        + style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
-}
-
-QRect MdiArea::cascadePlace(int index) const
-{
-    return MdiArrange::cascadePlace(index, QRect(QPoint(0, 0), maximumViewportSize()),
-                                    cascadeStep());
-}
-
-QRect MdiArea::arrangeIcons()
-{
-    QRect rest(QPoint(0, 0), maximumViewportSize());
-    QList<QMdiSubWindow *> minimized = childWindows();
-    minimized.removeIf([](const QMdiSubWindow *child) { return !child->isMinimized(); });
-    if (minimized.isEmpty())
-        return rest;
-    const QList<QRect> places =
-        MdiArrange::icons(int(minimized.size()), rest, minimized.first()->size());
-    for (qsizetype i = 0; i < minimized.size(); ++i)
-        minimized.at(i)->move(places.at(i).topLeft());
-    // Hundreds of minimized windows leave at least half of the area to the others.
-    rest.setBottom(std::max(places.last().top() - 1, rest.height() / 2));
-    return rest;
-}
-
-void MdiArea::arrange(Arrange how)
-{
-    QList<QMdiSubWindow *> windows = subWindowList(QMdiArea::StackingOrder);
-    windows.removeIf(
-        [](const QMdiSubWindow *child) { return child->isHidden() || child->isMinimized(); });
-    QMdiSubWindow *active = activeChild();
-    for (QMdiSubWindow *child : std::as_const(windows)) {
-        if (child->isMaximized())
-            child->showNormal();
-    }
-    horizontalScrollBar()->setValue(0);
-    verticalScrollBar()->setValue(0);
-    const QRect area = arrangeIcons();
-    if (windows.isEmpty())
-        return;
-    // The active window ends in front, in a tiling also in the first cell.
-    if (windows.removeOne(active))
-        windows.append(active);
-    QList<QRect> places;
-    if (how == Arrange::Cascade) {
-        places = MdiArrange::cascade(int(windows.size()), area, cascadeStep());
-    } else {
-        places = MdiArrange::tile(int(windows.size()), area, how);
-        std::reverse(places.begin(), places.end());
-    }
-    for (qsizetype i = 0; i < windows.size(); ++i)
-        windows.at(i)->setGeometry(places.at(i));
 }
 
 void MdiArea::resizeEvent(QResizeEvent *event)

@@ -6,17 +6,27 @@
 #include <QMdiArea>
 #include <QPointer>
 #include <functional>
+#include <span>
 
 class TitleBarStyle;
 
 /// The frame's area of inner windows, with the behaviour of a classic multiple-document frame.
-/// Ctrl+F4 closes the active child; Ctrl+F6 and Ctrl+Tab (with Shift: backwards) go round the
-/// children in the order of their creation.
+/// Its keys close the active child, once for each press, and go round the children in the order of
+/// the forms (`Forms`), which is that of the tabs.
 class MdiArea : public QMdiArea {
     Q_OBJECT
     Q_MOC_INCLUDE(<QMdiSubWindow>)
 
 public:
+    struct Key {
+        enum Act { Close, Next, Previous };
+        Act act;
+        /// In the toolkit's portable form.
+        const char *key;
+    };
+    /// They act wherever the keyboard is in the area's window.
+    static std::span<const Key> keys();
+
     explicit MdiArea(QWidget *parent = nullptr);
     ~MdiArea() override;
 
@@ -27,6 +37,9 @@ public:
     QMdiSubWindow *activeChild() const;
     /// Shown children in the order of their creation.
     QList<QMdiSubWindow *> childWindows() const;
+
+    /// The same in the order of the forms; those that are none come last.
+    QList<QMdiSubWindow *> orderedWindows() const;
 
     void arrange(Arrange how);
     /// Gives every one of `forms` the minimized state; others are not touched.
@@ -60,10 +73,9 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void addShortcut(const QKeySequence &key, void (MdiArea::*action)());
+    void addShortcut(const Key &key);
     void closeActive();
-    void activateNext();
-    void activatePrevious();
+    void goOn(int step);
     void noteActive();
     void noteActiveSoon();
     void keepFocus();

@@ -18,6 +18,8 @@ constexpr auto table = std::to_array<MenuEntry>({
     {2, Separator, "mnuFileNewBar1", "-"},
     {2, Item, "mnuFileNewFromClipboard", "From Clipboard",
      {.key = "Ctrl+Ins", .need = ClipboardText}},
+    {2, Separator, "mnuFileNewBar2", "-"},
+    {2, Item, "mnuFileNewPrivate", "&Private Window", {.key = "Ctrl+Shift+P"}},
     {1, Item, "mnuFileOpen", "&Open...", {.key = "Ctrl+O"}},
     {1, Item, "mnuFileSaveAs", "&Save As...", {.need = Page}},
     {1, Separator, "mnuFileBar0", "-"},
@@ -73,6 +75,12 @@ constexpr auto table = std::to_array<MenuEntry>({
     {1, Separator, "mnuViewBar1", "-"},
     {1, Item, "mnuViewRefresh", "&Refresh"},
     {1, Item, "mnuViewDocumentHTML", "&Document HTML", {.need = Page}},
+    {1, Separator, "mnuViewBar2", "-"},
+    {1, Menu, "mnuViewZoom", "&Zoom", {.need = Page}},
+    {2, Item, "mnuViewZoomIn", "&Larger", {.key = "Ctrl++", .need = Page}},
+    {2, Item, "mnuViewZoomOut", "&Smaller", {.key = "Ctrl+-", .need = Page}},
+    {2, Item, "mnuViewZoomUsual", "&Usual Size", {.key = "Ctrl+0", .need = Page}},
+    {1, Check, "mnuViewFullScreen", "F&ull Screen", {.key = "F11"}},
 
     {0, Menu, "mnuNavigation", "Navigation"},
     {1, Item, "mnuNavigationBackwards", "Backwards", {.need = Page, .button = "Back"}},
@@ -115,6 +123,9 @@ constexpr auto table = std::to_array<MenuEntry>({
     {1, Toggle, "mnuToolsScriptErrorSuppress", "&Suppress Script Errors", {.key = "Ctrl+S"}},
     {1, Separator, "mnuToolsBar4", "-"},
     {1, Item, "mnuToolsDownloads", "&Downloads", {.key = "Ctrl+J"}},
+    {1, Item, "mnuToolsVisits", "&Visited Pages", {.key = "Ctrl+H"}},
+    {1, Item, "mnuToolsCosts", "What &Windows Cost", {.key = "Shift+Esc"}},
+    {1, Item, "mnuToolsDeveloper", "D&eveloper Tools", {.key = "Ctrl+Shift+I", .need = Page}},
 
     {0, Menu, "mnuWindow", "&Window"},
     {1, Item, "mnuWindowNewWindow", "&New Window", {.same = "mnuFileNewCurrent"}},
@@ -131,6 +142,8 @@ constexpr auto table = std::to_array<MenuEntry>({
     {1, Separator, "mnuWindowBar3", "-"},
     {1, Item, "mnuWindowSleep", "&Sleep"},
     {1, Item, "mnuWindowSleepOthers", "Sleep All &Others"},
+    {1, Check, "mnuWindowMute", "M&ute"},
+    {1, Item, "mnuWindowMuteOthers", "Mute All O&thers"},
     {1, Item, "mnuWindowReopen", "Reopen Closed &Window", {.key = "Ctrl+Shift+T"}},
 
     {0, Menu, "mnuHelp", "&Help"},
@@ -140,6 +153,8 @@ constexpr auto table = std::to_array<MenuEntry>({
     {1, Separator, "mnuHelpBar1", "-"},
     {1, Item, "mnuHelpCheckForUpdate", "Check For Update"},
     {1, Item, "mnuHelpKelmarsh", "Kelmarsh"},
+    {1, Separator, "mnuHelpBar2", "-"},
+    {1, Item, "mnuHelpKeys", "&Keys"},
 });
 // clang-format on
 

@@ -1,5 +1,6 @@
 #include "TitleBarStyle.h"
 
+#include "InnerWindow.h"
 #include "PlainCaption.h"
 
 #include <QApplication>
@@ -10,6 +11,15 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+/// A private window's, whether the desktop is light or dark.
+void darken(QStyleOptionTitleBar &bar)
+{
+    const bool isActive = bar.titleBarState & QStyle::State_Active;
+    bar.titleBarState |= QStyle::State_Active;
+    bar.palette.setColor(QPalette::Highlight, isActive ? QColor(0x2e2a3d) : QColor(0x5c5869));
+    bar.palette.setColor(QPalette::HighlightedText, isActive ? Qt::white : QColor(0xd8d6de));
+}
+
 bool isDarkAndInactive(const QStyleOptionTitleBar &bar)
 {
     return !(bar.titleBarState & QStyle::State_Active)
@@ -28,6 +38,9 @@ void TitleBarStyle::drawComplexControl(ComplexControl control, const QStyleOptio
     QStyleOptionTitleBar bar = *given;
     if (widget && PlainCaption::isNeededFor(widget->windowTitle()))
         putWholeCaption(bar, *widget);
+    if (const auto *window = qobject_cast<const InnerWindow *>(widget);
+        window && window->isPrivate())
+        darken(bar);
     // Pages' own icons have no name; they stay as they are.
     if (bar.titleBarState & State_Active && !bar.icon.name().isEmpty()) {
         const QSize size = subControlRect(CC_TitleBar, &bar, SC_TitleBarSysMenu, widget).size();

@@ -8,7 +8,7 @@ class QStyleOptionTitleBar;
 /// style paints the buttons of a window that is not active in black whatever the palette, which
 /// nobody finds on a dark title bar; here they are as light as those of the active window. There,
 /// on the highlight colour, the program's own icons are as light as the caption. Captions are
-/// painted as they stand (see PlainCaption).
+/// painted as they stand (see PlainCaption). Those of private windows are dark.
 class TitleBarStyle : public QProxyStyle {
 public:
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,

@@ -96,7 +96,7 @@ void addWindowItem(QMenu &menu, Frame &frame, QMdiSubWindow *child, bool active)
 void listWindows(QMenu &menu, Frame &frame, const MdiArea &area)
 {
     menu.clear();
-    const QList<QMdiSubWindow *> children = area.childWindows();
+    const QList<QMdiSubWindow *> children = area.orderedWindows();
     const QMdiSubWindow *active = frame.activeChild();
     for (QMdiSubWindow *child : children)
         addWindowItem(menu, frame, child, child == active);
@@ -111,7 +111,7 @@ void openInNewWindows(Frame &frame, const QStringList &addresses)
     if (addresses.isEmpty())
         return;
     QTimer::singleShot(0, frame.window(), [&frame, addresses] {
-        frame.openBrowserWindow(addresses.first(), frame.newWindowState());
+        openBesideActive(frame, addresses.first());
         openInNewWindows(frame, addresses.mid(1));
     });
 }
@@ -148,6 +148,10 @@ void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
         if (InnerWindow *window = windowOfTab(key))
             window->endUse();
     });
+    QObject::connect(&strip, &TabStrip::soundClicked, &strip, [](const QString &key) {
+        if (InnerWindow *window = windowOfTab(key))
+            window->turnSound();
+    });
     QObject::connect(&strip, &TabStrip::tabMiddleClicked, &strip, [](const QString &key) {
         if (InnerWindow *window = windowOfTab(key))
             window->close();
@@ -155,6 +159,12 @@ void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
     QObject::connect(
         &strip, &TabStrip::addressesDropped, &strip,
         [&frame](const QStringList &addresses) { openInNewWindows(frame, addresses); });
+    QObject::connect(&strip, &TabStrip::tabMoved, &strip, [&strip] {
+        QList<QWidget *> windows;
+        for (const QString &key : strip.keys())
+            windows.append(windowOfTab(key));
+        Forms::arrange(windows);
+    });
     QObject::connect(&strip, &TabStrip::rightReleased, &strip,
                      [&frame, &openBrowsers](const QPoint &globalPos) {
                          if (frame.activeChild())

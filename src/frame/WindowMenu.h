@@ -14,7 +14,7 @@ void registerWindowCommands(Frame &frame, MdiArea &area, QMenu &openBrowsers);
 
 /// Connects the tab strip: a click activates the tab's window, a middle click closes it, and the
 /// right button's release shows `openBrowsers` while there is an active child. What is dropped
-/// there opens in new windows.
+/// there opens in new windows. The forms are in the order of their tabs.
 void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers);
 
 /// Restores the window of a tab if it is minimized, makes it the active child and shows its

@@ -1,6 +1,7 @@
 #include "FavoritesBar.h"
 #include "AddFavoriteDialog.h"
 #include "BrowserWindow.h"
+#include "DraggedUrls.h"
 #include "FavoriteNode.h"
 #include "FavoritesTree.h"
 #include "FindFiles.h"
@@ -8,13 +9,16 @@
 #include "InternetShortcut.h"
 #include "Log.h"
 #include "OrganizeFavoritesDialog.h"
+#include "ShownAddress.h"
 #include "SideBarControls.h"
 #include "SpecialFolders.h"
 #include "WebBrowser.h"
 
 #include <QApplication>
+#include <QDropEvent>
 #include <QElapsedTimer>
 #include <QMenu>
+#include <QMimeData>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -50,6 +54,7 @@ FavoritesBar::FavoritesBar(Frame &frame, QWidget *parent)
     m_organize->setObjectName("cmdOrganize"_L1);
     m_tree->setObjectName("tvFavorites"_L1);
     m_tree->setAccessibleName(u"Favorites"_s);
+    setAcceptDrops(true);
     makeContextMenu();
     m_slice.setInterval(0);
     connect(&m_slice, &QTimer::timeout, this, &FavoritesBar::continueRefresh);
@@ -88,6 +93,24 @@ void FavoritesBar::showEvent(QShowEvent *event)
         return;
     m_initialised = true;
     refresh();
+}
+
+void FavoritesBar::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!draggedAddresses(*event).isEmpty())
+        acceptAsCopy(*event);
+}
+
+/// Of several the first, for which the dialog asks.
+void FavoritesBar::dropEvent(QDropEvent *event)
+{
+    acceptAsCopy(*event);
+    const QString url = draggedAddresses(*event).value(0);
+    const QString title = draggedTitle(*event->mimeData());
+    // Where it comes from waits for the drop to end.
+    QTimer::singleShot(0, this, [this, url, title] {
+        addPage(url, title.isEmpty() ? shownAddress(QUrl(url)) : title);
+    });
 }
 
 void FavoritesBar::refresh()
@@ -226,13 +249,18 @@ void FavoritesBar::addCurrentPage()
     if (!m_frame.activeChild())
         return;
     const BrowserWindow *page = activeBrowser(m_frame);
-    const QString url = page ? page->browser()->locationUrl() : QString();
+    addPage(page ? page->browser()->locationUrl() : QString(),
+            page ? page->windowTitle() : QString());
+}
+
+void FavoritesBar::addPage(const QString &url, const QString &title)
+{
     const QString root = specialFolder(favoritesFolderNumber);
     if (url.isEmpty() || root.isEmpty()) {
         QApplication::beep();
         return;
     }
-    auto *dialog = new AddFavoriteDialog({url, page->windowTitle(), root}, m_frame.window());
+    auto *dialog = new AddFavoriteDialog({url, title, root}, m_frame.window());
     connect(dialog, &AddFavoriteDialog::changed, this, [this] {
         if (m_initialised)
             refresh();

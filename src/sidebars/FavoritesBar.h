@@ -18,7 +18,7 @@ class QPushButton;
 class QToolButton;
 
 /// The side bar that shows the user's Favorites folder as a tree. A click on a shortcut asks in a
-/// menu whether to open it here or in a new window.
+/// menu whether to open it here or in a new window; a link that is dropped here becomes one.
 class FavoritesBar : public QWidget {
     Q_OBJECT
 
@@ -38,6 +38,8 @@ public:
     /// Asks for a name and a folder for the active window's page, and writes the shortcut. Beeps
     /// when there is no page to add.
     void addCurrentPage();
+    /// The same for any page; `title` is what it is called at first.
+    void addPage(const QString &url, const QString &title);
 
     /// Opens the dialog that puts the favorites in order. The tree is not built anew after it.
     void organize();
@@ -53,6 +55,8 @@ signals:
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

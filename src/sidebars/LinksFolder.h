@@ -12,6 +12,10 @@ struct FavoriteLink {
     QString url;
 };
 
+/// Writes a shortcut of the links bar, called `title` or else by its address; false where it cannot
+/// be written.
+bool addFavoriteLink(const QString &url, const QString &title);
+
 /// Reads the folder "Links" in the user's Favorites folder file by file, so that a large one can be
 /// read in pieces.
 class LinksReading {

@@ -44,6 +44,11 @@ const Text &noEngineSelected =
 const Text &criteriaMissing =
     texts.at<"strYouMustEnterSearchCriteria", "Error: You must enter a search criteria!">;
 
+QString engineFile()
+{
+    return AppFolder::appData(u"SearchEngines.ini"_s);
+}
+
 template <typename Control> void translate(Control &control)
 {
     control.setText(texts.named(control.objectName(), control.text()));
@@ -174,7 +179,7 @@ void SearchBar::showEvent(QShowEvent *event)
     if (m_initialised)
         return;
     m_initialised = true;
-    m_iniFile = AppFolder::appData(u"SearchEngines.ini"_s);
+    m_iniFile = engineFile();
     loadFile();
 }
 
@@ -184,6 +189,21 @@ void SearchBar::loadFile()
     // By itself the list would have its first entry selected.
     m_engine->setCurrentIndex(SearchEngines::preselected(m_iniFile, m_engine->count()));
     m_query->loadList(historySection(), m_iniFile, historyLength, false);
+}
+
+SearchBar::Engine SearchBar::chosenEngine() const
+{
+    const QString file = engineFile();
+    Engine engine;
+    if (m_initialised) {
+        engine.name = m_engine->currentText();
+    } else {
+        const QStringList names = SearchEngines::names(file);
+        engine.name = names.value(SearchEngines::preselected(file, int(names.size())));
+    }
+    if (!engine.name.isEmpty())
+        engine.addressTemplate = SearchEngines::addressTemplate(file, engine.name);
+    return engine;
 }
 
 void SearchBar::startSearch()

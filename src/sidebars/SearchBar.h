@@ -22,6 +22,13 @@ public:
 
     /// Puts captions and messages into the current language; what it lacks stays as it is.
     void loadLanguage();
+    struct Engine {
+        /// Empty where none is chosen.
+        QString name;
+        QString addressTemplate;
+    };
+    /// Also of a bar that was never shown.
+    Engine chosenEngine() const;
     /// Puts the keyboard focus into the query box.
     void setFocus();
 

@@ -1,4 +1,5 @@
 #include "SideBarCommands.h"
+#include "BrowserWindow.h"
 #include "FavoritesBar.h"
 #include "FavoritesTransfer.h"
 #include "Frame.h"
@@ -43,7 +44,7 @@ void registerToggles(Frame &frame, FavoritesBar &favorites, SearchBar &search)
 void open(Frame &frame, int newWindow, const QString &url)
 {
     if (newWindow == 1)
-        frame.openBrowserWindow(url, frame.newWindowState());
+        openBesideActive(frame, url);
     else
         frame.navigateActive(url);
 }

@@ -41,7 +41,14 @@ private slots:
     void exactlyOneIsPressed();
     void clickPressesAndReports();
     void middleClickReports();
+    void draggedTabTakesAnotherPlace();
+    void escapePutsADraggedTabBack();
+    void tabsOfDifferentWidthsDoNotGoToAndFro();
+    void tabGoesWhileItIsDragged_data();
+    void tabGoesWhileItIsDragged();
+    void keysMoveATab();
     void useIsMarkedAndClicked();
+    void soundIsMarkedAndClicked();
     void rightReleaseAnywhere();
     void noMenuOfTheSurroundings();
     void captionShowsAmpersand();
@@ -62,6 +69,15 @@ private:
     void fill(int count);
     bool inView(int number) const;
     void rightClick(QWidget *widget, const QPoint &at);
+    /// The pointer presses the tab in its middle and goes to the middle of another.
+    void drag(int number, int to);
+    QStringList order(const QList<int> &numbers) const
+    {
+        QStringList keys;
+        for (int number : numbers)
+            keys.append(keyOf(number));
+        return keys;
+    }
 
     std::unique_ptr<TabStrip> m_strip;
 };
@@ -160,6 +176,45 @@ void tst_TabStrip::clickPressesAndReports()
 }
 
 /// The mark is a place of its own on the tab.
+void tst_TabStrip::soundIsMarkedAndClicked()
+{
+    m_strip->addTab(keyOf(1), u"One"_s);
+    QWidget *tab = m_strip->tab(keyOf(1));
+    const QSignalSpy turned(m_strip.get(), &TabStrip::soundClicked);
+    const QSignalSpy used(m_strip.get(), &TabStrip::useClicked);
+    const QSignalSpy clicked(m_strip.get(), &TabStrip::tabClicked);
+    const QPoint end(tab->width() - 10, tab->height() / 2);
+    const QImage plain = tab->grab().toImage();
+    m_strip->setSound(keyOf(1), PageSound::Playing);
+    const QImage playing = tab->grab().toImage();
+    QVERIFY(playing != plain);
+    QCOMPARE(tab->accessibleName(), u"One, playing sound"_s);
+    QTest::mouseClick(tab, Qt::LeftButton, {}, end);
+    QCOMPARE(turned.size(), 1);
+    QCOMPARE(turned.first().first().toString(), keyOf(1));
+    m_strip->setSound(keyOf(1), PageSound::Muted);
+    QVERIFY(tab->grab().toImage() != playing);
+    QCOMPARE(tab->accessibleName(), u"One, muted"_s);
+    QAccessibleInterface *seen = QAccessible::queryAccessibleInterface(tab);
+    const QString turn = QAccessibleActionInterface::toggleAction();
+    QVERIFY(seen->actionInterface()->actionNames().contains(turn));
+    seen->actionInterface()->doAction(turn);
+    QCOMPARE(turned.size(), 2);
+    // Beside the mark of what is in use.
+    m_strip->setUse(keyOf(1), u"Camera in use"_s);
+    QTest::mouseClick(tab, Qt::LeftButton, {}, end);
+    QCOMPARE(used.size(), 1);
+    QTest::mouseClick(tab, Qt::LeftButton, {}, end - QPoint(20, 0));
+    QCOMPARE(turned.size(), 3);
+    m_strip->setUse(keyOf(1), {});
+    m_strip->setSound(keyOf(1), PageSound::None);
+    QVERIFY(!seen->actionInterface()->actionNames().contains(turn));
+    QCOMPARE(clicked.size(), 0);
+    QTest::mouseClick(tab, Qt::LeftButton, {}, end);
+    QCOMPARE(turned.size(), 3);
+    QCOMPARE(clicked.size(), 1);
+}
+
 void tst_TabStrip::useIsMarkedAndClicked()
 {
     m_strip->addTab(keyOf(1), u"One"_s);
@@ -191,6 +246,112 @@ void tst_TabStrip::useIsMarkedAndClicked()
     QTest::mouseClick(tab, Qt::LeftButton, {}, mark);
     QCOMPARE(used.size(), 1);
     QCOMPARE(clicked.size(), 2);
+}
+
+void tst_TabStrip::drag(int number, int to)
+{
+    QWidget *tab = m_strip->tab(keyOf(number));
+    QTest::mousePress(tab, Qt::LeftButton, {}, tab->rect().center());
+    const QWidget *other = m_strip->tab(keyOf(to));
+    const int end = other->x() + other->width() / 2 + (other->x() > tab->x() ? 2 : -2);
+    const int step = end > tab->x() ? 4 : -4;
+    for (int x = tab->x() + tab->width() / 2; (end - x) * step >= 0; x += step) {
+        const QPoint at(x - tab->x(), 5);
+        QMouseEvent event(QEvent::MouseMove, at, tab->mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                          {});
+        QApplication::sendEvent(tab, &event);
+    }
+}
+
+void tst_TabStrip::draggedTabTakesAnotherPlace()
+{
+    fill(4);
+    const QSignalSpy clicks(m_strip.get(), &TabStrip::tabClicked);
+    const QSignalSpy moves(m_strip.get(), &TabStrip::tabMoved);
+    drag(1, 3);
+    QCOMPARE(m_strip->keys(), order({2, 3, 1, 4}));
+    QCOMPARE(moves.size(), 0);
+    QWidget *tab = m_strip->tab(keyOf(1));
+    QTest::mouseRelease(tab, Qt::LeftButton);
+    QCOMPARE(moves.size(), 1);
+    QCOMPARE(clicks.size(), 0);
+    QVERIFY(!QWidget::keyboardGrabber());
+    QVERIFY(tab->x() > m_strip->tab(keyOf(3))->x() && tab->x() < m_strip->tab(keyOf(4))->x());
+    drag(4, 2);
+    QTest::mouseRelease(m_strip->tab(keyOf(4)), Qt::LeftButton);
+    QCOMPARE(m_strip->keys(), order({4, 2, 3, 1}));
+    // What hardly moves is a click.
+    QTest::mousePress(tab, Qt::LeftButton, {}, QPoint(20, 5));
+    QTest::mouseMove(tab, QPoint(22, 5));
+    QTest::mouseRelease(tab, Qt::LeftButton, {}, QPoint(22, 5));
+    QCOMPARE(clicks.size(), 1);
+    QCOMPARE(moves.size(), 2);
+}
+
+void tst_TabStrip::escapePutsADraggedTabBack()
+{
+    fill(4);
+    const QSignalSpy moves(m_strip.get(), &TabStrip::tabMoved);
+    drag(2, 4);
+    QCOMPARE(m_strip->keys(), order({1, 3, 4, 2}));
+    QCOMPARE(QWidget::keyboardGrabber(), m_strip->tab(keyOf(2)));
+    QTest::keyClick(m_strip->tab(keyOf(2)), Qt::Key_Escape);
+    QCOMPARE(m_strip->keys(), order({1, 2, 3, 4}));
+    QVERIFY(!QWidget::keyboardGrabber());
+    QTest::mouseRelease(m_strip->tab(keyOf(2)), Qt::LeftButton);
+    QCOMPARE(moves.size(), 0);
+}
+
+void tst_TabStrip::tabsOfDifferentWidthsDoNotGoToAndFro()
+{
+    fill(2);
+    m_strip->setCaption(keyOf(1), u"A very long caption of a window"_s);
+    m_strip->setCaption(keyOf(2), u"x"_s);
+    drag(2, 1);
+    QCOMPARE(m_strip->keys(), order({2, 1}));
+    QWidget *tab = m_strip->tab(keyOf(2));
+    const QPoint at(tab->rect().center());
+    for (int i = 0; i < 3; ++i) {
+        QMouseEvent event(QEvent::MouseMove, at, tab->mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                          {});
+        QApplication::sendEvent(tab, &event);
+        QCOMPARE(m_strip->keys(), order({2, 1}));
+    }
+    QTest::mouseRelease(tab, Qt::LeftButton);
+}
+
+void tst_TabStrip::tabGoesWhileItIsDragged_data()
+{
+    QTest::addColumn<int>("gone");
+    QTest::newRow("the tab") << 1;
+    QTest::newRow("another") << 2;
+}
+
+void tst_TabStrip::tabGoesWhileItIsDragged()
+{
+    QFETCH(int, gone);
+    fill(3);
+    drag(1, 3);
+    const QPointer<QWidget> tab = m_strip->tab(keyOf(1));
+    m_strip->removeTab(keyOf(gone));
+    QTest::keyClick(tab.data(), Qt::Key_Escape);
+    QCOMPARE(m_strip->keys(), gone == 1 ? order({2, 3}) : order({3, 1}));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(!tab, gone == 1);
+    QVERIFY(!QWidget::keyboardGrabber());
+}
+
+void tst_TabStrip::keysMoveATab()
+{
+    fill(3);
+    const QSignalSpy moves(m_strip.get(), &TabStrip::tabMoved);
+    QTest::keyClick(m_strip->tab(keyOf(1)), Qt::Key_Right, Qt::ShiftModifier);
+    QCOMPARE(m_strip->keys(), order({2, 1, 3}));
+    for (int i = 0; i < 4; ++i)
+        QTest::keyClick(m_strip->tab(keyOf(1)), Qt::Key_Left, Qt::ShiftModifier);
+    QCOMPARE(m_strip->keys(), order({1, 2, 3}));
+    // At the end there is nowhere to go.
+    QCOMPARE(moves.size(), 2);
 }
 
 void tst_TabStrip::middleClickReports()

@@ -65,6 +65,7 @@ private slots:
     void whatCannotBeWrittenIsWrittenLater();
     void killedAtAnyMomentTheFileIsWhole();
     void keptOnesHaveTheirDateAndAreFive();
+    void clockSetBackTakesNothingAway();
     void filesTheUserNamedStay();
     void sameSecondTakesNothingAway();
     void damagedFileIsNoDesk_data();
@@ -178,6 +179,19 @@ void tst_LastDesk::keptOnesHaveTheirDateAndAreFive()
     QCOMPARE(kept().first(), u"Last desk (2026-03-04 04.05.06).orp"_s);
     QCOMPARE(m_folder->read(u"Profiles/Last desk (2026-03-08 04.05.06).orp"_s),
              DeskFile::text(deskOf(8)));
+}
+
+void tst_LastDesk::clockSetBackTakesNothingAway()
+{
+    for (const int year : {2031, 2032, 2033, 2034, 2035, 1970}) {
+        LastDeskFile::Left left;
+        left.bytes = QByteArray::number(year);
+        left.time = QDateTime(QDate(year, 3, 1), QTime(4, 5, 6));
+        QVERIFY(LastDeskFile::keep(left));
+    }
+    QCOMPARE(kept().size(), 5);
+    QCOMPARE(m_folder->read(u"Profiles/Last desk (1970-03-01 04.05.06).orp"_s), QByteArray("1970"));
+    QVERIFY(!m_folder->exists(u"Profiles/Last desk (2031-03-01 04.05.06).orp"_s));
 }
 
 void tst_LastDesk::filesTheUserNamedStay()

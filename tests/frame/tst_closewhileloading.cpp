@@ -5,6 +5,7 @@
 #include "BrowserWindow.h"
 #include "FakeWebBrowser.h"
 #include "Forms.h"
+#include "FrameOpener.h"
 #include "MainWindow.h"
 #include "TempAppFolder.h"
 
@@ -56,7 +57,8 @@ void tst_CloseWhileLoading::nothingOpensInAClosedFrame()
     QFETCH(QString, commandLine);
     m_frame->setCommandLine(commandLine);
     int profiles = 0;
-    m_frame->setProfileOpener([&profiles](const QString &, bool) { return ++profiles > 0; });
+    m_frame->opener().setProfileOpener(
+        [&profiles](const QString &, bool) { return ++profiles > 0; });
     QTimer::singleShot(0, m_frame.get(), [this] { m_frame->close(); });
     m_frame->load();
     m_frame->translate();

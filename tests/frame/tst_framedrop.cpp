@@ -6,7 +6,9 @@
 #include "AddressBox.h"
 #include "BrowserWindow.h"
 #include "DragAndDrop.h"
+#include "DraggedUrls.h"
 #include "FakeWebBrowser.h"
+#include "FrameOpener.h"
 #include "MainWindow.h"
 #include "TabStrip.h"
 #include "TempAppFolder.h"
@@ -39,6 +41,8 @@ private slots:
     void addressBarOfAFrameBehindTakesTheAddress();
     void addressBarTakesTextWhereItIsLetGo();
     void searchBoxTakesALink();
+    void pagesGiveAddressesOfTheWebAlone_data();
+    void pagesGiveAddressesOfTheWebAlone();
 
 private:
     bool dragShowsCopy(const QList<QUrl> &urls);
@@ -65,7 +69,7 @@ void tst_FrameDrop::init()
     m_engine = std::make_unique<FakeEngine>();
     m_frame = std::make_unique<MainWindow>();
     m_opened.clear();
-    m_frame->setProfileOpener([this](const QString &file, bool quiet) {
+    m_frame->opener().setProfileOpener([this](const QString &file, bool quiet) {
         m_opened.append(quiet ? "quiet "_L1 + file : file);
         return true;
     });
@@ -313,6 +317,36 @@ void tst_FrameDrop::searchBoxTakesALink()
     field->setText(u"words"_s);
     QVERIFY(DragAndDrop({QUrl(u"http://one.example/"_s)}).drop(field));
     QCOMPARE(field->text(), u"http://one.example/"_s);
+}
+
+void tst_FrameDrop::pagesGiveAddressesOfTheWebAlone_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<QString>("markup");
+    QTest::addColumn<QStringList>("addresses");
+    const QUrl file(u"file:///tmp/made/picture.svg"_s);
+    const QStringList none;
+    QTest::newRow("link") << QUrl(u"http://h/a?b=1"_s) << u"<a href='http://x/'>x</a>"_s
+                          << QStringList{u"http://h/a?b=1"_s};
+    QTest::newRow("picture") << file << u"<img src=\"http://h/p.svg?a=1&amp;b=2\" alt=x>"_s
+                             << QStringList{u"http://h/p.svg?a=1&b=2"_s};
+    QTest::newRow("picture without an address")
+        << file << u"<img src=\"data:image/svg+xml,x\">"_s << none;
+    QTest::newRow("picture of a file") << file << u"<img src=\"file:///etc/x.png\">"_s << none;
+    QTest::newRow("file") << file << QString() << none;
+    QTest::newRow("script") << QUrl(u"javascript:1"_s) << u"<img src='http://h/'>"_s << none;
+    QTest::newRow("endless") << file << QString("<img src='http://h/'>"_L1 + QString(100'000, u'x'))
+                             << none;
+}
+
+void tst_FrameDrop::pagesGiveAddressesOfTheWebAlone()
+{
+    QFETCH(QUrl, url);
+    QFETCH(QString, markup);
+    QMimeData data;
+    data.setUrls({url});
+    data.setHtml(markup);
+    QTEST(pageAddressesDragged(data), "addresses");
 }
 
 QTEST_MAIN(tst_FrameDrop)

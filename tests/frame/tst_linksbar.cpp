@@ -3,6 +3,7 @@
 #include "ChevronButton.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
+#include "DragAndDrop.h"
 #include "FakeWebBrowser.h"
 #include "FavoritesHome.h"
 #include "Forms.h"
@@ -15,6 +16,7 @@
 #include <QAccessible>
 #include <QAction>
 #include <QMenu>
+#include <QMessageBox>
 #include <QToolTip>
 #include <QtTest>
 
@@ -48,6 +50,12 @@ private slots:
     void fiveThousandFiles();
     void rebuiltWhileFilled();
     void menuOfThousands();
+    void droppedLinkIsAdded_data();
+    void droppedLinkIsAdded();
+    void droppedAgainItReplacesNothing();
+    void whatNobodyOpensIsNotTaken_data();
+    void whatNobodyOpensIsNotTaken();
+    void linkThatCannotBeWrittenIsTold();
 
 private:
     void apply();
@@ -425,6 +433,85 @@ void tst_LinksBar::menuOfThousands()
     QTest::keyClick(chevron, Qt::Key_Space);
     QCOMPARE(chevron->menu()->actions().size(), groups.size());
     chevron->menu()->close();
+}
+
+void tst_LinksBar::droppedLinkIsAdded_data()
+{
+    QTest::addColumn<QString>("markup");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("with its text")
+        << u"<a href='http://h/a'>The <b>link</b>\u202e</a>"_s << u"The link"_s;
+    QTest::newRow("picture") << u"<img src='http://h/a' alt=''>"_s << u"a"_s;
+    QTest::newRow("path") << u"<a>../../over</a>"_s << QString();
+    QTest::newRow("no text") << QString() << u"a"_s;
+    QTest::newRow("endless") << QString(100'000, u'x') << u"a"_s;
+}
+
+void tst_LinksBar::droppedLinkIsAdded()
+{
+    QFETCH(QString, markup);
+    QFETCH(QString, name);
+    QVERIFY(m_home->writeLink(u"Links/old.url"_s, "http://old/"));
+    apply();
+    showFrame();
+    QTRY_COMPARE(bar().buttonCount(), 2);
+    DragAndDrop drag({QUrl(u"http://h/a?b=1"_s)});
+    drag.setMarkup(markup);
+    QVERIFY(drag.drop(&bar()));
+    QTRY_COMPARE(bar().buttonCount(), 4);
+    const QStringList files = QDir(m_home->path(u"Links"_s)).entryList(QDir::Files);
+    QCOMPARE(files.size(), 2);
+    if (!name.isEmpty())
+        QVERIFY2(files.contains(name + ".url"_L1), qPrintable(files.join(u' ')));
+    // Nowhere else.
+    QCOMPARE(QDir(m_home->favorites()).entryList(QDir::Files), QStringList());
+    QCOMPARE(QDir(m_home->home()).entryList(QDir::Files), QStringList());
+    QStringList addresses;
+    for (int index = 1; index <= bar().buttonCount(); ++index)
+        addresses.append(bar().toolTip(index));
+    QVERIFY(addresses.contains(u"http://h/a?b=1"_s));
+}
+
+void tst_LinksBar::droppedAgainItReplacesNothing()
+{
+    apply();
+    showFrame();
+    DragAndDrop drag({QUrl(u"http://h/a"_s)});
+    drag.setMarkup(u"<a>name</a>"_s);
+    for (int count = 1; count <= 2; ++count) {
+        QVERIFY(drag.drop(&bar()));
+        QTRY_COMPARE(bar().buttonCount(), 2 * count);
+    }
+}
+
+void tst_LinksBar::whatNobodyOpensIsNotTaken_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::newRow("script") << QUrl(u"javascript:alert(1)"_s);
+    QTest::newRow("data") << QUrl(u"data:text/html,x"_s);
+    QTest::newRow("folder") << QUrl(u"file:///tmp"_s);
+}
+
+void tst_LinksBar::whatNobodyOpensIsNotTaken()
+{
+    QFETCH(QUrl, url);
+    apply();
+    showFrame();
+    QVERIFY(!DragAndDrop({url}).drop(&bar()));
+}
+
+void tst_LinksBar::linkThatCannotBeWrittenIsTold()
+{
+    apply();
+    showFrame();
+    // A file has the place of the folder.
+    QVERIFY(m_home->write(u"Links"_s, "x"));
+    QVERIFY(DragAndDrop({QUrl(u"http://h/a"_s)}).drop(&bar()));
+    QMessageBox *box = nullptr;
+    QTRY_VERIFY((box = m_frame->findChild<QMessageBox *>()));
+    QCOMPARE(box->text(), u"The link could not be added to the Favorites."_s);
+    box->reject();
+    QCOMPARE(m_home->read(u"Links"_s), QByteArray("x"));
 }
 
 QTEST_MAIN(tst_LinksBar)

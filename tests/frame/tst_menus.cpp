@@ -82,7 +82,7 @@ void tst_Menus::menuHoldsItsItemsInOrder_data()
     QTest::newRow("new") << u"mnuFileNew"_s
         << u"mnuFileNewCurrent|Current;mnuFileNewBar0|-;mnuFileNewBlankPage|Blank Page;"
            "mnuFileNewHomePage|Home Page;mnuFileNewBar1|-;"
-           "mnuFileNewFromClipboard|From Clipboard"_s;
+           "mnuFileNewFromClipboard|From Clipboard;mnuFileNewBar2|-;mnuFileNewPrivate|&Private Window"_s;
     QTest::newRow("edit") << u"mnuEdit"_s
         << u"mnuEditUndo|&Undo;mnuEditBar0|-;mnuEditCut|Cu&t;mnuEditCopy|&Copy;"
            "mnuEditPaste|&Paste;mnuEditBar1|-;mnuEditFind|&Find;mnuEditBar2|-;"
@@ -90,7 +90,10 @@ void tst_Menus::menuHoldsItsItemsInOrder_data()
     QTest::newRow("view") << u"mnuView"_s
         << u"mnuViewSearchBar|Search Bar;mnuViewBar0|-;mnuViewFontSize|Font Size;"
            "mnuViewToolBar|Tool Bar;mnuViewBar1|-;mnuViewRefresh|&Refresh;"
-           "mnuViewDocumentHTML|&Document HTML"_s;
+           "mnuViewDocumentHTML|&Document HTML;mnuViewBar2|-;mnuViewZoom|&Zoom;"
+           "mnuViewFullScreen|F&ull Screen"_s;
+    QTest::newRow("zoom") << u"mnuViewZoom"_s
+        << u"mnuViewZoomIn|&Larger;mnuViewZoomOut|&Smaller;mnuViewZoomUsual|&Usual Size"_s;
     QTest::newRow("font size") << u"mnuViewFontSize"_s
         << u"mnuViewFontSize20|Smallest;mnuViewFontSize21|Small;mnuViewFontSize22|Medium;"
            "mnuViewFontSize23|Large;mnuViewFontSize24|Largest"_s;
@@ -119,7 +122,8 @@ void tst_Menus::menuHoldsItsItemsInOrder_data()
            "mnuToolsSmartPopupKiller|Smart Popup Killer;mnuToolsBar3|-;"
            "mnuToolsMaximizeCatcher|&Maximize Catcher;"
            "mnuToolsScriptErrorSuppress|&Suppress Script Errors;mnuToolsBar4|-;"
-           "mnuToolsDownloads|&Downloads"_s;
+           "mnuToolsDownloads|&Downloads;mnuToolsVisits|&Visited Pages;mnuToolsCosts|What &Windows Cost;"
+           "mnuToolsDeveloper|D&eveloper Tools"_s;
     QTest::newRow("history") << u"mnuToolsHistory"_s
         << u"mnuToolsAddPagesToHistory|Add Pages To &History;mnuToolsHistoryBar0|-;"
            "mnuToolsAddFilesToCache|Add Files To Cache"_s;
@@ -129,10 +133,12 @@ void tst_Menus::menuHoldsItsItemsInOrder_data()
            "mnuWindowTileHorizontal|Tile &Horizontal;mnuWindowTileVertical|Tile &Vertical;"
            "mnuWindowBar2|-;mnuWindowOpenBrowsers|Open Browsers;mnuWindowCloseAll|Close All;"
            "mnuWindowBar3|-;mnuWindowSleep|&Sleep;mnuWindowSleepOthers|Sleep All &Others;"
+           "mnuWindowMute|M&ute;mnuWindowMuteOthers|Mute All O&thers;"
            "mnuWindowReopen|Reopen Closed &Window"_s;
     QTest::newRow("help") << u"mnuHelp"_s
         << u"mnuHelpAbout|&About ;mnuHelpBar0|-;mnuHelpDonate|Donate;mnuHelpBar1|-;"
-           "mnuHelpCheckForUpdate|Check For Update;mnuHelpKelmarsh|Kelmarsh"_s;
+           "mnuHelpCheckForUpdate|Check For Update;mnuHelpKelmarsh|Kelmarsh;mnuHelpBar2|-;"
+           "mnuHelpKeys|&Keys"_s;
     // clang-format on
 }
 
@@ -151,6 +157,7 @@ void tst_Menus::acceleratorsAreAsDesigned()
         {u"mnuFileOpen"_s, u"Ctrl+O"_s},
         {u"mnuFileProfiles"_s, u"Ctrl+R"_s},
         {u"mnuFileProfilesSave"_s, u"F12"_s},
+        {u"mnuFileNewPrivate"_s, u"Ctrl+Shift+P"_s},
         {u"mnuFileProperties"_s, u"Ctrl+I"_s},
         {u"mnuFilePrint"_s, u"Ctrl+P"_s},
         {u"mnuEditCut"_s, u"Ctrl+X"_s},
@@ -159,6 +166,10 @@ void tst_Menus::acceleratorsAreAsDesigned()
         {u"mnuEditFind"_s, u"Ctrl+F"_s},
         {u"mnuEditSelectAll"_s, u"Ctrl+A"_s},
         {u"mnuViewSearchBar"_s, u"F3"_s},
+        {u"mnuViewZoomIn"_s, u"Ctrl++"_s},
+        {u"mnuViewZoomOut"_s, u"Ctrl+-"_s},
+        {u"mnuViewZoomUsual"_s, u"Ctrl+0"_s},
+        {u"mnuViewFullScreen"_s, u"F11"_s},
         {u"mnuNavigationStopAll"_s, u"Shift+Del"_s},
         {u"mnuNavigationRefresh"_s, u"F5"_s},
         {u"mnuNavigationRefreshAll"_s, u"Shift+F5"_s},
@@ -169,6 +180,9 @@ void tst_Menus::acceleratorsAreAsDesigned()
         {u"mnuToolsMaximizeCatcher"_s, u"Ctrl+M"_s},
         {u"mnuToolsScriptErrorSuppress"_s, u"Ctrl+S"_s},
         {u"mnuToolsDownloads"_s, u"Ctrl+J"_s},
+        {u"mnuToolsVisits"_s, u"Ctrl+H"_s},
+        {u"mnuToolsCosts"_s, u"Shift+Esc"_s},
+        {u"mnuToolsDeveloper"_s, u"Ctrl+Shift+I"_s},
         {u"mnuWindowReopen"_s, u"Ctrl+Shift+T"_s},
     };
     QMap<QString, QString> found;

@@ -63,6 +63,7 @@ public:
     void adopt(QMdiSubWindow *child) override { area->adopt(child); }
     QMdiSubWindow *activeChild() const override { return area->activeChild(); }
     void openBrowserWindow(const QString &, WindowState) override { }
+    void openPrivateWindow(const QString &, WindowState) override { }
     void navigateActive(const QString &) override { }
     WindowState newWindowState() const override
     {

@@ -1,3 +1,5 @@
+#include "AddFavoriteDialog.h"
+#include "DragAndDrop.h"
 #include "FakeFrame.h"
 #include "FakeWebBrowser.h"
 #include "FavoriteNode.h"
@@ -6,6 +8,7 @@
 #include "FavoritesTree.h"
 #include "Forms.h"
 
+#include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -50,6 +53,7 @@ private slots:
     void layout();
     void narrowerThanTheButtons();
     void closeButton();
+    void droppedLinkIsAskedAbout();
 
 private:
     void fill();
@@ -474,6 +478,20 @@ void tst_FavoritesBar::closeButton()
     QTest::mouseClick(control(u"cmdExit"_s), Qt::LeftButton);
     QCOMPARE(exited.size(), 1);
     QVERIFY(m_bar->isVisible());
+}
+
+void tst_FavoritesBar::droppedLinkIsAskedAbout()
+{
+    QVERIFY(m_home->makeFolder());
+    fill();
+    DragAndDrop drag({QUrl(u"http://h/a"_s), QUrl(u"http://h/b"_s)});
+    drag.setMarkup(u"<a href='http://h/a'>The link</a>"_s);
+    QVERIFY(drag.drop(tree()->viewport()));
+    AddFavoriteDialog *dialog = nullptr;
+    QTRY_VERIFY((dialog = m_frame->window()->findChild<AddFavoriteDialog *>()));
+    QCOMPARE(dialog->findChild<QLineEdit *>()->text(), u"The link"_s);
+    dialog->reject();
+    QVERIFY(!DragAndDrop({QUrl(u"javascript:alert(1)"_s)}).drop(tree()->viewport()));
 }
 
 QTEST_MAIN(tst_FavoritesBar)
