@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "AllCommands.h"
+#include "AppFolder.h"
 #include "CommandLine.h"
 #include "DownloadFile.h"
 #include "DownloadList.h"
@@ -16,11 +17,14 @@
 #include "LastDesk.h"
 #include "LaterStarts.h"
 #include "MainWindow.h"
+#include "ProgramColours.h"
 #include "ProgramInfo.h"
 #include "StartCleaning.h"
 #include "StartListener.h"
 #include "StartRequest.h"
 #include "StartUp.h"
+#include "VisitFile.h"
+#include "VisitHistory.h"
 
 namespace {
 
@@ -47,8 +51,10 @@ int runFrame(StartListener &laterStarts)
     // Reads beside the start.
     const DownloadStore downloads(downloadList(), DownloadFile::path());
     registerAllCommands(frame);
-    // Who stores nothing has no desk to come back to.
-    const auto desk = engineProfileIsStored() ? std::make_unique<LastDesk>(frame) : nullptr;
+    // Who stores nothing has no desk to come back to, and has been nowhere.
+    const bool isStored = engineProfileIsStored();
+    const auto desk = isStored ? std::make_unique<LastDesk>(frame) : nullptr;
+    const auto visits = isStored ? std::make_unique<VisitHistory>(VisitFile::path()) : nullptr;
     frame.setCommandLine(QCoreApplication::arguments().mid(1).join(u' '));
     startUp(frame);
     // Left while it was starting: there is no window whose closing would end the loop.
@@ -93,6 +99,9 @@ int main(int argc, char **argv)
         return 1;
     }
     StartListener laterStarts(std::move(start.place));
+    // The engine takes the colours, and what the user wants of them, as they are when it starts.
+    const ProgramColours colours;
+    AppFolder::setSettingsPath(AppFolder::appData(QStringLiteral("Settings.ini")));
     startEngine();
     warmUpEngine();
     const int status = runFrame(laterStarts);

@@ -1,14 +1,21 @@
 #include "AllCommands.h"
 
+#include "CostCommands.h"
 #include "DownloadCommands.h"
 #include "EditCommands.h"
 #include "FileCommands.h"
 #include "HelpCommands.h"
+#include "KeyCommands.h"
+#include "LinkCommands.h"
 #include "MainWindow.h"
+#include "MediaCommands.h"
 #include "ProfileCommands.h"
 #include "SleepCommands.h"
+#include "SoundCommands.h"
+#include "TextCommands.h"
 #include "ToolsCommands.h"
 #include "ViewCommands.h"
+#include "VisitCommands.h"
 
 void registerAllCommands(MainWindow &frame)
 {
@@ -18,7 +25,14 @@ void registerAllCommands(MainWindow &frame)
     registerProfileCommands(frame);
     registerToolsCommands(frame, frame);
     registerDownloadCommands(frame);
+    registerVisitCommands(frame);
+    registerCostCommands(frame);
     registerSleepCommands(frame);
+    registerLinkCommands(frame);
+    registerMediaCommands(frame);
+    registerTextCommands(frame);
+    registerSoundCommands(frame);
     registerHelpCommands(frame);
+    registerKeyCommands(frame);
     frame.closeCommandTable();
 }

@@ -135,6 +135,12 @@ void find(Frame &frame)
     active->browser()->find();
 }
 
+void findAgain(Frame &frame, bool backwards)
+{
+    if (const BrowserWindow *active = activeBrowser(frame))
+        active->browser()->findAgain(backwards);
+}
+
 }
 
 void registerEditCommands(Frame &frame)
@@ -156,4 +162,6 @@ void registerEditCommands(Frame &frame)
               [](QLineEdit &field) { field.deselect(); }, &DownloadsWindow::selectNone});
     frame.handle(u"mnuEditUndo"_s, [&frame, &focus] { undo(frame, focus); });
     frame.handle(u"mnuEditFind"_s, [&frame] { find(frame); });
+    frame.handle(u"cmdFindNext"_s, [&frame] { findAgain(frame, false); });
+    frame.handle(u"cmdFindPrevious"_s, [&frame] { findAgain(frame, true); });
 }

@@ -4,16 +4,16 @@
 
 namespace ExecForms {
 
-void two(WebBrowser &page, OleCmd command)
+bool two(WebBrowser &page, OleCmd command)
 {
-    page.execCommand(command, OleExecOpt::Default);
+    return page.execCommand(command, OleExecOpt::Default);
 }
 
-void four(WebBrowser &page, OleCmd command)
+bool four(WebBrowser &page, OleCmd command)
 {
     const QVariant in = QVariant::fromValue<qint16>(0);
     QVariant out = QVariant::fromValue<qint16>(0);
-    page.execCommand(command, OleExecOpt::Default, &in, &out);
+    return page.execCommand(command, OleExecOpt::Default, &in, &out);
 }
 
 }

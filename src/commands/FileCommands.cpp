@@ -1,5 +1,6 @@
 #include "FileCommands.h"
 
+#include <QApplication>
 #include <QMdiSubWindow>
 
 #include "BrowserWindow.h"
@@ -17,17 +18,19 @@ namespace {
 void newOnCurrentPage(Frame &frame)
 {
     if (const BrowserWindow *active = activeBrowser(frame))
-        frame.openBrowserWindow(active->browser()->locationUrl(), WindowState::AsOthers);
+        frame.openWindowLike(active->privacy(), active->browser()->locationUrl(),
+                             WindowState::AsOthers);
     else
         frame.openBrowserWindow({}, frame.newWindowState());
 }
 
 void onActivePage(Frame &frame, const QString &item, OleCmd command,
-                  void (*exec)(WebBrowser &, OleCmd))
+                  bool (*exec)(WebBrowser &, OleCmd))
 {
     frame.handle(item, [&frame, command, exec] {
-        if (const BrowserWindow *active = activeBrowser(frame))
-            exec(*active->browser(), command);
+        const BrowserWindow *active = activeBrowser(frame);
+        if (active && !exec(*active->browser(), command))
+            QApplication::beep();
     });
 }
 

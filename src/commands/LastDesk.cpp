@@ -1,13 +1,17 @@
 #include "LastDesk.h"
 
 #include "BrowserWindow.h"
+#include "DeskFile.h"
 #include "DeskOffer.h"
 #include "DeskPlacer.h"
 #include "DeskTaker.h"
+#include "FrameOpener.h"
+#include "Log.h"
 #include "MainWindow.h"
 #include "MdiArea.h"
 #include "NotSaved.h"
 #include "Settings.h"
+#include "TabStrip.h"
 #include "WakingPages.h"
 #include "Yield.h"
 
@@ -35,6 +39,25 @@ bool isOfTheDesk(QEvent::Type type)
     }
 }
 
+/// Also while the first page is on its way; one that holds nothing has none.
+QString addressOf(const BrowserWindow &window)
+{
+    const QString address = window.browser()->locationUrl();
+    if (!address.isEmpty() || window.isPopup)
+        return address;
+    const QString coming = window.shownAddress();
+    return coming.startsWith("about:"_L1, Qt::CaseInsensitive) ? QString() : coming;
+}
+
+/// No window is lost to an end of the program before its page has come.
+Desk takenWithComing(Frame &frame, const QList<BrowserWindow *> &windows)
+{
+    Desk desk = takeDesk(frame, windows);
+    for (qsizetype i = 0; i < windows.size(); ++i)
+        desk.windows[i].address = addressOf(*windows.at(i));
+    return desk;
+}
+
 Desk only(const Desk &desk, const QList<qsizetype> &windows)
 {
     Desk result = desk;
@@ -43,6 +66,14 @@ Desk only(const Desk &desk, const QList<qsizetype> &windows)
         result.windows.append(desk.windows.at(index));
     result.active = int(windows.indexOf(desk.active));
     return result;
+}
+
+/// Whether there is something in the file in which no window was found: the first write would take
+/// it away. A desk without windows is no loss.
+bool isUnread(const LastDeskFile::Left &left)
+{
+    return !left.bytes.isEmpty() && left.desk.windows.isEmpty()
+        && left.bytes != DeskFile::text(left.desk);
 }
 
 /// With the windows of `behind` behind those of `desk`.
@@ -64,8 +95,10 @@ LastDesk::LastDesk(MainWindow &frame)
     , m_left(LastDeskFile::read())
 {
     m_pending = m_left.desk;
+    if (isUnread(m_left) && !LastDeskFile::keep(m_left))
+        qCWarning(lcFiles) << "cannot keep what is unread in" << LastDeskFile::path();
     if (!m_left.isCut)
-        frame.setDeskOpener([this] { return openAtStart(); });
+        frame.opener().setDeskOpener([this] { return openAtStart(); });
     m_soon.setSingleShot(true);
     m_soon.setInterval(pauseMs);
     connect(&m_soon, &QTimer::timeout, this, &LastDesk::write);
@@ -73,6 +106,7 @@ LastDesk::LastDesk(MainWindow &frame)
         if (auto *window = qobject_cast<BrowserWindow *>(child))
             watch(window);
     });
+    connect(frame.findChild<TabStrip *>(), &TabStrip::tabMoved, this, &LastDesk::changeComes);
     connect(&frame, &MainWindow::leaving, this, &LastDesk::end);
     frame.installEventFilter(this);
 }
@@ -107,14 +141,13 @@ void LastDesk::write()
 Desk LastDesk::deskNow() const
 {
     QList<BrowserWindow *> windows = browserForms();
-    windows.removeIf([](const BrowserWindow *window) { return window->isUnloaded(); });
+    windows.removeIf([](const BrowserWindow *window) { return !window->mayBeKept(); });
     if (m_pending.windows.isEmpty())
-        return takeDesk(m_frame, windows);
+        return takenWithComing(m_frame, windows);
     // The page that each start opens by itself would be one more each time.
     const QString home = Settings::homeUrl.read();
-    windows.removeIf(
-        [&home](const BrowserWindow *window) { return window->browser()->locationUrl() == home; });
-    return joined(takeDesk(m_frame, windows), m_pending);
+    windows.removeIf([&home](const BrowserWindow *window) { return addressOf(*window) == home; });
+    return joined(takenWithComing(m_frame, windows), m_pending);
 }
 
 void LastDesk::offer()
@@ -171,6 +204,8 @@ void LastDesk::decline()
 void LastDesk::endOffer()
 {
     WakingPages::forgetAll();
+    // It stays as long as what it was answered with takes.
+    m_offer->disconnect(this);
     m_offer->hide();
     m_offer->deleteLater();
 }
@@ -199,7 +234,7 @@ void LastDesk::putBack(const Desk &desk)
     for (BrowserWindow *window : windows) {
         watchWaking(window);
         // Not sooner: each one was active as it opened, and is to wake for that.
-        QTimer::singleShot(0, window, &BrowserWindow::waitAsleep);
+        QTimer::singleShot(0, window, [window] { window->waitAsleep(Waking::WhenGoneTo); });
     }
     changeComes();
 }

@@ -12,6 +12,7 @@
 #include <QTemporaryFile>
 
 #include "Captioned.h"
+#include "DesktopLanguages.h"
 #include "EngineOptions.h"
 #include "MsgBox.h"
 #include "OptionControls.h"
@@ -80,7 +81,7 @@ void NetworkOptions::addTexts()
 {
     const QString builtIn = texts.at<"strBuiltIn", "As built in">();
     m_languages = addText(2, texts.at<"lblLanguages", "&Languages asked for:">);
-    m_languages->setPlaceholderText(builtIn);
+    m_languages->setPlaceholderText(DesktopLanguages::list());
     m_layout->addWidget(OptionControls::nextStartNote(*m_languages), 2, 2);
     m_userAgent = addText(3, texts.at<"lblUserAgent", "&User agent:">);
     m_userAgent->setPlaceholderText(builtIn);

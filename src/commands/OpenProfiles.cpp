@@ -34,15 +34,16 @@ bool isSame(ProfileKind kind, const Desk &a, const Desk &b)
                                         : addressesOf(a) == addressesOf(b);
 }
 
-/// Where there is a file to keep.
-WriteResult keepOld(const QString &file)
+ProfileSaved keepOld(const QString &file)
 {
-    if (!QFileInfo::exists(file))
-        return {};
     const std::optional<QByteArray> old = FileUpdate::readAll(file);
     if (!old)
-        return WriteResult(WriteResult::Failure::Unreadable);
-    return FileUpdate::replace(file + u'~', *old);
+        return {WriteResult(WriteResult::Failure::Unreadable), file};
+    const QString kept = file + u'~';
+    // Nobody named the file that a link there leads to.
+    if (QFileInfo(kept).isSymLink())
+        return {WriteResult(WriteResult::Failure::NotAllowed), kept};
+    return {FileUpdate::replace(kept, *old), kept};
 }
 
 }
@@ -61,7 +62,8 @@ OpenProfiles::OpenProfiles(Frame &frame, MdiArea &area, QObject *parent)
 void OpenProfiles::join(BrowserWindow *window)
 {
     const BrowserWindow *active = activeBrowser(m_frame);
-    if (OpenProfile *profile = active ? find(active) : nullptr)
+    OpenProfile *profile = active && !window->isPrivate() ? find(active) : nullptr;
+    if (profile)
         profile->windows.append(window);
 }
 
@@ -107,7 +109,7 @@ QList<BrowserWindow *> OpenProfiles::windowsOf(const OpenProfile &profile)
 {
     QList<BrowserWindow *> windows = browserForms();
     windows.removeIf([&profile](BrowserWindow *window) {
-        return window->isUnloaded() || !profile.windows.contains(window);
+        return !window->mayBeKept() || !profile.windows.contains(window);
     });
     return windows;
 }
@@ -132,10 +134,14 @@ WriteResult OpenProfiles::save(OpenProfile &profile)
     return result;
 }
 
-WriteResult OpenProfiles::saveChanged(OpenProfile &profile)
+ProfileSaved OpenProfiles::saveChanged(OpenProfile &profile)
 {
-    if (isSame(profile.kind, profile.kept, deskOf(profile)))
+    const bool isThere = QFileInfo::exists(profile.file);
+    if (isThere && isSame(profile.kind, profile.kept, deskOf(profile)))
         return {};
-    const WriteResult kept = keepOld(profile.file);
-    return kept ? save(profile) : kept;
+    if (isThere) {
+        if (const ProfileSaved kept = keepOld(profile.file); !kept.result)
+            return kept;
+    }
+    return {save(profile), profile.file};
 }

@@ -12,6 +12,12 @@
 class Frame;
 class MdiArea;
 
+/// What came of a save, and the file which that is about.
+struct ProfileSaved {
+    WriteResult result;
+    QString file;
+};
+
 /// The two kinds of profiles.
 enum class ProfileKind { Addresses, Windows };
 
@@ -44,9 +50,9 @@ public:
     static WriteResult write(const QString &file, ProfileKind kind, const Desk &desk);
     /// Writes the profile as its windows are now.
     WriteResult save(OpenProfile &profile);
-    /// The same where its windows have changed since; the old file is kept beside it, with a "~"
-    /// behind its name.
-    WriteResult saveChanged(OpenProfile &profile);
+    /// The same where its windows have changed since, or its file is not there any more; the old
+    /// file is kept beside it, with a "~" behind its name.
+    ProfileSaved saveChanged(OpenProfile &profile);
 
 private:
     OpenProfile *find(const BrowserWindow *window);

@@ -50,6 +50,10 @@ const LabelledSwitch labelledSwitches[] = {
     {"FrameOptions2", &texts.at<"chkKillPopups", "Kill Popup Windows By Default">},
     {"FrameOptions2", &texts.at<"chkSuppressScriptErrors", "Suppress Script Errors By Default">},
     {"FrameOptions3", &texts.at<"chkOpenLastDesk", "Open The Last Desk At Startup">},
+    {"FrameOptions3",
+     &texts.at<"chkBackspaceGoesBack", "Backspace Goes Back (In Pages, Outside Of Fields)">},
+    {"FrameOptions3",
+     &texts.at<"chkPagesFollowColours", "Pages Follow The Desktop's Dark Colours">},
 };
 
 QGroupBox *makeGroup(const char *name)
@@ -245,8 +249,9 @@ QList<IniEntry> OptionsDialog::entries() const
     QList<IniEntry> result{Settings::homeUrl.entry(m_homePage->text())};
     for (const Settings::Switch *setting : Settings::switches) {
         // The file keeps its form until a switch beyond that is used.
-        const bool isLeft =
-            setting == &Settings::openLastDesk && boxOf(*setting)->isChecked() == setting->isOne();
+        const bool isBeyond = setting == &Settings::openLastDesk
+            || setting == &Settings::backspaceGoesBack || setting == &Settings::pagesFollowColours;
+        const bool isLeft = isBeyond && boxOf(*setting)->isChecked() == setting->isOne();
         if (setting->checkBox && !isLeft)
             result.append(setting->entry(boxOf(*setting)->isChecked()));
     }

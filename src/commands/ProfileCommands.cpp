@@ -15,6 +15,7 @@
 #include "DeskPlacer.h"
 #include "DeskTaker.h"
 #include "DraggedUrls.h"
+#include "FrameOpener.h"
 #include "MainWindow.h"
 #include "MdiArea.h"
 #include "MsgBox.h"
@@ -47,7 +48,7 @@ QString plainKind()
 QList<BrowserWindow *> openWindows()
 {
     QList<BrowserWindow *> windows = browserForms();
-    windows.removeIf([](const BrowserWindow *window) { return window->isUnloaded(); });
+    windows.removeIf([](const BrowserWindow *window) { return !window->mayBeKept(); });
     return windows;
 }
 
@@ -64,6 +65,7 @@ private:
     void openRecent(const QString &file);
     bool open(const QString &file, bool quiet);
     QList<BrowserWindow *> openWindowsOf(const Desk &desk);
+    void finish(DeskPlacer &placer);
     void nameItems();
     CommonDialog &dialog(const Text &title, const QString &kinds);
 
@@ -92,7 +94,8 @@ ProfileCommands::ProfileCommands(MainWindow &frame, MdiArea &area)
     frame.handle(u"mnuFileProfileSave"_s, [this] { save(); });
     frame.handle(u"mnuFileProfileClose"_s, [this] { close(); });
     frame.beforeOpening(u"mnuFile"_s, [this] { nameItems(); });
-    frame.setProfileOpener([this](const QString &file, bool quiet) { return open(file, quiet); });
+    frame.opener().setProfileOpener(
+        [this](const QString &file, bool quiet) { return open(file, quiet); });
     connect(m_recent, &RecentProfiles::chosen, this, &ProfileCommands::openRecent);
     connect(m_pages, &ProfilePages::progress, m_progress, &ProfileProgress::show);
     connect(m_progress, &ProfileProgress::stopped, m_pages, &ProfilePages::stop);
@@ -130,7 +133,7 @@ void ProfileCommands::nameItems()
 
 void ProfileCommands::saveAs()
 {
-    if (browserForms().isEmpty()) {
+    if (openWindows().isEmpty()) {
         QApplication::beep();
         return;
     }
@@ -173,9 +176,8 @@ void ProfileCommands::close()
     OpenProfile *profile = m_profiles->current();
     if (!profile)
         return;
-    const QString file = profile->file;
-    if (const WriteResult result = m_profiles->saveChanged(*profile); !result)
-        NotSaved::tell(&m_frame, file, result);
+    if (const ProfileSaved saved = m_profiles->saveChanged(*profile); !saved.result)
+        NotSaved::tell(&m_frame, saved.file, saved.result);
     else
         closeWindows(*profile);
 }
@@ -231,6 +233,14 @@ bool ProfileCommands::open(const QString &file, bool quiet)
     return true;
 }
 
+/// Only the pages that are in sight come.
+void ProfileCommands::finish(DeskPlacer &placer)
+{
+    placer.finish();
+    for (BrowserWindow *window : placer.windows())
+        window->waitAsleep(Waking::InSight);
+}
+
 /// Those that are there in the end.
 QList<BrowserWindow *> ProfileCommands::openWindowsOf(const Desk &desk)
 {
@@ -242,13 +252,15 @@ QList<BrowserWindow *> ProfileCommands::openWindowsOf(const Desk &desk)
     DeskPlacer placer(m_frame, m_area, desk);
     SlicedLoop loop;
     for (qsizetype i = 0; i < desk.windows.size(); ++i) {
-        m_pages->add(placer.open(i));
+        BrowserWindow *window = placer.open(i);
+        if (!desk.hasPlaces())
+            m_pages->add(window);
         // The user may have ended this, or the program.
         if (loop.yieldWhenDue() && (m_pages->stops() != stops || !m_frame.isVisible()))
             break;
     }
     if (desk.hasPlaces() && m_frame.isVisible())
-        placer.finish();
+        finish(placer);
     m_pages->endOpening();
     if (!m_frame.isVisible())
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);

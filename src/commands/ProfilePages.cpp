@@ -5,15 +5,13 @@
 
 #include "BrowserWindow.h"
 #include "Frame.h"
+#include "PageTurns.h"
 #include "SleepRules.h"
 #include "WebBrowser.h"
 
 namespace {
 
-/// Loading at one time: enough to keep the machine busy while a slow server is waited for.
-constexpr int mostLoading = 8;
-/// A page that has not come by then no longer holds up the others.
-constexpr int longestTurnMs = 30'000;
+/// Those that hold the room may sleep by then.
 constexpr int lookAgainMs = 1000;
 
 bool waits(const BrowserWindow &window)
@@ -29,6 +27,7 @@ ProfilePages::ProfilePages(Frame &frame, QObject *parent)
 {
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &ProfilePages::step);
+    connect(&PageTurns::instance(), &PageTurns::ended, this, &ProfilePages::onEnded);
 }
 
 void ProfilePages::beginOpening(int windows)
@@ -50,14 +49,13 @@ void ProfilePages::endOpening()
 
 void ProfilePages::add(BrowserWindow *window)
 {
-    m_entries.push_back({window, Turn::Ahead, false, {}});
+    m_entries.push_back({window});
     --m_expected;
     connect(window, &QMdiSubWindow::windowStateChanged, this,
             [this, window](Qt::WindowStates before, Qt::WindowStates now) {
                 if (!(before & Qt::WindowActive) && (now & Qt::WindowActive))
                     onActivated(window);
             });
-    connect(window->browser(), &WebBrowser::loadEnded, this, [this, window] { onEnded(window); });
     connect(window, &QObject::destroyed, this, [this] { schedule(); });
     report();
     schedule();
@@ -67,8 +65,11 @@ void ProfilePages::stop()
 {
     ++m_stops;
     for (Entry &entry : m_entries) {
-        if (entry.window && entry.turn == Turn::Now && !entry.visited)
-            entry.window->browser()->stop();
+        if (entry.window && entry.turn == Turn::Now && !entry.visited) {
+            PageTurns::instance().remove(entry.window);
+            if (!waits(*entry.window))
+                entry.window->browser()->stop();
+        }
         entry.turn = Turn::Over;
     }
     m_loaded = m_total;
@@ -102,15 +103,10 @@ void ProfilePages::onEnded(BrowserWindow *window)
     Entry *entry = find(window);
     if (!entry || entry->turn != Turn::Now)
         return;
-    endTurn(*entry);
+    entry->turn = Turn::Over;
+    ++m_loaded;
     report();
     schedule();
-}
-
-void ProfilePages::endTurn(Entry &entry)
-{
-    entry.turn = Turn::Over;
-    ++m_loaded;
 }
 
 void ProfilePages::forgetClosed()
@@ -123,12 +119,11 @@ void ProfilePages::forgetClosed()
     });
 }
 
-void ProfilePages::endLateTurns()
+/// Those that load without having had their turn.
+void ProfilePages::joinThoseThatCame()
 {
     for (Entry &entry : m_entries) {
-        if (entry.turn == Turn::Now && entry.limit.hasExpired())
-            endTurn(entry);
-        else if (entry.turn == Turn::Ahead && !waits(*entry.window))
+        if (entry.turn == Turn::Ahead && !waits(*entry.window))
             start(entry);
     }
 }
@@ -143,15 +138,21 @@ ProfilePages::Entry *ProfilePages::next()
         return &*unmet;
     const auto loading = std::count_if(m_entries.begin(), m_entries.end(),
                                        [](const Entry &entry) { return entry.turn == Turn::Now; });
-    const auto ahead = std::find_if(m_entries.begin(), m_entries.end(),
-                                    [](const Entry &entry) { return entry.turn == Turn::Ahead; });
-    return loading < mostLoading && ahead != m_entries.end() ? &*ahead : nullptr;
+    if (loading >= PageTurns::mostLoading)
+        return nullptr;
+    QList<BrowserWindow *> ahead;
+    for (const Entry &entry : m_entries) {
+        if (entry.turn == Turn::Ahead)
+            ahead.append(entry.window);
+    }
+    return find(PageTurns::first(ahead));
 }
 
 qsizetype ProfilePages::pages() const
 {
-    return std::count_if(m_entries.begin(), m_entries.end(),
-                         [](const Entry &entry) { return !waits(*entry.window); });
+    return std::count_if(m_entries.begin(), m_entries.end(), [](const Entry &entry) {
+        return entry.turn == Turn::Now || !waits(*entry.window);
+    });
 }
 
 /// Puts the oldest page to sleep that nobody has been to; false when there is none that may.
@@ -169,36 +170,31 @@ bool ProfilePages::makeRoom()
 
 void ProfilePages::start(Entry &entry)
 {
-    if (entry.turn == Turn::Ahead) {
+    if (entry.turn == Turn::Ahead)
         entry.turn = Turn::Now;
-        entry.limit.setRemainingTime(longestTurnMs);
-    }
-    if (entry.window->isAsleep())
-        entry.window->wake();
-    else
-        entry.window->browser()->navigateNow();
+    PageTurns::instance().add(entry.window,
+                              entry.visited ? PageTurns::Why::User : PageTurns::Why::Profile);
 }
 
 /// Does one thing that takes time, then lets the interface live.
 void ProfilePages::step()
 {
     forgetClosed();
-    endLateTurns();
+    joinThoseThatCame();
     Entry *entry = next();
-    const bool room = pages() < mostPages;
+    const qsizetype most = m_loaded < m_total ? mostWhileLoading : mostPages;
+    const bool room = pages() < most;
     // A window that is gone to wakes by itself.
-    const bool isFull = pages() > mostPages || (entry && !room);
+    const bool isFull = pages() > most || (entry && !room);
     if (isFull && makeRoom()) {
         schedule();
     } else if (entry && (room || entry->visited)) {
         start(*entry);
         schedule();
+    } else if (entry) {
+        schedule(lookAgainMs);
     }
     report();
-    const bool loading = std::any_of(m_entries.begin(), m_entries.end(),
-                                     [](const Entry &e) { return e.turn == Turn::Now; });
-    if (loading)
-        schedule(lookAgainMs);
 }
 
 void ProfilePages::report()

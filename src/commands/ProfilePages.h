@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDeadlineTimer>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -9,16 +8,18 @@
 class Frame;
 class BrowserWindow;
 
-/// Brings the pages into the windows that profiles opened: one after the other, so that the
-/// interface stays live however many there are. No more than `mostPages` of these windows have a
-/// page at one time: a page that came in its turn and that nobody has been to falls asleep for the
-/// next, and comes again when its window is gone to, as the pages do that never had their turn. A
-/// window the user has been to keeps its page.
+/// Brings the pages into the windows that profiles opened, by `PageTurns`, so that the interface
+/// stays live however many there are. No more than `mostPages` of these windows keep a page: those
+/// that came first and that nobody has been to fall asleep, and come again when their windows are
+/// gone to, as the pages do that never had their turn. While pages still come there may be
+/// `mostWhileLoading`: falling asleep takes as long as coming, and the user waits for those that
+/// come. A window the user has been to keeps its page.
 class ProfilePages : public QObject {
     Q_OBJECT
 
 public:
     static constexpr int mostPages = 50;
+    static constexpr int mostWhileLoading = 100;
 
     ProfilePages(Frame &frame, QObject *parent);
 
@@ -48,7 +49,6 @@ private:
         Turn turn = Turn::Ahead;
         /// The user has been there.
         bool visited = false;
-        QDeadlineTimer limit;
     };
 
     void step();
@@ -56,11 +56,10 @@ private:
     Entry *find(const QObject *window);
     void onActivated(BrowserWindow *window);
     void onEnded(BrowserWindow *window);
-    void endTurn(Entry &entry);
     void forgetClosed();
-    void endLateTurns();
+    void joinThoseThatCame();
     Entry *next();
-    /// Windows that have a page.
+    /// Windows that have a page, or get it next.
     qsizetype pages() const;
     bool makeRoom();
     void start(Entry &entry);

@@ -57,8 +57,8 @@ SiteList::SiteList()
     setHeaderLabels({texts.at<"strSite", "Site">(), texts.at<"strInside", "Inside">(),
                      texts.at<"strWhat", "What">(), texts.at<"strAnswer", "Answer">()});
     header()->setStretchLastSection(false);
-    for (const Column column : {SiteColumn, PageColumn})
-        header()->setSectionResizeMode(column, QHeaderView::Stretch);
+    header()->setSectionResizeMode(SiteColumn, QHeaderView::Stretch);
+    header()->setSectionResizeMode(PageColumn, QHeaderView::Fixed);
     for (const Column column : {WhatColumn, WordColumn})
         header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
 }
@@ -87,6 +87,20 @@ void SiteList::refresh()
         selectionModel()->setCurrentIndex(
             model()->index(qBound(0, row, int(items.size()) - 1), SiteColumn),
             QItemSelectionModel::NoUpdate);
+    fitColumns();
+}
+
+/// The page around has half of what both sites share, less where it needs less, more where the site
+/// that asked leaves it.
+void SiteList::fitColumns()
+{
+    const auto wanted = [this](Column column) {
+        return qMax(sizeHintForColumn(column), header()->sectionSizeHint(column));
+    };
+    const int room = viewport()->width() - wanted(WhatColumn) - wanted(WordColumn);
+    const int most = qMax(room / 2, room - wanted(SiteColumn));
+    header()->resizeSection(PageColumn,
+                            qMax(header()->minimumSectionSize(), qMin(wanted(PageColumn), most)));
 }
 
 void SiteList::keyPressEvent(QKeyEvent *event)
@@ -95,6 +109,12 @@ void SiteList::keyPressEvent(QKeyEvent *event)
         emit removeRequested();
     else
         QTreeWidget::keyPressEvent(event);
+}
+
+void SiteList::resizeEvent(QResizeEvent *event)
+{
+    QTreeWidget::resizeEvent(event);
+    fitColumns();
 }
 
 /// Pages and other programs may have written since.

@@ -5,13 +5,18 @@
 #include "DeskPlaces.h"
 #include "Factory.h"
 #include "Frame.h"
+#include "PageQuestions.h"
 #include "SleepRules.h"
 #include "SleepWatch.h"
+#include "Texts.h"
+#include "WindowMenu.h"
 
 #include <QAction>
 #include <QMdiArea>
 #include <QPointer>
 #include <QStyle>
+#include <QTimer>
+#include <QUrl>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -19,11 +24,37 @@ using namespace Qt::StringLiterals;
 namespace {
 using SleepRules::Why;
 
-void sleepActive(const Frame &frame)
+void sleepIfItMay(const QPointer<BrowserWindow> &window)
 {
-    BrowserWindow *active = activeBrowser(frame);
-    if (active && SleepRules::maySleep(*active, Why::User))
-        active->fallAsleep();
+    if (window && SleepRules::maySleep(*window, Why::User))
+        window->fallAsleep();
+}
+
+void askUser(Frame &frame, BrowserWindow *window)
+{
+    activateTab(frame, window->tabKey());
+    constexpr Texts<"SleepQuestion"> texts;
+    PageQuestion question;
+    question.kind = u"sleep"_s;
+    question.asker = QUrl(window->browser()->locationUrl());
+    question.text = texts.at<"strText",
+                             "What this page shows or does, or what you entered in it, may be lost "
+                             "if it goes to sleep.">();
+    question.yes = texts.at<"cmdSleep", "Sleep">();
+    question.no = Texts<"PageQuestions">::at<"cmdCancel", "Cancel">();
+    question.done = [window = QPointer(window)](PageQuestion::Reply reply) {
+        // Its box is there still.
+        if (reply.answer == PageQuestion::Answer::Yes && window)
+            QTimer::singleShot(0, window, [window] { sleepIfItMay(window); });
+    };
+    window->questions()->userActed();
+    window->questions()->ask(question);
+}
+
+void sleepActive(Frame &frame)
+{
+    if (BrowserWindow *active = activeBrowser(frame))
+        sleepWindow(frame, *active);
 }
 
 QList<BrowserWindow *> othersThatMay(const Frame &frame)
@@ -38,13 +69,8 @@ QList<BrowserWindow *> othersThatMay(const Frame &frame)
 /// Those whose page would ask to be left stay awake.
 void sleepOthers(const Frame &frame)
 {
-    for (BrowserWindow *window : othersThatMay(frame)) {
-        window->browser()->askToSleep([window = QPointer(window), &frame](bool may) {
-            if (may && window && window != frame.activeChild()
-                && SleepRules::maySleep(*window, Why::OthersOfUser))
-                window->fallAsleep();
-        });
-    }
+    for (BrowserWindow *window : othersThatMay(frame))
+        SleepRules::ask(*window, Why::OthersOfUser);
 }
 
 /// Inside the frame, whatever became of that meanwhile.
@@ -78,6 +104,22 @@ void followWindows(const Frame &frame)
     frame.menuItem(u"mnuWindowSleepOthers"_s)->setEnabled(!othersThatMay(frame).isEmpty());
     frame.menuItem(u"mnuWindowReopen"_s)->setEnabled(!ClosedWindows::isEmpty());
 }
+}
+
+/// A page that is asked whether it can be left, and says so, takes that for its end: who may yet
+/// want to keep it is asked before.
+void sleepWindow(Frame &frame, BrowserWindow &window)
+{
+    if (!SleepRules::maySleep(window, Why::User))
+        return;
+    if (window.browser()->maySleep() == SleepLimit::Much) {
+        askUser(frame, &window);
+        return;
+    }
+    SleepRules::ask(window, Why::User, [&frame, &window] {
+        if (SleepRules::maySleep(window, Why::User))
+            askUser(frame, &window);
+    });
 }
 
 void registerSleepCommands(Frame &frame)

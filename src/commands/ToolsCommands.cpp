@@ -2,11 +2,15 @@
 
 #include "BrowserWindow.h"
 #include "ControlPanel.h"
+#include "DevToolsWindow.h"
 #include "Frame.h"
 #include "InternetOptionsDialog.h"
 #include "OptionsDialog.h"
 #include "Settings.h"
 #include "WebBrowser.h"
+#include "WindowMenu.h"
+
+#include <QApplication>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +20,17 @@ namespace {
 constexpr int generalPage = 0;
 constexpr int advancedPage = 6;
 
+void showDeveloperTools(Frame &frame)
+{
+    BrowserWindow *active = activeBrowser(frame);
+    DevToolsWindow *tools = active ? DevToolsWindow::openFor(frame, *active) : nullptr;
+    if (!tools) {
+        QApplication::beep();
+        return;
+    }
+    activateTab(frame, tools->tabKey());
+    tools->focusContents();
+}
 }
 
 void registerToolsCommands(Frame &frame, StartUpFrame &program)
@@ -33,6 +48,7 @@ void registerToolsCommands(Frame &frame, StartUpFrame &program)
         if (!ControlPanel::open(advancedPage))
             InternetOptionsDialog::showOver(frame, Advanced);
     });
+    frame.handle(u"mnuToolsDeveloper"_s, [&frame] { showDeveloperTools(frame); });
     frame.handle(u"mnuToolsOptions"_s,
                  [&frame, &program] { OptionsDialog::showOver(frame, program); });
 }

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QPointer>
+#include <functional>
 
 #include "BrowserWindow.h"
 #include "FavoritesBar.h"
@@ -43,7 +44,27 @@ void setFontSize(Frame &frame, qint32 level)
     if (!active)
         return;
     const QVariant in = level;
-    active->browser()->execCommand(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &in);
+    if (!active->browser()->execCommand(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &in))
+        QApplication::beep();
+}
+
+/// Percent.
+constexpr int usualZoom = 100;
+
+void onPage(Frame &frame, const std::function<void(WebBrowser &)> &act)
+{
+    if (const BrowserWindow *active = activeBrowser(frame))
+        act(*active->browser());
+}
+
+void registerZoom(Frame &frame)
+{
+    frame.handle(u"mnuViewZoomIn"_s,
+                 [&frame] { onPage(frame, [](WebBrowser &page) { page.zoomBy(1); }); });
+    frame.handle(u"mnuViewZoomOut"_s,
+                 [&frame] { onPage(frame, [](WebBrowser &page) { page.zoomBy(-1); }); });
+    frame.handle(u"mnuViewZoomUsual"_s,
+                 [&frame] { onPage(frame, [](WebBrowser &page) { page.setZoom(usualZoom); }); });
 }
 
 /// The favorites bar while the frame's active control is in it and it has filled its tree.
@@ -79,13 +100,18 @@ void showDocumentHTML(Frame &frame)
         QApplication::beep();
         return;
     }
-    page.outerHtml([owner = QPointer(frame.window()), address](const QString &markup) {
+    const Privacy privacy = active->privacy();
+    page.outerHtml([owner = QPointer(frame.window()), address, privacy](const QString &markup) {
         // The page may have gone, and the program with it.
-        if (!owner || markup.isEmpty())
+        if (!owner)
             return;
+        if (markup.isEmpty()) {
+            QApplication::beep();
+            return;
+        }
         // The engine waits for this to return.
         QMetaObject::invokeMethod(
-            owner.data(), [markup, address] { SourceWindow::openOn(markup, address); },
+            owner.data(), [=] { SourceWindow::openOn(markup, address, privacy); },
             Qt::QueuedConnection);
     });
 }
@@ -96,6 +122,7 @@ void registerViewCommands(Frame &frame)
 {
     for (int level = 0; level < fontSizes; ++level)
         frame.handle(fontSizeItem(level), [&frame, level] { setFontSize(frame, level); });
+    registerZoom(frame);
     frame.handle(u"mnuViewRefresh"_s, [&frame] { refresh(frame); });
     frame.handle(u"mnuViewDocumentHTML"_s, [&frame] { showDocumentHTML(frame); });
     frame.beforeOpening(u"mnuViewFontSize"_s, [&frame] { markFontSize(frame); });

@@ -1,10 +1,10 @@
 #include "QtTexts.h"
 
+#include "Language.h"
 #include "Log.h"
 
 #include <QCoreApplication>
 #include <QLibraryInfo>
-#include <QLocale>
 #include <QTranslator>
 #include <utility>
 
@@ -13,17 +13,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr const char *catalogs[] = {"qtbase", "qtwebengine"};
-
-/// The two letters of a language in Qt's file names; none for English, whose texts need no file.
-QString codeOf(const QString &language)
-{
-    for (int index = QLocale::C + 1; index <= QLocale::LastLanguage; ++index) {
-        const auto candidate = QLocale::Language(index);
-        if (candidate != QLocale::English && QLocale::languageToString(candidate) == language)
-            return QLocale::languageToCode(candidate);
-    }
-    return {};
-}
 
 void install(const QString &catalog, const QString &code)
 {
@@ -42,7 +31,8 @@ void install(const QString &catalog, const QString &code)
 void QtTexts::follow(const QString &language)
 {
     static QString current;
-    const QString code = language == "English"_L1 ? QString() : codeOf(language);
+    // English texts need no file.
+    const QString code = language == "English"_L1 ? QString() : languageCode(language);
     if (std::exchange(current, code) == code)
         return;
     // A translator that goes takes itself off the list and has every widget look its texts up.

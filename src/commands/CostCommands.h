@@ -1,0 +1,6 @@
+#pragma once
+
+class Frame;
+
+/// Tools > What Windows Cost.
+void registerCostCommands(Frame &frame);

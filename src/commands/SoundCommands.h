@@ -1,0 +1,6 @@
+#pragma once
+
+class Frame;
+
+/// Window > Mute and Mute All Others.
+void registerSoundCommands(Frame &frame);

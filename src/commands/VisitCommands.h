@@ -1,0 +1,6 @@
+#pragma once
+
+class Frame;
+
+/// Tools > Visited Pages.
+void registerVisitCommands(Frame &frame);
