@@ -54,6 +54,8 @@ public:
         const QString rest = command.section(u' ', 1);
         if (word == "new"_L1)
             openBrowserWindow(m_frame, rest, WindowState::AsOthers, Loading::Later);
+        else if (word == "loading"_L1)
+            openBrowserWindow(m_frame, rest, WindowState::AsOthers);
         else if (word == "windows"_L1)
             return addressesOf(browserForms()).join(u' ');
         else if (word == "awake"_L1)
@@ -68,6 +70,8 @@ public:
             list()->topLevelItem(rest.toInt())->setCheckState(0, Qt::Unchecked);
         else if (word == "press"_L1)
             m_frame.findChild<QPushButton *>(rest)->click();
+        else if (word == "pressboth"_L1)
+            pressBoth(rest);
         else if (word == "loaded"_L1)
             tellLoaded();
         else if (word == "close"_L1)
@@ -87,6 +91,13 @@ private:
             rows.append(item->text(1) + (item->checkState(0) == Qt::Checked ? "+"_L1 : "-"_L1));
         }
         return rows;
+    }
+    /// A screen reader can press what nobody sees any more.
+    void pressBoth(const QString &second)
+    {
+        auto *button = m_frame.findChild<QPushButton *>(second);
+        QMetaObject::invokeMethod(button, &QAbstractButton::click, Qt::QueuedConnection);
+        m_frame.findChild<QPushButton *>(u"cmdOpen"_s)->click();
     }
     static QStringList awake()
     {
@@ -141,7 +152,10 @@ private slots:
     void firstStartOffersNothing();
     void cleanEndOffersNothing();
     void killedProgramOffersItsWindows();
+    void windowWhosePageWasOnItsWayIsOffered();
     void windowsComeBackAsleepAndTheActiveOneLoads();
+    void answeredAgainWhileTheyOpen_data();
+    void answeredAgainWhileTheyOpen();
     void notNowKeepsTheFileAndIsNotAskedAgain();
     void windowsWithoutTickAreKeptInTheFile();
     void whatCannotBeKeptStaysInTheDesk_data();
@@ -155,6 +169,9 @@ private slots:
     void settingOpensTheDeskAtEveryStart();
     void settingOffersAllTheSameAfterACrash();
     void handEditedDeskIsHarmless();
+    void deskThatCannotBeReadIsKept_data();
+    void deskThatCannotBeReadIsKept();
+    void deskWithoutWindowsIsNotKept();
     void twentyCrashesLoseNoWindow();
 
 private:
@@ -193,7 +210,8 @@ private:
 void tst_AfterCrash::init()
 {
     m_folder = std::make_unique<TempAppFolder>();
-    m_folder->writeSettings("[Options]\r\nShow-Splash=0\r\n[Settings]\r\nAskOnExit=0\r\n");
+    m_folder->writeSettings("[Options]\r\nShow-Splash=0\r\n[Settings]\r\nAskOnExit=0\r\n"
+                            "Home-URL=about:blank\r\n");
 }
 
 void tst_AfterCrash::cleanup()
@@ -276,6 +294,17 @@ void tst_AfterCrash::killedProgramOffersItsWindows()
     QVERIFY2(kept().isEmpty(), "all of it is open");
 }
 
+void tst_AfterCrash::windowWhosePageWasOnItsWayIsOffered()
+{
+    start();
+    open({m_one});
+    ask("loading "_L1 + m_two);
+    QTRY_COMPARE(stored(), QStringList({m_one, m_two}));
+    kill();
+    start();
+    QCOMPARE(askList(u"offer"_s), QStringList({m_one + u'+', m_two + u'+'}));
+}
+
 void tst_AfterCrash::windowsComeBackAsleepAndTheActiveOneLoads()
 {
     start();
@@ -285,6 +314,34 @@ void tst_AfterCrash::windowsComeBackAsleepAndTheActiveOneLoads()
     ask(u"press cmdOpen"_s);
     QTRY_COMPARE(askList(u"awake"_s), QStringList{m_three});
     QCOMPARE(askList(u"windows"_s), QStringList({m_one, m_two, m_three}));
+}
+
+void tst_AfterCrash::answeredAgainWhileTheyOpen_data()
+{
+    QTest::addColumn<QString>("second");
+    QTest::newRow("Open these") << u"cmdOpen"_s;
+    QTest::newRow("Not now") << u"cmdLater"_s;
+}
+
+void tst_AfterCrash::answeredAgainWhileTheyOpen()
+{
+    QFETCH(const QString, second);
+    Desk desk;
+    QStringList addresses;
+    for (int i = 0; i < 300; ++i) {
+        DeskWindow window;
+        window.address = m_one + QString::number(i);
+        addresses.append(window.address);
+        desk.windows.append(window);
+    }
+    QVERIFY(m_folder->write(u"AppData/Running"_s, ""));
+    QVERIFY(m_folder->write(u"Profiles/Last desk.orp"_s, DeskFile::text(desk)));
+    start();
+    ask("pressboth "_L1 + second);
+    QCOMPARE(askList(u"windows"_s), addresses);
+    QTRY_COMPARE(stored(), addresses);
+    QVERIFY(kept().isEmpty());
+    close();
 }
 
 void tst_AfterCrash::notNowKeepsTheFileAndIsNotAskedAgain()
@@ -478,6 +535,34 @@ void tst_AfterCrash::handEditedDeskIsHarmless()
     ask(u"press cmdOpen"_s);
     QTRY_COMPARE(askList(u"windows"_s), QStringList({m_one, m_two}));
     close();
+}
+
+void tst_AfterCrash::deskThatCannotBeReadIsKept_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("noise") << QByteArray(10'000, '\xff');
+    QTest::newRow("count out of reach") << QByteArray(
+        "[Profile_URLS]\r\nURL1=http://one.test/\r\n[URL_Count]\r\nCount=99999999999\r\n");
+}
+
+void tst_AfterCrash::deskThatCannotBeReadIsKept()
+{
+    QFETCH(QByteArray, bytes);
+    QVERIFY(m_folder->write(u"Profiles/Last desk.orp"_s, bytes));
+    start();
+    open({m_one});
+    QCOMPARE(kept().size(), 1);
+    QCOMPARE(m_folder->read("Profiles/"_L1 + kept().first()), bytes);
+}
+
+void tst_AfterCrash::deskWithoutWindowsIsNotKept()
+{
+    Desk desk;
+    desk.frame = QRect(7, 9, 901, 603);
+    QVERIFY(m_folder->write(u"Profiles/Last desk.orp"_s, DeskFile::text(desk)));
+    start();
+    open({m_one});
+    QVERIFY(kept().isEmpty());
 }
 
 void tst_AfterCrash::twentyCrashesLoseNoWindow()

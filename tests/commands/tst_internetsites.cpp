@@ -28,6 +28,7 @@ private slots:
     void withoutAFileItIsEmpty();
     void answersAreListed();
     void looksAlikeAreToldApart();
+    void siteIsWholeWhereThereIsRoom();
     void selectedAreRemoved();
     void delRemoves();
     void keyboardStaysInTheList();
@@ -137,6 +138,25 @@ void tst_InternetSites::looksAlikeAreToldApart()
     QVERIFY(SitePermissions::keep(AskingSite::of(url, url), {Permission::Place}, Word::Allow));
     open();
     QVERIFY(rows().last().startsWith("https://xn--"_L1));
+}
+
+/// A site that nobody is around takes the room of both.
+void tst_InternetSites::siteIsWholeWhereThereIsRoom()
+{
+    QVERIFY(m_program->folder.write(file, "[http://maps.example.localhost:8601]\nPlace=Allow\n"));
+    open();
+    const auto isWhole = [](int column) {
+        return list()->columnWidth(column)
+            >= static_cast<const QAbstractItemView *>(list())->sizeHintForColumn(column);
+    };
+    QVERIFY2(isWhole(0), qPrintable(QString::number(list()->columnWidth(0))));
+    const QByteArray site =
+        "http://" + QByteArray(40, 'a') + '.' + QByteArray(40, 'a') + ".example";
+    QVERIFY(m_program->folder.write(file, '[' + site + ' ' + site + "b]\nPlace=Allow\n"));
+    form()->close();
+    open();
+    QVERIFY(!isWhole(0) && !isWhole(1));
+    QVERIFY(qAbs(list()->columnWidth(0) - list()->columnWidth(1)) <= 2);
 }
 
 void tst_InternetSites::selectedAreRemoved()

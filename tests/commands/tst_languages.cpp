@@ -6,6 +6,8 @@
 #include <QtTest>
 
 #include "AppFolder.h"
+#include "ContextTable.h"
+#include "ContextTarget.h"
 #include "CoolBand.h"
 #include "CoolBar.h"
 #include "DialogRoom.h"
@@ -17,6 +19,8 @@
 #include "ProgramWithoutEngine.h"
 #include "Texts.h"
 #include "ToolBar.h"
+#include "VisitFile.h"
+#include "VisitHistory.h"
 
 using namespace Qt::StringLiterals;
 
@@ -40,12 +44,14 @@ private slots:
     void textsFitWhereTheyAreUsed();
     void accessKeysOfAMenuDiffer_data() { languageRows(); }
     void accessKeysOfAMenuDiffer();
+    void accessKeysOfAPagesMenuDiffer_data() { languageRows(); }
+    void accessKeysOfAPagesMenuDiffer();
     void optionsHoldTheTextsTheyChangeTo_data() { languageRows(); }
     void optionsHoldTheTextsTheyChangeTo();
     void internetOptionsNeedNoScroller_data() { languageRows(); }
     void internetOptionsNeedNoScroller();
-    void downloadsHaveRoomForTheirTexts_data() { languageRows(); }
-    void downloadsHaveRoomForTheirTexts();
+    void listsHaveRoomForTheirTexts_data();
+    void listsHaveRoomForTheirTexts();
     void walkThroughTheLanguagesWithTenWindows();
 
 private:
@@ -133,6 +139,11 @@ tst_Languages::TextMap tst_Languages::wantedTexts() const
     for (const MenuEntry &entry : menuTable()) {
         if (entry.kind != MenuEntry::Kind::Separator)
             add(u"frmMain"_s, QString::fromLatin1(entry.name), QString::fromUtf8(entry.caption));
+    }
+    for (const ContextEntry &entry : contextTable()) {
+        if (entry.item.kind != MenuEntry::Kind::Separator)
+            add(u"PageMenu"_s, QString::fromLatin1(entry.item.name),
+                QString::fromUtf8(entry.item.caption));
     }
     for (const char *name : {"tbFunctions", "tbBrowser"}) {
         const auto *bar = m_program->frame->findChild<ToolBar *>(QLatin1String(name));
@@ -260,6 +271,39 @@ void tst_Languages::accessKeysOfAMenuDiffer()
     }
 }
 
+/// Whatever it was opened on.
+void tst_Languages::accessKeysOfAPagesMenuDiffer()
+{
+    QFETCH(QString, language);
+    const TextMap have = texts(language);
+    ContextTarget onLink;
+    onLink.linkIs = ContextTarget::Link::Opens;
+    onLink.linkText = u"words"_s;
+    onLink.selection = onLink.linkText;
+    onLink.mediaUrl = QUrl(u"http://127.0.0.1/"_s);
+    QList<ContextTarget> targets{{}, onLink, onLink, onLink};
+    targets[1].media = ContextTarget::Media::Image;
+    targets[2].media = ContextTarget::Media::Video;
+    targets[3].media = ContextTarget::Media::Audio;
+    targets[3].mediaPaused = true;
+    for (qsizetype i = 1; i <= 3; ++i) {
+        targets.append(targets.at(i));
+        targets.last().isField = targets.last().isRichField = true;
+    }
+    for (const ContextTarget &target : targets) {
+        QMap<QString, QString> taken;
+        for (const ContextEntry &entry : contextTable()) {
+            if (entry.item.kind == MenuEntry::Kind::Separator || !entry.stands(target))
+                continue;
+            const QString name = QString::fromLatin1(entry.item.name);
+            const QString key = accessKey(have.value("PageMenu/"_L1 + name));
+            QVERIFY2(key.isEmpty() || !taken.contains(key),
+                     qPrintable(name + " and "_L1 + taken.value(key) + u' ' + key));
+            taken.insert(key, name);
+        }
+    }
+}
+
 void tst_Languages::takeLanguage(const QString &name) const
 {
     form()->findChild<QComboBox *>()->setCurrentText(name);
@@ -295,12 +339,28 @@ void tst_Languages::internetOptionsNeedNoScroller()
     dialog->close();
 }
 
+void tst_Languages::listsHaveRoomForTheirTexts_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QString>("list");
+    for (const QString &language : languages) {
+        for (const char *list : {"Downloads", "Visits", "Costs"})
+            QTest::addRow("%s, %s", list, qPrintable(language))
+                << language << "mnuTools"_L1 + QLatin1String(list)
+                << "frm"_L1 + QLatin1String(list);
+    }
+}
+
 /// It is open as the language changes.
-void tst_Languages::downloadsHaveRoomForTheirTexts()
+void tst_Languages::listsHaveRoomForTheirTexts()
 {
     QFETCH(QString, language);
-    m_program->choose("mnuToolsDownloads");
-    QWidget *window = Forms::named("frmDownloads").value(0);
+    QFETCH(QString, item);
+    QFETCH(QString, list);
+    const VisitHistory history(VisitFile::path());
+    m_program->choose(qPrintable(item));
+    QWidget *window = Forms::named(qPrintable(list)).value(0);
     m_program->choose("mnuToolsOptions");
     QVERIFY(QTest::qWaitForWindowExposed(form(), longestWait));
     takeLanguage(language);

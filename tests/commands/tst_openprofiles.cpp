@@ -87,6 +87,9 @@ private slots:
     void closeAfterAChange();
     void closeThatCannotSave_data();
     void closeThatCannotSave();
+    void closeWithoutAChangeWhoseFileIsGone();
+    void closeTellsWhatIsInTheWay();
+    void closeWritesThroughNoLink();
     void closeOnAFullDisk();
     void twoProfiles();
     void newWindowsBelongWhereTheUserWas();
@@ -694,6 +697,49 @@ void tst_OpenProfiles::closeThatCannotSave()
     message->close();
     QCOMPARE(m_session->windows(), 2);
     QCOMPARE(read(u"a.orp"_s), old);
+}
+
+void tst_OpenProfiles::closeWithoutAChangeWhoseFileIsGone()
+{
+    m_session->start(u"http://first/"_s);
+    saveAs(u"a.orp"_s, withWindows);
+    const QByteArray saved = read(u"a.orp"_s);
+    QVERIFY(QFile::remove(file(u"a.orp"_s)));
+    m_session->choose("mnuFileProfileClose");
+    QCOMPARE(read(u"a.orp"_s), saved);
+    QCOMPARE(m_session->windows(), 0);
+}
+
+void tst_OpenProfiles::closeTellsWhatIsInTheWay()
+{
+    const Unlogged unlogged;
+    m_session->start(u"http://first/"_s);
+    saveAs(u"a.orp"_s, withWindows);
+    QVERIFY(QDir().mkpath(file(u"a.orp~/in"_s)));
+    add(u"http://second/"_s);
+    m_session->choose("mnuFileProfileClose");
+    auto *message = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    QVERIFY(message && message->text().contains(file(u"a.orp~"_s)));
+    message->close();
+    QCOMPARE(m_session->windows(), 2);
+}
+
+void tst_OpenProfiles::closeWritesThroughNoLink()
+{
+    const Unlogged unlogged;
+    m_session->start(u"http://first/"_s);
+    saveAs(u"a.orp"_s, withWindows);
+    const QByteArray old = read(u"a.orp"_s);
+    QVERIFY(m_session->folder.write(u"Profiles/mine.txt"_s, "mine"));
+    QVERIFY(QFile::link(file(u"mine.txt"_s), file(u"a.orp~"_s)));
+    add(u"http://second/"_s);
+    m_session->choose("mnuFileProfileClose");
+    auto *message = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    QVERIFY2(message, "the user is told");
+    message->close();
+    QCOMPARE(m_session->windows(), 2);
+    QCOMPARE(read(u"a.orp"_s), old);
+    QCOMPARE(read(u"mine.txt"_s), QByteArray("mine"));
 }
 
 void tst_OpenProfiles::closeOnAFullDisk()

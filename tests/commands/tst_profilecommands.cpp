@@ -5,6 +5,7 @@
 #include <QtTest>
 
 #include "Answer.h"
+#include "DeskFile.h"
 #include "FakeWebBrowser.h"
 #include "FileDialogRequest.h"
 #include "FileFaults.h"
@@ -38,9 +39,11 @@ private slots:
     void countWithoutAnyAddressIsOpenedAllTheSame_data();
     void countWithoutAnyAddressIsOpenedAllTheSame();
     void savingKeepsTheAddressesOfWaitingWindows();
+    void movedTabsAreSavedInTheirOrder_data();
+    void movedTabsAreSavedInTheirOrder();
     void whatCannotBeSavedIsTold_data();
     void whatCannotBeSavedIsTold();
-    void neverMoreThanFiftyPages();
+    void fiftyPagesStay();
     void progressCountsUp();
     void stopEndsTheLoading();
     void stopWhileWindowsComeUp();
@@ -49,6 +52,8 @@ private slots:
     void closedWindowsAreNotCounted();
     void pageThatNeverComesHoldsUpNobodyElse();
     void closingTheFrameEndsTheOpening();
+    void onlyWhatIsInSightOfADeskComes_data();
+    void onlyWhatIsInSightOfADeskComes();
 
 private:
     QString profile(const QStringList &addresses, const QString &name = u"x.orp"_s) const;
@@ -347,6 +352,47 @@ void tst_ProfileCommands::savingKeepsTheAddressesOfWaitingWindows()
              m_session->folder.read(u"Profiles/x.orp"_s));
 }
 
+void tst_ProfileCommands::movedTabsAreSavedInTheirOrder_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("same file") << u"x.orp"_s;
+    QTest::newRow("another file") << u"again.orp"_s;
+}
+
+/// In any file, the windows stand as their tabs do.
+void tst_ProfileCommands::movedTabsAreSavedInTheirOrder()
+{
+    QFETCH(QString, kind);
+    m_session->start(profileOf(3));
+    QCOMPARE(m_session->windows(), 3);
+    // An inner window that is no page has a tab, too.
+    m_session->choose("mnuToolsDownloads");
+    TabStrip &strip = m_session->tabs();
+    const QStringList before = strip.keys();
+    QCOMPARE(before.size(), 4);
+    QTest::keyClick(strip.tab(before.at(3)), Qt::Key_Left, Qt::ShiftModifier);
+    for (int i = 0; i < 2; ++i)
+        QTest::keyClick(strip.tab(before.at(0)), Qt::Key_Right, Qt::ShiftModifier);
+    QCOMPARE(strip.keys(), (QStringList{before.at(1), before.at(3), before.at(0), before.at(2)}));
+    QCOMPARE(locations(), (QStringList{u"http://h/2"_s, u"http://h/1"_s, u"http://h/3"_s}));
+    answer(file(u"Profiles/"_s + kind));
+    m_session->choose("mnuFileProfilesSave");
+    QCOMPARE(m_session->folder.read(u"Profiles/"_s + kind),
+             QByteArray("[Profile_URLS]\r\nURL1=http://h/2\r\nURL2=http://h/1\r\n"
+                        "URL3=http://h/3\r\n[URL_Count]\r\nCount=3\r\n"));
+    // The keys go the same way.
+    m_session->frame->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_session->frame.get()));
+    QWindow *frame = m_session->frame->windowHandle();
+    QTest::keyClick(frame, Qt::Key_1, Qt::ControlModifier);
+    for (const QString &next : {before.at(1), before.at(3), before.at(0), before.at(2)}) {
+        const InnerWindow *active = activeInner(*m_session->frame);
+        QVERIFY(active);
+        QCOMPARE(active->tabKey(), next);
+        QTest::keyClick(frame, Qt::Key_Tab, Qt::ControlModifier);
+    }
+}
+
 void tst_ProfileCommands::whatCannotBeSavedIsTold_data()
 {
     QTest::addColumn<FileFaults::Kind>("kind");
@@ -373,7 +419,7 @@ void tst_ProfileCommands::whatCannotBeSavedIsTold()
     QCOMPARE(m_session->folder.read(name), "old");
 }
 
-void tst_ProfileCommands::neverMoreThanFiftyPages()
+void tst_ProfileCommands::fiftyPagesStay()
 {
     m_session->start(profileOf(120));
     QCOMPARE(m_session->windows(), 120);
@@ -386,9 +432,9 @@ void tst_ProfileCommands::neverMoreThanFiftyPages()
                            [](const FakeWebBrowser *b) { return !b->navigated.isEmpty(); });
     };
     QTRY_VERIFY(allCame());
-    QCOMPARE(most, ProfilePages::mostPages);
+    QCOMPARE(most, ProfilePages::mostWhileLoading);
     QTRY_VERIFY(strip().isHidden());
-    QVERIFY(pages() <= ProfilePages::mostPages);
+    QTRY_VERIFY(pages() <= ProfilePages::mostPages);
     // Each came once, in order but for the active window, and those without a page kept address.
     for (int i = 0; i < 120; ++i) {
         const QString address = u"http://h/"_s + QString::number(i + 1);
@@ -423,7 +469,10 @@ void tst_ProfileCommands::stopEndsTheLoading()
     QCOMPARE(stop->text(), u"Stop"_s);
     QTest::mouseClick(stop, Qt::LeftButton);
     QVERIFY(strip().isHidden());
-    QVERIFY(FakeWebBrowser::made().first()->stops > 0);
+    const auto &made = FakeWebBrowser::made();
+    QVERIFY2(std::any_of(made.cbegin(), made.cend(),
+                         [](const FakeWebBrowser *browser) { return browser->stops > 0; }),
+             "what was on its way is stopped");
     QCOMPARE(m_session->windows(), 30);
     endLoads();
     QCoreApplication::processEvents();
@@ -452,11 +501,17 @@ void tst_ProfileCommands::waitingWindowLoadsWhenGoneTo()
     m_session->start(profileOf(30));
     QTRY_VERIFY(loading() >= 8);
     strip().findChild<QAbstractButton *>()->click();
-    BrowserWindow *window = browserForms().at(20);
-    QVERIFY(window->browser()->isWaiting());
+    const QList<BrowserWindow *> windows = browserForms();
+    const auto waiting =
+        std::find_if(windows.cbegin(), windows.cend(),
+                     [](const BrowserWindow *window) { return window->browser()->isWaiting(); });
+    QVERIFY(waiting != windows.cend());
+    BrowserWindow *window = *waiting;
+    const QString address = window->browser()->locationUrl();
+    QVERIFY(address.startsWith("http://h/"_L1));
     QTest::mouseClick(m_session->tabs().tab(window->tabKey()), Qt::LeftButton);
     QCOMPARE(m_session->active(), window);
-    QCOMPARE(m_session->address().text(), u"http://h/21"_s);
+    QCOMPARE(m_session->address().text(), address);
     QTRY_VERIFY(!window->browser()->isWaiting());
 }
 
@@ -470,12 +525,13 @@ void tst_ProfileCommands::visitedPageIsKept()
         return strip().isHidden();
     };
     QTRY_VERIFY(allCame());
+    QTRY_VERIFY(pages() <= ProfilePages::mostPages);
     QCOMPARE(FakeWebBrowser::made().at(0)->waits, 1);
     QCOMPARE(FakeWebBrowser::made().at(1)->waits, 2);
     QVERIFY(FakeWebBrowser::made().at(1)->waiting);
     QTest::mouseClick(m_session->tabs().tab(browserForms().at(1)->tabKey()), Qt::LeftButton);
     QTRY_VERIFY(!FakeWebBrowser::made().at(1)->waiting);
-    QVERIFY(pages() <= ProfilePages::mostPages);
+    QTRY_VERIFY(pages() <= ProfilePages::mostPages);
 }
 
 void tst_ProfileCommands::closedWindowsAreNotCounted()
@@ -519,6 +575,47 @@ void tst_ProfileCommands::closingTheFrameEndsTheOpening()
     m_session->frame->openProfile(profileOf(200), false);
     QVERIFY(!m_session->frame->isVisible());
     QCOMPARE(m_session->windows(), 0);
+}
+
+void tst_ProfileCommands::onlyWhatIsInSightOfADeskComes_data()
+{
+    QTest::addColumn<bool>("isMaximized");
+    QTest::addColumn<int>("come");
+    QTest::newRow("two side by side") << false << 2;
+    QTest::newRow("maximized") << true << 1;
+}
+
+void tst_ProfileCommands::onlyWhatIsInSightOfADeskComes()
+{
+    QFETCH(const bool, isMaximized);
+    QFETCH(const int, come);
+    constexpr int count = 100;
+    Desk desk;
+    for (int i = 0; i < count; ++i) {
+        DeskWindow window;
+        window.address = u"http://h/"_s + QString::number(i);
+        window.place = QRect(i + 1 == count ? 320 : 0, 0, 310, 300);
+        window.order = i;
+        window.title = u"kept"_s;
+        desk.windows.append(window);
+    }
+    desk.active = count - 1;
+    if (isMaximized)
+        desk.windows.last().state = DeskWindow::State::Maximized;
+    QVERIFY(QDir().mkpath(file(u"Profiles"_s)));
+    QVERIFY(DeskFile::save(file(u"Profiles/d.orp"_s), desk));
+    m_session->start(u"http://first/"_s);
+    QVERIFY(m_session->frame->openProfile(file(u"Profiles/d.orp"_s), false));
+    QVERIFY(strip().isHidden());
+    // The one that was there has its own.
+    QTRY_COMPARE(pages(), come + 1);
+    endLoads();
+    for (int i = 0; i < count; ++i)
+        QCoreApplication::processEvents();
+    QCOMPARE(pages(), come + 1);
+    QVERIFY(!browserForms().last()->isAsleep());
+    QVERIFY(browserForms().at(1)->isAsleep());
+    QCOMPARE(browserForms().at(1)->windowTitle(), u"kept"_s);
 }
 
 QTEST_MAIN(tst_ProfileCommands)

@@ -1,5 +1,7 @@
 #include <QAbstractButton>
+#include <QAction>
 #include <QMdiArea>
+#include <QMenu>
 #include <QtTest>
 
 #include "BrowserWindow.h"
@@ -8,6 +10,7 @@
 #include "ScreenReader.h"
 #include "StatusStrip.h"
 #include "TabStrip.h"
+#include "UseMark.h"
 
 using namespace Qt::StringLiterals;
 
@@ -20,9 +23,11 @@ private slots:
     void cleanup();
     void clickOnTheTabEndsIt();
     void clickInTheStripEndsIt();
+    void wordsThatDoNotFitAreElided();
     void keyboardIsThePages_data();
     void keyboardIsThePages();
     void screenReaderIsTold();
+    void soundIsTurnedByClickAndMenu();
     void wantedWindowComesToTheFront();
 
 private:
@@ -75,6 +80,17 @@ void tst_UseMarks::clickInTheStripEndsIt()
     QVERIFY(!mark->isVisible());
 }
 
+/// Nothing is painted up to the end, as of a word that is cut off.
+void tst_UseMarks::wordsThatDoNotFitAreElided()
+{
+    UseMark mark(nullptr);
+    mark.setUse(QString(200, u'—'));
+    mark.resize(120, mark.sizeHint().height());
+    const QImage image = mark.grab().toImage();
+    for (int y = 0; y < image.height(); ++y)
+        QCOMPARE(image.pixel(image.width() - 2, y), image.pixel(0, 0));
+}
+
 void tst_UseMarks::keyboardIsThePages_data()
 {
     QTest::addColumn<bool>("isWaiting");
@@ -100,6 +116,36 @@ void tst_UseMarks::keyboardIsThePages()
         const QWidget *focus = QApplication::focusWidget();
         QVERIFY2(!focus || focus->objectName() != "cmdEndUse"_L1, qPrintable(QString::number(i)));
     }
+}
+
+void tst_UseMarks::soundIsTurnedByClickAndMenu()
+{
+    const int last = int(browserForms().size()) - 1;
+    QCOMPARE(m_program->frame->activeChild(), form(last));
+    browser(0)->events->soundChange(PageSound::Playing);
+    QWidget *tab = tabs().tab(form(0)->tabKey());
+    QTest::mouseClick(tab, Qt::LeftButton, {}, QPoint(tab->width() - 10, tab->height() / 2));
+    QVERIFY(browser(0)->isMuted());
+    QCOMPARE(m_program->frame->activeChild(), form(last));
+    const auto choose = [this](const QString &name) {
+        QAction *item = m_program->frame->menuItem(name);
+        auto *menu = qobject_cast<QMenu *>(item->parent());
+        QVERIFY(menu);
+        emit menu->aboutToShow();
+        item->trigger();
+        emit menu->aboutToShow();
+    };
+    const auto item = [this](const QString &name) { return m_program->frame->menuItem(name); };
+    choose(u"mnuWindowMute"_s);
+    QVERIFY(browser(last)->isMuted() && item(u"mnuWindowMute"_s)->isChecked());
+    choose(u"mnuWindowMute"_s);
+    QVERIFY(!browser(last)->isMuted() && !item(u"mnuWindowMute"_s)->isChecked());
+    browser(0)->setMuted(false);
+    choose(u"mnuWindowMuteOthers"_s);
+    for (int i = 0; i < last; ++i)
+        QVERIFY(browser(i)->isMuted());
+    QVERIFY(!browser(last)->isMuted());
+    QVERIFY(!item(u"mnuWindowMuteOthers"_s)->isEnabled());
 }
 
 void tst_UseMarks::screenReaderIsTold()

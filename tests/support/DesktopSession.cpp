@@ -25,6 +25,21 @@ void FakeFileManager::ShowItems(const QStringList &addresses, const QString &)
     shown.append(addresses);
 }
 
+void FakeColours::change(uint value)
+{
+    scheme = value;
+    emit SettingChanged(u"org.freedesktop.appearance"_s, u"color-scheme"_s, QDBusVariant(value));
+}
+
+QDBusVariant FakeColours::Read(const QString &group, const QString &key, const QDBusMessage &call)
+{
+    ++asked;
+    call.setDelayedReply(isSilent);
+    const bool isKnown = group == "org.freedesktop.appearance"_L1 && key == "color-scheme"_L1;
+    // Wrapped once more, as this call does.
+    return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? scheme : 0U)));
+}
+
 DesktopSession::DesktopSession()
     : m_bus(QString())
 {
@@ -39,6 +54,7 @@ DesktopSession::DesktopSession()
     const auto all = QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals;
     m_bus.registerObject(u"/org/freedesktop/Notifications"_s, &notifications, all);
     m_bus.registerObject(u"/org/freedesktop/FileManager1"_s, &files, all);
+    m_bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &colours, all);
     m_bus.registerVirtualObject(FakeSecrets::path(), &secrets, QDBusConnection::SubPath);
     m_bus.connect({}, {}, u"com.canonical.Unity.LauncherEntry"_s, u"Update"_s, this,
                   SLOT(noteProgress(QString, QVariantMap)));
@@ -50,6 +66,15 @@ void DesktopSession::setKeyring(bool on)
         m_bus.registerService(FakeSecrets::service());
     else
         m_bus.unregisterService(FakeSecrets::service());
+}
+
+void DesktopSession::setColouring(bool on)
+{
+    const QString name = u"org.freedesktop.portal.Desktop"_s;
+    if (on)
+        m_bus.registerService(name);
+    else
+        m_bus.unregisterService(name);
 }
 
 DesktopSession::~DesktopSession()

@@ -3,6 +3,7 @@
 #include "FakeSecrets.h"
 
 #include <QDBusConnection>
+#include <QDBusVariant>
 #include <QList>
 #include <QObject>
 #include <QProcess>
@@ -49,6 +50,26 @@ private:
     uint m_lastNumber = 0;
 };
 
+/// The desktop's settings: whether programs are to be dark.
+class FakeColours : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    /// 1: dark, 2: light.
+    uint scheme = 0;
+    int asked = 0;
+    bool isSilent = false;
+    /// The desktop changes.
+    void change(uint value);
+
+public slots:
+    QDBusVariant Read(const QString &group, const QString &key, const QDBusMessage &call);
+
+signals:
+    void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+};
+
 /// A file manager that remembers what it was asked to show.
 class FakeFileManager : public QObject {
     Q_OBJECT
@@ -74,10 +95,12 @@ public:
     void setNotifying(bool on);
     void setFileManaging(bool on);
     void setKeyring(bool on);
+    void setColouring(bool on);
 
     FakeNotifications notifications;
     FakeFileManager files;
     FakeSecrets secrets;
+    FakeColours colours;
     /// What was told of progress, in order: the task bar's entry and its properties.
     QList<QPair<QString, QVariantMap>> progress;
 

@@ -19,6 +19,9 @@ public:
             m_data->setText(text);
     }
 
+    /// What pages give with their links.
+    void setMarkup(const QString &markup) { m_data->setHtml(markup); }
+
     /// What a source allows; a copy, a move and a link unless set.
     Qt::DropActions allowed = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
 

@@ -23,6 +23,10 @@ public:
         bool pressed = false;
         QString use = {};
         bool asleep = false;
+        PageSound sound = PageSound::None;
+        /// How often that changed.
+        int soundChanges = 0;
+        bool isPrivate = false;
     };
 
     void addTab(const QString &key, const QString &caption) override
@@ -43,10 +47,22 @@ public:
         if (Tab *tab = find(key))
             tab->use = text;
     }
+    void setSound(const QString &key, PageSound sound) override
+    {
+        if (Tab *tab = find(key)) {
+            tab->sound = sound;
+            ++tab->soundChanges;
+        }
+    }
     void setAsleep(const QString &key, bool asleep) override
     {
         if (Tab *tab = find(key))
             tab->asleep = asleep;
+    }
+    void setPrivate(const QString &key) override
+    {
+        if (Tab *tab = find(key))
+            tab->isPrivate = true;
     }
     void setToolTip(const QString &key, const QString &text) override
     {
@@ -109,6 +125,10 @@ public:
     void openBrowserWindow(const QString &url, WindowState state) override
     {
         opened.append({url, state});
+    }
+    void openPrivateWindow(const QString &url, WindowState state) override
+    {
+        openedPrivately.append({url, state});
     }
     void navigateActive(const QString &url) override { navigated.append(url); }
     WindowState newWindowState() const override
@@ -183,6 +203,7 @@ public:
     };
     FakeTabs tabs;
     QList<Opened> opened;
+    QList<Opened> openedPrivately;
     QStringList navigated;
     QString addressText;
     QStringList addressTexts;

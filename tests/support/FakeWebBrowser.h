@@ -35,6 +35,7 @@ public:
 
     QWidget *widget() override { return m_widget; }
     void setEvents(WebBrowserEvents *value) override { events = value; }
+    void setPrivate() override { isPrivate = true; }
     void navigate(const QString &url) override
     {
         waiting = false;
@@ -77,6 +78,7 @@ public:
         m_widget->setFocus();
     }
     void find() override { ++finds; }
+    void findAgain(bool backwards) override { findsAgain.append(backwards); }
     void move(int left, int top, int width, int height) override
     {
         moves.append(QRect(left, top, width, height));
@@ -84,6 +86,7 @@ public:
             m_widget->setGeometry(left, top, width, height);
     }
     QString locationUrl() const override { return location; }
+    bool isVisit() const override { return visit; }
     bool hasDocument() const override { return holdsDocument; }
     void clearDocument() override { ++cleared; }
     void outerHtml(const std::function<void(const QString &)> &done) override
@@ -95,12 +98,19 @@ public:
     Arrival arrivedBy() const override { return arrival; }
     WindowRequest currentRequest() const override { return request; }
     void endUse() override { ++usesEnded; }
+    void setMuted(bool muted) override
+    {
+        state.isMuted = muted;
+        if (events)
+            events->soundChange(muted ? PageSound::Muted : PageSound::None);
+    }
     bool isSilent() const override { return silent; }
     void setSilent(bool value) override { silent = value; }
     void setRegisterAsBrowser(bool on) override { registered = on; }
     void setShown(bool value) override { shown = value; }
 
     WebBrowserEvents *events = nullptr;
+    bool isPrivate = false;
     QStringList navigated;
     QStringList navigatedForPage;
     QList<Exec> executed;
@@ -120,6 +130,7 @@ public:
     int stops = 0;
     int focused = 0;
     int finds = 0;
+    QList<bool> findsAgain;
     int cleared = 0;
     int waits = 0;
     int markupAsked = 0;
@@ -131,6 +142,7 @@ public:
     bool canGoBack = true;
     bool canGoForward = true;
     bool holdsDocument = false;
+    bool visit = true;
     bool busy = false;
     bool waiting = false;
     bool silent = false;

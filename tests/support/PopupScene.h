@@ -10,6 +10,8 @@
 
 #include <QTest>
 #include <QWebEngineView>
+#include <memory>
+#include <optional>
 
 /// A frame with popup control, a web server, and an application folder with a list of blocked
 /// addresses, for pages that ask for windows.
@@ -50,7 +52,10 @@ public:
     }
     static void waitUntilLoaded(const BrowserWindow *form)
     {
-        [&] { QTRY_VERIFY(form->browser()->hasDocument() && !form->browser()->isBusy()); }();
+        [&] {
+            QTRY_VERIFY_WITH_TIMEOUT(form->browser()->hasDocument() && !form->browser()->isBusy(),
+                                     patience);
+        }();
     }
     static QtWebBrowser *control(const BrowserWindow *form)
     {
@@ -58,14 +63,12 @@ public:
     }
     static QVariant script(const BrowserWindow *form, const QString &code)
     {
-        QVariant result;
-        bool answered = false;
-        control(form)->page()->runJavaScript(code, [&](const QVariant &value) {
-            result = value;
-            answered = true;
-        });
-        [&] { QTRY_VERIFY_WITH_TIMEOUT(answered, patience); }();
-        return result;
+        // An answer may come when nobody waits any more.
+        const auto result = std::make_shared<std::optional<QVariant>>();
+        control(form)->page()->runJavaScript(code,
+                                             [result](const QVariant &value) { *result = value; });
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(*result, patience); }();
+        return result->value_or(QVariant());
     }
     /// Presses the mouse on the element with that id, as the user does.
     static void click(const BrowserWindow *form, const QString &id,

@@ -9,6 +9,7 @@
 #include <QAccessible>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QScrollArea>
 #include <QSignalSpy>
 #include <QTest>
@@ -40,6 +41,7 @@ private slots:
     void isAnAlertNamedByItsText();
     void takesNoKeyboard();
     void escapeIsNoAndGivesTheKeyboardBack();
+    void menuBarIsNotGivenTheKeyboardBack();
     void fieldsTakeTheKeyboardOnlyWhereTheUserIs_data();
     void fieldsTakeTheKeyboardOnlyWhereTheUserIs();
     void returnInAFieldWaitsToo();
@@ -429,6 +431,26 @@ void tst_QuestionStrip::escapeIsNoAndGivesTheKeyboardBack()
     QCOMPARE(m_replies.size(), 1);
     QVERIFY(m_replies.first().answer == PageQuestion::Answer::No);
     QVERIFY(page->hasFocus());
+}
+
+/// Who left a menu while the question stood wants the page.
+void tst_QuestionStrip::menuBarIsNotGivenTheKeyboardBack()
+{
+    PageQuestion asked = question();
+    asked.shape = PageQuestion::Shape::Box;
+    const PageQuestionBox *box = ask(asked);
+    QPushButton *yes = PageAsks::yes(box);
+    QTRY_VERIFY(yes->hasFocus());
+    QMenuBar bar(m_frame->window());
+    bar.addMenu(u"Menu"_s);
+    // Beside the question, which must be seen.
+    bar.setGeometry(0, m_frame->window()->height() - 20, 100, 20);
+    bar.show();
+    bar.setFocus();
+    QVERIFY(bar.hasFocus());
+    yes->setFocus();
+    PageAsks::press(yes);
+    QVERIFY(m_form->browser()->widget()->hasFocus());
 }
 
 void tst_QuestionStrip::fieldsTakeTheKeyboardOnlyWhereTheUserIs_data()

@@ -68,6 +68,12 @@ private:
     void save();
     void open(const Desk &desk);
     static bool allLoaded();
+    /// As their user does who goes to each, but for their order.
+    static void wakeAll()
+    {
+        for (BrowserWindow *window : browserForms())
+            window->wake();
+    }
     void scroll(BrowserWindow *window, int top) const;
     MdiArea &area() const { return *m_session->frame->findChild<MdiArea *>(); }
 
@@ -131,7 +137,7 @@ void tst_DeskReturn::fiftyWindows()
     const QList<BrowserWindow *> windows = browserForms();
     for (int i = 0; i < windowCount; ++i) {
         windows.at(i)->setGeometry(13 * i % 400 - 20, 11 * i % 300, 350 + 3 * i, 250 + 2 * i);
-        browserOf(windows.at(i)).page()->setZoomFactor(0.5 + 0.05 * (i % 30));
+        browserOf(windows.at(i)).page()->setZoomFactor((50 + 5 * (i % 30)) / 100.0);
         browserOf(windows.at(i)).page()->setAudioMuted(i % 4 == 1);
         scroll(windows.at(i), 40 * i);
         QTRY_COMPARE(windows.at(i)->windowTitle(), QString::number(i));
@@ -149,6 +155,9 @@ void tst_DeskReturn::fiftyWindows()
     emit recent->aboutToShow();
     recent->actions().first()->trigger();
     QVERIFY2(desk().windows.size() == windowCount, "all are there at once");
+    QVERIFY(browserForms().first()->isAsleep());
+    QTRY_COMPARE(desk().windows, before.windows);
+    wakeAll();
     QTRY_VERIFY_WITH_TIMEOUT(allLoaded(), allLoadedMs);
     const QList<BrowserWindow *> again = browserForms();
     for (int i = 0; i < windowCount; ++i) {
@@ -208,6 +217,7 @@ void tst_DeskReturn::savedWhileItLoads()
         QCOMPARE(now.windows.at(i + 1), expected);
     }
     m_session->server.release();
+    wakeAll();
     QTRY_VERIFY(allLoaded());
 }
 
@@ -225,6 +235,7 @@ void tst_DeskReturn::zoomIsEachWindowsOwn()
                                {},
                                zooms.at(i)});
     open(wanted);
+    wakeAll();
     QTRY_VERIFY(browserForms().size() == 5 && allLoaded());
     for (int i = 0; i < 4; ++i) {
         QCOMPARE(browserOf(browserForms().at(i + 1)).page()->zoomFactor(), zooms.at(i));
@@ -244,7 +255,15 @@ void tst_DeskReturn::refusedAddresses()
                                    u"file:///nowhere/x.html"_s})
         wanted.windows.append({address, u"t"_s, QRect(0, 0, 400, 300)});
     open(wanted);
-    QTRY_VERIFY(m_session->frame->findChild<QStatusBar *>()->isHidden());
+    wakeAll();
+    const auto isAnyOnItsWay = [] {
+        const QList<BrowserWindow *> windows = browserForms();
+        return std::any_of(windows.cbegin(), windows.cend(), [](const BrowserWindow *window) {
+            return window->browser()->isWaiting() || window->browser()->isBusy();
+        });
+    };
+    QTRY_VERIFY(!isAnyOnItsWay());
+    QVERIFY(m_session->frame->findChild<QStatusBar *>()->isHidden());
     QCOMPARE(m_session->windows(), 6);
     QVERIFY(browserForms().at(1)->windowTitle() != u"ran"_s);
     // Of a crash none of the others knows.

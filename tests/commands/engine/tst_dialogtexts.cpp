@@ -195,6 +195,7 @@ void tst_DialogTexts::describeMenuDialogs()
         {u"blocked addresses"_s, fromMenu("mnuToolsSmartPopupBlockerList", "frmBlockedURLs")},
         {u"open"_s, fromMenu("mnuFileOpen", "frmOpenURL")},
         {u"about"_s, fromMenu("mnuHelpAbout", "frmAbout")},
+        {u"keys"_s, fromMenu("mnuHelpKeys", "frmKeys")},
     };
 }
 
@@ -229,7 +230,11 @@ void tst_DialogTexts::describePageDialogs()
              [errors] { QTRY_VERIFY(errors->isVisible()); }();
              return errors;
          }},
-        {u"find bar"_s, bar([this](QWidget *place) { return new PageFindBar(webPage(), place); })},
+        {u"find bar"_s, bar([this](QWidget *place) {
+             auto *find = new PageFindBar(webPage(), place);
+             find->arrangeFor(place->width());
+             return find;
+         })},
         {u"crashed page"_s, bar([](QWidget *place) { return new CrashNotice(place); })},
     };
 }

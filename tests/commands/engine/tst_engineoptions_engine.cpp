@@ -1,5 +1,6 @@
 // What the user chose for the engine, as pages and servers see it.
 #include "../EngineSession.h"
+#include "DesktopLanguages.h"
 #include "EngineTest.h"
 
 #include <QCheckBox>
@@ -42,7 +43,12 @@ void tst_engineoptions_engine::engineAsItComes()
     QVERIFY(QNetworkProxyFactory::usesSystemConfiguration());
     go(url(u"/one"_s));
     QVERIFY(header("user-agent").startsWith("Mozilla/5.0"));
-    QCOMPARE(header("accept-language"), QByteArray());
+    const QStringList languages = DesktopLanguages::list().split(u',');
+    QVERIFY(languages.size() >= 2);
+    const QByteArray asked = header("accept-language");
+    QVERIFY2(asked.startsWith((languages[0] + u',' + languages[1] + u";q=0.9"_s).toLatin1()),
+             asked);
+    QCOMPARE(script(u"navigator.languages.join()"_s), languages.join(u','));
     QCOMPARE(engineProfile()->httpCacheMaximumSize(), 0);
     QVERIFY2(!m_session->folder.exists(u"AppData/Engine.ini"_s), "nothing was written");
 }

@@ -253,7 +253,7 @@ void tst_FieldShortcuts::findBarHasRoomToTypeIn()
     QTRY_VERIFY(field->width() > 15 * field->fontMetrics().averageCharWidth());
     const QList<QAbstractButton *> buttons =
         bar->findChildren<QAbstractButton *>(Qt::FindDirectChildrenOnly);
-    QCOMPARE(buttons.size(), 4);
+    QCOMPARE(buttons.size(), 5);
     for (const QAbstractButton *button : buttons) {
         QVERIFY2(bar->rect().contains(button->geometry()), qPrintable(button->text()));
         QVERIFY2(button->width() >= button->sizeHint().width(), qPrintable(button->text()));

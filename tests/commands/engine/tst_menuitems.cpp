@@ -17,6 +17,8 @@
 #include "PageFindBar.h"
 #include "PrintPreview.h"
 #include "ToolBar.h"
+#include "VisitFile.h"
+#include "VisitHistory.h"
 
 using namespace Qt::StringLiterals;
 
@@ -86,6 +88,7 @@ private:
     /// The mark of a switch before it is thrown.
     bool m_was = false;
     std::unique_ptr<Session> m_session;
+    std::unique_ptr<VisitHistory> m_visits;
 };
 
 void tst_MenuItems::init()
@@ -93,6 +96,7 @@ void tst_MenuItems::init()
     // A machine that has the platform's control panel must not start it.
     qputenv("PATH", "/nowhere");
     m_session = std::make_unique<Session>();
+    m_visits = std::make_unique<VisitHistory>(VisitFile::path());
     m_session->server.page("/page", "<title>Page</title><p>some words<input id=f value=field>");
     m_session->start(url(u"/page"_s));
     QTRY_VERIFY(m_session->shows(url(u"/page"_s)));
@@ -109,6 +113,8 @@ void tst_MenuItems::cleanup()
 {
     setFileDialogAnswerer({});
     closeDialog();
+    m_session->end();
+    m_visits.reset();
     m_session.reset();
 }
 
@@ -162,6 +168,8 @@ void tst_MenuItems::describeFile()
     m_items[u"mnuFileNewHomePage"_s] = {{}, shows(u"/home"_s, 2)};
     m_items[u"mnuFileNewFromClipboard"_s] = {
         [this] { QApplication::clipboard()->setText(url(u"/two"_s)); }, shows(u"/two"_s, 2)};
+    m_items[u"mnuFileNewPrivate"_s] = {
+        {}, [this] { return m_session->windows() == 2 && m_session->active()->isPrivate(); }};
     m_items[u"mnuFileOpen"_s] = {{}, [] { return Forms::named("frmOpenURL").size() == 1; }};
     m_items[u"mnuFileSaveAs"_s] = {{}, [] { return dialogIs("dlgSavePage"); }};
     m_items[u"mnuFileProfiles"_s] = {
@@ -257,6 +265,11 @@ void tst_MenuItems::describeView()
     m_items[u"mnuViewToolBarBottom"_s] = {
         {}, [this] { return coolBar().dock() == CoolBar::Dock::Bottom; }};
     m_items[u"mnuViewRefresh"_s] = {{}, [this] { return m_session->server.count("/page") == 2; }};
+    m_items[u"mnuViewZoomIn"_s] = {{}, [this] { return page().zoomFactor() > 1; }};
+    m_items[u"mnuViewZoomOut"_s] = {{}, [this] { return page().zoomFactor() < 1; }};
+    m_items[u"mnuViewZoomUsual"_s] = {[this] { m_session->choose("mnuViewFontSize24"); },
+                                      [this] { return page().zoomFactor() == 1; }};
+    m_items[u"mnuViewFullScreen"_s] = {{}, [this] { return m_session->frame->isFullScreen(); }};
     m_items[u"mnuViewDocumentHTML"_s] = {{}, [] { return Forms::named("frmSource").size() == 1; }};
 }
 
@@ -296,10 +309,17 @@ void tst_MenuItems::describeTools()
     });
     describeSwitch(u"mnuToolsSmartPopupKiller"_s, [] { return true; });
     describeSwitch(u"mnuToolsMaximizeCatcher"_s, [] { return true; });
-    m_items[u"mnuToolsDownloads"_s] = {
+    for (const QString &list : {u"Downloads"_s, u"Visits"_s, u"Costs"_s}) {
+        m_items[u"mnuTools"_s + list] = {
+            {}, [this, list] {
+                const QMdiSubWindow *active = m_session->frame->activeChild();
+                return active && active->objectName() == u"frm"_s + list;
+            }};
+    }
+    m_items[u"mnuToolsDeveloper"_s] = {
         {}, [this] {
             const QMdiSubWindow *active = m_session->frame->activeChild();
-            return active && active->objectName() == "frmDownloads"_L1;
+            return active && active->objectName() == "frmDevTools"_L1;
         }};
     describeSwitch(u"mnuToolsScriptErrorSuppress"_s, [engine] { return engine().isSilent(); });
 }

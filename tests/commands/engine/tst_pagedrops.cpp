@@ -2,7 +2,12 @@
 #include "../EngineSession.h"
 #include "DragAndDrop.h"
 #include "EngineTest.h"
+#include "FrameOpener.h"
 #include "PopupScene.h"
+#include "WebView.h"
+
+#include <QDir>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +26,11 @@ private slots:
     void killPopupsRefusesNoDrop();
     void profileIsTheFrames();
     void folderIsRefused();
+    void onlyFilesAreGiven_data();
+    void onlyFilesAreGiven();
+    void aThousandFiles();
+    void pictureOfAPageOpensAtItsAddress_data();
+    void pictureOfAPageOpensAtItsAddress();
     void scriptIsNotRun();
     void findFieldLeavesFilesToTheFrame();
 
@@ -164,7 +174,8 @@ void tst_pagedrops::profileIsTheFrames()
              "[URL_Count]\r\nCount=1\r\n[URLs]\r\nURL0=" + url(u"/two"_s).toUtf8() + "\r\n");
     m_session->choose("mnuFileNewBlankPage");
     int opened = 0;
-    m_session->frame->setProfileOpener([&opened](const QString &, bool) { return ++opened > 0; });
+    m_session->frame->opener().setProfileOpener(
+        [&opened](const QString &, bool) { return ++opened > 0; });
     QVERIFY(DragAndDrop({profile}, profile.toString()).drop(view()));
     QTRY_COMPARE(opened, 1);
 }
@@ -173,6 +184,79 @@ void tst_pagedrops::folderIsRefused()
 {
     QCOMPARE(DragAndDrop({QUrl::fromLocalFile(m_session->folder.path())}).over(view()),
              Qt::IgnoreAction);
+}
+
+void tst_pagedrops::onlyFilesAreGiven_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("folder") << u"inner"_s;
+    QTest::newRow("pipe") << u"pipe"_s;
+    QTest::newRow("link to a pipe") << u"link"_s;
+}
+
+/// A page would read all of a folder, unasked, and nobody writes into a pipe that it waits for.
+void tst_pagedrops::onlyFilesAreGiven()
+{
+    QFETCH(QString, name);
+    const QString path = m_session->folder.file(name);
+    const QString pipe = m_session->folder.file(u"pipe"_s);
+    QVERIFY(QDir(m_session->folder.path()).mkpath(u"inner"_s));
+    QCOMPARE(mkfifo(QFile::encodeName(pipe), 0600), 0);
+    QVERIFY(QFile::link(pipe, m_session->folder.file(u"link"_s)));
+    const QUrl plain = file(u"a.html"_s, "<title>a</title>");
+    const QUrl other = QUrl::fromLocalFile(path);
+    QCOMPARE(DragAndDrop({other}).over(view()), Qt::IgnoreAction);
+    m_session->server.page("/names",
+                           "<title>names</title><body style='height:500px'><script>"
+                           "ondragover=e=>{e.preventDefault();document.body.dataset.over=1};"
+                           "ondrop=e=>{e.preventDefault();document.title='took '"
+                           "+[...e.dataTransfer.items].map(i=>i.webkitGetAsEntry()?.name)}"
+                           "</script>");
+    go(url(u"/names"_s));
+    dropOnTaker(DragAndDrop({plain, other}));
+    QTRY_COMPARE(m_session->active()->windowTitle(), u"took a.html"_s);
+}
+
+void tst_pagedrops::aThousandFiles()
+{
+    m_session->server.page("/many",
+                           "<title>many</title><body style='height:500px'><script>"
+                           "ondragover=e=>{e.preventDefault();document.body.dataset.over=1};"
+                           "ondrop=e=>{e.preventDefault();"
+                           "document.title='took '+e.dataTransfer.files.length}</script>");
+    go(url(u"/many"_s));
+    QList<QUrl> files;
+    for (int i = 0; i < 1000; ++i)
+        files.append(file(u"f%1.txt"_s.arg(i), "x"));
+    dropOnTaker(DragAndDrop(files));
+    QTRY_COMPARE(m_session->active()->windowTitle(), u"took 1000"_s);
+    QCOMPARE(m_session->windows(), 1);
+}
+
+void tst_pagedrops::pictureOfAPageOpensAtItsAddress_data()
+{
+    QTest::addColumn<bool>("hasAddress");
+    QTest::newRow("of the web") << true;
+    QTest::newRow("made by the page") << false;
+}
+
+/// The engine makes a file of it, in which the page would write under an address of the user's.
+void tst_pagedrops::pictureOfAPageOpensAtItsAddress()
+{
+    QFETCH(const bool, hasAddress);
+    const QUrl made = file(u"made.html"_s, "<title>made</title>");
+    auto *page = qobject_cast<WebView *>(view());
+    int asked = 0;
+    connect(page->page(), &QWebEnginePage::newWindowRequested, this, [&asked] { ++asked; });
+    QVERIFY(DragAndDrop({made}).drop(page));
+    // As the view tells of one that is dragged out of a page.
+    emit page->dropped(hasAddress ? QStringList{url(u"/one"_s)} : QStringList(), true);
+    QTRY_COMPARE(asked, 1);
+    if (hasAddress)
+        QTRY_VERIFY(m_session->shows(url(u"/one"_s)));
+    else
+        go(url(u"/two"_s));
+    QCOMPARE(m_session->windows(), 1);
 }
 
 void tst_pagedrops::scriptIsNotRun()
@@ -196,7 +280,8 @@ void tst_pagedrops::findFieldLeavesFilesToTheFrame()
     const QUrl page = file(u"a.html"_s, "x");
     QCOMPARE(DragAndDrop({page}, page.toString()).over(field), Qt::IgnoreAction);
     int opened = 0;
-    m_session->frame->setProfileOpener([&opened](const QString &, bool) { return ++opened > 0; });
+    m_session->frame->opener().setProfileOpener(
+        [&opened](const QString &, bool) { return ++opened > 0; });
     const QUrl profile = file(u"day.orp"_s, "x");
     QVERIFY(DragAndDrop({profile}, profile.toString()).drop(field));
     QTRY_COMPARE(opened, 1);

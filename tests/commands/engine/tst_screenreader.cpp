@@ -5,6 +5,7 @@
 
 #include "../Session.h"
 #include "EngineTest.h"
+#include "ProfilePages.h"
 #include "QtWebBrowser.h"
 #include "ScreenReader.h"
 #include "WebPage.h"
@@ -127,6 +128,13 @@ void tst_ScreenReader::windowsSleepAndWake()
     constexpr int count = 60;
     openProfile(count);
     QTRY_VERIFY_WITH_TIMEOUT(isLoaded(), 180'000);
+    // Some fall asleep when all have come.
+    const auto asleep = [] {
+        const QList<BrowserWindow *> windows = browserForms();
+        return std::count_if(windows.cbegin(), windows.cend(),
+                             [](const BrowserWindow *each) { return each->isAsleep(); });
+    };
+    QTRY_COMPARE(asleep(), count - ProfilePages::mostPages);
     for (int round = 0; round < 2; ++round) {
         for (BrowserWindow *window : browserForms())
             window->wake();

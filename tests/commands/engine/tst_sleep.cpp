@@ -10,6 +10,7 @@
 #include "Factory.h"
 #include "PageAsks.h"
 #include "PageQuestions.h"
+#include "ProcessMemory.h"
 #include "Settings.h"
 #include "SleepPicture.h"
 #include "SleepWatch.h"
@@ -40,9 +41,23 @@ private slots:
     void staysAwake();
     void seenWindowStaysAwake();
     void typedTextKeepsAwake();
+    void soundKeepsAwake();
+    void cameraKeepsAwake();
+    void typedTextSurvivesSleepByHand();
+    void answerToAFormIsNotSentAgain();
+    void closedWhileItIsAsked_data();
+    void closedWhileItIsAsked();
+    void goneToWhileItIsAsked_data();
+    void goneToWhileItIsAsked();
+    void askedTwiceAtOnce();
+    void busyPageStays();
+    void realMemoryIsLookedAt();
+    void titleStandsForAPageNobodySaw();
     void openQuestionKeepsAwake();
     void runningDownloadKeepsAwake();
     void connectionKeepsAwakeUntilMemoryIsShort();
+    void streamOfEventsKeepsAwake_data();
+    void streamOfEventsKeepsAwake();
     void longestUnseenGoFirst();
     void sleepByHandKeepsTheText();
     void keyWakesTheActiveWindow();
@@ -107,12 +122,24 @@ private:
                 emit menu->aboutToShow();
         }
     }
+    /// Agreed to where the user is asked.
+    void sleepByHand() const
+    {
+        const BrowserWindow *window = m_session->active();
+        choose("mnuWindowSleep");
+        QTRY_VERIFY(window->isAsleep() || PageAsks::countIn(window) == 1);
+        if (!window->isAsleep())
+            PageAsks::press(PageAsks::yes(PageAsks::shownIn(window)));
+        QTRY_VERIFY(window->isAsleep());
+    }
     void choose(const char *item) const
     {
         openMenu();
         QVERIFY(m_session->item(item)->isEnabled());
         m_session->choose(item);
     }
+    /// Types into the page's text field, as its user does.
+    static void type(BrowserWindow *window, const QString &text);
     /// The round through the event loop in which those asked fall asleep, or would.
     void settle();
 };
@@ -321,6 +348,228 @@ void tst_Sleep::typedTextKeepsAwake()
     QVERIFY(!window->isAsleep());
 }
 
+void tst_Sleep::type(BrowserWindow *window, const QString &text)
+{
+    run(window, u"t.focus(); 1"_s);
+    window->browser()->setFocus();
+    QWidget *view = window->findChild<WebView *>()->focusProxy();
+    // A key that comes before the page has the keyboard is lost.
+    [&] {
+        QTRY_VERIFY((QTest::keyClick(view, Qt::Key_X), run(window, u"t.value"_s).contains(u'x')));
+        run(window, u"t.value = ''; 1"_s);
+        for (const QChar letter : text)
+            QTest::keyClick(view, letter.toLatin1());
+        QTRY_COMPARE(run(window, u"t.value.replace(/^x+/, '')"_s), text);
+    }();
+}
+
+void tst_Sleep::soundKeepsAwake()
+{
+    BrowserWindow *window = openTall();
+    window->browser()->setFocus();
+    QWidget *view = window->findChild<WebView *>()->focusProxy();
+    // Only a page that the user did something with may be heard.
+    QTRY_VERIFY((QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(300, 120)),
+                 run(window, u"String(navigator.userActivation.hasBeenActive)"_s) == "true"_L1));
+    run(window,
+        u"window.a = new AudioContext(); window.o = a.createOscillator(); "
+        "o.connect(a.destination); o.start(); 1"_s);
+    QTRY_VERIFY(pageOf(window)->recentlyAudible());
+    QVERIFY(window->browser()->maySleep() == SleepLimit::Much);
+    cover();
+    lookAfter(100'000);
+    settle();
+    QVERIFY(!window->isAsleep());
+    run(window, u"o.stop(); a.close(); 1"_s);
+    QTRY_VERIFY(window->browser()->maySleep() == SleepLimit::Nothing);
+    lookAfter(100'000);
+    QTRY_VERIFY(window->isAsleep());
+}
+
+void tst_Sleep::cameraKeepsAwake()
+{
+    BrowserWindow *window = openTall();
+    run(window, u"navigator.mediaDevices.getUserMedia({video: true}).then(s => window.s = s); 1"_s);
+    QTRY_VERIFY(PageAsks::shownIn(window));
+    PageAsks::press(PageAsks::yes(PageAsks::shownIn(window)));
+    QTRY_COMPARE(run(window, u"String(!!window.s)"_s), u"true"_s);
+    QVERIFY(window->browser()->maySleep() == SleepLimit::Much);
+    cover();
+    lookAfter(100'000);
+    watch().setFreeMemory(gigabyte);
+    lookAfter(100'000, 2 * gigabyte);
+    settle();
+    QVERIFY(!window->isAsleep());
+}
+
+void tst_Sleep::typedTextSurvivesSleepByHand()
+{
+    BrowserWindow *window = openTall();
+    type(window, u"half a letter"_s);
+    const QString typed = run(window, u"t.value"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(qUncompress(window->browser()->pageState().history)
+                                 .contains(QByteArray("l\0e\0t\0t\0e\0r\0", 12)),
+                             15'000);
+    sleepByHand();
+    QTest::mouseClick(pictureOf(window), Qt::LeftButton);
+    QTRY_VERIFY(m_session->shows(url(u"/tall"_s)));
+    QCOMPARE(run(window, u"t.value"_s), typed);
+    // It is still its user's.
+    QTRY_VERIFY(window->browser()->maySleep() == SleepLimit::Much);
+}
+
+/// Put to sleep by hand it comes back without a word to the server that was not said before.
+void tst_Sleep::answerToAFormIsNotSentAgain()
+{
+    m_session->server.page("/order", "<title>ordered</title>");
+    m_session->server.page("/page", "<form id=f method=post action=/order></form>");
+    BrowserWindow *window = m_session->active();
+    go(url(u"/page"_s));
+    run(window, u"f.submit(); 1"_s);
+    QTRY_VERIFY(m_session->shows(url(u"/order"_s)));
+    sleepByHand();
+    QTest::mouseClick(pictureOf(window), Qt::LeftButton);
+    QTRY_VERIFY(!window->isAsleep() && !window->browser()->isBusy());
+    int sent = 0;
+    for (const TestServer::Request &request : m_session->server.requests("/order"))
+        sent += request.method == "POST" ? 1 : 0;
+    QCOMPARE(sent, 1);
+}
+
+void tst_Sleep::closedWhileItIsAsked_data()
+{
+    QTest::addColumn<bool>("isFrame");
+    QTest::newRow("the window") << false;
+    QTest::newRow("the frame") << true;
+}
+
+void tst_Sleep::closedWhileItIsAsked()
+{
+    QFETCH(const bool, isFrame);
+    QPointer<BrowserWindow> window = openTall();
+    cover();
+    lookAfter(100'000);
+    QVERIFY2(!window->isAsleep(), "it has been asked and has not answered yet");
+    if (isFrame)
+        m_session->frame->close();
+    else
+        window->unload();
+    QTRY_VERIFY(!window);
+    if (isFrame) {
+        QCOMPARE(m_session->windows(), 0);
+        return;
+    }
+    // One that closes as it wakes.
+    window = openTall("again");
+    sleepByHand();
+    window->wake();
+    window->close();
+    QTRY_VERIFY(!window);
+    settle();
+    QCOMPARE(m_session->windows(), 2);
+}
+
+void tst_Sleep::goneToWhileItIsAsked_data()
+{
+    QTest::addColumn<QByteArray>("event");
+    QTest::newRow("pagehide") << QByteArray("pagehide");
+    QTest::newRow("unload") << QByteArray("unload");
+}
+
+/// A page takes the question for its end: it must not live on behind that.
+void tst_Sleep::goneToWhileItIsAsked()
+{
+    QFETCH(const QByteArray, event);
+    m_session->server.page("/ends",
+                           "<title>ends</title><script>addEventListener('" + event
+                               + "', () => { window.isOver = true; })</script>");
+    m_session->frame->openBrowserWindow(url(u"/ends"_s), WindowState::AsOthers);
+    BrowserWindow *window = m_session->active();
+    QTRY_VERIFY(isShown(window));
+    cover();
+    lookAfter(100'000);
+    goTo(window);
+    settle();
+    QTRY_VERIFY(isShown(window) && !window->isAsleep());
+    QCOMPARE(m_session->active(), window);
+    QCOMPARE(run(window, u"String(window.isOver)"_s), u"undefined"_s);
+}
+
+void tst_Sleep::askedTwiceAtOnce()
+{
+    const BrowserWindow *window = openTall();
+    int told = 0;
+    window->browser()->askToSleep([&](bool may) { told += may ? 1 : 0; });
+    window->browser()->askToSleep([&](bool may) { told += may ? 1 : 0; });
+    QTRY_COMPARE(told, 2);
+    // Of its own is what it asks for from now on.
+    run(window, u"window.close(); 1"_s);
+    QTRY_COMPARE(PageAsks::countIn(window), 1);
+}
+
+/// The engine would say yes in its name.
+void tst_Sleep::busyPageStays()
+{
+    m_session->server.page("/busy",
+                           "<title>busy</title><script>onpagehide = onbeforeunload = "
+                           "() => { window.isOver = true; }</script>");
+    m_session->frame->openBrowserWindow(url(u"/busy"_s), WindowState::AsOthers);
+    const BrowserWindow *window = m_session->active();
+    QTRY_VERIFY(isShown(window));
+    pageOf(window)->runJavaScript(u"for (const end = Date.now() + 8000; Date.now() < end;); 1"_s);
+    std::optional<bool> answer;
+    window->browser()->askToSleep([&](bool may) { answer = may; });
+    QTRY_VERIFY_WITH_TIMEOUT(answer, 15'000);
+    QCOMPARE(*answer, false);
+    QCOMPARE(run(window, u"String(window.isOver)"_s), u"undefined"_s);
+}
+
+/// 60 of 100 parts of what was free, measured of the real pages.
+void tst_Sleep::realMemoryIsLookedAt()
+{
+    const BrowserWindow *one = openTall("w1");
+    const BrowserWindow *two = openTall("w2");
+    cover();
+    const qint64 used = ProcessMemory::used();
+    QVERIFY(used > 0);
+    // What takes no more than that need not be found out exactly.
+    QVERIFY(ProcessMemory::used(used * 10) >= used / 10 * 9);
+    QVERIFY(ProcessMemory::used(used * 10) <= used * 10);
+    watch().look(0, 0);
+    // Twice what there is, and a little: it is below the limit.
+    watch().setFreeMemory(used * 2);
+    QCOMPARE(watch().memoryLimit(), used * 2 / 100 * 60);
+    watch().measure();
+    settle();
+    QVERIFY(!one->isAsleep() && !two->isAsleep());
+    watch().setFreeMemory(used / 2);
+    QTRY_VERIFY((watch().measure(), one->isAsleep() && two->isAsleep()));
+    QTRY_VERIFY(ProcessMemory::used() < used);
+}
+
+void tst_Sleep::titleStandsForAPageNobodySaw()
+{
+    m_session->active()->showNormal();
+    BrowserWindow *window =
+        openBrowserWindow(*m_session->frame, url(u"/one"_s), WindowState::AsOthers, Loading::Later);
+    window->setTitle(u"kept title"_s);
+    window->setGeometry(0, 0, 300, 200);
+    QVERIFY(pictureOf(window));
+    const auto inkOf = [](const SleepPicture *picture) {
+        const QImage image = const_cast<SleepPicture *>(picture)->grab().toImage();
+        int ink = 0;
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = 0; y < image.height(); ++y)
+                ink += image.pixel(x, y) != image.pixel(0, 0) ? 1 : 0;
+        }
+        return ink;
+    };
+    QVERIFY(inkOf(pictureOf(window)) > 50);
+    window->browser()->navigateNow();
+    QTRY_VERIFY(isShown(window));
+    QTRY_VERIFY(!pictureOf(window));
+}
+
 void tst_Sleep::openQuestionKeepsAwake()
 {
     BrowserWindow *window = openTall();
@@ -370,6 +619,50 @@ void tst_Sleep::connectionKeepsAwakeUntilMemoryIsShort()
     QTRY_VERIFY(window->isAsleep());
 }
 
+void tst_Sleep::streamOfEventsKeepsAwake_data()
+{
+    const auto script = [](const QByteArray &code) { return "<script>" + code + "</script>"; };
+    const QByteArray open = "window.s = new EventSource('/events');"
+                            "s.onmessage = e => document.title = e.data;";
+    const QByteArray own = "class Own extends EventSource {};"
+                           "document.documentElement.dataset.same = EventSource.prototype."
+                           "constructor === EventSource && new Own('/events') instanceof Own;";
+    QTest::addColumn<QByteArray>("html");
+    QTest::newRow("as the page comes") << script(open);
+    QTest::newRow("later") << script("addEventListener('load', () => {" + open + "})");
+    QTest::newRow("in a frame") << QByteArray(
+        "<iframe srcdoc=\"<script>new EventSource('/events')</script>\"></iframe>");
+    QTest::newRow("of a class of its own") << script(own);
+}
+
+void tst_Sleep::streamOfEventsKeepsAwake()
+{
+    QFETCH(const QByteArray, html);
+    TestServer::Reply events;
+    events.type = "text/event-stream";
+    events.stallAfterHeaders = true;
+    m_session->server.reply("/events", events);
+    m_session->server.page("/live", "<title>live</title>" + html);
+    BrowserWindow *window = m_session->active();
+    go(url(u"/live"_s));
+    QTRY_COMPARE(m_session->server.count("/events"), 1);
+    // The page finds its class as it knows it.
+    QCOMPARE(run(window, u"document.documentElement.dataset.same ?? 'true'"_s), u"true"_s);
+    QTRY_VERIFY(window->browser()->maySleep() == SleepLimit::Connection);
+    cover();
+    lookAfter(100'000);
+    settle();
+    QVERIFY(!window->isAsleep());
+    // Until memory is short, or its page has gone.
+    watch().setFreeMemory(gigabyte);
+    lookAfter(1, gigabyte);
+    QTRY_VERIFY(window->isAsleep());
+    goTo(window);
+    QTRY_VERIFY(m_session->shows(url(u"/live"_s)));
+    go(url(u"/one"_s));
+    QTRY_VERIFY(window->browser()->maySleep() == SleepLimit::Nothing);
+}
+
 void tst_Sleep::longestUnseenGoFirst()
 {
     QList<BrowserWindow *> windows;
@@ -387,9 +680,11 @@ void tst_Sleep::longestUnseenGoFirst()
     for (const BrowserWindow *window : std::as_const(windows))
         QVERIFY(!window->isAsleep());
     watch().look(2 * minuteMs, gigabyte);
-    QTRY_VERIFY(windows.at(3)->isAsleep());
-    for (int i = 0; i < 8; ++i)
-        QCOMPARE(windows.at(i)->isAsleep(), i < 4);
+    // Each page is asked, and answers when it comes to that.
+    for (int i = 0; i < 4; ++i)
+        QTRY_VERIFY(windows.at(i)->isAsleep());
+    for (int i = 4; i < 8; ++i)
+        QVERIFY(!windows.at(i)->isAsleep());
     QVERIFY(Settings::sleepMemory.write(0));
     watch().look(3 * minuteMs, gigabyte);
     settle();
@@ -403,8 +698,7 @@ void tst_Sleep::sleepByHandKeepsTheText()
     QTRY_VERIFY_WITH_TIMEOUT(qUncompress(window->browser()->pageState().history)
                                  .contains(QByteArray("h\0a\0l\0f\0 \0a\0", 12)),
                              15'000);
-    choose("mnuWindowSleep");
-    QVERIFY(window->isAsleep());
+    sleepByHand();
     QVERIFY(m_session->active() == window);
     QTest::mouseClick(pictureOf(window), Qt::LeftButton);
     QTRY_VERIFY(m_session->shows(url(u"/tall"_s)));
@@ -414,8 +708,7 @@ void tst_Sleep::sleepByHandKeepsTheText()
 void tst_Sleep::keyWakesTheActiveWindow()
 {
     BrowserWindow *window = openTall();
-    choose("mnuWindowSleep");
-    QVERIFY(window->isAsleep());
+    sleepByHand();
     window->focusContents();
     QTest::keyClick(window->browser()->widget(), Qt::Key_Space);
     QTRY_VERIFY(m_session->shows(url(u"/tall"_s)));
@@ -455,7 +748,7 @@ void tst_Sleep::itemsFollowTheWindows()
     openTall();
     openMenu();
     QVERIFY(enabled("mnuWindowSleepOthers"));
-    choose("mnuWindowSleep");
+    sleepByHand();
     choose("mnuWindowSleepOthers");
     QTRY_VERIFY(browserForms().first()->isAsleep());
     openMenu();
@@ -472,7 +765,7 @@ void tst_Sleep::picturesStaySmall()
     m_session->frame->resize(1200, 900);
     BrowserWindow *window = openTall();
     run(window, u"document.body.innerHTML = '<p>' + 'many words of text '.repeat(3000); 1"_s);
-    choose("mnuWindowSleep");
+    sleepByHand();
     qInfo() << "picture" << pictureOf(window)->size() << "bytes of"
             << window->browser()->widget()->size() << "history"
             << window->browser()->pageState().history.size();
@@ -551,7 +844,7 @@ void tst_Sleep::reopenedSleeping()
 {
     BrowserWindow *window = openTall();
     QVERIFY(window->isMaximized());
-    choose("mnuWindowSleep");
+    sleepByHand();
     window->close();
     QTRY_COMPARE(m_session->windows(), 1);
     m_session->choose("mnuWindowReopen");
@@ -644,5 +937,10 @@ void tst_Sleep::optionsAreKept()
     QCOMPARE(find<QSpinBox>("txtSleepAfter")->value(), 0);
 }
 
-ORVANE_ENGINE_TEST_MAIN(tst_Sleep)
+int main(int argc, char **argv)
+{
+    qputenv("QTWEBENGINE_CHROMIUM_FLAGS",
+            qgetenv("QTWEBENGINE_CHROMIUM_FLAGS") + " --use-fake-device-for-media-stream");
+    return runEngineTest<tst_Sleep>(argc, argv);
+}
 #include "tst_sleep.moc"

@@ -1,3 +1,4 @@
+#include <QAbstractButton>
 #include <QMenu>
 #include <QWebEngineView>
 
@@ -5,6 +6,7 @@
 #include "EngineTest.h"
 #include "SourceEditor.h"
 #include "SourceWindow.h"
+#include "StatusStrip.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,6 +21,9 @@ private slots:
     void fontSizes_data();
     void fontSizes();
     void zoomThatIsNoLevelMarksNone();
+    void keysZoom_data();
+    void keysZoom();
+    void stripSaysTheSize();
     void refreshReloadsThePage();
     void documentHTMLIsTheLiveMarkup();
     void documentHTMLWhileLoadingOpensNothing();
@@ -80,6 +85,64 @@ void tst_ViewCommands::zoomThatIsNoLevelMarksNone()
     QCOMPARE(marked(), QStringList());
     m_session->choose("mnuViewFontSize22");
     QCOMPARE(marked(), QStringList(u"Medium"_s));
+}
+
+void tst_ViewCommands::keysZoom_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<Qt::KeyboardModifiers>("held");
+    QTest::addColumn<int>("before");
+    QTest::addColumn<int>("after");
+    constexpr Qt::KeyboardModifiers ctrl = Qt::ControlModifier;
+    QTest::newRow("plus") << int(Qt::Key_Plus) << ctrl << 100 << 110;
+    QTest::newRow("equals") << int(Qt::Key_Equal) << ctrl << 100 << 110;
+    QTest::newRow("plus of the key pad")
+        << int(Qt::Key_Plus) << (ctrl | Qt::KeypadModifier) << 100 << 110;
+    QTest::newRow("minus") << int(Qt::Key_Minus) << ctrl << 100 << 90;
+    QTest::newRow("minus of the key pad")
+        << int(Qt::Key_Minus) << (ctrl | Qt::KeypadModifier) << 100 << 90;
+    QTest::newRow("zero") << int(Qt::Key_0) << ctrl << 175 << 100;
+    QTest::newRow("zero of the key pad")
+        << int(Qt::Key_0) << (ctrl | Qt::KeypadModifier) << 50 << 100;
+}
+
+/// Wherever the keyboard is: in the page, too.
+void tst_ViewCommands::keysZoom()
+{
+    QFETCH(int, key);
+    QFETCH(Qt::KeyboardModifiers, held);
+    QFETCH(int, before);
+    QFETCH(int, after);
+    openOne();
+    m_session->frame->activateWindow();
+    QTRY_VERIFY(m_session->frame->isActiveWindow());
+    m_session->active()->browser()->setFocus();
+    m_session->active()->browser()->setZoom(before);
+    QTRY_COMPARE(qRound(100 * page().zoomFactor()), before);
+    QTest::simulateEvent(m_session->frame->windowHandle(), true, key, held, {}, false);
+    QTest::simulateEvent(m_session->frame->windowHandle(), false, key, held, {}, false);
+    QTRY_COMPARE(qRound(100 * page().zoomFactor()), after);
+}
+
+void tst_ViewCommands::stripSaysTheSize()
+{
+    openOne();
+    auto *mark = m_session->active()->statusBar()->findChild<QAbstractButton *>(u"cmdZoom"_s);
+    QVERIFY(mark && mark->isHidden());
+    m_session->choose("mnuViewZoomIn");
+    QVERIFY(mark->isVisible());
+    QCOMPARE(mark->text(), u"110%"_s);
+    QCOMPARE(mark->accessibleName(), u"110%"_s);
+    QVERIFY(!mark->accessibleDescription().isEmpty());
+    m_session->choose("mnuViewFontSize24");
+    QCOMPARE(mark->text(), u"150%"_s);
+    QTest::mouseClick(mark, Qt::LeftButton);
+    QCOMPARE(page().zoomFactor(), 1.0);
+    QVERIFY(mark->isHidden());
+    m_session->choose("mnuViewZoomOut");
+    QCOMPARE(mark->text(), u"90%"_s);
+    QTest::keyClick(mark, Qt::Key_Return);
+    QCOMPARE(page().zoomFactor(), 1.0);
 }
 
 void tst_ViewCommands::refreshReloadsThePage()

@@ -126,6 +126,7 @@ void tst_badpages::unreachable()
     QVERIFY2(text.contains(reason), qPrintable(text));
     QCOMPARE(script(u"document.querySelector('code').textContent"_s), url);
     QCOMPARE(script(u"document.getElementById('tryAgain').textContent"_s), u"Try Again"_s);
+    QCOMPARE(script(u"document.documentElement.lang"_s), u"en"_s);
     QTRY_VERIFY(m_frame->tabOf(m_form).caption != u"Loading..."_s);
     QCOMPARE(m_frame->addresses.last().url, url);
     QCOMPARE(browser()->page()->history()->count(), 1);

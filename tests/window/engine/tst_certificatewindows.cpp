@@ -41,6 +41,9 @@ private slots:
     void programEndsWhileShown();
     void escapeInTheWindow();
     void screenReaderHearsTheReason();
+    void backAndForwardTellTheTruth();
+    void goingOnHoldsForAllPorts();
+    void commandsLeaveTheHiddenPageAlone();
 
 private:
     std::unique_ptr<TestServer> serverOf(const Shape &shape) const
@@ -332,6 +335,85 @@ void tst_certificatewindows::screenReaderHearsTheReason()
         QVERIFY(button->focusPolicy() & Qt::TabFocus);
         QVERIFY(!button->text().isEmpty());
     }
+}
+
+void tst_certificatewindows::backAndForwardTellTheTruth()
+{
+    const auto good = serverOf({});
+    good->page("/a", "<title>Good</title>");
+    BrowserWindow *form = m_scene->frame.open(good->url(u"/a"_s), true);
+    const StatusStrip *status = form->statusBar();
+    QTRY_VERIFY(status->secureShown());
+    form->browser()->navigate(m_bad->url(u"/a"_s, u"localhost"_s));
+    for (int i = 0; i < 2; ++i) {
+        QTRY_VERIFY(noticeIn(form));
+        QVERIFY(!status->secureShown() && !status->unprovenShown());
+        form->browser()->goBack();
+        QTRY_VERIFY(!noticeIn(form) && status->secureShown());
+        QVERIFY(!status->unprovenShown());
+        QTRY_COMPARE(form->windowTitle(), u"Good"_s);
+        form->browser()->goForward();
+    }
+    QTRY_VERIFY(noticeIn(form));
+    goOn(form);
+    for (int i = 0; i < 2; ++i) {
+        QTRY_VERIFY(status->unprovenShown() && !status->secureShown());
+        QTRY_COMPARE(form->windowTitle(), u"Secret"_s);
+        form->browser()->goBack();
+        QTRY_VERIFY(status->secureShown() && !status->unprovenShown());
+        form->browser()->goForward();
+    }
+}
+
+/// The engine keeps what it was told by the host's name.
+void tst_certificatewindows::goingOnHoldsForAllPorts()
+{
+    const auto shaped = TestCertificates::shaped(m_folder.path(), {.signer = Signer::Stranger});
+    TestServer one(shaped);
+    TestServer other(shaped);
+    one.page("/a", "<title>one</title>");
+    other.page("/a", "<title>other</title>");
+    BrowserWindow *form = m_scene->frame.open(one.url(u"/a"_s, u"localhost"_s), true);
+    QTRY_VERIFY(noticeIn(form));
+    const auto *scope = noticeIn(form)->findChild<QLabel *>(u"lblScope"_s);
+    QVERIFY(scope && scope->isVisible());
+    QCOMPARE(scope->text(),
+             u"If you go on, this certificate passes at every port of localhost until Orvane "
+             "ends."_s);
+    QVERIFY(noticeIn(form)->accessibleDescription().contains(scope->text()));
+    goOn(form);
+    QTRY_COMPARE(form->windowTitle(), u"one"_s);
+    form->browser()->navigate(other.url(u"/a"_s, u"localhost"_s));
+    QTRY_COMPARE(form->windowTitle(), u"other"_s);
+    QVERIFY(!noticeIn(form));
+    QTRY_VERIFY(form->statusBar()->unprovenShown());
+}
+
+/// What is behind the notice is an error's page, which the user does not see.
+void tst_certificatewindows::commandsLeaveTheHiddenPageAlone()
+{
+    BrowserWindow *form = openBad();
+    WebBrowser &browser = *form->browser();
+    const WebPage &page = *PopupScene::control(form)->page();
+    const qsizetype windows = QApplication::topLevelWidgets().size();
+    for (const OleCmd command : {OleCmd::SaveAs, OleCmd::Print, OleCmd::PrintPreview,
+                                 OleCmd::Properties, OleCmd::SelectAll}) {
+        QVERIFY(!browser.execCommand(command, OleExecOpt::Default));
+        QCOMPARE(browser.queryStatus(command), 0);
+    }
+    QCOMPARE(QApplication::topLevelWidgets().size(), windows);
+    const QVariant largest = 4;
+    QVERIFY2(browser.execCommand(OleCmd::Zoom, OleExecOpt::DoNotPromptUser, &largest),
+             "for what the window shows next");
+    const qreal zoom = page.zoomFactor();
+    QVERIFY(zoom > 1);
+    QString markup = u"not told yet"_s;
+    browser.outerHtml([&markup](const QString &text) { markup = text; });
+    QTRY_COMPARE(markup, QString());
+    goOn(form);
+    QTRY_COMPARE(form->windowTitle(), u"Secret"_s);
+    QVERIFY(browser.queryStatus(OleCmd::SelectAll) != 0);
+    QCOMPARE(page.zoomFactor(), zoom);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_certificatewindows)

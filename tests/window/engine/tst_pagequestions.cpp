@@ -56,6 +56,7 @@ private slots:
     void endlessDialogsCanBeStopped();
     void unheardPageCanBeLeft();
     void leavingOfferedBesideADialogIsStillAsked();
+    void processEndsMeanwhile_data();
     void processEndsMeanwhile();
     void leavingIsAsked_data();
     void leavingIsAsked();
@@ -69,9 +70,26 @@ private:
                                                          + " }, 0); 1"_L1);
     }
     QString title() const { return m_form->windowTitle(); }
+    /// A window with a page of its own, behind that of the questions.
+    void openOther()
+    {
+        m_scene->server.page("/other", "<title>other</title>");
+        m_other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
+        QTRY_COMPARE(m_other->windowTitle(), u"other"_s);
+        m_scene->frame.area->setActiveSubWindow(m_form);
+    }
+    void goToOther() { m_scene->frame.area->setActiveSubWindow(m_other); }
+    /// Answers, and wants no more where that is offered.
+    static void silence(PageQuestionBox *box)
+    {
+        if (QCheckBox *noMore = PageAsks::noMore(box))
+            noMore->click();
+        PageAsks::press(PageAsks::yes(box));
+    }
 
     std::unique_ptr<PopupScene> m_scene;
     QPointer<BrowserWindow> m_form;
+    QPointer<BrowserWindow> m_other;
 };
 
 void tst_pagequestions::init()
@@ -306,11 +324,7 @@ void tst_pagequestions::endlessAlertsCanBeEnded()
 /// another shows its page.
 void tst_pagequestions::silencedPageLeavesTheRestUsable()
 {
-    const WhenAsked asked(m_form, [](PageQuestionBox *box) {
-        if (QCheckBox *noMore = PageAsks::noMore(box))
-            noMore->click();
-        PageAsks::press(PageAsks::yes(box));
-    });
+    const WhenAsked asked(m_form, silence);
     start(u"while (true) alert()"_s);
     QTRY_COMPARE(asked.count(), 2);
     m_scene->server.page("/other", "<title>other</title>");
@@ -325,11 +339,7 @@ void tst_pagequestions::silencedPageLeavesTheRestUsable()
 void tst_pagequestions::userDoingSomethingEndsTheSilence()
 {
     m_scene->server.page("/b", "<title>b</title>");
-    const WhenAsked asked(m_form, [](PageQuestionBox *box) {
-        if (QCheckBox *noMore = PageAsks::noMore(box))
-            noMore->click();
-        PageAsks::press(PageAsks::yes(box));
-    });
+    const WhenAsked asked(m_form, silence);
     start(u"alert(1); alert(2); alert(3); location = '/b'"_s);
     QTRY_COMPARE(title(), u"b"_s);
     QCOMPARE(asked.count(), 2);
@@ -346,29 +356,19 @@ void tst_pagequestions::userDoingSomethingEndsTheSilence()
 
 void tst_pagequestions::otherWindowEndsTheWait()
 {
-    m_scene->server.page("/other", "<title>other</title>");
-    BrowserWindow *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
-    QTRY_COMPARE(other->windowTitle(), u"other"_s);
-    m_scene->frame.area->setActiveSubWindow(m_form);
-    const WhenAsked asked(m_form, [this, other](PageQuestionBox *) {
-        m_scene->frame.area->setActiveSubWindow(other);
-    });
+    openOther();
+    const WhenAsked asked(m_form, [this](PageQuestionBox *) { goToOther(); });
     start(u"document.title = 'said ' + confirm('?')"_s);
     QTRY_COMPARE(title(), u"said false"_s);
     QCOMPARE(asked.count(), 1);
-    QCOMPARE(PopupScene::script(other, u"1 + 1"_s).toInt(), 2);
+    QCOMPARE(PopupScene::script(m_other, u"1 + 1"_s).toInt(), 2);
 }
 
 /// The page goes on; what it said can be read later.
 void tst_pagequestions::messageLeftIsThereStill()
 {
-    m_scene->server.page("/other", "<title>other</title>");
-    BrowserWindow *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
-    QTRY_COMPARE(other->windowTitle(), u"other"_s);
-    m_scene->frame.area->setActiveSubWindow(m_form);
-    const WhenAsked asked(m_form, [this, other](PageQuestionBox *) {
-        m_scene->frame.area->setActiveSubWindow(other);
-    });
+    openOther();
+    const WhenAsked asked(m_form, [this](PageQuestionBox *) { goToOther(); });
     start(u"alert('read me'); document.title = 'after'"_s);
     QTRY_COMPARE(title(), u"after"_s);
     m_scene->frame.area->setActiveSubWindow(m_form);
@@ -381,13 +381,8 @@ void tst_pagequestions::messageLeftIsThereStill()
 
 void tst_pagequestions::messagesLeftDoNotHeapUp()
 {
-    m_scene->server.page("/other", "<title>other</title>");
-    BrowserWindow *other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
-    QTRY_COMPARE(other->windowTitle(), u"other"_s);
-    m_scene->frame.area->setActiveSubWindow(m_form);
-    const WhenAsked asked(m_form, [this, other](PageQuestionBox *) {
-        m_scene->frame.area->setActiveSubWindow(other);
-    });
+    openOther();
+    const WhenAsked asked(m_form, [this](PageQuestionBox *) { goToOther(); });
     for (int i = 0; i < 4; ++i) {
         m_scene->frame.area->setActiveSubWindow(m_form);
         start(u"alert(%1); document.title = 'after %1'"_s.arg(i));
@@ -607,11 +602,7 @@ void tst_pagequestions::endlessDialogsCanBeStopped()
 void tst_pagequestions::unheardPageCanBeLeft()
 {
     m_scene->server.page("/b", "<title>b</title>");
-    const WhenAsked asked(m_form, [](PageQuestionBox *box) {
-        if (QCheckBox *noMore = PageAsks::noMore(box))
-            noMore->click();
-        PageAsks::press(PageAsks::yes(box));
-    });
+    const WhenAsked asked(m_form, silence);
     start(u"while (true) alert()"_s);
     QTRY_COMPARE(asked.count(), 2);
     QTRY_VERIFY(m_form->questions()->isSilenced());
@@ -640,14 +631,35 @@ void tst_pagequestions::leavingOfferedBesideADialogIsStillAsked()
     QCOMPARE(PopupScene::script(m_form, u"document.title"_s).toString(), u"ready"_s);
 }
 
+void tst_pagequestions::processEndsMeanwhile_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::newRow("alert") << u"alert('x')"_s;
+    QTest::newRow("confirm") << u"confirm('x')"_s;
+    QTest::newRow("prompt") << u"prompt('x', 'y')"_s;
+    QTest::newRow("beforeunload")
+        << u"onbeforeunload = event => { event.preventDefault(); event.returnValue = 'x' };"
+           "location = 'about:blank'"_s;
+}
+
 void tst_pagequestions::processEndsMeanwhile()
 {
-    const WhenAsked asked(m_form, [this](PageQuestionBox *box) {
+    QFETCH(QString, code);
+    PopupScene::click(m_form, u"i"_s);
+    QTRY_COMPARE(PopupScene::script(m_form, u"navigator.userActivation.hasBeenActive"_s), true);
+    bool stayed = false;
+    const WhenAsked asked(m_form, [&](PageQuestionBox *box) {
         ::kill(pid_t(PopupScene::control(m_form)->page()->renderProcessPid()), SIGKILL);
-        PageAsks::press(PageAsks::yes(box));
+        // Where it does not go by itself, the test would wait for ever.
+        QTimer::singleShot(10'000, box, [&stayed, box] {
+            stayed = true;
+            PageAsks::press(PageAsks::yes(box));
+        });
     });
-    start(u"alert('x')"_s);
-    QTRY_VERIFY(m_form->findChild<QPushButton *>(u"cmdReload"_s));
+    start(code);
+    QTRY_VERIFY_WITH_TIMEOUT(m_form->findChild<QPushButton *>(u"cmdReload"_s), 20'000);
+    QVERIFY(!stayed);
+    QCOMPARE(asked.count(), 1);
     QCOMPARE(PageAsks::countIn(m_form), 0);
 }
 

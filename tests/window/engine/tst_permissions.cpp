@@ -36,6 +36,8 @@ private slots:
     void oneAnswerIsForOneQuestion();
     void allAllowedIsAllGranted();
     void refusalEndsWhatNobodyWaitsFor();
+    void twoWindowsOfASiteAreOneQuestion_data();
+    void twoWindowsOfASiteAreOneQuestion();
     void bothAreOneQuestion();
     void answerHoldsWhileThePageIsThere();
     void nextPageAsksAnew();
@@ -63,6 +65,8 @@ private slots:
     void aThousandRequests();
     void aHundredFrames();
     void firstScriptOfAPageIsHeard();
+    // The engine's own search for the place may stand still after it.
+    void yesIsNotForAFrameElsewhere();
 
 private:
     QString site() const { return m_scene->server.url(QString()); }
@@ -276,7 +280,7 @@ void tst_permissions::allAllowedIsAllGranted()
 
 void tst_permissions::refusalEndsWhatNobodyWaitsFor()
 {
-    if (!answersAreShared)
+    if (!answersAreForAllKinds)
         QSKIP("The engine has an answer for each request.");
     run(u"ask.notifications(); ask.place()"_s);
     answer(false);
@@ -285,6 +289,71 @@ void tst_permissions::refusalEndsWhatNobodyWaitsFor()
     run(u"log = []; ask.place()"_s);
     answer(true);
     QTRY_COMPARE(log(), u"place 2"_s);
+}
+
+void tst_permissions::twoWindowsOfASiteAreOneQuestion_data()
+{
+    QTest::addColumn<QString>("what");
+    QTest::addColumn<bool>("yes");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("allowed") << u"place"_s << true << u"place 2"_s;
+    QTest::newRow("refused") << u"place"_s << false << u"place 1"_s;
+    QTest::newRow("allowed notifications")
+        << u"notifications"_s << true << u"notifications granted"_s;
+    QTest::newRow("refused notifications")
+        << u"notifications"_s << false << u"notifications denied"_s;
+}
+
+/// The engine tells both, so neither is left with a question that nobody waits for.
+void tst_permissions::twoWindowsOfASiteAreOneQuestion()
+{
+    QFETCH(QString, what);
+    QFETCH(bool, yes);
+    QFETCH(QString, told);
+    const QPointer<BrowserWindow> first = m_scene->openPage(script);
+    m_form = m_scene->openPage(script);
+    first->move(m_form->geometry().bottomRight() - QPoint(200, 200));
+    for (const BrowserWindow *each : {first.data(), m_form.data()}) {
+        PopupScene::script(each, u"ask.%1(); 1"_s.arg(what));
+        QTRY_VERIFY(PageAsks::shownIn(each));
+    }
+    answer(yes);
+    QTRY_COMPARE(log(), told);
+    QTRY_VERIFY(!PageAsks::shownIn(first));
+    m_form = first;
+    QTRY_COMPARE(log(), told);
+    run(u"log = []; ask.%1()"_s.arg(what));
+    QTRY_COMPARE(log(), told);
+    QVERIFY(!shown());
+    QVERIFY(SitePermissions::all().isEmpty());
+}
+
+/// In another page a site is another one who asks, though the engine does not tell them apart.
+void tst_permissions::yesIsNotForAFrameElsewhere()
+{
+    m_scene->server.page("/around",
+                         script + "<iframe allow='geolocation *' src='"
+                             + m_scene->server.url(u"/frame-place"_s).toUtf8() + "'></iframe>");
+    const QPointer<BrowserWindow> around =
+        m_scene->frame.open(m_scene->server.url(u"/around"_s, u"localhost"_s));
+    PopupScene::waitUntilLoaded(around);
+    QTRY_VERIFY(PageAsks::shownIn(around));
+    m_form = m_scene->openPage(script);
+    run(u"ask.place()"_s);
+    answer(true);
+    QTRY_VERIFY(!shown());
+    const auto toldAround = [&around] {
+        return PopupScene::script(around, u"log.join(' | ')"_s).toString();
+    };
+    QCOMPARE(toldAround(), QString());
+    QVERIFY(PageAsks::shownIn(around));
+    PageAsks::press(PageAsks::no(PageAsks::shownIn(around)));
+    QTRY_COMPARE(toldAround(), u"place 1"_s);
+    // What is covered is told nothing.
+    m_form->mdiArea()->setActiveSubWindow(m_form);
+    run(u"log = []; ask.place()"_s);
+    QTRY_VERIFY2(log().endsWith(u"place 2"_s), qPrintable(log()));
+    QVERIFY(!shown());
 }
 
 void tst_permissions::bothAreOneQuestion()
@@ -372,7 +441,7 @@ void tst_permissions::rememberedAnswersAtOnce()
 
 void tst_permissions::keptOutOfHistoryIsNotRemembered()
 {
-    PopupScene::control(m_form)->page()->setLeavesTrace(false);
+    PopupScene::control(m_form)->page()->setIsListed(false);
     run(u"ask.place()"_s);
     QTRY_VERIFY(shown());
     const auto *remember = shown()->findChild<QCheckBox *>(u"chkRemember"_s);

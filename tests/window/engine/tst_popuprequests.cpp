@@ -5,11 +5,9 @@
 #include "PopupScene.h"
 
 #include <QAction>
-#include <QMenu>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QWebEngineContextMenuRequest>
 
 using namespace Qt::StringLiterals;
 
@@ -35,7 +33,11 @@ private slots:
     void allowedWindowCanBeClosedByItsOpener();
     void namedWindowIsReused();
     void featuresGiveTheWindowItsSize();
-    void pagesMenuIsNeverRefused();
+    void middleClickOpensBehind_data();
+    void middleClickOpensBehind();
+    void shiftAndCtrlOpenInFront();
+    void blockedOneBehindIsNeverSeen();
+    void pageHidesNothingBehind();
 
 private:
     void userRows();
@@ -299,20 +301,81 @@ void tst_popuprequests::featuresGiveTheWindowItsSize()
     QCOMPARE(PopupScene::control(popup)->widget()->pos(), QPoint(0, 0));
 }
 
-void tst_popuprequests::pagesMenuIsNeverRefused()
+void tst_popuprequests::middleClickOpensBehind_data()
 {
-    BrowserWindow *opener = open("<a id=b href=/p>link</a>", true);
-    QWebEngineView *view = QWebEngineView::forPage(PopupScene::control(opener)->page());
-    PopupScene::click(opener, u"b"_s, Qt::RightButton);
-    QMenu *menu = nullptr;
-    QTRY_VERIFY((menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())));
-    QVERIFY(view->lastContextMenuRequest());
-    view->page()->action(QWebEnginePage::OpenLinkInNewWindow)->trigger();
-    menu->close();
-    QCOMPARE(m_scene->frame.opened.size(), 1);
-    QCOMPARE(m_scene->frame.opened.first().url, m_scene->server.url(u"/p"_s));
-    QCOMPARE(m_scene->frame.opened.first().state, WindowState::AsOthers);
-    QCOMPARE(PopupScene::popups().size(), 0);
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<bool>("maximized");
+    QTest::newRow("middle") << u"middle"_s << false;
+    QTest::newRow("middle, maximized") << u"middle"_s << true;
+    QTest::newRow("Ctrl") << u"ctrl"_s << false;
+    QTest::newRow("Ctrl, maximized") << u"ctrl"_s << true;
+}
+
+void tst_popuprequests::middleClickOpensBehind()
+{
+    QFETCH(const QString, how);
+    QFETCH(const bool, maximized);
+    m_scene->server.page("/p", "<title>p</title>");
+    BrowserWindow *opener = open("<a id=b href=/p>link</a>", false);
+    if (maximized)
+        opener->showMaximized();
+    QVERIFY(m_scene->frame.tabOf(opener).pressed);
+    const QSignalSpy activated(m_scene->frame.area, &QMdiArea::subWindowActivated);
+    trigger(opener, how);
+    const QWidget *focus = QApplication::focusWidget();
+    QVERIFY(focus && opener->isAncestorOf(focus));
+    BrowserWindow *popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_COMPARE(popup->windowTitle(), u"p"_s);
+    QCOMPARE(m_scene->frame.activeChild(), opener);
+    QCOMPARE(activated.size(), 0);
+    QCOMPARE(QApplication::focusWidget(), focus);
+    QCOMPARE(m_scene->frame.area->subWindowList(QMdiArea::StackingOrder),
+             (QList<QMdiSubWindow *>{popup, opener}));
+    QVERIFY(popup->isVisible() && popup->isEnabled());
+    QVERIFY(!popup->isMaximized());
+    QCOMPARE(opener->isMaximized(), maximized);
+    QVERIFY(m_scene->frame.tabOf(opener).pressed);
+    QVERIFY(!m_scene->frame.tabOf(popup).pressed);
+    QCOMPARE(m_scene->frame.addressText, opener->shownAddress());
+    // It comes to the front as any other.
+    m_scene->frame.area->setActiveSubWindow(popup);
+    QCOMPARE(m_scene->frame.activeChild(), popup);
+    QCOMPARE(popup->isMaximized(), maximized);
+}
+
+void tst_popuprequests::shiftAndCtrlOpenInFront()
+{
+    BrowserWindow *opener = open("<a id=b href=/p>link</a>", false);
+    PopupScene::click(opener, u"b"_s, Qt::LeftButton, Qt::ControlModifier | Qt::ShiftModifier);
+    BrowserWindow *popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_COMPARE(m_scene->frame.activeChild(), popup);
+}
+
+void tst_popuprequests::blockedOneBehindIsNeverSeen()
+{
+    m_scene->smart();
+    m_scene->block(m_scene->server.url(u"/p"_s));
+    BrowserWindow *opener = open("<a id=b href=/p>link</a>", false);
+    trigger(opener, u"middle"_s);
+    QTRY_COMPARE(PopupScene::popups().size(), 0);
+    QCOMPARE(m_scene->server.count("/p"), 0);
+    QCOMPARE(m_scene->frame.activeChild(), opener);
+}
+
+/// A window that the user did nothing for comes in front, or not at all.
+void tst_popuprequests::pageHidesNothingBehind()
+{
+    BrowserWindow *opener =
+        open("<a id=b href=/p>link</a><script>setTimeout(() => b.dispatchEvent("
+             "new MouseEvent('click', {ctrlKey: true, bubbles: true, cancelable: true})), 1)"
+             "</script>",
+             false);
+    BrowserWindow *popup = PopupScene::waitForPopup();
+    QVERIFY(popup);
+    QTRY_COMPARE(m_scene->frame.activeChild(), popup);
+    QVERIFY(opener);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_popuprequests)

@@ -4,6 +4,7 @@
 
 #include "EngineTest.h"
 #include "PageAsks.h"
+#include "PageLife.h"
 #include "PageQuestions.h"
 #include "PopupScene.h"
 
@@ -21,8 +22,19 @@ private slots:
     void aThousandOfEach();
     void pageGoesWhileItAsks();
     void typingGoesOn();
+    void questionEndsFullScreen();
+    void fullScreenWaitsForTheAnswer();
+    void fiftyWindowsAskAtOnce();
+    void fiftyWindowsHaveAMessage();
 
 private:
+    QWebEngineView *view() const
+    {
+        return QWebEngineView::forPage(PopupScene::control(m_form)->page());
+    }
+    QList<BrowserWindow *> openFifty(const QByteArray &html);
+    /// Its button fills the screen; the title says what came of it.
+    void openFiller();
     QString title() const { return m_form->windowTitle(); }
     /// As if an earlier one had been granted unasked.
     void askToPrint();
@@ -117,6 +129,102 @@ void tst_questionfloods::typingGoesOn()
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     QTRY_COMPARE(PopupScene::script(m_form, u"i.value"_s).toString(), u"a b"_s);
     QCOMPARE(PageAsks::countIn(m_form), 1);
+}
+
+void tst_questionfloods::openFiller()
+{
+    m_form = m_scene->openPage(
+        "<button id=b>fill</button><script>document.onfullscreenchange = () => document.title = "
+        "document.fullscreenElement ? 'full' : 'back';"
+        "b.onclick = () => document.body.requestFullscreen()</script>",
+        true);
+    QVERIFY(QTest::qWaitForWindowActive(m_scene->frame.window()));
+}
+
+/// What is asked must be seen.
+void tst_questionfloods::questionEndsFullScreen()
+{
+    openFiller();
+    PopupScene::click(m_form, u"b"_s);
+    QTRY_COMPARE(title(), u"full"_s);
+    QVERIFY(view()->isWindow());
+    askToPrint();
+    QTRY_COMPARE(title(), u"back"_s);
+    QVERIFY(m_form->isAncestorOf(view()));
+    QTRY_VERIFY(PageAsks::shownIn(m_form)->isAnswerable());
+}
+
+void tst_questionfloods::fullScreenWaitsForTheAnswer()
+{
+    openFiller();
+    askToPrint();
+    QPointer<PageQuestionBox> box = PageAsks::shownIn(m_form);
+    PopupScene::click(m_form, u"b"_s);
+    QTRY_COMPARE(title(), u"back"_s);
+    QVERIFY(m_form->isAncestorOf(view()));
+    QVERIFY(box && box->isVisible());
+    PageAsks::press(PageAsks::no(box));
+    QTRY_VERIFY(!PageAsks::shownIn(m_form));
+    PopupScene::click(m_form, u"b"_s);
+    QTRY_COMPARE(title(), u"full"_s);
+}
+
+/// One of a site each, and scattered, as what is covered does not ask for the place.
+QList<BrowserWindow *> tst_questionfloods::openFifty(const QByteArray &html)
+{
+    constexpr int many = 50;
+    m_scene->server.page("/many", html);
+    m_form->showNormal();
+    QList<BrowserWindow *> windows;
+    for (int i = 0; i < many; ++i) {
+        const QString host = u"site%1.localhost"_s.arg(i);
+        BrowserWindow *window = m_scene->frame.open(m_scene->server.url(u"/many"_s, host));
+        window->resize(400, 300);
+        window->move(i * 12, i * 8);
+        windows.append(window);
+    }
+    return windows;
+}
+
+/// None holds the others, and all end with the program.
+void tst_questionfloods::fiftyWindowsAskAtOnce()
+{
+    const QList<BrowserWindow *> windows =
+        openFifty("<title>asks</title><script>navigator.geolocation.getCurrentPosition("
+                  "() => {}, e => document.title = 'told ' + e.code)</script>");
+    for (const BrowserWindow *each : windows)
+        QTRY_COMPARE_WITH_TIMEOUT(PageAsks::countIn(each), 1, PopupScene::patience);
+    QVERIFY(!QApplication::activeModalWidget());
+    for (const int at : {20, 10}) {
+        BrowserWindow *front = windows.at(at);
+        m_scene->frame.area->setActiveSubWindow(front);
+        PageAsks::press(PageAsks::no(PageAsks::shownIn(front)));
+        QTRY_COMPARE(front->windowTitle(), u"told 1"_s);
+        QCOMPARE(PageAsks::countIn(front), 0);
+    }
+    PageLife::dropAll();
+    for (const BrowserWindow *each : windows)
+        QCOMPARE(PageAsks::countIn(each), 0);
+}
+
+/// Only that in front waits for an answer, and the others go on.
+void tst_questionfloods::fiftyWindowsHaveAMessage()
+{
+    const QList<BrowserWindow *> windows =
+        openFifty("<title>says</title><script>setTimeout(() => { alert('hello'); "
+                  "document.title = 'said' }, 500)</script>");
+    std::vector<std::unique_ptr<WhenAsked>> answers;
+    for (BrowserWindow *each : windows)
+        answers.push_back(std::make_unique<WhenAsked>(
+            each, [](PageQuestionBox *box) { PageAsks::yes(box)->click(); }));
+    for (const BrowserWindow *each : windows)
+        QTRY_COMPARE_WITH_TIMEOUT(each->windowTitle(), u"said"_s, PopupScene::patience);
+    QTRY_COMPARE(PageAsks::countIn(windows.last()), 0);
+    QVERIFY(answers.back()->count() > 0);
+    QVERIFY(!QApplication::activeModalWidget());
+    PageLife::dropAll();
+    for (const BrowserWindow *each : windows)
+        QCOMPARE(PageAsks::countIn(each), 0);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_questionfloods)

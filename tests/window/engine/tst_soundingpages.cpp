@@ -54,6 +54,9 @@ private slots:
     void minimizedPageGoesOnWhileItSounds();
     void soundThatStartsBehindIsNoticed();
     void minimizedFrameHidesSilentPagesOnly();
+    void tabTellsOfSound();
+    void soundThatComesAndGoesDoesNotFlicker();
+    void mutedPageStaysMutedWhileItSleeps();
 
 private:
     static WebPage *pageOf(const BrowserWindow *form)
@@ -186,6 +189,55 @@ void tst_soundingpages::minimizedFrameHidesSilentPagesOnly()
     QTRY_VERIFY(isHidden(music));
     m_frame->window()->showNormal();
     QTRY_VERIFY(isVisible(music) && isVisible(silent));
+}
+
+void tst_soundingpages::tabTellsOfSound()
+{
+    BrowserWindow *music = openSounding();
+    const QString key = music->tabKey();
+    QTRY_COMPARE(m_frame->tabs.find(key)->sound, PageSound::Playing);
+    music->turnSound();
+    QVERIFY(pageOf(music)->isAudioMuted());
+    QCOMPARE(m_frame->tabs.find(key)->sound, PageSound::Muted);
+    music->turnSound();
+    QVERIFY(!pageOf(music)->isAudioMuted());
+    QTRY_COMPARE(m_frame->tabs.find(key)->sound, PageSound::Playing);
+    script(music, u"end()"_s);
+    QTRY_COMPARE(m_frame->tabs.find(key)->sound, PageSound::None);
+}
+
+void tst_soundingpages::soundThatComesAndGoesDoesNotFlicker()
+{
+    BrowserWindow *music = openSounding();
+    const QString key = music->tabKey();
+    QTRY_COMPARE(m_frame->tabs.find(key)->sound, PageSound::Playing);
+    const int before = m_frame->tabs.find(key)->soundChanges;
+    for (int i = 0; i < 1000; ++i)
+        emit pageOf(music)->recentlyAudibleChanged(i % 2 == 0);
+    script(music,
+           u"let times = 0; const storm = setInterval(() => { for (let i = 0; i < 10; ++i)"
+           "{ tone.pause(); tone.play(); } if (++times == 100) { clearInterval(storm);"
+           "document.title = 'over'; } }, 1)"_s);
+    QTRY_COMPARE(music->windowTitle(), u"over"_s);
+    QVERIFY(m_frame->tabs.find(key)->soundChanges <= before + 4);
+}
+
+void tst_soundingpages::mutedPageStaysMutedWhileItSleeps()
+{
+    BrowserWindow *form = open();
+    const QString key = form->tabKey();
+    open();
+    form->turnSound();
+    form->fallAsleep();
+    QVERIFY(form->isAsleep());
+    QVERIFY(form->browser()->isMuted());
+    QCOMPARE(m_frame->tabs.find(key)->sound, PageSound::Muted);
+    form->turnSound();
+    QCOMPARE(m_frame->tabs.find(key)->sound, PageSound::None);
+    form->turnSound();
+    form->wake();
+    QTRY_VERIFY(pageOf(form) && pageOf(form)->isAudioMuted());
+    QCOMPARE(m_frame->tabs.find(key)->sound, PageSound::Muted);
 }
 
 int main(int argc, char **argv)

@@ -8,12 +8,15 @@
 #include "Settings.h"
 #include "StatusStrip.h"
 
+#include <QAccessible>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTest>
 #include <csignal>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -75,6 +78,9 @@ private slots:
     void oneFile();
     void pageIsNotNamedForItsFrames();
     void severalFiles();
+    void onlyFilesAreGiven();
+    void fileThatChangesIsNotSent_data();
+    void fileThatChangesIsNotSent();
     void cancelGivesNothing();
     void folderIsAskedAboutOnceMore_data();
     void folderIsAskedAboutOnceMore();
@@ -84,6 +90,7 @@ private slots:
     void aThousandClicksAreOneDialog();
     void dialogGoesWithThePage_data();
     void dialogGoesWithThePage();
+    void dialogIsUnknownOnceItIsGone();
     void othersGoOnMeanwhile();
     void dialogGoesThoughAnotherStands();
     void closedAndReopenedAgainAndAgain();
@@ -177,6 +184,71 @@ void tst_uploads::severalFiles()
     });
     PopupScene::click(m_form, u"f"_s);
     QTRY_COMPARE(title(), u".hidden=bytes one.txt=bytes"_s);
+}
+
+/// What has no end, or would be waited for, is none; the user is told.
+void tst_uploads::onlyFilesAreGiven()
+{
+    const QString one = file(u"one.txt"_s);
+    const QString pipe = path(u"pipe"_s);
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QStringList chosen;
+    open("multiple");
+    const WhenChoosing choosing([&](QFileDialog *dialog) { choose(dialog, chosen); });
+    for (const QString &other : {pipe, u"/dev/zero"_s}) {
+        chosen = {other, one};
+        run(u"document.title = 'again'"_s);
+        QTRY_COMPARE(title(), u"again"_s);
+        PopupScene::click(m_form, u"f"_s);
+        QTRY_COMPARE(title(), u"one.txt=bytes"_s);
+        QCOMPARE(m_form->statusBar()->text().trimmed(),
+                 u"Not given, as it is no file that can be read: "_s + other);
+        run(u"f.value = ''"_s);
+    }
+    chosen = {pipe};
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_VERIFY(m_form->statusBar()->text().endsWith(pipe));
+    QCOMPARE(PopupScene::script(m_form, u"f.files.length"_s).toInt(), 0);
+}
+
+void tst_uploads::fileThatChangesIsNotSent_data()
+{
+    QTest::addColumn<bool>("grows");
+    QTest::newRow("grown") << true;
+    QTest::newRow("removed") << false;
+}
+
+/// The page is told, goes on, and is given what there is then when it asks anew.
+void tst_uploads::fileThatChangesIsNotSent()
+{
+    QFETCH(const bool, grows);
+    const QString one = file(u"one.txt"_s);
+    const QString two = file(u"two.txt"_s);
+    m_scene->server.page("/take", "taken");
+    open({});
+    QString given = one;
+    const WhenChoosing choosing([&](QFileDialog *dialog) { choose(dialog, {given}); });
+    const auto send = [this] {
+        run(u"fetch('/take', {method: 'POST', body: f.files[0]}).then(() => document.title = "
+            "'sent', e => document.title = e.name)"_s);
+    };
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_COMPARE(title(), u"one.txt=bytes"_s);
+    if (grows) {
+        QFile file(one);
+        QVERIFY(file.open(QIODevice::Append) && file.write("more") == 4 && file.flush());
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(60),
+                                 QFileDevice::FileModificationTime));
+    } else {
+        QVERIFY(QFile::remove(one));
+    }
+    send();
+    QTRY_COMPARE(title(), u"TypeError"_s);
+    given = two;
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_COMPARE(title(), u"two.txt=bytes"_s);
+    send();
+    QTRY_COMPARE(title(), u"sent"_s);
 }
 
 void tst_uploads::cancelGivesNothing()
@@ -330,11 +402,29 @@ void tst_uploads::dialogGoesWithThePage()
         QTRY_VERIFY(!m_form);
 }
 
-void tst_uploads::othersGoOnMeanwhile()
+/// What screen readers know of a dialog goes with it: one made later at its place in memory would
+/// be taken for it.
+void tst_uploads::dialogIsUnknownOnceItIsGone()
 {
     open({});
+    QPointer<QFileDialog> last;
+    QAccessible::Id known = 0;
+    const WhenChoosing choosing([&](QFileDialog *dialog) {
+        last = dialog;
+        known = QAccessible::uniqueId(QAccessible::queryAccessibleInterface(dialog));
+        m_form->browser()->navigate(m_scene->server.url(u"/other"_s));
+    });
+    PopupScene::click(m_form, u"f"_s);
+    QTRY_VERIFY(known != 0 && !last);
+    QVERIFY(!QAccessible::accessibleInterface(known));
+}
+
+void tst_uploads::othersGoOnMeanwhile()
+{
     const QPointer<BrowserWindow> other = m_scene->frame.open(m_scene->server.url(u"/other"_s));
     QTRY_COMPARE(other->windowTitle(), u"other"_s);
+    // In front, as what is clicked on has to be painted.
+    open({});
     m_scene->server.page("/next", "<title>next</title>");
     bool wentOn = false;
     QTimer look;
