@@ -15,6 +15,7 @@ public:
     void adopt(QMdiSubWindow *) override { }
     QMdiSubWindow *activeChild() const override { return nullptr; }
     void openBrowserWindow(const QString &, WindowState) override { }
+    void openPrivateWindow(const QString &, WindowState) override { }
     void navigateActive(const QString &) override { }
     WindowState newWindowState() const override { return WindowState::Maximized; }
     bool openProfile(const QString &, bool) override { return false; }
