@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
@@ -12,6 +13,11 @@
 #endif
 
 using namespace Qt::StringLiterals;
+
+namespace {
+/// Of the programs on one folder that may end one after the other while another starts.
+constexpr int mostTries = 100;
+}
 
 #ifdef Q_OS_UNIX
 namespace {
@@ -27,6 +33,17 @@ bool make(const QString &folder)
 {
     ::mkdir(QFile::encodeName(folder).constData(), S_IRWXU);
     return isOnlyMine(folder);
+}
+
+/// Another program that ends may take either away in between; a start that went elsewhere for that
+/// would not be found.
+bool make(const QString &root, const QString &folder)
+{
+    for (int i = 0; i < mostTries; ++i) {
+        if (make(root) && make(folder))
+            return true;
+    }
+    return false;
 }
 
 /// A socket's name has little room; a new one is made beside its place, in a folder of its own.
@@ -49,7 +66,7 @@ QString StartPlace::folder()
     roots.append(QDir::tempPath() + "/orvane-"_L1 + QString::number(::geteuid()));
     for (const QString &root : std::as_const(roots)) {
         const QString folder = root + u'/' + AppFolder::mark();
-        if (hasRoom(folder) && make(root) && make(folder))
+        if (hasRoom(folder) && make(root, folder))
             return folder;
     }
 #endif
@@ -67,11 +84,25 @@ StartPlace::StartPlace(const QString &folder)
 {
 }
 
+/// Nobody else removes the folder, and who waits for it sees that it has gone.
+StartPlace::~StartPlace()
+{
+    if (!m_lock.isHeld() || !m_lock.isAt(m_folder))
+        return;
+    QDir(m_folder).removeRecursively();
+    // The last of the user's programs; where others run it is not empty.
+    QDir().rmdir(QFileInfo(m_folder).path());
+}
+
 std::unique_ptr<StartPlace> StartPlace::take()
 {
-    const QString where = folder();
-    if (where.isEmpty())
-        return nullptr;
-    std::unique_ptr<StartPlace> place(new StartPlace(where));
-    return place->m_lock.isHeld() ? std::move(place) : nullptr;
+    for (int i = 0; i < mostTries; ++i) {
+        const QString where = folder();
+        if (where.isEmpty())
+            break;
+        std::unique_ptr<StartPlace> place(new StartPlace(where));
+        if (place->m_lock.isAt(where))
+            return place->m_lock.isHeld() ? std::move(place) : nullptr;
+    }
+    return nullptr;
 }

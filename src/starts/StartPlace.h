@@ -7,7 +7,8 @@
 #include <memory>
 
 /// The folder in which the starts of one application folder find the program that runs: the user's
-/// alone, and one program's while that lives, however it ends.
+/// alone, and one program's while that lives, however it ends. Who has it takes the folder away
+/// again as he goes.
 class StartPlace {
 public:
     /// The folder, made where it is missing: in that of the session, else in that for temporary
@@ -18,6 +19,7 @@ public:
 
     /// Takes the folder for this program; null while another has it, or where there is none.
     static std::unique_ptr<StartPlace> take();
+    ~StartPlace();
 
     QString socket() const { return socketIn(m_folder); }
 

@@ -7,11 +7,13 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <atomic>
 #include <csignal>
 #include <cstdio>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 #include "AppFolder.h"
@@ -82,6 +84,8 @@ private slots:
     void placeOfAnotherIsNotUsed();
     void longPathsHaveAPlace();
     void otherUsersAreRefused();
+    void nothingStaysBehind();
+    void folderThatGoesIsNobodysPlace();
 
 private:
     void listen();
@@ -450,6 +454,60 @@ void tst_Starts::otherUsersAreRefused()
     QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), 30'000);
     QCOMPARE(WEXITSTATUS(status), 0);
     QVERIFY(m_heard.isEmpty());
+}
+
+void tst_Starts::nothingStaysBehind()
+{
+    listen();
+    const QString root = QFileInfo(StartPlace::folder()).path();
+    m_listener.reset();
+    QVERIFY(!QFileInfo::exists(root));
+    // What a killed program left goes with the next one.
+    const auto killed = start({});
+    QCOMPARE(wordOf(*killed), QByteArray("first"));
+    killed->kill();
+    QVERIFY(killed->waitForFinished());
+    QVERIFY(QFileInfo::exists(StartPlace::socketIn(StartPlace::folder())));
+    listen();
+    m_listener.reset();
+    QVERIFY(QDir(m_session->path()).isEmpty());
+    // That of another application folder is in use.
+    const QTemporaryDir other;
+    const auto there = start(u"x"_s, {QLatin1String(folderVariable) + u'=' + other.path()});
+    QCOMPARE(wordOf(*there), QByteArray("first"));
+    listen();
+    m_listener.reset();
+    QCOMPARE(QDir(root).count(), 3U);
+}
+
+/// While the folder goes away with one program and is made by another, never two have it.
+void tst_Starts::folderThatGoesIsNobodysPlace()
+{
+    constexpr int rounds = 2000;
+    std::atomic<int> holders = 0;
+    std::atomic<int> taken = 0;
+    std::atomic<int> together = 0;
+    std::atomic<int> nowhere = 0;
+    std::vector<std::thread> programs;
+    for (int i = 0; i < 4; ++i) {
+        programs.emplace_back([&] {
+            for (int round = 0; round < rounds; ++round) {
+                nowhere += StartPlace::folder().isEmpty() ? 1 : 0;
+                const std::unique_ptr<StartPlace> place = StartPlace::take();
+                if (!place)
+                    continue;
+                ++taken;
+                together += ++holders > 1 ? 1 : 0;
+                std::this_thread::yield();
+                --holders;
+            }
+        });
+    }
+    for (std::thread &program : programs)
+        program.join();
+    QVERIFY(taken > 0);
+    QCOMPARE(together, 0);
+    QCOMPARE(nowhere, 0);
 }
 
 int main(int argc, char **argv)
