@@ -63,6 +63,9 @@ public:
     /// True from a page's request for this window until its first navigation.
     bool isPopup = false;
 
+    /// A page opened it by itself, and its user has named no address in it.
+    bool isUnasked() const { return m_openedUnasked; }
+
     /// Of a private window nothing is written anywhere, and the windows that it opens are private.
     Privacy privacy() const { return m_privacy; }
     bool isPrivate() const override { return m_privacy == Privacy::Private; }

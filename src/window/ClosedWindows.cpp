@@ -19,6 +19,15 @@ bool isNowhere(const QString &address)
     return address.isEmpty() || address.startsWith("about:"_L1, Qt::CaseInsensitive);
 }
 
+/// Of those that pages opened by themselves, or of the others.
+void forgetOldest(bool isUnasked)
+{
+    int left = isUnasked ? ClosedWindows::mostUnasked : ClosedWindows::most;
+    windows().removeIf([isUnasked, &left](const ClosedWindow &window) {
+        return window.wasUnasked == isUnasked && --left < 0;
+    });
+}
+
 QRect normalPlace(const BrowserWindow &window)
 {
     return window.isMaximized() || window.isMinimized() ? window.normalGeometry()
@@ -35,9 +44,8 @@ void note(const BrowserWindow &window)
         || !window.browser()->pageState(StateDepth::View).leavesTrace)
         return;
     windows().prepend({address, window.windowTitle(), window.browser()->pageState(),
-                       normalPlace(window), window.isMaximized()});
-    if (windows().size() > most)
-        windows().removeLast();
+                       normalPlace(window), window.isMaximized(), window.isUnasked()});
+    forgetOldest(window.isUnasked());
 }
 
 bool isEmpty()

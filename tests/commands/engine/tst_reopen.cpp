@@ -24,6 +24,7 @@ private slots:
     void hostThatIsGone();
     void answerToAForm();
     void manyAtOnce();
+    void windowsThatPagesOpenedPushNoneOff();
     void whileNoPageIsInFront();
 
 private:
@@ -152,6 +153,30 @@ void tst_Reopen::answerToAForm()
     for (const TestServer::Request &request : m_session->server.requests("/answer"))
         sent += request.method == "POST" ? 1 : 0;
     QCOMPARE(sent, 1);
+}
+
+/// A page that opens one after the other for its user to close takes nothing of his away.
+void tst_Reopen::windowsThatPagesOpenedPushNoneOff()
+{
+    const QStringList mine{url(u"/one"_s), url(u"/two"_s)};
+    for (const QString &address : mine) {
+        open(QUrl(address).path());
+        close();
+    }
+    for (int i = 0; i < 2 * ClosedWindows::most; ++i) {
+        page()->runJavaScript(u"open('/popup%1'); 1"_s.arg(i));
+        QTRY_COMPARE(m_session->windows(), 2);
+        QTRY_COMPARE(m_session->location(), url(u"/popup%1"_s.arg(i)));
+        close();
+    }
+    QStringList unasked;
+    QStringList others;
+    while (const std::optional<ClosedWindow> closed = ClosedWindows::take())
+        (closed->wasUnasked ? unasked : others).append(closed->address);
+    QCOMPARE(others, QStringList({mine.last(), mine.first()}));
+    // The newest of the others can be had back all the same.
+    QCOMPARE(unasked.size(), ClosedWindows::mostUnasked);
+    QCOMPARE(unasked.first(), url(u"/popup%1"_s.arg(2 * ClosedWindows::most - 1)));
 }
 
 void tst_Reopen::manyAtOnce()
