@@ -4,7 +4,7 @@
 #include "DeskFile.h"
 #include "DeskOffer.h"
 #include "DeskPlacer.h"
-#include "DeskTaker.h"
+#include "DeskToKeep.h"
 #include "FrameOpener.h"
 #include "Log.h"
 #include "MainWindow.h"
@@ -39,53 +39,12 @@ bool isOfTheDesk(QEvent::Type type)
     }
 }
 
-/// Also while the first page is on its way; one that holds nothing has none.
-QString addressOf(const BrowserWindow &window)
-{
-    const QString address = window.browser()->locationUrl();
-    if (!address.isEmpty() || window.isPopup)
-        return address;
-    const QString coming = window.shownAddress();
-    return coming.startsWith("about:"_L1, Qt::CaseInsensitive) ? QString() : coming;
-}
-
-/// No window is lost to an end of the program before its page has come.
-Desk takenWithComing(Frame &frame, const QList<BrowserWindow *> &windows)
-{
-    Desk desk = takeDesk(frame, windows);
-    for (qsizetype i = 0; i < windows.size(); ++i)
-        desk.windows[i].address = addressOf(*windows.at(i));
-    return desk;
-}
-
-Desk only(const Desk &desk, const QList<qsizetype> &windows)
-{
-    Desk result = desk;
-    result.windows.clear();
-    for (const qsizetype index : windows)
-        result.windows.append(desk.windows.at(index));
-    result.active = int(windows.indexOf(desk.active));
-    return result;
-}
-
 /// Whether there is something in the file in which no window was found: the first write would take
 /// it away. A desk without windows is no loss.
 bool isUnread(const LastDeskFile::Left &left)
 {
     return !left.bytes.isEmpty() && left.desk.windows.isEmpty()
         && left.bytes != DeskFile::text(left.desk);
-}
-
-/// With the windows of `behind` behind those of `desk`.
-Desk joined(Desk desk, const Desk &behind)
-{
-    const int shift = int(behind.windows.size());
-    for (DeskWindow &window : desk.windows)
-        window.order += shift;
-    if (behind.active >= 0)
-        desk.active = int(desk.windows.size()) + behind.active;
-    desk.windows.append(behind.windows);
-    return desk;
 }
 }
 
@@ -135,19 +94,7 @@ void LastDesk::changeComes()
 
 void LastDesk::write()
 {
-    m_store.put(deskNow());
-}
-
-Desk LastDesk::deskNow() const
-{
-    QList<BrowserWindow *> windows = browserForms();
-    windows.removeIf([](const BrowserWindow *window) { return !window->mayBeKept(); });
-    if (m_pending.windows.isEmpty())
-        return takenWithComing(m_frame, windows);
-    // The page that each start opens by itself would be one more each time.
-    const QString home = Settings::homeUrl.read();
-    windows.removeIf([&home](const BrowserWindow *window) { return addressOf(*window) == home; });
-    return joined(takenWithComing(m_frame, windows), m_pending);
+    m_store.put(deskToKeep(m_frame, m_pending));
 }
 
 void LastDesk::offer()

@@ -33,7 +33,6 @@ private:
     void watchWaking(BrowserWindow *window);
     void changeComes();
     void write();
-    Desk deskNow() const;
     bool openAtStart();
     void openThese(const QList<qsizetype> &windows);
     void putBack(const Desk &desk);

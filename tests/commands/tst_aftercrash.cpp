@@ -162,6 +162,8 @@ private slots:
     void whatCannotBeKeptStaysInTheDesk();
     void listThatNobodyAnsweredIsOfferedAgain();
     void listThatNobodyAnsweredIsKeptAtTheEnd();
+    void homePageIsNotAddedToTheList_data();
+    void homePageIsNotAddedToTheList();
     void pageThatEndsTheProgramHasNoTickTheSecondTime();
     void requestsOfTheSystemAreOffered_data();
     void requestsOfTheSystemAreOffered();
@@ -436,6 +438,32 @@ void tst_AfterCrash::listThatNobodyAnsweredIsKeptAtTheEnd()
     QCOMPARE(addressesIn(kept().value(0)), QStringList({m_one, m_two}));
     start();
     QCOMPARE(ask(u"offer"_s), QString());
+}
+
+void tst_AfterCrash::homePageIsNotAddedToTheList_data()
+{
+    QTest::addColumn<QString>("home");
+    QTest::newRow("as the engine has it") << u"http://home.test/"_s;
+    QTest::newRow("as people write it") << u"Home.Test"_s;
+    QTest::newRow("with its port") << u"http://home.test:80/"_s;
+    QTest::newRow("without its end") << u"http://home.test"_s;
+}
+
+/// The page that each start opens by itself, however the user has written its address.
+void tst_AfterCrash::homePageIsNotAddedToTheList()
+{
+    QFETCH(const QString, home);
+    start();
+    open({m_one});
+    kill();
+    QVERIFY(m_folder->setSetting(u"Settings"_s, u"Home-URL"_s, home));
+    start();
+    ask(u"new http://home.test/"_s);
+    ask("new "_L1 + m_two);
+    QTRY_COMPARE(stored(), QStringList({m_two, m_one}));
+    kill();
+    start();
+    QCOMPARE(askList(u"offer"_s), QStringList({m_two + u'+', m_one + u'+'}));
 }
 
 void tst_AfterCrash::pageThatEndsTheProgramHasNoTickTheSecondTime()
