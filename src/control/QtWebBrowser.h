@@ -34,7 +34,8 @@ public:
     }
     bool isWaiting() const override { return m_navigator.state().isWaiting(); }
     SleepLimit maySleep() const override;
-    void askToSleep(const std::function<void(bool may)> &done) override;
+    void askToSleep(const std::function<bool()> &mayStill,
+                    const std::function<void(bool may)> &done) override;
     void fallAsleep() override;
     bool goBack() override;
     bool goForward() override;

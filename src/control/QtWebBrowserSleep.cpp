@@ -41,13 +41,14 @@ SleepLimit QtWebBrowser::maySleep() const
     return page() ? sleepLimitOf(*page(), m_navigator.state()) : SleepLimit::Nothing;
 }
 
-void QtWebBrowser::askToSleep(const std::function<void(bool)> &done)
+void QtWebBrowser::askToSleep(const std::function<bool()> &mayStill,
+                              const std::function<void(bool)> &done)
 {
     // Without a process there is nobody to ask.
     if (page() && page()->renderProcessPid() != 0)
-        page()->activity().askToGo(done);
+        page()->activity().askToGo(mayStill, done);
     else
-        QTimer::singleShot(0, this, [done] { done(true); });
+        QTimer::singleShot(0, this, [mayStill, done] { done(mayStill()); });
 }
 
 void QtWebBrowser::fallAsleep()

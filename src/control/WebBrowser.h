@@ -213,8 +213,14 @@ public:
     /// Whether the page may be given up while nobody looks at it.
     virtual SleepLimit maySleep() const { return SleepLimit::Nothing; }
     /// Asks the page, unseen, whether it can be left without a question to its user; one that may
-    /// takes that for its end. `done` is called later, and not where the page goes first.
-    virtual void askToSleep(const std::function<void(bool may)> &done) { done(true); }
+    /// takes that for its end. Nothing is asked, and `done` told that it may not, where `mayStill`
+    /// says so once the page is there to answer; it only looks, and may be called inside the
+    /// engine. `done` is called later, and not where the page goes first.
+    virtual void askToSleep(const std::function<bool()> &mayStill,
+                            const std::function<void(bool may)> &done)
+    {
+        done(mayStill());
+    }
     /// Gives the page up, to come back as it was with `navigateNow`; what it looked like stands in
     /// its place. Never inside an engine callback.
     virtual void fallAsleep() { navigateLater(locationUrl(), pageState()); }

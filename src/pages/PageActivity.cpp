@@ -47,9 +47,10 @@ bool PageActivity::isWorking() const
                        [](const QPointer<QObject> &work) { return !work.isNull(); });
 }
 
-void PageActivity::askToGo(const std::function<void(bool)> &done)
+void PageActivity::askToGo(const std::function<bool()> &mayStill,
+                           const std::function<void(bool)> &done)
 {
-    m_askers.append(done);
+    m_askers.append({mayStill, done});
     if (m_askers.size() > 1)
         return;
     m_patience.start();
@@ -66,6 +67,12 @@ void PageActivity::ask()
 {
     if (m_askers.isEmpty() || m_isOwed)
         return;
+    const bool isWanted = std::any_of(m_askers.cbegin(), m_askers.cend(),
+                                      [](const Asker &asker) { return asker.mayStill(); });
+    if (!isWanted) {
+        QTimer::singleShot(0, this, [this] { finish(false); });
+        return;
+    }
     m_isOwed = true;
     m_page.triggerAction(QWebEnginePage::RequestClose);
 }
@@ -82,6 +89,6 @@ void PageActivity::finish(bool mayGo)
 {
     m_patience.stop();
     const auto askers = std::exchange(m_askers, {});
-    for (const auto &done : askers)
-        done(mayGo);
+    for (const Asker &asker : askers)
+        asker.done(mayGo);
 }

@@ -33,20 +33,27 @@ public:
     /// Asks the page as if its window were to be closed, unseen by the user; `done` is told, not
     /// inside the engine, whether it goes without a word; it takes that for its end. A page that
     /// does not answer, or has no time to be asked, stays, and `done` is not called where the page
-    /// goes first. Who asks while it is asked shares the answer.
-    void askToGo(const std::function<void(bool mayGo)> &done);
+    /// goes first. Who asks while it is asked shares the answer. Once the page is heard, and before
+    /// it is asked, each is asked by `mayStill` whether it is to be, inside the engine.
+    void askToGo(const std::function<bool()> &mayStill,
+                 const std::function<void(bool mayGo)> &done);
     /// The page has answered, by asking its user or by asking for its window to be closed; false
     /// where that was not what it was asked for here.
     bool takeAnswer(bool mayGo);
 
 private:
+    struct Asker {
+        std::function<bool()> mayStill;
+        std::function<void(bool mayGo)> done;
+    };
+
     void ask();
     void finish(bool mayGo);
 
     WebPage &m_page;
     QDeadlineTimer m_sending{0};
     QList<QPointer<QObject>> m_work;
-    QList<std::function<void(bool)>> m_askers;
+    QList<Asker> m_askers;
     QTimer m_patience;
     /// An answer is still to come.
     bool m_isOwed = false;

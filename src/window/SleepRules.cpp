@@ -13,41 +13,55 @@ int settingOf(const Settings::Number &number, int most)
     const double value = number.read().value_or(*number.missing);
     return int(std::clamp(value, 0.0, double(most)));
 }
+
+bool hasPageToGiveUp(const BrowserWindow &window)
+{
+    const WebBrowser &browser = *window.browser();
+    return !window.isUnloaded() && !window.isPopup && !browser.isWaiting()
+        && !browser.locationUrl().isEmpty() && !window.questions()->shownQuestion();
+}
+
+/// Where its user wants it, one that would lose something is first to be agreed to.
+bool isStillToBeAsked(const BrowserWindow &window, SleepRules::Why why)
+{
+    return SleepRules::maySleep(window, why)
+        && (why != SleepRules::Why::User || window.browser()->maySleep() != SleepLimit::Much);
+}
 }
 
 namespace SleepRules {
 
 bool maySleep(const BrowserWindow &window, Why why)
 {
-    const WebBrowser &browser = *window.browser();
-    const bool hasPage = !window.isUnloaded() && !window.isPopup && !browser.isWaiting()
-        && !browser.locationUrl().isEmpty();
-    if (!hasPage || window.questions()->shownQuestion())
+    if (!hasPageToGiveUp(window))
         return false;
     if (why == Why::User)
         return true;
     if (window.isSeen() && why != Why::OthersOfUser)
         return false;
-    const SleepLimit limit = browser.maySleep();
+    const SleepLimit limit = window.browser()->maySleep();
     return limit == SleepLimit::Nothing || (limit == SleepLimit::Connection && why != Why::Unseen);
 }
 
-/// Things may be different by the time the page has answered.
+/// Things may be different by the time the page is heard. What it does as it is told to end, as
+/// sending a last word, keeps it no more: it would live on behind its end.
 void ask(BrowserWindow &window, Why why, const std::function<void()> &refused)
 {
     const Why later = why == Why::User ? why : Why::OthersOfUser;
     const bool wasSeen = window.isSeen();
-    window.browser()->askToSleep([window = QPointer(&window), later, wasSeen, refused](bool may) {
-        if (!window)
+    const QPointer self(&window);
+    const auto mayStill = [self, later] { return self && isStillToBeAsked(*self, later); };
+    window.browser()->askToSleep(mayStill, [self, later, wasSeen, refused](bool may) {
+        if (!self)
             return;
         if (!may && refused)
             refused();
-        if (!may || !maySleep(*window, later))
+        if (!may || !hasPageToGiveUp(*self))
             return;
-        window->fallAsleep();
-        const bool isWanted = window->isSeen() && (!wasSeen || window->isActiveChild());
+        self->fallAsleep();
+        const bool isWanted = self->isSeen() && (!wasSeen || self->isActiveChild());
         if (isWanted && later != Why::User)
-            window->waitAsleep(Waking::InSight);
+            self->waitAsleep(Waking::InSight);
     });
 }
 

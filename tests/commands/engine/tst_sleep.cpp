@@ -193,7 +193,8 @@ void tst_Sleep::settle()
 {
     // All that were asked have answered by the time that another page has been asked after them.
     bool isAnswered = false;
-    m_session->active()->browser()->askToSleep([&](bool) { isAnswered = true; });
+    m_session->active()->browser()->askToSleep([] { return true; },
+                                               [&](bool) { isAnswered = true; });
     [&] { QTRY_VERIFY(isAnswered); }();
     QCoreApplication::processEvents();
 }
@@ -499,8 +500,8 @@ void tst_Sleep::askedTwiceAtOnce()
 {
     const BrowserWindow *window = openTall();
     int told = 0;
-    window->browser()->askToSleep([&](bool may) { told += may ? 1 : 0; });
-    window->browser()->askToSleep([&](bool may) { told += may ? 1 : 0; });
+    window->browser()->askToSleep([] { return true; }, [&](bool may) { told += may ? 1 : 0; });
+    window->browser()->askToSleep([] { return true; }, [&](bool may) { told += may ? 1 : 0; });
     QTRY_COMPARE(told, 2);
     // Of its own is what it asks for from now on.
     run(window, u"window.close(); 1"_s);
@@ -518,7 +519,7 @@ void tst_Sleep::busyPageStays()
     QTRY_VERIFY(isShown(window));
     pageOf(window)->runJavaScript(u"for (const end = Date.now() + 8000; Date.now() < end;); 1"_s);
     std::optional<bool> answer;
-    window->browser()->askToSleep([&](bool may) { answer = may; });
+    window->browser()->askToSleep([] { return true; }, [&](bool may) { answer = may; });
     QTRY_VERIFY_WITH_TIMEOUT(answer, 15'000);
     QCOMPARE(*answer, false);
     QCOMPARE(run(window, u"String(window.isOver)"_s), u"undefined"_s);

@@ -6,9 +6,11 @@
 #include "../EngineSession.h"
 #include "ClosedWindows.h"
 #include "EngineTest.h"
+#include "PageActivity.h"
 #include "PageAsks.h"
 #include "PageQuestions.h"
 #include "SleepPicture.h"
+#include "SleepRules.h"
 #include "WebView.h"
 
 using namespace Qt::StringLiterals;
@@ -30,6 +32,8 @@ private slots:
     void byHandAsks();
     void killedAsItWakes();
     void findBarOfASleepingPage();
+    void lastWordDoesNotKeepAwake();
+    void typedBeforeItIsHeard();
 
 private:
     static WebPage *pageOf(const BrowserWindow *window)
@@ -52,6 +56,16 @@ private:
                          == "true"_L1));
     }
     BrowserWindow *window() const { return m_session->active(); }
+    /// Of a window's page, with another window in front.
+    BrowserWindow *openBehind(const QByteArray &script)
+    {
+        m_session->server.page("/ends", "<title>ends</title><script>" + script + "</script>");
+        go(url(u"/ends"_s));
+        BrowserWindow *behind = window();
+        m_session->frame->openBrowserWindow(url(u"/one"_s), WindowState::Maximized);
+        [&] { QTRY_VERIFY(m_session->shows(url(u"/one"_s)) && !behind->isSeen()); }();
+        return behind;
+    }
     /// What can be chosen is known when the menu opens.
     void chooseSleep() const
     {
@@ -242,6 +256,36 @@ void tst_SleepLosses::findBarOfASleepingPage()
     QTRY_VERIFY(m_session->shows(url(u"/one"_s)));
     m_session->choose("mnuEditFind");
     QTRY_VERIFY(window()->findChild<QLineEdit *>(u"txtFind"_s));
+}
+
+/// A page that was told its end must not live on behind that, whatever it did then.
+void tst_SleepLosses::lastWordDoesNotKeepAwake()
+{
+    BrowserWindow *behind = openBehind("addEventListener('pagehide', () => { window.isOver = true; "
+                                       "fetch('/bye', {method: 'POST', body: 'x'}); })");
+    // What it sends is known by the time that it has answered.
+    QVERIFY(behind->browser()->maySleep() == SleepLimit::Nothing);
+    SleepRules::ask(*behind, SleepRules::Why::Unseen);
+    QTRY_VERIFY(behind->isAsleep() || pageOf(behind)->activity().maySend());
+    QTRY_VERIFY(behind->isAsleep());
+    behind->wake();
+    QTRY_VERIFY(!behind->browser()->isBusy() && behind->browser()->hasDocument());
+    QCOMPARE(run(behind, u"String(window.isOver)"_s), u"undefined"_s);
+}
+
+/// Who entered something while the page was busy finds it, in a page that was told no end.
+void tst_SleepLosses::typedBeforeItIsHeard()
+{
+    BrowserWindow *behind =
+        openBehind("addEventListener('pagehide', () => { window.isOver = true; })");
+    pageOf(behind)->runJavaScript(u"for (const end = Date.now() + 300; Date.now() < end;); 1"_s);
+    SleepRules::ask(*behind, SleepRules::Why::Unseen);
+    pageOf(behind)->noteTyped();
+    bool isAnswered = false;
+    behind->browser()->askToSleep([] { return false; }, [&](bool) { isAnswered = true; });
+    QTRY_VERIFY(isAnswered);
+    QVERIFY(!behind->isAsleep());
+    QCOMPARE(run(behind, u"String(window.isOver)"_s), u"undefined"_s);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_SleepLosses)
