@@ -1,6 +1,7 @@
 #include "RefusedAddress.h"
 
-#include <QFileInfo>
+#include "PipesAndDevices.h"
+
 #include <QRegularExpression>
 #include <QSet>
 #include <QUrl>
@@ -52,14 +53,6 @@ bool isHarmlessPage(const QString &address)
     const QRegularExpressionMatch match = form.match(address);
     return match.hasMatch() && isHarmlessName(match.captured(1).toLower());
 }
-
-bool isPipeOrDevice(const QUrl &url)
-{
-    if (!url.isLocalFile())
-        return false;
-    const QFileInfo file(url.toLocalFile());
-    return file.exists() && !file.isFile() && !file.isDir();
-}
 }
 
 bool isRefusedAddress(const QUrl &url)
@@ -83,6 +76,8 @@ bool isRefusedAddress(const QUrl &url)
 void FilesGuard::interceptRequest(QWebEngineUrlRequestInfo &info)
 {
     const QUrl url = info.requestUrl();
-    if (url.scheme() == innerFiles || isPipeOrDevice(url))
+    const bool isKept =
+        url.scheme() == innerFiles || (url.isLocalFile() && isPipeOrDevice(url.toLocalFile()));
+    if (isKept)
         info.block(true);
 }
