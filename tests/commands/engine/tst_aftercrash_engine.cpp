@@ -114,9 +114,11 @@ private slots:
     void windowsOfEndedRenderersComeBack();
     void pageThatEndsTheProgramHasNoTickTheSecondTime();
     void scrollingIsWritten();
+    void twentyEndsLoseNoWindow();
 
 private:
-    void start(const char *answer = "", const QString &address = {});
+    void start(const char *answer = "", const QString &address = {}, const QString &display = {});
+    void killRenderers() const;
     Desk stored() const { return DeskFile::read(m_folder->read(u"Profiles/Last desk.orp"_s)); }
     QStringList addresses() const
     {
@@ -157,11 +159,13 @@ void tst_AfterCrashEngine::cleanup()
     m_folder.reset();
 }
 
-void tst_AfterCrashEngine::start(const char *answer, const QString &address)
+void tst_AfterCrashEngine::start(const char *answer, const QString &address, const QString &display)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QLatin1String(folderVariable), m_folder->path());
     environment.insert(QLatin1String(answerVariable), QLatin1String(answer));
+    if (!display.isEmpty())
+        environment.insert(u"DISPLAY"_s, display);
     m_program = std::make_unique<QProcess>();
     m_program->setProcessEnvironment(environment);
     m_program->setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -180,12 +184,8 @@ QString tst_AfterCrashEngine::profileOf(const QStringList &paths) const
     return m_folder->file(u"Profiles/day.orp"_s);
 }
 
-void tst_AfterCrashEngine::windowsOfEndedRenderersComeBack()
+void tst_AfterCrashEngine::killRenderers() const
 {
-    const QStringList all{url(u"/one"_s), url(u"/two"_s), url(u"/three"_s)};
-    start("", profileOf({u"/one"_s, u"/two"_s, u"/three"_s}));
-    QTRY_COMPARE_WITH_TIMEOUT(addresses(), all, 60'000);
-    QTRY_COMPARE_WITH_TIMEOUT(stored().windows.first().title, u"page"_s, 30'000);
     const QList<int> renderers = renderersOf(m_program->processId());
     QVERIFY(!renderers.isEmpty());
     for (const int renderer : renderers)
@@ -196,6 +196,15 @@ void tst_AfterCrashEngine::windowsOfEndedRenderersComeBack()
         });
     };
     QTRY_VERIFY(!isAnyLeft());
+}
+
+void tst_AfterCrashEngine::windowsOfEndedRenderersComeBack()
+{
+    const QStringList all{url(u"/one"_s), url(u"/two"_s), url(u"/three"_s)};
+    start("", profileOf({u"/one"_s, u"/two"_s, u"/three"_s}));
+    QTRY_COMPARE_WITH_TIMEOUT(addresses(), all, 60'000);
+    QTRY_COMPARE_WITH_TIMEOUT(stored().windows.first().title, u"page"_s, 30'000);
+    killRenderers();
     QCOMPARE(addresses(), all);
     kill();
     m_server->forgetRequests();
@@ -234,6 +243,49 @@ void tst_AfterCrashEngine::scrollingIsWritten()
         return desk.windows.isEmpty() ? 0 : desk.windows.last().scroll.y();
     };
     QTRY_COMPARE_WITH_TIMEOUT(scroll(), 1234, 60'000);
+}
+
+/// Each start brings back what the one before left, and has one more window.
+void tst_AfterCrashEngine::twentyEndsLoseNoWindow()
+{
+    enum End { Killed, RenderersKilled, Asked, DisplayGone, Kinds };
+    constexpr int ends = 20;
+    QStringList all;
+    for (int i = 0; i < ends; ++i) {
+        const int end = i % Kinds;
+        QProcess server;
+        QString display;
+        if (end == DisplayGone) {
+            server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-nolisten"_s, u"tcp"_s});
+            QTRY_VERIFY_WITH_TIMEOUT(server.canReadLine(), 30'000);
+            display = u':' + QString::fromLatin1(server.readLine()).trimmed();
+        }
+        const Desk left = stored();
+        m_server->forgetRequests();
+        const QString path = u"/w%1"_s.arg(i);
+        m_server->page(path.toUtf8(), "<title>page</title>");
+        all.append(url(path));
+        start("open", all.last(), display);
+        const auto inAnyOrder = [](QStringList list) {
+            list.sort();
+            return list;
+        };
+        QTRY_COMPARE_WITH_TIMEOUT(inAnyOrder(addresses()), inAnyOrder(all), 60'000);
+        // A page that was loading as the program ended would come back without its tick.
+        if (left.active >= 0) {
+            const QByteArray woken = QUrl(left.windows.at(left.active).address).path().toUtf8();
+            QTRY_VERIFY_WITH_TIMEOUT(m_server->count(woken) > 0, 60'000);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(m_folder->file(u"AppData/Waking"_s)), 60'000);
+        if (end == RenderersKilled)
+            killRenderers();
+        if (end == DisplayGone)
+            server.kill();
+        else
+            ::kill(pid_t(m_program->processId()), end == Asked ? SIGTERM : SIGKILL);
+        QTRY_COMPARE_WITH_TIMEOUT(m_program->state(), QProcess::NotRunning, 60'000);
+        QCOMPARE(inAnyOrder(addresses()), inAnyOrder(all));
+    }
 }
 
 int main(int argc, char **argv)
