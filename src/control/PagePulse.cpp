@@ -23,6 +23,16 @@ bool standsEngineStill()
     return std::any_of(living.cbegin(), living.cend(),
                        [](const PagePulse *each) { return each->page().awaitsAnswer(); });
 }
+
+/// Debugger and printing hold all pages that the same process runs.
+bool isHeld(qint64 process)
+{
+    return std::any_of(living.cbegin(), living.cend(), [process](const PagePulse *each) {
+        const WebPage &page = each->page();
+        return page.renderProcessPid() == process
+            && (page.devToolsPage() || PageJobs::isPrinting(&page));
+    });
+}
 }
 
 PagePulse::PagePulse(WebPage &page, QObject *bond)
@@ -47,7 +57,7 @@ bool PagePulse::mustAnswer() const
 {
     return (m_page.isVisible() || m_isSilent) && m_page.renderProcessPid() > 0
         && m_page.lifecycleState() == QWebEnginePage::LifecycleState::Active
-        && !m_page.devToolsPage() && !PageJobs::isPrinting(&m_page);
+        && !isHeld(m_page.renderProcessPid());
 }
 
 void PagePulse::look()

@@ -7,7 +7,8 @@ class WebPage;
 
 /// Asks a page in sight now and then for a sign of life, which its process gives unless a script
 /// keeps it. Time in which the interface itself, or the engine as a whole, stands still is nothing
-/// that the page is to blame for. One that prints, or is in the debugger, need not answer.
+/// that the page is to blame for. Nor need those answer whose process prints, or is in the
+/// debugger.
 class PagePulse : public QObject {
     Q_OBJECT
 

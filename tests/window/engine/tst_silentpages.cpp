@@ -1,9 +1,11 @@
 #include <QTest>
 #include <QTimer>
+#include <QWebEngineScript>
 #include <QWebEngineView>
 
 #include "CrashNotice.h"
 #include "EngineTest.h"
+#include "Inspector.h"
 #include "PageAsks.h"
 #include "PageQuestions.h"
 #include "PopupScene.h"
@@ -25,9 +27,12 @@ private slots:
     void goingElsewhereEndsIt();
     void goingElsewhereBeforeIsRemembered_data();
     void goingElsewhereBeforeIsRemembered();
+    void hangsAsItIsLeft();
+    void hangsAsItsWindowCloses();
     void closingItsWindow_data();
     void closingItsWindow();
     void allWindowsOfTheProcess();
+    void pagesBesideOneInTheDebugger();
     void whatIsNotSilence_data();
     void whatIsNotSilence();
 
@@ -50,6 +55,16 @@ private:
         return PageAsks::titleOf(box) == "This page is not answering."_L1;
     }
     QString title() const { return m_form->windowTitle(); }
+    /// A window that the page has opened, with a page that the same process runs.
+    BrowserWindow *openMate();
+    static bool answers(const BrowserWindow *form)
+    {
+        const auto hasCome = std::make_shared<bool>(false);
+        PopupScene::control(form)->page()->runJavaScript(
+            u"1"_s, QWebEngineScript::ApplicationWorld,
+            [hasCome](const QVariant &) { *hasCome = true; });
+        return QTest::qWaitFor([hasCome] { return *hasCome; }, 2000);
+    }
 
     std::unique_ptr<PopupScene> m_scene;
     QPointer<BrowserWindow> m_form;
@@ -178,6 +193,22 @@ void tst_silentpages::goingElsewhereBeforeIsRemembered()
     PopupScene::script(m_form, u"1"_s);
 }
 
+void tst_silentpages::hangsAsItIsLeft()
+{
+    PopupScene::script(m_form, u"onbeforeunload = () => { for (;;); }; 1"_s);
+    m_form->browser()->navigate(m_scene->server.url(u"/b"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(title(), u"b"_s, patience);
+    PopupScene::script(m_form, u"1"_s);
+    QVERIFY(!strip());
+}
+
+void tst_silentpages::hangsAsItsWindowCloses()
+{
+    PopupScene::script(m_form, u"onbeforeunload = () => { for (;;); }; 1"_s);
+    m_form->close();
+    QTRY_VERIFY_WITH_TIMEOUT(!m_form, patience);
+}
+
 void tst_silentpages::closingItsWindow_data()
 {
     QTest::addColumn<QString>("code");
@@ -194,16 +225,25 @@ void tst_silentpages::closingItsWindow()
     QTRY_VERIFY_WITH_TIMEOUT(!m_form, patience);
 }
 
+BrowserWindow *tst_silentpages::openMate()
+{
+    m_scene->server.page("/mate", "<title>mate &amp; friend</title>");
+    const auto before = browserForms().size();
+    run(m_form, u"open('/mate')"_s);
+    if (!QTest::qWaitFor([before] { return browserForms().size() > before; }, patience))
+        return nullptr;
+    BrowserWindow *mate = browserForms().constLast();
+    const auto isThere = [mate] { return mate->windowTitle() == u"mate & friend"_s; };
+    return QTest::qWaitFor(isThere, patience) ? mate : nullptr;
+}
+
 void tst_silentpages::allWindowsOfTheProcess()
 {
     BrowserWindow *alone = m_scene->frame.open(m_scene->server.url(u"/b"_s));
     PopupScene::waitUntilLoaded(alone);
     m_scene->frame.area->setActiveSubWindow(m_form);
-    m_scene->server.page("/mate", "<title>mate &amp; friend</title>");
-    run(m_form, u"open('/mate')"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(browserForms().size(), 3, patience);
-    BrowserWindow *mate = browserForms().constLast();
-    QTRY_COMPARE_WITH_TIMEOUT(mate->windowTitle(), u"mate & friend"_s, patience);
+    BrowserWindow *mate = openMate();
+    QVERIFY(mate);
     const qint64 process = PopupScene::control(m_form)->page()->renderProcessPid();
     QCOMPARE(PopupScene::control(mate)->page()->renderProcessPid(), process);
     m_scene->frame.area->setActiveSubWindow(m_form);
@@ -222,12 +262,38 @@ void tst_silentpages::allWindowsOfTheProcess()
     QCOMPARE(PopupScene::script(alone, u"document.title"_s).toString(), u"b"_s);
 }
 
+/// The debugger holds all that the process runs.
+void tst_silentpages::pagesBesideOneInTheDebugger()
+{
+    BrowserWindow *mate = openMate();
+    QVERIFY(mate);
+    auto tools = std::make_unique<Inspector>(*PopupScene::control(m_form)->page(), nullptr);
+    tools->resize(600, 400);
+    tools->show();
+    const auto isHeld = [this] {
+        run(m_form, u"debugger"_s);
+        return !answers(m_form);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isHeld(), patience);
+    QVERIFY(!answers(mate));
+    m_scene->frame.area->setActiveSubWindow(mate);
+    const WhenAsked asked(mate, [](PageQuestionBox *) {});
+    bool isOver = false;
+    QTimer::singleShot(12000, this, [&isOver] { isOver = true; });
+    QTRY_VERIFY_WITH_TIMEOUT(isOver, patience);
+    QCOMPARE(asked.count(), 0);
+    tools.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(answers(mate), patience);
+    QVERIFY(!PageAsks::shownIn(mate) && !strip());
+}
+
 void tst_silentpages::whatIsNotSilence_data()
 {
     QTest::addColumn<QString>("code");
     QTest::newRow("nothing") << QString();
     QTest::newRow("waits for its user") << u"alert('')"_s;
     QTest::newRow("waits for its server") << u"location = '/silent'"_s;
+    QTest::newRow("may run no script") << u"location = '/mute'"_s;
     QTest::newRow("stops now and then")
         << u"setInterval(() => { const e = Date.now() + 1500; while (Date.now() < e); }, 50)"_s;
 }
@@ -238,6 +304,10 @@ void tst_silentpages::whatIsNotSilence()
     TestServer::Reply silent;
     silent.silent = true;
     m_scene->server.reply("/silent", silent);
+    TestServer::Reply mute;
+    mute.body = "<title>mute</title><script>document.title = 'not mute'</script>";
+    mute.headers = {{"Content-Security-Policy", "sandbox; script-src 'none'"}};
+    m_scene->server.reply("/mute", mute);
     bool isSilent = false;
     const WhenAsked asked(m_form,
                           [&](PageQuestionBox *box) { isSilent = isSilent || isStrip(box); });
