@@ -3,6 +3,7 @@
 #include "Log.h"
 #include "PageLife.h"
 #include "PagePulse.h"
+#include "PrivateProfiles.h"
 #include "ShownAddress.h"
 #include "ShownText.h"
 #include "Texts.h"
@@ -83,7 +84,7 @@ void SilentPage::noteSilence()
         m_life.endStuck(std::exchange(m_wayOut, {}));
         return;
     }
-    qCInfo(lcEngine) << "a page does not answer:" << m_life.page()->url().host();
+    qCInfo(lcEngine) << "a page does not answer:" << PrivateProfiles::siteForLog(*m_life.page());
     ask();
     const QList<SilentPage *> others = companions();
     for (const SilentPage *each : others)
@@ -131,7 +132,8 @@ void SilentPage::end()
     const auto pid = pid_t(process());
     if (!m_pulse || !m_pulse->isSilent() || pid <= 1)
         return;
-    qCInfo(lcEngine) << "ended as it did not answer: the process of" << m_life.page()->url().host();
+    qCInfo(lcEngine) << "ended as it did not answer: the process of"
+                     << PrivateProfiles::siteForLog(*m_life.page());
     if (kill(pid, SIGKILL) != 0)
         qCWarning(lcEngine) << "the process" << pid << "cannot be ended:" << qt_error_string();
 }

@@ -1,6 +1,7 @@
 #include "../Session.h"
 #include "CertificateExceptions.h"
 #include "ClosedWindows.h"
+#include "CrashNotice.h"
 #include "DownloadList.h"
 #include "DripServer.h"
 #include "EngineProfile.h"
@@ -18,6 +19,17 @@
 #include <QWebEngineView>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+QString logged;
+QtMessageHandler before = nullptr;
+
+void keepLog(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    logged += message + u'\n';
+    before(type, context, message);
+}
+}
 
 /// What private windows know, share and leave, in the whole program with the real engine.
 class tst_PrivateWindows : public QObject {
@@ -40,6 +52,8 @@ private slots:
     void listOfDownloadsForgetsThem();
     void downloadOutlastsTheLastWindow();
     void sessionEndsWithAPageThatIsHeld();
+    void lastCloseEndsAllThatIsOpen();
+    void logDoesNotNameTheirSites();
 
 private:
     QString url(const QString &path) const { return m_session->server.url(path); }
@@ -377,6 +391,54 @@ void tst_PrivateWindows::sessionEndsWithAPageThatIsHeld()
     hold.reset();
     QTRY_COMPARE(privateProfiles(), 1);
     QCOMPARE(run(next, u"document.title"_s).toString(), u"Two"_s);
+}
+
+/// Its question, its tools and a preview of it among them.
+void tst_PrivateWindows::lastCloseEndsAllThatIsOpen()
+{
+    logged.clear();
+    before = qInstallMessageHandler(keepLog);
+    BrowserWindow *window = openPrivate(u"/one"_s);
+    QVERIFY(window);
+    m_session->choose("mnuFilePrintPreview");
+    QTRY_COMPARE(Forms::named("frmPrintPreview").size(), 1);
+    m_session->choose("mnuToolsDeveloper");
+    QTRY_VERIFY(m_session->frame->activeChild() != window);
+    window->mdiArea()->setActiveSubWindow(window);
+    run(window, u"navigator.geolocation.getCurrentPosition(() => {}, () => {}); 1"_s);
+    QTRY_VERIFY(PageAsks::shownIn(window));
+    window->close();
+    QTRY_COMPARE(m_session->windows(), 1);
+    for (QWidget *preview : Forms::named("frmPrintPreview"))
+        preview->close();
+    QTRY_COMPARE(privateProfiles(), 0);
+    qInstallMessageHandler(before);
+    QVERIFY2(!logged.contains(u"profile"_s), qPrintable(logged));
+}
+
+/// Also not of a page that does not answer, and that its user ends.
+void tst_PrivateWindows::logDoesNotNameTheirSites()
+{
+    m_session->choose("mnuFileNewPrivate");
+    BrowserWindow *window = m_session->active();
+    const QString there = m_session->server.url(u"/one"_s, u"hidden-walnut.localhost"_s);
+    window->browser()->navigate(there);
+    QTRY_VERIFY(isLoaded(window, there));
+    logged.clear();
+    QLoggingCategory::setFilterRules(u"orvane.*=true"_s);
+    before = qInstallMessageHandler(keepLog);
+    pageOf(window)->runJavaScript(u"setTimeout(() => { for (;;); }, 0)"_s);
+    QTRY_VERIFY(PageAsks::shownIn(window));
+    PageAsks::press(PageAsks::yes(PageAsks::shownIn(window)));
+    const auto isEnded = [window] {
+        const auto *notice = window->findChild<CrashNotice *>();
+        return notice && notice->isVisible();
+    };
+    QTRY_VERIFY(isEnded());
+    qInstallMessageHandler(before);
+    QLoggingCategory::setFilterRules({});
+    QVERIFY2(logged.contains(u"(private)"_s), qPrintable(logged));
+    QVERIFY2(!logged.contains(u"walnut"_s), qPrintable(logged));
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_PrivateWindows)
