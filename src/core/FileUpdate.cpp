@@ -8,7 +8,14 @@
 #include <QFileInfo>
 
 namespace {
+using Failure = WriteResult::Failure;
+
 constexpr qint64 largestFile = 256 * 1024 * 1024;
+
+WriteResult notLocked(const QString &folder)
+{
+    return WriteResult(QFileInfo(folder).isDir() ? Failure::Busy : Failure::FolderMissing);
+}
 }
 
 namespace FileUpdate {
@@ -27,12 +34,11 @@ std::optional<QByteArray> readAll(const QString &path)
 
 WriteResult change(const QString &path, const Change &change)
 {
-    using Failure = WriteResult::Failure;
     const QString file = FileWriter::target(path);
     const QString folder = QFileInfo(file).path();
     const FolderLock lock(folder);
     if (!lock.isHeld())
-        return WriteResult(QFileInfo(folder).isDir() ? Failure::Busy : Failure::FolderMissing);
+        return notLocked(folder);
     QByteArray old;
     const bool exists = QFileInfo::exists(file);
     if (exists) {
@@ -52,6 +58,19 @@ WriteResult change(const QString &path, const Change &change)
 WriteResult replace(const QString &path, const QByteArray &bytes)
 {
     return change(path, [&bytes](const QByteArray &) { return std::optional(bytes); });
+}
+
+WriteResult clear(const QString &path)
+{
+    const QString file = FileWriter::target(path);
+    const QString folder = QFileInfo(file).path();
+    const FolderLock lock(folder);
+    if (!lock.isHeld())
+        return notLocked(folder);
+    const QFileInfo info(file);
+    if (!info.exists())
+        return {};
+    return info.isFile() ? FileWriter::write(file, QByteArray()) : WriteResult(Failure::Unreadable);
 }
 
 }

@@ -27,4 +27,7 @@ WriteResult change(const QString &path, const Change &change);
 
 /// The same with bytes that do not depend on the old ones.
 WriteResult replace(const QString &path, const QByteArray &bytes);
+
+/// Leaves nothing in a plain file, however large it has become; one that is missing stays so.
+WriteResult clear(const QString &path);
 }

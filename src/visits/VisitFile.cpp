@@ -95,10 +95,10 @@ WriteResult erase(const QString &file, const VisitErasure &erasure)
 {
     if (!QFileInfo::exists(file))
         return {};
+    if (erasure.isOfAll())
+        return FileUpdate::clear(file);
     return FileUpdate::change(file, [&erasure](const QByteArray &old) {
         QByteArray left;
-        if (erasure.isOfAll())
-            return std::optional(left);
         left.reserve(old.size());
         forEachLine(old, [&](QByteArrayView line) {
             const auto visit = visitIn(line);

@@ -52,6 +52,7 @@ private slots:
     void erasesASite();
     void erasesATime();
     void erasesAll();
+    void erasesAllOfAFileTooLargeToBeRead();
     void erasesWhatIsNotWrittenYet();
     void erasingThatFailsLosesNothing();
     void killedWhileErasing();
@@ -429,6 +430,15 @@ void tst_visithistory::erasesAll()
     QVERIFY(erase(VisitErasure::ofAll()));
     QCOMPARE(file(), QByteArray(""));
     QCOMPARE(m_history->index().pageCount(), 0);
+}
+
+/// A page that changes its address all the time can make it so.
+void tst_visithistory::erasesAllOfAFileTooLargeToBeRead()
+{
+    QVERIFY(put(line("2026-11-23T01:20:05Z", "http://one/", "")));
+    QVERIFY(QFile::resize(m_folder->file(u"AppData/History.txt"_s), 300LL * 1024 * 1024));
+    QVERIFY(erase(VisitErasure::ofAll()));
+    QCOMPARE(file(), QByteArray(""));
 }
 
 void tst_visithistory::erasesWhatIsNotWrittenYet()
