@@ -4,6 +4,7 @@
 #include "MsgBox.h"
 #include "NotSaved.h"
 #include "SiteList.h"
+#include "ZoomKeeper.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -29,7 +30,9 @@ InternetSitesPage::InternetSitesPage()
 {
     setObjectName("pageSites"_L1);
     auto *label = captioned<QLabel>(
-        texts.at<"lblSites", "What you a&nswered sites for good. What is removed is asked again.">);
+        texts.at<"lblSites",
+                 "What you a&nswered sites for good, and the zoom of their pages. What is "
+                 "removed is asked again, or shown as usual.">);
     label->setWordWrap(true);
     label->setBuddy(m_list);
     m_list->setAccessibleName(texts.at<"lstSites", "Answers by site">());
@@ -63,23 +66,39 @@ void InternetSitesPage::enable()
 
 void InternetSitesPage::removeSelected()
 {
-    const QList<SitePermissions::Answer> selected = m_list->selected();
-    if (!selected.isEmpty())
-        finish(SitePermissions::remove(selected));
+    QList<SitePermissions::Answer> answers;
+    QStringList zoomed;
+    for (const SiteList::Kept &kept : m_list->selected()) {
+        if (const auto *answer = std::get_if<SitePermissions::Answer>(&kept))
+            answers.append(*answer);
+        else
+            zoomed.append(std::get<SiteZoom::Kept>(kept).site);
+    }
+    if (!answers.isEmpty())
+        finish(SitePermissions::path(), SitePermissions::remove(answers));
+    if (!zoomed.isEmpty())
+        finish(SiteZoom::path(), ZoomKeeper::instance().forget(zoomed));
 }
 
 void InternetSitesPage::askToRemoveAll()
 {
     MsgBox::ask(this,
                 texts.at<"strRemoveAllSites",
-                         "Remove what you answered all sites? They will ask you again.">(),
+                         "Remove what you answered all sites, and the zoom of their pages? They "
+                         "will ask you again.">(),
                 window()->windowTitle(), [self = QPointer(this)](MsgBox::Answer answer) {
                     if (self && answer == MsgBox::Answer::Yes)
-                        self->finish(SitePermissions::removeAll());
+                        self->removeAll();
                 });
 }
 
-void InternetSitesPage::finish(const WriteResult &result)
+void InternetSitesPage::removeAll()
+{
+    finish(SitePermissions::path(), SitePermissions::removeAll());
+    finish(SiteZoom::path(), ZoomKeeper::instance().forgetAll());
+}
+
+void InternetSitesPage::finish(const QString &file, const WriteResult &result)
 {
     m_list->refresh();
     // The button that was pressed may be no use any more, and would leave the keyboard nowhere.
@@ -87,5 +106,5 @@ void InternetSitesPage::finish(const WriteResult &result)
         m_list->setFocus();
     enable();
     if (!result)
-        NotSaved::tell(this, SitePermissions::path(), result);
+        NotSaved::tell(this, file, result);
 }

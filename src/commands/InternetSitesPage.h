@@ -7,7 +7,7 @@ class SiteList;
 class WriteResult;
 
 /// The third page of the internet options: what the user had remembered when pages of a site asked
-/// for something. What is removed is gone at once, and asked for anew.
+/// for something, and how large he wants them. What is removed is gone at once.
 class InternetSitesPage : public QWidget {
     Q_OBJECT
 
@@ -19,7 +19,9 @@ private:
     void enable();
     void removeSelected();
     void askToRemoveAll();
-    void finish(const WriteResult &result);
+    void removeAll();
+    /// Of what was removed from that file.
+    void finish(const QString &file, const WriteResult &result);
 
     SiteList *m_list;
     QPushButton *m_remove;

@@ -26,22 +26,50 @@ QString whatText(const SitePermissions::Answer &answer)
     return answer.scheme.isEmpty() ? what : what + " ("_L1 + answer.scheme + u')';
 }
 
-class AnswerItem : public QTreeWidgetItem {
+QString shownOf(const SiteZoom::Kept &kept)
+{
+    // As a page of it is named; the scheme makes no difference here.
+    const QString secure = shownSite(QUrl("https://"_L1 + kept.site));
+    return kept.site.endsWith(u':') ? kept.site : secure.section("//"_L1, 1);
+}
+
+QStringList cellsOf(const SitePermissions::Answer &answer)
+{
+    return {shownSite(QUrl(answer.site.asker)), shownSite(QUrl(answer.site.page)), whatText(answer),
+            wordText(answer.word)};
+}
+
+QStringList cellsOf(const SiteZoom::Kept &kept)
+{
+    return {shownOf(kept), QString(), texts.at<"strZoom", "Zoom">(),
+            Texts<"frmBrowser">::at<"strZoom", "%1%">().arg(kept.percent)};
+}
+
+class KeptItem : public QTreeWidgetItem {
 public:
-    explicit AnswerItem(const SitePermissions::Answer &shown)
-        : QTreeWidgetItem({shownSite(QUrl(shown.site.asker)), shownSite(QUrl(shown.site.page)),
-                           whatText(shown), wordText(shown.word)})
-        , answer(shown)
+    explicit KeptItem(const SiteList::Kept &shown)
+        : QTreeWidgetItem(std::visit([](const auto &each) { return cellsOf(each); }, shown))
+        , kept(shown)
     {
         for (const Column column : {SiteColumn, PageColumn})
             setToolTip(column, text(column));
     }
-    SitePermissions::Answer answer;
+    SiteList::Kept kept;
 };
 
-const SitePermissions::Answer &answerOf(const QTreeWidgetItem *item)
+const SiteList::Kept &keptOf(const QTreeWidgetItem *item)
 {
-    return static_cast<const AnswerItem *>(item)->answer;
+    return static_cast<const KeptItem *>(item)->kept;
+}
+
+QList<SiteList::Kept> allKept()
+{
+    QList<SiteList::Kept> result;
+    for (const SitePermissions::Answer &answer : SitePermissions::all())
+        result.append(answer);
+    for (const SiteZoom::Kept &zoom : SiteZoom::all())
+        result.append(zoom);
+    return result;
 }
 }
 
@@ -63,25 +91,25 @@ SiteList::SiteList()
         header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
 }
 
-QList<SitePermissions::Answer> SiteList::selected() const
+QList<SiteList::Kept> SiteList::selected() const
 {
-    QList<SitePermissions::Answer> result;
+    QList<Kept> result;
     for (const QTreeWidgetItem *item : selectedItems())
-        result.append(answerOf(item));
+        result.append(keptOf(item));
     return result;
 }
 
 void SiteList::refresh()
 {
-    const QList<SitePermissions::Answer> kept = selected();
+    const QList<Kept> kept = selected();
     const int row = indexOfTopLevelItem(currentItem());
     QList<QTreeWidgetItem *> items;
-    for (const SitePermissions::Answer &answer : SitePermissions::all())
-        items.append(new AnswerItem(answer));
+    for (const Kept &each : allKept())
+        items.append(new KeptItem(each));
     clear();
     addTopLevelItems(items);
     for (QTreeWidgetItem *item : items)
-        item->setSelected(kept.contains(answerOf(item)));
+        item->setSelected(kept.contains(keptOf(item)));
     // Whoever goes through with the keyboard stays at his place.
     if (!items.isEmpty())
         selectionModel()->setCurrentIndex(

@@ -1,18 +1,22 @@
 #pragma once
 
 #include "SitePermissions.h"
+#include "SiteZoom.h"
 
 #include <QTreeWidget>
+#include <variant>
 
-/// What the user had remembered of sites, a row for each answer.
+/// What the user had remembered of sites, a row for each answer and for each size of pages.
 class SiteList : public QTreeWidget {
     Q_OBJECT
 
 public:
+    using Kept = std::variant<SitePermissions::Answer, SiteZoom::Kept>;
+
     SiteList();
 
-    QList<SitePermissions::Answer> selected() const;
-    /// Reads the file anew. What is selected stays so.
+    QList<Kept> selected() const;
+    /// Reads the files anew. What is selected stays so.
     void refresh();
 
 signals:

@@ -48,3 +48,32 @@ void ZoomKeeper::flush()
         result.leaveToLog();
     }
 }
+
+WriteResult ZoomKeeper::forget(const QStringList &sites)
+{
+    flush();
+    WriteResult result = SiteZoom::forget(sites);
+    if (result)
+        takeBack(sites);
+    return result;
+}
+
+WriteResult ZoomKeeper::forgetAll()
+{
+    flush();
+    QStringList sites = m_unwritten.keys();
+    for (const SiteZoom::Kept &each : SiteZoom::all())
+        sites.append(each.site);
+    WriteResult result = SiteZoom::forgetAll();
+    if (result)
+        takeBack(sites);
+    return result;
+}
+
+void ZoomKeeper::takeBack(const QStringList &sites)
+{
+    for (const QString &site : sites) {
+        m_unwritten.remove(site);
+        emit changed(site, SiteZoom::usual);
+    }
+}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "WriteResult.h"
+
 #include <QHash>
 #include <QObject>
 #include <QStringList>
@@ -15,6 +17,10 @@ public:
 
     int percent(const QString &site) const;
     void put(const QString &site, int percent);
+    /// Shows those as usual again, from now on and where they are open. What can no longer be read
+    /// goes with all of them.
+    WriteResult forget(const QStringList &sites);
+    WriteResult forgetAll();
     /// Writes what waits to be written.
     void flush();
 
@@ -23,6 +29,7 @@ signals:
 
 private:
     ZoomKeeper();
+    void takeBack(const QStringList &sites);
 
     /// What the file does not say: not yet, or as it could not be written.
     QHash<QString, int> m_unwritten;

@@ -6,8 +6,10 @@
 #include "Log.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <QUrl>
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -33,6 +35,20 @@ IniText::Name nameOf(const QString &site)
     return {section, site};
 }
 
+bool isOfSites(const IniText::Section &each)
+{
+    return QLatin1StringView(each.name).compare(section, Qt::CaseInsensitive) == 0;
+}
+
+/// What a value says of its site.
+int percentOf(const QString &value)
+{
+    bool isNumber = false;
+    const int percent = value.toInt(&isNumber);
+    return isNumber && percent >= SiteZoom::least && percent <= SiteZoom::most ? percent
+                                                                               : SiteZoom::usual;
+}
+
 QByteArray without(const QByteArray &bytes, const QString &site)
 {
     QByteArray result = bytes;
@@ -50,9 +66,7 @@ QByteArray without(const QByteArray &bytes, const QString &site)
 QByteArray trimmed(QByteArray bytes)
 {
     const QList<IniText::Section> sections = IniText::sections(bytes);
-    const auto sites = std::find_if(sections.begin(), sections.end(), [](const auto &each) {
-        return QLatin1StringView(each.name).compare(section, Qt::CaseInsensitive) == 0;
-    });
+    const auto sites = std::find_if(sections.begin(), sections.end(), isOfSites);
     if (sites == sections.end())
         return bytes;
     QStringList surplus;
@@ -86,10 +100,7 @@ int percent(const QString &site)
     if (site.isEmpty() || !isUsable(path()))
         return usual;
     const QByteArray file = readIniFile(path()).value_or(QByteArray());
-    const QString value = IniText::value(file, nameOf(site), longestValue).value_or(QString());
-    bool isNumber = false;
-    const int percent = value.toInt(&isNumber);
-    return isNumber && percent >= least && percent <= most ? percent : usual;
+    return percentOf(IniText::value(file, nameOf(site), longestValue).value_or(QString()));
 }
 
 WriteResult keep(const QString &site, int percent)
@@ -102,6 +113,54 @@ WriteResult keep(const QString &site, int percent)
         return percent == usual
             ? without(old, site)
             : trimmed(IniText::put(old, nameOf(site), QString::number(percent)));
+    });
+}
+
+QList<Kept> all()
+{
+    QList<Kept> result;
+    if (!isUsable(path()))
+        return result;
+    const QByteArray file = readIniFile(path()).value_or(QByteArray());
+    const QList<IniText::Section> sections = IniText::sections(file);
+    const auto sites = std::find_if(sections.begin(), sections.end(), isOfSites);
+    if (sites == sections.end())
+        return result;
+    QHash<QString, bool> seen;
+    for (const IniText::Section::Key &key : sites->keys) {
+        const QString site = QString::fromUtf8(key.name);
+        const int percent =
+            percentOf(IniText::valueText(key.value, TextEncoding::Encoding::Utf8, longestValue));
+        if (!std::exchange(seen[site.toLower()], true) && percent != usual)
+            result.append({site, percent});
+    }
+    return result;
+}
+
+WriteResult forget(const QStringList &sites)
+{
+    if (!QFileInfo::exists(path()))
+        return {};
+    return changeIniFile(path(), [&sites](const QByteArray &old) {
+        QByteArray bytes = old;
+        for (const QString &site : sites)
+            bytes = without(bytes, site);
+        return bytes;
+    });
+}
+
+WriteResult forgetAll()
+{
+    if (!QFileInfo::exists(path()))
+        return {};
+    return changeIniFile(path(), [](const QByteArray &old) {
+        QByteArray bytes = old;
+        const QList<IniText::Section> sections = IniText::sections(old);
+        for (auto each = sections.crbegin(); each != sections.crend(); ++each) {
+            if (isOfSites(*each))
+                bytes.remove(each->begin, each->keysEnd - each->begin);
+        }
+        return bytes;
     });
 }
 

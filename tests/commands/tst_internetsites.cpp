@@ -12,6 +12,7 @@
 #include "ScreenReader.h"
 #include "SitePermissions.h"
 #include "Unlogged.h"
+#include "ZoomKeeper.h"
 
 using namespace Qt::StringLiterals;
 using SitePermissions::Answer;
@@ -38,9 +39,13 @@ private slots:
     void whatCannotBeWrittenIsTold();
     void screenReaderReadsTheRows();
     void fiveHundredSites();
+    void zoomIsListed();
+    void zoomIsRemoved();
+    void zoomGoesWithAll();
 
 private:
     static constexpr auto file = "AppData/Permissions.ini"_L1;
+    static constexpr auto zoomFile = "AppData/Zoom.ini"_L1;
 
     void open()
     {
@@ -269,6 +274,47 @@ void tst_InternetSites::fiveHundredSites()
     click("cmdRemoveSite");
     QVERIFY(rows().isEmpty());
     QCOMPARE(stored(), QByteArray(""));
+}
+
+void tst_InternetSites::zoomIsListed()
+{
+    QVERIFY(
+        m_program->folder.write(zoomFile, "[Sites]\nmaps.example=150\nxn--bnk-7cd.example=50\n"));
+    open();
+    QCOMPARE(rows().mid(3),
+             QStringList({u"maps.example | Zoom | 150%"_s, u"xn--bnk-7cd.example | Zoom | 50%"_s}));
+}
+
+/// And from the pages that are open.
+void tst_InternetSites::zoomIsRemoved()
+{
+    QVERIFY(m_program->folder.write(zoomFile, "[Sites]\nmaps.example=150\nshop.example=50\n"));
+    open();
+    const QSignalSpy changed(&ZoomKeeper::instance(), &ZoomKeeper::changed);
+    // Beside an answer of another site.
+    list()->topLevelItem(0)->setSelected(true);
+    list()->topLevelItem(3)->setSelected(true);
+    click("cmdRemoveSite");
+    QCOMPARE(m_program->folder.read(zoomFile), QByteArray("[Sites]\nshop.example=50\n"));
+    QVERIFY(!stored().contains("Place"));
+    QCOMPARE(rows().size(), 3);
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(changed.first(), QVariantList({u"maps.example"_s, 100}));
+}
+
+void tst_InternetSites::zoomGoesWithAll()
+{
+    QVERIFY(QFile::remove(m_program->folder.file(file)));
+    QVERIFY(m_program->folder.write(zoomFile, "[Sites]\nmaps.example=150\n"));
+    open();
+    const QSignalSpy changed(&ZoomKeeper::instance(), &ZoomKeeper::changed);
+    QVERIFY(find<QPushButton>("cmdRemoveAllSites")->isEnabled());
+    click("cmdRemoveAllSites");
+    QTRY_VERIFY(form()->findChild<QMessageBox *>());
+    QTest::mouseClick(form()->findChild<QMessageBox *>()->button(QMessageBox::Yes), Qt::LeftButton);
+    QTRY_VERIFY(rows().isEmpty());
+    QCOMPARE(m_program->folder.read(zoomFile), QByteArray());
+    QCOMPARE(changed.size(), 1);
 }
 
 QTEST_MAIN(tst_InternetSites)

@@ -31,6 +31,9 @@ private slots:
     void firstSiteMakesRoom();
     void whatIsNoPercentageIsRefused();
     void fullDiskIsTold();
+    void listed();
+    void forgotten();
+    void allForgotten();
 
 private:
     static constexpr auto file = "AppData/Zoom.ini"_L1;
@@ -214,6 +217,41 @@ void tst_SiteZoom::fullDiskIsTold()
     const Unlogged quiet;
     QVERIFY(SiteZoom::keep(u"shop.example"_s, 150).isFailure(WriteResult::Failure::NoRoom));
     QCOMPARE(SiteZoom::percent(u"shop.example"_s), 75);
+}
+
+namespace {
+const QByteArray several = "; mine\r\n[Sites]\r\none.example=150\r\nOne.Example=200\r\n"
+                           "bad.example=much\r\nusual.example=100\r\nfile:=50\r\n"
+                           "[Other]\r\nkey=1\r\n[sites]\r\ntwo.example=75\r\n";
+}
+
+void tst_SiteZoom::listed()
+{
+    QVERIFY(SiteZoom::all().isEmpty());
+    QVERIFY(m_folder->write(file, several));
+    QCOMPARE(SiteZoom::all(), (QList<SiteZoom::Kept>{{u"one.example"_s, 150}, {u"file:"_s, 50}}));
+}
+
+void tst_SiteZoom::forgotten()
+{
+    QVERIFY(SiteZoom::forget({u"one.example"_s}));
+    QVERIFY(!m_folder->exists(file));
+    QVERIFY(m_folder->write(file, several));
+    QVERIFY(SiteZoom::forget({u"one.example"_s, u"file:"_s, u"none.example"_s}));
+    QCOMPARE(m_folder->read(file),
+             QByteArray("; mine\r\n[Sites]\r\nbad.example=much\r\nusual.example=100\r\n"
+                        "[Other]\r\nkey=1\r\n[sites]\r\ntwo.example=75\r\n"));
+    QVERIFY(SiteZoom::all().isEmpty());
+}
+
+/// No name of a site is left, whatever was said of it.
+void tst_SiteZoom::allForgotten()
+{
+    QVERIFY(SiteZoom::forgetAll());
+    QVERIFY(!m_folder->exists(file));
+    QVERIFY(m_folder->write(file, several));
+    QVERIFY(SiteZoom::forgetAll());
+    QCOMPARE(m_folder->read(file), QByteArray("; mine\r\n[Other]\r\nkey=1\r\n"));
 }
 
 QTEST_GUILESS_MAIN(tst_SiteZoom)
