@@ -189,6 +189,7 @@ void VisitHistory::take(const std::shared_ptr<VisitIndex> &index)
 
 void VisitHistory::erase(const VisitErasure &erasure, const Done &done)
 {
+    emit erasing(erasure);
     write();
     ++m_underWay;
     m_worker.start([this, erasure, done] {

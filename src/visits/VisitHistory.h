@@ -55,6 +55,8 @@ public:
 signals:
     /// The visits are others, or their titles.
     void changed();
+    /// Those are about to be deleted, also where they have not been told yet.
+    void erasing(const VisitErasure &erasure);
 
 private:
     /// As it was when this program was last at it; used by the worker alone.

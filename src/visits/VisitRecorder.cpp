@@ -55,6 +55,17 @@ void VisitRecorder::came(const Visit &visit)
     m_waiting = visit;
     if (!m_pause.isActive())
         tell();
+    else if (VisitHistory *history = VisitHistory::current())
+        connect(history, &VisitHistory::erasing, this, &VisitRecorder::drop, Qt::UniqueConnection);
+}
+
+void VisitRecorder::drop(const VisitErasure &erasure)
+{
+    if (!m_waiting)
+        return;
+    const QByteArray address = VisitLine::keptAddress(m_waiting->address).toUtf8();
+    if (erasure.covers({m_waiting->time, address, {}}))
+        m_waiting.reset();
 }
 
 void VisitRecorder::tell()

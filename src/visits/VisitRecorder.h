@@ -7,8 +7,11 @@
 #include <functional>
 #include <optional>
 
+class VisitErasure;
+
 /// Tells the history of the pages of one window: one a second at most, the last one always, and
-/// none again that was there within half a minute and no other since.
+/// none again that was there within half a minute and no other since. What waits to be told goes
+/// with what the user deletes.
 class VisitRecorder : public QObject {
     Q_OBJECT
 
@@ -31,6 +34,7 @@ public:
 private:
     void came(const Visit &visit);
     void tell();
+    void drop(const VisitErasure &erasure);
 
     Clock m_clock;
     QTimer m_pause;

@@ -58,6 +58,7 @@ private slots:
     void killedWhileErasing();
     void fileChangedOutside();
     void recorderKeepsAPace();
+    void recorderForgetsWhatIsDeleted();
     void recorderTellsTheSamePageOnce();
     void recorderTellsTitles();
 
@@ -519,6 +520,26 @@ void tst_visithistory::recorderKeepsAPace()
         recorder.addressChanged(u"http://one/#%1"_s.arg(i));
     QCOMPARE(found(u"one"_s), QStringList{u"http://one/#0"_s});
     QTRY_COMPARE(found(u"one"_s), QStringList({u"http://one/#0"_s, u"http://one/#999"_s}));
+}
+
+void tst_visithistory::recorderForgetsWhatIsDeleted()
+{
+    load();
+    auto recorder = std::make_unique<VisitRecorder>(nullptr, [] { return start * 1000; });
+    recorder->addressChanged(u"http://one/#told"_s);
+    recorder->addressChanged(u"http://one/#waits"_s);
+    QVERIFY(erase(VisitErasure::ofSite("two")));
+    QVERIFY(erase(VisitErasure::ofSite("one")));
+    recorder.reset();
+    m_history->flush();
+    QCOMPARE(file(), QByteArray(""));
+    recorder = std::make_unique<VisitRecorder>(nullptr, [] { return start * 1000; });
+    recorder->addressChanged(u"http://two/#told"_s);
+    recorder->addressChanged(u"http://two/#waits"_s);
+    QVERIFY(erase(VisitErasure::ofSite("one")));
+    recorder.reset();
+    m_history->flush();
+    QCOMPARE(file().count('\n'), 2);
 }
 
 void tst_visithistory::recorderTellsTheSamePageOnce()
