@@ -58,6 +58,8 @@ private slots:
     void connectionKeepsAwakeUntilMemoryIsShort();
     void streamOfEventsKeepsAwake_data();
     void streamOfEventsKeepsAwake();
+    void connectionBetweenPagesKeepsAwake_data();
+    void connectionBetweenPagesKeepsAwake();
     void longestUnseenGoFirst();
     void sleepByHandKeepsTheText();
     void keyWakesTheActiveWindow();
@@ -662,6 +664,32 @@ void tst_Sleep::streamOfEventsKeepsAwake()
     QTRY_VERIFY(m_session->shows(url(u"/live"_s)));
     go(url(u"/one"_s));
     QTRY_VERIFY(window->browser()->maySleep() == SleepLimit::Nothing);
+}
+
+void tst_Sleep::connectionBetweenPagesKeepsAwake_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("by its name") << u"RTCPeerConnection"_s;
+    QTest::newRow("by its older name") << u"webkitRTCPeerConnection"_s;
+}
+
+/// What is sent from page to page, as a file, ends with either of them.
+void tst_Sleep::connectionBetweenPagesKeepsAwake()
+{
+    QFETCH(const QString, name);
+    const BrowserWindow *window = openTall();
+    QVERIFY(window->browser()->maySleep() == SleepLimit::Nothing);
+    run(window, u"window.c = new %1; c.createDataChannel('x'); 1"_s.arg(name));
+    QTRY_VERIFY(window->browser()->maySleep() == SleepLimit::Connection);
+    // The page finds its class as it knows it.
+    QCOMPARE(run(window,
+                 u"String(c instanceof RTCPeerConnection && webkitRTCPeerConnection"
+                 " === RTCPeerConnection && c.constructor === RTCPeerConnection)"_s),
+             u"true"_s);
+    cover();
+    lookAfter(100'000);
+    settle();
+    QVERIFY(!window->isAsleep());
 }
 
 void tst_Sleep::longestUnseenGoFirst()
