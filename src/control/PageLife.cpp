@@ -1,6 +1,7 @@
 #include "PageLife.h"
 
 #include "EngineProfile.h"
+#include "FreedMemory.h"
 #include "Listener.h"
 #include "Log.h"
 #include "PageHold.h"
@@ -134,6 +135,8 @@ void PageLife::end()
         m_host->dropFailure();
         m_host->hideCrash();
     }
+    if (m_page)
+        FreedMemory::giveBackSoon();
     delete m_view;
     delete m_page;
     m_crashed = false;
