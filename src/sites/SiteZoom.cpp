@@ -7,6 +7,7 @@
 
 #include <QFileInfo>
 #include <QHash>
+#include <QSet>
 #include <QUrl>
 #include <algorithm>
 #include <utility>
@@ -49,32 +50,48 @@ int percentOf(const QString &value)
                                                                                : SiteZoom::usual;
 }
 
-QByteArray without(const QByteArray &bytes, const QString &site)
-{
-    QByteArray result = bytes;
-    for (;;) {
-        const IniText::Place place = IniText::find(result, nameOf(site));
-        if (!place.hasKey)
-            return result;
-        const qsizetype begin = result.lastIndexOf('\n', place.valueBegin - 1) + 1;
-        const qsizetype end = result.indexOf('\n', place.valueEnd);
-        result.remove(begin, end < 0 ? result.size() - begin : end + 1 - begin);
-    }
-}
+using Key = IniText::Section::Key;
 
-/// The first ones go where there are too many.
-QByteArray trimmed(QByteArray bytes)
+/// The keys of the sites, in the file's order.
+QList<Key> keysOf(const QByteArray &bytes)
 {
     const QList<IniText::Section> sections = IniText::sections(bytes);
     const auto sites = std::find_if(sections.begin(), sections.end(), isOfSites);
-    if (sites == sections.end())
-        return bytes;
-    QStringList surplus;
-    for (qsizetype i = 0; i + SiteZoom::mostSites < sites->keys.size(); ++i)
-        surplus.append(QString::fromUtf8(sites->keys.at(i).name));
-    for (const QString &site : std::as_const(surplus))
-        bytes = without(bytes, site);
-    return bytes;
+    return sites == sections.end() ? QList<Key>() : sites->keys;
+}
+
+QString foldedName(const Key &key)
+{
+    return QString::fromUtf8(key.name).toLower();
+}
+
+/// In one pass: by hand a file may have a hundred thousand lines, and the user waits.
+QByteArray without(const QByteArray &bytes, const QSet<QString> &foldedSites)
+{
+    QByteArray result;
+    qsizetype taken = 0;
+    const QList<Key> keys = keysOf(bytes);
+    for (const Key &key : keys) {
+        if (!foldedSites.contains(foldedName(key)))
+            continue;
+        // The section's header is before it.
+        const qsizetype begin = bytes.lastIndexOf('\n', key.name.data() - bytes.data() - 1) + 1;
+        const qsizetype end = bytes.indexOf('\n', key.value.data() - bytes.data());
+        result.append(QByteArrayView(bytes).sliced(taken, begin - taken));
+        taken = end < 0 ? bytes.size() : end + 1;
+    }
+    return result.append(QByteArrayView(bytes).sliced(taken));
+}
+
+/// The first ones go where there are too many, but not the one that was chosen last.
+QByteArray trimmed(const QByteArray &bytes, const QString &chosen)
+{
+    const QList<Key> keys = keysOf(bytes);
+    QSet<QString> surplus;
+    for (qsizetype i = 0; i + SiteZoom::mostSites < keys.size(); ++i)
+        surplus.insert(foldedName(keys.at(i)));
+    surplus.remove(chosen.toLower());
+    return surplus.isEmpty() ? bytes : without(bytes, surplus);
 }
 }
 
@@ -111,8 +128,8 @@ WriteResult keep(const QString &site, int percent)
         return {};
     return changeIniFile(path(), [&](const QByteArray &old) {
         return percent == usual
-            ? without(old, site)
-            : trimmed(IniText::put(old, nameOf(site), QString::number(percent)));
+            ? without(old, {site.toLower()})
+            : trimmed(IniText::put(old, nameOf(site), QString::number(percent)), site);
     });
 }
 
@@ -122,12 +139,9 @@ QList<Kept> all()
     if (!isUsable(path()))
         return result;
     const QByteArray file = readIniFile(path()).value_or(QByteArray());
-    const QList<IniText::Section> sections = IniText::sections(file);
-    const auto sites = std::find_if(sections.begin(), sections.end(), isOfSites);
-    if (sites == sections.end())
-        return result;
+    const QList<Key> keys = keysOf(file);
     QHash<QString, bool> seen;
-    for (const IniText::Section::Key &key : sites->keys) {
+    for (const Key &key : keys) {
         const QString site = QString::fromUtf8(key.name);
         const int percent =
             percentOf(IniText::valueText(key.value, TextEncoding::Encoding::Utf8, longestValue));
@@ -141,12 +155,10 @@ WriteResult forget(const QStringList &sites)
 {
     if (!QFileInfo::exists(path()))
         return {};
-    return changeIniFile(path(), [&sites](const QByteArray &old) {
-        QByteArray bytes = old;
-        for (const QString &site : sites)
-            bytes = without(bytes, site);
-        return bytes;
-    });
+    QSet<QString> folded;
+    for (const QString &site : sites)
+        folded.insert(site.toLower());
+    return changeIniFile(path(), [&](const QByteArray &old) { return without(old, folded); });
 }
 
 WriteResult forgetAll()

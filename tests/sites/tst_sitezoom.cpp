@@ -5,6 +5,7 @@
 #include "Unlogged.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QTest>
 #include <QUrl>
 
@@ -29,6 +30,10 @@ private slots:
     void rubbishIsSurvived();
     void tooLargeAFileIsLeftAlone();
     void firstSiteMakesRoom();
+    void chosenSiteIsNotTheOneThatGoes();
+    void manyLinesAreNoWait_data();
+    void manyLinesAreNoWait();
+    void manyAreForgottenAtOnce();
     void whatIsNoPercentageIsRefused();
     void fullDiskIsTold();
     void listed();
@@ -193,6 +198,57 @@ void tst_SiteZoom::firstSiteMakesRoom()
     QCOMPARE(SiteZoom::percent(u"site2.example"_s), 150);
     QCOMPARE(SiteZoom::percent(u"shop.example"_s), 75);
     QCOMPARE(m_folder->read(file).count('='), SiteZoom::mostSites);
+}
+
+void tst_SiteZoom::chosenSiteIsNotTheOneThatGoes()
+{
+    QByteArray full = "[Sites]\n";
+    for (int i = 0; i < SiteZoom::mostSites + 1; ++i)
+        full += "Site" + QByteArray::number(i) + ".example=150\n";
+    m_folder->write(file, full);
+    QVERIFY(SiteZoom::keep(u"site0.example"_s, 75));
+    QCOMPARE(SiteZoom::percent(u"site0.example"_s), 75);
+}
+
+void tst_SiteZoom::manyLinesAreNoWait_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::addColumn<int>("percent");
+    QByteArray sites;
+    for (int i = 0; i < 90'000; ++i)
+        sites += QByteArray::number(i) + "=50\n";
+    QTest::newRow("many sites") << sites << 150;
+    QTest::newRow("one site often") << QByteArray("a=50\n").repeated(200'000) << 100;
+}
+
+void tst_SiteZoom::manyLinesAreNoWait()
+{
+    QFETCH(QByteArray, lines);
+    QFETCH(int, percent);
+    m_folder->write(file, "[Sites]\n" + lines);
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(SiteZoom::keep(u"a"_s, percent));
+    // A moment here, and a minute where each line is looked for anew.
+    QVERIFY2(timer.elapsed() < 5000, QByteArray::number(timer.elapsed()));
+    QCOMPARE(SiteZoom::percent(u"a"_s), percent);
+    QVERIFY(m_folder->read(file).count('=') <= SiteZoom::mostSites);
+}
+
+void tst_SiteZoom::manyAreForgottenAtOnce()
+{
+    QByteArray lines;
+    QStringList sites;
+    for (int i = 0; i < 40'000; ++i) {
+        sites.append(QString::number(i));
+        lines += QByteArray::number(i) + "=50\n";
+    }
+    m_folder->write(file, "[Sites]\n" + lines + "b=75\n" + QByteArray("a=50\n").repeated(50'000));
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(SiteZoom::forget(sites << u"A"_s));
+    QVERIFY2(timer.elapsed() < 5000, QByteArray::number(timer.elapsed()));
+    QCOMPARE(m_folder->read(file), QByteArray("[Sites]\nb=75\n"));
 }
 
 void tst_SiteZoom::whatIsNoPercentageIsRefused()
