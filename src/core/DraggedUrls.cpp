@@ -8,7 +8,6 @@
 #include <QMimeData>
 #include <QTextBlock>
 #include <QTextDocument>
-#include <QTextDocumentFragment>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -27,13 +26,22 @@ bool isOpenable(const QUrl &url)
     return url.isValid() && (url.scheme() == "http"_L1 || url.scheme() == "https"_L1);
 }
 
+/// Markup that a page wrote. What it names, a style sheet say, is neither read nor fetched: it
+/// could be any file of the user's, or a device that never ends.
+class ForeignMarkup : public QTextDocument {
+public:
+    explicit ForeignMarkup(const QString &markup) { setHtml(markup); }
+
+protected:
+    QVariant loadResource(int, const QUrl &) override { return {}; }
+};
+
 /// The address of the first picture in the markup; empty where there is none.
 QUrl pictureIn(const QString &markup)
 {
     if (markup.size() > longestMarkup)
         return {};
-    QTextDocument document;
-    document.setHtml(markup);
+    const ForeignMarkup document(markup);
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         for (auto part = block.begin(); !part.atEnd(); ++part) {
             const QTextCharFormat format = part.fragment().charFormat();
@@ -128,7 +136,7 @@ QString draggedTitle(const QMimeData &data)
     const QString markup = data.html();
     if (markup.size() > longestMarkup)
         return {};
-    QString title = QTextDocumentFragment::fromHtml(markup).toPlainText();
+    QString title = ForeignMarkup(markup).toPlainText();
     // What stands for a picture.
     title.remove(QChar::ObjectReplacementCharacter);
     return shownText(title).simplified().left(longestTitle);
