@@ -12,6 +12,7 @@
 #include "ProfileCommands.h"
 #include "SleepCommands.h"
 #include "SoundCommands.h"
+#include "SourceCommands.h"
 #include "TextCommands.h"
 #include "ToolsCommands.h"
 #include "ViewCommands.h"
@@ -22,6 +23,7 @@ void registerAllCommands(MainWindow &frame)
     registerFileCommands(frame);
     registerEditCommands(frame);
     registerViewCommands(frame);
+    registerSourceCommands(frame);
     registerProfileCommands(frame);
     registerToolsCommands(frame, frame);
     registerDownloadCommands(frame);

@@ -2,13 +2,11 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QPointer>
 #include <functional>
 
 #include "BrowserWindow.h"
 #include "FavoritesBar.h"
 #include "Frame.h"
-#include "SourceWindow.h"
 #include "WebBrowser.h"
 
 using namespace Qt::StringLiterals;
@@ -89,33 +87,6 @@ void refresh(Frame &frame)
     }
 }
 
-void showDocumentHTML(Frame &frame)
-{
-    const BrowserWindow *active = activeBrowser(frame);
-    if (!active)
-        return;
-    WebBrowser &page = *active->browser();
-    const QString address = page.locationUrl();
-    if (page.isBusy() || address.isEmpty()) {
-        QApplication::beep();
-        return;
-    }
-    const Privacy privacy = active->privacy();
-    page.outerHtml([owner = QPointer(frame.window()), address, privacy](const QString &markup) {
-        // The page may have gone, and the program with it.
-        if (!owner)
-            return;
-        if (markup.isEmpty()) {
-            QApplication::beep();
-            return;
-        }
-        // The engine waits for this to return.
-        QMetaObject::invokeMethod(
-            owner.data(), [=] { SourceWindow::openOn(markup, address, privacy); },
-            Qt::QueuedConnection);
-    });
-}
-
 }
 
 void registerViewCommands(Frame &frame)
@@ -124,6 +95,5 @@ void registerViewCommands(Frame &frame)
         frame.handle(fontSizeItem(level), [&frame, level] { setFontSize(frame, level); });
     registerZoom(frame);
     frame.handle(u"mnuViewRefresh"_s, [&frame] { refresh(frame); });
-    frame.handle(u"mnuViewDocumentHTML"_s, [&frame] { showDocumentHTML(frame); });
     frame.beforeOpening(u"mnuViewFontSize"_s, [&frame] { markFontSize(frame); });
 }

@@ -9,6 +9,7 @@
 #include "PageCommands.h"
 #include "PageConnection.h"
 #include "PagePermissions.h"
+#include "PageSource.h"
 #include "Settings.h"
 #include "ZoomScale.h"
 
@@ -98,6 +99,8 @@ void QtWebBrowser::watch(WebPage *page, WebView *view, QObject *bond)
         },
         Qt::QueuedConnection);
     connect(page, &WebPage::wanted, bond, [this] { m_listener.tell(&WebBrowserEvents::wanted); });
+    connect(page, &WebPage::sourceWanted, bond,
+            [this] { m_listener.tell(&WebBrowserEvents::sourceWanted); });
     connect(page, &WebPage::arrived, bond,
             [this] { m_listener.tell(&WebBrowserEvents::contextMenuOver); });
     connect(view, &WebView::menuWanted, bond,
@@ -351,6 +354,14 @@ void QtWebBrowser::outerHtml(const std::function<void(const QString &)> &done)
     page()->runJavaScript(u"document.documentElement ? document.documentElement.outerHTML : ''"_s,
                           QWebEngineScript::ApplicationWorld,
                           [done](const QVariant &markup) { done(markup.toString()); });
+}
+
+void QtWebBrowser::readSource(const std::function<void(const PageSource &)> &done)
+{
+    if (page() && !isPageHidden())
+        PageSource::read(*page(), widget()->window(), done);
+    else
+        done({});
 }
 
 void QtWebBrowser::setRefusesUnaskedWindows(bool refuses)

@@ -62,6 +62,7 @@ public:
     bool hasDocument() const override { return m_navigator.state().hasDocument(); }
     void clearDocument() override { }
     void outerHtml(const std::function<void(const QString &)> &done) override;
+    void readSource(const std::function<void(const PageSource &)> &done) override;
     void showCertificates() override;
     bool isBusy() const override { return m_navigator.state().isBusy(); }
     Arrival arrivedBy() const override { return m_navigator.state().arrival(); }

@@ -78,6 +78,7 @@ class Inspector;
 class PageQuestions;
 class WebBrowser;
 struct ContextTarget;
+struct PageSource;
 struct ScriptError;
 
 /// What a page needs, besides its address, to come back as it was.
@@ -163,6 +164,8 @@ public:
     virtual void soundChange(PageSound) { }
     /// The user wants to see the page.
     virtual void wanted() { }
+    /// The engine was told to show what the page was made from.
+    virtual void sourceWanted() { }
     /// The user wants a menu on the page; inside the engine.
     virtual void contextMenuWanted(const ContextTarget &) { }
     /// The page that a menu may have been opened on is there no longer.
@@ -272,6 +275,8 @@ public:
     /// The live markup of the page (`document.documentElement.outerHTML`), handed over later;
     /// empty when the page goes away meanwhile.
     virtual void outerHtml(const std::function<void(const QString &)> &done) = 0;
+    /// What the page was made from, as it came, handed over later; not where the page goes away.
+    virtual void readSource(const std::function<void(const PageSource &)> &done) = 0;
     virtual bool isBusy() const = 0;
     /// Opens a dialog with the certificates of the page's server; nothing where it has none.
     virtual void showCertificates() { }

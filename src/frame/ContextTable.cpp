@@ -134,6 +134,7 @@ constexpr ContextEntry table[] = {
     {{0, Item, "mnuPagePrint", "&Print...", {.same = "mnuFilePrint"}}, page},
     {{0, Separator, "mnuContextBar10", "-"}},
     {{0, Item, "mnuPageSource", "&Source", {.same = "mnuViewDocumentHTML"}}, page},
+    {{0, Item, "mnuPageSourceCame", "Source As It Came", {.same = "mnuViewSource"}}, page},
     {{0, Item, "mnuPageTools", "D&eveloper Tools", {.same = "mnuToolsDeveloper"}}, page},
     {{0, Check, "mnuPageLinkWindow", "Use as &Link Window"}, page, always},
 };

@@ -81,6 +81,7 @@ constexpr auto table = std::to_array<MenuEntry>({
     {2, Item, "mnuViewZoomOut", "&Smaller", {.key = "Ctrl+-", .need = Page}},
     {2, Item, "mnuViewZoomUsual", "&Usual Size", {.key = "Ctrl+0", .need = Page}},
     {1, Check, "mnuViewFullScreen", "F&ull Screen", {.key = "F11"}},
+    {1, Item, "mnuViewSource", "Source As It Came", {.need = Page}},
 
     {0, Menu, "mnuNavigation", "Navigation"},
     {1, Item, "mnuNavigationBackwards", "Backwards", {.need = Page, .button = "Back"}},

@@ -130,6 +130,10 @@ void WebPage::triggerAction(WebAction action, bool checked)
         emit resendRequested(action);
         return;
     }
+    if (action == ViewSource) {
+        emit sourceWanted();
+        return;
+    }
     if (const QWebEngineContextMenuRequest *menu = menuOf(*this)) {
         const QUrl saved = savedBy(action, *menu);
         if (saved.scheme() == "http"_L1 || saved.scheme() == "https"_L1) {

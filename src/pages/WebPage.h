@@ -133,6 +133,8 @@ signals:
     void focusMissed();
     /// The script that reads the page's source is through; `number` is as it was given to it.
     void sourceRead(int number);
+    /// The engine's own window with the page's source was asked for.
+    void sourceWanted();
     /// The button of the error page was pressed.
     void retryRequested();
     /// The user pressed the key that leads back where, as far as the page's own frame knows, the

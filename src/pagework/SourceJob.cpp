@@ -3,19 +3,20 @@
 #include "FileWriter.h"
 #include "JobProgress.h"
 #include "PageScripts.h"
+#include "SourceReader.h"
 #include "Texts.h"
 #include "WebPage.h"
 
-#include <QFile>
 #include <QProgressDialog>
 #include <QWebEngineScript>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-/// For the server to answer once more; milliseconds.
-constexpr int longestWait = 30'000;
-int lastNumber = 0;
+bool isSuccess(int status)
+{
+    return status >= 200 && status < 300;
+}
 
 constexpr Texts<"PageSaver"> texts;
 }
@@ -25,7 +26,7 @@ SourceJob::SourceJob(WebPage *page, const QString &file, Otherwise otherwise, QW
     , m_page(page)
     , m_hold(page, PageHold::AtExit::GoesWithPage)
     , m_file(file)
-    , m_number(++lastNumber)
+    , m_reader(new SourceReader(*page, this))
     , m_otherwise(otherwise)
 {
     m_progress = openJobProgress(owner, u"dlgSaving"_s,
@@ -35,8 +36,13 @@ SourceJob::SourceJob(WebPage *page, const QString &file, Otherwise otherwise, QW
         m_over = true;
         deleteLater();
     });
-    m_limit.setSingleShot(true);
-    connect(&m_limit, &QTimer::timeout, this, &SourceJob::useLiveContents);
+    connect(m_reader, &SourceReader::came, this, [this](const QByteArray &bytes, int status) {
+        if (isSuccess(status))
+            saveBytes(bytes);
+        else
+            useLiveContents();
+    });
+    connect(m_reader, &SourceReader::missing, this, &SourceJob::useLiveContents);
     // What was to be saved is gone then.
     connect(page, &QWebEnginePage::renderProcessTerminated, this,
             [this](QWebEnginePage::RenderProcessTerminationStatus status) {
@@ -55,63 +61,12 @@ SourceJob::~SourceJob()
 
 void SourceJob::start()
 {
-    if (!m_page->url().isLocalFile()) {
-        readInPage();
-        return;
-    }
-    QFile source(m_page->url().toLocalFile());
-    if (source.open(QIODevice::ReadOnly))
-        saveBytes(source.readAll());
-    else
-        useLiveContents();
-}
-
-void SourceJob::readInPage()
-{
-    connect(m_page, &WebPage::sourceRead, this, [this](int number) {
-        if (number == m_number)
-            collect();
-    });
-    const QString script =
-        PageScripts::isolatedSource(u"page-source.js"_s)
-            .replace("%CACHE%"_L1, m_page->mayAskAgain() ? "force-cache"_L1 : "only-if-cached"_L1)
-            .replace("%NUMBER%"_L1, QString::number(m_number));
-    m_page->runJavaScript(script, QWebEngineScript::ApplicationWorld);
-    m_limit.start(longestWait);
-}
-
-void SourceJob::collect()
-{
-    m_limit.stop();
-    const QString script =
-        u"(() => { const source = globalThis.orvaneSource%1 ?? '';"
-        u" delete globalThis.orvaneSource%1; return source; })()"_s.arg(m_number);
-    m_page->runJavaScript(script, QWebEngineScript::ApplicationWorld,
-                          [self = QPointer(this)](const QVariant &source) {
-                              // The engine waits for this to return.
-                              if (self)
-                                  QMetaObject::invokeMethod(
-                                      self.data(),
-                                      [self, source] { self->takeCollected(source.toString()); },
-                                      Qt::QueuedConnection);
-                          });
-}
-
-void SourceJob::takeCollected(const QString &dataUrl)
-{
-    const qsizetype comma = dataUrl.indexOf(u',');
-    const auto decoded = QByteArray::fromBase64Encoding(dataUrl.mid(comma + 1).toLatin1(),
-                                                        QByteArray::AbortOnBase64DecodingErrors);
-    // Empty is what a file may be as well.
-    if (comma < 0 || !decoded)
-        useLiveContents();
-    else
-        saveBytes(decoded.decoded);
+    m_reader->start();
 }
 
 void SourceJob::useLiveContents()
 {
-    if (m_over || std::exchange(m_asked, true))
+    if (m_over)
         return;
     // The engine waits for this to return.
     const auto later = [self = QPointer(this)](const QString &contents) {

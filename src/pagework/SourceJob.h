@@ -2,19 +2,17 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QTimer>
 
 #include "PageHold.h"
 
 class QProgressDialog;
 class QWidget;
+class SourceReader;
 class WebPage;
 
-/// Saves what a page was made from, in one file: the bytes as its server sent them, where they can
-/// be had without asking for more than the page's own address (from the engine's cache, else by one
-/// more request unless the page may be the answer to a form), and a local file as it is. Where they
-/// cannot, what the live document holds as UTF-8. The job deletes itself at the end, and keeps its
-/// page until then, though its window closes.
+/// Saves what a page was made from, in one file: what `SourceReader` reads, unless the server has
+/// only an error for it by now. Else what the live document holds, as UTF-8. The job deletes itself
+/// at the end, and keeps its page until then, though its window closes.
 class SourceJob : public QObject {
     Q_OBJECT
 
@@ -37,9 +35,6 @@ signals:
     void failed();
 
 private:
-    void readInPage();
-    void collect();
-    void takeCollected(const QString &dataUrl);
     void useLiveContents();
     void saveLive(const QString &contents);
     void saveBytes(const QByteArray &bytes);
@@ -48,13 +43,9 @@ private:
     WebPage *m_page;
     PageHold m_hold;
     QPointer<QProgressDialog> m_progress;
-    QTimer m_limit;
     QString m_file;
-    /// Of the script in the page.
-    int m_number;
+    SourceReader *m_reader;
     Otherwise m_otherwise;
-    /// The live contents were.
-    bool m_asked = false;
     /// Told, or cancelled: what comes now is too late.
     bool m_over = false;
 };

@@ -152,6 +152,7 @@ private:
     void useChange(const QString &text) override;
     void soundChange(PageSound sound) override;
     void wanted() override;
+    void sourceWanted() override;
     void wakeWanted() override { wake(); }
     void contextMenuWanted(const ContextTarget &target) override { emit menuWanted(target); }
     void contextMenuOver() override { emit menuOver(); }

@@ -207,6 +207,13 @@ void BrowserWindow::wanted()
     emit frontWanted();
 }
 
+/// The command is for the window in front.
+void BrowserWindow::sourceWanted()
+{
+    emit frontWanted();
+    m_frame.run(u"mnuViewSource"_s);
+}
+
 void BrowserWindow::gotFocus()
 {
     if (m_frame.windowTabs().isPressed(tabKey()))

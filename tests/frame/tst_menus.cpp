@@ -91,7 +91,7 @@ void tst_Menus::menuHoldsItsItemsInOrder_data()
         << u"mnuViewSearchBar|Search Bar;mnuViewBar0|-;mnuViewFontSize|Font Size;"
            "mnuViewToolBar|Tool Bar;mnuViewBar1|-;mnuViewRefresh|&Refresh;"
            "mnuViewDocumentHTML|&Document HTML;mnuViewBar2|-;mnuViewZoom|&Zoom;"
-           "mnuViewFullScreen|F&ull Screen"_s;
+           "mnuViewFullScreen|F&ull Screen;mnuViewSource|Source As It Came"_s;
     QTest::newRow("zoom") << u"mnuViewZoom"_s
         << u"mnuViewZoomIn|&Larger;mnuViewZoomOut|&Smaller;mnuViewZoomUsual|&Usual Size"_s;
     QTest::newRow("font size") << u"mnuViewFontSize"_s

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PageSource.h"
 #include "WebBrowser.h"
 #include "WebBrowserMaker.h"
 
@@ -94,6 +95,7 @@ public:
         ++markupAsked;
         done(markup);
     }
+    void readSource(const std::function<void(const PageSource &)> &done) override { done(source); }
     bool isBusy() const override { return busy; }
     Arrival arrivedBy() const override { return arrival; }
     WindowRequest currentRequest() const override { return request; }
@@ -119,6 +121,7 @@ public:
     QList<QRect> moves;
     QString location;
     QString markup;
+    PageSource source;
     QVariant result;
     PageState state;
     SleepLimit sleepLimit = SleepLimit::Nothing;

@@ -270,7 +270,8 @@ void tst_MenuItems::describeView()
     m_items[u"mnuViewZoomUsual"_s] = {[this] { m_session->choose("mnuViewFontSize24"); },
                                       [this] { return page().zoomFactor() == 1; }};
     m_items[u"mnuViewFullScreen"_s] = {{}, [this] { return m_session->frame->isFullScreen(); }};
-    m_items[u"mnuViewDocumentHTML"_s] = {{}, [] { return Forms::named("frmSource").size() == 1; }};
+    for (const QString &item : {u"mnuViewDocumentHTML"_s, u"mnuViewSource"_s})
+        m_items[item] = {{}, [] { return Forms::named("frmSource").size() == 1; }};
 }
 
 /// A check mark that comes with the effect, or goes with it.

@@ -163,15 +163,20 @@ void tst_pagemenu::pageItself()
 {
     open("<p>text");
     QMenu *menu = menuOn(u"beside"_s);
-    QCOMPARE(lines(menu),
-             (QStringList{u"mnuPageReload"_s, u"mnuPageSave"_s, u"mnuPagePrint"_s,
-                          u"mnuPageSource"_s, u"mnuPageTools"_s, u"mnuPageLinkWindow"_s}));
+    QCOMPARE(
+        lines(menu),
+        (QStringList{u"mnuPageReload"_s, u"mnuPageSave"_s, u"mnuPagePrint"_s, u"mnuPageSource"_s,
+                     u"mnuPageSourceCame"_s, u"mnuPageTools"_s, u"mnuPageLinkWindow"_s}));
     QCOMPARE(line(menu, "mnuPageReload")->text(), u"&Reload"_s);
     QVERIFY(!menu->actions().first()->isSeparator() && !menu->actions().last()->isSeparator());
     choose(menu, "mnuPageReload");
     QTRY_COMPARE(m_session->server.count("/home"), 2);
+    QTRY_VERIFY(m_session->shows(url(u"/home"_s)));
     choose(menuOn(u"beside"_s), "mnuPageSource");
     QTRY_COMPARE(Forms::named("frmSource").size(), 1);
+    m_session->frame->activateWindow();
+    choose(menuOn(u"beside"_s), "mnuPageSourceCame");
+    QTRY_COMPARE(Forms::named("frmSource").size(), 2);
 }
 
 void tst_pagemenu::stepsOfThePage()

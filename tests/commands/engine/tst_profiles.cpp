@@ -123,9 +123,8 @@ void tst_Profiles::sourceOfAPageComesBackAsThat()
     QCOMPARE(m_session->location(), addresses.at(0));
     m_session->frame->openBrowserWindow(addresses.at(1), WindowState::AsOthers);
     QTRY_VERIFY(allShown());
-    m_session->active()->findChild<QWebEngineView *>()->page()->triggerAction(
-        QWebEnginePage::ViewSource);
-    QTRY_COMPARE(m_session->windows(), 3);
+    m_session->frame->openBrowserWindow(addresses.at(2), WindowState::AsOthers);
+    QCOMPARE(m_session->windows(), 3);
     QTRY_VERIFY(allShown());
     const QString file = m_session->folder.file(u"Profiles/day.orp"_s);
     setFileDialogAnswerer([file](const FileDialogRequest &) -> std::optional<FileDialogAnswer> {
