@@ -14,6 +14,7 @@
 #include "InternetAdvancedPage.h"
 #include "InternetGeneralPage.h"
 #include "InternetSitesPage.h"
+#include "InternetSpellingPage.h"
 #include "NotSaved.h"
 #include "OptionsButtons.h"
 #include "Texts.h"
@@ -43,6 +44,7 @@ InternetOptionsDialog::InternetOptionsDialog(QWidget *owner)
     , m_pages(new QTabWidget)
     , m_general(new InternetGeneralPage(*m_data))
     , m_advanced(new InternetAdvancedPage)
+    , m_spelling(new InternetSpellingPage)
 {
     setObjectName("frmInternetOptions"_L1);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -53,6 +55,7 @@ InternetOptionsDialog::InternetOptionsDialog(QWidget *owner)
     m_pages->addTab(m_general, texts.at<"FrameGeneral", "&General">());
     m_pages->addTab(m_advanced, texts.at<"FrameAdvanced", "&Advanced">());
     m_pages->addTab(new InternetSitesPage, texts.at<"FrameSites", "S&ites">());
+    m_pages->addTab(m_spelling, texts.at<"FrameSpelling", "Spelling">());
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_pages);
     layout->addWidget(makeButtons());
@@ -62,6 +65,7 @@ InternetOptionsDialog::InternetOptionsDialog(QWidget *owner)
     const EngineOptions options = EngineOptions::read();
     m_general->fill(options);
     m_advanced->fill(options);
+    m_spelling->fill(options);
     // By itself a dialog takes no more than two thirds of the screen.
     const QSize room = screen()->availableSize() - QSize(0, roomForTitle);
     resize(sizeHint().boundedTo(room));
@@ -107,6 +111,7 @@ bool InternetOptionsDialog::applyOptions()
     EngineOptions options;
     m_general->collect(options);
     m_advanced->collect(options);
+    m_spelling->collect(options);
     const WriteResult result = options.write();
     m_data->use(options);
     if (!result)

@@ -6,6 +6,7 @@ class EngineData;
 class Frame;
 class InternetAdvancedPage;
 class InternetGeneralPage;
+class InternetSpellingPage;
 class QTabWidget;
 
 /// The internet options of a platform without a control panel for them: what the engine keeps, and
@@ -32,4 +33,5 @@ private:
     QTabWidget *m_pages;
     InternetGeneralPage *m_general;
     InternetAdvancedPage *m_advanced;
+    InternetSpellingPage *m_spelling;
 };

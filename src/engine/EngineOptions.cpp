@@ -30,6 +30,7 @@ constexpr Switch switches[] = {
     {"Images", &EngineOptions::images},
     {"PdfInPage", &EngineOptions::pdfInPage},
     {"HardwareRendering", &EngineOptions::hardwareRendering},
+    {"Spelling", &EngineOptions::spelling},
 };
 
 struct Number {
@@ -72,6 +73,7 @@ constexpr Text texts[] = {
     {"Languages", &EngineOptions::languages, EngineOptionText::isLanguageList},
     {"UserAgent", &EngineOptions::userAgent, EngineOptionText::isUserAgent},
     {"DownloadFolder", &EngineOptions::downloadFolder, EngineOptionText::isFolder},
+    {"Dictionaries", &EngineOptions::dictionaries, EngineOptionText::isLanguageList},
 };
 
 constexpr char proxyKey[] = "Proxy";

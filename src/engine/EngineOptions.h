@@ -49,6 +49,11 @@ struct EngineOptions {
     /// Absolute; empty: the desktop's.
     QString downloadFolder;
 
+    /// What is typed into pages is checked.
+    bool spelling = true;
+    /// By these, as language tags with commas between; empty: by those of the desktop's languages.
+    QString dictionaries;
+
     /// The proxy is one of the user's, at `proxyHost`.
     bool usesOwnProxy() const { return proxy == Proxy::Http || proxy == Proxy::Socks5; }
 

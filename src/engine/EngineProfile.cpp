@@ -1,6 +1,7 @@
 #include "EngineProfile.h"
 
 #include "AppFolder.h"
+#include "Dictionaries.h"
 #include "EngineOptions.h"
 #include "EngineSetup.h"
 #include "EngineSwitches.h"
@@ -54,6 +55,7 @@ QWebEngineProfile *makeProfile()
     EngineSetup::prepare(EngineOptions::read());
     // The first profile starts the engine.
     const EngineSwitches switches(coloursOfPages());
+    Dictionaries::announce();
     const QString name = profileName();
     const QString inFolder = "/QtWebEngine/"_L1 + name;
     const QString data =

@@ -4,6 +4,7 @@
 #include "DesktopLanguages.h"
 #include "EngineOptions.h"
 #include "EngineVersion.h"
+#include "Spelling.h"
 
 #include <QNetworkProxy>
 #include <QStringList>
@@ -98,6 +99,7 @@ void start(QWebEngineProfile *profile, const EngineOptions &options)
     CookiePolicy::instance().setRefusesThirdParty(options.refuseThirdPartyCookies);
     profile->setHttpAcceptLanguage(
         acceptLanguage(options.languages.isEmpty() ? DesktopLanguages::list() : options.languages));
+    Spelling::use(profile, options);
     if (options == EngineOptions())
         return;
     useSettings(*profile->settings(), options);
@@ -111,6 +113,7 @@ void change(QWebEngineProfile *profile, const EngineOptions &options)
 {
     CookiePolicy::instance().setRefusesThirdParty(options.refuseThirdPartyCookies);
     useSettings(*profile->settings(), options);
+    Spelling::use(profile, options);
     useProxy(options);
 }
 

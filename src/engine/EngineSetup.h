@@ -8,7 +8,8 @@ struct EngineOptions;
 namespace EngineSetup {
 /// Before there is a profile.
 void prepare(const EngineOptions &options);
-/// Before the first page of `profile`. Options as they come leave all but its languages alone.
+/// Before the first page of `profile`. Options as they come leave all but its
+/// languages and the spelling alone.
 void start(QWebEngineProfile *profile, const EngineOptions &options);
 /// At any time: what open pages and later loads take up. The rest waits for the next start.
 void change(QWebEngineProfile *profile, const EngineOptions &options);

@@ -4,6 +4,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSpinBox>
@@ -62,6 +63,11 @@ private slots:
     void whatCannotBeKeptIsTold_data();
     void whatCannotBeKeptIsTold();
     void rubbishInTheFileIsSurvived();
+    void dictionariesAreTicked();
+    void dictionariesOfTheDesktopNeedNoNames();
+    void withoutATickNothingIsChecked();
+    void dictionaryThatIsNotThereIsKept();
+    void withoutADictionaryItSaysSo();
 
 private:
     void open(const char *item = "mnuToolsInternetOptions") { m_program->choose(item); }
@@ -77,6 +83,24 @@ private:
     static void click(const char *name)
     {
         QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton);
+    }
+    static QStringList ticked()
+    {
+        QStringList tags;
+        const auto *list = find<QListWidget>("lstDictionaries");
+        for (int i = 0; i < list->count(); ++i) {
+            if (list->item(i)->checkState() == Qt::Checked)
+                tags.append(list->item(i)->data(Qt::UserRole).toString());
+        }
+        return tags;
+    }
+    static void tick(const QString &tag, Qt::CheckState state)
+    {
+        const auto *list = find<QListWidget>("lstDictionaries");
+        for (int i = 0; i < list->count(); ++i) {
+            if (list->item(i)->data(Qt::UserRole) == tag)
+                list->item(i)->setCheckState(state);
+        }
     }
     static int page() { return find<QTabWidget>("tabPages")->currentIndex(); }
     static QTreeWidget *tree() { return find<QTreeWidget>("lstCookies"); }
@@ -97,6 +121,8 @@ private:
     std::unique_ptr<ProgramWithoutEngine> m_program;
     std::unique_ptr<FakeData> m_data;
     QByteArray m_path;
+    const QByteArray m_dataFolders = qgetenv("XDG_DATA_DIRS");
+    const QByteArray m_locale = qgetenv("LC_ALL");
 };
 
 namespace {
@@ -118,6 +144,11 @@ void tst_InternetOptions::init()
 {
     m_path = qgetenv("PATH");
     m_program = std::make_unique<ProgramWithoutEngine>();
+    // As a system with two dictionaries.
+    qputenv("XDG_DATA_DIRS", m_program->folder.file(u"share"_s).toUtf8());
+    qputenv("LC_ALL", "de_DE.UTF-8");
+    for (const auto &name : {u"de_DE"_s, u"pl"_s})
+        m_program->folder.write(u"share/hunspell-bdic/%1.bdic"_s.arg(name), "words");
     QVERIFY(m_program->folder.isValid());
     // A machine that has the platform's command must not start it.
     qputenv("PATH", m_program->folder.file(u"bin"_s).toUtf8());
@@ -130,6 +161,8 @@ void tst_InternetOptions::cleanup()
     m_program.reset();
     m_data.reset();
     qputenv("PATH", m_path);
+    qputenv("XDG_DATA_DIRS", m_dataFolders);
+    qputenv("LC_ALL", m_locale);
 }
 
 void tst_InternetOptions::fakePanel(const QByteArray &script) const
@@ -571,7 +604,8 @@ void tst_InternetOptions::keyboardOrderIsTopToBottom()
                           u"cboProxy"_s,      u"txtProxyHost"_s,     u"txtProxyPort"_s,
                           u"txtLanguages"_s,  u"txtUserAgent"_s,     u"txtDownloads"_s,
                           u"cmdBrowse"_s,     u"txtSleepAfter"_s,    u"txtSleepMemory"_s,
-                          u"lstSites"_s,      u"cmdRemoveSite"_s,    u"cmdRemoveAllSites"_s}));
+                          u"lstSites"_s,      u"cmdRemoveSite"_s,    u"cmdRemoveAllSites"_s,
+                          u"chkSpelling"_s,   u"lstDictionaries"_s}));
 }
 
 void tst_InternetOptions::everyControlHasAName()
@@ -620,6 +654,71 @@ void tst_InternetOptions::whatCannotBeKeptIsTold()
     QVERIFY2(message->text().contains("\n\n"_L1), "it says why");
     QCOMPARE(m_data->newest->used.size(), 1);
     QVERIFY2(!m_data->newest->used.first().scripts, "what acts at once still acts");
+}
+
+void tst_InternetOptions::dictionariesAreTicked()
+{
+    open();
+    QVERIFY(find<QCheckBox>("chkSpelling")->isChecked());
+    QCOMPARE(ticked(), QStringList(u"de-DE"_s));
+    tick(u"pl"_s, Qt::Checked);
+    click("cmdSave");
+    QTRY_VERIFY(!form());
+    QCOMPARE(stored("Dictionaries"), u"de-DE,pl"_s);
+    QCOMPARE(m_data->newest->used.last().dictionaries, u"de-DE,pl"_s);
+    open();
+    QCOMPARE(ticked(), QStringList({u"de-DE"_s, u"pl"_s}));
+    find<QCheckBox>("chkSpelling")->setChecked(false);
+    QVERIFY(!find<QListWidget>("lstDictionaries")->isEnabled());
+    click("cmdSave");
+    QTRY_VERIFY(!form());
+    QCOMPARE(stored("Spelling"), u"False"_s);
+    QCOMPARE(stored("Dictionaries"), u"de-DE,pl"_s);
+}
+
+/// They follow when the desktop speaks another language.
+void tst_InternetOptions::dictionariesOfTheDesktopNeedNoNames()
+{
+    open();
+    tick(u"pl"_s, Qt::Checked);
+    tick(u"pl"_s, Qt::Unchecked);
+    click("cmdSave");
+    QTRY_VERIFY(!form());
+    QCOMPARE(stored("Dictionaries"), QString());
+    QVERIFY(EngineOptions::read().spelling);
+}
+
+void tst_InternetOptions::withoutATickNothingIsChecked()
+{
+    open();
+    tick(u"de-DE"_s, Qt::Unchecked);
+    click("cmdSave");
+    QTRY_VERIFY(!form());
+    QVERIFY(!EngineOptions::read().spelling);
+}
+
+void tst_InternetOptions::dictionaryThatIsNotThereIsKept()
+{
+    EngineOptions options;
+    options.dictionaries = u"fr-FR,pl"_s;
+    QVERIFY(options.write());
+    open();
+    QCOMPARE(ticked(), QStringList(u"pl"_s));
+    click("cmdSave");
+    QTRY_VERIFY(!form());
+    QCOMPARE(EngineOptions::read(), options);
+}
+
+void tst_InternetOptions::withoutADictionaryItSaysSo()
+{
+    qputenv("XDG_DATA_DIRS", m_program->folder.file(u"empty"_s).toUtf8());
+    open();
+    find<QTabWidget>("tabPages")->setCurrentIndex(3);
+    QVERIFY(find<QLabel>("lblNoDictionary")->isVisible());
+    QVERIFY(!find<QCheckBox>("chkSpelling")->isEnabled());
+    click("cmdSave");
+    QTRY_VERIFY(!form());
+    QCOMPARE(EngineOptions::read(), EngineOptions());
 }
 
 void tst_InternetOptions::rubbishInTheFileIsSurvived()
