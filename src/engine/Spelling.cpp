@@ -3,6 +3,7 @@
 #include "Dictionaries.h"
 #include "EngineOptions.h"
 
+#include <QVariant>
 #include <QWebEngineProfile>
 
 using namespace Qt::StringLiterals;

@@ -168,10 +168,11 @@ WriteResult forgetAll()
     return changeIniFile(path(), [](const QByteArray &old) {
         QByteArray bytes = old;
         const QList<IniText::Section> sections = IniText::sections(old);
-        for (auto each = sections.crbegin(); each != sections.crend(); ++each) {
-            if (isOfSites(*each))
-                bytes.remove(each->begin, each->keysEnd - each->begin);
-        }
+        // From the end, so that the places before it stay right.
+        std::for_each(sections.crbegin(), sections.crend(), [&bytes](const IniText::Section &each) {
+            if (isOfSites(each))
+                bytes.remove(each.begin, each.keysEnd - each.begin);
+        });
         return bytes;
     });
 }

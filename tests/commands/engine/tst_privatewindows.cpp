@@ -9,6 +9,7 @@
 #include "PageAsks.h"
 #include "PageCertificates.h"
 #include "PageHold.h"
+#include "Patience.h"
 #include "PrivateProfiles.h"
 #include "Profiles.h"
 #include "SitePermissions.h"

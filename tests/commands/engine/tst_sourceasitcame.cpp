@@ -2,6 +2,7 @@
 #include "Answer.h"
 #include "EngineTest.h"
 #include "PageAsks.h"
+#include "Patience.h"
 #include "RichTextBox.h"
 #include "SourceEditor.h"
 #include "SourceWindow.h"
