@@ -108,7 +108,7 @@ void tst_InternetSites::pageStandsBehindTheOthers()
 {
     m_program->choose("mnuToolsInternetOptions");
     const auto *pages = find<QTabWidget>("tabPages");
-    QCOMPARE(pages->count(), 3);
+    QVERIFY(pages->count() > 2);
     QCOMPARE(pages->currentIndex(), 0);
     QCOMPARE(pages->tabText(2).remove(u'&'), u"Sites"_s);
 }

@@ -305,7 +305,14 @@ void tst_pagequestions::restIsUsableMeanwhile()
 
 void tst_pagequestions::endlessAlertsCanBeEnded()
 {
-    const WhenAsked asked(m_form, [](PageQuestionBox *box) {
+    int waits = 0;
+    const WhenAsked asked(m_form, [&waits](PageQuestionBox *box) {
+        // The test's own waiting takes so long over a thousand that the page is called silent.
+        if (QPushButton *wait = PageAsks::no(box)) {
+            ++waits;
+            PageAsks::press(wait);
+            return;
+        }
         if (QCheckBox *noMore = PageAsks::noMore(box)) {
             QVERIFY(!noMore->accessibleName().isEmpty());
             noMore->click();
@@ -315,10 +322,10 @@ void tst_pagequestions::endlessAlertsCanBeEnded()
     start(u"for (let i = 0; i < 1000; i++) alert(i); document.title = 'after'"_s);
     // Each goes to the page's process and back, which takes its turns where others are busy.
     QTRY_COMPARE_WITH_TIMEOUT(title(), u"after"_s, 100'000);
-    QCOMPARE(asked.count(), 2);
+    QCOMPARE(asked.count() - waits, 2);
     start(u"document.title = 'said ' + confirm() + prompt()"_s);
     QTRY_COMPARE(title(), u"said falsenull"_s);
-    QCOMPARE(asked.count(), 2);
+    QCOMPARE(asked.count() - waits, 2);
 }
 
 /// A page that goes on for ever after it has been shut up: the window can be left and closed, and
