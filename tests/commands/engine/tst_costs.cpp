@@ -183,8 +183,9 @@ void tst_Costs::typedTextIsAskedAbout()
     QVERIFY(form);
     QWidget *field = form->findChild<QWebEngineView *>()->focusProxy();
     QTRY_VERIFY(field->hasFocus());
-    QTest::keyClicks(field, u"abc"_s);
-    QTRY_COMPARE(form->browser()->maySleep(), SleepLimit::Much);
+    // The engine drops keys before it has painted.
+    QTRY_VERIFY(
+        (QTest::keyClick(field, Qt::Key_A), form->browser()->maySleep() == SleepLimit::Much));
     m_session->choose("mnuToolsCosts");
     QTRY_VERIFY(rowOf(u"form"_s) >= 0);
     choose(u"form"_s);
