@@ -4,6 +4,7 @@
 #include "Forms.h"
 #include "Frame.h"
 #include "MdiArea.h"
+#include "MsgBox.h"
 #include "ShownAddress.h"
 #include "TabStrip.h"
 #include "Texts.h"
@@ -22,6 +23,8 @@ namespace {
 
 // Widest caption in the list of windows, in average letters.
 constexpr int captionLetters = 50;
+// Addresses dropped at once that open without a question.
+constexpr int mostUnasked = 15;
 
 /// One column that scrolls, where a style would make a long menu several columns wide.
 class ScrollingMenuStyle : public QProxyStyle {
@@ -116,6 +119,22 @@ void openInNewWindows(Frame &frame, const QStringList &addresses)
     });
 }
 
+/// Somebody who drags a folder's worth of files may have meant one of them.
+void openDropped(Frame &frame, const QStringList &addresses)
+{
+    if (addresses.size() <= mostUnasked) {
+        openInNewWindows(frame, addresses);
+        return;
+    }
+    const QString question =
+        Texts<"frmMain">::at<"strOpenMany", "Do you want to open %1 new windows?">().arg(
+            addresses.size());
+    MsgBox::ask(frame.window(), question, {}, [&frame, addresses](MsgBox::Answer answer) {
+        if (answer == MsgBox::Answer::Yes)
+            openInNewWindows(frame, addresses);
+    });
+}
+
 }
 
 void activateTab(Frame &frame, const QString &key)
@@ -156,9 +175,8 @@ void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
         if (InnerWindow *window = windowOfTab(key))
             window->close();
     });
-    QObject::connect(
-        &strip, &TabStrip::addressesDropped, &strip,
-        [&frame](const QStringList &addresses) { openInNewWindows(frame, addresses); });
+    QObject::connect(&strip, &TabStrip::addressesDropped, &strip,
+                     [&frame](const QStringList &addresses) { openDropped(frame, addresses); });
     QObject::connect(&strip, &TabStrip::tabMoved, &strip, [&strip] {
         QList<QWidget *> windows;
         for (const QString &key : strip.keys())

@@ -1,6 +1,8 @@
+#include <QAbstractButton>
 #include <QDir>
 #include <QLineEdit>
 #include <QMdiArea>
+#include <QMessageBox>
 #include <QtTest>
 
 #include "AddressBox.h"
@@ -36,6 +38,8 @@ private slots:
     void stripTakesACopyOrALink();
     void stripRefusesScriptsAndMail();
     void stripOpensWhatIsDroppedOnATab();
+    void stripAsksBeforeItOpensMany_data();
+    void stripAsksBeforeItOpensMany();
     void addressBarTakesTheAddress_data();
     void addressBarTakesTheAddress();
     void addressBarOfAFrameBehindTakesTheAddress();
@@ -243,6 +247,36 @@ void tst_FrameDrop::stripOpensWhatIsDroppedOnATab()
 {
     QVERIFY(DragAndDrop({QUrl(u"http://one.example/"_s)}).drop(place(u"tab"_s)));
     QTRY_COMPARE(browserForms().size(), 2);
+}
+
+void tst_FrameDrop::stripAsksBeforeItOpensMany_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QMessageBox::StandardButton>("answer");
+    QTest::newRow("few") << 15 << QMessageBox::NoButton;
+    QTest::newRow("many, yes") << 16 << QMessageBox::Yes;
+    QTest::newRow("many, no") << 16 << QMessageBox::No;
+    QTest::newRow("a thousand, no") << 1000 << QMessageBox::No;
+}
+
+void tst_FrameDrop::stripAsksBeforeItOpensMany()
+{
+    QFETCH(const int, number);
+    QFETCH(const QMessageBox::StandardButton, answer);
+    QList<QUrl> urls;
+    for (int i = 0; i < number; ++i)
+        urls.append(QUrl(u"http://one.example/%1"_s.arg(i)));
+    const qsizetype before = browserForms().size();
+    QVERIFY(DragAndDrop(urls).drop(strip()));
+    const auto *box = m_frame->findChild<QMessageBox *>();
+    QCOMPARE(box != nullptr, answer != QMessageBox::NoButton);
+    if (box) {
+        QVERIFY(box->text().contains(QString::number(number)));
+        QCOMPARE(browserForms().size(), before);
+        box->button(answer)->click();
+    }
+    QTRY_VERIFY(!m_frame->findChild<QMessageBox *>());
+    QTRY_COMPARE(browserForms().size(), answer == QMessageBox::No ? before : before + number);
 }
 
 void tst_FrameDrop::addressBarTakesTheAddress_data()
