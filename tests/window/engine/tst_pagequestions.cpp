@@ -28,6 +28,8 @@ private slots:
     void confirmAndPrompt();
     void tabStaysInside();
     void longMessageFits();
+    void tenMegabytesAreCut_data();
+    void tenMegabytesAreCut();
     void frameIsNamed();
     void frameWithoutASiteDoesNotSpeakForThePage_data();
     void frameWithoutASiteDoesNotSpeakForThePage();
@@ -205,6 +207,31 @@ void tst_pagequestions::longMessageFits()
     });
     start(u"alert('word '.repeat(200000)); document.title = 'after'"_s);
     QTRY_COMPARE(title(), u"after"_s);
+}
+
+void tst_pagequestions::tenMegabytesAreCut_data()
+{
+    QTest::addColumn<QString>("call");
+    QTest::addColumn<QString>("result");
+    const QString text = u"'\u202e\u0430W'.repeat(1e7 / 3)"_s;
+    QTest::newRow("alert") << u"alert(%1)"_s.arg(text) << u"undefined"_s;
+    QTest::newRow("confirm") << u"confirm(%1)"_s.arg(text) << u"true"_s;
+    QTest::newRow("prompt") << u"(prompt(%1, %1).length < 1e4)"_s.arg(text) << u"true"_s;
+}
+
+/// Painting all of it would hold the program.
+void tst_pagequestions::tenMegabytesAreCut()
+{
+    QFETCH(const QString, call);
+    QFETCH(const QString, result);
+    const WhenAsked asked(m_form, [this](PageQuestionBox *box) {
+        QCOMPARE(PageAsks::textOf(box).size(), 2000);
+        QVERIFY(m_form->rect().contains(QRect(box->mapTo(m_form, QPoint()), box->size())));
+        PageAsks::press(PageAsks::yes(box));
+    });
+    start("document.title = 'got ' + "_L1 + call);
+    QTRY_COMPARE(title(), "got "_L1 + result);
+    QCOMPARE(asked.count(), 1);
 }
 
 void tst_pagequestions::frameIsNamed()

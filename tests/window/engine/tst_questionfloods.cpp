@@ -1,4 +1,6 @@
 #include <QMdiArea>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 #include <QWebEngineView>
 
@@ -26,6 +28,7 @@ private slots:
     void fullScreenWaitsForTheAnswer();
     void fiftyWindowsAskAtOnce();
     void fiftyWindowsHaveAMessage();
+    void askerWithoutANameIsWritten();
 
 private:
     QWebEngineView *view() const
@@ -225,6 +228,27 @@ void tst_questionfloods::fiftyWindowsHaveAMessage()
     PageLife::dropAll();
     for (const BrowserWindow *each : windows)
         QCOMPARE(PageAsks::countIn(each), 0);
+}
+
+/// As the address bar writes it, port included.
+void tst_questionfloods::askerWithoutANameIsWritten()
+{
+    QTcpServer server;
+    if (!server.listen(QHostAddress::LocalHostIPv6))
+        QSKIP("this machine has no IPv6");
+    connect(&server, &QTcpServer::newConnection, this, [&server] {
+        QTcpSocket *socket = server.nextPendingConnection();
+        connect(socket, &QTcpSocket::readyRead, socket, [socket] {
+            socket->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 20\r\n"
+                          "Connection: close\r\n\r\n<title>six</title>ok");
+            socket->disconnectFromHost();
+        });
+    });
+    const QString site = u"http://[::1]:%1"_s.arg(server.serverPort());
+    m_form = m_scene->frame.open(site + u'/', true);
+    QTRY_COMPARE(title(), u"six"_s);
+    askToPrint();
+    QCOMPARE(PageAsks::askerOf(PageAsks::shownIn(m_form)), site);
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_questionfloods)
