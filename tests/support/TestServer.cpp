@@ -127,6 +127,8 @@ void TestServer::start()
         while (QTcpSocket *socket = m_server->nextPendingConnection())
             accept(socket);
     });
+    // Of a secure server, also those that the client has left before they were proven.
+    m_server->setMaxPendingConnections(1000);
     m_server->listen(QHostAddress::LocalHost);
 }
 

@@ -4,15 +4,20 @@
 #include "CertificateNotice.h"
 #include "EngineTest.h"
 #include "PageAsks.h"
+#include "PageLife.h"
 #include "PageProperties.h"
 #include "PopupScene.h"
 #include "StatusStrip.h"
 #include "TestCertificates.h"
 
+#include <QEventLoop>
 #include <QLabel>
 #include <QListWidget>
+#include <QMdiArea>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 using TestCertificates::Shape;
@@ -34,6 +39,7 @@ private slots:
     void serverThatIsGoneIsSaid();
     void dialogGoesWithItsWindow();
     void hundredPopupsToBadHosts();
+    void fiftyWindowsOfTheUsers();
     void openerCannotPressGoOn();
     void pageThatClosesItself();
     void windowClosedWhileShown();
@@ -72,6 +78,21 @@ private:
         QVERIFY(button);
         QTRY_VERIFY(button->isEnabled());
         button->click();
+    }
+    /// The library's own waiting does one round of events in ten milliseconds, in which the
+    /// animations of many windows leave the engine no turn.
+    static void waitInLoop(const std::function<bool()> &came)
+    {
+        QEventLoop loop;
+        QTimer looks;
+        QObject::connect(&looks, &QTimer::timeout, &loop, [&] {
+            if (came())
+                loop.quit();
+        });
+        looks.start(50);
+        QTimer::singleShot(PopupScene::patience, &loop, &QEventLoop::quit);
+        loop.exec();
+        QVERIFY(came());
     }
     static CertificateDetails *detailsIn(const BrowserWindow *form)
     {
@@ -239,6 +260,27 @@ void tst_certificatewindows::hundredPopupsToBadHosts()
     QVERIFY(!noticeIn(opener));
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(m_bad->requests().size(), 0);
+}
+
+/// As a network that asks for a sign-in of its own gives them. Each tells of its own, one goes on
+/// for itself alone, and all end with the program.
+void tst_certificatewindows::fiftyWindowsOfTheUsers()
+{
+    QList<BrowserWindow *> windows;
+    for (int i = 0; i < 50; ++i)
+        windows.append(m_scene->frame.open(m_bad->url(u"/a"_s, u"site%1.localhost"_s.arg(i))));
+    for (const BrowserWindow *each : windows)
+        waitInLoop([each] { return noticeIn(each); });
+    QVERIFY(!QApplication::activeModalWidget());
+    for (const int at : {10, 20}) {
+        m_scene->frame.area->setActiveSubWindow(windows.at(at));
+        goOn(windows.at(at));
+        QTRY_COMPARE(windows.at(at)->windowTitle(), u"Secret"_s);
+    }
+    QCOMPARE(m_bad->count("/a"), 2);
+    PageLife::dropAll();
+    for (const BrowserWindow *each : windows)
+        QVERIFY(!noticeIn(each));
 }
 
 /// It sends its window there and back, and there again: each notice begins its time anew.
