@@ -1,6 +1,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QWebEnginePage>
+#include <chrono>
 #include <csignal>
 
 #include "../Session.h"
@@ -8,9 +9,11 @@
 #include "ProfilePages.h"
 #include "QtWebBrowser.h"
 #include "ScreenReader.h"
+#include "WaitInLoop.h"
 #include "WebPage.h"
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 /// The program goes on whatever a screen reader reads while windows and pages come and go, and
 /// what stands on a page can be read.
@@ -112,7 +115,7 @@ void tst_ScreenReader::sleepingWindowsAreReadAgain()
 {
     QFETCH(int, count);
     openProfile(count);
-    QTRY_VERIFY_WITH_TIMEOUT(isLoaded(), 180'000);
+    QVERIFY(waitInLoop([this] { return isLoaded(); }, 180s));
     read();
     QVERIFY(m_reader->met() > 3 * count);
     for (int i = 1; i <= 5; ++i) {
@@ -127,7 +130,7 @@ void tst_ScreenReader::windowsSleepAndWake()
 {
     constexpr int count = 60;
     openProfile(count);
-    QTRY_VERIFY_WITH_TIMEOUT(isLoaded(), 180'000);
+    QVERIFY(waitInLoop([this] { return isLoaded(); }, 90s));
     // Some fall asleep when all have come.
     const auto asleep = [] {
         const QList<BrowserWindow *> windows = browserForms();
@@ -141,11 +144,14 @@ void tst_ScreenReader::windowsSleepAndWake()
         const auto isAwake = [this] {
             read();
             const QList<BrowserWindow *> windows = browserForms();
+            // What nobody has gone to may fall asleep once more.
+            for (BrowserWindow *each : windows)
+                each->wake();
             return std::all_of(windows.cbegin(), windows.cend(), [](const BrowserWindow *each) {
                 return each->browser()->hasDocument() && !each->browser()->isBusy();
             });
         };
-        QTRY_VERIFY_WITH_TIMEOUT(isAwake(), 180'000);
+        QVERIFY(waitInLoop(isAwake, 90s));
         for (BrowserWindow *window : browserForms()) {
             window->fallAsleep();
             QVERIFY(window->isAsleep());
@@ -164,7 +170,7 @@ void tst_ScreenReader::profileIsReadWhileItLoads()
         read();
         return isLoaded();
     };
-    QTRY_VERIFY_WITH_TIMEOUT(readOn(), 180'000);
+    QVERIFY(waitInLoop(readOn, 180s));
     read();
 }
 

@@ -9,15 +9,14 @@
 #include "PopupScene.h"
 #include "StatusStrip.h"
 #include "TestCertificates.h"
+#include "WaitInLoop.h"
 
-#include <QEventLoop>
 #include <QLabel>
 #include <QListWidget>
 #include <QMdiArea>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTimer>
-#include <functional>
+#include <chrono>
 
 using namespace Qt::StringLiterals;
 using TestCertificates::Shape;
@@ -78,21 +77,6 @@ private:
         QVERIFY(button);
         QTRY_VERIFY(button->isEnabled());
         button->click();
-    }
-    /// The library's own waiting does one round of events in ten milliseconds, in which the
-    /// animations of many windows leave the engine no turn.
-    static void waitInLoop(const std::function<bool()> &came)
-    {
-        QEventLoop loop;
-        QTimer looks;
-        QObject::connect(&looks, &QTimer::timeout, &loop, [&] {
-            if (came())
-                loop.quit();
-        });
-        looks.start(50);
-        QTimer::singleShot(PopupScene::patience, &loop, &QEventLoop::quit);
-        loop.exec();
-        QVERIFY(came());
     }
     static CertificateDetails *detailsIn(const BrowserWindow *form)
     {
@@ -270,7 +254,8 @@ void tst_certificatewindows::fiftyWindowsOfTheUsers()
     for (int i = 0; i < 50; ++i)
         windows.append(m_scene->frame.open(m_bad->url(u"/a"_s, u"site%1.localhost"_s.arg(i))));
     for (const BrowserWindow *each : windows)
-        waitInLoop([each] { return noticeIn(each); });
+        QVERIFY(waitInLoop([each] { return noticeIn(each); },
+                           std::chrono::milliseconds(PopupScene::patience)));
     QVERIFY(!QApplication::activeModalWidget());
     for (const int at : {10, 20}) {
         m_scene->frame.area->setActiveSubWindow(windows.at(at));
