@@ -134,8 +134,8 @@ public:
     virtual void beforeNavigate2(const QString &url, int &flags, bool &cancel) = 0;
     /// A page asks for a window: `target` is the engine control that is to show it.
     virtual void newWindow2(WebBrowser *&target, bool &cancel) = 0;
-    /// The user dropped several links on the page, and this is not the first.
-    virtual void openLinkInNewWindow(const QString &) { }
+    /// The user dropped several links on the page: all but the first, which opens here.
+    virtual void openLinksInNewWindows(const QStringList &) { }
     /// A navigation ended and brought no page: the window shows what it showed before.
     virtual void navigationGivenUp() { }
     /// The page at `url` is shown from now on (its first bytes have arrived).

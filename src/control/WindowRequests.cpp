@@ -117,14 +117,11 @@ bool WindowRequests::opensDropped(const QUrl &url)
     if (!isMade && (m_dropped.isEmpty() || url != QUrl(m_dropped.first())))
         return false;
     QTimer::singleShot(0, this, [this, addresses = std::exchange(m_dropped, {})] {
-        // Events run while a window opens.
         const QPointer<WindowRequests> self(this);
-        for (qsizetype i = 0; self && i < addresses.size(); ++i) {
-            if (i == 0)
-                emit dropped(addresses.first());
-            else
-                m_listener.tell(&WebBrowserEvents::openLinkInNewWindow, addresses.at(i));
-        }
+        if (!addresses.isEmpty())
+            emit dropped(addresses.first());
+        if (self && addresses.size() > 1)
+            m_listener.tell(&WebBrowserEvents::openLinksInNewWindows, addresses.mid(1));
     });
     return true;
 }

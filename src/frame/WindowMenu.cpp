@@ -1,10 +1,10 @@
 #include "WindowMenu.h"
 
 #include "BrowserWindow.h"
+#include "DroppedWindows.h"
 #include "Forms.h"
 #include "Frame.h"
 #include "MdiArea.h"
-#include "MsgBox.h"
 #include "ShownAddress.h"
 #include "TabStrip.h"
 #include "Texts.h"
@@ -15,7 +15,6 @@
 #include <QMenu>
 #include <QPointer>
 #include <QProxyStyle>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -23,8 +22,6 @@ namespace {
 
 // Widest caption in the list of windows, in average letters.
 constexpr int captionLetters = 50;
-// Addresses dropped at once that open without a question.
-constexpr int mostUnasked = 15;
 
 /// One column that scrolls, where a style would make a long menu several columns wide.
 class ScrollingMenuStyle : public QProxyStyle {
@@ -108,33 +105,6 @@ void listWindows(QMenu &menu, Frame &frame, const MdiArea &area)
     }
 }
 
-/// One at each turn of the event loop: the program that they come from waits for the drop to end.
-void openInNewWindows(Frame &frame, const QStringList &addresses)
-{
-    if (addresses.isEmpty())
-        return;
-    QTimer::singleShot(0, frame.window(), [&frame, addresses] {
-        openBesideActive(frame, addresses.first());
-        openInNewWindows(frame, addresses.mid(1));
-    });
-}
-
-/// Somebody who drags a folder's worth of files may have meant one of them.
-void openDropped(Frame &frame, const QStringList &addresses)
-{
-    if (addresses.size() <= mostUnasked) {
-        openInNewWindows(frame, addresses);
-        return;
-    }
-    const QString question =
-        Texts<"frmMain">::at<"strOpenMany", "Do you want to open %1 new windows?">().arg(
-            addresses.size());
-    MsgBox::ask(frame.window(), question, {}, [&frame, addresses](MsgBox::Answer answer) {
-        if (answer == MsgBox::Answer::Yes)
-            openInNewWindows(frame, addresses);
-    });
-}
-
 }
 
 void activateTab(Frame &frame, const QString &key)
@@ -175,8 +145,11 @@ void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
         if (InnerWindow *window = windowOfTab(key))
             window->close();
     });
-    QObject::connect(&strip, &TabStrip::addressesDropped, &strip,
-                     [&frame](const QStringList &addresses) { openDropped(frame, addresses); });
+    QObject::connect(
+        &strip, &TabStrip::addressesDropped, &strip, [&frame](const QStringList &addresses) {
+            const BrowserWindow *active = activeBrowser(frame);
+            openDropped(frame, addresses, active ? active->privacy() : Privacy::Ordinary);
+        });
     QObject::connect(&strip, &TabStrip::tabMoved, &strip, [&strip] {
         QList<QWidget *> windows;
         for (const QString &key : strip.keys())

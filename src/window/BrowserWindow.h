@@ -139,7 +139,7 @@ private:
     void iconChange(const QIcon &icon) override;
     void beforeNavigate2(const QString &url, int &flags, bool &cancel) override;
     void newWindow2(WebBrowser *&target, bool &cancel) override;
-    void openLinkInNewWindow(const QString &url) override;
+    void openLinksInNewWindows(const QStringList &urls) override;
     void navigationGivenUp() override;
     void navigateComplete2(const QString &url) override;
     void nothingCame() override;

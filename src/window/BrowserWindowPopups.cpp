@@ -1,6 +1,7 @@
 // The windows that pages ask for.
 #include "BlockedList.h"
 #include "BrowserWindow.h"
+#include "DroppedWindows.h"
 #include "EngineVersion.h"
 #include "Frame.h"
 #include "PopupBudget.h"
@@ -131,7 +132,7 @@ void BrowserWindow::renewBudget()
     m_browser->setRefusesUnaskedWindows(false);
 }
 
-void BrowserWindow::openLinkInNewWindow(const QString &url)
+void BrowserWindow::openLinksInNewWindows(const QStringList &urls)
 {
-    m_frame.openWindowLike(m_privacy, url, m_frame.newWindowState());
+    openDropped(m_frame, urls, m_privacy);
 }

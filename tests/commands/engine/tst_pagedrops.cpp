@@ -6,7 +6,9 @@
 #include "PopupScene.h"
 #include "WebView.h"
 
+#include <QAbstractButton>
 #include <QDir>
+#include <QMessageBox>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -20,6 +22,8 @@ private slots:
     void pageOpensWhatIsDropped_data();
     void pageOpensWhatIsDropped();
     void severalOpenHereAndInNewWindows();
+    void manyAreAskedAbout_data();
+    void manyAreAskedAbout();
     void pageMayTakeTheDrop();
     void fieldForFilesTakesThem();
     void takenLinkOpensWhereItSays();
@@ -98,6 +102,37 @@ void tst_pagedrops::severalOpenHereAndInNewWindows()
     QTRY_COMPARE(browserForms().first()->windowTitle(), u"first file"_s);
     QTRY_COMPARE(browserForms().last()->windowTitle(), u"second file"_s);
     QCOMPARE(m_session->windows(), 2);
+}
+
+void tst_pagedrops::manyAreAskedAbout_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QMessageBox::StandardButton>("answer");
+    QTest::newRow("as many as open unasked") << 16 << QMessageBox::NoButton;
+    QTest::newRow("yes") << 17 << QMessageBox::Yes;
+    QTest::newRow("no") << 17 << QMessageBox::No;
+    QTest::newRow("a thousand, no") << 1000 << QMessageBox::No;
+}
+
+/// The first opens here in any case.
+void tst_pagedrops::manyAreAskedAbout()
+{
+    QFETCH(const int, number);
+    QFETCH(const QMessageBox::StandardButton, answer);
+    QList<QUrl> urls;
+    for (int i = 0; i < number; ++i)
+        urls.append(QUrl(url(u"/one?%1"_s.arg(i))));
+    QVERIFY(DragAndDrop(urls).drop(view()));
+    if (answer != QMessageBox::NoButton) {
+        QMessageBox *box = nullptr;
+        QTRY_VERIFY((box = m_session->frame->findChild<QMessageBox *>()));
+        QVERIFY(box->text().contains(QString::number(number - 1)));
+        QCOMPARE(m_session->windows(), 1);
+        box->button(answer)->click();
+    }
+    QTRY_COMPARE(m_session->windows(), answer == QMessageBox::No ? 1 : number);
+    QTRY_VERIFY(!m_session->frame->findChild<QMessageBox *>());
+    QTRY_COMPARE(browserForms().first()->browser()->locationUrl(), urls.first().toString());
 }
 
 void tst_pagedrops::pageMayTakeTheDrop()

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Frame.h"
+
+#include <QStringList>
+
+/// Opens addresses that the user let go at once, each in a window of its own and in a turn of the
+/// event loop of its own: the program that they come from waits for the drop to end, and the frame
+/// stays usable. More than fifteen are asked about first.
+void openDropped(Frame &frame, const QStringList &addresses, Privacy privacy);
