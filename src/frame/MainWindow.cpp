@@ -7,13 +7,10 @@
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenuBar>
-#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
 #include "AddressBox.h"
 #include "AddressHost.h"
-#include "AddressSelection.h"
-#include "AddressVisits.h"
 #include "ApplySettings.h"
 #include "BandFocus.h"
 #include "BandLayout.h"
@@ -34,6 +31,7 @@
 #include "FavoritesBar.h"
 #include "FocusReturn.h"
 #include "Forms.h"
+#include "FrameAddress.h"
 #include "FrameBody.h"
 #include "FrameFullScreen.h"
 #include "FrameOpener.h"
@@ -42,7 +40,6 @@
 #include "KeyShortcuts.h"
 #include "LegibleHints.h"
 #include "LinksBar.h"
-#include "MailProgram.h"
 #include "MdiArea.h"
 #include "NavigationCommands.h"
 #include "NavigationFlags.h"
@@ -61,7 +58,6 @@
 #include "ThemedIcon.h"
 #include "ToolBar.h"
 #include "ToolBarCommands.h"
-#include "TypingKept.h"
 #include "WindowMenu.h"
 #include "Yield.h"
 
@@ -69,8 +65,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int keyEnter = 13;
-constexpr int keyEscape = 27;
 constexpr QSize designSize(1100, 760);
 
 template <typename Bar> Bar *named(Bar *bar, const char *name)
@@ -93,6 +87,7 @@ MainWindow::MainWindow()
     , m_linksToolBar(named(new ToolBar, "tbLinks"))
     , m_tabs(named(new TabStrip(themedIcon(u"page"_s)), "tbWindows"))
     , m_addressBox(named(new AddressBox, "brwURL1"))
+    , m_address(new FrameAddress(*m_addressBox, *this, *m_windows))
     , m_commandBars(new CommandBars(*this, *m_functionsBar, *m_browserBar, this))
     , m_links(new LinksBar(*this, *m_linksToolBar, this))
     , m_favoritesBar(named(new FavoritesBar(*this), "FavoritesBar1"))
@@ -115,7 +110,6 @@ MainWindow::MainWindow()
     m_body->addStrip(*m_notices);
     m_body->addStrip(*m_downloads);
     makeBands();
-    connectAddressBar();
     connectDownloads();
     joinPlaces();
     const auto giveBack = [this] { m_windows->takeFocus(); };
@@ -183,20 +177,6 @@ void MainWindow::makeBands()
     m_coolBar->addBand(u"Icon"_s, icon, {}, 600, false);
 }
 
-void MainWindow::connectAddressBar()
-{
-    proposeVisits(*m_addressBox);
-    connect(m_addressBox, &AddressBox::clicked, this, &MainWindow::navigateToAddress);
-    connect(m_addressBox, &AddressBox::keyDown, this, [this](int &keyCode, int &) {
-        if (m_addressBox->keyIsReleased())
-            return;
-        if (keyCode == keyEnter)
-            navigateToAddress();
-        else if (keyCode == keyEscape)
-            restoreAddress();
-    });
-}
-
 void MainWindow::connectDownloads()
 {
     const auto showList = [this] { run(u"mnuToolsDownloads"_s); };
@@ -216,23 +196,6 @@ void MainWindow::comeToFront()
     setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();
     activateWindow();
-}
-
-void MainWindow::navigateToAddress()
-{
-    if (openInMailProgram(m_addressBox->text())) {
-        restoreAddress();
-        return;
-    }
-    navigateActive(m_addressBox->text());
-    if (InnerWindow *active = activeInner(*this))
-        active->focusContents();
-}
-
-void MainWindow::restoreAddress()
-{
-    if (const InnerWindow *active = activeInner(*this))
-        m_addressBox->setText(active->shownAddress());
 }
 
 void MainWindow::load()
@@ -325,30 +288,17 @@ WindowTabs &MainWindow::windowTabs()
 
 void MainWindow::setAddressText(const QString &url)
 {
-    // What the user is typing is worth more than what a page has to say.
-    if (m_keepsTyping || m_addressBox->hasUnsentEdits())
-        return;
-    const AddressSelection selection(*m_addressBox);
-    m_addressBox->setText(url);
+    m_address->setText(url);
 }
 
 void MainWindow::addAddress(const QString &url, bool showText)
 {
-    const AddressSelection selection(*m_addressBox);
-    m_addressBox->addItem(url, showText && !m_keepsTyping && !m_addressBox->hasUnsentEdits());
+    m_address->add(url, showText);
 }
 
 void MainWindow::keepTyping(const Handler &change)
 {
-    {
-        const QScopedValueRollback keeps(
-            m_keepsTyping, m_keepsTyping || m_addressBox->isAncestorOf(focusWidget()));
-        const TypingKept typing(*m_windows);
-        change();
-    }
-    // Where nothing was typed, the field tells of the window that is active now.
-    if (const InnerWindow *active = activeInner(*this))
-        setAddressText(active->shownAddress());
+    m_address->keepTyping(change);
 }
 
 QAction *MainWindow::menuItem(const QString &name) const

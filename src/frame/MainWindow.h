@@ -12,6 +12,7 @@ class ContextMenus;
 class CoolBar;
 class DownloadStrip;
 class FavoritesBar;
+class FrameAddress;
 class FrameBody;
 class FrameOpener;
 class LinksBar;
@@ -89,12 +90,9 @@ protected:
 
 private:
     void makeBands();
-    void connectAddressBar();
     void connectDownloads();
     void registerCommands();
     void joinPlaces();
-    void navigateToAddress();
-    void restoreAddress();
     void unloadForms();
 
     MainMenu m_menu;
@@ -108,6 +106,7 @@ private:
     ToolBar *m_linksToolBar;
     TabStrip *m_tabs;
     AddressBox *m_addressBox;
+    FrameAddress *m_address;
     CommandBars *m_commandBars;
     LinksBar *m_links;
     FavoritesBar *m_favoritesBar;
@@ -120,6 +119,4 @@ private:
     int m_navigationFlags = 0;
     bool m_loaded = false;
     bool m_closed = false;
-    /// What the user types is not to be replaced, wherever the keyboard is at the moment.
-    bool m_keepsTyping = false;
 };

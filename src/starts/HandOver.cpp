@@ -44,7 +44,8 @@ HandOver HandOver::attempt(const StartRequest &request)
             return {true, nullptr};
         if (answer == StartWords::elsewhere || deadline.hasExpired())
             break;
-        // It is about to listen, or about to end.
+        // It is about to listen, or about to end. Nothing tells of either (a lock that another
+        // program gives back has no event), and here no event loop runs yet.
         QThread::msleep(pauseMs);
     }
     qCInfo(lcStart) << "this program has a frame of its own";
