@@ -178,8 +178,9 @@ void EngineDownloads::beginFor(QWebEngineDownloadRequest &request, const Downloa
 {
     using Verdict = PageDownloads::Verdict;
     WebPage *page = source.page;
-    const Verdict verdict =
-        page ? page->downloads().judge(source.asker) : PageDownloads::judgeOfGone();
+    const Verdict verdict = page
+        ? page->downloads().judge(source.asker)
+        : PageDownloads::judgeOfGone(source.asker, source.origin.page, request.url());
     if (verdict == Verdict::Refused)
         return;
     const Download entry = own(NewDownload::of(request, source));

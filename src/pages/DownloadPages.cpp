@@ -141,7 +141,7 @@ DownloadSource sourceOf(const QWebEngineDownloadRequest &request, int privateSes
     const QUrl url = request.url();
     if (isMadeByPage(url)) {
         if (hasOneJustGone(url))
-            return {};
+            return {nullptr, {}, makerOf(url)};
         return sourceAt(qobject_cast<WebPage *>(request.page()), url, makerOf(url));
     }
     const Asked *asker = askerOf(request, privateSession);

@@ -39,6 +39,17 @@ QString originOf(const QUrl &url)
                          : url.scheme() + "://"_L1
             + url.adjusted(QUrl::RemoveUserInfo).authority(QUrl::FullyEncoded);
 }
+
+/// By the user's word that is kept.
+bool mayNever(const DownloadAsker &asker, const QUrl &page, const QUrl &file)
+{
+    if (asker.isFrameWithoutSite)
+        return false;
+    const QUrl around = page.isEmpty() ? file : page;
+    const QUrl asking = asker.site.isEmpty() ? around : asker.site;
+    const AskingSite site = AskingSite::of(asking, page.isEmpty() ? asking : page);
+    return SitePermissions::answer(site, Permission::Downloads) == SitePermissions::Word::Refuse;
+}
 }
 
 PageDownloads::PageDownloads(WebPage &page)
@@ -104,15 +115,22 @@ PageDownloads::Verdict PageDownloads::judge(const DownloadAsker &asker)
     return Verdict::Wait;
 }
 
-PageDownloads::Verdict PageDownloads::judgeOfGone()
+PageDownloads::Verdict PageDownloads::judgeOfGone(const DownloadAsker &asker, const QUrl &page,
+                                                  const QUrl &file)
 {
     static QDeadlineTimer minute(0);
     static int left = 0;
+    static bool isTold = false;
     if (minute.hasExpired()) {
         minute.setRemainingTime(std::chrono::minutes(1));
         left = mostOfGone;
+        isTold = false;
     }
-    return left-- > 0 ? Verdict::Go : Verdict::Refused;
+    if (!mayNever(asker, page, file) && left-- > 0)
+        return Verdict::Go;
+    if (!std::exchange(isTold, true))
+        qCWarning(lcEngine) << "refuses downloads of pages that have gone";
+    return Verdict::Refused;
 }
 
 AskingSite PageDownloads::siteOf(const DownloadAsker &asker) const

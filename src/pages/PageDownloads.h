@@ -34,8 +34,10 @@ public:
     Verdict judge(const DownloadAsker &asker);
     /// The page itself, a site or a frame without one, as one word.
     QString nameOf(const DownloadAsker &asker) const;
-    /// For one more of pages that have gone: nobody can be asked, so there is a limit.
-    static Verdict judgeOfGone();
+    /// For one more of pages that have gone: nobody can be asked, so there is a limit, and none
+    /// for whom the user had remembered that it may not. `page` is empty where it is not known; the
+    /// site of the file's address stands in for it.
+    static Verdict judgeOfGone(const DownloadAsker &asker, const QUrl &page, const QUrl &file);
 
 signals:
     void answered(const QString &asker, bool isWanted);

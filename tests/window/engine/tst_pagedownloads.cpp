@@ -3,7 +3,9 @@
 #include "EngineProfile.h"
 #include "EngineTest.h"
 #include "PageAsks.h"
+#include "PageDownloads.h"
 #include "PopupScene.h"
+#include "SitePermissions.h"
 #include "Transfer.h"
 
 #include <QDir>
@@ -38,6 +40,8 @@ private slots:
     void yesToAFrameIsNoYesToThePage();
     void rememberedIsNotAsked_data();
     void rememberedIsNotAsked();
+    void remembersForPagesThatHaveGone_data();
+    void remembersForPagesThatHaveGone();
     void aThousandInARow_data();
     void aThousandInARow();
     void emptyWindowGoesWithItsFile();
@@ -248,6 +252,41 @@ void tst_pagedownloads::rememberedIsNotAsked()
     QCOMPARE(downloadList().all().size(), yes ? 8 : 7);
     QTRY_COMPARE(count(State::Done), yes ? 8 : 6);
     QCOMPARE(PageAsks::countIn(m_form), 0);
+}
+
+void tst_pagedownloads::remembersForPagesThatHaveGone_data()
+{
+    QTest::addColumn<DownloadAsker>("asker");
+    QTest::addColumn<QUrl>("page");
+    QTest::addColumn<QUrl>("file");
+    QTest::addColumn<bool>("isRefused");
+    const QUrl refused(u"https://refused.example/a/page"_s);
+    const QUrl other(u"https://other.example/"_s);
+    QTest::newRow("of the page") << DownloadAsker() << refused << other << true;
+    QTest::newRow("of another page") << DownloadAsker() << other << refused << false;
+    QTest::newRow("of a frame") << DownloadAsker{refused} << refused << other << true;
+    QTest::newRow("of a frame in another page")
+        << DownloadAsker{refused} << other << other << false;
+    QTest::newRow("of a frame without a site")
+        << DownloadAsker{{}, true} << refused << refused << false;
+    QTest::newRow("made by a page that is not known")
+        << DownloadAsker{refused} << QUrl() << QUrl(u"blob:https://refused.example/1"_s) << true;
+    QTest::newRow("of a page that is not known") << DownloadAsker() << QUrl() << refused << true;
+    QTest::newRow("of nobody") << DownloadAsker() << QUrl() << QUrl(u"data:,text"_s) << false;
+}
+
+/// Nobody can be asked any more.
+void tst_pagedownloads::remembersForPagesThatHaveGone()
+{
+    QFETCH(DownloadAsker, asker);
+    QFETCH(QUrl, page);
+    QFETCH(QUrl, file);
+    QFETCH(bool, isRefused);
+    const QUrl site(u"https://refused.example/"_s);
+    QVERIFY(SitePermissions::keep(AskingSite::of(site, site), {Permission::Downloads},
+                                  SitePermissions::Word::Refuse));
+    QCOMPARE(PageDownloads::judgeOfGone(asker, page, file),
+             isRefused ? PageDownloads::Verdict::Refused : PageDownloads::Verdict::Go);
 }
 
 void tst_pagedownloads::nextPageIsAskedAnew()
