@@ -20,18 +20,32 @@ PageActivity::PageActivity(WebPage &page)
     : QObject(&page)
     , m_page(page)
 {
-    connect(&page, &WebPage::arrived, this, [this] {
-        m_hasConnection = false;
-        m_sending.setRemainingTime(0);
-        m_isOwed = false;
-    });
+    connect(&page, &WebPage::arrived, this, &PageActivity::beginAnew);
     m_patience.setSingleShot(true);
     m_patience.setInterval(longestAnswer);
     connect(&m_patience, &QTimer::timeout, this, [this] { finish(false); });
 }
 
+/// From Qt 6.5 on a page may be heard before the engine says that it is there: what was noted since
+/// it was asked for may be its own.
+void PageActivity::beginAnew()
+{
+    if (m_connectedAfter != m_page.navigation())
+        m_hasConnection = false;
+    if (m_sentAfter != m_page.navigation())
+        m_sending.setRemainingTime(0);
+    m_isOwed = false;
+}
+
+void PageActivity::noteConnection()
+{
+    m_hasConnection = true;
+    m_connectedAfter = m_page.navigation();
+}
+
 void PageActivity::noteSending()
 {
+    m_sentAfter = m_page.navigation();
     m_sending.setRemainingTime(longestSending);
 }
 

@@ -19,7 +19,7 @@ public:
     /// Becomes the page's child.
     explicit PageActivity(WebPage &page);
 
-    void noteConnection() { m_hasConnection = true; }
+    void noteConnection();
     /// A connection for news was opened since the page came; it may have ended.
     bool hasConnection() const { return m_hasConnection; }
     /// A script of the page sends something to a server.
@@ -47,6 +47,7 @@ private:
         std::function<void(bool mayGo)> done;
     };
 
+    void beginAnew();
     void ask();
     void finish(bool mayGo);
 
@@ -58,4 +59,7 @@ private:
     /// An answer is still to come.
     bool m_isOwed = false;
     bool m_hasConnection = false;
+    /// The page's navigations that were the last when it connected and when it sent.
+    int m_connectedAfter = 0;
+    int m_sentAfter = 0;
 };
