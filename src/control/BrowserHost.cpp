@@ -14,6 +14,21 @@
 #include <QWebEngineFullScreenRequest>
 #include <QWebEnginePage>
 
+namespace {
+/// A window that goes into another hands the focus on to that, but the library tells its widgets of
+/// it nowhere: they would count as inactive until the user has been elsewhere.
+void makeActive(QWidget &window)
+{
+    if (QApplication::activeWindow() || QGuiApplication::focusWindow() != window.windowHandle())
+        return;
+    // Asking the desktop for it is of no use: for that it is active already.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    QApplication::setActiveWindow(&window);
+    QT_WARNING_POP
+}
+}
+
 BrowserHost::BrowserHost(QWidget *parent)
     : QWidget(parent)
 {
@@ -101,6 +116,7 @@ void BrowserHost::leaveFullScreen()
         action->deleteLater();
     }
     m_view->setParent(this, Qt::Widget);
+    makeActive(*window());
     m_view->showNormal();
     placeChildren();
     m_view->setFocus();

@@ -114,6 +114,8 @@ void tst_FullScreen::outByKey()
     QVERIFY(isInside());
     QVERIFY(!notice());
     QTRY_VERIFY(m_scene->frame.window()->isVisible());
+    // Else carets and what has the keyboard would not be shown, until the user has been elsewhere.
+    QTRY_VERIFY(m_scene->frame.window()->isActiveWindow());
 }
 
 void tst_FullScreen::outAsTheDesktopCloses()
