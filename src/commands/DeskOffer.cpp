@@ -5,6 +5,7 @@
 #include "ShownAddress.h"
 #include "ShownText.h"
 #include "Texts.h"
+#include "TickDelegate.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -58,6 +59,7 @@ QTreeWidget *makeList()
     list->setRootIsDecorated(false);
     list->setUniformRowHeights(true);
     list->setAllColumnsShowFocus(true);
+    list->setItemDelegateForColumn(TitleColumn, new TickDelegate(list));
     list->setItemDelegateForColumn(AddressColumn, new AddressDelegate(list));
     list->setColumnCount(AddressColumn + 1);
     list->header()->setSectionResizeMode(QHeaderView::Stretch);

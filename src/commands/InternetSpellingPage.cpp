@@ -8,6 +8,7 @@
 #include "Captioned.h"
 #include "Dictionaries.h"
 #include "EngineOptions.h"
+#include "TickDelegate.h"
 
 using namespace Qt::StringLiterals;
 
@@ -34,6 +35,7 @@ InternetSpellingPage::InternetSpellingPage()
                                  "bring them.">()))
 {
     m_list->setObjectName("lstDictionaries"_L1);
+    m_list->setItemDelegate(new TickDelegate(m_list));
     m_list->setAccessibleName(texts.at<"lstDictionaries", "Dictionaries">());
     m_none->setObjectName("lblNoDictionary"_L1);
     m_none->setWordWrap(true);
