@@ -9,7 +9,6 @@
 #include "PageAsks.h"
 #include "PageCertificates.h"
 #include "PageHold.h"
-#include "Patience.h"
 #include "PrivateProfiles.h"
 #include "Profiles.h"
 #include "SitePermissions.h"

@@ -2,7 +2,6 @@
 #include "Answer.h"
 #include "EngineTest.h"
 #include "PageAsks.h"
-#include "Patience.h"
 #include "RichTextBox.h"
 #include "SourceEditor.h"
 #include "SourceWindow.h"
