@@ -14,6 +14,7 @@
 #include <QPointer>
 #include <QWebEngineView>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -24,6 +25,8 @@ using SitePermissions::Word;
 namespace {
 /// Different questions that a page can have open; what comes then is refused.
 constexpr qsizetype mostWaiting = 20;
+/// Nothing was heard then.
+const PageMoment never{-1, {}};
 
 QList<PagePermissions *> &living()
 {
@@ -44,8 +47,8 @@ PagePermissions::PagePermissions(WebPage &page)
     living().append(this);
     PermissionRequests::watch(
         page, this, [this](const std::shared_ptr<PermissionRequest> &request) { take(request); });
-    connect(&page, &WebPage::arrived, this, &PagePermissions::begin);
-    connect(&page, &QWebEnginePage::renderProcessTerminated, this, &PagePermissions::begin);
+    connect(&page, &WebPage::arrived, this, [this] { begin(now()); });
+    connect(&page, &QWebEnginePage::renderProcessTerminated, this, [this] { begin(never); });
     connect(&page, &WebPage::userActed, this, [this] { m_withdrawn.clear(); });
 }
 
@@ -53,7 +56,12 @@ PagePermissions::~PagePermissions()
 {
     living().removeOne(this);
     PermissionRequests::forget(m_page);
-    forgetNotifications();
+    forgetGrants(never);
+}
+
+PageMoment PagePermissions::now() const
+{
+    return {m_page.navigation(), m_page.committedUrl()};
 }
 
 /// Somebody else's answers, and what nobody can be asked for, come first.
@@ -61,6 +69,7 @@ void PagePermissions::take(const std::shared_ptr<PermissionRequest> &request)
 {
     if (request->isSettled())
         return;
+    request->setHeard(now());
     const QUrl &asker = request->asker();
     const QList<Permission> &permissions = request->permissions();
     const AskingSite site = AskingSite::of(asker, m_page.committedUrl());
@@ -72,7 +81,7 @@ void PagePermissions::take(const std::shared_ptr<PermissionRequest> &request)
     // A yes alone is no answer where there is something to choose.
     if (isAllowed && !(*isAllowed && request->fields())) {
         if (*isAllowed)
-            allow({asker, site, permissions, {}});
+            allow({asker, site, permissions, {request}});
         settle(request, *isAllowed);
         return;
     }
@@ -104,7 +113,7 @@ std::optional<bool> PagePermissions::known(const AskingSite &site, const QUrl &a
         const auto held = m_held.constFind(keyOf(asker, permission));
         std::optional<bool> isAllowed;
         if (held != m_held.cend())
-            isAllowed = *held;
+            isAllowed = held->isAllowed;
         else if (const auto word = SitePermissions::answer(site, permission);
                  word && m_page.counts(*word == Word::Allow))
             isAllowed = *word == Word::Allow;
@@ -132,6 +141,7 @@ void PagePermissions::ask(const QString &kind)
     question.around = around();
     question.fields = waiting.requests.front()->fields();
     question.remember = mayKeep(waiting.site) && !question.fields;
+    question.staysAt = waiting.heard().page;
     question.done = [self = QPointer(this), kind](PageQuestion::Reply reply) {
         if (self)
             self->answer(kind, reply);
@@ -195,7 +205,7 @@ void PagePermissions::answerAlike(const QString &kind, const AskingSite &site, b
 void PagePermissions::hold(const Waiting &waiting, bool isAllowed)
 {
     for (const Permission permission : waiting.permissions)
-        m_held.insert(keyOf(waiting.asker, permission), isAllowed);
+        m_held.insert(keyOf(waiting.asker, permission), {isAllowed, waiting.heard()});
 }
 
 /// The user need not be asked what nobody waits for.
@@ -225,7 +235,7 @@ void PagePermissions::allow(const Waiting &waiting)
 {
     const QList<Permission> before = inUse();
     for (const Permission permission : waiting.permissions)
-        m_granted.append({waiting.asker, waiting.site, permission});
+        m_granted.append({waiting.asker, waiting.site, permission, waiting.heard()});
     if (inUse() != before)
         emit useChanged();
 }
@@ -264,7 +274,7 @@ void PagePermissions::endUse()
     for (const Grant &grant : std::as_const(m_granted)) {
         if (!isCapture(grant.permission))
             continue;
-        m_withdrawn.insert(keyOf(grant.asker, grant.permission), false);
+        m_withdrawn.insert(keyOf(grant.asker, grant.permission), {});
         if (m_page.leavesTrace())
             kept.append({grant.site, grant.permission, Word::Allow});
     }
@@ -286,29 +296,59 @@ void PagePermissions::stopScripts()
         m_page.setVisible(false);
         m_page.setLifecycleState(QWebEnginePage::LifecycleState::Discarded);
         m_page.setVisible(isVisible);
-        begin();
+        begin(never);
     } else {
         m_page.load(QUrl(u"about:blank"_s));
     }
 }
 
-/// Another page is shown, or none.
-void PagePermissions::begin()
+/// Another page is shown, or none. What was heard at that moment is its own: its first scripts may
+/// be heard before the engine tells of it.
+void PagePermissions::begin(const PageMoment &moment)
 {
     const bool wasUsed = !inUse().isEmpty();
-    forgetNotifications();
-    const auto answered = std::exchange(m_answered, {});
-    for (const auto &request : answered)
-        request->withdraw();
+    forgetGrants(moment);
+    forgetAnswers(moment);
+    forgetWaiting(moment);
     m_isEndingUse = false;
-    m_waiting.clear();
-    m_granted.clear();
-    if (shownSite(m_page.committedUrl()) != m_withdrawnSite)
-        m_withdrawn.clear();
-    m_held = m_withdrawn;
     allowNotifications();
     if (wasUsed)
         emit useChanged();
+}
+
+void PagePermissions::forgetWaiting(const PageMoment &moment)
+{
+    const auto before = std::exchange(m_waiting, {});
+    for (auto each = before.cbegin(); each != before.cend(); ++each) {
+        Waiting waiting = *each;
+        auto &requests = waiting.requests;
+        requests.erase(
+            std::remove_if(requests.begin(), requests.end(),
+                           [&](const auto &request) { return request->heard() != moment; }),
+            requests.end());
+        const bool isAsked = requests.size() == each->requests.size();
+        if (!isAsked && m_page.questions())
+            m_page.questions()->takeBack(each.key());
+        if (requests.empty())
+            continue;
+        m_waiting.insert(each.key(), waiting);
+        if (!isAsked)
+            ask(each.key());
+    }
+}
+
+void PagePermissions::forgetAnswers(const PageMoment &moment)
+{
+    m_answered.removeIf([&moment](const auto &each) {
+        const bool isOver = each.value()->heard() != moment;
+        if (isOver)
+            each.value()->withdraw();
+        return isOver;
+    });
+    if (shownSite(m_page.committedUrl()) != m_withdrawnSite)
+        m_withdrawn.clear();
+    m_held.removeIf([&moment](const auto &each) { return each->heard != moment; });
+    m_held.insert(m_withdrawn);
 }
 
 /// Where the user had that remembered.
@@ -318,15 +358,17 @@ void PagePermissions::allowNotifications()
     if (SitePermissions::answer(site, Permission::Notifications) != Word::Allow)
         return;
     const QUrl asker(site.asker + u'/');
-    m_granted.append({asker, site, Permission::Notifications});
+    m_granted.append({asker, site, Permission::Notifications, now()});
     PermissionRequests::allowNotifications(m_page, asker);
 }
 
-/// Where another page of the site may show them, they stay.
-void PagePermissions::forgetNotifications()
+/// Where another page of the site may show notifications, they stay.
+void PagePermissions::forgetGrants(const PageMoment &moment)
 {
-    const QList<Grant> granted = std::exchange(m_granted, {});
-    for (const Grant &grant : granted) {
+    const QList<Grant> before = std::exchange(m_granted, {});
+    std::copy_if(before.cbegin(), before.cend(), std::back_inserter(m_granted),
+                 [&moment](const Grant &grant) { return grant.heard == moment; });
+    for (const Grant &grant : before) {
         if (grant.permission == Permission::Notifications && !notifying(grant.asker))
             PermissionRequests::withdraw(m_page, grant.asker, grant.permission);
     }

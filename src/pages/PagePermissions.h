@@ -48,14 +48,23 @@ private:
         QUrl asker;
         AskingSite site;
         Permission permission = Permission::Place;
+        PageMoment heard;
+    };
+    struct Held {
+        bool isAllowed = false;
+        PageMoment heard;
     };
     struct Waiting {
         QUrl asker;
         AskingSite site;
         QList<Permission> permissions;
         std::vector<std::shared_ptr<PermissionRequest>> requests;
+
+        /// Of the latest of them.
+        PageMoment heard() const { return requests.back()->heard(); }
     };
 
+    PageMoment now() const;
     void take(const std::shared_ptr<PermissionRequest> &request);
     std::optional<bool> known(const AskingSite &site, const QUrl &asker,
                               const QList<Permission> &permissions) const;
@@ -69,20 +78,22 @@ private:
     void allow(const Waiting &waiting);
     void settle(const std::shared_ptr<PermissionRequest> &request, bool isAllowed);
     void stopScripts();
-    void begin();
+    void begin(const PageMoment &moment);
+    void forgetWaiting(const PageMoment &moment);
+    void forgetAnswers(const PageMoment &moment);
     void allowNotifications();
-    void forgetNotifications();
+    void forgetGrants(const PageMoment &moment);
 
     WebPage &m_page;
     /// By the question's kind.
     QHash<QString, Waiting> m_waiting;
     /// Answers that hold while the page is there, by who asked and what for.
-    QHash<QString, bool> m_held;
+    QHash<QString, Held> m_held;
     QList<Grant> m_granted;
     /// The last that was answered, by who asked and what for.
     QHash<QString, std::shared_ptr<PermissionRequest>> m_answered;
     /// Refused to the pages of a site that follow, too, as long as none of another site comes.
-    QHash<QString, bool> m_withdrawn;
+    QHash<QString, Held> m_withdrawn;
     QString m_withdrawnSite;
     bool m_isEndingUse = false;
 };

@@ -10,6 +10,14 @@
 class QWebEnginePage;
 class QWidget;
 
+/// Which page the window showed, and how many loads had been begun, when something was heard.
+struct PageMoment {
+    int navigation = 0;
+    QUrl page;
+
+    bool operator==(const PageMoment &) const = default;
+};
+
 /// Somebody in a page asks the engine for permissions, all or none, and waits for the answer. One
 /// that nobody answers is answered no as it goes.
 class PermissionRequest {
@@ -26,6 +34,8 @@ public:
     /// none.
     const QUrl &asker() const { return m_asker; }
     const QList<Permission> &permissions() const { return m_permissions; }
+    void setHeard(const PageMoment &heard) { m_heard = heard; }
+    const PageMoment &heard() const { return m_heard; }
     /// Makes what the user fills in beside his answer; empty where there is nothing, which is
     /// usual.
     using Fields = std::function<QWidget *(QWidget *parent)>;
@@ -48,6 +58,7 @@ public:
 private:
     QUrl m_asker;
     QList<Permission> m_permissions;
+    PageMoment m_heard;
     Settle m_settle;
     Fields m_fields;
     Withdraw m_withdraw;

@@ -3,6 +3,7 @@
 #include "EngineTest.h"
 #include "EngineVersion.h"
 #include "PageAsks.h"
+#include "PagePermissions.h"
 #include "PageQuestions.h"
 #include "PermissionRules.h"
 #include "PopupScene.h"
@@ -65,6 +66,8 @@ private slots:
     void aThousandRequests();
     void aHundredFrames();
     void firstScriptOfAPageIsHeard();
+    void whatIsHeardBeforeItsPageStays();
+    void useAheadOfItsPageIsShown();
     // The engine's own search for the place may stand still after it.
     void yesIsNotForAFrameElsewhere();
 
@@ -84,6 +87,13 @@ private:
             remember->setChecked(true);
         }
         PageAsks::press(yes ? PageAsks::yes(box) : PageAsks::no(box));
+    }
+    /// The window hears only now that the page it shows has come.
+    void comeLate() const
+    {
+        WebPage *page = PopupScene::control(m_form)->page();
+        page->noteArrival();
+        m_form->questions()->pageChanged(page->committedUrl());
     }
     static std::optional<Word> kept(const QString &site, Permission permission)
     {
@@ -729,15 +739,48 @@ void tst_permissions::aHundredFrames()
 
 void tst_permissions::firstScriptOfAPageIsHeard()
 {
+    m_scene->server.page("/first",
+                         "<!doctype html>" + script + "<script>ask.notifications()</script>");
     for (int again = 0; again < 3; ++again) {
-        m_scene->server.page("/first", "<!doctype html>" + script + "<script>ask.place()</script>");
         m_form->browser()->navigate(m_scene->server.url(u"/first"_s));
         QTRY_COMPARE(m_form->browser()->locationUrl(), m_scene->server.url(u"/first"_s));
         answer(true);
-        QTRY_COMPARE(log(), u"place 2"_s);
+        QTRY_COMPARE(log(), u"notifications granted"_s);
         m_form->browser()->navigate(m_scene->server.url(u"/other"_s));
         QTRY_COMPARE(m_form->browser()->locationUrl(), m_scene->server.url(u"/other"_s));
     }
+}
+
+/// The engine hands requests over on a way of their own, which may be shorter than that of the word
+/// that their page has come.
+void tst_permissions::whatIsHeardBeforeItsPageStays()
+{
+    run(u"ask.place()"_s);
+    QTRY_VERIFY(shown());
+    const QPointer<PageQuestionBox> box = shown();
+    comeLate();
+    QCOMPARE(shown(), box.data());
+    QCOMPARE(log(), QString());
+    answer(true);
+    QTRY_COMPARE(log(), u"place 2"_s);
+    // The answer was the page's own, too.
+    comeLate();
+    run(u"log = []; ask.place()"_s);
+    QTRY_COMPARE(log(), u"place 2"_s);
+    QVERIFY(!shown());
+}
+
+void tst_permissions::useAheadOfItsPageIsShown()
+{
+    const QList<Permission> camera{Permission::Camera};
+    const PagePermissions &permissions = PopupScene::control(m_form)->page()->permissions();
+    run(u"ask.camera()"_s);
+    answer(true);
+    QTRY_COMPARE(log(), u"camera yes"_s);
+    comeLate();
+    QCOMPARE(permissions.inUse(), camera);
+    m_form->browser()->refresh();
+    QTRY_VERIFY(permissions.inUse().isEmpty());
 }
 
 int main(int argc, char **argv)
