@@ -86,7 +86,9 @@ void tst_BandKeys::init()
     m_frame->translate();
     m_frame->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_frame.get()));
-    QTRY_COMPARE(m_frame->findChild<ToolBar *>(u"tbLinks"_s)->buttonCount(), 2);
+    const auto *links = m_frame->findChild<ToolBar *>(u"tbLinks"_s);
+    QTRY_COMPARE(links->buttonCount(), 2);
+    QTRY_VERIFY(links->findChild<QWidget *>() && links->findChild<QWidget *>()->isVisible());
     QTRY_COMPARE(rows(), designRows);
     grip(u"Functions"_s)->setFocus();
 }

@@ -97,7 +97,7 @@ void tst_engineoptions_engine::scriptsAreSwitchedOnOpenPages()
     openAdvanced();
     find<QCheckBox>("chkScripts")->setChecked(true);
     save();
-    go(url(u"/count"_s));
+    go(url(u"/count?again"_s));
     QTRY_VERIFY(count() > 2);
 }
 

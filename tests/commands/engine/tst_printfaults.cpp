@@ -19,7 +19,7 @@
 using namespace Qt::StringLiterals;
 
 /// Enough for the progress to be seen, however quick the machine is.
-constexpr int sheetsThatTakeTime = 1500;
+constexpr int sheetsThatTakeTime = 4000;
 
 /// Long prints, and page commands on pages that are still loading or whose process dies.
 class tst_PrintFaults : public QObject {

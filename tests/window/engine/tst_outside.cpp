@@ -375,7 +375,7 @@ void tst_outside::whoSendsThereIsNamed()
     QCOMPARE(PageAsks::askerOf(question()), site(m_scene->server, u"localhost"_s));
     QVERIFY(PageAsks::textOf(question()).endsWith("tel:302"_L1));
     QTRY_VERIFY(!m_form->browser()->isBusy());
-    QCOMPARE(m_form->windowTitle(), u"opener"_s);
+    QTRY_COMPARE(m_form->windowTitle(), u"opener"_s);
 }
 
 void tst_outside::windowForItGoes_data()

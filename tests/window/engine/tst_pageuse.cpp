@@ -158,6 +158,7 @@ void tst_pageuse::useGoesWithThePage()
     m_form->browser()->navigate(m_scene->server.url(u"/other"_s));
     QTRY_VERIFY(!mark()->isVisible());
     QCOMPARE(tabSays(), QString());
+    PopupScene::waitUntilLoaded(m_form);
     use(camera);
     QVERIFY(mark()->isVisible());
     m_form->browser()->navigateLater(m_scene->server.url(u"/other"_s));
