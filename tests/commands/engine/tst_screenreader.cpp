@@ -1,7 +1,6 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QWebEnginePage>
-#include <chrono>
 #include <csignal>
 
 #include "../Session.h"
@@ -9,11 +8,9 @@
 #include "ProfilePages.h"
 #include "QtWebBrowser.h"
 #include "ScreenReader.h"
-#include "WaitInLoop.h"
 #include "WebPage.h"
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 /// The program goes on whatever a screen reader reads while windows and pages come and go, and
 /// what stands on a page can be read.
@@ -115,7 +112,7 @@ void tst_ScreenReader::sleepingWindowsAreReadAgain()
 {
     QFETCH(int, count);
     openProfile(count);
-    QVERIFY(waitInLoop([this] { return isLoaded(); }, 180s));
+    QTRY_VERIFY_WITH_TIMEOUT(isLoaded(), 180'000);
     read();
     QVERIFY(m_reader->met() > 3 * count);
     for (int i = 1; i <= 5; ++i) {
@@ -130,7 +127,7 @@ void tst_ScreenReader::windowsSleepAndWake()
 {
     constexpr int count = 60;
     openProfile(count);
-    QVERIFY(waitInLoop([this] { return isLoaded(); }, 90s));
+    QTRY_VERIFY_WITH_TIMEOUT(isLoaded(), 90'000);
     // Some fall asleep when all have come.
     const auto asleep = [] {
         const QList<BrowserWindow *> windows = browserForms();
@@ -151,7 +148,7 @@ void tst_ScreenReader::windowsSleepAndWake()
                 return each->browser()->hasDocument() && !each->browser()->isBusy();
             });
         };
-        QVERIFY(waitInLoop(isAwake, 90s));
+        QTRY_VERIFY_WITH_TIMEOUT(isAwake(), 90'000);
         for (BrowserWindow *window : browserForms()) {
             window->fallAsleep();
             QVERIFY(window->isAsleep());
@@ -170,7 +167,7 @@ void tst_ScreenReader::profileIsReadWhileItLoads()
         read();
         return isLoaded();
     };
-    QVERIFY(waitInLoop(readOn, 180s));
+    QTRY_VERIFY_WITH_TIMEOUT(readOn(), 180'000);
     read();
 }
 

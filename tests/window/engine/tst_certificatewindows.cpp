@@ -9,14 +9,12 @@
 #include "PopupScene.h"
 #include "StatusStrip.h"
 #include "TestCertificates.h"
-#include "WaitInLoop.h"
 
 #include <QLabel>
 #include <QListWidget>
 #include <QMdiArea>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <chrono>
 
 using namespace Qt::StringLiterals;
 using TestCertificates::Shape;
@@ -254,8 +252,7 @@ void tst_certificatewindows::fiftyWindowsOfTheUsers()
     for (int i = 0; i < 50; ++i)
         windows.append(m_scene->frame.open(m_bad->url(u"/a"_s, u"site%1.localhost"_s.arg(i))));
     for (const BrowserWindow *each : windows)
-        QVERIFY(waitInLoop([each] { return noticeIn(each); },
-                           std::chrono::milliseconds(PopupScene::patience)));
+        QTRY_VERIFY_WITH_TIMEOUT(noticeIn(each), PopupScene::patience);
     QVERIFY(!QApplication::activeModalWidget());
     for (const int at : {10, 20}) {
         m_scene->frame.area->setActiveSubWindow(windows.at(at));
