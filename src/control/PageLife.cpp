@@ -210,8 +210,12 @@ void PageLife::leaveCrashed()
 {
     if (m_host)
         m_host->hideCrash();
-    if (std::exchange(m_crashed, false))
-        applyShown();
+    if (!m_crashed)
+        return;
+    // One that would not go still runs where nothing has come in between.
+    discardCrashed();
+    m_crashed = false;
+    applyShown();
 }
 
 bool PageLife::waitsForAnswer(const std::function<void()> &command)
