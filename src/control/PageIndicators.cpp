@@ -29,16 +29,16 @@ void PageIndicators::useExceptions(CertificateExceptions &exceptions)
     connect(m_exceptions, &CertificateExceptions::changed, this, &PageIndicators::refresh);
 }
 
+/// The engine names the host alone: where a page follows another of its host, either may have
+/// asked.
 void PageIndicators::noteRefusal(const QString &host)
 {
     if (host.isEmpty())
         return;
-    if (host == m_url.host()) {
-        if (!std::exchange(m_impacted, true))
-            emit privacyImpacted(true);
-    } else if (host == m_expected.host()) {
+    if (host == m_expected.host())
         m_impactedEarly = true;
-    }
+    if (host == m_url.host() && !std::exchange(m_impacted, true))
+        emit privacyImpacted(true);
 }
 
 void PageIndicators::watch(WebPage *page)
