@@ -9,6 +9,7 @@
 #include "QtWebBrowser.h"
 #include "RefusedAddress.h"
 #include "ScriptedPlace.h"
+#include "SpelledAlike.h"
 #include "Yield.h"
 
 #include <QEvent>
@@ -16,6 +17,7 @@
 #include <QTimer>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineSettings>
+#include <algorithm>
 
 using namespace Addresses;
 
@@ -102,19 +104,29 @@ void WindowRequests::askOutside(WebPage &page, const QWebEngineNewWindowRequest 
         page.settings()->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, false);
 }
 
+/// Where links and files are dropped together, the engine asks for the first file.
+bool WindowRequests::isDropped(const QUrl &url) const
+{
+    const auto file =
+        std::find_if(m_dropped.cbegin(), m_dropped.cend(),
+                     [](const QString &address) { return QUrl(address).isLocalFile(); });
+    return (!m_dropped.isEmpty() && areSpelledAlike(url, QUrl(m_dropped.first())))
+        || (file != m_dropped.cend() && areSpelledAlike(url, QUrl(*file)));
+}
+
 void WindowRequests::forgetDrop()
 {
     m_dropped.clear();
     m_isDroppedByPage = false;
 }
 
-/// The engine asks for a window for the first file or link that was dropped on a page that left it;
-/// it opens where it was dropped instead, and the others in windows of their own.
+/// The engine asks for a window for what was dropped on a page that left it; the first of that
+/// opens where it was dropped instead, and the others in windows of their own.
 bool WindowRequests::opensDropped(const QUrl &url)
 {
     // Of a picture of a page, the engine names the file that it made.
     const bool isMade = m_isDroppedByPage && url.isLocalFile();
-    if (!isMade && (m_dropped.isEmpty() || url != QUrl(m_dropped.first())))
+    if (!isMade && !isDropped(url))
         return false;
     QTimer::singleShot(0, this, [this, addresses = std::exchange(m_dropped, {})] {
         const QPointer<WindowRequests> self(this);

@@ -32,6 +32,7 @@ private:
     void watch(WebPage *page, WebView *view, QObject *bond);
     void answer(WebPage &page, QWebEngineNewWindowRequest &request);
     void askOutside(WebPage &page, const QWebEngineNewWindowRequest &request);
+    bool isDropped(const QUrl &url) const;
     bool opensDropped(const QUrl &url);
     void forgetDrop();
     void placeAsOpened();

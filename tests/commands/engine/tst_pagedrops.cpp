@@ -22,6 +22,10 @@ private slots:
     void pageOpensWhatIsDropped_data();
     void pageOpensWhatIsDropped();
     void severalOpenHereAndInNewWindows();
+    void spellingIsTheEngines_data();
+    void spellingIsTheEngines();
+    void filesAndLinksTogether_data();
+    void filesAndLinksTogether();
     void manyAreAskedAbout_data();
     void manyAreAskedAbout();
     void pageMayTakeTheDrop();
@@ -102,6 +106,56 @@ void tst_pagedrops::severalOpenHereAndInNewWindows()
     QTRY_COMPARE(browserForms().first()->windowTitle(), u"first file"_s);
     QTRY_COMPARE(browserForms().last()->windowTitle(), u"second file"_s);
     QCOMPARE(m_session->windows(), 2);
+}
+
+void tst_pagedrops::spellingIsTheEngines_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<bool>("isFile");
+    QTest::newRow("no path") << QString() << false;
+    QTest::newRow("steps back") << u"/x/../one"_s << false;
+    QTest::newRow("escaped steps back") << u"/x/%2e%2e/one"_s << false;
+    QTest::newRow("apostrophe") << u"/one?a'b"_s << false;
+    QTest::newRow("letter") << u"/one?\u00e4"_s << false;
+    QTest::newRow("semicolon in a name") << u"a;b.html"_s << true;
+    QTest::newRow("percent in a name") << u"a%41;b.html"_s << true;
+}
+
+/// The engine asks for a window for what it made of the address.
+void tst_pagedrops::spellingIsTheEngines()
+{
+    QFETCH(const QString, first);
+    QFETCH(const bool, isFile);
+    const QUrl dropped =
+        isFile ? file(first, "<title>dropped</title>") : QUrl(url(QString()) + first);
+    QVERIFY(DragAndDrop({dropped, QUrl(url(u"/two"_s))}).drop(view()));
+    QTRY_COMPARE(m_session->windows(), 2);
+    QTRY_COMPARE(browserForms().last()->browser()->locationUrl(), url(u"/two"_s));
+    QTRY_VERIFY(browserForms().first()->browser()->locationUrl() != url(u"/home"_s));
+    QCOMPARE(m_session->windows(), 2);
+}
+
+void tst_pagedrops::filesAndLinksTogether_data()
+{
+    QTest::addColumn<bool>("fileFirst");
+    QTest::newRow("file first") << true;
+    QTest::newRow("link first") << false;
+}
+
+/// The engine asks for the file wherever that stands.
+void tst_pagedrops::filesAndLinksTogether()
+{
+    QFETCH(const bool, fileFirst);
+    const QUrl page = file(u"one.html"_s, "<title>a file</title>");
+    QList<QUrl> dropped{QUrl(url(u"/one"_s)), QUrl(url(u"/two"_s))};
+    dropped.insert(fileFirst ? 0 : 1, page);
+    QVERIFY(DragAndDrop(dropped).drop(view()));
+    for (qsizetype i = 0; i < dropped.size(); ++i) {
+        QTRY_VERIFY(browserForms().size() > i);
+        QTRY_COMPARE(browserForms().at(i)->browser()->locationUrl(),
+                     dropped.at(i).toString(QUrl::FullyEncoded));
+    }
+    QCOMPARE(m_session->windows(), 3);
 }
 
 void tst_pagedrops::manyAreAskedAbout_data()
