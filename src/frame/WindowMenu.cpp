@@ -148,7 +148,8 @@ void connectTabStrip(TabStrip &strip, Frame &frame, QMenu &openBrowsers)
     QObject::connect(
         &strip, &TabStrip::addressesDropped, &strip, [&frame](const QStringList &addresses) {
             const BrowserWindow *active = activeBrowser(frame);
-            openDropped(frame, addresses, active ? active->privacy() : Privacy::Ordinary);
+            openDropped(frame, addresses, active ? active->privacy() : Privacy::Ordinary,
+                        WindowState::AsOthers);
         });
     QObject::connect(&strip, &TabStrip::tabMoved, &strip, [&strip] {
         QList<QWidget *> windows;

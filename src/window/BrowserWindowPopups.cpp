@@ -134,5 +134,5 @@ void BrowserWindow::renewBudget()
 
 void BrowserWindow::openLinksInNewWindows(const QStringList &urls)
 {
-    openDropped(m_frame, urls, m_privacy);
+    openDropped(m_frame, urls, m_privacy, WindowState::Behind);
 }

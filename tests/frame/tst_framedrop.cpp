@@ -40,6 +40,9 @@ private slots:
     void stripOpensWhatIsDroppedOnATab();
     void stripAsksBeforeItOpensMany_data();
     void stripAsksBeforeItOpensMany();
+    void typingStaysWhereItIs();
+    void windowInFrontStaysThere();
+    void closingAllEndsTheOpening();
     void addressBarTakesTheAddress_data();
     void addressBarTakesTheAddress();
     void addressBarOfAFrameBehindTakesTheAddress();
@@ -51,6 +54,9 @@ private slots:
 private:
     bool dragShowsCopy(const QList<QUrl> &urls);
     void drop(const QList<QUrl> &urls);
+    bool comesUp();
+    void dropMany(int number);
+    static bool turnTo(qsizetype windows);
     QUrl fileNamed(const QString &name) const;
     static void placeRows();
     QWidget *place(const QString &name) const;
@@ -249,6 +255,30 @@ void tst_FrameDrop::stripOpensWhatIsDroppedOnATab()
     QTRY_COMPARE(browserForms().size(), 2);
 }
 
+bool tst_FrameDrop::comesUp()
+{
+    m_frame->show();
+    m_frame->activateWindow();
+    return QTest::qWaitForWindowActive(m_frame.get());
+}
+
+/// Turns the event loop until so many windows are open, and no further.
+bool tst_FrameDrop::turnTo(qsizetype windows)
+{
+    const QDeadlineTimer deadline(5000);
+    while (browserForms().size() < windows && !deadline.hasExpired())
+        QCoreApplication::processEvents();
+    return browserForms().size() == windows;
+}
+
+void tst_FrameDrop::dropMany(int number)
+{
+    QList<QUrl> urls;
+    for (int i = 0; i < number; ++i)
+        urls.append(QUrl(u"http://one.example/%1"_s.arg(i)));
+    QVERIFY(DragAndDrop(urls).drop(strip()));
+}
+
 void tst_FrameDrop::stripAsksBeforeItOpensMany_data()
 {
     QTest::addColumn<int>("number");
@@ -263,11 +293,8 @@ void tst_FrameDrop::stripAsksBeforeItOpensMany()
 {
     QFETCH(const int, number);
     QFETCH(const QMessageBox::StandardButton, answer);
-    QList<QUrl> urls;
-    for (int i = 0; i < number; ++i)
-        urls.append(QUrl(u"http://one.example/%1"_s.arg(i)));
     const qsizetype before = browserForms().size();
-    QVERIFY(DragAndDrop(urls).drop(strip()));
+    dropMany(number);
     const auto *box = m_frame->findChild<QMessageBox *>();
     QCOMPARE(box != nullptr, answer != QMessageBox::NoButton);
     if (box) {
@@ -277,6 +304,50 @@ void tst_FrameDrop::stripAsksBeforeItOpensMany()
     }
     QTRY_VERIFY(!m_frame->findChild<QMessageBox *>());
     QTRY_COMPARE(browserForms().size(), answer == QMessageBox::No ? before : before + number);
+}
+
+/// The user goes on while the others come.
+void tst_FrameDrop::typingStaysWhereItIs()
+{
+    QVERIFY(comesUp());
+    dropMany(10);
+    QVERIFY(turnTo(1));
+    addressField()->setFocus();
+    addressField()->clear();
+    QString typed;
+    for (int windows = 2; windows <= 10; ++windows) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_X);
+        typed += u'x';
+        QVERIFY(turnTo(windows));
+    }
+    QVERIFY(addressField()->hasFocus());
+    QCOMPARE(addressField()->text(), typed);
+}
+
+void tst_FrameDrop::windowInFrontStaysThere()
+{
+    QVERIFY(comesUp());
+    dropMany(10);
+    QTRY_COMPARE(browserForms().size(), 10);
+    QCOMPARE(m_frame->activeChild(), browserForms().first());
+    dropMany(2);
+    QTRY_COMPARE(browserForms().size(), 12);
+    QCOMPARE(m_frame->activeChild(), browserForms().at(10));
+}
+
+/// Nobody closes all windows to get more of them.
+void tst_FrameDrop::closingAllEndsTheOpening()
+{
+    dropMany(10);
+    QVERIFY(turnTo(2));
+    for (BrowserWindow *window : browserForms())
+        window->close();
+    QVERIFY(browserForms().isEmpty());
+    // Its turns would come before those of another drop end.
+    dropMany(3);
+    QTRY_VERIFY(!browserForms().isEmpty());
+    QTRY_COMPARE(FakeWebBrowser::made().last()->navigated, QStringList{u"http://one.example/2"_s});
+    QCOMPARE(browserForms().size(), 3);
 }
 
 void tst_FrameDrop::addressBarTakesTheAddress_data()
