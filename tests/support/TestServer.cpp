@@ -119,6 +119,10 @@ TestServer::TestServer(const QSslConfiguration &certificate)
 void TestServer::setCertificate(const QSslConfiguration &certificate)
 {
     static_cast<QSslServer *>(m_server.get())->setSslConfiguration(certificate);
+    // A client may have connected ahead of what it is going to ask.
+    const QList<QTcpSocket *> sockets = m_pending.keys();
+    for (QTcpSocket *socket : sockets)
+        socket->abort();
 }
 
 void TestServer::start()
