@@ -1,6 +1,7 @@
 #include "MsgBox.h"
 
 #include "ProgramInfo.h"
+#include "TypedAhead.h"
 #include "Yield.h"
 
 #include <QApplication>
@@ -41,6 +42,20 @@ MsgBox::Answer answerOf(int result)
     return result == QMessageBox::Yes ? MsgBox::Answer::Yes : MsgBox::Answer::No;
 }
 
+void open(QMessageBox *box, const std::function<void(MsgBox::Answer)> &done)
+{
+    // Whichever comes first answers: the user, or the box going away with its owner.
+    auto answerOnce = [pending = std::make_shared<bool>(true), done](MsgBox::Answer answer) {
+        if (std::exchange(*pending, false) && done)
+            done(answer);
+    };
+    QObject::connect(box, &QDialog::finished, box,
+                     [answerOnce](int result) { answerOnce(answerOf(result)); });
+    QObject::connect(box, &QObject::destroyed, qApp,
+                     [answerOnce] { answerOnce(MsgBox::Answer::No); });
+    box->open();
+}
+
 }
 
 namespace MsgBox {
@@ -48,16 +63,14 @@ namespace MsgBox {
 void ask(QWidget *owner, const QString &text, const QString &title,
          const std::function<void(Answer)> &done)
 {
-    QMessageBox *box = makeQuestion(owner, text, title);
-    // Whichever comes first answers: the user, or the box going away with its owner.
-    auto answerOnce = [pending = std::make_shared<bool>(true), done](Answer answer) {
-        if (std::exchange(*pending, false) && done)
-            done(answer);
-    };
-    QObject::connect(box, &QDialog::finished, box,
-                     [answerOnce](int result) { answerOnce(answerOf(result)); });
-    QObject::connect(box, &QObject::destroyed, qApp, [answerOnce] { answerOnce(Answer::No); });
-    box->open();
+    open(makeQuestion(owner, text, title), done);
+}
+
+void askLate(QWidget *owner, const QString &text, const std::function<void(Answer)> &done)
+{
+    QMessageBox *box = makeQuestion(owner, text, {});
+    new TypedAhead(*box);
+    open(box, done);
 }
 
 Answer askAndWait(QWidget *owner, const QString &text, const QString &title)

@@ -14,6 +14,10 @@ enum class Answer { No, Yes };
 void ask(QWidget *owner, const QString &text, const QString &title,
          const std::function<void(Answer)> &done);
 
+/// The same where the user may be at something else when it comes: what he goes on typing does not
+/// answer it.
+void askLate(QWidget *owner, const QString &text, const std::function<void(Answer)> &done);
+
 /// The same, waiting: for the few places where the caller must know before it returns (the exit
 /// question). Never called inside an engine callback.
 Answer askAndWait(QWidget *owner, const QString &text, const QString &title = {});

@@ -59,7 +59,8 @@ void openByTurns(Frame &frame, const QStringList &addresses, Privacy privacy, Wi
 }
 }
 
-/// Somebody who drags a folder's worth of files may have meant one of them.
+/// Somebody who drags a folder's worth of files may have meant one of them. A page that is busy
+/// leaves a drop late.
 void openDropped(Frame &frame, const QStringList &addresses, Privacy privacy, WindowState first)
 {
     if (addresses.size() <= mostUnasked) {
@@ -69,9 +70,9 @@ void openDropped(Frame &frame, const QStringList &addresses, Privacy privacy, Wi
     const QString question =
         Texts<"frmMain">::at<"strOpenMany", "Do you want to open %1 new windows?">().arg(
             addresses.size());
-    MsgBox::ask(frame.window(), question, {},
-                [&frame, addresses, privacy, first](MsgBox::Answer answer) {
-                    if (answer == MsgBox::Answer::Yes)
-                        openByTurns(frame, addresses, privacy, first);
-                });
+    MsgBox::askLate(frame.window(), question,
+                    [&frame, addresses, privacy, first](MsgBox::Answer answer) {
+                        if (answer == MsgBox::Answer::Yes)
+                            openByTurns(frame, addresses, privacy, first);
+                    });
 }

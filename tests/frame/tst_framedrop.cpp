@@ -14,6 +14,7 @@
 #include "MainWindow.h"
 #include "TabStrip.h"
 #include "TempAppFolder.h"
+#include "TypedAhead.h"
 
 using namespace Qt::StringLiterals;
 
@@ -43,6 +44,8 @@ private slots:
     void typingStaysWhereItIs();
     void windowInFrontStaysThere();
     void closingAllEndsTheOpening();
+    void typingAnswersNothing_data();
+    void typingAnswersNothing();
     void addressBarTakesTheAddress_data();
     void addressBarTakesTheAddress();
     void addressBarOfAFrameBehindTakesTheAddress();
@@ -348,6 +351,40 @@ void tst_FrameDrop::closingAllEndsTheOpening()
     QTRY_VERIFY(!browserForms().isEmpty());
     QTRY_COMPARE(FakeWebBrowser::made().last()->navigated, QStringList{u"http://one.example/2"_s});
     QCOMPARE(browserForms().size(), 3);
+}
+
+void tst_FrameDrop::typingAnswersNothing_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Enter") << Qt::Key_Return;
+    QTest::newRow("Escape") << Qt::Key_Escape;
+    QTest::newRow("letter of the answer") << Qt::Key_Y;
+}
+
+/// The question may come while the user is at something else.
+void tst_FrameDrop::typingAnswersNothing()
+{
+    QFETCH(const Qt::Key, key);
+    QVERIFY(comesUp());
+    // Time enough for the test to be early.
+    const int before = QApplication::doubleClickInterval();
+    QApplication::setDoubleClickInterval(3000);
+    const auto reset = qScopeGuard([before] { QApplication::setDoubleClickInterval(before); });
+    dropMany(16);
+    const QPointer<QMessageBox> box = m_frame->findChild<QMessageBox *>();
+    QVERIFY(box);
+    const auto *typed = box->findChild<TypedAhead *>();
+    QVERIFY(typed);
+    QAbstractButton *yes = box->button(QMessageBox::Yes);
+    QTest::keyClick(yes, key);
+    // Answered, the button is down for a while and the box closes then.
+    QVERIFY(box->isVisible());
+    QVERIFY(!yes->isDown() && !box->button(QMessageBox::No)->isDown());
+    QTRY_VERIFY_WITH_TIMEOUT(typed->isOver(), 15'000);
+    QVERIFY(box && box->isVisible());
+    QTest::keyClick(yes, Qt::Key_Return);
+    QTRY_VERIFY(!box);
+    QTRY_COMPARE(browserForms().size(), 16);
 }
 
 void tst_FrameDrop::addressBarTakesTheAddress_data()
