@@ -16,6 +16,8 @@ namespace {
 /// Characters of markup, and of the title.
 constexpr qsizetype longestMarkup = 20'000;
 constexpr qsizetype longestTitle = 200;
+/// What the engine loads at most, in characters; for a longer one it puts an empty page.
+constexpr qsizetype longestAddress = 2 * 1024 * 1024;
 
 bool isOpenable(const QUrl &url)
 {
@@ -23,7 +25,8 @@ bool isOpenable(const QUrl &url)
         const QFileInfo file(url.toLocalFile());
         return file.isFile() || !file.exists();
     }
-    return url.isValid() && (url.scheme() == "http"_L1 || url.scheme() == "https"_L1);
+    return url.isValid() && (url.scheme() == "http"_L1 || url.scheme() == "https"_L1)
+        && url.toEncoded().size() <= longestAddress;
 }
 
 /// Markup that a page wrote. What it names, a style sheet say, is neither read nor fetched: it

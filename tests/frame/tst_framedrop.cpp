@@ -41,6 +41,7 @@ private slots:
     void stripOpensWhatIsDroppedOnATab();
     void stripAsksBeforeItOpensMany_data();
     void stripAsksBeforeItOpensMany();
+    void endlessAddressIsRefused();
     void typingStaysWhereItIs();
     void windowInFrontStaysThere();
     void closingAllEndsTheOpening();
@@ -307,6 +308,21 @@ void tst_FrameDrop::stripAsksBeforeItOpensMany()
     }
     QTRY_VERIFY(!m_frame->findChild<QMessageBox *>());
     QTRY_COMPARE(browserForms().size(), answer == QMessageBox::No ? before : before + number);
+}
+
+void tst_FrameDrop::endlessAddressIsRefused()
+{
+    const QUrl one(u"http://one.example/"_s);
+    const QUrl longest(one.toString() + QString(2 * 1024 * 1024 - one.toString().size(), u'a'));
+    const QUrl endless(longest.toString() + u'a');
+    QCOMPARE(DragAndDrop({longest}).over(strip()), Qt::CopyAction);
+    for (QWidget *widget : {static_cast<QWidget *>(strip()), place(u"page"_s)})
+        QCOMPARE(DragAndDrop({endless, one}).over(widget), Qt::IgnoreAction);
+    QVERIFY(DragAndDrop({one, endless}).drop(strip()));
+    QTRY_COMPARE(browserForms().size(), 2);
+    QVERIFY(DragAndDrop({QUrl(u"http://two.example/"_s)}).drop(strip()));
+    QTRY_COMPARE(FakeWebBrowser::made().last()->navigated, QStringList{u"http://two.example/"_s});
+    QCOMPARE(browserForms().size(), 3);
 }
 
 /// The user goes on while the others come.
