@@ -13,7 +13,6 @@
 #include "Yield.h"
 
 #include <QEvent>
-#include <QPointer>
 #include <QTimer>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineSettings>
@@ -128,13 +127,14 @@ bool WindowRequests::opensDropped(const QUrl &url)
     const bool isMade = m_isDroppedByPage && url.isLocalFile();
     if (!isMade && !isDropped(url))
         return false;
-    QTimer::singleShot(0, this, [this, addresses = std::exchange(m_dropped, {})] {
-        const QPointer<WindowRequests> self(this);
-        if (!addresses.isEmpty())
-            emit dropped(addresses.first());
-        if (self && addresses.size() > 1)
-            m_listener.tell(&WebBrowserEvents::openLinksInNewWindows, addresses.mid(1));
-    });
+    const QStringList addresses = std::exchange(m_dropped, {});
+    if (!addresses.isEmpty())
+        QTimer::singleShot(0, this, [this, first = addresses.first()] { emit dropped(first); });
+    if (addresses.size() > 1) {
+        QTimer::singleShot(0, this, [this, others = addresses.mid(1)] {
+            m_listener.tell(&WebBrowserEvents::openLinksInNewWindows, others);
+        });
+    }
     return true;
 }
 
