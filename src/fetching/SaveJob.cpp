@@ -167,9 +167,11 @@ void SaveJob::keep()
     });
 }
 
+/// The engine's end may be heard of twice before the job goes.
 void SaveJob::end(bool done)
 {
-    tell(done);
+    if (!std::exchange(m_over, true))
+        tell(done);
     deleteLater();
 }
 
