@@ -54,7 +54,13 @@ void tst_SleepMemory::goesBackToTheSystem()
     QVERIFY(before > 0);
     for (BrowserWindow *window : std::as_const(windows))
         window->fallAsleep();
-    QTRY_VERIFY2(memory() < before - least, qPrintable(QString::number(before / megabyte)));
+    // What is taken beside goes up and down all the time.
+    qint64 lowest = before;
+    const auto isBack = [&] {
+        lowest = qMin(lowest, memory());
+        return lowest < before - least;
+    };
+    QTRY_VERIFY2(isBack(), qPrintable(QString::number(before / megabyte)));
 }
 
 void tst_SleepMemory::sleepsLeaveNothingBehind()
@@ -72,7 +78,12 @@ void tst_SleepMemory::sleepsLeaveNothingBehind()
         window->wake();
         QTRY_VERIFY(isShown(window));
     }
-    QTRY_VERIFY2(memory() < before + most, qPrintable(QString::number(before / megabyte)));
+    qint64 lowest = memory();
+    const auto isBack = [&] {
+        lowest = qMin(lowest, memory());
+        return lowest < before + most;
+    };
+    QTRY_VERIFY2(isBack(), qPrintable(QString::number(before / megabyte)));
 }
 
 ORVANE_ENGINE_TEST_MAIN(tst_SleepMemory)
