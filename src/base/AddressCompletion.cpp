@@ -1,5 +1,7 @@
 #include "AddressCompletion.h"
 
+#include "OwnPages.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QHostAddress>
@@ -72,8 +74,8 @@ QUrl withScheme(const QString &scheme, const QString &text)
         return {};
     if (scheme == "http"_L1 || scheme == "https"_L1)
         return webAddress(scheme, rest);
-    if (scheme == "about"_L1)
-        return QUrl("about:"_L1 + rest.toLower());
+    if (scheme == "about"_L1 || scheme == ownScheme)
+        return QUrl(scheme + u':' + rest.toLower());
     const QUrl url(scheme + u':' + rest, QUrl::TolerantMode);
     return url.isValid() ? url : QUrl();
 }
@@ -98,8 +100,8 @@ QUrl completeAddress(const QString &text)
 
 bool isOpenedHere(const QUrl &address)
 {
-    static const QStringList schemes{u"http"_s,        u"https"_s,  u"file"_s,
-                                     u"data"_s,        u"about"_s,  u"blob"_s,
-                                     u"view-source"_s, u"chrome"_s, u"qrc"_s};
+    static const QStringList schemes{u"http"_s,  u"https"_s, u"file"_s,        u"data"_s,
+                                     u"about"_s, u"blob"_s,  u"view-source"_s, u"chrome"_s,
+                                     u"qrc"_s,   ownScheme};
     return schemes.contains(address.scheme());
 }

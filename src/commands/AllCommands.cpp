@@ -10,9 +10,11 @@
 #include "MainWindow.h"
 #include "MediaCommands.h"
 #include "ProfileCommands.h"
+#include "SearchBar.h"
 #include "SleepCommands.h"
 #include "SoundCommands.h"
 #include "SourceCommands.h"
+#include "StartContents.h"
 #include "TextCommands.h"
 #include "ToolsCommands.h"
 #include "ViewCommands.h"
@@ -36,5 +38,6 @@ void registerAllCommands(MainWindow &frame)
     registerSoundCommands(frame);
     registerHelpCommands(frame);
     registerKeyCommands(frame);
+    new StartContents(frame, *frame.findChild<SearchBar *>());
     frame.closeCommandTable();
 }

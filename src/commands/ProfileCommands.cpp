@@ -2,8 +2,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QDir>
-#include <QFileInfo>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <memory>
@@ -62,7 +60,6 @@ private:
     void close();
     void closeWindows(const OpenProfile &profile);
     void choose();
-    void openRecent(const QString &file);
     bool open(const QString &file, bool quiet);
     QList<BrowserWindow *> openWindowsOf(const Desk &desk);
     void finish(DeskPlacer &placer);
@@ -96,7 +93,8 @@ ProfileCommands::ProfileCommands(MainWindow &frame, MdiArea &area)
     frame.beforeOpening(u"mnuFile"_s, [this] { nameItems(); });
     frame.opener().setProfileOpener(
         [this](const QString &file, bool quiet) { return open(file, quiet); });
-    connect(m_recent, &RecentProfiles::chosen, this, &ProfileCommands::openRecent);
+    connect(m_recent, &RecentProfiles::chosen, this,
+            [this](const QString &file) { RecentProfiles::open(m_frame, file); });
     connect(m_pages, &ProfilePages::progress, m_progress, &ProfileProgress::show);
     connect(m_progress, &ProfileProgress::stopped, m_pages, &ProfilePages::stop);
 }
@@ -197,18 +195,6 @@ void ProfileCommands::choose()
     CommonDialog &openDialog = dialog(texts.at<"FrameOpen", "Open A URL Profile">, plainKind());
     if (openDialog.showOpen(&m_frame, addressesFilter) != 0)
         open(openDialog.fileName(), false);
-}
-
-void ProfileCommands::openRecent(const QString &file)
-{
-    if (QFileInfo::exists(file)) {
-        open(file, false);
-        return;
-    }
-    RecentProfiles::remove(file);
-    MsgBox::inform(&m_frame,
-                   texts.at<"strGone", "This profile is not there any more:">() + u'\n'
-                       + QDir::toNativeSeparators(file));
 }
 
 bool ProfileCommands::open(const QString &file, bool quiet)

@@ -1,11 +1,14 @@
 #include "RecentProfiles.h"
 
 #include <QAction>
+#include <QDir>
 #include <QFileInfo>
 #include <QMenu>
 
 #include "DraggedUrls.h"
+#include "Frame.h"
 #include "IniText.h"
+#include "MsgBox.h"
 #include "ProfileName.h"
 #include "Settings.h"
 #include "ShownText.h"
@@ -92,4 +95,24 @@ void RecentProfiles::fill(QMenu &menu)
     }
     if (list.isEmpty())
         menu.addAction(Texts<"frmMain">::at<"strNoOpenBrowsers", "(None)">())->setEnabled(false);
+}
+
+QStringList RecentProfiles::captions(const QStringList &files)
+{
+    QStringList captions;
+    for (const QString &file : files)
+        captions.append(caption(file, files));
+    return captions;
+}
+
+void RecentProfiles::open(Frame &frame, const QString &file)
+{
+    if (QFileInfo::exists(file)) {
+        frame.openProfile(file, false);
+        return;
+    }
+    remove(file);
+    MsgBox::inform(frame.window(),
+                   Texts<"frmProfile">::at<"strGone", "This profile is not there any more:">()
+                       + u'\n' + QDir::toNativeSeparators(file));
 }

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QStringList>
 
+class Frame;
 class QMenu;
 
 /// The profiles that were opened or saved last, most recent first: kept among the settings, and
@@ -21,6 +22,10 @@ public:
     /// The file goes to the front. One that could not be kept or opened again is left out.
     static void add(const QString &file);
     static void remove(const QString &file);
+    /// In their order, what each is called: its name, and where two have one, its folder too.
+    static QStringList captions(const QStringList &files);
+    /// Says that it is not there any more, where that is so, and forgets it.
+    static void open(Frame &frame, const QString &file);
 
 signals:
     void chosen(const QString &file);

@@ -2,19 +2,16 @@
 
 #include "BrowserWindow.h"
 #include "ClosedWindows.h"
-#include "DeskPlaces.h"
-#include "Factory.h"
 #include "Frame.h"
 #include "PageQuestions.h"
+#include "ReopenWindow.h"
 #include "SleepRules.h"
 #include "SleepWatch.h"
 #include "Texts.h"
 #include "WindowMenu.h"
 
 #include <QAction>
-#include <QMdiArea>
 #include <QPointer>
-#include <QStyle>
 #include <QTimer>
 #include <QUrl>
 #include <algorithm>
@@ -73,29 +70,6 @@ void sleepOthers(const Frame &frame)
         SleepRules::ask(*window, Why::OthersOfUser);
 }
 
-/// Inside the frame, whatever became of that meanwhile.
-QRect placeInside(const QRect &place, const QMdiArea &area)
-{
-    return DeskPlaces::inside(place, area.viewport()->size(),
-                              area.style()->pixelMetric(QStyle::PM_TitleBarHeight));
-}
-
-void reopen(Frame &frame)
-{
-    const std::optional<ClosedWindow> closed = ClosedWindows::take();
-    if (!closed)
-        return;
-    const QMdiSubWindow *active = frame.activeChild();
-    const bool isAmongMaximized = active && active->isMaximized();
-    const auto state = closed->wasMaximized ? WindowState::Maximized : WindowState::AsOthers;
-    BrowserWindow *window =
-        openBrowserWindow(frame, closed->address, state, Loading::Asleep, closed->state);
-    window->setTitle(closed->title);
-    if (!closed->wasMaximized && !isAmongMaximized && closed->place.isValid())
-        window->setGeometry(placeInside(closed->place, *window->mdiArea()));
-    window->wake();
-}
-
 void followWindows(const Frame &frame)
 {
     const BrowserWindow *active = activeBrowser(frame);
@@ -126,7 +100,10 @@ void registerSleepCommands(Frame &frame)
 {
     frame.handle(u"mnuWindowSleep"_s, [&frame] { sleepActive(frame); });
     frame.handle(u"mnuWindowSleepOthers"_s, [&frame] { sleepOthers(frame); });
-    frame.handle(u"mnuWindowReopen"_s, [&frame] { reopen(frame); });
+    frame.handle(u"mnuWindowReopen"_s, [&frame] {
+        if (const std::optional<ClosedWindow> closed = ClosedWindows::take())
+            reopenWindow(frame, *closed);
+    });
     frame.beforeOpening(u"mnuWindow"_s, [&frame] { followWindows(frame); });
     new SleepWatch(frame.window());
 }

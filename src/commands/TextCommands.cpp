@@ -6,7 +6,6 @@
 #include "ExecForms.h"
 #include "MainWindow.h"
 #include "SearchBar.h"
-#include "SearchEngines.h"
 #include "SelectedAddress.h"
 #include "ShownAddress.h"
 #include "ShownText.h"
@@ -49,11 +48,9 @@ QStringList searchCaption(const SearchBar &bar, const Place &at, const QString &
                         plain(shortened(shownText(queryOf(at)), longestShownQuery)))};
 }
 
-/// Escaped here, as a query of the search bar is not: that may be made for the engine's own signs.
 void search(MainWindow &frame, const SearchBar &bar, const Place &at)
 {
-    const QString query = QString::fromLatin1(QUrl::toPercentEncoding(queryOf(at)));
-    const QString address = SearchEngines::searchAddress(bar.chosenEngine().addressTemplate, query);
+    const QString address = bar.answerTo(queryOf(at));
     if (!address.isEmpty())
         frame.openWindowLike(at.window.privacy(), address, frame.newWindowState());
 }

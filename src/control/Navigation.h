@@ -90,6 +90,8 @@ public:
     void name(bool forPage);
     /// The engine is given the address that was named.
     void handOver(const QUrl &url);
+    /// It was given `url`, and has not asked for it yet.
+    bool isHandedOver(const QUrl &url) const { return m_handedOver == url; }
     /// The engine asks nothing before a blank page, and over a load that is still under way it does
     /// not tell of its start either: it begins here.
     void beginBlank(const QUrl &url);

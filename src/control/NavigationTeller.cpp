@@ -1,14 +1,18 @@
 #include "NavigationTeller.h"
 
+#include "AddressCompletion.h"
 #include "Addresses.h"
 #include "ErrorPage.h"
 #include "Listener.h"
 #include "NavigationHistory.h"
+#include "OwnPages.h"
 #include "PageCertificates.h"
 #include "PageIndicators.h"
 #include "PageLife.h"
 #include "RefusedAddress.h"
+#include "Settings.h"
 #include "ShownAddress.h"
+#include "StartPage.h"
 #include "Texts.h"
 #include "Yield.h"
 
@@ -27,6 +31,15 @@ constexpr Texts<"frmBrowser"> texts;
 bool isNothing(const QString &text)
 {
     return text.isEmpty() || text == "http:///"_L1;
+}
+
+bool isHomePage(const QUrl &url)
+{
+    QUrl home = completeAddress(Settings::homeUrl.read());
+    // As the engine has it.
+    if (isWeb(home) && home.path().isEmpty())
+        home.setPath(u"/"_s);
+    return isSamePage(url, home);
 }
 
 QString whyNoPage(const QUrl &address)
@@ -115,6 +128,8 @@ void NavigationTeller::tellOne(const Navigation::Event &event)
         m_indicators->distrust();
         break;
     case What::Complete:
+        if (isOwnPage(QUrl(event.text)))
+            StartPage::fill(m_life.page());
         m_listener.tell(&WebBrowserEvents::documentComplete, event.text);
         break;
     case What::GivenUp:
@@ -152,6 +167,8 @@ void NavigationTeller::tellPage(const Navigation::Event &event)
 void NavigationTeller::tellError(const Navigation::Event &event)
 {
     ErrorPage::show(m_life.page(), event.url, event.error);
+    if (isHomePage(event.url))
+        StartPage::offerBelowError(m_life.page());
     const auto failure = m_life.page()->certificates().failureAt(event.url, event.error);
     if (failure && m_life.host())
         m_life.host()->showFailure(*failure);

@@ -5,8 +5,10 @@
 #include "EngineVersion.h"
 #include "InsecureForms.h"
 #include "OutsideRequests.h"
+#include "OwnPages.h"
 #include "PageLife.h"
 #include "RefusedAddress.h"
+#include "StartPage.h"
 #include "Yield.h"
 
 #include <QJsonArray>
@@ -24,7 +26,7 @@ namespace {
 /// The engine shows documents of other kinds by a page of its own in a frame.
 bool mayBeFrame(const QUrl &url)
 {
-    return url.scheme() == "chrome-extension"_L1 || !isRefusedAddress(url);
+    return url.scheme() == "chrome-extension"_L1 || !isRefusedToPages(url);
 }
 
 /// A window that its opener's script fills, or sends somewhere later.
@@ -90,6 +92,10 @@ void Navigator::watch(WebPage *page, WebView *view, QObject *bond)
     connect(page, &WebPage::retryRequested, bond, [this] {
         if (m_state.showsError())
             QTimer::singleShot(0, this, &Navigator::refreshRequested);
+    });
+    connect(page, &WebPage::partChosen, bond, [this](const QString &choice) {
+        if (m_state.showsError() || isOwnPage(QUrl(m_state.location())))
+            StartPage::choose(choice);
     });
     connect(page, &WebPage::told, bond, [this](const QString &text) { m_teller.tellText(text); });
     connect(page, &QWebEnginePage::linkHovered, bond, [this](const QString &url) {
@@ -236,7 +242,7 @@ bool Navigator::ask(const QUrl &url, QWebEnginePage::NavigationType type, bool i
     if (!isMainFrame)
         return mayBeFrame(url) && !isHeldForm(url, typeOf(type)) && m_teller.askWindow(url);
     emit pageAsked();
-    if (isRefusedAddress(url)) {
+    if (isRefusedAddress(url) || isSentToOwnPage(url, type)) {
         m_teller.tell(m_state.refuseForGood(url, typeOf(type)));
         return false;
     }
@@ -263,6 +269,15 @@ bool Navigator::isHeldForm(const QUrl &url, Navigation::Type type)
     const bool isOpening = m_state.isAdopted() && !m_state.hasDocument();
     return !formsOpenAsForms && isOpening && type == Navigation::Type::Link
         && forms.holdsOpening(url);
+}
+
+/// By a page: the user names it, asks for it anew or goes back to it.
+bool Navigator::isSentToOwnPage(const QUrl &url, QWebEnginePage::NavigationType type) const
+{
+    if (!isOwnPage(url) || type == QWebEnginePage::NavigationTypeReload
+        || type == QWebEnginePage::NavigationTypeBackForward)
+        return false;
+    return type != QWebEnginePage::NavigationTypeTyped || !m_state.isHandedOver(url);
 }
 
 bool Navigator::askForPage(const QUrl &url, Navigation::Type type)

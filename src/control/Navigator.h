@@ -51,6 +51,7 @@ private:
     void watch(WebPage *page, WebView *view, QObject *bond);
     EnginePlace place() const;
     bool ask(const QUrl &url, QWebEnginePage::NavigationType type, bool isMainFrame);
+    bool isSentToOwnPage(const QUrl &url, QWebEnginePage::NavigationType type) const;
     void passOn(const QUrl &url, Navigation::Type type, bool isMainFrame);
     bool isHeldForm(const QUrl &url, Navigation::Type type);
     bool askForPage(const QUrl &url, Navigation::Type type);

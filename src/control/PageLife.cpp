@@ -120,7 +120,7 @@ void PageLife::end()
     if (m_page) {
         // One that lives on for a while stays what it is.
         m_page->setQuestion([](const QUrl &url, QWebEnginePage::NavigationType, bool isMainFrame) {
-            return !isMainFrame && !isRefusedAddress(url);
+            return !isMainFrame && !isRefusedToPages(url);
         });
         m_page->setIsOnItsWay({});
     }

@@ -72,7 +72,7 @@ void WindowRequests::answer(WebPage &page, QWebEngineNewWindowRequest &request)
     const QUrl url = request.requestedUrl();
     if (!m_listener.isThere() || opensDropped(url))
         return;
-    if (isRefusedAddress(url)) {
+    if (isRefusedToPages(url)) {
         m_navigator.teller().tellNoPage(encoded(url), url);
         return;
     }

@@ -6,6 +6,7 @@
 #include "EngineSetup.h"
 #include "EngineSwitches.h"
 #include "Log.h"
+#include "OwnScheme.h"
 #include "Profiles.h"
 #include "Settings.h"
 
@@ -56,6 +57,7 @@ QWebEngineProfile *makeProfile()
     // The first profile starts the engine.
     const EngineSwitches switches(coloursOfPages());
     Dictionaries::announce();
+    OwnScheme::announce();
     const QString name = profileName();
     const QString inFolder = "/QtWebEngine/"_L1 + name;
     const QString data =

@@ -19,7 +19,7 @@ void install(QWebEngineProfile *profile);
 /// What a marked line tells.
 struct Line {
     /// "start", "load", "edit", "typed", "painted", "place", "retry", "back", "form",
-    /// "live" or "column".
+    /// "chosen", "live" or "column".
     QString what;
     bool isMainFrame = false;
     /// The frame's address for start and load; "rich", "plain" or "none" for edit; for place what

@@ -5,6 +5,7 @@
 #include "EngineOptions.h"
 #include "EngineSetup.h"
 #include "EngineVersion.h"
+#include "OwnScheme.h"
 #include "PageScripts.h"
 #include "RefusedAddress.h"
 
@@ -73,6 +74,7 @@ void begin(QWebEngineProfile *profile, const QString &cookieFile)
     EngineSetup::start(profile, EngineOptions::read());
     new CookieList(profile->cookieStore(), cookieFile, profile);
     profile->setUrlRequestInterceptor(new FilesGuard(profile));
+    OwnScheme::install(profile);
     PageScripts::install(profile);
     CookiePolicy::instance().install(profile);
     tellFollowers(&ProfileFollower::begin, profile);

@@ -1,5 +1,6 @@
 #include "RefusedAddress.h"
 
+#include "OwnPages.h"
 #include "PipesAndDevices.h"
 
 #include <QRegularExpression>
@@ -68,16 +69,24 @@ bool isRefusedAddress(const QUrl &url)
         const QString of = QUrl::fromPercentEncoding(text.sliced(scheme.size() + 1).toLatin1());
         return isRefusedAddress(QUrl(of.trimmed()));
     }
+    if (scheme == ownScheme)
+        return !isOwnPage(url);
     if (scheme == "about"_L1)
         return url.path() != "blank"_L1 && url.path() != "srcdoc"_L1;
     return scheme == "chrome"_L1 && !isHarmlessPage(text);
 }
 
+bool isRefusedToPages(const QUrl &url)
+{
+    return url.scheme() == ownScheme || isRefusedAddress(url);
+}
+
 void FilesGuard::interceptRequest(QWebEngineUrlRequestInfo &info)
 {
     const QUrl url = info.requestUrl();
-    const bool isKept =
-        url.scheme() == innerFiles || (url.isLocalFile() && isPipeOrDevice(url.toLocalFile()));
+    const bool isPart = info.resourceType() != QWebEngineUrlRequestInfo::ResourceTypeMainFrame;
+    const bool isKept = url.scheme() == innerFiles || (url.scheme() == ownScheme && isPart)
+        || (url.isLocalFile() && isPipeOrDevice(url.toLocalFile()));
     if (isKept)
         info.block(true);
 }

@@ -270,6 +270,8 @@ void WebPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, cons
         emit backKeyPressed();
     } else if (told->what == "retry"_L1) {
         emit retryRequested();
+    } else if (told->what == "chosen"_L1) {
+        emit partChosen(told->value);
     }
 }
 

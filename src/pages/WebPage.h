@@ -137,6 +137,8 @@ signals:
     void sourceWanted();
     /// The button of the error page was pressed.
     void retryRequested();
+    /// Something was chosen on the program's own page, as `StartPage::choose` takes it.
+    void partChosen(const QString &choice);
     /// The user pressed the key that leads back where, as far as the page's own frame knows, the
     /// keyboard is in no field, and the page did not take it.
     void backKeyPressed();

@@ -10,11 +10,17 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-/// With a slash at the end; empty without a home.
-QString linksFolder()
+/// Both with a slash at the end; empty without a home.
+QString favoritesFolder()
 {
     const QString favorites = specialFolder(favoritesFolderNumber);
-    return favorites.isEmpty() ? QString() : QString(favorites + "/Links/"_L1);
+    return favorites.isEmpty() ? QString() : QString(favorites + u'/');
+}
+
+QString linksFolder()
+{
+    const QString favorites = favoritesFolder();
+    return favorites.isEmpty() ? QString() : QString(favorites + "Links/"_L1);
 }
 
 /// What a link without a title is called: the file that it leads to, or the site.
@@ -37,8 +43,8 @@ bool addFavoriteLink(const QString &url, const QString &title)
     return FavoriteFile::create(folder, FavoriteFile::name(name, u"Link"_s), url, name).has_value();
 }
 
-LinksReading::LinksReading()
-    : m_folder(linksFolder())
+LinksReading::LinksReading(Of folder)
+    : m_folder(folder == Of::Links ? linksFolder() : favoritesFolder())
 {
     if (m_folder.isEmpty())
         return;

@@ -16,12 +16,18 @@ struct FavoriteLink {
 /// be written.
 bool addFavoriteLink(const QString &url, const QString &title);
 
-/// Reads the folder "Links" in the user's Favorites folder file by file, so that a large one can be
-/// read in pieces.
+/// Reads the shortcuts of one folder file by file, so that a large one can be read in pieces.
 class LinksReading {
 public:
+    enum class Of {
+        /// The folder "Links" in the user's Favorites folder.
+        Links,
+        /// That folder itself, without those in it.
+        Favorites
+    };
+
     /// Lists the folder; the files are read later.
-    LinksReading();
+    explicit LinksReading(Of folder = Of::Links);
 
     /// All the shortcut files there are, with an address or without.
     int seen() const { return int(m_files.size()); }

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QToolButton>
+#include <QUrl>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -204,6 +205,12 @@ SearchBar::Engine SearchBar::chosenEngine() const
     if (!engine.name.isEmpty())
         engine.addressTemplate = SearchEngines::addressTemplate(file, engine.name);
     return engine;
+}
+
+QString SearchBar::answerTo(const QString &query) const
+{
+    return SearchEngines::searchAddress(chosenEngine().addressTemplate,
+                                        QString::fromLatin1(QUrl::toPercentEncoding(query)));
 }
 
 void SearchBar::startSearch()

@@ -29,6 +29,9 @@ public:
     };
     /// Also of a bar that was never shown.
     Engine chosenEngine() const;
+    /// Where the chosen engine answers `query`, which is escaped here, as one of the bar is not:
+    /// that may be made for the engine's own signs. Empty without an engine.
+    QString answerTo(const QString &query) const;
     /// Puts the keyboard focus into the query box.
     void setFocus();
 

@@ -1,8 +1,10 @@
 #include "ClosedWindows.h"
 
 #include "BrowserWindow.h"
+#include "OwnPages.h"
 
-#include <QList>
+#include <QUrl>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -13,10 +15,12 @@ QList<ClosedWindow> &windows()
     return all;
 }
 
-/// One that a page asked for and never sent anywhere, or that was opened on nothing.
+/// One that a page asked for and never sent anywhere, or that was opened on nothing or on what can
+/// be opened as it is at any time.
 bool isNowhere(const QString &address)
 {
-    return address.isEmpty() || address.startsWith("about:"_L1, Qt::CaseInsensitive);
+    return address.isEmpty() || address.startsWith("about:"_L1, Qt::CaseInsensitive)
+        || isOwnPage(QUrl(address));
 }
 
 /// Of those that pages opened by themselves, or of the others.
@@ -43,7 +47,8 @@ void note(const BrowserWindow &window)
     if (window.isPopup || window.isPrivate() || isNowhere(address)
         || !window.browser()->pageState(StateDepth::View).leavesTrace)
         return;
-    windows().prepend({address, window.windowTitle(), window.browser()->pageState(),
+    static int lastNumber = 0;
+    windows().prepend({++lastNumber, address, window.windowTitle(), window.browser()->pageState(),
                        normalPlace(window), window.isMaximized(), window.isUnasked()});
     forgetOldest(window.isUnasked());
 }
@@ -53,9 +58,24 @@ bool isEmpty()
     return windows().isEmpty();
 }
 
+const QList<ClosedWindow> &all()
+{
+    return windows();
+}
+
 std::optional<ClosedWindow> take()
 {
     return windows().isEmpty() ? std::nullopt : std::optional(windows().takeFirst());
+}
+
+std::optional<ClosedWindow> take(int number)
+{
+    const auto found =
+        std::find_if(windows().cbegin(), windows().cend(),
+                     [number](const ClosedWindow &window) { return window.number == number; });
+    if (found == windows().cend())
+        return {};
+    return windows().takeAt(found - windows().cbegin());
 }
 
 void clear()

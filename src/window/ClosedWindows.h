@@ -2,6 +2,7 @@
 
 #include "WebBrowser.h"
 
+#include <QList>
 #include <QRect>
 #include <QString>
 #include <optional>
@@ -10,6 +11,8 @@ class BrowserWindow;
 
 /// A window that was closed: what it needs to come back as it was.
 struct ClosedWindow {
+    /// Names it among all of this run.
+    int number = 0;
     QString address;
     QString title;
     PageState state;
@@ -32,8 +35,12 @@ inline constexpr int mostUnasked = 5;
 /// The user, or a page with his leave, is closing it.
 void note(const BrowserWindow &window);
 bool isEmpty();
+/// The newest first.
+const QList<ClosedWindow> &all();
 /// The newest, which is forgotten then.
 std::optional<ClosedWindow> take();
+/// The one of that number, likewise; nothing where it has been forgotten.
+std::optional<ClosedWindow> take(int number);
 /// Forgets all.
 void clear();
 }

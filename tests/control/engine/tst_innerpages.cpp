@@ -10,6 +10,8 @@ using namespace Qt::StringLiterals;
 namespace {
 /// A file that the engine brings along; a script that makes QWebChannel a function.
 constexpr char inner[] = "qrc:///qtwebchannel/qwebchannel.js";
+/// A page of the program's own, which only the user opens.
+constexpr char own[] = "orvane:start";
 
 /// A page that runs `attack`, an async function's body, and puts what it gives into its title;
 /// "nothing" when that fails or takes too long.
@@ -47,6 +49,7 @@ private slots:
     void pageReachesNoInnerFile();
     void pageGoesToNone_data();
     void pageGoesToNone();
+    void windowOfItsOwnGoesToNone_data();
     void windowOfItsOwnGoesToNone();
 
 private:
@@ -112,6 +115,7 @@ void tst_innerpages::pageReachesNoInnerFile_data()
     QTest::addColumn<QByteArray>("attack");
     const auto row = [](const char *name, const QByteArray &attack) {
         QTest::addRow("%s", name) << attack;
+        QTest::addRow("%s: own page", name) << QByteArray(attack).replace("$inner", own);
     };
     row("script", "await make('script', {src: '$inner'}); return window.QWebChannel && 'ran'");
     row("module",
@@ -165,7 +169,7 @@ void tst_innerpages::pageGoesToNone_data()
 {
     QTest::addColumn<QByteArray>("attack");
     QTest::addColumn<QByteArray>("address");
-    for (const char *address : {inner, "chrome://inducebrowsercrashforrealz", "chrome://kill",
+    for (const char *address : {inner, own, "chrome://inducebrowsercrashforrealz", "chrome://kill",
                                 "view-source:chrome://crash", "devtools://devtools/bundled/x"}) {
         QTest::addRow("before the page is there: %s", address)
             << QByteArray("location = '$address'") << QByteArray(address);
@@ -225,6 +229,13 @@ void tst_innerpages::pageGoesToNone()
     popup.dropPage();
 }
 
+void tst_innerpages::windowOfItsOwnGoesToNone_data()
+{
+    QTest::addColumn<QByteArray>("address");
+    QTest::newRow("inner file") << QByteArray(inner);
+    QTest::newRow("own page") << QByteArray(own);
+}
+
 /// A window that a page holds on to may be sent somewhere at any time.
 void tst_innerpages::windowOfItsOwnGoesToNone()
 {
@@ -232,17 +243,19 @@ void tst_innerpages::windowOfItsOwnGoesToNone()
     RecordedEvents events;
     popup.setEvents(&events);
     m_scene->events.nextTarget = &popup;
+    QFETCH(const QByteArray, address);
     m_scene->server.page(
         "/hostile",
         hostilePage("const w = open(''); await new Promise(d => setTimeout(d, 300));"
-                    "w.location = '$inner'; await new Promise(d => setTimeout(d, 300));"
+                    "w.location = '$address'; await new Promise(d => setTimeout(d, 300));"
                     "const s = w.document.createElement('script'); s.src = '$inner';"
                     "w.document.body.append(s); await new Promise(d => setTimeout(d, 500));"
-                    "return w.QWebChannel && 'ran'"));
+                    "return w.QWebChannel && 'ran'")
+            .replace("$address", address));
     m_scene->browser->navigate(m_scene->server.url(u"/hostile"_s));
     QTRY_VERIFY(m_scene->browser->page()->title().startsWith("got: "_L1));
     QCOMPARE(m_scene->browser->page()->title(), u"got: nothing"_s);
-    QCOMPARE(events.lines.filter(u"qrc"_s), QStringList());
+    QCOMPARE(events.lines.filter(u"qrc"_s) + events.lines.filter(u"orvane"_s), QStringList());
     m_scene->browser->dropPage();
     popup.dropPage();
 }
