@@ -60,7 +60,7 @@ NavigationTeller::NavigationTeller(PageLife &life, const Listener &listener, Nav
     , m_listener(listener)
     , m_state(state)
     , m_history(history)
-    , m_indicators(new PageIndicators(this))
+    , m_indicators(new PageIndicators(this)) // NOLINT(bugprone-throw-keyword-missing)
 {
     connect(&life, &PageLife::came, m_indicators, &PageIndicators::watch);
     const auto tellLock = [this] {

@@ -266,9 +266,9 @@ bool Navigator::isHeldForm(const QUrl &url, Navigation::Type type)
     InsecureForms &forms = m_life.page()->insecureForms();
     if (type == Navigation::Type::Form)
         return forms.holds(url);
-    const bool isOpening = m_state.isAdopted() && !m_state.hasDocument();
-    return !formsOpenAsForms && isOpening && type == Navigation::Type::Link
-        && forms.holdsOpening(url);
+    if (formsOpenAsForms || type != Navigation::Type::Link)
+        return false;
+    return m_state.isAdopted() && !m_state.hasDocument() && forms.holdsOpening(url);
 }
 
 /// By a page: the user names it, asks for it anew or goes back to it.
