@@ -7,6 +7,7 @@
 #include "AllCommands.h"
 #include "AppFolder.h"
 #include "CommandLine.h"
+#include "DefaultBrowserChoice.h"
 #include "DownloadFile.h"
 #include "DownloadList.h"
 #include "DownloadStore.h"
@@ -39,13 +40,16 @@ HandOver handOver(int argc, char **argv)
     // No display is needed for this.
     const QCoreApplication app(argc, argv);
     const QStringList arguments = QCoreApplication::arguments().mid(1);
-    if (std::any_of(arguments.cbegin(), arguments.cend(), isForTheToolkit))
+    const StartRequest request = StartRequest::ofThisStart(arguments);
+    const auto own = arguments.cbegin() + (request.isPrivate ? 1 : 0);
+    if (std::any_of(own, arguments.cend(), isForTheToolkit))
         return {false, StartPlace::take()};
-    return HandOver::attempt(StartRequest::ofThisStart(arguments.join(u' ')));
+    return HandOver::attempt(request);
 }
 
 int runFrame(StartListener &laterStarts)
 {
+    const bool isFirstStart = !QFileInfo::exists(AppFolder::settingsPath());
     MainWindow frame;
     followEndRequests(frame);
     // Reads beside the start.
@@ -55,13 +59,15 @@ int runFrame(StartListener &laterStarts)
     const bool isStored = engineProfileIsStored();
     const auto desk = isStored ? std::make_unique<LastDesk>(frame) : nullptr;
     const auto visits = isStored ? std::make_unique<VisitHistory>(VisitFile::path()) : nullptr;
-    frame.setCommandLine(QCoreApplication::arguments().mid(1).join(u' '));
+    const auto start = StartRequest::ofThisStart(QCoreApplication::arguments().mid(1));
+    frame.setCommandLine(start.text, start.isPrivate ? Privacy::Private : Privacy::Ordinary);
     startUp(frame);
     // Left while it was starting: there is no window whose closing would end the loop.
     if (frame.isClosed())
         return 0;
-    if (desk)
-        desk->offer();
+    const bool isOffered = desk && desk->offer();
+    if (isStored && !isFirstStart && !isOffered)
+        DefaultBrowserChoice::askOnce(frame);
     startCleaning();
     followLaterStarts(frame, laterStarts);
     const int status = QCoreApplication::exec();
@@ -82,6 +88,7 @@ void print(int argc, char **argv)
 
 int main(int argc, char **argv)
 {
+    AppFolder::begin();
     if (argc > 1 && asksForWords(argv[1])) {
         print(argc, argv);
         return 0;

@@ -3,12 +3,15 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFrame>
 #include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 
+#include "AppFolder.h"
 #include "EngineAge.h"
 #include "Forms.h"
 #include "ProgramInfo.h"
@@ -62,6 +65,16 @@ QLabel *ageLabel()
     QLabel *result =
         label(u"lblOldEngine"_s, QString(age).replace("%1"_L1, released.toString(u"yyyy-MM"_s)));
     result->setWordWrap(true);
+    return result;
+}
+
+/// Where the user's files are; a path may be longer than any label.
+QLineEdit *folderField()
+{
+    auto *result = new QLineEdit(QDir::toNativeSeparators(AppFolder::path()));
+    result->setObjectName("txtFolder"_L1);
+    result->setReadOnly(true);
+    result->setCursorPosition(0);
     return result;
 }
 
@@ -125,6 +138,12 @@ AboutDialog::AboutDialog(QWidget *owner)
     layout->addWidget(details, 5, 1);
     if (QLabel *age = ageLabel())
         layout->addWidget(age, 6, 1);
-    layout->addWidget(buttons, 7, 0, 1, 2);
+    QLabel *folderLabel =
+        label(u"lblFolder"_s, texts.at<"lblFolder", "Settings, lists and profiles are in:">());
+    QLineEdit *folder = folderField();
+    folderLabel->setBuddy(folder);
+    layout->addWidget(folderLabel, 7, 1);
+    layout->addWidget(folder, 8, 1);
+    layout->addWidget(buttons, 9, 0, 1, 2);
     playStartSound();
 }

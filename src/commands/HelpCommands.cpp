@@ -14,7 +14,7 @@ namespace {
 
 void startUpdater(Frame &frame)
 {
-    const auto failure = startProgram(AppFolder::path() + "/OrvaneUpdater.exe"_L1);
+    const auto failure = startProgram(AppFolder::program() + "/OrvaneUpdater.exe"_L1);
     if (failure)
         MsgBox::tell(frame.window(),
                      "Error %1: %2"_L1.arg(QString::number(failure->number), failure->text));

@@ -97,15 +97,16 @@ void LastDesk::write()
     m_store.put(deskToKeep(m_frame, m_pending));
 }
 
-void LastDesk::offer()
+bool LastDesk::offer()
 {
     if (!m_left.isCut || m_pending.windows.isEmpty() || m_frame.isClosed())
-        return;
+        return false;
     m_offer = new DeskOffer(m_pending, WakingPages::left());
     connect(m_offer, &DeskOffer::accepted, this, &LastDesk::openThese);
     connect(m_offer, &DeskOffer::declined, this, &LastDesk::decline);
     connect(&m_frame, &MainWindow::translated, m_offer, &DeskOffer::translate);
     m_frame.addNotice(*m_offer);
+    return true;
 }
 
 bool LastDesk::openAtStart()

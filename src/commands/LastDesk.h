@@ -22,8 +22,9 @@ public:
     /// Before the frame loads; this goes before the frame.
     explicit LastDesk(MainWindow &frame);
 
-    /// Once the frame has loaded: offers the windows of a program that was ended in between.
-    void offer();
+    /// Once the frame has loaded: offers the windows of a program that was ended in between; false
+    /// where there are none.
+    bool offer();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -17,6 +17,7 @@
 #include "AppFolder.h"
 #include "BrowserWindow.h"
 #include "Captioned.h"
+#include "DefaultBrowserChoice.h"
 #include "Forms.h"
 #include "Frame.h"
 #include "LanguageFiles.h"
@@ -119,7 +120,9 @@ OptionsDialog::OptionsDialog(Frame &frame, StartUpFrame &program)
     layout->addWidget(makeSwitches("FrameOptions1"));
     layout->addWidget(makeSwitches("FrameOptions2"));
     layout->addWidget(makeLanguage());
-    layout->addWidget(makeSwitches("FrameOptions3"));
+    QWidget *others = makeSwitches("FrameOptions3");
+    others->layout()->addWidget(DefaultBrowserChoice::makeButton());
+    layout->addWidget(others);
     layout->addStretch();
     layout->addWidget(makeButtons());
     // Only inside its dialog does a button become the one that Enter presses.

@@ -1,5 +1,7 @@
 #include "AppFolder.h"
 
+#include "InstalledFolder.h"
+
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -8,6 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 QString chosenFolder;
+QString chosenProgram;
 QString chosenSettings;
 
 QString executableFolder()
@@ -21,6 +24,15 @@ QString executableFolder()
 
 namespace AppFolder {
 
+void begin()
+{
+    const ProgramFolders folders = InstalledFolder::choose(executableFolder());
+    if (InstalledFolder::prepare(folders))
+        chosenFolder = folders.application;
+    else
+        chosenFolder = folders.shipped;
+}
+
 QString path()
 {
     return chosenFolder.isEmpty() ? executableFolder() : chosenFolder;
@@ -29,6 +41,12 @@ QString path()
 void setPath(const QString &folder)
 {
     chosenFolder = folder;
+    chosenProgram = folder;
+}
+
+QString program()
+{
+    return chosenProgram.isEmpty() ? executableFolder() : chosenProgram;
 }
 
 QString mark()

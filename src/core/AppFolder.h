@@ -2,12 +2,18 @@
 
 #include <QString>
 
-/// The program's own folder and the files in it. Nothing outside it is read or written but the
+/// The application folder and the files in it. Nothing outside it is read or written but the
 /// user's favorites, the engine's own data and the place where starts find the program that runs.
 namespace AppFolder {
-/// Without a trailing slash; the executable's folder unless a test set another.
+/// Finds and makes it, as `InstalledFolder` says; before anything asks for it. Until then, and
+/// where it cannot be made, it is the folder of what ships.
+void begin();
+/// Without a trailing slash.
 QString path();
+/// For a test, in place of all.
 void setPath(const QString &folder);
+/// The folder of the executable, and of programs that come beside it.
+QString program();
 /// Sixteen letters that stand for the folder, however it is reached: what is kept of it elsewhere
 /// is named by them.
 QString mark();

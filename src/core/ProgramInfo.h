@@ -7,6 +7,10 @@ namespace ProgramInfo {
 QString title();
 /// The name of the desktop's entry for the program and of its icon there.
 QString desktopEntry();
+/// From the folder of an installed program to that of what ships with it, and to that of the
+/// programs that only it starts; relative.
+QString sharedFolder();
+QString helperFolder();
 /// Three numbers with dots, "1.0.0".
 QString version();
 QString fileDescription();

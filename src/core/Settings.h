@@ -110,6 +110,9 @@ inline constexpr Switch searchBar{
 /// The kind of profile that was saved last.
 inline constexpr Switch profileWithWindows{"Settings", "ProfileWithWindows", TrueFalse, false};
 
+/// Whether this is to be the desktop's browser was asked once.
+inline constexpr Switch defaultBrowserAsked{"Settings", "DefaultBrowserAsked", TrueFalse, false};
+
 /// 1: at the top, 2: at the bottom.
 inline constexpr Number align{"ToolBar", "Align", 1};
 /// Of the band whose position in the strip stands behind the key.

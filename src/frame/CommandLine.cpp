@@ -15,6 +15,7 @@ namespace {
 
 constexpr QByteArrayView help = "--help";
 constexpr QByteArrayView version = "--version";
+constexpr auto inPrivate = "--private"_L1;
 /// For the options' names, in characters.
 constexpr int column = 12;
 
@@ -22,8 +23,8 @@ constexpr Texts<"CommandLine"> texts;
 
 QString usage(const QString &program)
 {
-    const QString call =
-        program + " ["_L1 + texts.at<"strArguments", "ADDRESS | FILE | PROFILE.orp">() + u']';
+    const QString call = program + " ["_L1 + inPrivate + "] ["_L1
+        + texts.at<"strArguments", "ADDRESS | FILE | PROFILE.orp">() + u']';
     const auto option = [](const QString &name, const QString &meaning) {
         return "  "_L1 + name.leftJustified(column) + meaning + u'\n';
     };
@@ -32,7 +33,8 @@ QString usage(const QString &program)
                    "Opens the address, the file or every address of the profile; without any, the "
                    "home page.">()
         + u'\n' + texts.at<"strOpensThere", "Where Orvane runs already, it is opened there.">()
-        + "\n\n"_L1 + option(QString::fromLatin1(help), texts.at<"strHelp", "Shows this text">())
+        + "\n\n"_L1 + option(inPrivate, texts.at<"strPrivate", "Opens it in a private window">())
+        + option(QString::fromLatin1(help), texts.at<"strHelp", "Shows this text">())
         + option(QString::fromLatin1(version), texts.at<"strVersion", "Shows the version">());
 }
 

@@ -20,22 +20,24 @@ FrameOpener::FrameOpener(Frame &frame)
     frame.window()->installEventFilter(this);
 }
 
-void FrameOpener::openFirst(const QString &text)
+void FrameOpener::openFirst(const QString &text, Privacy privacy)
 {
     const QString address = startAddress(unquoted(text), QDir::currentPath());
     const bool hasDesk = m_deskOpener && m_deskOpener();
-    if (!hasDesk || !address.isEmpty())
-        open(address, hasDesk ? m_frame.newWindowState() : WindowState::Maximized);
+    if (!hasDesk || !address.isEmpty() || privacy == Privacy::Private)
+        open(address, hasDesk ? m_frame.newWindowState() : WindowState::Maximized, privacy);
 }
 
-void FrameOpener::openAlso(const QString &text, const QString &folder)
+void FrameOpener::openAlso(const QString &text, const QString &folder, Privacy privacy)
 {
-    open(startAddressElsewhere(unquoted(text), folder), m_frame.newWindowState());
+    open(startAddressElsewhere(unquoted(text), folder), m_frame.newWindowState(), privacy);
 }
 
-void FrameOpener::open(const QString &address, WindowState state)
+void FrameOpener::open(const QString &address, WindowState state, Privacy privacy)
 {
-    if (!isProfileName(address))
+    if (privacy == Privacy::Private)
+        m_frame.openPrivateWindow(address, state);
+    else if (!isProfileName(address))
         m_frame.openBrowserWindow(address, state);
     else if (!m_frame.openProfile(address, true)
              || (m_frame.window()->isVisible() && !m_frame.activeChild()))

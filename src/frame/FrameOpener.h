@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Frame.h"
+
 #include <QObject>
 #include <QString>
 #include <functional>
 
-class Frame;
 class QDropEvent;
-enum class WindowState;
 
 /// What opens in the frame from outside: what the program was started on, what a later start hands
 /// over, profiles, and files that are dropped where nothing else takes them.
@@ -26,11 +26,11 @@ public:
     void setDeskOpener(const DeskOpener &opener) { m_deskOpener = opener; }
 
     /// `text`: an address or a profile file, perhaps in double quotes, relative to the current
-    /// folder.
-    void openFirst(const QString &text);
+    /// folder. Private: in a window that is; of a profile, whose windows are not, what is in it.
+    void openFirst(const QString &text, Privacy privacy = Privacy::Ordinary);
     /// As at the start of the program, in a window besides: opens what `text` names, relative to
     /// `folder`.
-    void openAlso(const QString &text, const QString &folder);
+    void openAlso(const QString &text, const QString &folder, Privacy privacy = Privacy::Ordinary);
     /// As `Frame` has it.
     bool openProfile(const QString &file, bool quiet) const;
 
@@ -38,7 +38,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void open(const QString &address, WindowState state);
+    void open(const QString &address, WindowState state, Privacy privacy);
     void drop(QDropEvent &event);
 
     Frame &m_frame;

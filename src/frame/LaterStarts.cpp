@@ -46,7 +46,8 @@ private:
         const StartRequest request = m_requests.takeFirst();
         // A profile lets events run as it opens.
         m_isOpening = true;
-        m_frame.opener().openAlso(request.text, request.folder);
+        m_frame.opener().openAlso(request.text, request.folder,
+                                  request.isPrivate ? Privacy::Private : Privacy::Ordinary);
         m_isOpening = false;
         if (m_frame.isClosed())
             return;

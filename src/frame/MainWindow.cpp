@@ -215,7 +215,7 @@ void MainWindow::load()
     letPendingEventsRun();
     loadBlockedList();
     if (!m_closed)
-        m_opener->openFirst(m_commandLine);
+        m_opener->openFirst(m_commandLine, m_startPrivacy);
 }
 
 void MainWindow::translate()

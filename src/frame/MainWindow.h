@@ -32,7 +32,11 @@ public:
     ~MainWindow() override;
 
     /// What the program was started on: an address or a profile file, perhaps in double quotes.
-    void setCommandLine(const QString &text) { m_commandLine = text; }
+    void setCommandLine(const QString &text, Privacy privacy = Privacy::Ordinary)
+    {
+        m_commandLine = text;
+        m_startPrivacy = privacy;
+    }
     /// To be called once every command group has registered its handlers.
     void closeCommandTable() { m_commands.close(); }
     /// True once the user has left the program, perhaps while it was still starting: nothing opens
@@ -116,6 +120,7 @@ private:
     DownloadStrip *m_downloads;
     FrameOpener *m_opener;
     QString m_commandLine;
+    Privacy m_startPrivacy = Privacy::Ordinary;
     int m_navigationFlags = 0;
     bool m_loaded = false;
     bool m_closed = false;

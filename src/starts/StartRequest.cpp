@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int version = 1;
+constexpr auto privateOption = "--private"_L1;
 
 /// Without the number of a screen, which is a part of the display.
 QString withoutScreen(const QString &display)
@@ -31,19 +32,19 @@ QStringList StartRequest::displaysHere()
     return all;
 }
 
-StartRequest StartRequest::ofThisStart(const QString &text)
+StartRequest StartRequest::ofThisStart(const QStringList &arguments)
 {
-    return {text, QDir::currentPath(), displaysHere(),
-            qEnvironmentVariable("XDG_ACTIVATION_TOKEN")};
+    const bool isPrivate = arguments.value(0) == privateOption;
+    return {arguments.mid(isPrivate ? 1 : 0).join(u' '), QDir::currentPath(), displaysHere(),
+            qEnvironmentVariable("XDG_ACTIVATION_TOKEN"), isPrivate};
 }
 
 QByteArray StartRequest::bytes() const
 {
-    const QJsonObject object{{"version"_L1, version},
-                             {"text"_L1, text},
-                             {"folder"_L1, folder},
-                             {"displays"_L1, QJsonArray::fromStringList(displays)},
-                             {"activation"_L1, activation}};
+    const QJsonObject object{
+        {"version"_L1, version},       {"text"_L1, text},
+        {"folder"_L1, folder},         {"displays"_L1, QJsonArray::fromStringList(displays)},
+        {"activation"_L1, activation}, {"private"_L1, isPrivate}};
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
@@ -55,7 +56,8 @@ std::optional<StartRequest> StartRequest::from(const QByteArray &line)
     StartRequest request{object["text"_L1].toString(),
                          object["folder"_L1].toString(),
                          {},
-                         object["activation"_L1].toString()};
+                         object["activation"_L1].toString(),
+                         object["private"_L1].toBool()};
     const QJsonArray displays = object["displays"_L1].toArray();
     for (const QJsonValue &each : displays)
         request.displays.append(each.toString());

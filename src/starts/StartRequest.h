@@ -19,11 +19,13 @@ struct StartRequest {
     QStringList displays;
     /// What allows the frame to come to the front, from whoever started the program; may be empty.
     QString activation;
+    /// In a private window.
+    bool isPrivate = false;
 
     bool operator==(const StartRequest &) const = default;
 
-    /// With `text`, of this process.
-    static StartRequest ofThisStart(const QString &text);
+    /// Of this process, with the arguments behind the program's name.
+    static StartRequest ofThisStart(const QStringList &arguments);
     /// The displays of this process.
     static QStringList displaysHere();
 

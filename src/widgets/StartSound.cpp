@@ -2,8 +2,10 @@
 
 #include "AppFolder.h"
 #include "Log.h"
+#include "ProgramInfo.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTimer>
@@ -17,12 +19,16 @@ namespace {
 // Long enough for the first page to be on its way, short enough to belong to the splash.
 constexpr auto delay = 400ms;
 
+/// In a movable folder beside the program, else where only programs start it.
 QString playerProgram()
 {
 #ifdef Q_OS_WIN
-    return AppFolder::path() + "/orvane-sound.exe"_L1;
+    return AppFolder::program() + "/orvane-sound.exe"_L1;
 #else
-    return AppFolder::path() + "/orvane-sound"_L1;
+    const QString beside = AppFolder::program() + "/orvane-sound"_L1;
+    const QString installed =
+        AppFolder::program() + u'/' + ProgramInfo::helperFolder() + "/orvane-sound"_L1;
+    return QFileInfo(beside).isFile() ? beside : QDir::cleanPath(installed);
 #endif
 }
 

@@ -218,7 +218,7 @@ void tst_DesktopSession::progressIsToldThinned()
         bar.show(i / 1000.0);
     QTRY_VERIFY(!m_session->progress.isEmpty());
     const auto [entry, first] = m_session->progress.first();
-    QCOMPARE(entry, u"application://orvane.desktop"_s);
+    QCOMPARE(entry, u"application://com.example.Orvane.desktop"_s);
     QCOMPARE(first.value(u"progress-visible"_s), true);
     for (int i = 0; i <= 500; ++i)
         bar.show(i / 1000.0);

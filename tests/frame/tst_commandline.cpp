@@ -119,7 +119,8 @@ void tst_CommandLine::answers()
              ProgramInfo::title() + u' ' + ProgramInfo::version() + u'\n'
                  + EngineAge::versions().join(", "_L1) + u'\n');
     const QString help = commandLineAnswer("--help", u"orvane"_s);
-    QVERIFY(help.startsWith("Usage: orvane [ADDRESS"_L1));
+    QVERIFY(help.startsWith("Usage: orvane [--private] [ADDRESS"_L1));
+    QVERIFY(help.contains("\n  --private   "_L1));
     QVERIFY(help.contains("\n  --version   "_L1) && help.endsWith(u'\n'));
 }
 

@@ -39,7 +39,7 @@ int runStart()
 {
     AppFolder::setPath(qEnvironmentVariable(folderVariable));
     HandOver start =
-        HandOver::attempt(StartRequest::ofThisStart(QCoreApplication::arguments().value(2)));
+        HandOver::attempt(StartRequest::ofThisStart(QCoreApplication::arguments().mid(2, 1)));
     if (start.isDone || !start.place) {
         say(start.isDone ? "done" : "alone");
         return 0;
@@ -304,7 +304,7 @@ void tst_Starts::noiseIsDropped_data()
     QTest::newRow("an empty line") << QByteArray("\n");
     QTest::newRow("no object") << QByteArray("[1]\n");
     QTest::newRow("zeros") << QByteArray(5000, '\0') + '\n';
-    QTest::newRow("half a request") << StartRequest::ofThisStart(u"x"_s).bytes().left(9) + '\n';
+    QTest::newRow("half a request") << StartRequest::ofThisStart({u"x"_s}).bytes().left(9) + '\n';
     QTest::newRow("another version") << QByteArray(R"({"version":2,"text":"","folder":"/"})"
                                                    "\n");
     QTest::newRow("a relative folder") << QByteArray(R"({"version":1,"text":"","folder":"x"})"
@@ -363,7 +363,7 @@ void tst_Starts::slowMessageArrives()
 {
     listen();
     const auto slow = connected();
-    const QByteArray bytes = StartRequest::ofThisStart(u"slow"_s).bytes();
+    const QByteArray bytes = StartRequest::ofThisStart({u"slow"_s}).bytes();
     for (const char byte : bytes) {
         slow->write(&byte, 1);
         slow->flush();
@@ -377,7 +377,7 @@ void tst_Starts::slowMessageArrives()
 void tst_Starts::startThatIsTooLongGoesOnByItself()
 {
     listen();
-    const StartRequest request = StartRequest::ofThisStart(QString(StartRequest::largest, u'x'));
+    const StartRequest request = StartRequest::ofThisStart({QString(StartRequest::largest, u'x')});
     const HandOver start = HandOver::attempt(request);
     QVERIFY(!start.isDone && !start.place);
 }
@@ -431,7 +431,7 @@ void tst_Starts::otherUsersAreRefused()
     for (QString path = QString::fromLocal8Bit(socket); path.startsWith(m_session->path());
          path = QFileInfo(path).path())
         QVERIFY(QFile::setPermissions(path, QFile::Permissions(0x7777)));
-    const QByteArray bytes = StartRequest::ofThisStart(u"theirs"_s).bytes();
+    const QByteArray bytes = StartRequest::ofThisStart({u"theirs"_s}).bytes();
     const pid_t child = ::fork();
     if (child == 0) {
         sockaddr_un address = {};
