@@ -30,8 +30,8 @@ void run(const QStringList &arguments, QObject *receiver,
 {
     auto *tool = new QProcess(receiver);
     tool->setStandardErrorFile(QProcess::nullDevice());
-    const auto end = [tool, done](const std::optional<QByteArray> &printed) {
-        tool->disconnect();
+    const auto end = [tool, receiver, done](const std::optional<QByteArray> &printed) {
+        tool->disconnect(receiver);
         tool->deleteLater();
         done(printed);
     };

@@ -24,6 +24,7 @@ signals:
 private slots:
     void noteSetting(const QString &group, const QString &key, const QDBusVariant &value);
 
+    // NOLINTNEXTLINE(readability-redundant-access-specifiers): what follows are no slots
 private:
     bool askAtOnce();
     void ask();

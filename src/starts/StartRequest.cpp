@@ -59,7 +59,7 @@ std::optional<StartRequest> StartRequest::from(const QByteArray &line)
                          object["activation"_L1].toString(),
                          object["private"_L1].toBool()};
     const QJsonArray displays = object["displays"_L1].toArray();
-    for (const QJsonValue &each : displays)
+    for (const auto &each : displays)
         request.displays.append(each.toString());
     return QDir::isAbsolutePath(request.folder) ? std::optional(request) : std::nullopt;
 }

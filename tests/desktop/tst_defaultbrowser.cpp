@@ -1,12 +1,11 @@
 // What the desktop's own tool says of its browser, and is told, whatever that tool does.
 #include "DefaultBrowser.h"
+#include "FakeBrowserTool.h"
 #include "ProgramInfo.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QObject>
-#include <QTemporaryDir>
 #include <QTest>
 #include <optional>
 
@@ -32,29 +31,6 @@ private slots:
     void makes();
 
 private:
-    /// The tool, as a script that notes its arguments.
-    void tool(const QByteArray &commands) const
-    {
-        const QString path = m_home->filePath(u"bin/xdg-settings"_s);
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("#!/bin/sh\necho \"$@\" >>'" + QFile::encodeName(log()) + "'\n" + commands
-                   + '\n');
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
-    QString log() const { return m_home->filePath(u"log"_s); }
-    QByteArray called() const
-    {
-        QFile file(log());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-    void install() const
-    {
-        QFile file(m_home->filePath("share/applications/"_L1 + ProgramInfo::desktopEntry()
-                                    + ".desktop"_L1));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("[Desktop Entry]\nType=Application\nName=Orvane\nExec=orvane\n");
-    }
     std::optional<DefaultBrowser::Is> found()
     {
         auto result = std::make_shared<std::optional<DefaultBrowser::Is>>();
@@ -63,27 +39,17 @@ private:
         return *result;
     }
 
-    std::unique_ptr<QTemporaryDir> m_home;
-    QByteArray m_path;
+    std::unique_ptr<FakeBrowserTool> m_tool;
 };
 
 void tst_DefaultBrowser::init()
 {
-    m_home = std::make_unique<QTemporaryDir>();
-    QVERIFY(QDir().mkpath(m_home->filePath(u"bin"_s)));
-    QVERIFY(QDir().mkpath(m_home->filePath(u"share/applications"_s)));
-    m_path = qgetenv("PATH");
-    qputenv("PATH", QFile::encodeName(m_home->filePath(u"bin"_s)) + ':' + m_path);
-    qputenv("XDG_DATA_HOME", QFile::encodeName(m_home->filePath(u"share"_s)));
-    qputenv("XDG_DATA_DIRS", "/nowhere");
+    m_tool = std::make_unique<FakeBrowserTool>();
 }
 
 void tst_DefaultBrowser::cleanup()
 {
-    qputenv("PATH", m_path);
-    qunsetenv("XDG_DATA_HOME");
-    qunsetenv("XDG_DATA_DIRS");
-    m_home.reset();
+    m_tool.reset();
 }
 
 void tst_DefaultBrowser::finds_data()
@@ -102,31 +68,31 @@ void tst_DefaultBrowser::finds()
 {
     QFETCH(const QByteArray, commands);
     QFETCH(const DefaultBrowser::Is, is);
-    install();
-    tool(commands);
+    QVERIFY(m_tool->install(ProgramInfo::desktopEntry()));
+    QVERIFY(m_tool->does(commands));
     QCOMPARE(found(), std::optional(is));
 }
 
 void tst_DefaultBrowser::isAskedOfTheEntry()
 {
-    install();
-    tool("echo no");
+    QVERIFY(m_tool->install(ProgramInfo::desktopEntry()));
+    QVERIFY(m_tool->does("echo no"));
     QVERIFY(found());
-    QCOMPARE(called(),
+    QCOMPARE(m_tool->called(),
              "check default-web-browser " + ProgramInfo::desktopEntry().toUtf8() + ".desktop\n");
 }
 
 /// As of a program in a folder of its own, which no desktop could start.
 void tst_DefaultBrowser::withoutTheEntryNobodyIsAsked()
 {
-    tool("echo no");
+    QVERIFY(m_tool->does("echo no"));
     QCOMPARE(found(), std::optional(DefaultBrowser::Is::Unknown));
-    QCOMPARE(called(), QByteArray());
+    QCOMPARE(m_tool->called(), QByteArray());
 }
 
 void tst_DefaultBrowser::withoutTheTool()
 {
-    install();
+    QVERIFY(m_tool->install(ProgramInfo::desktopEntry()));
     qputenv("PATH", "/nowhere");
     QCOMPARE(found(), std::optional(DefaultBrowser::Is::Unknown));
 }
@@ -134,8 +100,8 @@ void tst_DefaultBrowser::withoutTheTool()
 /// Nothing waits for it, and in the end it is ended.
 void tst_DefaultBrowser::toolThatHangs()
 {
-    install();
-    tool("exec sleep 1000");
+    QVERIFY(m_tool->install(ProgramInfo::desktopEntry()));
+    QVERIFY(m_tool->does("exec sleep 1000"));
     std::optional<DefaultBrowser::Is> result;
     QElapsedTimer time;
     time.start();
@@ -147,13 +113,14 @@ void tst_DefaultBrowser::toolThatHangs()
 
 void tst_DefaultBrowser::receiverThatGoes()
 {
-    install();
-    tool("sleep 0.2; echo yes; echo end >>'" + QFile::encodeName(log()) + "'");
+    QVERIFY(m_tool->install(ProgramInfo::desktopEntry()));
+    QVERIFY(
+        m_tool->does("sleep 0.2; echo yes; echo end >>'" + QFile::encodeName(m_tool->log()) + "'"));
     bool isTold = false;
     {
         QObject receiver;
         DefaultBrowser::find(&receiver, [&isTold](DefaultBrowser::Is) { isTold = true; });
-        QTRY_VERIFY(called().contains("check"));
+        QTRY_VERIFY(m_tool->called().contains("check"));
     }
     QVERIFY(found());
     QVERIFY(!isTold);
@@ -171,13 +138,13 @@ void tst_DefaultBrowser::makes()
 {
     QFETCH(const QByteArray, commands);
     QFETCH(const bool, isDone);
-    install();
-    tool(commands);
+    QVERIFY(m_tool->install(ProgramInfo::desktopEntry()));
+    QVERIFY(m_tool->does(commands));
     std::optional<bool> result;
     DefaultBrowser::make(this, [&result](bool is) { result = is; });
     QTRY_VERIFY(result);
     QCOMPARE(*result, isDone);
-    QCOMPARE(called(),
+    QCOMPARE(m_tool->called(),
              "set default-web-browser " + ProgramInfo::desktopEntry().toUtf8() + ".desktop\n");
 }
 
