@@ -28,11 +28,15 @@ function(orvane_install)
   orvane_install_icon(${packaging}/profile.svg mimetypes application-x-orvane-profile)
 endfunction()
 
-# orvane_install_icon(SVG KIND NAME): as it is, and in the sizes that desktops ask for.
+# orvane_install_icon(SVG KIND NAME): as it is and, where there is the tool that draws them, in the
+# sizes that desktops ask for.
 function(orvane_install_icon svg kind name)
   set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
   install(FILES ${svg} DESTINATION ${icons}/scalable/${kind} RENAME ${name}.svg)
-  find_program(ORVANE_RSVG rsvg-convert REQUIRED DOC "Draws the icons' sizes")
+  find_program(ORVANE_RSVG rsvg-convert DOC "Draws the icons' sizes")
+  if(NOT ORVANE_RSVG)
+    return()
+  endif()
   foreach(size 16 22 24 32 48 64 128 256 512)
     set(png ${PROJECT_BINARY_DIR}/icons/${name}-${size}.png)
     add_custom_command(

@@ -27,10 +27,10 @@ namespace AppFolder {
 void begin()
 {
     const ProgramFolders folders = InstalledFolder::choose(executableFolder());
-    if (InstalledFolder::prepare(folders))
-        chosenFolder = folders.application;
-    else
-        chosenFolder = folders.shipped;
+    // The superuser could write to what ships, which is everybody's: he does without.
+    const bool isMade = InstalledFolder::prepare(folders);
+    const bool isForAll = QFileInfo(folders.shipped + "/AppData"_L1).isWritable();
+    chosenFolder = isMade || isForAll ? folders.application : folders.shipped;
 }
 
 QString path()

@@ -5,8 +5,9 @@
 /// The application folder and the files in it. Nothing outside it is read or written but the
 /// user's favorites, the engine's own data and the place where starts find the program that runs.
 namespace AppFolder {
-/// Finds and makes it, as `InstalledFolder` says; before anything asks for it. Until then, and
-/// where it cannot be made, it is the folder of what ships.
+/// Finds and makes it, as `InstalledFolder` says; before anything asks for it. Where it cannot be
+/// made, what ships is used in its place, and nothing can be kept. Until then it is the
+/// executable's folder.
 void begin();
 /// Without a trailing slash.
 QString path();

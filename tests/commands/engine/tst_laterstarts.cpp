@@ -26,10 +26,13 @@ private slots:
     void programThatHangsLeavesThePageToAFrameOfItsOwn();
     void startAfterTheEndKeepsItsCookies();
     void optionsOfTheToolkitAreForAStartOfItsOwn();
+    void privateStartOpensAPrivateWindow();
+    void privateStartIsHandedOver();
 
 private:
     QProcess &running(const QStringList &arguments = {});
     bool endsWell(QProcess &process) const;
+    QByteArray history() const { return m_program->read(u"AppData/History.txt"_s); }
 
     std::unique_ptr<TestServer> m_server;
     std::unique_ptr<BuiltProgram> m_program;
@@ -194,6 +197,30 @@ void tst_LaterStarts::optionsOfTheToolkitAreForAStartOfItsOwn()
     const QProcess &other = m_program->start({u"-style"_s, u"fusion"_s, m_server->url(u"/one"_s)});
     QTRY_COMPARE_WITH_TIMEOUT(m_server->count("/one"), 1, 60'000);
     QCOMPARE(other.state(), QProcess::Running);
+}
+
+/// Alone: the home page is not opened beside it, and nothing of it is kept.
+void tst_LaterStarts::privateStartOpensAPrivateWindow()
+{
+    m_program->start({u"--private"_s, m_server->url(u"/one"_s)});
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->count("/one"), 1, 60'000);
+    QVERIFY(endsWell(m_program->start({m_server->url(u"/two"_s)})));
+    QTRY_VERIFY_WITH_TIMEOUT(history().contains("/two"), 30'000);
+    QVERIFY2(!history().contains("/one"), history().constData());
+    QCOMPARE(m_server->count("/home"), 0);
+}
+
+void tst_LaterStarts::privateStartIsHandedOver()
+{
+    running();
+    QVERIFY(endsWell(m_program->start({u"--private"_s, m_server->url(u"/one"_s)})));
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->count("/one"), 1, 30'000);
+    QVERIFY(endsWell(m_program->start({m_server->url(u"/two"_s)})));
+    QTRY_VERIFY_WITH_TIMEOUT(history().contains("/two"), 30'000);
+    QVERIFY2(!history().contains("/one"), history().constData());
+    // A blank one.
+    QVERIFY(endsWell(m_program->start({u"--private"_s})));
+    QCOMPARE(m_server->count("/home"), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_LaterStarts)
