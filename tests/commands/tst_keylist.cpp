@@ -44,6 +44,7 @@ private slots:
 private:
     void press(int key, Qt::KeyboardModifiers held, bool isRepeat = false) const
     {
+        QTRY_VERIFY(QApplication::activeWindow());
         QTest::simulateEvent(QApplication::activeWindow()->windowHandle(), true, key, held, {},
                              isRepeat);
         QTest::simulateEvent(QApplication::activeWindow()->windowHandle(), false, key, held, {},
