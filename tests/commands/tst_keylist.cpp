@@ -1,3 +1,4 @@
+#include <QAbstractButton>
 #include <QFile>
 #include <QLineEdit>
 #include <QMenuBar>
