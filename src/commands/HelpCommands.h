@@ -2,5 +2,5 @@
 
 class Frame;
 
-/// The Help menu: about box, donation page, the updater, the maker's page.
+/// The Help menu: about box, donation page, the updater, the maker's page, the guide.
 void registerHelpCommands(Frame &frame);

@@ -75,6 +75,7 @@ bool hasGraphicsDevice(const QString &devices)
 static void initResources()
 {
     Q_INIT_RESOURCE(engine);
+    Q_INIT_RESOURCE(guide);
 }
 
 void chooseRenderingBackend([[maybe_unused]] const QString &devices)

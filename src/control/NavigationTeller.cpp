@@ -3,6 +3,7 @@
 #include "AddressCompletion.h"
 #include "Addresses.h"
 #include "ErrorPage.h"
+#include "GuidePage.h"
 #include "Listener.h"
 #include "NavigationHistory.h"
 #include "OwnPages.h"
@@ -128,8 +129,10 @@ void NavigationTeller::tellOne(const Navigation::Event &event)
         m_indicators->distrust();
         break;
     case What::Complete:
-        if (isOwnPage(QUrl(event.text)))
+        if (isStartPage(QUrl(event.text)))
             StartPage::fill(m_life.page());
+        else if (isOwnPage(QUrl(event.text)))
+            GuidePage::letLinksLead(*m_life.page());
         m_listener.tell(&WebBrowserEvents::documentComplete, event.text);
         break;
     case What::GivenUp:

@@ -94,8 +94,10 @@ void Navigator::watch(WebPage *page, WebView *view, QObject *bond)
             QTimer::singleShot(0, this, &Navigator::refreshRequested);
     });
     connect(page, &WebPage::partChosen, bond, [this](const QString &choice) {
-        if (m_state.showsError() || isOwnPage(QUrl(m_state.location())))
+        if (m_state.showsError() || isStartPage(QUrl(m_state.location())))
             StartPage::choose(choice);
+        else if (isOwnPage(QUrl(m_state.location())))
+            QTimer::singleShot(0, this, [this, choice] { leadOn(choice); });
     });
     connect(page, &WebPage::told, bond, [this](const QString &text) { m_teller.tellText(text); });
     connect(page, &QWebEnginePage::linkHovered, bond, [this](const QString &url) {
@@ -126,6 +128,13 @@ void Navigator::load(const QString &url, bool forPage)
     }
     m_life.leaveCrashed();
     m_life.page()->load(address);
+}
+
+/// From a page of the guide to another, which the engine keeps from leading anywhere by itself.
+void Navigator::leadOn(const QString &link)
+{
+    if (isOwnPage(QUrl(m_state.location())) && isOwnPage(QUrl(link)))
+        load(link, false);
 }
 
 void Navigator::waitAt(const QString &url, const PageState &state)

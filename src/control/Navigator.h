@@ -55,6 +55,7 @@ private:
     void passOn(const QUrl &url, Navigation::Type type, bool isMainFrame);
     bool isHeldForm(const QUrl &url, Navigation::Type type);
     bool askForPage(const QUrl &url, Navigation::Type type);
+    void leadOn(const QString &link);
     bool noteStep(bool goes);
     void leaveEmpty();
     void replaceEntry(const QUrl &url);

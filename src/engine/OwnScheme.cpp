@@ -1,5 +1,6 @@
 #include "OwnScheme.h"
 
+#include "Language.h"
 #include "OwnPages.h"
 
 #include <QFile>
@@ -17,6 +18,16 @@ QByteArray name()
     return QByteArray(ownScheme.data(), ownScheme.size());
 }
 
+/// The guide is in the program's language, or in English.
+QString fileOf(const QUrl &address)
+{
+    if (isStartPage(address))
+        return u":/browser/start-page.html"_s;
+    const QString page = guidePage(address) + ".html"_L1;
+    const QString translated = ":/guide/%1/%2"_L1.arg(languageCode(languageName()), page);
+    return QFile::exists(translated) ? translated : ":/guide/en/"_L1 + page;
+}
+
 class Pages : public QWebEngineUrlSchemeHandler {
 public:
     using QWebEngineUrlSchemeHandler::QWebEngineUrlSchemeHandler;
@@ -27,11 +38,11 @@ public:
             job->fail(QWebEngineUrlRequestJob::UrlNotFound);
             return;
         }
-        auto *page = new QFile(u":/browser/start-page.html"_s, job);
+        auto *page = new QFile(fileOf(job->requestUrl()), job);
         if (page->open(QIODevice::ReadOnly))
             job->reply("text/html", page);
         else
-            job->fail(QWebEngineUrlRequestJob::RequestFailed);
+            job->fail(QWebEngineUrlRequestJob::UrlNotFound);
     }
 };
 }

@@ -2,8 +2,8 @@
 
 class QWebEngineProfile;
 
-/// Has the engine show the program's own pages, from its resources, each as it comes: what is on it
-/// is filled in by who knows it.
+/// Has the engine show the program's own pages, from its resources: the guide, and the start page
+/// empty, for who knows what is on it to fill in.
 namespace OwnScheme {
 /// Names the kind of address to the engine; before it starts.
 void announce();

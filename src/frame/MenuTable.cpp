@@ -156,6 +156,7 @@ constexpr auto table = std::to_array<MenuEntry>({
     {1, Item, "mnuHelpKelmarsh", "Kelmarsh"},
     {1, Separator, "mnuHelpBar2", "-"},
     {1, Item, "mnuHelpKeys", "&Keys"},
+    {1, Item, "mnuHelpContents", "&Contents", {.key = "F1"}},
 });
 // clang-format on
 

@@ -90,9 +90,11 @@ void inform(QWidget *owner, const QString &text)
     makeBox(owner, QMessageBox::Information, text, {}, QMessageBox::Ok)->open();
 }
 
-void tell(QWidget *owner, const QString &text)
+void tell(QWidget *owner, const QString &text, const QString &more)
 {
-    makeBox(owner, QMessageBox::NoIcon, text, {}, QMessageBox::Ok)->open();
+    QMessageBox *box = makeBox(owner, QMessageBox::NoIcon, text, {}, QMessageBox::Ok);
+    box->setInformativeText(more);
+    box->open();
 }
 
 }

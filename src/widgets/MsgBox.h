@@ -25,6 +25,6 @@ Answer askAndWait(QWidget *owner, const QString &text, const QString &title = {}
 /// Information icon, OK.
 void inform(QWidget *owner, const QString &text);
 
-/// No icon, OK.
-void tell(QWidget *owner, const QString &text);
+/// No icon, OK. `more` stands below the text.
+void tell(QWidget *owner, const QString &text, const QString &more = {});
 }

@@ -138,7 +138,7 @@ void tst_Menus::menuHoldsItsItemsInOrder_data()
     QTest::newRow("help") << u"mnuHelp"_s
         << u"mnuHelpAbout|&About ;mnuHelpBar0|-;mnuHelpDonate|Donate;mnuHelpBar1|-;"
            "mnuHelpCheckForUpdate|Check For Update;mnuHelpKelmarsh|Kelmarsh;mnuHelpBar2|-;"
-           "mnuHelpKeys|&Keys"_s;
+           "mnuHelpKeys|&Keys;mnuHelpContents|&Contents"_s;
     // clang-format on
 }
 
@@ -184,6 +184,7 @@ void tst_Menus::acceleratorsAreAsDesigned()
         {u"mnuToolsCosts"_s, u"Shift+Esc"_s},
         {u"mnuToolsDeveloper"_s, u"Ctrl+Shift+I"_s},
         {u"mnuWindowReopen"_s, u"Ctrl+Shift+T"_s},
+        {u"mnuHelpContents"_s, u"F1"_s},
     };
     QMap<QString, QString> found;
     for (const MenuEntry &entry : menuTable()) {

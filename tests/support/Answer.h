@@ -18,6 +18,7 @@ public:
             if (!box || !box->button(button))
                 return;
             m_text = box->text();
+            m_more = box->informativeText();
             m_title = box->windowTitle();
             ++m_count;
             m_look.stop();
@@ -28,11 +29,14 @@ public:
 
     int count() const { return m_count; }
     QString text() const { return m_text; }
+    /// What stands below it.
+    QString more() const { return m_more; }
     QString title() const { return m_title; }
 
 private:
     QTimer m_look;
     QString m_text;
+    QString m_more;
     QString m_title;
     int m_count = 0;
 };

@@ -156,20 +156,24 @@ void tst_Help::updaterThatDoesNotStart_data()
 {
     QTest::addColumn<bool>("isThere");
     QTest::addColumn<QString>("text");
-    QTest::newRow("missing") << false << u"Error 2: No such file or directory"_s;
-    QTest::newRow("not executable") << true << u"Error 13: Permission denied"_s;
+    QTest::addColumn<QString>("more");
+    QTest::newRow("missing") << false << u"Error 2: No such file or directory"_s
+                             << u"No updater came with this Orvane."_s;
+    QTest::newRow("not executable") << true << u"Error 13: Permission denied"_s << QString();
 }
 
 void tst_Help::updaterThatDoesNotStart()
 {
     QFETCH(bool, isThere);
     QFETCH(QString, text);
+    QFETCH(const QString, more);
     if (isThere)
         QVERIFY(m_session->folder.write(u"OrvaneUpdater.exe"_s, "#!/bin/sh\n"));
     Answer ok(QMessageBox::Ok);
     m_session->choose("mnuHelpCheckForUpdate");
     QTRY_COMPARE(ok.count(), 1);
     QCOMPARE(ok.text(), text);
+    QCOMPARE(ok.more().section(u' ', 0, 5), more);
     QCOMPARE(ok.title(), u"Orvane"_s);
 }
 

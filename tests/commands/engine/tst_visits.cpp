@@ -19,6 +19,7 @@ private slots:
 
     void pagesWithTheirTitles();
     void namesAndPasswordsStayOut();
+    void ownPagesStayOut();
     void pagesKeptOutStayOut();
     void whatFailsStaysOut();
     void redirectedPagesOnceAndWhereTheyEnd();
@@ -98,6 +99,17 @@ void tst_Visits::namesAndPasswordsStayOut()
     QTRY_COMPARE(lines().size(), 2);
     QVERIFY(lines().last().startsWith(url(u"/one"_s)));
     QVERIFY(!m_session->folder.read(u"AppData/History.txt"_s).contains("secret"));
+}
+
+void tst_Visits::ownPagesStayOut()
+{
+    for (const QString &own : {u"orvane:start"_s, u"orvane:guide"_s}) {
+        m_session->frame->navigateActive(own);
+        QTRY_VERIFY(m_session->shows(own));
+    }
+    go(u"/one"_s);
+    QTRY_COMPARE(lines().size(), 2);
+    QVERIFY(lines().last().startsWith(url(u"/one"_s)));
 }
 
 void tst_Visits::pagesKeptOutStayOut()

@@ -12,6 +12,7 @@ namespace {
 constexpr char inner[] = "qrc:///qtwebchannel/qwebchannel.js";
 /// A page of the program's own, which only the user opens.
 constexpr char own[] = "orvane:start";
+constexpr char guide[] = "orvane:guide/keys";
 
 /// A page that runs `attack`, an async function's body, and puts what it gives into its title;
 /// "nothing" when that fails or takes too long.
@@ -169,8 +170,9 @@ void tst_innerpages::pageGoesToNone_data()
 {
     QTest::addColumn<QByteArray>("attack");
     QTest::addColumn<QByteArray>("address");
-    for (const char *address : {inner, own, "chrome://inducebrowsercrashforrealz", "chrome://kill",
-                                "view-source:chrome://crash", "devtools://devtools/bundled/x"}) {
+    for (const char *address :
+         {inner, own, guide, "chrome://inducebrowsercrashforrealz", "chrome://kill",
+          "view-source:chrome://crash", "devtools://devtools/bundled/x"}) {
         QTest::addRow("before the page is there: %s", address)
             << QByteArray("location = '$address'") << QByteArray(address);
         const auto row = [address](const char *name, const QByteArray &attack) {
@@ -234,6 +236,7 @@ void tst_innerpages::windowOfItsOwnGoesToNone_data()
     QTest::addColumn<QByteArray>("address");
     QTest::newRow("inner file") << QByteArray(inner);
     QTest::newRow("own page") << QByteArray(own);
+    QTest::newRow("guide") << QByteArray(guide);
 }
 
 /// A window that a page holds on to may be sent somewhere at any time.
