@@ -5,6 +5,7 @@
 
 #include "MenuTable.h"
 #include "OwnPages.h"
+#include "Settings.h"
 
 using namespace Qt::StringLiterals;
 
@@ -18,6 +19,8 @@ private slots:
     void everyPageIsReached();
     void translationHasTheSameParts_data();
     void translationHasTheSameParts();
+    void everyMenuItemIsNamed();
+    void everySettingIsNamed();
 
 private:
     static QStringList languages() { return QDir(u":/guide"_s).entryList(QDir::Dirs); }
@@ -85,8 +88,9 @@ void tst_GuidePages::translationHasTheSameParts_data()
 {
     QTest::addColumn<QString>("language");
     QTest::addColumn<QString>("page");
+    QVERIFY(languages().size() > 1);
     for (const QString &language : languages()) {
-        for (const QString &file : pages(u"en"_s)) {
+        for (const QString &file : language == "en"_L1 ? QStringList() : pages(language)) {
             const QString page = file.section(u'.', 0, 0);
             QTest::addRow("%s, %s", qPrintable(language), qPrintable(page)) << language << page;
         }
@@ -104,6 +108,45 @@ void tst_GuidePages::translationHasTheSameParts()
                  qPrintable(part + ": "_L1 + QString::number(here.size()) + u'/'
                             + QString::number(there.size())));
     }
+}
+
+/// As the list of keys calls it, "New > Current".
+void tst_GuidePages::everyMenuItemIsNamed()
+{
+    const QString menus = text(u"en"_s, u"menus"_s);
+    QStringList path;
+    const std::span<const MenuEntry> table = menuTable();
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        const MenuEntry &entry = table[i];
+        if (entry.kind == MenuEntry::Kind::Separator)
+            continue;
+        QString caption = QString::fromLatin1(entry.caption).remove(u'&').remove("..."_L1);
+        path = path.first(entry.depth) << caption.trimmed();
+        const bool hasItems = i + 1 < table.size() && table[i + 1].depth > entry.depth;
+        const QString wanted = entry.depth == 0
+            ? ">%1</h2>"_L1.arg(path.first())
+            : "<td>%1</td>"_L1.arg(path.sliced(1).join(u" &gt; "_s));
+        QVERIFY2((entry.depth > 0 && hasItems) || menus.contains(wanted), qPrintable(wanted));
+    }
+}
+
+void tst_GuidePages::everySettingIsNamed()
+{
+    const QString files = text(u"en"_s, u"files"_s);
+    const auto check = [&files](const auto &setting) {
+        const QString key = "<code>%1</code>"_L1.arg(QLatin1StringView(setting.key));
+        QVERIFY2(files.contains(key), setting.key);
+    };
+    for (const Settings::Switch *each : Settings::switches)
+        check(*each);
+    check(Settings::profileWithWindows);
+    check(Settings::defaultBrowserAsked);
+    check(Settings::align);
+    check(Settings::sleepAfter);
+    check(Settings::sleepMemory);
+    check(Settings::homeUrl);
+    check(Settings::uploadFolder);
+    check(Settings::language);
 }
 
 QTEST_GUILESS_MAIN(tst_GuidePages)
