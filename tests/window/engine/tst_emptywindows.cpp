@@ -88,6 +88,8 @@ void tst_emptywindows::nothingToShowClosesTheWindow()
     m_scene->frame.open(m_scene->server.url(u"/p"_s));
     QTRY_COMPARE(browserForms().size(), 2);
     m_scene->frame.area->setActiveSubWindow(opener);
+    m_scene->frame.window()->activateWindow();
+    QTRY_VERIFY(m_scene->frame.window()->isActiveWindow());
     opener->browser()->setFocus();
     const QWidget *focus = QApplication::focusWidget();
     QVERIFY(focus);
