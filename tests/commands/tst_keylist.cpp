@@ -19,6 +19,26 @@
 using namespace Qt::StringLiterals;
 
 /// The tables of keys, the list that is made from them, and what keys do that no menu shows.
+namespace {
+/// As the keys are labelled where that language is spoken.
+QString keyText(const QKeySequence &key, const QString &language)
+{
+    static const QHash<QString, QString> german{
+        {u"Ctrl"_s, u"Strg"_s},           {u"Shift"_s, u"Umschalt"_s},  {u"Del"_s, u"Entf"_s},
+        {u"Ins"_s, u"Einfg"_s},           {u"PgDown"_s, u"Bild ab"_s},  {u"PgUp"_s, u"Bild auf"_s},
+        {u"Left"_s, u"Links"_s},          {u"Right"_s, u"Rechts"_s},    {u"Up"_s, u"Oben"_s},
+        {u"Down"_s, u"Unten"_s},          {u"Home"_s, u"Pos1"_s},       {u"End"_s, u"Ende"_s},
+        {u"Backspace"_s, u"Rücktaste"_s}, {u"Space"_s, u"Leertaste"_s}, {u"Return"_s, u"Eingabe"_s},
+        {u"Enter"_s, u"Enter"_s},         {u"Menu"_s, u"Menü"_s}};
+    QStringList parts = key.toString(QKeySequence::PortableText).split(u'+');
+    if (language == "German"_L1) {
+        for (QString &part : parts)
+            part = german.value(part, part);
+    }
+    return parts.join(u'+');
+}
+}
+
 class tst_KeyList : public QObject {
     Q_OBJECT
 
@@ -28,6 +48,7 @@ private slots:
 
     void noKeyHasTwoMeanings();
     void everyCommandHasAKeyAndAHandler();
+    void guideNamesEveryKey_data();
     void guideNamesEveryKey();
 
     void listIsSearchedAsOneTypes();
@@ -156,10 +177,21 @@ void tst_KeyList::everyCommandHasAKeyAndAHandler()
     }
 }
 
+void tst_KeyList::guideNamesEveryKey_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("page");
+    QTest::newRow("English") << u"English"_s << u"keys.md"_s;
+    QTest::newRow("German") << u"German"_s << u"de/keys.md"_s;
+}
+
 /// A line of the guide for each row of the list.
 void tst_KeyList::guideNamesEveryKey()
 {
-    QFile file(QStringLiteral(ORVANE_SOURCE_DIR "/docs/keys.md"));
+    QFETCH(const QString, language);
+    QFETCH(const QString, page);
+    takeLanguage(language);
+    QFile file(QStringLiteral(ORVANE_SOURCE_DIR "/docs/") + page);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QString guide = QString::fromUtf8(file.readAll());
     QString group;
@@ -168,7 +200,7 @@ void tst_KeyList::guideNamesEveryKey()
     for (const KeyRow &row : rows) {
         QStringList keys;
         for (const QKeySequence &key : row.keys)
-            keys.append(key.toString(QKeySequence::PortableText));
+            keys.append(keyText(key, language));
         const QString line = "| %1 | %2 |\n"_L1.arg(row.what, keys.join(u", "_s));
         if (std::exchange(group, row.group) != row.group && !guide.contains("\n## "_L1 + group))
             missing += "\n## "_L1 + group + "\n\n"_L1;

@@ -17,6 +17,7 @@ private slots:
     void placeInAPage();
     void backAndForth();
     void hasItsPictures();
+    void isInTheProgramsLanguage();
     void pageThatThereIsNot();
     void withScriptsOff();
 
@@ -93,6 +94,15 @@ void tst_Guide::hasItsPictures()
     QVERIFY(script(u"String(document.images.length)"_s).toInt() > 0);
     QTRY_COMPARE(script(u"String([...document.images].filter(i => i.naturalWidth === 0).length)"_s),
                  u"0"_s);
+}
+
+void tst_Guide::isInTheProgramsLanguage()
+{
+    QVERIFY(m_session->folder.setSetting(u"Options"_s, u"Language"_s, u"German"_s));
+    start();
+    m_session->choose("mnuHelpContents");
+    QTRY_VERIFY(m_session->shows(guide));
+    QTRY_COMPARE(script(u"document.documentElement.lang"_s), u"de"_s);
 }
 
 void tst_Guide::pageThatThereIsNot()
