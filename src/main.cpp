@@ -88,11 +88,12 @@ void print(int argc, char **argv)
 
 int main(int argc, char **argv)
 {
-    AppFolder::begin();
     if (argc > 1 && asksForWords(argv[1])) {
+        AppFolder::look();
         print(argc, argv);
         return 0;
     }
+    AppFolder::begin();
     HandOver start = handOver(argc, argv);
     if (start.isDone)
         return 0;

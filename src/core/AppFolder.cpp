@@ -33,6 +33,14 @@ void begin()
     chosenFolder = isMade || isForAll ? folders.application : folders.shipped;
 }
 
+void look()
+{
+    const ProgramFolders folders = InstalledFolder::choose(executableFolder());
+    const bool isThere =
+        folders.shipped.isEmpty() || QFileInfo(folders.application + "/AppData"_L1).isDir();
+    chosenFolder = isThere ? folders.application : folders.shipped;
+}
+
 QString path()
 {
     return chosenFolder.isEmpty() ? executableFolder() : chosenFolder;

@@ -9,6 +9,8 @@ namespace AppFolder {
 /// made, what ships is used in its place, and nothing can be kept. Until then it is the
 /// executable's folder.
 void begin();
+/// The same for who only reads: nothing is made, and what ships is used until there is a folder.
+void look();
 /// Without a trailing slash.
 QString path();
 /// For a test, in place of all.

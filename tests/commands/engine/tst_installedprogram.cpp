@@ -19,6 +19,7 @@ private slots:
     void firstStart();
     void settingsAreTheUsers();
     void wordsAreInHisLanguage();
+    void wordsMakeNothing();
     void homeThatMayNotBeWrittenTo();
 
 private:
@@ -117,9 +118,22 @@ void tst_InstalledProgram::settingsAreTheUsers()
 void tst_InstalledProgram::wordsAreInHisLanguage()
 {
     QVERIFY(write(user(u"AppData/Settings.ini"_s), "[Options]\r\nLanguage=German\r\n"));
+    QVERIFY(
+        write(user(u"AppData/Languages/German.ini"_s), "[CommandLine]\r\nstrUsage=Aufruf: %1\r\n"));
     QProcess &program = start({u"--help"_s});
     QVERIFY(program.waitForFinished(30'000));
     QVERIFY(program.readAllStandardOutput().startsWith("Aufruf: orvane"));
+}
+
+/// As the superuser asks for them when he installs it.
+void tst_InstalledProgram::wordsMakeNothing()
+{
+    for (const QString &option : {u"--version"_s, u"--help"_s}) {
+        QProcess &program = start({option});
+        QVERIFY(program.waitForFinished(30'000));
+        QVERIFY(program.readAllStandardOutput().contains("rvane"));
+        QVERIFY(!QFileInfo::exists(user({})));
+    }
 }
 
 /// Then what ships is used as it is, and nothing can be kept.
