@@ -47,3 +47,41 @@ debian_root() {
     fi
     mv "$2.new" "$2"
 }
+
+# Runs in mount and process namespaces of its own, so that nothing is left of it: see debian_run.
+debian_enter() {
+    local device
+    mount --bind "$debian" "$debian"
+    mount -t proc proc "$debian/proc"
+    mount -t sysfs -o ro sysfs "$debian/sys"
+    mount -t tmpfs -o mode=755 tmpfs "$debian/dev"
+    mkdir "$debian/dev/shm" "$debian/dev/pts"
+    mount -t tmpfs tmpfs "$debian/dev/shm"
+    mount -t devpts -o newinstance,ptmxmode=666 devpts "$debian/dev/pts"
+    for device in null zero full random urandom tty; do
+        touch "$debian/dev/$device"
+        mount --bind "/dev/$device" "$debian/dev/$device"
+    done
+    ln -s pts/ptmx "$debian/dev/ptmx"
+    ln -s /proc/self/fd "$debian/dev/fd"
+    mount -t tmpfs tmpfs "$debian/tmp"
+    mount --bind -o ro /etc/resolv.conf "$debian/etc/resolv.conf"
+    mkdir -p "$debian$root" "$root/build/debian-$release"
+    mount --bind "$root" "$debian$root"
+    mount --bind "$root/build/debian-$release" "$debian$root/build"
+    mount -o remount,bind,ro "$debian$root"
+    # No chroot: in one a user who is not root may make no namespaces, as the engine's sandbox does.
+    cd "$debian" || return
+    pivot_root . .
+    umount -l .
+    exec /usr/bin/env -i --chdir="$root" HOME=/root LANG=C.UTF-8 \
+        TERM="${TERM-dumb}" PATH=/usr/sbin:/usr/bin:/sbin:/bin "$@"
+}
+
+# debian_run COMMAND...: runs it in $debian, a folder that debian_root made of the Debian $release, with
+# the project's folder in its place, not to be written but for its builds. Does not return.
+debian_run() {
+    export -f debian_enter
+    export debian root release
+    exec unshare --mount --pid --ipc --fork --kill-child bash -euc 'debian_enter "$@"' bash "$@"
+}
