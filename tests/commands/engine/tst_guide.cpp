@@ -103,6 +103,13 @@ void tst_Guide::isInTheProgramsLanguage()
     m_session->choose("mnuHelpContents");
     QTRY_VERIFY(m_session->shows(guide));
     QTRY_COMPARE(script(u"document.documentElement.lang"_s), u"de"_s);
+    QTRY_COMPARE(m_session->active()->windowTitle(), u"Orvane benutzen"_s);
+    // A place whose name has letters that addresses write otherwise.
+    follow(u"orvane:guide#w\u00f6rter-in-einer-seite-finden"_s);
+    QTRY_VERIFY(script(u"String(scrollY)"_s).toDouble() > 0);
+    // This page is there in English alone.
+    go(u"orvane:guide/files"_s);
+    QTRY_COMPARE(script(u"document.documentElement.lang"_s), u"en"_s);
 }
 
 void tst_Guide::pageThatThereIsNot()
